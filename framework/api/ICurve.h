@@ -1,0 +1,31 @@
+#pragma once
+
+#include "framework/api/IGeometry.h"
+
+namespace KVR
+{
+
+class curve;
+class ICurveData;
+
+namespace GMK
+{
+template <class T>
+class gmk_array;
+}
+
+/// A free-standing curve: either curves of the geometry kernel or analytic curve data.
+class KVR_API ICurve : public IGeometry, public ISubEntityStyles
+{
+public:
+    ~ICurve() override;
+    void AcceptVisitor(ObjectVisitor* visitor) override;
+    virtual unsigned long long CurveDataCount() const = 0;
+    /// The data, owned by the curve; may be null. A bad index throws std::out_of_range.
+    virtual ICurveData* CurveDataAt(unsigned long long index) const = 0;
+    /// The kernel's curves, owned by the curve; empty when it has none. A caller needs the kernel's header for the
+    /// array.
+    virtual GMK::gmk_array<curve*> KernelCurves() const = 0;
+};
+
+}  // namespace KVR

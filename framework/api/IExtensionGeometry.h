@@ -1,0 +1,20 @@
+#pragma once
+
+#include "framework/api/IGeometry.h"
+#include "framework/api/TypesafeId.h"
+
+namespace KVR
+{
+
+/// A bundle of geometry that belongs to an extension of the host's framework.
+class KVR_API IExtensionGeometry : public IGeometry
+{
+public:
+    ~IExtensionGeometry() override;
+    void AcceptVisitor(ObjectVisitor* visitor) override;
+    virtual unsigned long long ChildCount() const = 0;
+    /// An index beyond the count throws GeneralException, the count itself std::out_of_range.
+    virtual ExtensionGeometryChildId ChildAt(unsigned long long index) const = 0;
+};
+
+}  // namespace KVR

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "framework/api/IGeometry.h"
+#include "framework/api/TypesafeId.h"
+
+namespace KVR
+{
+
+/// A named bundle of geometry; sets nest.
+class KVR_API IGeometricSet : public IGeometry
+{
+public:
+    ~IGeometricSet() override;
+    void AcceptVisitor(ObjectVisitor* visitor) override;
+    virtual unsigned long long ChildCount() const = 0;
+    /// An index beyond the count throws GeneralException, the count itself std::out_of_range.
+    virtual GeometricSetChildId ChildAt(unsigned long long index) const = 0;
+};
+
+}  // namespace KVR

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "framework/api/IObject.h"
+
+namespace KVR
+{
+
+/// A level of detail that meshes refer to.
+class KVR_API ILod : public IObject
+{
+public:
+    ~ILod() override;
+    void AcceptVisitor(ObjectVisitor* visitor) override;
+    virtual UTF16String Description() const = 0;
+};
+
+}  // namespace KVR

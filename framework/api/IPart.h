@@ -1,0 +1,19 @@
+#pragma once
+
+#include "framework/api/IComponent.h"
+#include "framework/api/TypesafeId.h"
+
+namespace KVR
+{
+
+/// A component without instances: geometry, work features and annotation.
+class KVR_API IPart : public IComponent
+{
+public:
+    ~IPart() override;
+    void AcceptVisitor(ObjectVisitor* visitor) override;
+    /// An index at or beyond ChildCount throws std::out_of_range.
+    virtual PartChildId ChildAt(unsigned long long index) const = 0;
+};
+
+}  // namespace KVR

@@ -1,0 +1,131 @@
+#include "framework/api/IdSet.h"
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+#include "framework/api/Subscript.h"
+#include "framework/api/UniqueIndex.h"
+
+namespace KVR
+{
+
+namespace
+{
+std::size_t HashOf(UTF8String const& id)
+{
+    return std::hash<UTF8String>()(id);
+}
+}  // namespace
+
+struct IdSet::Content
+{
+    std::vector<UTF8String> ids;
+    // Covers the first `indexed` ids; made when the list has grown long and someone asks for uniqueness.
+    UniqueIndex index;
+    std::size_t indexed = 0;
+
+    bool Find(UTF8String const& id)
+    {
+        if (ids.size() <= UniqueIndex::kShortList)
+            return std::find(ids.begin(), ids.end(), id) != ids.end();
+        auto const hashAt = [this](std::uint32_t position) { return HashOf(ids[position]); };
+        auto const find = [this](UTF8String const& text, std::size_t hash)
+        { return index.Find(hash, [&](std::uint32_t position) { return ids[position] == text; }); };
+        for (; indexed < ids.size(); ++indexed)
+        {
+            std::size_t const hash = HashOf(ids[indexed]);
+            if (find(ids[indexed], hash) == UniqueIndex::kAbsent)
+                index.Add(hash, static_cast<std::uint32_t>(indexed), hashAt);
+        }
+        return find(id, HashOf(id)) != UniqueIndex::kAbsent;
+    }
+};
+
+IdSet::IdSet() noexcept = default;
+IdSet::IdSet(IdSet&& other) noexcept = default;
+IdSet::~IdSet() = default;
+IdSet& IdSet::operator=(IdSet&& other) noexcept = default;
+
+IdSet::IdSet(IdSet const& other)
+{
+    if (!other.IsEmpty())
+        Owned().ids = other.m_content->ids;
+}
+
+IdSet& IdSet::operator=(IdSet const& other)
+{
+    if (this != &other)
+        *this = IdSet(other);
+    return *this;
+}
+
+IdSet::Content& IdSet::Owned()
+{
+    if (!m_content)
+        m_content = std::make_unique<Content>();
+    return *m_content;
+}
+
+void IdSet::AddWithUniquenessCheck(UTF8String const& id)
+{
+    if (!Owned().Find(id))
+        m_content->ids.push_back(id);
+}
+
+void IdSet::AddWithUniquenessCheck(UTF8String&& id)
+{
+    if (!Owned().Find(id))
+        m_content->ids.push_back(std::move(id));
+}
+
+void IdSet::AddWithoutUniquenessCheck(UTF8String const& id)
+{
+    Owned().ids.push_back(id);
+}
+void IdSet::AddWithoutUniquenessCheck(UTF8String&& id)
+{
+    Owned().ids.push_back(std::move(id));
+}
+
+bool IdSet::Contains(UTF8String const& id) const
+{
+    return m_content && m_content->Find(id);
+}
+unsigned long long IdSet::Size() const noexcept
+{
+    return m_content ? m_content->ids.size() : 0;
+}
+bool IdSet::IsEmpty() const noexcept
+{
+    return Size() == 0;
+}
+
+UTF8String const& IdSet::At(unsigned long long index) const
+{
+    if (index >= Size())
+        ThrowInvalidSubscript();
+    return m_content->ids[index];
+}
+
+UTF8String const& IdSet::operator[](unsigned long long index) const
+{
+    return At(index);
+}
+
+bool operator==(IdSet const& a, IdSet const& b) noexcept
+{
+    if (a.Size() != b.Size())
+        return false;
+    return a.IsEmpty() || a.m_content->ids == b.m_content->ids;
+}
+
+std::size_t IdSet::Hash() const noexcept
+{
+    std::size_t hash = Size();
+    for (unsigned long long i = 0; i < Size(); ++i)
+        hash = hash * 0x9E3779B97F4A7C15ULL + HashOf(m_content->ids[i]);
+    return hash;
+}
+
+}  // namespace KVR

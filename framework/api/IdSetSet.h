@@ -1,0 +1,36 @@
+#pragma once
+
+#include <vector>
+
+#include "framework/api/Export.h"
+#include "framework/api/IdSet.h"
+#include "framework/api/UniqueIndex.h"
+
+namespace KVR
+{
+
+/// Different id sets in insertion order; two sets are equal when they hold equal ids in equal order.
+class KVR_API IdSetSet
+{
+public:
+    IdSetSet();
+    ~IdSetSet();
+    IdSetSet(IdSetSet const&) = default;
+    IdSetSet(IdSetSet&&) noexcept = default;
+    IdSetSet& operator=(IdSetSet const&) = default;
+    IdSetSet& operator=(IdSetSet&&) noexcept = default;
+
+    /// Appends the set unless an equal one is there already; constant time also for a long list.
+    void AddWithUniquenessCheck(IdSet const& set);
+    unsigned long long Size() const noexcept { return m_sets.size(); }
+    bool IsEmpty() const noexcept { return m_sets.empty(); }
+    /// Throws std::out_of_range for an index at or beyond the size.
+    IdSet const& At(unsigned long long index) const;
+    IdSet const& operator[](unsigned long long index) const { return At(index); }
+
+private:
+    std::vector<IdSet> m_sets;
+    UniqueIndex m_index;
+};
+
+}  // namespace KVR

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "framework/api/Export.h"
+
+namespace KVR
+{
+
+/// A point in space, in the length unit of the object that answers it; the origin until set.
+class KVR_API Position
+{
+public:
+    Position() = default;
+    Position(double x, double y, double z) : m_x(x), m_y(y), m_z(z) {}
+
+    void Set(double x, double y, double z)
+    {
+        m_x = x;
+        m_y = y;
+        m_z = z;
+    }
+    double X() const { return m_x; }
+    double Y() const { return m_y; }
+    double Z() const { return m_z; }
+
+private:
+    double m_x = 0.0;
+    double m_y = 0.0;
+    double m_z = 0.0;
+};
+
+}  // namespace KVR

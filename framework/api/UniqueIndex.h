@@ -1,0 +1,82 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace KVR
+{
+
+/// An open-addressed table from hash to position in a list that its owner keeps. It holds positions alone, eight bytes
+/// each at most half full, so that a list pays for it only once a linear search would cost more.
+class UniqueIndex
+{
+public:
+    static constexpr std::uint32_t kAbsent = 0xFFFFFFFFU;
+    /// Lists up to this length are searched without an index.
+    static constexpr std::size_t kShortList = 16;
+
+    /// The position for which `equal(position)` holds among those entered under `hash`, or kAbsent.
+    template <class Equal>
+    std::uint32_t Find(std::size_t hash, Equal&& equal) const
+    {
+        if (m_slots.empty())
+            return kAbsent;
+        std::size_t const mask = m_slots.size() - 1;
+        for (std::size_t i = Spread(hash) & mask;; i = (i + 1) & mask)
+        {
+            Slot const& slot = m_slots[i];
+            if (slot.position == kAbsent)
+                return kAbsent;
+            if (slot.tag == Tag(hash) && equal(slot.position))
+                return slot.position;
+        }
+    }
+
+    /// Enters a position; `hashOf(position)` gives the hash of any position entered so far and is asked when the table
+    /// grows.
+    template <class HashOf>
+    void Add(std::size_t hash, std::uint32_t position, HashOf&& hashOf)
+    {
+        if (2 * (m_count + 1) > m_slots.size())
+            Grow(hashOf);
+        Place(hash, position);
+        ++m_count;
+    }
+
+private:
+    struct Slot
+    {
+        std::uint32_t tag = 0;
+        std::uint32_t position = kAbsent;
+    };
+
+    static std::size_t Spread(std::size_t hash) { return hash ^ (hash >> 32); }
+    static std::uint32_t Tag(std::size_t hash) { return static_cast<std::uint32_t>(hash >> 16); }
+
+    void Place(std::size_t hash, std::uint32_t position)
+    {
+        std::size_t const mask = m_slots.size() - 1;
+        std::size_t i = Spread(hash) & mask;
+        while (m_slots[i].position != kAbsent)
+            i = (i + 1) & mask;
+        m_slots[i] = {Tag(hash), position};
+    }
+
+    template <class HashOf>
+    void Grow(HashOf&& hashOf)
+    {
+        std::vector<Slot> former(m_slots.empty() ? 4 * kShortList : 2 * m_slots.size());
+        former.swap(m_slots);
+        for (Slot const& slot : former)
+        {
+            if (slot.position != kAbsent)
+                Place(hashOf(slot.position), slot.position);
+        }
+    }
+
+    std::vector<Slot> m_slots;
+    std::size_t m_count = 0;
+};
+
+}  // namespace KVR

@@ -1,0 +1,139 @@
+#pragma once
+
+#include <string_view>
+#include <xercesc/dom/DOMNode.hpp>
+
+#include "framework/xml_util/Export.h"
+
+namespace KVR
+{
+
+// How readers walk the document. Names are u"..." literals compared with the node's own text: nothing is transcoded or
+// allocated to find out what a node is. Only elements are ever walked or matched. A processing instruction or an entity
+// reference can bear an element's name, but it has no attributes and makes no object.
+
+/// Whether the zero-terminated text equals the name, exactly.
+inline bool Equals(XMLCh const* text, std::u16string_view name)
+{
+    if (!text)
+        return false;
+    // A shorter text ends the loop at its terminating zero, which no name holds.
+    for (char16_t const c : name)
+    {
+        if (*text++ != c)
+            return false;
+    }
+    return *text == 0;
+}
+
+/// The same without regard to the case of the letters A to Z.
+inline bool EqualsAnyCase(XMLCh const* text, std::u16string_view name)
+{
+    auto const lower = [](char16_t c) { return c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c - u'A' + u'a') : c; };
+    if (!text)
+        return false;
+    for (char16_t const c : name)
+    {
+        if (lower(*text++) != lower(c))
+            return false;
+    }
+    return *text == 0;
+}
+
+inline bool IsElement(xercesc::DOMNode const* node)
+{
+    return node && node->getNodeType() == xercesc::DOMNode::ELEMENT_NODE;
+}
+
+/// Whether the node is an element of that name, exactly.
+inline bool IsNamed(xercesc::DOMNode const* node, std::u16string_view name)
+{
+    return IsElement(node) && Equals(node->getNodeName(), name);
+}
+
+/// The child elements of a node, in document order; none for a null node.
+class ChildElements
+{
+public:
+    class Iterator
+    {
+    public:
+        explicit Iterator(xercesc::DOMNode* node) : m_node(node) { SkipOthers(); }
+        xercesc::DOMNode* operator*() const { return m_node; }
+        Iterator& operator++()
+        {
+            m_node = m_node->getNextSibling();
+            SkipOthers();
+            return *this;
+        }
+        bool operator!=(Iterator const& other) const { return m_node != other.m_node; }
+
+    private:
+        void SkipOthers()
+        {
+            while (m_node && !IsElement(m_node))
+                m_node = m_node->getNextSibling();
+        }
+
+        xercesc::DOMNode* m_node;
+    };
+
+    explicit ChildElements(xercesc::DOMNode const* node) : m_first(node ? node->getFirstChild() : nullptr) {}
+    Iterator begin() const { return Iterator(m_first); }
+    Iterator end() const { return Iterator(nullptr); }
+
+private:
+    xercesc::DOMNode* m_first;
+};
+
+inline ChildElements Children(xercesc::DOMNode const* node)
+{
+    return ChildElements(node);
+}
+
+/// A row of an element reader's table: a name and what to do with a child of that name.
+template <class Action>
+struct MatchRow
+{
+    std::u16string_view name;
+    bool anyCase;
+    Action action;
+
+    bool Try(XMLCh const* nodeName) const
+    {
+        bool const isMatch = anyCase ? EqualsAnyCase(nodeName, name) : Equals(nodeName, name);
+        if (isMatch)
+            action();
+        return isMatch;
+    }
+};
+
+template <class Action>
+MatchRow<Action> On(std::u16string_view name, Action action)
+{
+    return {name, false, action};
+}
+
+/// For the few names that match without regard to case.
+template <class Action>
+MatchRow<Action> OnAnyCase(std::u16string_view name, Action action)
+{
+    return {name, true, action};
+}
+
+/// Runs the first row that matches the element; whether one did.
+template <class... Actions>
+bool Match(xercesc::DOMNode const* element, MatchRow<Actions> const&... rows)
+{
+    XMLCh const* const name = element->getNodeName();
+    return (rows.Try(name) || ...);
+}
+
+/// The text of an attribute, owned by the document; null when the node has none of that name or is no element.
+KVR_XML_UTIL_API XMLCh const* AttributeText(xercesc::DOMNode const* node, XMLCh const* name);
+
+/// The text of a node and of all elements in it, comments and processing instructions left out, as DOM Level 3 has it.
+/// Owned by the document; empty for a node without text, null for a null node. Depth of nesting does no harm.
+KVR_XML_UTIL_API XMLCh const* TextContent(xercesc::DOMNode* node);
+
+}  // namespace KVR

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <xercesc/sax2/DefaultHandler.hpp>
+
+#include "framework/api/UTF16String.h"
+
+namespace KVR
+{
+
+/// Streams an XML side file into a handler. Side files are read without document types: a file that declares one ends
+/// there. Whatever stood before an error has reached the handler.
+///
+/// Answers whether the file was there and well-formed to its end. An exception of the handler's own (out of memory)
+/// goes on.
+bool ParseSideFile(UTF16String const& path, xercesc::DefaultHandler& handler);
+
+}  // namespace KVR

@@ -1,0 +1,100 @@
+#include "framework/xml_util/SubObjectPersistentIdReader.h"
+
+#include <memory>
+#include <xercesc/sax2/Attributes.hpp>
+#include <xercesc/sax2/DefaultHandler.hpp>
+
+#include "framework/xml_util/DomWalk.h"
+#include "framework/xml_util/SideFileParser.h"
+#include "framework/xml_util/XMLStrUtil.h"
+#include "framework/xml_util/XMLUtils.h"
+
+namespace KVR
+{
+
+namespace
+{
+
+using Maps = std::map<UTF8String, EditableDataIdToPersistentIdMap*>;
+
+constexpr std::u16string_view kObject = u"SubObjectPersistentIds";
+constexpr std::u16string_view kSubObject = u"SubObject";
+
+class Handler final : public xercesc::DefaultHandler
+{
+public:
+    explicit Handler(Maps& maps) : m_maps(maps) {}
+
+    void startElement(XMLCh const*, XMLCh const*, XMLCh const* name, xercesc::Attributes const& attributes) override
+    {
+        if (m_depth == 1)
+            m_current = Equals(name, kObject) ? MapOf(attributes.getValue(u"ID")) : nullptr;
+        else if (m_depth == 2 && m_current && Equals(name, kSubObject))
+            Add(attributes.getValue(u"DataId"), attributes.getValue(u"PersistentId"));
+        ++m_depth;
+    }
+
+    void endElement(XMLCh const*, XMLCh const*, XMLCh const*) override { --m_depth; }
+
+private:
+    // An element without an id belongs to no object.
+    EditableDataIdToPersistentIdMap* MapOf(XMLCh const* id)
+    {
+        if (!id)
+            return nullptr;
+        auto const [place, isNew] = m_maps.try_emplace(XMLStrUtil::XMLStrToAStr(id), nullptr);
+        if (!place->second)
+            place->second = std::make_unique<EditableDataIdToPersistentIdMap>().release();
+        return place->second;
+    }
+
+    void Add(XMLCh const* dataId, XMLCh const* persistentId)
+    {
+        if (dataId && persistentId)
+            m_current->Add(XMLStrUtil::XMLStrToAStr(dataId), XMLStrUtil::XMLStrToAStr(persistentId));
+    }
+
+    Maps& m_maps;
+    EditableDataIdToPersistentIdMap* m_current = nullptr;
+    unsigned long long m_depth = 0;
+};
+
+void ReadObject(xercesc::DOMNode const* object, EditableDataIdToPersistentIdMap& map)
+{
+    for (xercesc::DOMNode* const child : Children(object))
+    {
+        UTF8String dataId;
+        UTF8String persistentId;
+        if (IsNamed(child, kSubObject) && XMLUtils::GetNodeAttribute(child, u"DataId", dataId) &&
+            XMLUtils::GetNodeAttribute(child, u"PersistentId", persistentId))
+            map.Add(dataId, persistentId);
+    }
+}
+
+}  // namespace
+
+SubObjectPersistentIdReader::SubObjectPersistentIdReader() = default;
+SubObjectPersistentIdReader::~SubObjectPersistentIdReader() = default;
+
+bool SubObjectPersistentIdReader::LoadSubObjectPersistentIds(UTF16String const& path, Maps& maps)
+{
+    Handler handler(maps);
+    return ParseSideFile(path, handler);
+}
+
+void SubObjectPersistentIdReader::ReadSubObjectPersistentIdsFromXML(xercesc::DOMNode const* node,
+                                                                    EditableDataIdToPersistentIdMap& map)
+{
+    if (IsNamed(node, kObject))
+    {
+        ReadObject(node, map);
+        return;
+    }
+    for (xercesc::DOMNode* const child : Children(node))
+    {
+        if (IsNamed(child, kObject))
+            ReadObject(child, map);
+    }
+}
+
+}  // namespace KVR

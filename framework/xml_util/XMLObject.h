@@ -1,0 +1,53 @@
+#pragma once
+
+#include <vector>
+#include <xercesc/util/XercesDefs.hpp>
+
+#include "framework/api/Enums.h"
+#include "framework/api/ExtensionDataContent.h"
+#include "framework/api/IdSet.h"
+#include "framework/api/UTF16String.h"
+#include "framework/api/UTF8String.h"
+#include "framework/xml_util/Export.h"
+
+namespace KVR
+{
+
+/// The state that most objects of a scene share. Readers write the fields directly.
+class KVR_XML_UTIL_API XMLObject
+{
+public:
+    XMLObject(UTF8String id, UTF16String label);
+    virtual ~XMLObject();
+    XMLObject(XMLObject const&) = delete;
+    XMLObject& operator=(XMLObject const&) = delete;
+
+    /// Appends the contents, moved out of the vector in the second form.
+    void AddExtensionDataContent(ExtensionDataContent const& content);
+    void AddExtensionDataContent(std::vector<ExtensionDataContent>& contents);
+
+    /// Text of the document, which outlives the object; null when there is none.
+    void SetChangeKey(XMLCh const* changeKey) noexcept { m_changeKey = changeKey; }
+    void SetVersionPersistentId(UTF8String const& id) { m_versionPersistentId = id; }
+
+protected:
+    UTF8String Id_Impl() const { return m_id; }
+    UTF16String Label_Impl() const { return m_label; }
+    /// The first content of that type among those added; not specified when there is none.
+    IsValueSpecifiedEnum ExtensionDataByTypeId_Impl(UTF8String const& typeId, ExtensionDataContent& content) const;
+    /// Not specified for an empty id.
+    virtual IsValueSpecifiedEnum VersionPersistentId_Impl(UTF8String& id) const;
+    /// Not specified without a change key, whatever the version.
+    virtual IsValueSpecifiedEnum ChangeKey_Impl(SnapshotVersionEnum version, UTF8String& changeKey) const;
+
+    XMLCh const* m_changeKey = nullptr;
+    UTF8String m_id;
+    UTF16String m_label;
+    UTF8String m_versionPersistentId;
+    IdSet m_propertyIds;
+
+private:
+    std::vector<ExtensionDataContent> m_extensionData;
+};
+
+}  // namespace KVR

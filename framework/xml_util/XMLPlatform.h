@@ -1,0 +1,37 @@
+#pragma once
+
+#include "framework/xml_util/Export.h"
+
+namespace KVR
+{
+
+/// The one place where XMLPlatformUtils::Initialize and Terminate are paired: a successful Acquire calls for one
+/// Release, on which everything that Xerces gave must be gone.
+class KVR_XML_UTIL_API XMLPlatform
+{
+public:
+    /// False, with nothing acquired, when Xerces cannot be initialised.
+    [[nodiscard]] static bool Acquire() noexcept;
+    static void Release() noexcept;
+};
+
+/// Holds the platform for the length of a scope.
+class KVR_XML_UTIL_API XMLPlatformScope
+{
+public:
+    XMLPlatformScope() noexcept : m_isAcquired(XMLPlatform::Acquire()) {}
+    ~XMLPlatformScope()
+    {
+        if (m_isAcquired)
+            XMLPlatform::Release();
+    }
+    XMLPlatformScope(XMLPlatformScope const&) = delete;
+    XMLPlatformScope& operator=(XMLPlatformScope const&) = delete;
+
+    bool IsAcquired() const noexcept { return m_isAcquired; }
+
+private:
+    bool m_isAcquired;
+};
+
+}  // namespace KVR

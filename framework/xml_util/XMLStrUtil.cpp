@@ -1,0 +1,216 @@
+#include "framework/xml_util/XMLStrUtil.h"
+
+#include <array>
+#include <charconv>
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "framework/api/Matrix3d.h"
+#include "framework/api/StringUtil.h"
+#include "framework/api/Unicode.h"
+
+namespace KVR
+{
+
+namespace
+{
+
+std::u16string_view ViewOf(XMLCh const* text)
+{
+    return text ? std::u16string_view(text) : std::u16string_view();
+}
+
+// Document text as narrow text of ASCII for the length of a scope: on the stack when it is short, as numbers are. A
+// character beyond ASCII becomes a byte that no number holds.
+template <std::size_t kShort>
+class AsciiText
+{
+public:
+    explicit AsciiText(std::u16string_view text)
+    {
+        char* out = m_short.data();
+        if (text.size() >= kShort)
+        {
+            m_long.resize(text.size());
+            out = m_long.data();
+        }
+        m_text = out;
+        m_size = text.size();
+        for (char16_t const c : text)
+            *out++ = c < 0x80 ? static_cast<char>(c) : '\x7F';
+        if (m_long.empty())
+            *out = '\0';
+    }
+
+    char const* Value() const { return m_text; }
+    std::string_view View() const { return {m_text, m_size}; }
+
+private:
+    std::array<char, kShort> m_short;
+    std::string m_long;
+    char const* m_text;
+    std::size_t m_size;
+};
+
+using NumberText = AsciiText<257>;
+
+constexpr std::string_view kSeparators = " \t\r\n\v\f,";
+
+// Parses pieces in place; StringUtil would want each of them terminated.
+bool ReadElements(std::string_view text, std::array<double, Matrix3d::kElementCount>& elements)
+{
+    std::size_t count = 0;
+    for (;;)
+    {
+        auto const start = text.find_first_not_of(kSeparators);
+        if (start == std::string_view::npos)
+            return count == elements.size();
+        text.remove_prefix(start);
+        std::string_view const piece = text.substr(0, text.find_first_of(kSeparators));
+        text.remove_prefix(piece.size());
+        if (count == elements.size())
+            return false;
+        // The texts of most elements are one digit.
+        if (piece.size() == 1 && piece[0] >= '0' && piece[0] <= '9')
+            elements[count++] = piece[0] - '0';
+        else if (StringUtil::ToDouble(piece, elements[count++]) != StringUtil::kConversionStatus_Success)
+            return false;
+    }
+}
+
+void ReadTransform(std::string_view text, Matrix3d& matrix)
+{
+    std::array<double, Matrix3d::kElementCount> elements;
+    if (ReadElements(text, elements))
+        matrix.SetElements(elements);
+}
+
+constexpr std::string_view kWhiteSpace = " \t\r\n";
+
+std::string_view Trimmed(std::string_view text)
+{
+    auto const first = text.find_first_not_of(kWhiteSpace);
+    if (first == std::string_view::npos)
+        return {};
+    return text.substr(first, text.find_last_not_of(kWhiteSpace) - first + 1);
+}
+
+struct UnitRow
+{
+    UnitTypeEnum unit;
+    char const* text;
+};
+
+constexpr UnitRow kUnitRows[] = {
+    {kUnitType_Unknown, "kUnitType_Unknown"},
+    {kUnitType_Micrometer, "kUnitType_Micrometer"},
+    {kUnitType_Millimeter, "kUnitType_Millimeter"},
+    {kUnitType_Centimeter, "kUnitType_Centimeter"},
+    {kUnitType_Decimeter, "kUnitType_Decimeter"},
+    {kUnitType_Meter, "kUnitType_Meter"},
+    {kUnitType_Kilometer, "kUnitType_Kilometer"},
+    {kUnitType_Microinch, "kUnitType_Microinch"},
+    {kUnitType_Mil, "kUnitType_Mil"},
+    {kUnitType_Inch, "kUnitType_Inch"},
+    {kUnitType_Foot, "kUnitType_Foot"},
+    {kUnitType_Yard, "kUnitType_Yard"},
+    {kUnitType_Mile, "kUnitType_Mile"},
+    {kUnitType_Radian, "kUnitType_Radian"},
+    {kUnitType_Degree, "kUnitType_Degree"},
+    {kUnitType_Gradian, "kUnitType_Gradian"},
+    {kUnitType_Milligram, "kUnitType_Milligram"},
+    {kUnitType_Gram, "kUnitType_Gram"},
+    {kUnitType_Kilogram, "kUnitType_Kilogram"},
+    {kUnitType_Tonne, "kUnitType_Tonne"},
+    {kUnitType_Ounce, "kUnitType_Ounce"},
+    {kUnitType_Pound, "kUnitType_Pound"},
+    {kUnitType_Slug, "kUnitType_Slug"},
+    {kUnitType_Millisecond, "kUnitType_Millisecond"},
+    {kUnitType_Second, "kUnitType_Second"},
+    {kUnitType_Minute, "kUnitType_Minute"},
+    {kUnitType_Hour, "kUnitType_Hour"},
+    {kUnitType_Day, "kUnitType_Day"},
+};
+
+}  // namespace
+
+UTF8String XMLStrUtil::XMLStrToAStr(XMLCh const* text)
+{
+    return UTF8String(Unicode::Utf8FromUtf16(ViewOf(text)));
+}
+UTF16String XMLStrUtil::XMLStrToWStr(XMLCh const* text)
+{
+    return UTF16String(Unicode::WideFromUtf16(ViewOf(text)));
+}
+
+int XMLStrUtil::XMLStrToInt(XMLCh const* text)
+{
+    int value = 0;
+    NumberText const narrow(ViewOf(text));
+    // No failure signal: what does not convert stays 0.
+    static_cast<void>(StringUtil::ToInt(narrow.Value(), value, 10));
+    return value;
+}
+
+bool XMLStrUtil::XMLStrToDouble(XMLCh const* text, double& value)
+{
+    NumberText const narrow(ViewOf(text));
+    return StringUtil::ToDouble(narrow.View(), value) == StringUtil::kConversionStatus_Success;
+}
+
+void XMLStrUtil::SplitStr(UTF8String const& text, UTF8String const& separator, std::vector<UTF8String>& pieces)
+{
+    std::string_view rest = text.View();
+    auto const add = [&](std::string_view piece)
+    {
+        if (std::string_view const trimmed = Trimmed(piece); !trimmed.empty())
+            pieces.emplace_back(trimmed);
+    };
+    while (!separator.IsEmpty())
+    {
+        auto const at = rest.find(separator.View());
+        if (at == std::string_view::npos)
+            break;
+        add(rest.substr(0, at));
+        rest.remove_prefix(at + separator.Size());
+    }
+    add(rest);
+}
+
+void XMLStrUtil::GetTransfFromStr(UTF8String const& text, Matrix3d& matrix)
+{
+    ReadTransform(text.View(), matrix);
+}
+
+void XMLStrUtil::GetTransfFromStr(XMLCh const* text, Matrix3d& matrix)
+{
+    AsciiText<1024> const narrow(ViewOf(text));
+    ReadTransform(narrow.View(), matrix);
+}
+
+bool XMLStrUtil::StringToUnitType(UTF8String const& text, UnitTypeEnum& unit)
+{
+    for (UnitRow const& row : kUnitRows)
+    {
+        if (text.View() == row.text)
+        {
+            unit = row.unit;
+            return true;
+        }
+    }
+    return false;
+}
+
+char const* XMLStrUtil::UnitTypeToString(UnitTypeEnum unit) noexcept
+{
+    for (UnitRow const& row : kUnitRows)
+    {
+        if (row.unit == unit)
+            return row.text;
+    }
+    return nullptr;
+}
+
+}  // namespace KVR

@@ -1,0 +1,45 @@
+#include "framework/xml_util/XMLUtils.h"
+
+#include "framework/xml_util/DomWalk.h"
+#include "framework/xml_util/SideFilePath.h"
+#include "framework/xml_util/XMLStrUtil.h"
+
+namespace KVR
+{
+
+bool XMLUtils::GetNodeAttribute(xercesc::DOMNode const* node, XMLCh const* name, UTF8String& value)
+{
+    XMLCh const* const text = AttributeText(node, name);
+    if (!text)
+        return false;
+    value = XMLStrUtil::XMLStrToAStr(text);
+    return true;
+}
+
+bool XMLUtils::GetNodeAttribute(xercesc::DOMNode const* node, XMLCh const* name, UTF16String& value)
+{
+    XMLCh const* const text = AttributeText(node, name);
+    if (!text)
+        return false;
+    value = XMLStrUtil::XMLStrToWStr(text);
+    return true;
+}
+
+bool XMLUtils::GetNodeAttribute(xercesc::DOMNode const* node, XMLCh const* name, bool& value)
+{
+    XMLCh const* const text = AttributeText(node, name);
+    if (!text)
+        return false;
+    value = Equals(text, u"1") || EqualsAnyCase(text, u"true");
+    return true;
+}
+
+UTF16String XMLUtils::GetFilePath(xercesc::DOMNode const* node, UTF16String const& sceneFilePath)
+{
+    UTF16String path;
+    if (!GetNodeAttribute(node, u"Path", path))
+        return {};
+    return PathFromSceneFolder(sceneFilePath, path);
+}
+
+}  // namespace KVR

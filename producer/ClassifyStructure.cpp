@@ -1,0 +1,67 @@
+#include <xercesc/dom/DOMDocument.hpp>
+#include <xercesc/dom/DOMElement.hpp>
+#include <xercesc/parsers/XercesDOMParser.hpp>
+
+#include "framework/xml_util/DomWalk.h"
+#include "producer/ClassicLocaleScope.h"
+#include "producer/ElementReaders.h"
+
+namespace KVR
+{
+
+namespace
+{
+
+using xercesc::DOMNode;
+
+DOMNode* FirstNamed(DOMNode const* parent, std::u16string_view name)
+{
+    for (DOMNode* const child : Children(parent))
+    {
+        if (IsNamed(child, name))
+            return child;
+    }
+    return nullptr;
+}
+
+// The first file that is flagged as root, or else the last file.
+DOMNode* RootFile(DOMNode const* root)
+{
+    DOMNode* file = nullptr;
+    for (DOMNode* const child : Children(root))
+    {
+        if (!IsNamed(child, u"IFile"))
+            continue;
+        file = child;
+        if (Equals(AttributeText(child, u"IsRoot"), u"1"))
+            break;
+    }
+    return file;
+}
+
+}  // namespace
+
+bool ClassifyStructure(xercesc::XercesDOMParser const* parser)
+{
+    ClassicLocaleScope const classicLocale;
+    xercesc::DOMDocument const* const document = const_cast<xercesc::XercesDOMParser*>(parser)->getDocument();
+    if (!document)
+        return false;
+    DOMNode const* const file = RootFile(document->getDocumentElement());
+    unsigned long long count = 0;
+    bool hasPart = false;
+    for (DOMNode const* const child : Children(FirstNamed(file, u"ChildSet")))
+    {
+        ++count;
+        XMLCh const* const type = AttributeText(child, u"Type");
+        if (Equals(type, u"IAssembly") || Equals(type, u"IInstance"))
+            return true;
+        hasPart = hasPart || Equals(type, u"IPart");
+        // A part with any sibling makes an assembly, whichever of the two comes first.
+        if (count >= 2 && hasPart)
+            return true;
+    }
+    return false;
+}
+
+}  // namespace KVR

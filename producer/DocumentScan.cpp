@@ -1,0 +1,134 @@
+#include "producer/DocumentScan.h"
+
+#include <algorithm>
+#include <memory>
+#include <string_view>
+#include <xercesc/dom/DOMDocument.hpp>
+#include <xercesc/dom/DOMElement.hpp>
+#include <xercesc/parsers/XercesDOMParser.hpp>
+
+#include "framework/xml_util/DomWalk.h"
+#include "framework/xml_util/SideFilePath.h"
+#include "framework/xml_util/SubObjectPersistentIdReader.h"
+#include "framework/xml_util/VitreolBlobExternalFileReader.h"
+#include "framework/xml_util/XMLStrUtil.h"
+#include "framework/xml_util/XMLUtils.h"
+#include "producer/ClassicLocaleScope.h"
+#include "producer/ObjectNodeIndex.h"
+#include "producer/SideFileIndex.h"
+#include "producer/XMLProducerImpl.h"
+#include "readers/Ignored.h"
+#include "structure/XMLUniverse.h"
+
+namespace KVR
+{
+
+namespace
+{
+
+using xercesc::DOMNode;
+
+struct Scan
+{
+    UTF16String const& sceneFilePath;
+    XMLProducerImpl& producer;
+};
+
+// A loader's answer is ignored: the scan goes on with what reached the index.
+void LoadVitreolAssets(Scan const& scan, DOMNode const* node)
+{
+    VitreolBlobExternalFileReader reader(XMLUtils::GetFilePath(node, scan.sceneFilePath));
+    Ignored(reader.LoadVitreolFromExternalFile(scan.producer.sideFileIndex->vitreolAssets));
+}
+
+void LoadSubObjectPersistentIds(Scan const& scan, DOMNode const* node)
+{
+    UTF16String path;
+    XMLUtils::GetNodeAttribute(node, u"Path", path);
+    // Through narrow text and back, as the loader has always been given it.
+    UTF16String const fullPath{UTF8String(ResolveSideFilePath(scan.sceneFilePath, path))};
+    SubObjectPersistentIdReader reader;
+    Ignored(reader.LoadSubObjectPersistentIds(fullPath, scan.producer.sideFileIndex->subObjectPersistentIds));
+}
+
+// An info section names a side file. Its switch, where it has one, must be exactly "True" and its "Path" present, or
+// the file is not touched. A section without a loader is known by its name, and its file is left alone.
+struct InfoRow
+{
+    std::u16string_view name;
+    XMLCh const* switchAttribute;
+    void (*load)(Scan const& scan, DOMNode const* node);
+};
+
+constexpr XMLCh const* kSwitchedOn = u"True";
+
+constexpr InfoRow kInfoRows[] = {
+    {u"SatInfo", nullptr, nullptr},
+    {u"GeometryInfo", u"GenerateGeometry", nullptr},
+    {u"MeshSegmentInfo", u"GenerateMeshSegment", nullptr},
+    {u"MeshInfo", u"GenerateMesh", nullptr},
+    {u"VitreolMaterialInfo", u"GenerateSerializedVitreol", &LoadVitreolAssets},
+    {u"SubObjectPersistentIdInfo", u"GenerateSubObjectPersistentId", &LoadSubObjectPersistentIds},
+};
+
+bool ReadInfoSection(Scan const& scan, DOMNode const* node, XMLCh const* name)
+{
+    for (InfoRow const& row : kInfoRows)
+    {
+        if (!Equals(name, row.name))
+            continue;
+        bool const isOn = !row.switchAttribute || Equals(AttributeText(node, row.switchAttribute), kSwitchedOn);
+        if (row.load && isOn && AttributeText(node, u"Path"))
+            row.load(scan, node);
+        return true;
+    }
+    return false;
+}
+
+// The last universe wins; the former ones stay for hosts that hold them.
+void ReadUniverse(Scan const& scan, DOMNode* node)
+{
+    auto universe = std::make_unique<XMLUniverse>(scan.sceneFilePath);
+    Ignored(universe->ReadFromXML(node));
+    auto& current = scan.producer.universe;
+    if (current)
+        scan.producer.formerUniverses.push_back(std::move(current));
+    current = std::move(universe);
+}
+
+// Kept: "IAnnotationCalloutElement" is not among them, although the dispatcher knows the name: it is read only inside
+// its callout.
+constexpr std::u16string_view kObjectNames[] = {
+    u"IFile",         u"IAnnotationCallout",
+    u"IAssembly",     u"IPart",
+    u"IInstance",     u"IBrep",
+    u"IPoint",        u"IPolygonMesh",
+    u"IGeometricSet", u"IExtensionGeometry",
+    u"ICurve",        u"ISketch",
+    u"IPointCloud",   u"IWorkPoint",
+    u"IWorkAxis",     u"IWorkPlane",
+};
+
+}  // namespace
+
+bool ScanDocument(xercesc::XercesDOMParser const* parser, UTF16String sceneFilePath, XMLProducerImpl& producer)
+{
+    ClassicLocaleScope const classicLocale;
+    Scan const scan{sceneFilePath, producer};
+    xercesc::DOMDocument const* const document = const_cast<xercesc::XercesDOMParser*>(parser)->getDocument();
+    for (DOMNode* const node : Children(document->getDocumentElement()))
+    {
+        XMLCh const* const name = node->getNodeName();
+        if (ReadInfoSection(scan, node, name))
+            continue;
+        if (Equals(name, u"IUniverse"))
+            ReadUniverse(scan, node);
+        else if (std::any_of(std::begin(kObjectNames), std::end(kObjectNames),
+                             [&](std::u16string_view object) { return Equals(name, object); }))
+            producer.objectNodeIndex->AddNode(node);
+    }
+    producer.objectNodeIndex->ReadAllNodes(&producer);
+    return true;
+}
+
+}  // namespace KVR

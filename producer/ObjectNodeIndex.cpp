@@ -1,0 +1,136 @@
+// The dispatcher: turns noted elements into objects. This file alone knows all object classes.
+
+#include "producer/ObjectNodeIndex.h"
+
+#include <memory>
+
+#include "framework/api/IComponent.h"
+#include "framework/xml_util/DomWalk.h"
+#include "framework/xml_util/XMLUtils.h"
+#include "producer/ElementReaders.h"
+#include "producer/SideFileIndex.h"
+#include "producer/XMLProducerImpl.h"
+#include "readers/Ignored.h"
+#include "structure/XMLAssembly.h"
+#include "structure/XMLFile.h"
+#include "structure/XMLPart.h"
+
+namespace KVR
+{
+
+namespace
+{
+
+using xercesc::DOMNode;
+
+// A component stays registered also when its reading failed half-way.
+template <class Component>
+void ReadComponent(XMLProducerImpl& producer, DOMNode* node)
+{
+    SideFileIndex& index = *producer.sideFileIndex;
+    auto component = std::make_unique<Component>(&producer);
+    Ignored(component->ReadFromXML(node, index.bodyEntities, index.curveEntities, index.meshStore, index.curveStore));
+    producer.objectCollector->AddObject(component.release());
+}
+
+}  // namespace
+
+ObjectNodeIndex::ObjectNodeIndex() = default;
+ObjectNodeIndex::~ObjectNodeIndex() = default;
+
+void ObjectNodeIndex::AddNode(DOMNode* node)
+{
+    UTF8String id;
+    XMLUtils::GetNodeAttribute(node, u"ID", id);
+    m_nodes[id] = node;
+}
+
+void ObjectNodeIndex::ReadAllNodes(XMLProducerImpl* producer)
+{
+    m_producer = producer;
+    m_depth = 0;
+    for (Nodes::value_type& entry : m_nodes)
+    {
+        if (entry.second)
+            Ignored(DispatchNode(entry));
+    }
+    ChooseRootFile();
+    // Nobody asks for the files again, and the host may dispose of them.
+    m_files.clear();
+}
+
+bool ObjectNodeIndex::ReadNodeById(UTF8String const& id)
+{
+    auto const found = m_nodes.find(id);
+    return found == m_nodes.end() || DispatchNode(*found);
+}
+
+bool ObjectNodeIndex::DispatchNode(Nodes::value_type& entry)
+{
+    if (!entry.second || m_depth >= kDeepestReference)
+        return false;
+    DOMNode* const node = entry.second;
+    // From here on the element counts as done, so that a reference that leads back to it ends.
+    entry.second = nullptr;
+    ++m_depth;
+    bool const isRead = ReadObject(node);
+    --m_depth;
+    return isRead;
+}
+
+// A row per object name. Marked done, whatever became of the object, unless a row says otherwise.
+bool ObjectNodeIndex::ReadObject(DOMNode* node)
+{
+    Match(node,                                                                      //
+          On(u"IFile", [&] { ReadFile(node); }),                                     //
+          On(u"IAssembly", [&] { ReadComponent<XMLAssembly>(*m_producer, node); }),  //
+          On(u"IPart", [&] { ReadComponent<XMLPart>(*m_producer, node); }),          //
+          On(u"IInstance", [&] { Ignored(ReadInstance(node, *this)); }));
+    return true;
+}
+
+void ObjectNodeIndex::ReadFile(DOMNode* node)
+{
+    auto owned = std::make_unique<XMLFile>(UTF16String(), m_producer);
+    XMLFile* const file = owned.get();
+    Ignored(file->ReadFromXML(node));
+    m_producer->objectCollector->AddObject(owned.release());
+    if (file->IsRoot())
+    {
+        m_producer->rootId = std::make_unique<RootId>(file);
+        m_rootFound = true;
+    }
+    m_files.push_back(file);
+}
+
+void ObjectNodeIndex::SetRoot(XMLFile* file)
+{
+    file->SetRoot();
+    m_producer->rootId = std::make_unique<RootId>(file);
+}
+
+// A lone file is the root. Of several, the first that has a component which says that it alone stands under the root.
+void ObjectNodeIndex::ChooseRootFile()
+{
+    if (m_rootFound || m_files.empty())
+        return;
+    if (m_files.size() == 1)
+    {
+        SetRoot(m_files.front());
+        return;
+    }
+    for (XMLFile* const file : m_files)
+    {
+        for (UTF8String const& childId : file->ChildIds())
+        {
+            auto const* const component = dynamic_cast<IComponent const*>(m_producer->Load(childId));
+            if (component && component->IsSingleUnderRoot())
+            {
+                SetRoot(file);
+                return;
+            }
+        }
+    }
+}
+
+}  // namespace KVR

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <map>
+#include <vector>
+#include <xercesc/dom/DOMNode.hpp>
+
+#include "framework/api/UTF8String.h"
+
+namespace KVR
+{
+
+class XMLFile;
+class XMLProducerImpl;
+
+/// The object elements under the document's root by their ids as written, and the reading of them, each once, in the
+/// order of the ids or earlier when another object needs it.
+class ObjectNodeIndex
+{
+public:
+    using Nodes = std::map<UTF8String, xercesc::DOMNode*>;
+
+    /// How deep a reference within a reference is followed: a file, a thousand components in one another, and what the
+    /// innermost one places. A reference beyond is not followed; its target is still read in its own turn.
+    static constexpr unsigned kDeepestReference = 1002;
+
+    ObjectNodeIndex();
+    ~ObjectNodeIndex();
+    ObjectNodeIndex(ObjectNodeIndex const&) = delete;
+    ObjectNodeIndex& operator=(ObjectNodeIndex const&) = delete;
+
+    /// Notes the element under its "ID". A second one of an id replaces the first; those without the attribute all
+    /// fall on the empty id.
+    void AddNode(xercesc::DOMNode* node);
+    /// Reads every noted element and chooses the root file.
+    void ReadAllNodes(XMLProducerImpl* producer);
+    /// Reads an element, by its id as written, before its turn. True for an id that was never noted and for an element
+    /// that was read; false for one that was read before, is being read, or failed in a way that leaves no object.
+    bool ReadNodeById(UTF8String const& id);
+    XMLProducerImpl* Producer() const noexcept { return m_producer; }
+
+private:
+    bool DispatchNode(Nodes::value_type& entry);
+    bool ReadObject(xercesc::DOMNode* node);
+    void ReadFile(xercesc::DOMNode* node);
+    void ChooseRootFile();
+    void SetRoot(XMLFile* file);
+
+    /// Files in reading order; not owned.
+    std::vector<XMLFile*> m_files;
+    /// A file has declared itself root.
+    bool m_rootFound = false;
+    /// An element's pointer turns null when its reading begins, and comes back when the reading leaves nothing.
+    Nodes m_nodes;
+    XMLProducerImpl* m_producer = nullptr;
+    unsigned m_depth = 0;
+};
+
+}  // namespace KVR

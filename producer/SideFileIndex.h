@@ -1,0 +1,47 @@
+#pragma once
+
+#include <map>
+
+#include "framework/api/UTF8String.h"
+
+namespace KVR
+{
+
+class curve;
+class EditableDataIdToPersistentIdMap;
+class ENTITY;
+class VitreolSerializedAsset;
+class XMLCurve;
+class XMLPolygonMesh;
+
+using BodyEntities = std::map<UTF8String, ENTITY*>;
+using CurveEntities = std::map<UTF8String, curve*>;
+using MeshStore = std::map<UTF8String, XMLPolygonMesh*>;
+using CurveStore = std::map<UTF8String, XMLCurve*>;
+using VitreolAssets = std::map<UTF8String, VitreolSerializedAsset*>;
+using SubObjectPersistentIds = std::map<UTF8String, EditableDataIdToPersistentIdMap*>;
+
+/// What the side files of a scene hold, by the ids of the objects it belongs to. Object readers take their data here.
+class SideFileIndex
+{
+public:
+    SideFileIndex();
+    /// Frees the assets and persistent ids that no object took.
+    ~SideFileIndex();
+    SideFileIndex(SideFileIndex const&) = delete;
+    SideFileIndex& operator=(SideFileIndex const&) = delete;
+
+    /// Bodies of kernel stores; not owned.
+    BodyEntities bodyEntities;
+    /// Curves that the kernel made from edges; not owned.
+    CurveEntities curveEntities;
+    /// Meshes and curves of binary stores.
+    MeshStore meshStore;
+    CurveStore curveStore;
+    /// Serialized assets by style id; owned until a style takes them.
+    VitreolAssets vitreolAssets;
+    /// Owned until an object takes them.
+    SubObjectPersistentIds subObjectPersistentIds;
+};
+
+}  // namespace KVR

@@ -1,0 +1,145 @@
+// The life of a producer: open, scan, end.
+
+#include <exception>
+#include <xercesc/parsers/XercesDOMParser.hpp>
+#include <xercesc/util/PlatformUtils.hpp>
+
+#include "framework/api/Exception.h"
+#include "framework/api/IObject.h"
+#include "framework/api/LocaleHelper.h"
+#include "framework/xml_util/FileInputSource.h"
+#include "framework/xml_util/XMLPlatform.h"
+#include "producer/DocumentScan.h"
+#include "producer/ObjectNodeIndex.h"
+#include "producer/SideFileIndex.h"
+#include "producer/XMLProducerImpl.h"
+#include "structure/XMLFileQueryResult.h"
+
+namespace KVR
+{
+
+XMLProducerImpl::XMLProducerImpl(UTF16String const& path, XMLProducerOptions* producerOptions)
+    : objectCollector(std::make_unique<ObjectCollector>()),
+      options(producerOptions),
+      objectNodeIndex(std::make_unique<ObjectNodeIndex>()),
+      sideFileIndex(std::make_unique<SideFileIndex>()),
+      m_fileName(path)
+{
+}
+
+XMLProducerImpl::~XMLProducerImpl()
+{
+    EndProcess();
+}
+
+// Whatever a parser throws at a bad file, the answer is false. A failed open keeps its hold on Xerces: the parser that
+// failed lives until the end or the next try.
+bool XMLProducerImpl::OpenDocument()
+{
+    if (m_isParsed)
+        return true;
+    LocaleHelper const locale{UTF8String()};
+    if (!XMLPlatform::Acquire())
+        return false;
+    try
+    {
+        m_parser =
+            std::make_unique<xercesc::XercesDOMParser>(nullptr, xercesc::XMLPlatformUtils::fgMemoryManager, nullptr);
+        m_parser->setValidationScheme(xercesc::XercesDOMParser::Val_Never);
+        m_parser->setDoNamespaces(true);
+        m_parser->setDoSchema(true);
+        m_parser->setCreateEntityReferenceNodes(true);
+        m_parser->parse(FileInputSource(m_fileName));
+        m_isParsed = m_parser->getErrorCount() == 0;
+    }
+    catch (...)
+    {
+        m_isParsed = false;
+    }
+    return m_isParsed;
+}
+
+FileQueryResult const* XMLProducerImpl::QueryFile()
+{
+    if (m_queryResult)
+        return m_queryResult.get();
+    m_queryResult = std::make_unique<XMLFileQueryResult>();
+    try
+    {
+        if (OpenDocument())
+            m_queryResult->Fill(m_parser.get());
+    }
+    catch (...)
+    {
+        // The host gets the result unfilled.
+    }
+    return m_queryResult.get();
+}
+
+RootId XMLProducerImpl::RootObjectId() const
+{
+    if (!rootId)
+        throw GeneralException("Could not find the root object id.");
+    return *rootId;
+}
+
+IUniverse const* XMLProducerImpl::LoadUniverse() const
+{
+    return universe.get();
+}
+
+IObject* XMLProducerImpl::Load(UTF8String const& id) const
+{
+    return objectCollector ? objectCollector->QueryObject(id) : nullptr;
+}
+
+void XMLProducerImpl::Dispose(UTF8String const& id)
+{
+    if (objectCollector)
+        objectCollector->Dispose(id);
+}
+
+void XMLProducerImpl::BeginProcess(EventManager const* manager)
+{
+    // After the end there is nothing to read into.
+    if (!objectCollector)
+        return;
+    eventManager = manager;
+    if (!OpenDocument())
+    {
+        FileException exception;
+        exception.SetFileName(m_fileName);
+        exception.SetErrorCode(FileException::kFileErrorCode_CannotRead);
+        exception.SetReporter(kComponentRole_Producer);
+        throw FileException(exception);
+    }
+    ScanDocument(m_parser.get(), m_fileName, *this);
+}
+
+// Objects go first and the parser late, since objects point at text that the document holds.
+void XMLProducerImpl::EndProcess()
+{
+    rootId.reset();
+    objectCollector.reset();
+    m_objectIdMap.reset();
+    m_queryResult.reset();
+    sideFileIndex.reset();
+    objectNodeIndex.reset();
+    universe.reset();
+    formerUniverses.clear();
+    m_parser.reset();
+    if (m_isParsed)
+    {
+        XMLPlatform::Release();
+        m_isParsed = false;
+    }
+}
+
+void XMLProducerImpl::SetNewObjectIdPrefix(UTF8String const& prefix)
+{
+    // The numbers go on from where a former prefix left them.
+    m_objectIdMap = std::make_unique<IdMap>();
+    m_newObjectIdPrefix = prefix;
+}
+
+}  // namespace KVR

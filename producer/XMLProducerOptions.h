@@ -1,0 +1,35 @@
+#pragma once
+
+#include <memory>
+
+#include "framework/api/BaseOptions.h"
+#include "producer/Export.h"
+
+namespace KVR
+{
+
+/// What a host may choose about the reading of a scene. The host owns the options; they must outlive the producer that
+/// was given them.
+class KVR_XML_PRODUCER_API XMLProducerOptions : public BaseOptions
+{
+public:
+    XMLProducerOptions();
+    ~XMLProducerOptions() override;
+    XMLProducerOptions(XMLProducerOptions const&) = delete;
+    XMLProducerOptions& operator=(XMLProducerOptions const&) = delete;
+
+    /// Whether the host wants layers; true until set. Stored and reported: layers are read in any case.
+    bool WantLayer() const noexcept;
+    void SetWantLayer(bool want) noexcept;
+
+    /// Whether kernel stores that the kernel judges insecure are restored all the same; false until set. Leave it off
+    /// for files that you do not trust.
+    bool WantRestoreInsecureGMKFiles() const noexcept;
+    void SetWantRestoreInsecureGMKFiles(bool want) noexcept;
+
+private:
+    struct Flags;
+    std::unique_ptr<Flags> m_flags;
+};
+
+}  // namespace KVR

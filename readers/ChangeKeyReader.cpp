@@ -1,0 +1,16 @@
+#include "readers/ChangeKeyReader.h"
+
+#include "framework/xml_util/DomWalk.h"
+
+namespace KVR
+{
+
+bool ReadChangeKey(xercesc::DOMNode* node, XMLCh const*& slot)
+{
+    if (!IsNamed(node, u"ChangeKey"))
+        return false;
+    slot = TextContent(node);
+    return true;
+}
+
+}  // namespace KVR

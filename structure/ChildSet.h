@@ -1,0 +1,80 @@
+#pragma once
+
+#include <span>
+#include <string_view>
+#include <vector>
+#include <xercesc/dom/DOMNode.hpp>
+
+#include "framework/xml_util/DomWalk.h"
+#include "producer/SideFileIndex.h"
+
+namespace KVR
+{
+
+class XMLProducerImpl;
+
+/// What the readers of children get, besides their element.
+struct ChildContext
+{
+    XMLProducerImpl* producer;
+    BodyEntities& bodyEntities;
+    CurveEntities& curveEntities;
+    MeshStore& meshStore;
+    CurveStore& curveStore;
+};
+
+/// What a failed child means to the owner.
+enum OnFailureEnum
+{
+    /// Go on with the next child.
+    kOnFailure_Next,
+    /// Leave the rest of this set unread.
+    kOnFailure_Stop,
+    /// Leave the rest of the owner's element unread, too.
+    kOnFailure_Abort
+};
+
+/// How the walk over a set ended.
+enum class ChildSetEnd
+{
+    kDone,
+    kStopped,
+    kAborted
+};
+
+/// A kind of child that an owner accepts. `build` reads and registers the child and appends its id; false when it
+/// failed, in which case nothing was appended.
+template <class ChildIdT>
+struct ChildRow
+{
+    std::u16string_view name;
+    bool (*build)(ChildContext const& context, xercesc::DOMNode* node, std::vector<ChildIdT>& children);
+    OnFailureEnum onFailure;
+};
+
+/// Reads the children of a "ChildSet" by the owner's rows, in document order; a child of any other name is skipped.
+template <class ChildIdT>
+[[nodiscard]] ChildSetEnd ReadChildSet(std::span<ChildRow<ChildIdT> const> rows, ChildContext const& context,
+                                       xercesc::DOMNode const* node, std::vector<ChildIdT>& children)
+{
+    for (xercesc::DOMNode* const child : Children(node))
+    {
+        XMLCh const* const name = child->getNodeName();
+        for (ChildRow<ChildIdT> const& row : rows)
+        {
+            if (!Equals(name, row.name))
+                continue;
+            if (!row.build(context, child, children))
+            {
+                if (row.onFailure == kOnFailure_Stop)
+                    return ChildSetEnd::kStopped;
+                if (row.onFailure == kOnFailure_Abort)
+                    return ChildSetEnd::kAborted;
+            }
+            break;
+        }
+    }
+    return ChildSetEnd::kDone;
+}
+
+}  // namespace KVR

@@ -1,0 +1,107 @@
+#include "structure/XMLAssembly.h"
+
+#include "framework/api/Exception.h"
+#include "framework/api/Subscript.h"
+#include "producer/ElementReaders.h"
+#include "readers/ChangeKeyReader.h"
+#include "readers/ExtensionDataReader.h"
+#include "structure/ChildBuilders.h"
+#include "structure/XMLInstance.h"
+
+namespace KVR
+{
+
+namespace
+{
+
+bool BuildInstance(ChildContext const& context, xercesc::DOMNode* node, std::vector<AssemblyChildId>& children)
+{
+    IInstance const* const instance = ReadInstance(node, *context.producer->objectNodeIndex);
+    if (!instance)
+        return false;
+    children.emplace_back(instance);
+    return true;
+}
+
+constexpr ChildRow<AssemblyChildId> kChildRows[] = {
+    {u"IInstance", &BuildInstance, kOnFailure_Abort},
+    {u"Child", &BuildChildRef<AssemblyChildId>, kOnFailure_Next},
+};
+
+}  // namespace
+
+XMLAssembly::XMLAssembly(XMLProducerImpl* producer) : ComponentState(producer) {}
+XMLAssembly::~XMLAssembly() = default;
+
+AssemblyChildId XMLAssembly::ChildAt(unsigned long long index) const
+{
+    if (index >= m_childIds.size())
+        throw GeneralException("Invalid index to child of XMLAssembly.");
+    return m_childIds[index];
+}
+
+void XMLAssembly::CrossLevelVisibilityAt(unsigned long long index, IdSet& path, bool& visible) const
+{
+    CrossLevelVisibility const& held = CheckedAt(m_crossLevelVisibilities, index);
+    path = held.path;
+    visible = held.visible;
+}
+
+void XMLAssembly::CrossLevelStyleAt(unsigned long long index, IdSet& path, IdSet& styles) const
+{
+    CrossLevelStyle const& held = CheckedAt(m_crossLevelStyles, index);
+    path = held.path;
+    styles = held.styles;
+}
+
+void XMLAssembly::CrossLevelTransformAt(unsigned long long index, IdSet& path, Matrix3d& transform) const
+{
+    CrossLevelTransform const& held = CheckedAt(m_crossLevelTransforms, index);
+    path = held.path;
+    transform = held.transform;
+}
+
+bool XMLAssembly::ReadFromXML(xercesc::DOMNode* node, BodyEntities& bodyEntities, CurveEntities& curveEntities,
+                              MeshStore& meshStore, CurveStore& curveStore)
+{
+    if (!IsElement(node))
+        return false;
+    ReadAttributes(node);
+    ChildContext const context{m_producer, bodyEntities, curveEntities, meshStore, curveStore};
+    for (xercesc::DOMNode* const child : Children(node))
+    {
+        if (!ReadChild(child, context))
+            return false;
+    }
+    ResolveUnits();
+    return true;
+}
+
+// A row per child element; false when a failed child ends the whole reading.
+bool XMLAssembly::ReadChild(xercesc::DOMNode* child, ChildContext const& context)
+{
+    bool goesOn = true;
+    Match(child,                                                                  //
+          On(u"ChangeKey", [&] { Ignored(ReadChangeKey(child, m_changeKey)); }),  //
+          On(u"Unit", [&] { ReadUnits(child); }),                                 //
+          // Kept: in any case here, unlike in a part; but what is not written so reads as nothing.
+          OnAnyCase(u"UnitAndTolerance", [&] { KeepUnitAndTolerance(child); }),  //
+          On(u"ChildSet",
+             [&]
+             {
+                 std::span<ChildRow<AssemblyChildId> const> const rows(kChildRows);
+                 goesOn = ReadChildSet(rows, context, child, m_childIds) != ChildSetEnd::kAborted;
+             }),
+          On(u"Styles", [&] { Ignored(ReadStyleRefs(m_producer, child, m_styles)); }),  //
+          On(u"CrossLevelAttributes",
+             [&]
+             {
+                 Ignored(ReadCrossLevelAttributes(m_producer, child, m_crossLevelVisibilities, m_crossLevelStyles,
+                                                  m_crossLevelTransforms));
+             }),
+          On(u"FileProperties", [&] { m_fileProperties.Read(child); }),  //
+          On(u"ExtensionData", [&] { AddExtensionData(child, *this); }));
+    return goesOn;
+}
+
+}  // namespace KVR

@@ -1,0 +1,202 @@
+#include "structure/XMLFileProperties.h"
+
+#include <utility>
+
+#include "framework/api/Time.h"
+#include "framework/api/ViewingData.h"
+#include "framework/xml_util/DomWalk.h"
+#include "framework/xml_util/PropertyTypeText.h"
+#include "framework/xml_util/XMLStrUtil.h"
+#include "readers/BooleanText.h"
+#include "readers/Ignored.h"
+#include "readers/NodeAttributes.h"
+#include "readers/VectorTextReader.h"
+
+namespace KVR
+{
+
+namespace
+{
+
+// Makes a property of the type from its value text. Only a time that does not convert drops it; a number that does not
+// is 0.
+bool SetFromText(CustomProperty& property, PropertyTypeEnum type, UTF16String const& name, XMLCh const* value)
+{
+    switch (type)
+    {
+        case kPropertyType_Int:
+            property.SetProperty(name, XMLStrUtil::XMLStrToInt(value));
+            return true;
+        case kPropertyType_Double:
+        {
+            double number = 0.0;
+            XMLStrUtil::XMLStrToDouble(value, number);
+            property.SetProperty(name, number);
+            return true;
+        }
+        case kPropertyType_Bool:
+            property.SetProperty(name, kBoolean_TrueWordElseFalse.test(value));
+            return true;
+        case kPropertyType_Time:
+        {
+            Time time;
+            if (!Time::FromString(XMLStrUtil::XMLStrToAStr(value), time))
+                return false;
+            property.SetProperty(name, time.Value());
+            return true;
+        }
+        case kPropertyType_String:
+            break;
+    }
+    property.SetProperty(name, XMLStrUtil::XMLStrToWStr(value));
+    return true;
+}
+
+}  // namespace
+
+XMLFileProperties::XMLFileProperties(xercesc::DOMNode* node)
+{
+    Read(node);
+}
+XMLFileProperties::~XMLFileProperties() = default;
+
+void XMLFileProperties::Read(xercesc::DOMNode* node)
+{
+    for (xercesc::DOMNode* const child : Children(node))
+    {
+        bool const isKnown = Match(child,                                                          //
+                                   On(u"CustomProperties", [&] { ReadCustomProperties(child); }),  //
+                                   OnAnyCase(u"ViewData", [&] { ReadFileViewData(child); }));
+        if (!isKnown)
+            AddEntry(child);
+    }
+}
+
+void XMLFileProperties::AddEntry(xercesc::DOMNode* element)
+{
+    m_entries.try_emplace(XMLStrUtil::XMLStrToAStr(element->getNodeName()),
+                          XMLStrUtil::XMLStrToWStr(TextContent(element)));
+}
+
+void XMLFileProperties::ReadFileViewData(xercesc::DOMNode const* node)
+{
+    for (xercesc::DOMNode* const child : Children(node))
+        Match(child, On(u"UpVector", [&] { AddEntry(child); }), On(u"FrontVector", [&] { AddEntry(child); }));
+}
+
+void XMLFileProperties::ReadCustomProperties(xercesc::DOMNode const* node)
+{
+    // Kept: a type outside the table keeps that of the property before it.
+    PropertyTypeEnum type = kPropertyType_String;
+    for (xercesc::DOMNode const* const child : Children(node))
+    {
+        if (!IsNamed(child, u"CustomProperty"))
+            continue;
+        Ignored(PropertyTypeFromText(AttributeText(child, u"Type"), type));
+        CustomProperty property;
+        UTF16String const name = XMLStrUtil::XMLStrToWStr(AttributeOrEmpty(child, u"Key"));
+        if (SetFromText(property, type, name, AttributeOrEmpty(child, u"Value")))
+            m_customProperties.push_back(std::move(property));
+    }
+}
+
+IsValueSpecifiedEnum XMLFileProperties::TextOf(char const* key, UTF16String& text) const
+{
+    auto const found = m_entries.find(key);
+    if (found == m_entries.end())
+        return kIsValueSpecified_No;
+    text = found->second;
+    return kIsValueSpecified_Yes;
+}
+
+IsValueSpecifiedEnum XMLFileProperties::UnitOf(char const* key, UnitTypeEnum& unit) const
+{
+    UTF16String text;
+    if (TextOf(key, text) != kIsValueSpecified_Yes)
+        return kIsValueSpecified_No;
+    Ignored(XMLStrUtil::StringToUnitType(UTF8String(text), unit));
+    return kIsValueSpecified_Yes;
+}
+
+IsValueSpecifiedEnum XMLFileProperties::Title(UTF16String& text) const
+{
+    return TextOf("Title", text);
+}
+IsValueSpecifiedEnum XMLFileProperties::Author(UTF16String& text) const
+{
+    return TextOf("Author", text);
+}
+IsValueSpecifiedEnum XMLFileProperties::Organization(UTF16String& text) const
+{
+    return TextOf("Organization", text);
+}
+IsValueSpecifiedEnum XMLFileProperties::Description(UTF16String& text) const
+{
+    return TextOf("Description", text);
+}
+IsValueSpecifiedEnum XMLFileProperties::SendingSystem(UTF16String& text) const
+{
+    return TextOf("SendingSystem", text);
+}
+IsValueSpecifiedEnum XMLFileProperties::PartNumber(UTF16String& text) const
+{
+    return TextOf("PartNumber", text);
+}
+IsValueSpecifiedEnum XMLFileProperties::Revision(UTF16String& text) const
+{
+    return TextOf("Revision", text);
+}
+IsValueSpecifiedEnum XMLFileProperties::Preprocessor(UTF16String& text) const
+{
+    return TextOf("Preprocessor", text);
+}
+IsValueSpecifiedEnum XMLFileProperties::Authorisation(UTF16String& text) const
+{
+    return TextOf("Authorisation", text);
+}
+IsValueSpecifiedEnum XMLFileProperties::MassUnit(UnitTypeEnum& unit) const
+{
+    return UnitOf("MassUnit", unit);
+}
+IsValueSpecifiedEnum XMLFileProperties::TimeUnit(UnitTypeEnum& unit) const
+{
+    return UnitOf("TimeUnit", unit);
+}
+
+IsValueSpecifiedEnum XMLFileProperties::CreationDate(Time& time) const
+{
+    UTF16String text;
+    if (TextOf("CreationDate", text) != kIsValueSpecified_Yes || !Time::FromString(UTF8String(text), time))
+        return kIsValueSpecified_No;
+    return kIsValueSpecified_Yes;
+}
+
+IsValueSpecifiedEnum XMLFileProperties::CustomPropertyAt(unsigned long long index, CustomProperty& property) const
+{
+    if (index >= m_customProperties.size())
+        return kIsValueSpecified_No;
+    property = m_customProperties[index];
+    return kIsValueSpecified_Yes;
+}
+
+IsValueSpecifiedEnum XMLFileProperties::ViewDataOf(ViewData& viewData) const
+{
+    IsValueSpecifiedEnum answer = kIsValueSpecified_No;
+    UTF16String text;
+    double x = 0.0;
+    double y = 0.0;
+    double z = 0.0;
+    if (TextOf("UpVector", text) == kIsValueSpecified_Yes && ReadVectorText(UTF8String(text), x, y, z))
+    {
+        viewData.SetUpVector(x, y, z);
+        answer = kIsValueSpecified_Yes;
+    }
+    if (TextOf("FrontVector", text) == kIsValueSpecified_Yes && ReadVectorText(UTF8String(text), x, y, z))
+    {
+        viewData.SetFrontVector(x, y, z);
+        answer = kIsValueSpecified_Yes;
+    }
+    return answer;
+}
+
+}  // namespace KVR

@@ -1,0 +1,148 @@
+#include "structure/XMLInstance.h"
+
+#include <memory>
+#include <utility>
+
+#include "framework/api/IComponent.h"
+#include "framework/api/IFile.h"
+#include "framework/api/ObjectCollector.h"
+#include "framework/xml_util/DomWalk.h"
+#include "framework/xml_util/XMLStrUtil.h"
+#include "framework/xml_util/XMLUtils.h"
+#include "producer/ElementReaders.h"
+#include "producer/ObjectNodeIndex.h"
+#include "producer/XMLProducerImpl.h"
+#include "readers/BooleanText.h"
+#include "readers/ChangeKeyReader.h"
+#include "readers/ExtensionDataReader.h"
+#include "readers/Ignored.h"
+#include "readers/NodeAttributes.h"
+#include "readers/ReferenceReader.h"
+#include "readers/UnitReader.h"
+
+namespace KVR
+{
+
+XMLInstance::XMLInstance(UTF8String id, UTF16String label, Matrix3d const& transform, XMLCh const* changeKey,
+                         IComponent const* target, XMLProducerImpl* producer)
+    : UnitState(std::move(id), std::move(label)), m_targetId(target), m_transform(transform), m_producer(producer)
+{
+    m_changeKey = changeKey;
+}
+
+XMLInstance::XMLInstance(UTF8String id, UTF16String label, Matrix3d const& transform, XMLCh const* changeKey,
+                         IFile const* target, XMLProducerImpl* producer)
+    : UnitState(std::move(id), std::move(label)), m_targetId(target), m_transform(transform), m_producer(producer)
+{
+    m_changeKey = changeKey;
+}
+
+XMLInstance::~XMLInstance() = default;
+
+namespace
+{
+
+using xercesc::DOMNode;
+
+// What an "IInstance" element says, with the format's defaults. It lives on the heap: reading an instance reads its
+// target, and what the target places, and so on, and the stack has to hold a thousand of these readings.
+struct InstanceFields
+{
+    UTF8String id;
+    UTF16String label;
+    UTF8String versionPersistentId;
+    bool visible = false;
+    bool netVisible = false;
+    UTF8String targetId;
+    Matrix3d transform;
+    XMLCh const* changeKey = nullptr;
+    Units units;
+    IdSet styles;
+    IdSet netStyles;
+    ExtensionDataContent extensionData;
+};
+
+void ReadAttributes(XMLProducerImpl& producer, DOMNode const* node, InstanceFields& fields)
+{
+    XMLUtils::GetNodeAttribute(node, u"ID", fields.id);
+    producer.ApplyIdMapping(fields.id);
+    XMLUtils::GetNodeAttribute(node, u"Label", fields.label);
+    fields.netVisible = ReadBoolean(node, u"NetVisibility", kVisibility_OneElseHidden);
+    fields.visible = ReadBoolean(node, u"Visibility", kVisibility_OneElseHidden);
+    XMLUtils::GetNodeAttribute(node, u"VersionPersistentId", fields.versionPersistentId);
+}
+
+// Takes the reference and the transform, and has the target read if that was not done yet. Of several the last counts;
+// the targets of all are read. Kept: a later one whose transform is no transform leaves that of the one before.
+void ReadTarget(XMLProducerImpl& producer, ObjectNodeIndex& objectNodeIndex, DOMNode const* node,
+                InstanceFields& fields)
+{
+    UTF8String const writtenId = XMLStrUtil::XMLStrToAStr(AttributeOrEmpty(node, u"ID"));
+    fields.targetId = writtenId;
+    producer.ApplyIdMapping(fields.targetId);
+    XMLStrUtil::GetTransfFromStr(AttributeOrEmpty(node, u"Transformation"), fields.transform);
+    if (!producer.objectCollector->HasObject(fields.targetId))
+        Ignored(objectNodeIndex.ReadNodeById(writtenId));
+}
+
+void ReadChildren(XMLProducerImpl& producer, ObjectNodeIndex& objectNodeIndex, DOMNode const* node,
+                  InstanceFields& fields)
+{
+    for (DOMNode* const child : Children(node))
+    {
+        Match(
+            child,                                                                        //
+            On(u"Child", [&] { ReadTarget(producer, objectNodeIndex, child, fields); }),  //
+            On(u"ChangeKey", [&] { Ignored(ReadChangeKey(child, fields.changeKey)); }),   //
+            On(u"Unit",
+               [&] {
+                   Ignored(ReadUnit(child, fields.units.length, fields.units.displayAngle, fields.units.displayLength));
+               }),
+            On(u"Styles", [&] { Ignored(ReadStyleRefs(&producer, child, fields.styles)); }),        //
+            On(u"NetStyles", [&] { Ignored(ReadStyleRefs(&producer, child, fields.netStyles)); }),  //
+            // Kept: one content, written over by each element, where other objects add each.
+            On(u"ExtensionData", [&] { Ignored(ReadExtensionData(child, fields.extensionData)); }));
+    }
+}
+
+// The instance for the fields; null when there is no target, or none of a kind that can be placed.
+std::unique_ptr<XMLInstance> Dress(XMLProducerImpl& producer, InstanceFields& fields)
+{
+    IObject* const object = producer.objectCollector->QueryObject(fields.targetId);
+    std::unique_ptr<XMLInstance> instance;
+    if (auto const* const component = dynamic_cast<IComponent const*>(object))
+        instance = std::make_unique<XMLInstance>(std::move(fields.id), std::move(fields.label), fields.transform,
+                                                 fields.changeKey, component, &producer);
+    else if (auto const* const file = dynamic_cast<IFile const*>(object))
+        instance = std::make_unique<XMLInstance>(std::move(fields.id), std::move(fields.label), fields.transform,
+                                                 fields.changeKey, file, &producer);
+    else
+        return nullptr;
+    instance->SetDisplayAngleUnit(fields.units.displayAngle);
+    instance->SetLengthUnit(fields.units.length);
+    instance->SetDisplayLengthUnit(fields.units.displayLength);
+    instance->SetVisible(fields.visible);
+    instance->SetNetVisible(fields.netVisible);
+    instance->SetStyles(std::move(fields.styles));
+    instance->SetNetStyles(std::move(fields.netStyles));
+    instance->SetVersionPersistentId(fields.versionPersistentId);
+    if (!fields.extensionData.TypeId().IsEmpty())
+        instance->AddExtensionDataContent(fields.extensionData);
+    return instance;
+}
+
+}  // namespace
+
+XMLInstance* ReadInstance(DOMNode* node, ObjectNodeIndex& objectNodeIndex)
+{
+    XMLProducerImpl& producer = *objectNodeIndex.Producer();
+    auto const fields = std::make_unique<InstanceFields>();
+    ReadAttributes(producer, node, *fields);
+    ReadChildren(producer, objectNodeIndex, node, *fields);
+    std::unique_ptr<XMLInstance> instance = Dress(producer, *fields);
+    XMLInstance* const registered = instance.get();
+    producer.objectCollector->AddObject(instance.release());
+    return registered;
+}
+
+}  // namespace KVR

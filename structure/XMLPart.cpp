@@ -1,0 +1,53 @@
+#include "structure/XMLPart.h"
+
+#include "framework/api/Subscript.h"
+#include "readers/ChangeKeyReader.h"
+#include "readers/ExtensionDataReader.h"
+#include "structure/ChildBuilders.h"
+
+namespace KVR
+{
+
+namespace
+{
+
+// Kept: a part passes over instances and feature overrides.
+constexpr ChildRow<PartChildId> kChildRows[] = {
+    {u"Child", &BuildChildRef<PartChildId>, kOnFailure_Next},
+};
+
+}  // namespace
+
+XMLPart::XMLPart(XMLProducerImpl* producer) : ComponentState(producer) {}
+XMLPart::~XMLPart() = default;
+
+PartChildId XMLPart::ChildAt(unsigned long long index) const
+{
+    return CheckedAt(m_childIds, index);
+}
+
+bool XMLPart::ReadFromXML(xercesc::DOMNode* node, BodyEntities& bodyEntities, CurveEntities& curveEntities,
+                          MeshStore& meshStore, CurveStore& curveStore)
+{
+    if (!IsElement(node))
+        return false;
+    ReadAttributes(node);
+    ChildContext const context{m_producer, bodyEntities, curveEntities, meshStore, curveStore};
+    std::span<ChildRow<PartChildId> const> const rows(kChildRows);
+    for (xercesc::DOMNode* const child : Children(node))
+    {
+        // A set that stopped early is like any other: the children of the part behind it are read.
+        Match(child,                                                                              //
+              On(u"ChildSet", [&] { Ignored(ReadChildSet(rows, context, child, m_childIds)); }),  //
+              On(u"ChangeKey", [&] { Ignored(ReadChangeKey(child, m_changeKey)); }),              //
+              On(u"Unit", [&] { ReadUnits(child); }),                                             //
+              On(u"UnitAndTolerance", [&] { KeepUnitAndTolerance(child); }),                      //
+              On(u"Styles", [&] { Ignored(ReadStyleRefs(m_producer, child, m_styles)); }),        //
+              On(u"FileProperties", [&] { m_fileProperties.Read(child); }),                       //
+              On(u"ExtensionData", [&] { AddExtensionData(child, *this); }));
+    }
+    ResolveUnits();
+    return true;
+}
+
+}  // namespace KVR
