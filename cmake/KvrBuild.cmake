@@ -28,7 +28,7 @@ endif()
 
 add_library(kvr_flags INTERFACE)
 target_compile_options(kvr_flags INTERFACE
-  -Wall -Wextra -Wpedantic -Werror -Wshadow=local -Wnon-virtual-dtor -Wcast-qual -Wformat=2)
+  -Wall -Wextra -Wpedantic -Werror $<IF:$<CXX_COMPILER_ID:GNU>,-Wshadow=local,-Wshadow> -Wnon-virtual-dtor -Wcast-qual -Wformat=2)
 if(KVR_SANITIZE)
   target_compile_options(kvr_flags INTERFACE
     -fsanitize=${KVR_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)

@@ -47,7 +47,8 @@ private:
     bool m_netVisible = true;
     IdSet m_styles;
     IdSet m_netStyles;
-    XMLProducerImpl* m_producer;
+    // Every object of a scene knows its producer, whether it has a question for it or not.
+    [[maybe_unused]] XMLProducerImpl* m_producer;
 };
 
 }  // namespace KVR
