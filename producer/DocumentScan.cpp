@@ -111,7 +111,7 @@ constexpr std::u16string_view kObjectNames[] = {
 
 }  // namespace
 
-bool ScanDocument(xercesc::XercesDOMParser const* parser, UTF16String sceneFilePath, XMLProducerImpl& producer)
+bool ScanDocument(xercesc::XercesDOMParser const* parser, UTF16String const& sceneFilePath, XMLProducerImpl& producer)
 {
     ClassicLocaleScope const classicLocale;
     Scan const scan{sceneFilePath, producer};

@@ -15,6 +15,6 @@ class XMLProducerImpl;
 
 /// Walks the children of the document's root: loads the side files that info sections name, builds the universe, notes
 /// object elements, and then reads those. Always true. What a reader throws goes on to the caller.
-bool ScanDocument(xercesc::XercesDOMParser const* parser, UTF16String sceneFilePath, XMLProducerImpl& producer);
+bool ScanDocument(xercesc::XercesDOMParser const* parser, UTF16String const& sceneFilePath, XMLProducerImpl& producer);
 
 }  // namespace KVR

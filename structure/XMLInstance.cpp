@@ -3,9 +3,11 @@
 #include <memory>
 #include <utility>
 
-#include "framework/api/IComponent.h"
+#include "framework/api/IAssembly.h"
 #include "framework/api/IFile.h"
+#include "framework/api/IPart.h"
 #include "framework/api/ObjectCollector.h"
+#include "framework/api/ObjectVisitor.h"
 #include "framework/xml_util/DomWalk.h"
 #include "framework/xml_util/XMLStrUtil.h"
 #include "framework/xml_util/XMLUtils.h"
@@ -105,18 +107,41 @@ void ReadChildren(XMLProducerImpl& producer, ObjectNodeIndex& objectNodeIndex, D
     }
 }
 
+// Makes the instance when its target is of a kind that can be placed. The target itself says what it is: to find out by
+// casts, through families of classes as deep as these, takes longer than all the rest of dressing.
+class Placement : public ObjectVisitor
+{
+public:
+    Placement(XMLProducerImpl& producer, InstanceFields& fields) : m_producer(producer), m_fields(fields) {}
+
+    using ObjectVisitor::Visit;
+    void Visit(IAssembly* assembly) override { Place(static_cast<IComponent const*>(assembly)); }
+    void Visit(IPart* part) override { Place(static_cast<IComponent const*>(part)); }
+    void Visit(IFile* file) override { Place(static_cast<IFile const*>(file)); }
+
+    std::unique_ptr<XMLInstance> TakeInstance() { return std::move(m_instance); }
+
+private:
+    template <class Target>
+    void Place(Target const* target)
+    {
+        m_instance = std::make_unique<XMLInstance>(std::move(m_fields.id), std::move(m_fields.label),
+                                                   m_fields.transform, m_fields.changeKey, target, &m_producer);
+    }
+
+    XMLProducerImpl& m_producer;
+    InstanceFields& m_fields;
+    std::unique_ptr<XMLInstance> m_instance;
+};
+
 // The instance for the fields; null when there is no target, or none of a kind that can be placed.
 std::unique_ptr<XMLInstance> Dress(XMLProducerImpl& producer, InstanceFields& fields)
 {
-    IObject* const object = producer.objectCollector->QueryObject(fields.targetId);
-    std::unique_ptr<XMLInstance> instance;
-    if (auto const* const component = dynamic_cast<IComponent const*>(object))
-        instance = std::make_unique<XMLInstance>(std::move(fields.id), std::move(fields.label), fields.transform,
-                                                 fields.changeKey, component, &producer);
-    else if (auto const* const file = dynamic_cast<IFile const*>(object))
-        instance = std::make_unique<XMLInstance>(std::move(fields.id), std::move(fields.label), fields.transform,
-                                                 fields.changeKey, file, &producer);
-    else
+    Placement placement(producer, fields);
+    if (IObject* const target = producer.objectCollector->QueryObject(fields.targetId))
+        target->AcceptVisitor(&placement);
+    std::unique_ptr<XMLInstance> instance = placement.TakeInstance();
+    if (!instance)
         return nullptr;
     instance->SetDisplayAngleUnit(fields.units.displayAngle);
     instance->SetLengthUnit(fields.units.length);

@@ -3,6 +3,25 @@
 namespace KVR
 {
 
+namespace
+{
+
+char const* DescriptionOf(FileException::FileErrorCodeEnum code)
+{
+    switch (code)
+    {
+        case FileException::kFileErrorCode_InsecureContentRestored:
+            return "a file with insecure content was read";
+        case FileException::kFileErrorCode_InsecureContentRefused:
+            return "a file with insecure content was refused";
+        case FileException::kFileErrorCode_CannotRead:
+            break;
+    }
+    return "a file could not be read";
+}
+
+}  // namespace
+
 Exception::Exception() = default;
 Exception::~Exception() = default;
 
@@ -27,7 +46,7 @@ std::unique_ptr<Exception> GeneralException::Clone() const
     return std::make_unique<GeneralException>(*this);
 }
 
-FileException::FileException() : m_what("a file could not be read") {}
+FileException::FileException() : m_what(DescriptionOf(m_code)) {}
 FileException::~FileException() = default;
 std::unique_ptr<Exception> FileException::Clone() const
 {
@@ -37,7 +56,20 @@ std::unique_ptr<Exception> FileException::Clone() const
 void FileException::SetFileName(UTF16String const& fileName)
 {
     m_fileName = fileName;
-    m_what = UTF8String("a file could not be read: ") + UTF8String(fileName);
+    Describe();
+}
+
+void FileException::SetErrorCode(FileErrorCodeEnum code)
+{
+    m_code = code;
+    Describe();
+}
+
+void FileException::Describe()
+{
+    m_what = DescriptionOf(m_code);
+    if (!m_fileName.IsEmpty())
+        m_what = m_what + ": " + UTF8String(m_fileName);
 }
 
 }  // namespace KVR

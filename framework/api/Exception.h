@@ -70,19 +70,21 @@ public:
     ~FileException() override;
 
     void SetFileName(UTF16String const& fileName);
-    void SetErrorCode(FileErrorCodeEnum code) noexcept { m_code = code; }
+    void SetErrorCode(FileErrorCodeEnum code);
     /// Empty until set.
     UTF16String const& FileName() const noexcept { return m_fileName; }
     /// 0 until set.
     FileErrorCodeEnum ErrorCode() const noexcept { return m_code; }
-    /// A sentence with the code and the file's name; valid while the exception lives unchanged.
+    /// What the code says, and the file's name; valid while the exception lives unchanged.
     char const* what() const noexcept override { return m_what.Value(); }
     std::unique_ptr<Exception> Clone() const override;
 
 private:
+    void Describe();
+
+    FileErrorCodeEnum m_code = kFileErrorCode_CannotRead;
     UTF16String m_fileName;
     UTF8String m_what;
-    FileErrorCodeEnum m_code = kFileErrorCode_CannotRead;
 };
 
 }  // namespace KVR

@@ -29,14 +29,13 @@ struct IdSet::Content
     {
         if (ids.size() <= UniqueIndex::kShortList)
             return std::find(ids.begin(), ids.end(), id) != ids.end();
-        auto const hashAt = [this](std::uint32_t position) { return HashOf(ids[position]); };
         auto const find = [this](UTF8String const& text, std::size_t hash)
         { return index.Find(hash, [&](std::uint32_t position) { return ids[position] == text; }); };
         for (; indexed < ids.size(); ++indexed)
         {
             std::size_t const hash = HashOf(ids[indexed]);
             if (find(ids[indexed], hash) == UniqueIndex::kAbsent)
-                index.Add(hash, static_cast<std::uint32_t>(indexed), hashAt);
+                index.Add(hash, static_cast<std::uint32_t>(indexed));
         }
         return find(id, HashOf(id)) != UniqueIndex::kAbsent;
     }

@@ -14,8 +14,7 @@ void IdSetSet::AddWithUniquenessCheck(IdSet const& set)
     if (m_index.Find(hash, [&](std::uint32_t at) { return m_sets[at] == set; }) != UniqueIndex::kAbsent)
         return;
     m_sets.push_back(set);
-    m_index.Add(hash, static_cast<std::uint32_t>(m_sets.size() - 1),
-                [this](std::uint32_t at) { return m_sets[at].Hash(); });
+    m_index.Add(hash, static_cast<std::uint32_t>(m_sets.size() - 1));
 }
 
 IdSet const& IdSetSet::At(unsigned long long index) const

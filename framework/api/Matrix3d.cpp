@@ -16,7 +16,7 @@ std::size_t PlaceOf(int row, int column)
 {
     if (row < 0 || row >= Matrix3d::kDimension || column < 0 || column >= Matrix3d::kDimension)
         ThrowInvalidSubscript();
-    return static_cast<std::size_t>(row * Matrix3d::kDimension + column);
+    return static_cast<std::size_t>(row) * Matrix3d::kDimension + static_cast<std::size_t>(column);
 }
 
 }  // namespace

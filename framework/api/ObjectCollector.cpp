@@ -1,8 +1,8 @@
 #include "framework/api/ObjectCollector.h"
 
 #include <cstdint>
+#include <deque>
 #include <string>
-#include <vector>
 
 #include "framework/api/kvr_api.h"
 
@@ -21,7 +21,7 @@ struct ObjectCollector::Registry
         std::uint32_t last = UniqueIndex::kAbsent;
     };
 
-    std::vector<Entry> entries;
+    std::deque<Entry> entries;
     UniqueIndex index;
 
     static std::size_t HashOf(std::string_view id) { return std::hash<std::string_view>()(id); }
@@ -52,7 +52,7 @@ struct ObjectCollector::Registry
         }
         try
         {
-            index.Add(hash, place, [this](std::uint32_t at) { return HashOf(entries[at].id); });
+            index.Add(hash, place);
         }
         catch (...)
         {

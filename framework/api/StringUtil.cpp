@@ -13,13 +13,18 @@ namespace
 
 using Status = StringUtil::ConversionStatusEnum;
 
+bool IsWhiteSpace(char c)
+{
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
 std::string_view Trimmed(std::string_view text)
 {
-    constexpr std::string_view kWhiteSpace = " \t\n\v\f\r";
-    auto const first = text.find_first_not_of(kWhiteSpace);
-    if (first == std::string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(kWhiteSpace) - first + 1);
+    while (!text.empty() && IsWhiteSpace(text.front()))
+        text.remove_prefix(1);
+    while (!text.empty() && IsWhiteSpace(text.back()))
+        text.remove_suffix(1);
+    return text;
 }
 
 std::string_view ViewOf(char const* text)

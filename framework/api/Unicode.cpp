@@ -1,6 +1,7 @@
 #include "framework/api/Unicode.h"
 
 #include <cstddef>
+#include <type_traits>
 
 namespace KVR::Unicode
 {
@@ -20,25 +21,22 @@ bool IsLowSurrogate(char32_t unit)
     return unit >= 0xDC00 && unit <= 0xDFFF;
 }
 
-// Takes one code point off the front of the text, which is not empty.
-char32_t TakeFront(std::u16string_view& text)
+// Takes one code point off the front of the text, which is not empty. Units of 16 bits are UTF-16, of 32 bits UTF-32.
+template <class Unit>
+char32_t TakeFront(std::basic_string_view<Unit>& text)
 {
-    char32_t const first = text[0];
-    if (IsHighSurrogate(first) && text.size() > 1 && IsLowSurrogate(text[1]))
+    auto const first = static_cast<char32_t>(text[0]);
+    text.remove_prefix(1);
+    if constexpr (sizeof(Unit) == 2)
     {
-        char32_t const point = 0x10000 + ((first - 0xD800) << 10) + (text[1] - 0xDC00U);
-        text.remove_prefix(2);
-        return point;
+        if (IsHighSurrogate(first) && !text.empty() && IsLowSurrogate(static_cast<char32_t>(text[0])))
+        {
+            char32_t const second = static_cast<char32_t>(text[0]);
+            text.remove_prefix(1);
+            return 0x10000 + ((first - 0xD800) << 10) + (second - 0xDC00);
+        }
     }
-    text.remove_prefix(1);
-    return IsHighSurrogate(first) || IsLowSurrogate(first) ? kReplacement : first;
-}
-
-char32_t TakeFront(std::u32string_view& text)
-{
-    char32_t const point = text[0];
-    text.remove_prefix(1);
-    return point > kLastCodePoint || IsHighSurrogate(point) || IsLowSurrogate(point) ? kReplacement : point;
+    return first > kLastCodePoint || IsHighSurrogate(first) || IsLowSurrogate(first) ? kReplacement : first;
 }
 
 // The length of a UTF-8 sequence by its first byte, and the range that its second byte must lie in; that range is what
@@ -152,14 +150,6 @@ Out Convert(In text)
     return out;
 }
 
-// The view of wide text with the unit that it really has here.
-template <class Wide>
-auto UnitsOf(std::basic_string_view<Wide> text)
-{
-    using Unit = std::conditional_t<sizeof(Wide) == 2, char16_t, char32_t>;
-    return std::basic_string_view<Unit>(reinterpret_cast<Unit const*>(text.data()), text.size());
-}
-
 }  // namespace
 
 std::string Utf8FromUtf16(std::u16string_view text)
@@ -168,7 +158,7 @@ std::string Utf8FromUtf16(std::u16string_view text)
 }
 std::string Utf8FromWide(std::wstring_view text)
 {
-    return Convert<std::string>(UnitsOf(text));
+    return Convert<std::string>(text);
 }
 std::wstring WideFromUtf8(std::string_view bytes)
 {

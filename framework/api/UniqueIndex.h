@@ -22,56 +22,57 @@ public:
     {
         if (m_slots.empty())
             return kAbsent;
+        std::uint32_t const tag = Tag(hash);
         std::size_t const mask = m_slots.size() - 1;
-        for (std::size_t i = Spread(hash) & mask;; i = (i + 1) & mask)
+        for (std::size_t i = tag & mask;; i = (i + 1) & mask)
         {
             Slot const& slot = m_slots[i];
             if (slot.position == kAbsent)
                 return kAbsent;
-            if (slot.tag == Tag(hash) && equal(slot.position))
+            if (slot.tag == tag && equal(slot.position))
                 return slot.position;
         }
     }
 
-    /// Enters a position; `hashOf(position)` gives the hash of any position entered so far and is asked when the table
-    /// grows.
-    template <class HashOf>
-    void Add(std::size_t hash, std::uint32_t position, HashOf&& hashOf)
+    /// Enters a position.
+    void Add(std::size_t hash, std::uint32_t position)
     {
         if (2 * (m_count + 1) > m_slots.size())
-            Grow(hashOf);
-        Place(hash, position);
+            Grow();
+        Place({Tag(hash), position});
         ++m_count;
     }
 
 private:
+    // The tag says where the slot belongs in a table of any size, so that growing asks nobody for a hash.
     struct Slot
     {
         std::uint32_t tag = 0;
         std::uint32_t position = kAbsent;
     };
 
-    static std::size_t Spread(std::size_t hash) { return hash ^ (hash >> 32); }
-    static std::uint32_t Tag(std::size_t hash) { return static_cast<std::uint32_t>(hash >> 16); }
-
-    void Place(std::size_t hash, std::uint32_t position)
+    static std::uint32_t Tag(std::size_t hash)
     {
-        std::size_t const mask = m_slots.size() - 1;
-        std::size_t i = Spread(hash) & mask;
-        while (m_slots[i].position != kAbsent)
-            i = (i + 1) & mask;
-        m_slots[i] = {Tag(hash), position};
+        return static_cast<std::uint32_t>(hash ^ (static_cast<std::uint64_t>(hash) >> 32));
     }
 
-    template <class HashOf>
-    void Grow(HashOf&& hashOf)
+    void Place(Slot slot)
+    {
+        std::size_t const mask = m_slots.size() - 1;
+        std::size_t i = slot.tag & mask;
+        while (m_slots[i].position != kAbsent)
+            i = (i + 1) & mask;
+        m_slots[i] = slot;
+    }
+
+    void Grow()
     {
         std::vector<Slot> former(m_slots.empty() ? 4 * kShortList : 2 * m_slots.size());
         former.swap(m_slots);
         for (Slot const& slot : former)
         {
             if (slot.position != kAbsent)
-                Place(hashOf(slot.position), slot.position);
+                Place(slot);
         }
     }
 

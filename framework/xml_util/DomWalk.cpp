@@ -1,9 +1,8 @@
 #include "framework/xml_util/DomWalk.h"
 
 #include <string>
-#include <xercesc/dom/DOMAttr.hpp>
 #include <xercesc/dom/DOMDocument.hpp>
-#include <xercesc/dom/DOMElement.hpp>
+#include <xercesc/dom/DOMNamedNodeMap.hpp>
 #include <xercesc/dom/DOMText.hpp>
 
 namespace KVR
@@ -24,6 +23,24 @@ bool IsLeftOut(DOMNode const* node)
     return node->getNodeType() == DOMNode::COMMENT_NODE || node->getNodeType() == DOMNode::PROCESSING_INSTRUCTION_NODE;
 }
 
+bool Equal(XMLCh const* a, XMLCh const* b)
+{
+    for (; *a == *b; ++a, ++b)
+    {
+        if (*a == 0)
+            return true;
+    }
+    return false;
+}
+
+// What getNodeValue answers, without the cast between distant classes by which it finds out that there is one run of
+// text.
+XMLCh const* AttributeValue(DOMNode const* attribute)
+{
+    DOMNode const* const text = attribute->getFirstChild();
+    return text && !text->getNextSibling() && IsText(text) ? text->getNodeValue() : attribute->getNodeValue();
+}
+
 // The next node of a walk over everything below `top`, in document order; null behind the last.
 DOMNode* Next(DOMNode* node, DOMNode const* top)
 {
@@ -36,12 +53,19 @@ DOMNode* Next(DOMNode* node, DOMNode const* top)
 
 }  // namespace
 
+// An element has few attributes: to walk them costs less than the search that the map offers.
 XMLCh const* AttributeText(DOMNode const* node, XMLCh const* name)
 {
     if (!IsElement(node))
         return nullptr;
-    xercesc::DOMAttr const* const attribute = static_cast<xercesc::DOMElement const*>(node)->getAttributeNode(name);
-    return attribute ? attribute->getValue() : nullptr;
+    xercesc::DOMNamedNodeMap const* const attributes = node->getAttributes();
+    for (XMLSize_t i = 0, count = attributes->getLength(); i < count; ++i)
+    {
+        DOMNode const* const attribute = attributes->item(i);
+        if (Equal(attribute->getNodeName(), name))
+            return AttributeValue(attribute);
+    }
+    return nullptr;
 }
 
 XMLCh const* TextContent(DOMNode* node)
@@ -51,7 +75,7 @@ XMLCh const* TextContent(DOMNode* node)
     // Nearly always there is one run of text, which the document holds already.
     DOMNode const* const first = node->getFirstChild();
     if (!first)
-        return u"";
+        return IsText(node) ? node->getNodeValue() : u"";
     if (!first->getNextSibling() && IsText(first))
         return first->getNodeValue();
     std::u16string text;

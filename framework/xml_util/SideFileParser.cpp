@@ -1,10 +1,15 @@
 #include "framework/xml_util/SideFileParser.h"
 
+#include <algorithm>
+#include <array>
+#include <cstddef>
 #include <memory>
+#include <utility>
 #include <xercesc/sax/SAXException.hpp>
 #include <xercesc/sax2/LexicalHandler.hpp>
 #include <xercesc/sax2/SAX2XMLReader.hpp>
 #include <xercesc/sax2/XMLReaderFactory.hpp>
+#include <xercesc/util/BinInputStream.hpp>
 #include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/XMLException.hpp>
 #include <xercesc/util/XMLUni.hpp>
@@ -38,6 +43,54 @@ public:
     void fatalError(xercesc::SAXParseException const& error) override { throw xercesc::SAXParseException(error); }
 };
 
+// Hands the reader no more than the bytes up to the next ">". It decodes what it is handed as a whole and gives up all
+// of it for a byte that is no text, so that with larger portions the elements in front of such a byte would be lost.
+class TagByTagStream final : public xercesc::BinInputStream
+{
+public:
+    explicit TagByTagStream(std::unique_ptr<xercesc::BinInputStream> file) : m_file(std::move(file)) {}
+
+    XMLFilePos curPos() const override { return m_position; }
+    XMLSize_t readBytes(XMLByte* const buffer, XMLSize_t const count) override
+    {
+        if (m_begin == m_end)
+        {
+            m_begin = 0;
+            m_end = m_file->readBytes(m_bytes.data(), m_bytes.size());
+        }
+        XMLByte const* const from = m_bytes.data() + m_begin;
+        XMLByte const* const to = m_bytes.data() + m_end;
+        XMLByte const* behind = std::find(from, to, static_cast<XMLByte>('>'));
+        // Behind the byte of a ">" stand the zeros of a wider encoding.
+        behind = std::find_if(behind == to ? to : behind + 1, to, [](XMLByte byte) { return byte != 0; });
+        std::size_t const given = std::min<std::size_t>(static_cast<std::size_t>(behind - from), count);
+        std::copy_n(from, given, buffer);
+        m_begin += given;
+        m_position += given;
+        return given;
+    }
+    XMLCh const* getContentType() const override { return nullptr; }
+
+private:
+    std::unique_ptr<xercesc::BinInputStream> m_file;
+    std::array<XMLByte, 16 * 1024> m_bytes;
+    std::size_t m_begin = 0;
+    std::size_t m_end = 0;
+    XMLFilePos m_position = 0;
+};
+
+class SideFileSource final : public FileInputSource
+{
+public:
+    using FileInputSource::FileInputSource;
+
+    xercesc::BinInputStream* makeStream() const override
+    {
+        std::unique_ptr<xercesc::BinInputStream> file(FileInputSource::makeStream());
+        return file ? std::make_unique<TagByTagStream>(std::move(file)).release() : nullptr;
+    }
+};
+
 }  // namespace
 
 bool ParseSideFile(UTF16String const& path, xercesc::DefaultHandler& handler)
@@ -49,7 +102,7 @@ bool ParseSideFile(UTF16String const& path, xercesc::DefaultHandler& handler)
     {
         NoDocumentType noDocumentType;
         StopAtError stopAtError;
-        FileInputSource const source(path);
+        SideFileSource const source(path);
         std::unique_ptr<xercesc::SAX2XMLReader> const reader(xercesc::XMLReaderFactory::createXMLReader());
         reader->setFeature(XMLUni::fgSAX2CoreNameSpaces, false);
         reader->setFeature(XMLUni::fgSAX2CoreValidation, false);

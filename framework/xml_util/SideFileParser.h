@@ -7,8 +7,9 @@
 namespace KVR
 {
 
-/// Streams an XML side file into a handler. Side files are read without document types: a file that declares one ends
-/// there. Whatever stood before an error has reached the handler.
+/// Streams an XML side file into a handler. Side files are read without document types: a file ends at a declaration of
+/// one that has, or refers to, any content. Whatever stood before an error has reached the handler, an error of
+/// encoding included.
 ///
 /// Answers whether the file was there and well-formed to its end. An exception of the handler's own (out of memory)
 /// goes on.

@@ -59,7 +59,7 @@ bool VitreolBlobExternalFileReader::LoadVitreolFromExternalFile(std::map<UTF8Str
         if (!asset)
             return false;
         if (assets.try_emplace(std::move(id), asset.get()).second)
-            asset.release();
+            static_cast<void>(asset.release());
     }
     return true;
 }

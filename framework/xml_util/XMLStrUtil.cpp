@@ -1,5 +1,6 @@
 #include "framework/xml_util/XMLStrUtil.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cstddef>
@@ -28,20 +29,14 @@ template <std::size_t kShort>
 class AsciiText
 {
 public:
-    explicit AsciiText(std::u16string_view text)
+    explicit AsciiText(std::u16string_view text) : m_size(text.size())
     {
-        char* out = m_short.data();
         if (text.size() >= kShort)
-        {
             m_long.resize(text.size());
-            out = m_long.data();
-        }
+        char* const out = text.size() < kShort ? m_short.data() : m_long.data();
         m_text = out;
-        m_size = text.size();
-        for (char16_t const c : text)
-            *out++ = c < 0x80 ? static_cast<char>(c) : '\x7F';
-        if (m_long.empty())
-            *out = '\0';
+        *std::transform(text.begin(), text.end(), out,
+                        [](char16_t c) { return c < 0x80 ? static_cast<char>(c) : '\x7F'; }) = '\0';
     }
 
     char const* Value() const { return m_text; }
@@ -56,20 +51,24 @@ private:
 
 using NumberText = AsciiText<257>;
 
-constexpr std::string_view kSeparators = " \t\r\n\v\f,";
+// Of the characters of numbers only the plus stands below the comma.
+constexpr bool IsSeparator(char c)
+{
+    return c <= ',' && (c == ' ' || c == ',' || (c >= '\t' && c <= '\r'));
+}
 
 // Parses pieces in place; StringUtil would want each of them terminated.
 bool ReadElements(std::string_view text, std::array<double, Matrix3d::kElementCount>& elements)
 {
     std::size_t count = 0;
+    auto at = text.begin();
     for (;;)
     {
-        auto const start = text.find_first_not_of(kSeparators);
-        if (start == std::string_view::npos)
+        auto const start = std::find_if_not(at, text.end(), IsSeparator);
+        if (start == text.end())
             return count == elements.size();
-        text.remove_prefix(start);
-        std::string_view const piece = text.substr(0, text.find_first_of(kSeparators));
-        text.remove_prefix(piece.size());
+        at = std::find_if(start, text.end(), IsSeparator);
+        std::string_view const piece(start, at);
         if (count == elements.size())
             return false;
         // The texts of most elements are one digit.
