@@ -1,0 +1,121 @@
+#!/usr/bin/env python3
+"""Installs the build into a temporary prefix and uses it as another project would.
+
+The example host is built with find_package and again with pkg-config, and each time it must print the tree of the
+example assembly. The prefix is moved before it is used: nothing installed may remember where it was put.
+"""
+
+import argparse
+import os
+import pathlib
+import re
+import subprocess
+import sys
+import tempfile
+
+# The scene as1-oc-214: each occurrence at its depth, in document order. Brackets and bolted pairs are placed many
+# times and stand in the document once.
+BRACKET = ([(2, "assembly l-bracket-assembly")]
+           + 3 * [(3, "assembly nut-bolt-assembly"), (4, "part bolt"), (4, "part nut")]
+           + [(3, "part l-bracket")])
+TREE = ([(0, "file as1-oc-214"), (1, "assembly as1"),
+         (2, "assembly rod-assembly"), (3, "part nut"), (3, "part nut"), (3, "part rod")]
+        + BRACKET + [(2, "part plate")] + BRACKET)
+
+
+def run(*command, **options):
+    """The command's standard output; ends the test with all its output when it fails."""
+    command = [str(word) for word in command]
+    done = subprocess.run(command, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+                          text=True, check=False, **options)
+    if done.returncode != 0:
+        sys.exit(f"{' '.join(command)}\nended with {done.returncode}\n{done.stdout}{done.stderr}")
+    return done.stdout
+
+
+def check_tree(how, printed):
+    expected = "".join(f"{'  ' * depth}{line}\n" for depth, line in TREE)
+    if printed != expected:
+        sys.exit(f"the host built with {how} printed\n{printed}\ninstead of\n{expected}")
+
+
+def build_with_cmake(options, prefix, folder):
+    run(options.cmake, "-G", "Ninja", "-S", options.source / "examples/host", "-B", folder,
+        "-D", f"CMAKE_PREFIX_PATH={prefix}", "-D", f"CMAKE_CXX_COMPILER={options.compiler}",
+        "-D", "CMAKE_FIND_USE_PACKAGE_REGISTRY=OFF")
+    run(options.cmake, "--build", folder)
+    return folder / "host"
+
+
+def pkg_config_flags(options, prefix):
+    found = list(prefix.rglob("kvr_xml_producer.pc"))
+    if len(found) != 1:
+        sys.exit(f"one pkg-config file expected: {found}")
+    environment = dict(os.environ, PKG_CONFIG_PATH=str(found[0].parent))
+    return run(options.pkg_config, "--cflags", "--libs", "kvr_xml_producer", env=environment).split()
+
+
+def build_with_pkg_config(options, prefix, folder):
+    flags = pkg_config_flags(options, prefix)
+    library_folder = next(flag[2:] for flag in flags if flag.startswith("-L"))
+    folder.mkdir()
+    run(options.compiler, "-std=c++20", options.source / "examples/host/host.cpp", "-o", folder / "host", *flags,
+        f"-Wl,-rpath,{library_folder}")
+    return folder / "host"
+
+
+def check_headers(options, prefix, folder):
+    """Every installed header compiles from the prefix alone, without a warning."""
+    include = prefix / "include"
+    headers = sorted(include.rglob("*.h"))
+    if not any(header.name == "kvr_api.h" for header in headers):
+        sys.exit(f"kvr_api.h is not among the installed headers: {headers}")
+    source = folder / "headers.cpp"
+    folder.mkdir()
+    source.write_text("".join(f"#include <{header.relative_to(include)}>\n" for header in headers), encoding="utf-8")
+    run(options.compiler, "-std=c++20", "-fsyntax-only", "-Wall", "-Wextra", "-Wpedantic", "-Werror",
+        *(flag for flag in pkg_config_flags(options, prefix) if flag.startswith("-I")), source)
+
+
+def check_exports(library):
+    """The producer's library exports its two classes and nothing else of the project."""
+    lines = [line.split(maxsplit=2) for line in
+             run("nm", "--dynamic", "--defined-only", "--demangle", library).splitlines()]
+    # Weak symbols (V, W) are inline code of other libraries' classes and of templates.
+    names = [name for _, kind, name in lines if kind in "BDRT" and "KVR::" in name]
+    own = re.compile(r"(vtable for |typeinfo for |typeinfo name for )?KVR::XMLProducer(Options)?(::|$)")
+    alien = [name for name in names if not own.match(name)]
+    if alien or not any(name.startswith("KVR::XMLProducer::BeginProcess(") for name in names):
+        sys.exit("\n".join([f"{library} should export XMLProducer and XMLProducerOptions alone:", *names]))
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__)
+    parser.add_argument("--cmake", required=True)
+    parser.add_argument("--compiler", required=True)
+    parser.add_argument("--pkg-config", required=True)
+    parser.add_argument("--source", required=True, type=pathlib.Path)
+    parser.add_argument("--build", required=True, type=pathlib.Path)
+    options = parser.parse_args()
+
+    scene = options.source / "examples/as1-oc-214/as1-oc-214.xml"
+    with tempfile.TemporaryDirectory() as name:
+        folder = pathlib.Path(name)
+        run(options.cmake, "--install", options.build, "--prefix", folder / "first place")
+        prefix = folder / "prefix"
+        (folder / "first place").rename(prefix)
+
+        check_tree("find_package", run(build_with_cmake(options, prefix, folder / "with_cmake"), scene))
+        check_tree("pkg-config", run(build_with_pkg_config(options, prefix, folder / "with_pkg_config"), scene))
+        check_headers(options, prefix, folder / "headers")
+        libraries = list(prefix.rglob("libkvr_xml_producer.so"))
+        if len(libraries) == 1:
+            check_exports(libraries[0])
+        program = prefix / "bin/kvr"
+        if "l-bracket-assembly" not in run(program, "tree", scene):
+            sys.exit("the installed program does not print the tree")
+    print("installed, moved, built against and run")
+
+
+if __name__ == "__main__":
+    main()
