@@ -1,0 +1,170 @@
+#include "host/Program.h"
+
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <functional>
+#include <string>
+
+#include "host/Output.h"
+#include "host/OutputError.h"
+#include "host/SafeText.h"
+#include "host/SceneFile.h"
+#include "host/SceneProblem.h"
+#include "host/SceneReading.h"
+#include "host/dump/Dump.h"
+#include "host/dump/DumpOptions.h"
+#include "host/tree/Tree.h"
+#include "host/tree/TreeOptions.h"
+
+namespace KVR
+{
+
+namespace
+{
+
+enum ExitStatus
+{
+    kExit_Good = 0,
+    kExit_Failed = 1,
+    kExit_BadArguments = 2
+};
+
+void Complain(std::string const& sentence)
+{
+    std::fputs(("kvr: " + sentence + "\n").c_str(), stderr);
+}
+
+void AddSceneOptions(CLI::App& command, SceneOptions& options)
+{
+    command.add_option("scene", options.path, "The scene file")->required()->type_name("SCENE");
+    command.add_option("--prefix", options.prefix, "Give objects new ids: this prefix and a number")->type_name("TEXT");
+    command.add_flag("--allow-dtd", options.allowDtd,
+                     "Allow a document type declaration, and with it entities and references to other documents, "
+                     "also on the network; for scenes that you trust");
+}
+
+// Whether colour is wanted: a terminal decides unless the user has.
+bool WantsColor(std::string const& choice)
+{
+    char const* const noColor = std::getenv("NO_COLOR");
+    if (choice == "auto")
+        return ::isatty(STDOUT_FILENO) == 1 && (!noColor || *noColor == '\0');
+    return choice == "always";
+}
+
+int Dump(SceneOptions const& scene, DumpOptions const& options)
+{
+    SceneFile file(scene);
+    SceneReading const reading = SceneReading::Of(file.Producer());
+    Output out(STDOUT_FILENO);
+    WriteDump(file.Producer(), reading, options, out);
+    out.Flush();
+    if (!reading.failure)
+        return kExit_Good;
+    Complain(SceneProblem(scene, *reading.failure));
+    return kExit_Failed;
+}
+
+int Tree(SceneOptions const& scene, TreeOptions const& options)
+{
+    SceneFile file(scene);
+    SceneReading const reading = SceneReading::Of(file.Producer());
+    if (reading.failure)
+    {
+        Complain(SceneProblem(scene, *reading.failure));
+        return kExit_Failed;
+    }
+    if (!reading.rootId)
+    {
+        Complain(Escaped(scene.path) + ": the scene has no root file, so there is no tree to show");
+        return kExit_Failed;
+    }
+    Output out(STDOUT_FILENO);
+    bool const isWhole = WriteTree(file.Producer(), *reading.rootId, options, out);
+    out.Flush();
+    if (isWhole)
+        return kExit_Good;
+    Complain(Escaped(scene.path) + ": the tree has more than " + std::to_string(options.maxOccurrences) +
+             " lines and is cut there; --depth and --max-occurrences set how much is shown");
+    return kExit_Failed;
+}
+
+int Run(std::function<int()> const& command)
+{
+    try
+    {
+        return command();
+    }
+    catch (OutputError const& error)
+    {
+        if (error.IsReaderGone())
+            return kExit_Good;
+        Complain(std::string("standard output: ") + error.what());
+    }
+    catch (std::exception const& error)
+    {
+        Complain(Escaped(error.what()));
+    }
+    return kExit_Failed;
+}
+
+}  // namespace
+
+int RunProgram(int argc, char const* const* argv)
+{
+    CLI::App app("Reads a CAD scene through the producer and shows what it serves.", "kvr");
+    app.set_version_flag("--version", "kvr " KVR_VERSION);
+    app.require_subcommand(1);
+    app.failure_message([](CLI::App const*, CLI::Error const& error)
+                        { return std::string("kvr: ") + error.what() + "; see kvr --help\n"; });
+
+    SceneOptions scene;
+    DumpOptions dumpOptions;
+    CLI::App& dump = *app.add_subcommand("dump", "Print everything that a scene serves, as one JSON object");
+    AddSceneOptions(dump, scene);
+    dump.add_option("--id", dumpOptions.ids, "Begin a walk at this id, too; may be repeated")
+        ->type_name("ID")
+        ->expected(1)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    dump.add_option("--extension", dumpOptions.extensionTypeIds,
+                    "Show the extension data of this type id; may be repeated")
+        ->type_name("TYPEID")
+        ->expected(1)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    dump.add_flag("--summary", dumpOptions.summary,
+                  "Leave out the long lists of meshes and clouds, and keep their counts");
+    dump.add_flag("--insecure", scene.insecure, "Restore kernel stores that the kernel judges insecure");
+
+    TreeOptions treeOptions;
+    std::string color = "auto";
+    CLI::App& tree = *app.add_subcommand(
+        "tree",
+        "Show the product tree: a line per file, instance with what it places, component and object. The closing line "
+        "counts different files, assemblies, parts and instances, and the occurrences of assemblies and parts");
+    AddSceneOptions(tree, scene);
+    tree.add_option("--depth", treeOptions.depth, "Show so many levels below the root")->type_name("N");
+    tree.add_flag("--json", treeOptions.json, "Print JSON");
+    tree.add_option("--color", color, "Colour: auto, always or never")
+        ->type_name("WHEN")
+        ->check(CLI::IsMember({"auto", "always", "never"}));
+    tree.add_option("--max-occurrences", treeOptions.maxOccurrences, "End the tree after so many lines")
+        ->type_name("N")
+        ->capture_default_str();
+
+    try
+    {
+        app.parse(argc, argv);
+    }
+    catch (CLI::ParseError const& error)
+    {
+        return app.exit(error) == 0 ? kExit_Good : kExit_BadArguments;
+    }
+    treeOptions.color = WantsColor(color);
+    return Run([&] { return dump.parsed() ? Dump(scene, dumpOptions) : Tree(scene, treeOptions); });
+}
+
+}  // namespace KVR

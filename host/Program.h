@@ -1,0 +1,10 @@
+#pragma once
+
+namespace KVR
+{
+
+/// Runs the program by its arguments; the answer is the exit status: 0 when the scene was read, 1 when it could not be
+/// or not be shown whole, 2 for arguments that make no sense.
+int RunProgram(int argc, char const* const* argv);
+
+}  // namespace KVR

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace KVR
+{
+
+/// What the user says about the reading of a scene, whatever is then shown of it.
+struct SceneOptions
+{
+    std::string path;
+    /// Every object id is replaced by this prefix and a number.
+    std::optional<std::string> prefix;
+    /// Whether kernel stores that the kernel judges insecure are restored all the same.
+    bool insecure = false;
+    /// Whether the scene may have a document type declaration, and with it entities and references to other documents.
+    bool allowDtd = false;
+};
+
+}  // namespace KVR

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "host/JsonWriter.h"
+#include "host/tree/TreeWriter.h"
+
+namespace KVR
+{
+
+class Output;
+
+/// One JSON object: "Tree", in which every node holds its "Children", and "Totals".
+class JsonTreeWriter final : public TreeWriter
+{
+public:
+    explicit JsonTreeWriter(Output& out);
+
+    void Begin(ProductNode const& node, bool isLast, bool isCycle) override;
+    void End() override;
+    void Finish(ProductTotals const& totals) override;
+
+private:
+    JsonWriter m_json;
+};
+
+}  // namespace KVR

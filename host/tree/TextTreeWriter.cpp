@@ -1,0 +1,109 @@
+#include "host/tree/TextTreeWriter.h"
+
+#include <fmt/format.h>
+
+#include <string>
+
+#include "host/Output.h"
+#include "host/SafeText.h"
+#include "host/tree/ProductNode.h"
+#include "host/tree/ProductTotals.h"
+
+namespace KVR
+{
+
+namespace
+{
+
+// Deeper nodes say how much deeper they are, so that a deep tree's text grows with its nodes alone.
+constexpr std::size_t kDeepestIndent = 40;
+
+constexpr std::string_view kKindColor = "36";
+constexpr std::string_view kIdColor = "2";
+constexpr std::string_view kHiddenColor = "33";
+constexpr std::string_view kPlain = "0";
+
+std::string Quoted(UTF16String const& label)
+{
+    return "\"" + Escaped(UTF8String(label).View()) + "\"";
+}
+
+std::string Counted(unsigned long long count, std::string_view one, std::string_view many)
+{
+    return fmt::format("{} {}", count, count == 1 ? one : many);
+}
+
+}  // namespace
+
+TextTreeWriter::TextTreeWriter(Output& out, bool color) : m_out(out), m_color(color) {}
+
+void TextTreeWriter::Paint(std::string_view code)
+{
+    if (m_color)
+        m_out.Put(fmt::format("\x1b[{}m", code));
+}
+
+void TextTreeWriter::Indent(bool isLast)
+{
+    if (m_isLast.empty())
+        return;
+    Paint(kIdColor);
+    // The root joins to nothing.
+    for (std::size_t level = 1; level < m_isLast.size() && level < kDeepestIndent; ++level)
+        m_out.Put(m_isLast[level] ? "   " : "│  ");
+    if (m_isLast.size() > kDeepestIndent)
+        m_out.Put(fmt::format("[+{}] ", m_isLast.size() - kDeepestIndent));
+    m_out.Put(isLast ? "└─ " : "├─ ");
+    Paint(kPlain);
+}
+
+void TextTreeWriter::Begin(ProductNode const& node, bool isLast, bool isCycle)
+{
+    Indent(isLast);
+    Paint(kKindColor);
+    m_out.Put(node.kind);
+    Paint(kPlain);
+    m_out.Put(fmt::format(" {} ", Quoted(node.label)));
+    Paint(kIdColor);
+    m_out.Put(Escaped(node.id.View()));
+    Paint(kPlain);
+    if (node.isInstance && node.HasOwner())
+    {
+        m_out.Put(" -> ");
+        Paint(kKindColor);
+        m_out.Put(node.ownerKind);
+        Paint(kPlain);
+        m_out.Put(fmt::format(" {} ", Quoted(node.ownerLabel)));
+        Paint(kIdColor);
+        m_out.Put(Escaped(node.ownerId.View()));
+        Paint(kPlain);
+    }
+    if (node.visible)
+    {
+        Paint(*node.visible ? kPlain : kHiddenColor);
+        m_out.Put(*node.visible ? ", visible" : ", hidden");
+        Paint(kPlain);
+    }
+    if (node.HasOwner())
+        m_out.Put(", " + Counted(node.ChildCount(), "child", "children"));
+    if (isCycle)
+        m_out.Put(", cycle");
+    m_out.Put('\n');
+    m_isLast.push_back(isLast);
+}
+
+void TextTreeWriter::End()
+{
+    m_isLast.pop_back();
+}
+
+void TextTreeWriter::Finish(ProductTotals const& totals)
+{
+    m_out.Put(fmt::format("{}, {}, {}, {}, {} ({}), deepest level {}\n", Counted(totals.files, "file", "files"),
+                          Counted(totals.assemblies, "assembly", "assemblies"), Counted(totals.parts, "part", "parts"),
+                          Counted(totals.instances, "instance", "instances"),
+                          Counted(totals.occurrences, "occurrence", "occurrences"),
+                          Counted(totals.partOccurrences, "of a part", "of parts"), totals.deepestLevel));
+}
+
+}  // namespace KVR
