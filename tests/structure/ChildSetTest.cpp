@@ -1,0 +1,175 @@
+#include "structure/ChildSet.h"
+
+#include <gtest/gtest.h>
+#include <rapidcheck/gtest.h>
+
+#include <string>
+
+#include "framework/xml_util/XMLStrUtil.h"
+#include "tests/support/ParsedDocument.h"
+
+namespace KVR::Test
+{
+
+namespace
+{
+
+using Names = std::vector<std::string>;
+
+bool Succeed(ChildContext const&, xercesc::DOMNode* node, Names& children)
+{
+    children.emplace_back(XMLStrUtil::XMLStrToAStr(node->getNodeName()).View());
+    return true;
+}
+
+bool Fail(ChildContext const&, xercesc::DOMNode*, Names&)
+{
+    return false;
+}
+
+bool SucceedWithoutChild(ChildContext const&, xercesc::DOMNode*, Names&)
+{
+    return true;
+}
+
+constexpr ChildRow<std::string> kRows[] = {
+    {u"Good", &Succeed, kOnFailure_Abort},
+    {u"Other", &Succeed, kOnFailure_Next},
+    {u"Silent", &SucceedWithoutChild, kOnFailure_Abort},
+    {u"FailedNext", &Fail, kOnFailure_Next},
+    {u"FailedStop", &Fail, kOnFailure_Stop},
+    {u"FailedAbort", &Fail, kOnFailure_Abort},
+    // Never reached: the first row of a name has it.
+    {u"Good", &Fail, kOnFailure_Abort},
+};
+
+// Reads sets by the rows above, into one list.
+class ChildSet : public testing::Test
+{
+protected:
+    ChildSetEnd Read(std::string const& content)
+    {
+        ParsedDocument const document("<ChildSet>" + content + "</ChildSet>");
+        return ReadNode(document.Root());
+    }
+
+    ChildSetEnd ReadNode(xercesc::DOMNode const* node)
+    {
+        ChildContext const context{nullptr, m_bodies, m_curves, m_meshStore, m_curveStore};
+        return ReadChildSet(std::span<ChildRow<std::string> const>(kRows), context, node, m_children);
+    }
+
+    Names m_children;
+
+private:
+    BodyEntities m_bodies;
+    CurveEntities m_curves;
+    MeshStore m_meshStore;
+    CurveStore m_curveStore;
+};
+
+}  // namespace
+
+TEST_F(ChildSet, ChildrenKeepTheOrderOfTheDocumentNotThatOfTheRows)
+{
+    EXPECT_EQ(Read("<Other/><Good/><Other/>"), ChildSetEnd::kDone);
+    EXPECT_EQ(m_children, (Names{"Other", "Good", "Other"}));
+}
+
+TEST_F(ChildSet, ARepeatedElementIsAChildEachTime)
+{
+    EXPECT_EQ(Read("<Good/><Good/><Good/>"), ChildSetEnd::kDone);
+    EXPECT_EQ(m_children, (Names{"Good", "Good", "Good"}));
+}
+
+TEST_F(ChildSet, AnEmptySetAndANullNodeHaveNoChildren)
+{
+    EXPECT_EQ(Read(""), ChildSetEnd::kDone);
+    EXPECT_EQ(ReadNode(nullptr), ChildSetEnd::kDone);
+    EXPECT_EQ(m_children, Names());
+}
+
+TEST_F(ChildSet, ASecondSetAppends)
+{
+    EXPECT_EQ(Read("<Good/>"), ChildSetEnd::kDone);
+    EXPECT_EQ(Read("<Other/>"), ChildSetEnd::kDone);
+    EXPECT_EQ(m_children, (Names{"Good", "Other"}));
+}
+
+TEST_F(ChildSet, UnknownNamesAreSkippedWithWhatTheyHold)
+{
+    EXPECT_EQ(Read("<Unknown><Good/><FailedAbort/></Unknown><Good/>"), ChildSetEnd::kDone);
+    EXPECT_EQ(m_children, (Names{"Good"}));
+}
+
+TEST_F(ChildSet, NamesAreExact)
+{
+    EXPECT_EQ(Read("<good/><GOOD/><Goods/><Goo/><failedabort/><x:Good xmlns:x='urn:x'/>"), ChildSetEnd::kDone);
+    EXPECT_EQ(m_children, Names());
+}
+
+TEST_F(ChildSet, TextCommentsAndInstructionsOfAChildsNameAreNoChildren)
+{
+    EXPECT_EQ(Read("Good<!--Good--><?Good Good?><?FailedAbort x?><![CDATA[<Good/>]]>\n<Good/> "), ChildSetEnd::kDone);
+    EXPECT_EQ(m_children, (Names{"Good"}));
+}
+
+TEST_F(ChildSet, ASuccessfulChildMayAddNothing)
+{
+    EXPECT_EQ(Read("<Silent/><Good/>"), ChildSetEnd::kDone);
+    EXPECT_EQ(m_children, (Names{"Good"}));
+}
+
+TEST_F(ChildSet, AFailureOfARowWithNextGoesOnAndLeavesNoGap)
+{
+    EXPECT_EQ(Read("<Good/><FailedNext/><Other/>"), ChildSetEnd::kDone);
+    EXPECT_EQ(m_children, (Names{"Good", "Other"}));
+}
+
+TEST_F(ChildSet, AFailureOfARowWithStopEndsTheSetAndKeepsWhatWasRead)
+{
+    EXPECT_EQ(Read("<Good/><FailedStop/><Other/><FailedAbort/>"), ChildSetEnd::kStopped);
+    EXPECT_EQ(m_children, (Names{"Good"}));
+}
+
+TEST_F(ChildSet, AFailureOfARowWithAbortEndsTheOwnerAndKeepsWhatWasRead)
+{
+    EXPECT_EQ(Read("<Other/><FailedAbort/><Good/><FailedStop/>"), ChildSetEnd::kAborted);
+    EXPECT_EQ(m_children, (Names{"Other"}));
+}
+
+TEST_F(ChildSet, TheFirstFailureThatEndsTheSetDecidesHow)
+{
+    EXPECT_EQ(Read("<FailedNext/><FailedNext/><FailedStop/><FailedAbort/>"), ChildSetEnd::kStopped);
+    EXPECT_EQ(m_children, Names());
+}
+
+RC_GTEST_FIXTURE_PROP(ChildSet, AnySequenceIsReadUpToTheFirstFailureThatEndsIt, ())
+{
+    auto const names = *rc::gen::container<Names>(rc::gen::weightedElement<std::string>({{8, "Good"},
+                                                                                         {8, "Other"},
+                                                                                         {4, "Silent"},
+                                                                                         {4, "Unknown"},
+                                                                                         {4, "FailedNext"},
+                                                                                         {1, "FailedStop"},
+                                                                                         {1, "FailedAbort"}}));
+    std::string content;
+    Names expected;
+    ChildSetEnd end = ChildSetEnd::kDone;
+    for (std::string const& name : names)
+    {
+        content += " <" + name + "/>";
+        if (end != ChildSetEnd::kDone)
+            continue;
+        if (name == "Good" || name == "Other")
+            expected.push_back(name);
+        else if (name == "FailedStop")
+            end = ChildSetEnd::kStopped;
+        else if (name == "FailedAbort")
+            end = ChildSetEnd::kAborted;
+    }
+    RC_ASSERT(Read(content) == end);
+    RC_ASSERT(m_children == expected);
+}
+
+}  // namespace KVR::Test
