@@ -1,0 +1,19 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <string>
+
+namespace KVR::Bench
+{
+
+using Figures = std::map<std::string, double>;
+
+/// Runs the work in a child process of its own and hands its figures back, so that its memory is its own and starts
+/// from the same place each time. Throws std::runtime_error with the child's message when the work failed.
+Figures InChildProcess(std::function<Figures()> const& work);
+
+/// The most memory that this process has had resident since it was forked, in bytes.
+double PeakResidentBytes();
+
+}  // namespace KVR::Bench

@@ -1,0 +1,112 @@
+#include "bench/StructureMeasures.h"
+
+#include <ctime>
+#include <memory>
+#include <random>
+#include <stdexcept>
+#include <vector>
+#include <xercesc/parsers/XercesDOMParser.hpp>
+#include <xercesc/util/PlatformUtils.hpp>
+
+#include "bench/ChildProcess.h"
+#include "bench/SceneGenerator.h"
+#include "framework/api/IObject.h"
+#include "framework/api/IdSet.h"
+#include "producer/XMLProducer.h"
+
+namespace KVR::Bench
+{
+
+namespace
+{
+
+constexpr unsigned kLoads = 1'000'000;
+
+double ProcessorSeconds()
+{
+    timespec time{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
+}
+
+// Processor time, the system's share included: there is one thread, and what it reads was written just before. So other
+// work on the machine shows less than it would by the clock on the wall.
+template <class Action>
+double SecondsOf(Action action)
+{
+    double const start = ProcessorSeconds();
+    action();
+    return ProcessorSeconds() - start;
+}
+
+// From nothing to the document, as the producer parses.
+Figures ParseBare(std::filesystem::path const& scene)
+{
+    double const memoryBefore = PeakResidentBytes();
+    std::unique_ptr<xercesc::XercesDOMParser> parser;
+    double const seconds = SecondsOf(
+        [&]
+        {
+            xercesc::XMLPlatformUtils::Initialize();
+            parser = std::make_unique<xercesc::XercesDOMParser>();
+            parser->setValidationScheme(xercesc::XercesDOMParser::Val_Never);
+            parser->setDoNamespaces(true);
+            parser->setDoSchema(true);
+            parser->setCreateEntityReferenceNodes(true);
+            parser->parse(scene.c_str());
+        });
+    if (parser->getErrorCount() != 0)
+        throw std::runtime_error("The scene did not parse");
+    // The process ends with the document in it: taking it down is no part of the measurement.
+    static_cast<void>(parser.release());
+    return {{"seconds", seconds}, {"memory", PeakResidentBytes() - memoryBefore}};
+}
+
+std::vector<UTF8String> RandomIds(unsigned instances)
+{
+    std::mt19937 random(20240301);
+    std::uniform_int_distribution<unsigned> pick(0, instances - 1);
+    std::vector<UTF8String> ids;
+    ids.reserve(kLoads);
+    for (unsigned i = 0; i < kLoads; ++i)
+        ids.emplace_back(InstanceId(pick(random)));
+    return ids;
+}
+
+double MeasureLoads(IProducer& producer, unsigned instances)
+{
+    std::vector<UTF8String> const ids = RandomIds(instances);
+    unsigned found = 0;
+    double const seconds = SecondsOf(
+        [&]
+        {
+            for (UTF8String const& id : ids)
+                found += producer.Load(id) ? 1 : 0;
+        });
+    if (found != kLoads)
+        throw std::runtime_error("The producer lacks instances of the scene");
+    return seconds / kLoads * 1e9;
+}
+
+Figures RunProducer(std::filesystem::path const& scene, unsigned instances)
+{
+    double const memoryBefore = PeakResidentBytes();
+    XMLProducer producer(UTF16String(scene.wstring()), nullptr);
+    double const begin = SecondsOf([&] { producer.BeginProcess(IdSet(), nullptr, nullptr); });
+    double const memory = PeakResidentBytes() - memoryBefore;
+    double const load = MeasureLoads(producer, instances);
+    double const end = SecondsOf([&] { producer.EndProcess(); });
+    return {{"begin", begin}, {"memory", memory}, {"load", load}, {"end", end}};
+}
+
+}  // namespace
+
+Round MeasureRound(std::filesystem::path const& scene, unsigned instances)
+{
+    Figures const bare = InChildProcess([&] { return ParseBare(scene); });
+    Figures const producer = InChildProcess([&] { return RunProducer(scene, instances); });
+    return {bare.at("seconds"),    bare.at("memory"),   producer.at("begin"),
+            producer.at("memory"), producer.at("load"), producer.at("end")};
+}
+
+}  // namespace KVR::Bench

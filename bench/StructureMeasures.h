@@ -1,0 +1,23 @@
+#pragma once
+
+#include <filesystem>
+
+namespace KVR::Bench
+{
+
+/// What one round over a scene measured: the bare parse and the producer, each in a fresh process, one after the other.
+struct Round
+{
+    double parseSeconds = 0.0;
+    /// What the process's peak of resident memory grew by, in bytes; the same below.
+    double parseMemory = 0.0;
+    double beginSeconds = 0.0;
+    double beginMemory = 0.0;
+    double loadNanoseconds = 0.0;
+    double endSeconds = 0.0;
+};
+
+/// Throws std::runtime_error when a process fails or finds another number of instances.
+Round MeasureRound(std::filesystem::path const& scene, unsigned instances);
+
+}  // namespace KVR::Bench

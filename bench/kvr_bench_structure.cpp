@@ -1,0 +1,183 @@
+// What the producer costs beside a bare parse of the same scene, from a thousand instances to a million.
+
+#include <benchmark/benchmark.h>
+#include <fmt/format.h>
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "bench/SceneGenerator.h"
+#include "bench/StructureMeasures.h"
+#include "bench/StructureReport.h"
+
+namespace
+{
+
+using namespace KVR::Bench;
+
+constexpr unsigned kSizes[] = {1'000, 10'000, 100'000, 1'000'000};
+
+struct Options
+{
+    unsigned max = 1'000'000;
+    int repeat = 5;
+    bool json = false;
+};
+
+// A folder for the scenes, gone with the scope.
+class ScratchFolder
+{
+public:
+    ScratchFolder()
+    {
+        std::string name = (std::filesystem::temp_directory_path() / "kvr_bench_XXXXXX").string();
+        if (!mkdtemp(name.data()))
+            throw std::runtime_error("Cannot make a temporary folder");
+        m_path = name;
+    }
+    ~ScratchFolder()
+    {
+        std::error_code ignored;
+        std::filesystem::remove_all(m_path, ignored);
+    }
+    ScratchFolder(ScratchFolder const&) = delete;
+    ScratchFolder& operator=(ScratchFolder const&) = delete;
+
+    std::filesystem::path const& Path() const { return m_path; }
+
+private:
+    std::filesystem::path m_path;
+};
+
+struct Scene
+{
+    std::filesystem::path path;
+    unsigned instances;
+    std::vector<Round> rounds;
+};
+
+// One repetition is one round. The time that counts is that of BeginProcess; the rest of the round stands beside it.
+void RunRound(benchmark::State& state, Scene& scene)
+{
+    for ([[maybe_unused]] auto const iteration : state)
+    {
+        try
+        {
+            Round const round = MeasureRound(scene.path, scene.instances);
+            scene.rounds.push_back(round);
+            state.SetIterationTime(round.beginSeconds);
+            state.counters["parse_s"] = round.parseSeconds;
+            state.counters["ratio"] = round.beginSeconds / round.parseSeconds;
+            state.counters["end_s"] = round.endSeconds;
+            state.counters["load_ns"] = round.loadNanoseconds;
+            state.counters["extra_bytes"] = round.beginMemory - round.parseMemory;
+        }
+        catch (std::exception const& exception)
+        {
+            state.SkipWithError(exception.what());
+        }
+    }
+}
+
+// The rounds as they come, on standard error; whether one failed.
+class Progress : public benchmark::BenchmarkReporter
+{
+public:
+    bool ReportContext(Context const&) override { return true; }
+    void ReportRuns(std::vector<Run> const& runs) override
+    {
+        for (Run const& run : runs)
+        {
+            if (run.error_occurred)
+                throw std::runtime_error(run.error_message);
+        }
+        fmt::print(stderr, "{} done\n", runs.front().run_name.function_name);
+    }
+};
+
+template <class Figure>
+double Median(std::vector<Round> const& rounds, Figure figure)
+{
+    std::vector<double> values;
+    for (Round const& round : rounds)
+        values.push_back(figure(round));
+    auto const middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+    std::nth_element(values.begin(), middle, values.end());
+    return *middle;
+}
+
+SizeFigures Summary(Scene const& scene)
+{
+    auto const median = [&](double Round::*figure)
+    { return Median(scene.rounds, [&](Round const& round) { return round.*figure; }); };
+    SizeFigures size;
+    size.instances = scene.instances;
+    size.fileBytes = static_cast<double>(std::filesystem::file_size(scene.path));
+    size.parseSeconds = median(&Round::parseSeconds);
+    size.beginSeconds = median(&Round::beginSeconds);
+    size.beginRatio = Median(scene.rounds, [](Round const& round) { return round.beginSeconds / round.parseSeconds; });
+    size.endSeconds = median(&Round::endSeconds);
+    size.loadNanoseconds = median(&Round::loadNanoseconds);
+    size.parseBytesPerInstance = median(&Round::parseMemory) / scene.instances;
+    size.extraBytesPerInstance =
+        Median(scene.rounds, [](Round const& round) { return round.beginMemory - round.parseMemory; }) /
+        scene.instances;
+    return size;
+}
+
+void Run(Options const& options)
+{
+    ScratchFolder const folder;
+    std::vector<Scene> scenes;
+    for (unsigned const instances : kSizes)
+    {
+        if (instances <= options.max)
+            scenes.push_back({folder.Path() / fmt::format("{}.xml", instances), instances, {}});
+    }
+    for (Scene& scene : scenes)
+    {
+        WriteScene(scene.path, scene.instances);
+        benchmark::RegisterBenchmark(fmt::format("Structure/{}", scene.instances).c_str(), RunRound, std::ref(scene))
+            ->Iterations(1)
+            ->Repetitions(options.repeat)
+            ->UseManualTime()
+            ->Unit(benchmark::kSecond);
+    }
+    Progress progress;
+    benchmark::RunSpecifiedBenchmarks(&progress);
+    std::vector<SizeFigures> sizes;
+    for (Scene const& scene : scenes)
+        sizes.push_back(Summary(scene));
+    std::fputs((options.json ? JsonText(sizes) : TableText(sizes)).c_str(), stdout);
+}
+
+}  // namespace
+
+int main(int argc, char** argv)
+{
+    Options options;
+    CLI::App app("Measures the reading of product structure beside a bare parse of the same scene.");
+    app.add_option("--max", options.max, "The largest scene, in instances")
+        ->check(CLI::Range(kSizes[0], kSizes[std::size(kSizes) - 1]))
+        ->capture_default_str();
+    app.add_option("--repeat", options.repeat, "Rounds per scene; the medians count")
+        ->check(CLI::Range(1, 1000))
+        ->capture_default_str();
+    app.add_flag("--json", options.json, "Print the figures as JSON");
+    CLI11_PARSE(app, argc, argv);
+    try
+    {
+        Run(options);
+        return 0;
+    }
+    catch (std::exception const& exception)
+    {
+        fmt::print(stderr, "kvr_bench_structure: {}\n", exception.what());
+        return 1;
+    }
+}
