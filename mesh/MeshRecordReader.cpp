@@ -1,9 +1,11 @@
 #include "mesh/MeshRecordReader.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "framework/api/Subscript.h"
 #include "framework/xml_util/StoreCursor.h"
+#include "mesh/LargePages.h"
 
 namespace KVR
 {
@@ -17,13 +19,24 @@ void ReadTriples(StoreCursor& store, unsigned long long count, std::vector<Item>
 {
     static_assert(sizeof(Item) == 3 * sizeof(double));
     store.Expect(count, sizeof(Item), sizeof(Item));
+    items.reserve(static_cast<std::size_t>(count));
+    AdviseLargePages(items.data(), items.capacity() * sizeof(Item));
     items.resize(static_cast<std::size_t>(count));
     store.ReadDoubles(reinterpret_cast<double*>(items.data()), 3 * items.size());
 }
 
 constexpr unsigned int kTwoDimensions = 2;
+constexpr std::size_t kWord = sizeof(std::uint64_t);
+constexpr std::uint64_t kSmallPolygon = 16;
 // Index lists are counted by int.
 constexpr unsigned long long kMostVertices = 0x3FFFFFFF;
+
+std::uint64_t WordAt(unsigned char const* bytes)
+{
+    std::uint64_t word = 0;
+    std::memcpy(&word, bytes, sizeof word);
+    return word;
+}
 
 }  // namespace
 
@@ -103,8 +116,46 @@ void MeshRecordReader::ReadTextureVertexSet(unsigned int dimension, unsigned lon
     }
 }
 
+// The common polygon, small and without textures, is taken from the buffer in one piece; false, with nothing consumed,
+// for any other and for one at the end of the file.
+bool MeshRecordReader::ReadSmallPolygon(bool mayHaveNormals)
+{
+    unsigned char const* bytes = m_store.Peek(kWord);
+    if (!bytes)
+        return false;
+    std::uint64_t const vertexCount = WordAt(bytes);
+    if (vertexCount == 0 || vertexCount > kSmallPolygon)
+        return false;
+    std::size_t const most = kWord + vertexCount * kWord + 1 + kWord + 1 + vertexCount * kWord;
+    bytes = m_store.Peek(most);
+    if (!bytes)
+        return false;
+    unsigned char const* const start = bytes;
+    bytes += kWord;
+    auto const takeList = [&](std::int32_t* place)
+    {
+        for (std::uint64_t i = 0; i < vertexCount; ++i, bytes += kWord)
+            place[i] = static_cast<std::int32_t>(WordAt(bytes));
+    };
+    PolygonSlab& polygons = *m_content.polygons;
+    takeList(polygons.Begin(static_cast<std::uint32_t>(vertexCount)));
+    std::uint32_t slot = kNoMaterialSlot;
+    if (*bytes++ != 0)
+    {
+        slot = SlotOf(WordAt(bytes));
+        bytes += kWord;
+    }
+    if (mayHaveNormals && *bytes++ != 0)
+        takeList(polygons.AddNormals());
+    polygons.End(slot);
+    m_store.Skip(static_cast<std::size_t>(bytes - start));
+    return true;
+}
+
 void MeshRecordReader::ReadPolygon(bool mayHaveNormals, bool mayHaveTextures)
 {
+    if (!mayHaveTextures && ReadSmallPolygon(mayHaveNormals))
+        return;
     unsigned long long stated = 0;
     m_store.Read(stated);
     if (stated == 0)

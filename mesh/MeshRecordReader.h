@@ -32,6 +32,7 @@ public:
 private:
     void ReadTextureVertices(unsigned long long count);
     void ReadTextureVertexSet(unsigned int dimension, unsigned long long count);
+    bool ReadSmallPolygon(bool mayHaveNormals);
     void ReadPolygon(bool mayHaveNormals, bool mayHaveTextures);
     std::uint32_t ReadMaterialSlot();
     std::uint32_t SlotOf(unsigned long long material);

@@ -5,6 +5,7 @@
 #include <new>
 
 #include "framework/api/Subscript.h"
+#include "mesh/LargePages.h"
 
 namespace KVR
 {
@@ -21,7 +22,8 @@ enum RunFlags : std::int32_t
 };
 
 constexpr std::size_t kPointerWords = sizeof(void*) / 4;
-constexpr std::size_t kLargestBlock = 256 * 1024;
+// Eight megabytes of indices.
+constexpr std::size_t kLargestBlock = 2 * 1024 * 1024;
 
 }  // namespace
 
@@ -113,6 +115,7 @@ std::int32_t* PolygonSlab::TakeIndices(std::size_t count)
         std::size_t const size = std::max(count, std::min(kLargestBlock, count * std::min(toCome, kLargestBlock)));
         m_blocks.emplace_back(new std::int32_t[size]);
         m_next = m_blocks.back().get();
+        AdviseLargePages(m_next, size * sizeof(std::int32_t));
         m_end = m_next + size;
     }
     std::int32_t* const taken = m_next;
@@ -159,6 +162,7 @@ void PolygonSlab::End(std::uint32_t materialSlot)
         std::size_t const toCome = m_expectedCount > m_count ? m_expectedCount - m_count : kPolygonsPerChunk;
         std::size_t const size = std::min(toCome, kPolygonsPerChunk) * sizeof(SlabPolygon);
         m_polygons.emplace_back(::operator new(size));
+        AdviseLargePages(m_polygons.back().get(), size);
     }
     new (PolygonPlace(m_count)) SlabPolygon(m_run, m_runVertexCount, materialSlot);
     ++m_count;

@@ -37,7 +37,8 @@ public:
 private:
     class SlabPolygon;
 
-    static constexpr std::size_t kPolygonsPerChunk = 16384;
+    /// Eight megabytes of polygons, or a little less.
+    static constexpr std::size_t kPolygonsPerChunk = 349504;
 
     SlabPolygon* PolygonPlace(std::size_t index) const noexcept;
     std::int32_t* TakeIndices(std::size_t count);

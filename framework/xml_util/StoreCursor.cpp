@@ -46,6 +46,8 @@ bool StoreCursor::Fill(std::size_t count)
         return false;
     }
     std::size_t const held = m_end - m_next;
+    if (m_buffer.size() < count)
+        m_buffer.resize(count);
     std::memmove(m_buffer.data(), m_buffer.data() + m_next, held);
     m_next = 0;
     m_end = held;

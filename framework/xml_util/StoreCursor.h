@@ -43,6 +43,21 @@ public:
     /// So many u64 in a row, each narrowed to 32 bits; the number that were there.
     std::size_t ReadIndices(std::int32_t* indices, std::size_t count);
 
+    /// The next bytes in the file's own order, not yet consumed; null when there are fewer or bytes have to be swapped,
+    /// in which case the fields have to be read one by one. Valid until the next call.
+    unsigned char const* Peek(std::size_t count)
+    {
+        if (m_swapBytes || (m_end - m_next < count && (Remaining() < count || !Fill(count))))
+            return nullptr;
+        return m_buffer.data() + m_next;
+    }
+    /// Consumes bytes that Peek gave.
+    void Skip(std::size_t count)
+    {
+        m_next += count;
+        m_position += count;
+    }
+
     /// The bytes that are left.
     unsigned long long Remaining() const noexcept { return m_size - m_position; }
     /// Whether no field can be read any more.
