@@ -13,6 +13,7 @@
 #include "framework/xml_util/VitreolBlobExternalFileReader.h"
 #include "framework/xml_util/XMLStrUtil.h"
 #include "framework/xml_util/XMLUtils.h"
+#include "mesh/SideStoreReader.h"
 #include "producer/ClassicLocaleScope.h"
 #include "producer/ObjectNodeIndex.h"
 #include "producer/SideFileIndex.h"
@@ -51,6 +52,28 @@ void LoadSubObjectPersistentIds(Scan const& scan, DOMNode const* node)
     Ignored(reader.LoadSubObjectPersistentIds(fullPath, scan.producer.sideFileIndex->subObjectPersistentIds));
 }
 
+UTF16String PathText(DOMNode const* node)
+{
+    UTF16String path;
+    XMLUtils::GetNodeAttribute(node, u"Path", path);
+    return path;
+}
+
+template <bool kGeometryInfoLayout>
+void LoadMeshStore(Scan const& scan, DOMNode const* node)
+{
+    SideFileIndex& index = *scan.producer.sideFileIndex;
+    SideStoreReader reader(scan.sceneFilePath, &scan.producer, kGeometryInfoLayout);
+    Ignored(reader.ReadMeshStore(PathText(node), index.meshStore, index.curveStore));
+}
+
+void LoadMeshSegmentStore(Scan const& scan, DOMNode const* node)
+{
+    UTF16String const fullPath{UTF8String(ResolveSideFilePath(scan.sceneFilePath, PathText(node)))};
+    SideStoreReader reader(scan.sceneFilePath, &scan.producer, false);
+    Ignored(reader.ReadMeshSegmentStore(fullPath, scan.producer.sideFileIndex->meshStore));
+}
+
 // An info section names a side file. Its switch, where it has one, must be exactly "True" and its "Path" present, or
 // the file is not touched. A section without a loader is known by its name, and its file is left alone.
 struct InfoRow
@@ -64,9 +87,9 @@ constexpr XMLCh const* kSwitchedOn = u"True";
 
 constexpr InfoRow kInfoRows[] = {
     {u"SatInfo", nullptr, nullptr},
-    {u"GeometryInfo", u"GenerateGeometry", nullptr},
-    {u"MeshSegmentInfo", u"GenerateMeshSegment", nullptr},
-    {u"MeshInfo", u"GenerateMesh", nullptr},
+    {u"GeometryInfo", u"GenerateGeometry", &LoadMeshStore<true>},
+    {u"MeshSegmentInfo", u"GenerateMeshSegment", &LoadMeshSegmentStore},
+    {u"MeshInfo", u"GenerateMesh", &LoadMeshStore<false>},
     {u"VitreolMaterialInfo", u"GenerateSerializedVitreol", &LoadVitreolAssets},
     {u"SubObjectPersistentIdInfo", u"GenerateSubObjectPersistentId", &LoadSubObjectPersistentIds},
 };

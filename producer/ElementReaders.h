@@ -5,6 +5,8 @@
 
 #include <xercesc/dom/DOMNode.hpp>
 
+#include "producer/SideFileIndex.h"
+
 XERCES_CPP_NAMESPACE_BEGIN
 class XercesDOMParser;
 XERCES_CPP_NAMESPACE_END
@@ -14,6 +16,17 @@ namespace KVR
 
 class ObjectNodeIndex;
 class XMLInstance;
+class XMLProducerImpl;
+
+/// Dresses the curve that a store built under the element's id, and registers it; true also for an id that is
+/// registered already. `id` becomes the object's own id. False when no store held one.
+[[nodiscard]] bool ReadCurveFromStore(XMLProducerImpl* producer, xercesc::DOMNode* node, CurveStore& curveStore,
+                                      UTF8String& id);
+
+/// Dresses the mesh that a store built under the element's id, and registers it; true also for an id that is registered
+/// already. `id` becomes the object's own id. False when no store held one.
+[[nodiscard]] bool ReadPolygonMesh(XMLProducerImpl* producer, xercesc::DOMNode* node, MeshStore& meshStore,
+                                   UTF8String& id);
 
 /// Reads an "IInstance", after its target where that was not read yet, and registers it. Null when the target is
 /// missing or is neither component nor file.

@@ -7,6 +7,7 @@
 #include "framework/api/IComponent.h"
 #include "framework/xml_util/DomWalk.h"
 #include "framework/xml_util/XMLUtils.h"
+#include "geometry/XMLCurve.h"
 #include "producer/ElementReaders.h"
 #include "producer/SideFileIndex.h"
 #include "producer/XMLProducerImpl.h"
@@ -73,20 +74,57 @@ bool ObjectNodeIndex::DispatchNode(Nodes::value_type& entry)
     // From here on the element counts as done, so that a reference that leads back to it ends.
     entry.second = nullptr;
     ++m_depth;
-    bool const isRead = ReadObject(node);
+    Outcome const outcome = ReadObject(node);
     --m_depth;
-    return isRead;
+    if (!outcome.isDone)
+        entry.second = node;
+    return outcome.answer;
 }
 
-// A row per object name. Marked done, whatever became of the object, unless a row says otherwise.
-bool ObjectNodeIndex::ReadObject(DOMNode* node)
+// A row per object name. The element is done with, whatever became of the object, unless a row says otherwise.
+ObjectNodeIndex::Outcome ObjectNodeIndex::ReadObject(DOMNode* node)
 {
-    Match(node,                                                                      //
-          On(u"IFile", [&] { ReadFile(node); }),                                     //
-          On(u"IAssembly", [&] { ReadComponent<XMLAssembly>(*m_producer, node); }),  //
-          On(u"IPart", [&] { ReadComponent<XMLPart>(*m_producer, node); }),          //
-          On(u"IInstance", [&] { Ignored(ReadInstance(node, *this)); }));
-    return true;
+    Outcome outcome;
+    bool const isKnown =
+        Match(node, On(u"IFile", [&] { ReadFile(node); }),
+              On(u"IAssembly", [&] { ReadComponent<XMLAssembly>(*m_producer, node); }),
+              On(u"IPart", [&] { ReadComponent<XMLPart>(*m_producer, node); }),
+              On(u"IInstance", [&] { Ignored(ReadInstance(node, *this)); }),
+              On(u"ICurve", [&] { outcome = ReadCurve(node); }), On(u"IPolygonMesh", [&] { ReadMesh(node); }));
+    outcome.isDone = outcome.isDone && isKnown;
+    return outcome;
+}
+
+void ObjectNodeIndex::ReadMesh(DOMNode* node)
+{
+    UTF8String id;
+    Ignored(ReadPolygonMesh(m_producer, node, m_producer->sideFileIndex->meshStore, id));
+}
+
+// A curve may come from a store or from the kernel, and both are tried.
+ObjectNodeIndex::Outcome ObjectNodeIndex::ReadCurve(DOMNode* node)
+{
+    SideFileIndex& index = *m_producer->sideFileIndex;
+    bool const hasStore = !index.curveStore.empty();
+    Outcome outcome{false, hasStore};
+    UTF8String id;
+    if (hasStore)
+        outcome.isDone = ReadCurveFromStore(m_producer, node, index.curveStore, id);
+    if (index.curveEntities.empty())
+        return outcome;
+    // Kept: looked up by the id as written, also when ids are mapped.
+    UTF8String writtenId;
+    XMLUtils::GetNodeAttribute(node, u"ID", writtenId);
+    if (m_producer->objectCollector->HasObject(writtenId))
+        return outcome;
+    auto curve = std::make_unique<XMLCurve>(m_producer);
+    outcome.answer = curve->ReadFromXML(node, index.curveEntities);
+    if (outcome.answer)
+    {
+        m_producer->objectCollector->AddObject(curve.release());
+        outcome.isDone = true;
+    }
+    return outcome;
 }
 
 void ObjectNodeIndex::ReadFile(DOMNode* node)

@@ -40,7 +40,16 @@ public:
 
 private:
     bool DispatchNode(Nodes::value_type& entry);
-    bool ReadObject(xercesc::DOMNode* node);
+    /// What became of an element: whether it is never to be read again, and what its reader answers.
+    struct Outcome
+    {
+        bool isDone = true;
+        bool answer = true;
+    };
+
+    Outcome ReadObject(xercesc::DOMNode* node);
+    Outcome ReadCurve(xercesc::DOMNode* node);
+    void ReadMesh(xercesc::DOMNode* node);
     void ReadFile(xercesc::DOMNode* node);
     void ChooseRootFile();
     void SetRoot(XMLFile* file);

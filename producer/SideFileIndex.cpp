@@ -2,6 +2,8 @@
 
 #include "framework/api/DataIdToPersistentIdMap.h"
 #include "framework/api/VitreolSerializedAsset.h"
+#include "geometry/XMLCurve.h"
+#include "mesh/XMLPolygonMesh.h"
 
 namespace KVR
 {

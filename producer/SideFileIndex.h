@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <memory>
 
 #include "framework/api/UTF8String.h"
 
@@ -14,10 +15,20 @@ class VitreolSerializedAsset;
 class XMLCurve;
 class XMLPolygonMesh;
 
+/// An object that a store built, until an element of the scene takes it.
+template <class Object>
+struct StoreEntry
+{
+    /// Null once taken.
+    std::unique_ptr<Object> owned;
+    /// The object also afterwards, not owned; null for an id that a reader asked for and no store held.
+    Object* object = nullptr;
+};
+
 using BodyEntities = std::map<UTF8String, ENTITY*>;
 using CurveEntities = std::map<UTF8String, curve*>;
-using MeshStore = std::map<UTF8String, XMLPolygonMesh*>;
-using CurveStore = std::map<UTF8String, XMLCurve*>;
+using MeshStore = std::map<UTF8String, StoreEntry<XMLPolygonMesh>>;
+using CurveStore = std::map<UTF8String, StoreEntry<XMLCurve>>;
 using VitreolAssets = std::map<UTF8String, VitreolSerializedAsset*>;
 using SubObjectPersistentIds = std::map<UTF8String, EditableDataIdToPersistentIdMap*>;
 
@@ -26,7 +37,7 @@ class SideFileIndex
 {
 public:
     SideFileIndex();
-    /// Frees the assets and persistent ids that no object took.
+    /// Frees what no object took.
     ~SideFileIndex();
     SideFileIndex(SideFileIndex const&) = delete;
     SideFileIndex& operator=(SideFileIndex const&) = delete;
@@ -35,7 +46,7 @@ public:
     BodyEntities bodyEntities;
     /// Curves that the kernel made from edges; not owned.
     CurveEntities curveEntities;
-    /// Meshes and curves of binary stores.
+    /// Meshes and curves of binary stores; owned until an element takes them.
     MeshStore meshStore;
     CurveStore curveStore;
     /// Serialized assets by style id; owned until a style takes them.

@@ -24,6 +24,11 @@ inline constexpr BooleanForm kBoolean_TrueWordElseFalse = {[](XMLCh const* text)
 // Kept: absence means hidden here.
 inline constexpr BooleanForm kVisibility_OneElseHidden = kBoolean_OneElseFalse;
 
+/// Visibility of curves.
+// Kept: absence means shown here, unlike in an instance.
+inline constexpr BooleanForm kVisibility_OneElseHiddenAbsentShown = {
+    [](XMLCh const* text) { return Equals(text, u"1"); }, true};
+
 /// The attribute's answer in the given form.
 inline bool ReadBoolean(xercesc::DOMNode const* node, XMLCh const* name, BooleanForm const& form)
 {

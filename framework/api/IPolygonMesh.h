@@ -42,7 +42,7 @@ public:
     virtual ITextureVertexSet* TextureVertexSetAt(unsigned long index) const = 0;
     virtual unsigned long PolygonCount() const = 0;
     /// The polygon, owned by the mesh. A bad index throws.
-    virtual IsValueSpecifiedEnum PolygonAt(unsigned long index, EditablePolygon*& polygon) const = 0;
+    virtual IsValueSpecifiedEnum PolygonAt(unsigned long index, EditablePolygon const*& polygon) const = 0;
     virtual PolygonMeshTypeEnum MeshType() const = 0;
     virtual PolygonMeshOrientationEnum MeshOrientation() const = 0;
     /// The id of the mesh's level of detail.

@@ -1,0 +1,178 @@
+#include "framework/xml_util/StoreCursor.h"
+
+#include <algorithm>
+#include <cstring>
+#include <string>
+#include <utility>
+
+#include "framework/api/Subscript.h"
+
+namespace KVR
+{
+
+namespace
+{
+// The largest field that is taken in one piece.
+constexpr std::size_t kLargestField = 64;
+}  // namespace
+
+StoreCursor::StoreCursor(std::FILE* file, bool swapBytes, std::size_t readAhead)
+    : m_file(file), m_swapBytes(swapBytes), m_readAhead(readAhead)
+{
+    long const start = std::ftell(file);
+    if (start < 0 || std::fseek(file, 0, SEEK_END) != 0)
+        return;
+    long const end = std::ftell(file);
+    if (end < 0 || std::fseek(file, start, SEEK_SET) != 0)
+        return;
+    m_position = static_cast<unsigned long long>(start);
+    m_size = static_cast<unsigned long long>(std::max(start, end));
+    m_buffer.resize(static_cast<std::size_t>(
+        std::min<unsigned long long>(std::max(readAhead, kLargestField), Remaining() + kLargestField)));
+}
+
+StoreCursor::~StoreCursor() = default;
+
+void StoreCursor::LoadSwapped(unsigned char* target, unsigned char const* bytes, std::size_t size)
+{
+    std::reverse_copy(bytes, bytes + size, target);
+}
+
+bool StoreCursor::Fill(std::size_t count)
+{
+    if (Remaining() < count)
+    {
+        Seek(m_size);
+        return false;
+    }
+    std::size_t const held = m_end - m_next;
+    if (m_buffer.size() < count)
+        m_buffer.resize(count);
+    std::memmove(m_buffer.data(), m_buffer.data() + m_next, held);
+    m_next = 0;
+    m_end = held;
+    std::size_t const wanted = m_readAhead == kFieldsOnly ? count - held : m_buffer.size() - held;
+    m_end += std::fread(m_buffer.data() + held, 1, wanted, m_file);
+    if (m_end >= count)
+        return true;
+    // The file gave less than its size: it was cut while it was read.
+    m_size = m_position;
+    m_next = m_end = 0;
+    return false;
+}
+
+void StoreCursor::Seek(unsigned long long position)
+{
+    m_next = m_end = 0;
+    m_position = std::min(position, m_size);
+    if (std::fseek(m_file, static_cast<long>(m_position), SEEK_SET) != 0)
+        m_size = m_position;
+}
+
+bool StoreCursor::Read(double& x, double& y, double& z)
+{
+    bool const hasX = Read(x);
+    bool const hasY = Read(y);
+    bool const hasZ = Read(z);
+    return hasX && hasY && hasZ;
+}
+
+bool StoreCursor::Read(bool& flag)
+{
+    unsigned char const* const byte = Take(1);
+    if (!byte)
+        return false;
+    flag = *byte != 0;
+    return true;
+}
+
+bool StoreCursor::Read(UTF8String& text)
+{
+    unsigned long long length = 0;
+    if (!Read(length))
+        return false;
+    if (length > Remaining())
+    {
+        Seek(m_size);
+        return false;
+    }
+    std::string bytes;
+    bytes.reserve(static_cast<std::size_t>(length));
+    while (bytes.size() < length)
+    {
+        std::size_t const piece = std::min<std::size_t>(static_cast<std::size_t>(length) - bytes.size(), kLargestField);
+        unsigned char const* const taken = Take(piece);
+        if (!taken)
+            return false;
+        bytes.append(taken, taken + piece);
+    }
+    text = UTF8String(std::move(bytes));
+    return true;
+}
+
+std::size_t StoreCursor::ReadDoubles(double* values, std::size_t count)
+{
+    std::size_t read = 0;
+    while (read < count)
+    {
+        std::size_t const ready = std::min((m_end - m_next) / sizeof(double), count - read);
+        if (ready == 0)
+        {
+            if (!Read(values[read]))
+                return read;
+            ++read;
+            continue;
+        }
+        unsigned char const* const bytes = Take(ready * sizeof(double));
+        if (!m_swapBytes)
+            std::memcpy(values + read, bytes, ready * sizeof(double));
+        else
+            for (std::size_t i = 0; i < ready; ++i)
+                Load(values[read + i], bytes + i * sizeof(double));
+        read += ready;
+    }
+    return read;
+}
+
+std::size_t StoreCursor::ReadIndices(std::int32_t* indices, std::size_t count)
+{
+    constexpr std::size_t kItem = sizeof(unsigned long long);
+    std::size_t read = 0;
+    while (read < count)
+    {
+        std::size_t const ready = std::min((m_end - m_next) / kItem, count - read);
+        if (ready == 0)
+        {
+            unsigned long long value = 0;
+            if (!Read(value))
+                return read;
+            indices[read++] = static_cast<std::int32_t>(value);
+            continue;
+        }
+        unsigned char const* const bytes = Take(ready * kItem);
+        for (std::size_t i = 0; i < ready; ++i)
+        {
+            unsigned long long value = 0;
+            Load(value, bytes + i * kItem);
+            indices[read + i] = static_cast<std::int32_t>(value);
+        }
+        read += ready;
+    }
+    return read;
+}
+
+void StoreCursor::Expect(unsigned long long count, std::size_t bytesInFile, std::size_t bytesInMemory)
+{
+    unsigned long long const held = Remaining() / bytesInFile;
+    if (count > held)
+        Claim(count - held, bytesInMemory);
+}
+
+void StoreCursor::Claim(unsigned long long count, std::size_t bytesInMemory)
+{
+    if (count > (kClaimLimit - m_claimed) / bytesInMemory)
+        ThrowTooLong();
+    m_claimed += count * bytesInMemory;
+}
+
+}  // namespace KVR

@@ -1,0 +1,201 @@
+#include "mesh/SideStoreReader.h"
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+#include "framework/api/IOUtil.h"
+#include "framework/xml_util/SideFilePath.h"
+#include "framework/xml_util/StoreCursor.h"
+#include "geometry/XMLCurve.h"
+#include "geometry/curvedata/CurveKind.h"
+#include "mesh/MeshRecordReader.h"
+#include "mesh/XMLPolygonMesh.h"
+
+namespace KVR
+{
+
+namespace
+{
+
+constexpr unsigned long long kMeshRecord = 0;
+// An offset below this one says that there is no material table.
+constexpr unsigned long long kLeastTableOffset = 8;
+// A table behind this offset is out of reach.
+constexpr unsigned long long kLastTableOffset = 0x7FFFFFFF;
+
+// The first object of an id stays.
+template <class Object>
+void Enter(std::map<UTF8String, StoreEntry<Object>>& store, UTF8String const& id, std::unique_ptr<Object> object)
+{
+    auto const [place, isNew] = store.try_emplace(id);
+    if (!isNew)
+        return;
+    place->second.object = object.get();
+    place->second.owned = std::move(object);
+}
+
+// Reads a list of u64 into an index set.
+template <class Add>
+void ReadIndexList(StoreCursor& store, std::vector<std::int32_t>& buffer, Add add)
+{
+    unsigned long long count = 0;
+    store.Read(count);
+    store.Expect(count, sizeof(unsigned long long), sizeof(std::int32_t));
+    buffer.resize(static_cast<std::size_t>(count));
+    std::size_t const read = store.ReadIndices(buffer.data(), buffer.size());
+    std::fill(buffer.begin() + static_cast<std::ptrdiff_t>(read), buffer.end(), 0);
+    for (std::int32_t const index : buffer)
+        add(index);
+}
+
+void ReadSegments(StoreCursor& store, XMLPolygonMesh::Content& mesh)
+{
+    unsigned long long faceCount = 0;
+    unsigned long long edgeCount = 0;
+    unsigned long long flagCount = 0;
+    store.Read(faceCount);
+    store.Read(edgeCount);
+    store.Read(flagCount);
+    if (flagCount > 0)
+        mesh.isSegmentVisibilityStored = true;
+    store.Expect(flagCount, 1, 1);
+    std::vector<bool> flags(static_cast<std::size_t>(flagCount));
+    for (std::size_t i = 0; i < flags.size() && !store.HasEnded(); ++i)
+    {
+        bool flag = false;
+        store.Read(flag);
+        flags[i] = flag;
+    }
+
+    std::vector<std::int32_t> buffer;
+    store.Expect(faceCount, sizeof(unsigned long long), sizeof(FaceSegmentInfo));
+    mesh.faceSegments.reserve(mesh.faceSegments.size() + static_cast<std::size_t>(faceCount));
+    for (unsigned long long i = 0; i < faceCount; ++i)
+    {
+        PolygonIndexSet polygons;
+        ReadIndexList(store, buffer, [&](std::int32_t index) { polygons.Add(static_cast<std::uint32_t>(index)); });
+        FaceSegmentInfo segment;
+        segment.SetPolygonIndexSet(polygons);
+        if (i < flags.size())
+            segment.SetVisible(flags[static_cast<std::size_t>(i)]);
+        mesh.faceSegments.push_back(segment);
+    }
+    store.Expect(edgeCount, sizeof(unsigned long long), sizeof(EdgeSegmentInfo));
+    mesh.edgeSegments.reserve(mesh.edgeSegments.size() + static_cast<std::size_t>(edgeCount));
+    for (unsigned long long i = 0; i < edgeCount; ++i)
+    {
+        VertexIndexSet vertices;
+        ReadIndexList(store, buffer, [&](std::int32_t index) { vertices.Append(index); });
+        EdgeSegmentInfo segment;
+        segment.SetVertexIndexSet(vertices);
+        mesh.edgeSegments.push_back(segment);
+    }
+}
+
+}  // namespace
+
+SideStoreReader::SideStoreReader(UTF16String const& sceneFilePath, XMLProducerImpl* producer, bool geometryInfoLayout)
+    : m_sceneFilePath(sceneFilePath),
+      m_producer(producer),
+      m_geometryInfoLayout(geometryInfoLayout),
+      m_swapBytes(IOUtil::IsBigEndian())
+{
+}
+
+bool SideStoreReader::ReadMeshStore(UTF16String const& path, MeshStore& meshStore, CurveStore& curveStore)
+{
+    m_materialTable.clear();
+    m_materialCount = 0;
+    FilePtr const file(UTF8String(ResolveSideFilePath(m_sceneFilePath, path)), "rb");
+    if (!file)
+        return false;
+    StoreCursor store(file, m_swapBytes, StoreCursor::kWholeStore);
+    unsigned long long recordCount = 0;
+    ReadHeader(store, recordCount);
+    if (recordCount == 0)
+        return false;
+    for (unsigned long long i = 0; i < recordCount && !store.HasEnded(); ++i)
+        ReadRecord(store, meshStore, curveStore);
+    return true;
+}
+
+void SideStoreReader::ReadHeader(StoreCursor& store, unsigned long long& recordCount)
+{
+    if (!m_geometryInfoLayout)
+    {
+        unsigned long long headerWord = 0;
+        store.Read(headerWord);
+    }
+    store.Read(recordCount);
+    if (recordCount == 0)
+        return;
+    unsigned long long tableOffset = 0;
+    store.Read(tableOffset);
+    if (tableOffset >= kLeastTableOffset && tableOffset <= kLastTableOffset)
+        ReadMaterialTable(store, tableOffset);
+}
+
+void SideStoreReader::ReadMaterialTable(StoreCursor& store, unsigned long long offset)
+{
+    unsigned long long const records = store.Position();
+    store.Seek(offset);
+    store.Read(m_materialCount);
+    for (unsigned long long i = 0; i < m_materialCount && !store.HasEnded(); ++i)
+    {
+        // Kept: an empty id is dropped and those behind it move up, while the count stays.
+        UTF8String id;
+        if (store.Read(id) && !id.IsEmpty())
+            m_materialTable.push_back(std::move(id));
+    }
+    store.Seek(records);
+}
+
+void SideStoreReader::ReadRecord(StoreCursor& store, MeshStore& meshStore, CurveStore& curveStore)
+{
+    unsigned long long recordWord = 0;
+    unsigned long long type = 0;
+    UTF8String id;
+    store.Read(recordWord);
+    if (!store.Read(type) || !store.Read(id) || id.IsEmpty())
+        return;
+    if (type == kMeshRecord)
+    {
+        auto mesh = std::make_unique<XMLPolygonMesh>(id, m_producer);
+        StoreMaterials const materials{m_materialTable, static_cast<std::uint32_t>(m_materialCount)};
+        MeshRecordReader(store, materials, m_geometryInfoLayout, mesh->StoreContent()).Read();
+        Enter(meshStore, id, std::move(mesh));
+    }
+    else if (type >= kCurveKind_Line && type <= kCurveKind_Nurbs)
+    {
+        Enter(curveStore, id, std::make_unique<XMLCurve>(m_producer, store, static_cast<std::uint32_t>(type)));
+    }
+    // Kept: a record of another type consumes nothing behind its id.
+}
+
+bool SideStoreReader::ReadMeshSegmentStore(UTF16String const& fullPath, MeshStore& meshStore)
+{
+    if (meshStore.empty())
+        return true;
+    FilePtr const file(UTF8String(fullPath), "rb");
+    if (!file)
+        return false;
+    StoreCursor store(file, m_swapBytes, StoreCursor::kWholeStore);
+    unsigned long long recordCount = 0;
+    store.Read(recordCount);
+    if (recordCount == 0)
+        return false;
+    for (unsigned long long i = 0; i < recordCount && !store.HasEnded(); ++i)
+    {
+        UTF8String id;
+        store.Read(id);
+        if (id.IsEmpty())
+            continue;
+        // Kept: a mesh that is not there gets an entry without one, and of its record nothing more is consumed.
+        if (XMLPolygonMesh* const mesh = meshStore[id].object)
+            ReadSegments(store, mesh->StoreContent());
+    }
+    return true;
+}
+
+}  // namespace KVR

@@ -1,0 +1,185 @@
+#include "mesh/XMLPolygonMesh.h"
+
+#include <utility>
+
+#include "framework/api/ObjectCollector.h"
+#include "framework/api/Subscript.h"
+#include "framework/xml_util/XMLUtils.h"
+#include "producer/ElementReaders.h"
+#include "producer/XMLProducerImpl.h"
+#include "readers/ChangeKeyReader.h"
+#include "readers/ExtensionDataReader.h"
+#include "readers/Ignored.h"
+#include "readers/ReferenceReader.h"
+#include "readers/UnitReader.h"
+
+namespace KVR
+{
+
+namespace
+{
+
+struct MeshTypeRow
+{
+    std::u16string_view text;
+    IPolygonMesh::PolygonMeshTypeEnum type;
+};
+
+constexpr MeshTypeRow kMeshTypeRows[] = {
+    {u"kPolygonMeshType_Regular", IPolygonMesh::kPolygonMeshType_Regular},
+    {u"kPolygonMeshType_Triangular", IPolygonMesh::kPolygonMeshType_Triangular},
+    {u"kPolygonMeshType_Strip", IPolygonMesh::kPolygonMeshType_Strip},
+    {u"kPolygonMeshType_Fan", IPolygonMesh::kPolygonMeshType_Fan},
+};
+
+template <class Item>
+IsValueSpecifiedEnum ItemAt(std::vector<Item> const& list, unsigned long index, Item& item)
+{
+    if (index >= list.size())
+        return kIsValueSpecified_No;
+    item = list[index];
+    return kIsValueSpecified_Yes;
+}
+
+}  // namespace
+
+XMLPolygonMesh::XMLPolygonMesh(UTF8String id, XMLProducerImpl* producer)
+    : TransformState(std::move(id), UTF16String()), m_producer(producer)
+{
+}
+
+XMLPolygonMesh::~XMLPolygonMesh() = default;
+
+PolygonVertex XMLPolygonMesh::VertexAt(unsigned long index) const
+{
+    return CheckedAt(m_content.vertices, index);
+}
+Normal XMLPolygonMesh::NormalAt(unsigned long index) const
+{
+    return CheckedAt(m_content.normals, index);
+}
+
+ITextureVertexSet* XMLPolygonMesh::TextureVertexSetAt(unsigned long index) const
+{
+    return CheckedAt(m_content.textureVertexSets, index).get();
+}
+
+IsValueSpecifiedEnum XMLPolygonMesh::PolygonAt(unsigned long index, EditablePolygon const*& polygon) const
+{
+    if (index >= PolygonCount())
+        ThrowInvalidSubscript();
+    polygon = m_content.polygons->At(index);
+    return kIsValueSpecified_Yes;
+}
+
+IsValueSpecifiedEnum XMLPolygonMesh::LODId(UTF8String& id) const
+{
+    id = m_levelOfDetailId;
+    return kIsValueSpecified_Yes;
+}
+
+IsValueSpecifiedEnum XMLPolygonMesh::FaceSegmentAt(unsigned long index, FaceSegmentInfo& segment) const
+{
+    return ItemAt(m_content.faceSegments, index, segment);
+}
+
+IsValueSpecifiedEnum XMLPolygonMesh::EdgeSegmentInfoAt(unsigned long index, EdgeSegmentInfo& segment) const
+{
+    return ItemAt(m_content.edgeSegments, index, segment);
+}
+
+IsValueSpecifiedEnum XMLPolygonMesh::PolygonSetGroups(IdSetSet&) const
+{
+    return kIsValueSpecified_No;
+}
+
+IsValueSpecifiedEnum XMLPolygonMesh::PolygonMaterialIndexAt(unsigned long index, unsigned int& material) const
+{
+    if (index >= PolygonCount())
+        ThrowInvalidSubscript();
+    std::uint32_t const slot = m_content.polygons->MaterialSlotAt(index);
+    if (slot >= m_content.materialSets.Size())
+        return kIsValueSpecified_No;
+    material = slot;
+    return kIsValueSpecified_Yes;
+}
+
+IsValueSpecifiedEnum XMLPolygonMesh::PolygonMaterials(IdSetSet& materials) const
+{
+    if (m_content.materialSets.IsEmpty())
+        return kIsValueSpecified_No;
+    materials = m_content.materialSets;
+    return kIsValueSpecified_Yes;
+}
+
+IsValueSpecifiedEnum XMLPolygonMesh::IsSingleSided(bool&) const
+{
+    return kIsValueSpecified_No;
+}
+
+IsValueSpecifiedEnum XMLPolygonMesh::LengthUnit(UnitTypeEnum& unit) const
+{
+    unit = m_lengthUnit;
+    return kIsValueSpecified_Yes;
+}
+
+IsValueSpecifiedEnum XMLPolygonMesh::DisplayLengthUnit(UnitTypeEnum& unit) const
+{
+    unit = m_displayLengthUnit;
+    return kIsValueSpecified_Yes;
+}
+
+// "Orientation" and "IsSingleSided" are attributes of the format that no answer depends on.
+void XMLPolygonMesh::ReadAttributes(xercesc::DOMNode const* node)
+{
+    XMLUtils::GetNodeAttribute(node, u"Label", m_label);
+    XMLUtils::GetNodeAttribute(node, u"LODID", m_levelOfDetailId);
+    XMLCh const* const type = AttributeText(node, u"Type");
+    for (MeshTypeRow const& row : kMeshTypeRows)
+    {
+        if (Equals(type, row.text))
+            m_meshType = row.type;
+    }
+    XMLUtils::GetNodeAttribute(node, u"VersionPersistentId", m_versionPersistentId);
+    // Kept: absence means hidden here, although a new mesh is shown.
+    m_visible = false;
+    XMLUtils::GetNodeAttribute(node, u"Visibility", m_visible);
+}
+
+void XMLPolygonMesh::ReadFromXML(xercesc::DOMNode* node, UTF8String const& id)
+{
+    m_id = id;
+    ReadAttributes(node);
+    for (xercesc::DOMNode* const child : Children(node))
+    {
+        Match(child, On(u"ChangeKey", [&] { Ignored(ReadChangeKey(child, m_changeKey)); }),
+              On(u"Unit",
+                 [&]
+                 {
+                     UnitTypeEnum displayAngle = kUnitType_Unknown;
+                     Ignored(ReadUnit(child, m_lengthUnit, displayAngle, m_displayLengthUnit));
+                 }),
+              // Kept: a "Tolerance" has no effect on a mesh.
+              On(u"Transform", [&] { SetMeshTransform(TransformOf(child)); }),
+              On(u"ExtensionData", [&] { AddExtensionData(child, *this); }),
+              On(u"Styles", [&] { Ignored(ReadStyleRefs(m_producer, child, m_styles)); }));
+    }
+}
+
+bool ReadPolygonMesh(XMLProducerImpl* producer, xercesc::DOMNode* node, MeshStore& meshStore, UTF8String& id)
+{
+    XMLUtils::GetNodeAttribute(node, u"ID", id);
+    StoreEntry<XMLPolygonMesh>& entry = meshStore[id];
+    if (!entry.object)
+        return false;
+    producer->ApplyIdMapping(id);
+    if (producer->objectCollector->HasObject(id))
+        return true;
+    if (!entry.owned)
+        return false;
+    entry.owned->ReadFromXML(node, id);
+    producer->objectCollector->AddObject(entry.owned.release());
+    return true;
+}
+
+}  // namespace KVR

@@ -1,0 +1,91 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+#include <xercesc/dom/DOMNode.hpp>
+
+#include "framework/api/IPolygonMesh.h"
+#include "framework/xml_util/ObjectState.h"
+#include "mesh/PolygonSlab.h"
+#include "readers/TransformState.h"
+
+namespace KVR
+{
+
+class XMLProducerImpl;
+
+/// The marker of a polygon without material: a slot that no mesh's materials reach.
+inline constexpr std::uint32_t kNoMaterialSlot = 0xFFFFFFFFU;
+
+/// A mesh that a binary store built and an element of the scene dressed.
+class XMLPolygonMesh : public TransformState<ObjectState<IPolygonMesh>>
+{
+public:
+    /// What a store fills. Lists once read do not change.
+    struct Content
+    {
+        std::vector<PolygonVertex> vertices;
+        std::vector<Normal> normals;
+        std::vector<std::unique_ptr<ITextureVertexSet>> textureVertexSets;
+        std::unique_ptr<PolygonSlab> polygons;
+        IdSetSet materialSets;
+        std::vector<FaceSegmentInfo> faceSegments;
+        std::vector<EdgeSegmentInfo> edgeSegments;
+        bool isSegmentVisibilityStored = false;
+    };
+
+    XMLPolygonMesh(UTF8String id, XMLProducerImpl* producer);
+    ~XMLPolygonMesh() override;
+
+    Content& StoreContent() noexcept { return m_content; }
+
+    /// Fills what the element "IPolygonMesh" says; `id` is the object's own id.
+    void ReadFromXML(xercesc::DOMNode* node, UTF8String const& id);
+
+    double AngularTolerance() const override { return -1.0; }
+    double LinearTolerance() const override { return -1.0; }
+    double ParamTolerance() const override { return -1.0; }
+    IdSet Styles() const override { return m_styles; }
+    unsigned long VertexCount() const override { return m_content.vertices.size(); }
+    PolygonVertex VertexAt(unsigned long index) const override;
+    unsigned long NormalCount() const override { return m_content.normals.size(); }
+    Normal NormalAt(unsigned long index) const override;
+    unsigned long TextureVertexSetCount() const override { return m_content.textureVertexSets.size(); }
+    ITextureVertexSet* TextureVertexSetAt(unsigned long index) const override;
+    unsigned long PolygonCount() const override { return m_content.polygons ? m_content.polygons->Count() : 0; }
+    IsValueSpecifiedEnum PolygonAt(unsigned long index, EditablePolygon const*& polygon) const override;
+    PolygonMeshTypeEnum MeshType() const override { return m_meshType; }
+    /// Kept: counter-clockwise, whatever the scene says.
+    PolygonMeshOrientationEnum MeshOrientation() const override { return kPolygonMeshOrientation_CounterClockWise; }
+    /// Specified also when it is empty.
+    IsValueSpecifiedEnum LODId(UTF8String& id) const override;
+    unsigned long FaceSegmentCount() const override { return m_content.faceSegments.size(); }
+    IsValueSpecifiedEnum FaceSegmentAt(unsigned long index, FaceSegmentInfo& segment) const override;
+    unsigned long EdgeSegmentCount() const override { return m_content.edgeSegments.size(); }
+    IsValueSpecifiedEnum EdgeSegmentInfoAt(unsigned long index, EdgeSegmentInfo& segment) const override;
+    /// Never specified: a scene has no polygon set groups.
+    IsValueSpecifiedEnum PolygonSetGroups(IdSetSet& groups) const override;
+    IsValueSpecifiedEnum PolygonMaterialIndexAt(unsigned long index, unsigned int& material) const override;
+    IsValueSpecifiedEnum PolygonMaterials(IdSetSet& materials) const override;
+    /// Kept: never specified, although the scene may say it.
+    IsValueSpecifiedEnum IsSingleSided(bool& singleSided) const override;
+    void SetMeshTransform(Matrix3d const& transform) override { KeepTransform(transform); }
+    unsigned long PolygonSetGroupCount() const override { return 0; }
+    IsValueSpecifiedEnum LengthUnit(UnitTypeEnum& unit) const override;
+    IsValueSpecifiedEnum DisplayLengthUnit(UnitTypeEnum& unit) const override;
+    bool IsVisible() const override { return m_visible; }
+
+private:
+    void ReadAttributes(xercesc::DOMNode const* node);
+
+    XMLProducerImpl* m_producer;
+    Content m_content;
+    UTF8String m_levelOfDetailId;
+    PolygonMeshTypeEnum m_meshType = kPolygonMeshType_Regular;
+    bool m_visible = true;
+    UnitTypeEnum m_lengthUnit = kUnitType_Unknown;
+    UnitTypeEnum m_displayLengthUnit = kUnitType_Unknown;
+    IdSet m_styles;
+};
+
+}  // namespace KVR

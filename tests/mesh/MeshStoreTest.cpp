@@ -1,0 +1,310 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+#include "tests/support/MeshBytes.h"
+
+namespace KVR::Test
+{
+
+namespace
+{
+
+using testing::ElementsAre;
+
+std::string const kOneTriangle = MeshInfoHeader(1).Bytes() + TriangleRecord("m");
+
+TEST(MeshStore, ATriangleComesThroughWithItsVertices)
+{
+    TestScene scene(StoreScene(kMeshInfo, {"m"}));
+    auto& mesh = scene.WithFile("s.mesh", kOneTriangle).Begin().Get<IPolygonMesh>("m");
+    ASSERT_EQ(mesh.VertexCount(), 3U);
+    EXPECT_EQ(mesh.VertexAt(2).x, 2.0);
+    EXPECT_EQ(mesh.VertexAt(2).y, 20.0);
+    EXPECT_EQ(mesh.VertexAt(2).z, 200.0);
+    ASSERT_EQ(mesh.PolygonCount(), 1U);
+    EXPECT_THAT(List(PolygonOf(mesh, 0).VertexIndices()), ElementsAre(0, 1, 2));
+    EXPECT_EQ(PolygonOf(mesh, 0).VertexCount(), 3);
+    EXPECT_EQ(List(PolygonOf(mesh, 0).NormalIndices()), kNoList);
+    EXPECT_EQ(List(PolygonOf(mesh, 0).TextureSetIndices()), kNoList);
+    EXPECT_EQ(mesh.NormalCount(), 0U);
+    EXPECT_EQ(SlotOf(mesh, 0), -1);
+}
+
+TEST(MeshStore, TheGeometryInfoLayoutHasNoHeaderWord)
+{
+    TestScene scene(StoreScene(kGeometryInfo, {"m"}));
+    scene.WithFile("s.mesh", GeometryInfoHeader(1).Bytes() + TriangleRecord("m")).Begin();
+    EXPECT_EQ(scene.Get<IPolygonMesh>("m").VertexCount(), 3U);
+}
+
+TEST(MeshStore, AStoreWithoutRecordsFailsAndTheScanGoesOn)
+{
+    for (char const* const info : {kMeshInfo, kGeometryInfo})
+    {
+        TestScene scene(StoreScene(info, {"m"}));
+        std::string const bytes = info == kMeshInfo ? MeshInfoHeader(0).Bytes() : GeometryInfoHeader(0).Bytes();
+        scene.WithFile("s.mesh", bytes + TriangleRecord("m")).Begin();
+        EXPECT_FALSE(scene.Has("m"));
+    }
+}
+
+TEST(MeshStore, AMissingStoreIsPassedOver)
+{
+    TestScene scene(std::string("<Scene>") + kMeshInfo +
+                    R"(<MeshInfo GenerateMesh="True" Path="t.mesh"/><IPolygonMesh ID="m"/></Scene>)");
+    scene.WithFile("t.mesh", kOneTriangle).Begin();
+    EXPECT_TRUE(scene.Has("m"));
+}
+
+TEST(MeshStore, OnlyTheWordTrueSwitchesAStoreOn)
+{
+    for (char const* const word : {"true", "1", "TRUE", "False", ""})
+    {
+        TestScene scene(StoreScene(std::string(R"(<MeshInfo GenerateMesh=")") + word + R"(" Path="s.mesh"/>)", {"m"}));
+        EXPECT_FALSE(scene.WithFile("s.mesh", kOneTriangle).Begin().Has("m")) << word;
+    }
+}
+
+TEST(MeshStore, TwoStoresFillOneIndexAndTheFirstMeshOfAnIdStays)
+{
+    TestScene scene(
+        StoreScene(std::string(kMeshInfo) + R"(<MeshInfo GenerateMesh="True" Path="t.mesh"/>)", {"m", "n"}));
+    std::string const second = MeshInfoHeader(2).Bytes() + RecordFront(0, "m") + MeshHeadBytes(1, 0, 0, 0) +
+                               VertexBytes(1) + TriangleRecord("n");
+    scene.WithFile("s.mesh", kOneTriangle).WithFile("t.mesh", second).Begin();
+    EXPECT_EQ(scene.Get<IPolygonMesh>("m").VertexCount(), 3U);
+    EXPECT_EQ(scene.Get<IPolygonMesh>("n").VertexCount(), 3U);
+}
+
+// A store of one mesh whose polygons have the given store materials; `table` is what stands at the material table.
+std::string StoreWithMaterials(std::vector<std::uint64_t> const& materials, std::string const& table)
+{
+    std::string record = RecordFront(0, "m") + MeshHeadBytes(3, 0, materials.size(), 0) + VertexBytes(3);
+    for (std::uint64_t const material : materials)
+        record += PolygonFront({0, 1, 2}).Byte(1).U64(material).Bytes();
+    return MeshInfoHeader(1, 24 + record.size()).Bytes() + record + table;
+}
+
+std::string Table(std::vector<std::string> const& ids)
+{
+    ByteBuilder bytes;
+    bytes.U64(ids.size());
+    for (std::string const& id : ids)
+        bytes.String(id);
+    return bytes.Bytes();
+}
+
+std::vector<std::string> MaterialsOf(IPolygonMesh const& mesh)
+{
+    IdSetSet sets;
+    std::vector<std::string> ids;
+    if (mesh.PolygonMaterials(sets) != kIsValueSpecified_Yes)
+        return {"(none)"};
+    for (unsigned long long i = 0; i < sets.Size(); ++i)
+    {
+        EXPECT_EQ(sets.At(i).Size(), 1U);
+        ids.push_back(Text(sets.At(i).At(0)));
+    }
+    return ids;
+}
+
+TEST(MeshStore, MaterialsGetSlotsInTheOrderOfTheirFirstUse)
+{
+    TestScene scene(StoreScene(kMeshInfo, {"m"}));
+    scene.WithFile("s.mesh", StoreWithMaterials({7, 3, 7}, Table({"0", "1", "2", "three", "4", "5", "6", "seven"})));
+    auto& mesh = scene.Begin().Get<IPolygonMesh>("m");
+    EXPECT_EQ(SlotOf(mesh, 0), 0);
+    EXPECT_EQ(SlotOf(mesh, 1), 1);
+    EXPECT_EQ(SlotOf(mesh, 2), 0);
+    EXPECT_THAT(MaterialsOf(mesh), ElementsAre("seven", "three"));
+}
+
+TEST(MeshStore, AMaterialIndexEqualToTheCountIsNoMaterial)
+{
+    TestScene scene(StoreScene(kMeshInfo, {"m"}));
+    auto& mesh = scene.WithFile("s.mesh", StoreWithMaterials({2, 1}, Table({"a", "b"}))).Begin().Get<IPolygonMesh>("m");
+    EXPECT_EQ(SlotOf(mesh, 0), -1);
+    EXPECT_EQ(SlotOf(mesh, 1), 0);
+    EXPECT_THAT(MaterialsOf(mesh), ElementsAre("b"));
+}
+
+TEST(MeshStore, AnEmptyMaterialIdIsDroppedAndThoseBehindItMoveUp)
+{
+    TestScene scene(StoreScene(kMeshInfo, {"m"}));
+    scene.WithFile("s.mesh", StoreWithMaterials({1, 2}, Table({"a", "", "c"})));
+    auto& mesh = scene.Begin().Get<IPolygonMesh>("m");
+    EXPECT_THAT(MaterialsOf(mesh), ElementsAre("c"));
+    EXPECT_EQ(SlotOf(mesh, 0), 0);
+    EXPECT_EQ(SlotOf(mesh, 1), -1) << "below the count, and beyond the end of the table";
+}
+
+TEST(MeshStore, ATableOffsetBelowEightIsNoTable)
+{
+    for (std::uint64_t offset = 0; offset < 8; ++offset)
+    {
+        TestScene scene(StoreScene(kMeshInfo, {"m"}));
+        std::string const record = RecordFront(0, "m") + MeshHeadBytes(3, 0, 1, 0) + VertexBytes(3) +
+                                   PolygonFront({0, 1, 2}).Byte(1).U64(0).Bytes();
+        auto& mesh =
+            scene.WithFile("s.mesh", MeshInfoHeader(1, offset).Bytes() + record).Begin().Get<IPolygonMesh>("m");
+        EXPECT_EQ(SlotOf(mesh, 0), -1);
+        EXPECT_THAT(MaterialsOf(mesh), ElementsAre("(none)"));
+    }
+}
+
+TEST(MeshStore, ATableBeyondTheEndOrOutOfReachIsEmpty)
+{
+    for (std::uint64_t const offset :
+         {std::uint64_t{100000}, std::uint64_t{1} << 31, std::uint64_t{1} << 40, ~std::uint64_t{0}})
+    {
+        TestScene scene(StoreScene(kMeshInfo, {"m"}));
+        scene.WithFile("s.mesh", MeshInfoHeader(1, offset).Bytes() + TriangleRecord("m")).Begin();
+        EXPECT_EQ(scene.Get<IPolygonMesh>("m").VertexCount(), 3U);
+    }
+}
+
+TEST(MeshStore, ATableInsideARecordIsReadWhereItStands)
+{
+    TestScene scene(StoreScene(kMeshInfo, {"m"}));
+    // The id of the record is, from its length on, a table of one id.
+    std::string const id = ByteBuilder().U64(1).String("x").Bytes();
+    std::string const record = RecordFront(0, id) + MeshHeadBytes(0, 0, 0, 0) + RecordFront(0, "m") +
+                               MeshHeadBytes(1, 0, 1, 0) + VertexBytes(1) + PolygonFront({0}).Byte(1).U64(0).Bytes();
+    auto& mesh = scene.WithFile("s.mesh", MeshInfoHeader(2, 24 + 24).Bytes() + record).Begin().Get<IPolygonMesh>("m");
+    EXPECT_THAT(MaterialsOf(mesh), ElementsAre("x"));
+}
+
+TEST(MeshStore, TwoTableEntriesOfOneIdShareASetAndHaveTwoSlots)
+{
+    TestScene scene(StoreScene(kMeshInfo, {"m"}));
+    auto& mesh = scene.WithFile("s.mesh", StoreWithMaterials({0, 1}, Table({"a", "a"}))).Begin().Get<IPolygonMesh>("m");
+    EXPECT_THAT(MaterialsOf(mesh), ElementsAre("a"));
+    EXPECT_EQ(SlotOf(mesh, 0), 0);
+    EXPECT_EQ(SlotOf(mesh, 1), -1);
+}
+
+TEST(MeshStore, APolygonWithoutVerticesIsEightBytesAndNoPolygon)
+{
+    TestScene scene(StoreScene(kMeshInfo, {"m"}));
+    std::string const record = RecordFront(0, "m") + MeshHeadBytes(3, 0, 3, 0) + VertexBytes(3) +
+                               PolygonFront({0, 1, 2}).Byte(0).U64(0).Bytes() + PolygonFront({2, 1, 0}).Byte(0).Bytes();
+    auto& mesh = scene.WithFile("s.mesh", MeshInfoHeader(1).Bytes() + record).Begin().Get<IPolygonMesh>("m");
+    ASSERT_EQ(mesh.PolygonCount(), 2U);
+    EXPECT_THAT(List(PolygonOf(mesh, 1).VertexIndices()), ElementsAre(2, 1, 0));
+}
+
+TEST(MeshStore, NormalsComeThroughAndAPolygonMayHaveNone)
+{
+    TestScene scene(StoreScene(kMeshInfo, {"m"}));
+    std::string const record = RecordFront(0, "m") + MeshHeadBytes(3, 1, 2, 0) + VertexBytes(3) +
+                               ByteBuilder().F64(0.25).F64(-0.5).F64(1).Bytes() +
+                               PolygonFront({0, 1, 2}).Byte(0).Byte(1).U64(0).U64(0).U64(0).Bytes() +
+                               PolygonFront({0, 1}).Byte(0).Byte(0).Bytes();
+    auto& mesh = scene.WithFile("s.mesh", MeshInfoHeader(1).Bytes() + record).Begin().Get<IPolygonMesh>("m");
+    ASSERT_EQ(mesh.NormalCount(), 1U);
+    EXPECT_EQ(mesh.NormalAt(0).y, -0.5);
+    EXPECT_THAT(List(PolygonOf(mesh, 0).NormalIndices()), ElementsAre(0, 0, 0));
+    EXPECT_EQ(List(PolygonOf(mesh, 1).NormalIndices()), kNoList);
+    EXPECT_THAT(List(PolygonOf(mesh, 1).VertexIndices()), ElementsAre(0, 1));
+}
+
+TEST(MeshStore, IndicesAreNarrowedTo32Bits)
+{
+    TestScene scene(StoreScene(kMeshInfo, {"m"}));
+    std::string const record = RecordFront(0, "m") + MeshHeadBytes(0, 0, 1, 0) +
+                               PolygonFront({(std::uint64_t{5} << 32) + 1, 0xFFFFFFFF}).Byte(0).Bytes();
+    auto& mesh = scene.WithFile("s.mesh", MeshInfoHeader(1).Bytes() + record).Begin().Get<IPolygonMesh>("m");
+    EXPECT_THAT(List(PolygonOf(mesh, 0).VertexIndices()), ElementsAre(1, -1));
+}
+
+TEST(MeshStore, AnyByteButZeroSaysYes)
+{
+    TestScene scene(StoreScene(kMeshInfo, {"m"}));
+    std::string const record =
+        RecordFront(0, "m") + MeshHeadBytes(0, 0, 1, 0) + PolygonFront({0}).Byte(0x80).U64(0).Bytes();
+    std::string const bytes = MeshInfoHeader(1, 24 + record.size()).Bytes() + record + Table({"a"});
+    EXPECT_EQ(SlotOf(scene.WithFile("s.mesh", bytes).Begin().Get<IPolygonMesh>("m"), 0), 0);
+}
+
+TEST(MeshStore, ARecordOfAnUnknownTypeConsumesNothing)
+{
+    TestScene scene(StoreScene(kMeshInfo, {"m"}));
+    std::string const bytes = MeshInfoHeader(2).Bytes() + RecordFront(7, "u") + TriangleRecord("m");
+    EXPECT_EQ(scene.WithFile("s.mesh", bytes).Begin().Get<IPolygonMesh>("m").VertexCount(), 3U);
+}
+
+TEST(MeshStore, ARecordWithAnEmptyIdConsumesNothingMore)
+{
+    TestScene scene(StoreScene(kMeshInfo, {"m"}));
+    std::string const bytes = MeshInfoHeader(2).Bytes() + RecordFront(0, "") + TriangleRecord("m");
+    EXPECT_EQ(scene.WithFile("s.mesh", bytes).Begin().Get<IPolygonMesh>("m").VertexCount(), 3U);
+}
+
+TEST(MeshStore, MeshesAndCurvesMayBeMixed)
+{
+    for (bool const geometryInfo : {false, true})
+    {
+        TestScene scene(StoreScene(geometryInfo ? kGeometryInfo : kMeshInfo, {"m", "n"}, {"c"}));
+        std::string const header = geometryInfo ? GeometryInfoHeader(3).Bytes() : MeshInfoHeader(3).Bytes();
+        std::string const ray = RecordFront(2, "c") + VertexBytes(2);
+        scene.WithFile("s.mesh", header + TriangleRecord("m") + ray + TriangleRecord("n")).Begin();
+        EXPECT_EQ(scene.Get<IPolygonMesh>("n").VertexCount(), 3U);
+        EXPECT_TRUE(scene.Has("c"));
+    }
+}
+
+TEST(MeshStore, AShortFileGivesWhatItHolds)
+{
+    TestScene scene(StoreScene(kMeshInfo, {"m"}));
+    std::string const bytes = MeshInfoHeader(5).Bytes() + RecordFront(0, "m") + MeshHeadBytes(3, 2, 9, 0) +
+                              VertexBytes(1) + ByteBuilder().F64(7).Bytes();
+    auto& mesh = scene.WithFile("s.mesh", bytes).Begin().Get<IPolygonMesh>("m");
+    ASSERT_EQ(mesh.VertexCount(), 3U) << "built to the count, with zeros for what is missing";
+    EXPECT_EQ(mesh.VertexAt(1).x, 7.0);
+    EXPECT_EQ(mesh.VertexAt(1).y, 0.0);
+    EXPECT_EQ(mesh.VertexAt(2).x, 0.0);
+    EXPECT_EQ(mesh.NormalCount(), 2U);
+    EXPECT_EQ(mesh.PolygonCount(), 0U);
+}
+
+TEST(MeshStore, ACountThatNoListHoldsIsALengthErrorThatLeavesTheScan)
+{
+    for (std::uint64_t const count :
+         {std::uint64_t{1} << 31, std::uint64_t{1} << 40, std::uint64_t{1} << 63, ~std::uint64_t{0}})
+    {
+        TestScene scene(StoreScene(kMeshInfo, {"m"}));
+        scene.WithFile("s.mesh", MeshInfoHeader(1).Bytes() + RecordFront(0, "m") + MeshHeadBytes(count, 0, 0, 0));
+        try
+        {
+            scene.Begin();
+            ADD_FAILURE() << "no exception for " << count;
+        }
+        catch (std::length_error const& error)
+        {
+            EXPECT_STREQ(error.what(), "vector<T> too long");
+        }
+    }
+}
+
+TEST(MeshStore, AHostileNumberOfRecordsOrPolygonsEndsWithTheFile)
+{
+    TestScene scene(StoreScene(kMeshInfo, {"m"}));
+    std::string const record = RecordFront(0, "m") + MeshHeadBytes(3, 0, ~std::uint64_t{0}, 0) + VertexBytes(3) +
+                               PolygonFront({0, 1, 2}).Byte(0).Bytes();
+    scene.WithFile("s.mesh", MeshInfoHeader(~std::uint64_t{0}).Bytes() + record).Begin();
+    EXPECT_EQ(scene.Get<IPolygonMesh>("m").PolygonCount(), 1U);
+}
+
+TEST(MeshStore, AHostileNumberOfMaterialsEndsWithTheFile)
+{
+    std::string const table = ByteBuilder().U64(~std::uint64_t{0}).String("a").String("b").Bytes();
+    TestScene scene(StoreScene(kMeshInfo, {"m"}));
+    auto& mesh = scene.WithFile("s.mesh", StoreWithMaterials({1}, table)).Begin().Get<IPolygonMesh>("m");
+    EXPECT_THAT(MaterialsOf(mesh), ElementsAre("b"));
+}
+
+}  // namespace
+
+}  // namespace KVR::Test
