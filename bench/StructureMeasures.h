@@ -17,7 +17,14 @@ struct Round
     double endSeconds = 0.0;
 };
 
+/// Scenes of the generator. The smallest is read first in each process, unmeasured.
+struct Scenes
+{
+    std::filesystem::path smallest;
+    std::filesystem::path measured;
+};
+
 /// Throws std::runtime_error when a process fails or finds another number of instances.
-Round MeasureRound(std::filesystem::path const& scene, unsigned instances);
+Round MeasureRound(Scenes const& scenes, unsigned instances);
 
 }  // namespace KVR::Bench

@@ -56,7 +56,7 @@ private:
 
 struct Scene
 {
-    std::filesystem::path path;
+    Scenes files;
     unsigned instances;
     std::vector<Round> rounds;
 };
@@ -68,7 +68,7 @@ void RunRound(benchmark::State& state, Scene& scene)
     {
         try
         {
-            Round const round = MeasureRound(scene.path, scene.instances);
+            Round const round = MeasureRound(scene.files, scene.instances);
             scene.rounds.push_back(round);
             state.SetIterationTime(round.beginSeconds);
             state.counters["parse_s"] = round.parseSeconds;
@@ -117,7 +117,7 @@ SizeFigures Summary(Scene const& scene)
     { return Median(scene.rounds, [&](Round const& round) { return round.*figure; }); };
     SizeFigures size;
     size.instances = scene.instances;
-    size.fileBytes = static_cast<double>(std::filesystem::file_size(scene.path));
+    size.fileBytes = static_cast<double>(std::filesystem::file_size(scene.files.measured));
     size.parseSeconds = median(&Round::parseSeconds);
     size.beginSeconds = median(&Round::beginSeconds);
     size.beginRatio = Median(scene.rounds, [](Round const& round) { return round.beginSeconds / round.parseSeconds; });
@@ -133,15 +133,17 @@ SizeFigures Summary(Scene const& scene)
 void Run(Options const& options)
 {
     ScratchFolder const folder;
+    std::filesystem::path const smallest = folder.Path() / "1.xml";
+    WriteScene(smallest, 1);
     std::vector<Scene> scenes;
     for (unsigned const instances : kSizes)
     {
         if (instances <= options.max)
-            scenes.push_back({folder.Path() / fmt::format("{}.xml", instances), instances, {}});
+            scenes.push_back({{smallest, folder.Path() / fmt::format("{}.xml", instances)}, instances, {}});
     }
     for (Scene& scene : scenes)
     {
-        WriteScene(scene.path, scene.instances);
+        WriteScene(scene.files.measured, scene.instances);
         benchmark::RegisterBenchmark(fmt::format("Structure/{}", scene.instances).c_str(), RunRound, std::ref(scene))
             ->Iterations(1)
             ->Repetitions(options.repeat)

@@ -1,27 +1,62 @@
 #include "framework/api/ObjectCollector.h"
 
 #include <cstdint>
-#include <deque>
 #include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 #include "framework/api/kvr_api.h"
 
 namespace KVR
 {
 
+namespace
+{
+
+struct Entry
+{
+    std::string id;
+    std::unique_ptr<IObject> object;
+    std::uint32_t next = UniqueIndex::kAbsent;
+    std::uint32_t last = UniqueIndex::kAbsent;
+};
+
+// A list in blocks, so that growing moves no entry. They are large, so that the way to an entry leads over few of them.
+class EntryList
+{
+public:
+    Entry& operator[](std::uint32_t at) { return m_blocks[at / kBlockSize][at % kBlockSize]; }
+    Entry const& operator[](std::uint32_t at) const { return m_blocks[at / kBlockSize][at % kBlockSize]; }
+    std::uint32_t Size() const { return m_size; }
+
+    void Append(Entry entry)
+    {
+        if (m_size == m_blocks.size() * kBlockSize)
+            m_blocks.emplace_back().reserve(kBlockSize);
+        m_blocks[m_size / kBlockSize].push_back(std::move(entry));
+        ++m_size;
+    }
+    void DropLast()
+    {
+        --m_size;
+        m_blocks[m_size / kBlockSize].pop_back();
+    }
+
+private:
+    static constexpr std::uint32_t kBlockSize = 1024;
+
+    std::vector<std::vector<Entry>> m_blocks;
+    std::uint32_t m_size = 0;
+};
+
+}  // namespace
+
 // Entries stand in the order in which objects came. The index leads to the first entry of an id; further ones hang
 // behind it in a chain, whose last member the first one knows.
 struct ObjectCollector::Registry
 {
-    struct Entry
-    {
-        std::string id;
-        std::unique_ptr<IObject> object;
-        std::uint32_t next = UniqueIndex::kAbsent;
-        std::uint32_t last = UniqueIndex::kAbsent;
-    };
-
-    std::deque<Entry> entries;
+    EntryList entries;
     UniqueIndex index;
 
     static std::size_t HashOf(std::string_view id) { return std::hash<std::string_view>()(id); }
@@ -41,8 +76,8 @@ struct ObjectCollector::Registry
             entries[first].object = std::move(object);
             return;
         }
-        auto const place = static_cast<std::uint32_t>(entries.size());
-        entries.push_back({first == UniqueIndex::kAbsent ? std::string(id.View()) : std::string(), std::move(object)});
+        std::uint32_t const place = entries.Size();
+        entries.Append({first == UniqueIndex::kAbsent ? std::string(id.View()) : std::string(), std::move(object)});
         if (first != UniqueIndex::kAbsent)
         {
             std::uint32_t const last = entries[first].last == UniqueIndex::kAbsent ? first : entries[first].last;
@@ -56,7 +91,7 @@ struct ObjectCollector::Registry
         }
         catch (...)
         {
-            entries.pop_back();
+            entries.DropLast();
             throw;
         }
     }
@@ -217,9 +252,9 @@ bool ObjectCollector::HasObject(UTF8String const& id) const
 
 void ObjectCollector::Destroy() noexcept
 {
-    for (Registry::Entry& entry : m_registry->entries)
-        entry.object.reset();
-    m_registry->entries.clear();
+    for (std::uint32_t at = 0; at < m_registry->entries.Size(); ++at)
+        m_registry->entries[at].object.reset();
+    m_registry->entries = EntryList();
     m_registry->index = UniqueIndex();
 }
 

@@ -82,7 +82,7 @@ void DumpIndexList(JsonWriter& json, std::string_view name, EditablePolygon::Ind
 
 void DumpPolygon(JsonWriter& json, IPolygonMesh const& mesh, unsigned long index)
 {
-    EditablePolygon* polygon = nullptr;
+    EditablePolygon const* polygon = nullptr;
     if (!Members<IPolygonMesh>::Asked([&] { return mesh.PolygonAt(index, polygon); }) || !polygon)
         return json.Null();
     json.BeginObject(kRow);

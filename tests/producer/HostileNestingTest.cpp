@@ -59,7 +59,7 @@ std::string WithAt(unsigned long long place, std::string const& what)
     }
 }
 
-constexpr unsigned kMarks = 33;
+constexpr unsigned kMarks = 30;
 
 class HostileNestingAt : public testing::TestWithParam<unsigned>
 {

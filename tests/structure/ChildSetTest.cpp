@@ -55,17 +55,15 @@ protected:
 
     ChildSetEnd ReadNode(xercesc::DOMNode const* node)
     {
-        ChildContext const context{nullptr, m_bodies, m_curves, m_meshStore, m_curveStore};
+        ChildContext const context{nullptr, m_index.bodyEntities, m_index.curveEntities, m_index.meshStore,
+                                   m_index.curveStore};
         return ReadChildSet(std::span<ChildRow<std::string> const>(kRows), context, node, m_children);
     }
 
     Names m_children;
 
 private:
-    BodyEntities m_bodies;
-    CurveEntities m_curves;
-    MeshStore m_meshStore;
-    CurveStore m_curveStore;
+    SideFileIndex m_index;
 };
 
 }  // namespace

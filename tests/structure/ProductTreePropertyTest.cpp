@@ -160,7 +160,7 @@ std::string TransformText(std::array<double, 16> const& transform)
     for (double const element : transform)
     {
         std::array<char, 40> digits{};
-        char const* const end = std::to_chars(digits.data(), digits.data() + digits.size(), element).ptr;
+        char* const end = std::to_chars(digits.data(), digits.data() + digits.size(), element).ptr;
         text += ' ';
         text.append(digits.data(), end);
     }

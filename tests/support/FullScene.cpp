@@ -1,5 +1,6 @@
 #include "tests/support/FullScene.h"
 
+#include <map>
 #include <stdexcept>
 
 #include "tests/support/ByteBuilder.h"
@@ -56,6 +57,15 @@ constexpr std::string_view kScene =
 <ChildSet>@<Child ID="other"/></ChildSet></IPart><IPart ID="other" Label="Other"/>
 <IInstance ID="loose"><Child ID="file"/></IInstance>@</Scene>)";
 
+std::map<std::string, std::string> SideFiles()
+{
+    return {
+        {"blob.bin", "four"},
+        {"assets.bin", ByteBuilder().Raw("KVRASSET").U64(1).U64(1).String("s1").String("kind").String("asset").Bytes()},
+        {"ids.xml", R"(<Ids><SubObjectPersistentIds ID="part"><SubObject DataId="d" PersistentId="p"/>
+                           </SubObjectPersistentIds></Ids>)"}};
+}
+
 }  // namespace
 
 std::string_view MarkedFullScene()
@@ -70,10 +80,14 @@ std::string FullScene()
 
 void WriteSideFiles(TestScene& scene)
 {
-    scene.WithFile("blob.bin", "four")
-        .WithFile("assets.bin", ByteBuilder().Raw("KVRASSET").U64(1).U64(1).String("s1").String("kind").String("asset"))
-        .WithFile("ids.xml", R"(<Ids><SubObjectPersistentIds ID="part"><SubObject DataId="d" PersistentId="p"/>
-                                </SubObjectPersistentIds></Ids>)");
+    for (auto const& [name, bytes] : SideFiles())
+        scene.WithFile(name, bytes);
+}
+
+void WriteSideFiles(TempFolder const& folder)
+{
+    for (auto const& [name, bytes] : SideFiles())
+        folder.Write(name, bytes);
 }
 
 std::vector<std::string> FullSceneIds()
@@ -83,9 +97,14 @@ std::vector<std::string> FullSceneIds()
 
 bool Opens(TestScene& scene)
 {
+    return Opens(scene.Producer());
+}
+
+bool Opens(XMLProducer& producer)
+{
     try
     {
-        scene.Begin();
+        producer.BeginProcess(IdSet(), nullptr, nullptr);
         return true;
     }
     catch (FileException const& exception)

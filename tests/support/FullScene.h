@@ -15,11 +15,13 @@ std::string_view MarkedFullScene();
 std::string FullScene();
 /// The side files that it names, written beside it.
 void WriteSideFiles(TestScene& scene);
+void WriteSideFiles(TempFolder const& folder);
 /// The ids of its objects, and some that it names without having them.
 std::vector<std::string> FullSceneIds();
 
 /// Runs BeginProcess; whether it took the scene. A refusal must be a FileException of code 0, or std::logic_error says
 /// what was wrong with it; any other exception goes on.
+bool Opens(XMLProducer& producer);
 bool Opens(TestScene& scene);
 
 /// `count` copies of a text, one behind the other.

@@ -121,7 +121,7 @@ public:
     unsigned long TextureVertexSetCount() const override { return 0; }
     ITextureVertexSet* TextureVertexSetAt(unsigned long) const override { ThrowInvalidSubscript(); }
     unsigned long PolygonCount() const override { return 0; }
-    IsValueSpecifiedEnum PolygonAt(unsigned long, EditablePolygon*&) const override { ThrowInvalidSubscript(); }
+    IsValueSpecifiedEnum PolygonAt(unsigned long, EditablePolygon const*&) const override { ThrowInvalidSubscript(); }
     PolygonMeshTypeEnum MeshType() const override { return kPolygonMeshType_Regular; }
     PolygonMeshOrientationEnum MeshOrientation() const override { return kPolygonMeshOrientation_CounterClockWise; }
     IsValueSpecifiedEnum LODId(UTF8String&) const override { return kIsValueSpecified_No; }
