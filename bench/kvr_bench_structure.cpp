@@ -8,7 +8,11 @@
 #include <cstdlib>
 #include <exception>
 #include <filesystem>
+#include <functional>
+#include <iterator>
+#include <stdexcept>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "bench/SceneGenerator.h"
@@ -84,7 +88,7 @@ void RunRound(benchmark::State& state, Scene& scene)
     }
 }
 
-// The rounds as they come, on standard error; whether one failed.
+// Says on standard error how far the run is. A failed round ends it with an exception.
 class Progress : public benchmark::BenchmarkReporter
 {
 public:
@@ -96,7 +100,9 @@ public:
             if (run.error_occurred)
                 throw std::runtime_error(run.error_message);
         }
-        fmt::print(stderr, "{} done\n", runs.front().run_name.function_name);
+        // The runs come first, and then what was made of them.
+        if (runs.front().run_type == Run::RT_Iteration)
+            fmt::print(stderr, "{} done\n", runs.front().run_name.function_name);
     }
 };
 

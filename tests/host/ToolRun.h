@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace KVR::Test
+{
+
+/// What came of a run of the program kvr.
+struct ToolRun
+{
+    int status = -1;
+    std::string out;
+    std::string error;
+    /// The most memory that it held, in kB.
+    long peakMemory = 0;
+};
+
+/// Runs the program with the arguments, and waits for it; a signal that ended it gives a status of 128 and its number.
+ToolRun RunTool(std::vector<std::string> const& arguments);
+
+/// Runs it with a pipe as standard output that nobody reads any more.
+int RunToolWithoutReader(std::vector<std::string> const& arguments);
+
+}  // namespace KVR::Test

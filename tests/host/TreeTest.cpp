@@ -1,0 +1,207 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+
+#include "tests/host/ToolRun.h"
+#include "tests/support/TempFolder.h"
+
+namespace KVR::Test
+{
+
+namespace
+{
+
+using nlohmann::json;
+using testing::EndsWith;
+using testing::HasSubstr;
+
+std::string const kAs1 = KVR_EXAMPLES_DIR "/as1-oc-214/as1-oc-214.xml";
+
+struct TreeRun : ToolRun
+{
+    explicit TreeRun(std::string const& xml, std::vector<std::string> options = {})
+    {
+        folder.Write("scene.xml", xml);
+        options.insert(options.begin(), {"tree", folder.NarrowPathOf("scene.xml")});
+        static_cast<ToolRun&>(*this) = RunTool(options);
+    }
+    TempFolder folder;
+};
+
+std::vector<std::string> Lines(std::string const& text)
+{
+    std::vector<std::string> lines;
+    std::size_t start = 0;
+    for (std::size_t end = text.find('\n'); end != std::string::npos; end = text.find('\n', start))
+    {
+        lines.push_back(text.substr(start, end - start));
+        start = end + 1;
+    }
+    return lines;
+}
+
+std::string Instance(std::string const& id, std::string const& target, char const* visibility = "1")
+{
+    return "<IInstance ID=\"" + id + "\" Label=\"" + id + "\" Visibility=\"" + visibility + "\"><Child ID=\"" + target +
+           "\"/></IInstance>";
+}
+
+std::string Assembly(std::string const& id, std::string const& children)
+{
+    return "<IAssembly ID=\"" + id + "\" Label=\"" + id + "\"><ChildSet>" + children + "</ChildSet></IAssembly>";
+}
+
+std::string File(std::string const& child)
+{
+    return "<IFile ID=\"f\" Label=\"f\"><ChildSet><C ID=\"" + child + "\"/></ChildSet></IFile>";
+}
+
+TEST(Tree, TheBundledAssemblyHasItsClassicArrangement)
+{
+    ToolRun const run = RunTool({"tree", kAs1});
+    ASSERT_EQ(run.status, 0) << run.error;
+    EXPECT_THAT(
+        run.out,
+        EndsWith("1 file, 4 assemblies, 5 parts, 13 instances, 28 occurrences (18 of parts), deepest level 4\n"));
+    EXPECT_THAT(run.out, HasSubstr("IInstance \"plate_1\" inst3 -> IPart \"plate\" part4, visible"));
+    EXPECT_EQ(run.out.find('\x1b'), std::string::npos) << "no colour but on a terminal";
+}
+
+TEST(Tree, JsonHasTheSameFacts)
+{
+    json const tree = json::parse(RunTool({"tree", kAs1, "--json"}).out);
+    EXPECT_EQ(tree["Totals"]["Assemblies"], 4);
+    EXPECT_EQ(tree["Totals"]["PartOccurrences"], 18);
+    json const& top = tree["Tree"][0]["Children"][0];
+    EXPECT_EQ(top["Kind"], "IAssembly");
+    EXPECT_EQ(top["ChildCount"], 4);
+    EXPECT_EQ(top["Children"][0]["Target"]["Label"], "rod-assembly");
+    EXPECT_EQ(top["Children"][0]["Visible"], true);
+}
+
+TEST(Tree, DepthEndsTheLinesAndNotTheTotals)
+{
+    ToolRun const run = RunTool({"tree", kAs1, "--depth", "1"});
+    EXPECT_EQ(Lines(run.out).size(), 3U);
+    EXPECT_THAT(run.out, HasSubstr("28 occurrences"));
+    EXPECT_EQ(Lines(RunTool({"tree", kAs1, "--depth", "0"}).out).size(), 2U);
+}
+
+TEST(Tree, HiddenInstancesAreSaidToBe)
+{
+    TreeRun const run("<S>" + File("a") + Assembly("a", Instance("i", "p", "0")) + "<IPart ID=\"p\" Label=\"\"/></S>");
+    EXPECT_THAT(run.out, HasSubstr("IInstance \"i\" i -> IPart \"\" p, hidden"));
+}
+
+TEST(Tree, ColourIsShownWhenItIsAskedFor)
+{
+    EXPECT_NE(RunTool({"tree", kAs1, "--color", "always"}).out.find('\x1b'), std::string::npos);
+    EXPECT_EQ(RunTool({"tree", kAs1, "--color", "blue"}).status, 2);
+}
+
+TEST(Tree, ACycleIsShownAndNotEntered)
+{
+    TreeRun const run("<S>" + File("i") + Assembly("a", Instance("i", "f")) + "</S>");
+    EXPECT_EQ(run.status, 0);
+    EXPECT_THAT(run.out, HasSubstr("cycle"));
+    EXPECT_EQ(Lines(run.out).size(), 3U);
+}
+
+TEST(Tree, ATreeOfMoreOccurrencesThanCouldBeWalkedIsCut)
+{
+    std::string xml = "<S>" + File("a0");
+    for (int i = 0; i < 70; ++i)
+        xml += Assembly("a" + std::to_string(i), Instance("l" + std::to_string(i), "a" + std::to_string(i + 1)) +
+                                                     Instance("r" + std::to_string(i), "a" + std::to_string(i + 1)));
+    xml += Assembly("a70", "") + "</S>";
+    TreeRun const run(xml, {"--max-occurrences", "1000"});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(Lines(run.out).size(), 1001U);
+    EXPECT_THAT(run.out, HasSubstr("18446744073709551615 occurrences"));
+    EXPECT_THAT(run.error, HasSubstr("--max-occurrences"));
+    TreeRun const cut(xml, {"--max-occurrences", "10", "--json"});
+    EXPECT_FALSE(json::parse(cut.out, nullptr, false).is_discarded());
+}
+
+TEST(Tree, ALabelCannotWriteToTheTerminal)
+{
+    TreeRun const run("<S><IFile ID=\"f\" Label=\"a&#x85;&#x202E;b&#10;c&quot;\"/></S>");
+    EXPECT_EQ(Lines(run.out).size(), 2U);
+    EXPECT_EQ(run.out.find("\u202E"), std::string::npos);
+}
+
+TEST(Tree, AHundredThousandLevelsAreShownInText)
+{
+    // Read from the innermost outwards, so that no reading is nested.
+    std::string xml = "<S><IPart ID=\"000000\" Label=\"\"/>";
+    auto const id = [](int i)
+    {
+        std::string text = std::to_string(i);
+        return std::string(6 - text.size(), '0') + text;
+    };
+    for (int i = 1; i <= 100000; ++i)
+        xml += Assembly(id(i), Instance("i" + id(i), id(i - 1)));
+    xml += "<IFile ID=\"z\" Label=\"\"><ChildSet><C ID=\"100000\"/></ChildSet></IFile></S>";
+    TreeRun const run(xml);
+    EXPECT_EQ(run.status, 0);
+    EXPECT_THAT(run.out, HasSubstr("deepest level 100001"));
+    EXPECT_LT(run.out.size(), 40U * 1000 * 1000);
+    TreeRun const asJson(xml, {"--json"});
+    EXPECT_EQ(asJson.status, 0);
+    EXPECT_LT(asJson.out.size(), 200U * 1000 * 1000);
+}
+
+TEST(Tree, TwoHundredThousandOccurrencesAreShownWithoutTheTextInMemory)
+{
+    std::string xml = "<S>" + File("a");
+    std::string children;
+    for (int i = 0; i < 1000; ++i)
+        children += Instance("t" + std::to_string(i), "b");
+    xml += Assembly("a", children);
+    children.clear();
+    for (int i = 0; i < 200; ++i)
+        children += Instance("u" + std::to_string(i), "p");
+    xml += Assembly("b", children) +
+           "<IPart ID=\"p\" Label=\"a part with a long label, so that its lines are long\"/></S>";
+    TreeRun const whole(xml);
+    TreeRun const front(xml, {"--depth", "1"});
+    EXPECT_EQ(whole.status, 0);
+    EXPECT_THAT(whole.out, HasSubstr("201001 occurrences (200000 of parts)"));
+    EXPECT_GT(whole.out.size(), 15U * 1000 * 1000);
+    EXPECT_LT(whole.peakMemory, front.peakMemory + 4096);
+    ToolRun const dump = RunTool({"dump", whole.folder.NarrowPathOf("scene.xml")});
+    EXPECT_EQ(dump.status, 0);
+}
+
+TEST(Tree, ErrorsAreOneSentenceWithFileAndCause)
+{
+    ToolRun const missing = RunTool({"tree", "/nowhere/scene.xml"});
+    EXPECT_EQ(missing.status, 1);
+    EXPECT_THAT(missing.error, HasSubstr("/nowhere/scene.xml"));
+    EXPECT_THAT(missing.error, HasSubstr("No such file"));
+    EXPECT_EQ(Lines(missing.error).size(), 1U);
+    TreeRun const rootless("<S/>");
+    EXPECT_EQ(rootless.status, 1);
+    EXPECT_EQ(Lines(rootless.error).size(), 1U);
+}
+
+TEST(Tree, BadArgumentsAreStatusTwo)
+{
+    EXPECT_EQ(RunTool({}).status, 2);
+    EXPECT_EQ(RunTool({"tree"}).status, 2);
+    EXPECT_EQ(RunTool({"fly", kAs1}).status, 2);
+    EXPECT_EQ(RunTool({"tree", kAs1, "--depth", "x"}).status, 2);
+    EXPECT_EQ(RunTool({"--help"}).status, 0);
+    EXPECT_THAT(RunTool({"--version"}).out, HasSubstr("kvr 0."));
+}
+
+TEST(Tree, AReaderThatGoesAwayIsNoFailure)
+{
+    EXPECT_EQ(RunToolWithoutReader({"tree", kAs1}), 0);
+    EXPECT_EQ(RunToolWithoutReader({"dump", kAs1}), 0);
+}
+
+}  // namespace
+
+}  // namespace KVR::Test
