@@ -12,7 +12,7 @@ if(TARGET kvr)
   install(TARGETS kvr RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
 endif()
 
-foreach(folder framework/api framework/xml_util authoring)
+foreach(folder framework/api framework/xml_util framework/kernel authoring)
   file(GLOB headers CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/${folder}/*.h")
   install(FILES ${headers} DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/kvr/${folder}")
 endforeach()
