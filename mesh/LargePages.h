@@ -15,11 +15,12 @@ namespace KVR
 inline void AdviseLargePages([[maybe_unused]] void* memory, [[maybe_unused]] std::size_t size) noexcept
 {
 #if defined(__linux__) && defined(MADV_HUGEPAGE)
-    constexpr std::uintptr_t kLargePage = 2 * 1024 * 1024;
-    auto const begin = (reinterpret_cast<std::uintptr_t>(memory) + kLargePage - 1) & ~(kLargePage - 1);
-    auto const end = (reinterpret_cast<std::uintptr_t>(memory) + size) & ~(kLargePage - 1);
-    if (begin < end)
-        static_cast<void>(::madvise(reinterpret_cast<void*>(begin), end - begin, MADV_HUGEPAGE));
+    constexpr std::size_t kLargePage = 2 * 1024 * 1024;
+    std::size_t const skipped = (kLargePage - reinterpret_cast<std::uintptr_t>(memory) % kLargePage) % kLargePage;
+    if (size < skipped + kLargePage)
+        return;
+    std::size_t const whole = (size - skipped) / kLargePage * kLargePage;
+    static_cast<void>(::madvise(static_cast<char*>(memory) + skipped, whole, MADV_HUGEPAGE));
 #endif
 }
 

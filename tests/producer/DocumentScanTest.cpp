@@ -4,7 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "tests/support/FullScene.h"
+#include "producer/ObjectNodeIndex.h"
+#include "producer/XMLProducerImpl.h"
 #include "tests/support/SceneWalk.h"
 #include "tests/support/TestScene.h"
 
@@ -23,6 +24,16 @@ double CurveRed(TestScene& scene)
     if (!universe || universe->DefaultCurveColor(color) != kIsValueSpecified_Yes)
         return -1.0;
     return color.Red();
+}
+
+// Whether the scan noted an element of that name: an id that it never noted counts as read, and no other does once all
+// are read.
+bool IsNoted(std::string const& name)
+{
+    TempFolder const folder;
+    XMLProducerImpl producer(folder.Write("scene.xml", "<S><" + name + " ID='x'/></S>"), nullptr);
+    producer.BeginProcess(nullptr);
+    return !producer.objectNodeIndex->ReadNodeById("x");
 }
 
 std::string Universe(std::string const& red)
@@ -75,8 +86,20 @@ TEST(DocumentScan, LooksAtNamesAsWrittenAndNotAtNamespaces)
     EXPECT_TRUE(scene.Has("q"));
 }
 
+TEST(DocumentScan, NotesElementsOfSixteenNames)
+{
+    for (char const* const name : {"IFile", "IAnnotationCallout", "IAssembly", "IPart", "IInstance", "IBrep", "IPoint",
+                                   "IPolygonMesh", "IGeometricSet", "IExtensionGeometry", "ICurve", "ISketch",
+                                   "IPointCloud", "IWorkPoint", "IWorkAxis", "IWorkPlane"})
+        EXPECT_TRUE(IsNoted(name)) << name;
+    for (char const* const name : {"GroupSet", "IUniverse", "SatInfo", "MeshInfo", "IView", "ICamera", "ILayer", "File",
+                                   "IRenderStyle", "IAssemblyFeatureOverride", "ifile", "IFILE", "IParts", "Child"})
+        EXPECT_FALSE(IsNoted(name)) << name;
+}
+
 TEST(DocumentScan, SkipsAnAnnotationElementDirectlyUnderTheRoot)
 {
+    EXPECT_FALSE(IsNoted("IAnnotationCalloutElement"));
     TestScene scene(R"(<Scene><IAnnotationCalloutElement ID="e"/></Scene>)");
     scene.Begin();
     EXPECT_FALSE(scene.Has("e"));

@@ -131,7 +131,11 @@ TEST_F(DamagedPropertyFile, GivesWhatStoodBeforeTheErrorAndNothingBehindIt)
     for (char const* const error :
          {"</Wrong>", "<Property ID='b' ID='b' ObjectID='o'/>", "<Property ID=b/>", "&unknown;", "<",
           "<Property ID='<' ObjectID='o'/>", "&#0;", "]]>", "</Properties><More/>"})
-        EXPECT_EQ(Read("<Properties>" + good + error + good + "</Properties>"), Texts({"a/o//v"})) << error;
+    {
+        std::string xml = "<Properties>";
+        xml.append(good).append(error).append(good).append("</Properties>");
+        EXPECT_EQ(Read(xml), Texts({"a/o//v"})) << error;
+    }
 }
 
 TEST_F(DamagedPropertyFile, GivesNothingWhenItIsNoXmlAtAll)
@@ -171,7 +175,8 @@ TEST_F(DamagedPropertyFile, ExpandsNoEntities)
     for (int i = 1; i < 40; ++i)
     {
         std::string const former = "&e" + std::to_string(i - 1) + ';';
-        xml += "<!ENTITY e" + std::to_string(i) + " '" + former + former + former + "'>";
+        xml.append("<!ENTITY e").append(std::to_string(i)).append(" '");
+        xml.append(former).append(former).append(former).append("'>");
     }
     xml += "]><P><Property ID='a' ObjectID='o' Value='&e39;'/>&e39;</P>";
     m_folder.Write("scene.kvrproperty", xml);
@@ -295,8 +300,9 @@ TEST_F(DamagedPropertyFile, GivesWhatStandsInFrontOfBytesThatAreNoTextOfItsEncod
     {
         for (char const* const bad : {"\xFF", "\xC3", "\x80", "\xE4", "\xED\xA0\x80", "\xC0\xAF", "\xF4\x90\x80\x80"})
         {
-            std::string const rest = std::string(bad) + "' ObjectID='o'/></P>";
-            EXPECT_EQ(Read(front + std::string(distance, ' ') + "<Property ID='" + rest), Texts({"a/o//v"}));
+            std::string xml = front;
+            xml.append(distance, ' ').append("<Property ID='").append(bad).append("' ObjectID='o'/></P>");
+            EXPECT_EQ(Read(xml), Texts({"a/o//v"}));
         }
     }
 }

@@ -43,7 +43,7 @@ protected:
     std::string NameOfFailure(Reader const& reader, std::size_t size) const
     {
         std::vector<char> buffer(size);
-        std::string const name = NameThrownBy([&] { reader.Read(buffer.data(), size); });
+        std::string name = NameThrownBy([&] { reader.Read(buffer.data(), size); });
         EXPECT_EQ(NameThrownBy([&] { reader.Require(size); }), name);
         return name;
     }
