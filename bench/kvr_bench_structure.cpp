@@ -168,24 +168,24 @@ void Run(Options const& options)
 
 int main(int argc, char** argv)
 {
-    Options options;
-    CLI::App app("Measures the reading of product structure beside a bare parse of the same scene.");
-    app.add_option("--max", options.max, "The largest scene, in instances")
-        ->check(CLI::Range(kSizes[0], kSizes[std::size(kSizes) - 1]))
-        ->capture_default_str();
-    app.add_option("--repeat", options.repeat, "Rounds per scene; the medians count")
-        ->check(CLI::Range(1, 1000))
-        ->capture_default_str();
-    app.add_flag("--json", options.json, "Print the figures as JSON");
-    CLI11_PARSE(app, argc, argv);
     try
     {
+        Options options;
+        CLI::App app("Measures the reading of product structure beside a bare parse of the same scene.");
+        app.add_option("--max", options.max, "The largest scene, in instances")
+            ->check(CLI::Range(kSizes[0], kSizes[std::size(kSizes) - 1]))
+            ->capture_default_str();
+        app.add_option("--repeat", options.repeat, "Rounds per scene; the medians count")
+            ->check(CLI::Range(1, 1000))
+            ->capture_default_str();
+        app.add_flag("--json", options.json, "Print the figures as JSON");
+        CLI11_PARSE(app, argc, argv);
         Run(options);
         return 0;
     }
     catch (std::exception const& exception)
     {
-        fmt::print(stderr, "kvr_bench_structure: {}\n", exception.what());
+        std::fprintf(stderr, "kvr_bench_structure: %s\n", exception.what());
         return 1;
     }
 }
