@@ -50,6 +50,9 @@ void StoreFile::Fail() const
 
 void StoreFile::Bytes(void const* bytes, std::size_t size)
 {
+    // An empty list may have no place at all, which fwrite must not be given.
+    if (size == 0)
+        return;
     if (std::fwrite(bytes, 1, size, m_file) != size)
         Fail();
     m_position += size;

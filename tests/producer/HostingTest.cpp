@@ -123,6 +123,19 @@ TEST_F(Hosting, ASchemaIsFetchedFromTheNetwork)
     EXPECT_EQ(server.Requests(), (List{"/scene.xsd", "/other.xsd"}));
 }
 
+TEST_F(Hosting, WhatCannotBeFetchedCanMakeADocumentUnreadable)
+{
+    LoopbackServer const server(Documents{});
+    TestScene subset("<!DOCTYPE S SYSTEM '" + server.AddressOf("/none.dtd") + "'><S><IPart ID='p'/></S>");
+    EXPECT_FALSE(Opens(subset));
+    TestScene entity(WithEntity("SYSTEM '" + server.AddressOf("/none.txt") + "'"));
+    EXPECT_FALSE(Opens(entity));
+    TestScene schema("<S xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance' xsi:noNamespaceSchemaLocation='" +
+                     server.AddressOf("/none.xsd") + "'><IPart ID='p'/></S>");
+    EXPECT_TRUE(Opens(schema));
+    EXPECT_EQ(server.Requests(), (List{"/none.dtd", "/none.txt", "/none.xsd"}));
+}
+
 // Thirty levels of three would be all the memory there is; ten of four show that nobody counts.
 TEST_F(Hosting, NothingLimitsTheExpansionOfEntities)
 {
@@ -155,6 +168,12 @@ TEST_F(Hosting, ThePackagedParserRefusesDocumentTypesWhenTheEnvironmentSaysSo)
     TestScene plain(FullScene());
     WriteSideFiles(plain);
     EXPECT_TRUE(Opens(plain)) << "a scene without a document type is read as ever";
+    for (char const* const other : {"0", "true", "", "11"})
+    {
+        ASSERT_EQ(::setenv(kDisableDtd, other, 1), 0);
+        TestScene scene(inside);
+        EXPECT_TRUE(Opens(scene)) << "only the value 1 counts: " << other;
+    }
     ASSERT_EQ(::unsetenv(kDisableDtd), 0);
     TestScene again(inside);
     EXPECT_EQ(ChangeKeyOf(again), "inside");
