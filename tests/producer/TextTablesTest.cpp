@@ -67,9 +67,10 @@ void ExpectTable(Rows const& rows, bool (*find)(UTF16String const&, Enum&))
     }
     for (std::string const& text : NoKeys(rows[0].first))
     {
-        auto found = static_cast<Enum>(3);
+        // The largest number that every one of these types can hold.
+        auto found = static_cast<Enum>(1);
         EXPECT_FALSE(find(Wide(text.c_str()), found)) << text;
-        EXPECT_EQ(static_cast<int>(found), 3) << text << ": the output is left alone";
+        EXPECT_EQ(static_cast<int>(found), 1) << text << ": the output is left alone";
     }
 }
 
