@@ -12,6 +12,10 @@
 #include "tests/support/SceneWalk.h"
 #include "tests/support/TestScene.h"
 
+#if defined(__SANITIZE_ADDRESS__)
+#include <sanitizer/lsan_interface.h>
+#endif
+
 namespace KVR::Test
 {
 
@@ -93,6 +97,10 @@ TEST_F(Hosting, AQueryFetchesAsMuch)
 
 TEST_F(Hosting, AnExternalDocumentTypeIsFetchedFromDiskAndNetwork)
 {
+#if defined(__SANITIZE_ADDRESS__)
+    // The packaged Xerces-C never frees its record of an external document type: one of its security repairs.
+    __lsan::ScopedDisabler const recordOfTheParser;
+#endif
     char const* const declarations = "<!ATTLIST IPart Label CDATA 'from the document type'>";
     LoopbackServer const server(Documents{{"/scene.dtd", declarations}});
     TestScene remote("<!DOCTYPE S SYSTEM '" + server.AddressOf("/scene.dtd") + "'><S><IPart ID='p'/></S>");
@@ -123,31 +131,48 @@ TEST_F(Hosting, ASchemaIsFetchedFromTheNetwork)
     EXPECT_EQ(server.Requests(), (List{"/scene.xsd", "/other.xsd"}));
 }
 
-TEST_F(Hosting, WhatCannotBeFetchedCanMakeADocumentUnreadable)
+TEST_F(Hosting, WhatCannotBeFetchedMakesADocumentUnreadable)
 {
-    LoopbackServer const server(Documents{});
-    TestScene subset("<!DOCTYPE S SYSTEM '" + server.AddressOf("/none.dtd") + "'><S><IPart ID='p'/></S>");
+    // Nobody listens there any more.
+    std::string const address = LoopbackServer(Documents{}).AddressOf("/none");
+    TestScene subset("<!DOCTYPE S SYSTEM '" + address + "'><S><IPart ID='p'/></S>");
     EXPECT_FALSE(Opens(subset));
-    TestScene entity(WithEntity("SYSTEM '" + server.AddressOf("/none.txt") + "'"));
+    TestScene entity(WithEntity("SYSTEM '" + address + "'"));
     EXPECT_FALSE(Opens(entity));
     TestScene schema("<S xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance' xsi:noNamespaceSchemaLocation='" +
+                     address + "'><IPart ID='p'/></S>");
+    EXPECT_FALSE(Opens(schema));
+}
+
+TEST_F(Hosting, WhatAServerDoesNotHaveCountsAsEmpty)
+{
+    // The parser does not ask whether a server had the document, and an empty one is a good entity and no schema.
+    LoopbackServer const server(Documents{});
+    TestScene subset("<!DOCTYPE S SYSTEM '" + server.AddressOf("/none.dtd") + "'><S><IPart ID='p'/></S>");
+    EXPECT_TRUE(Opens(subset));
+    TestScene entity(WithEntity("SYSTEM '" + server.AddressOf("/none.txt") + "'"));
+    EXPECT_EQ(ChangeKeyOf(entity), "");
+    TestScene schema("<S xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance' xsi:noNamespaceSchemaLocation='" +
                      server.AddressOf("/none.xsd") + "'><IPart ID='p'/></S>");
-    EXPECT_TRUE(Opens(schema));
+    EXPECT_FALSE(Opens(schema));
     EXPECT_EQ(server.Requests(), (List{"/none.dtd", "/none.txt", "/none.xsd"}));
 }
 
-// Thirty levels of three would be all the memory there is; ten of four show that nobody counts.
+// A text of a thousand characters, four times in four times in it, five levels up. Thirty levels would be all the
+// memory there is.
 TEST_F(Hosting, NothingLimitsTheExpansionOfEntities)
 {
-    std::string declarations = "<!ENTITY e0 'x'>";
-    for (int level = 1; level <= 10; ++level)
+    std::string declarations = "<!ENTITY e0 '" + std::string(1024, 'x') + "'>";
+    for (int level = 1; level <= 5; ++level)
     {
         std::string const below = "&e" + std::to_string(level - 1) + ";";
         declarations += "<!ENTITY e" + std::to_string(level) + " '" + below + below + below + below + "'>";
     }
-    TestScene scene("<!DOCTYPE S [" + declarations + "]><S><IPart ID='p' Label='&e10;'/></S>");
-    ASSERT_LT(declarations.size(), 400U);
-    EXPECT_EQ(LabelOf(scene).size(), 1048576U) << "a million characters of a few hundred";
+    ASSERT_LT(declarations.size(), 1300U);
+    TestScene inAttribute("<!DOCTYPE S [" + declarations + "]><S><IPart ID='p' Label='&e5;'/></S>");
+    EXPECT_EQ(LabelOf(inAttribute).size(), 1048576U) << "a million characters";
+    TestScene inText("<!DOCTYPE S [" + declarations + "]><S><IPart ID='p'><ChangeKey>&e5;</ChangeKey></IPart></S>");
+    EXPECT_EQ(ChangeKeyOf(inText).size(), 1048576U);
 }
 
 TEST_F(Hosting, ThePackagedParserRefusesDocumentTypesWhenTheEnvironmentSaysSo)
