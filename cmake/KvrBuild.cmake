@@ -23,7 +23,9 @@ option(BUILD_SHARED_LIBS "Build the libraries as shared libraries" ON)
 find_program(KVR_CCACHE ccache)
 mark_as_advanced(KVR_CCACHE)
 if(KVR_CCACHE)
-  set(CMAKE_CXX_COMPILER_LAUNCHER "${KVR_CCACHE}")
+  # Clones and work trees in other folders share what is cached: paths below the source folder count as relative ones.
+  set(CMAKE_CXX_COMPILER_LAUNCHER "${CMAKE_COMMAND}" -E env "CCACHE_BASEDIR=${PROJECT_SOURCE_DIR}" CCACHE_NOHASHDIR=1
+      "${KVR_CCACHE}")
 endif()
 
 # GCC 12 takes the joining of two texts for a copy onto itself (GCC bug 105651).

@@ -15,8 +15,8 @@ class XMLProducerOptions;
 /// Serves one scene file to a host. All objects are built before BeginProcess returns and are looked up by Load; every
 /// pointer handed out is owned by the producer and valid until EndProcess or, for an object, its Dispose. One thread at
 /// a time may use a producer. Several producers may be used on several threads when the host holds one
-/// XMLPlatformUtils::Initialize of its own for as long as any of them lives; since Xerces-C counts those calls without a
-/// lock, QueryFile, BeginProcess, EndProcess and the destructor of different producers need a lock of the host's.
+/// XMLPlatformUtils::Initialize of its own for as long as any of them lives; since Xerces-C counts those calls without
+/// a lock, QueryFile, BeginProcess, EndProcess and the destructor of different producers need a lock of the host's.
 class KVR_XML_PRODUCER_API XMLProducer : public IProducer
 {
 public:
