@@ -3,6 +3,7 @@
 // The family of element readers, declared low so that an owner can read children of any kind without knowing their
 // classes; each is defined with the class it makes. A reader answers false when it leaves no usable object.
 
+#include <vector>
 #include <xercesc/dom/DOMNode.hpp>
 
 #include "producer/SideFileIndex.h"
@@ -31,6 +32,17 @@ class XMLProducerImpl;
 /// Reads an "IInstance", after its target where that was not read yet, and registers it. Null when the target is
 /// missing or is neither component nor file.
 XMLInstance* ReadInstance(xercesc::DOMNode* node, ObjectNodeIndex& objectNodeIndex);
+
+// The set readers of an "AttributeSet": each builds and registers the objects of its element and appends their ids in
+// document order. False for a null node alone.
+[[nodiscard]] bool ReadGroupSet(XMLProducerImpl* producer, xercesc::DOMNode* node, std::vector<UTF8String>& ids);
+[[nodiscard]] bool ReadLayerSet(XMLProducerImpl* producer, xercesc::DOMNode* node, std::vector<UTF8String>& ids);
+[[nodiscard]] bool ReadTextureSet(XMLProducerImpl* producer, xercesc::DOMNode* node, std::vector<UTF8String>& ids);
+[[nodiscard]] bool ReadStyleSet(XMLProducerImpl* producer, xercesc::DOMNode* node, std::vector<UTF8String>& ids,
+                                VitreolAssets& vitreolAssets);
+[[nodiscard]] bool ReadLodSet(XMLProducerImpl* producer, xercesc::DOMNode* node, std::vector<UTF8String>& ids);
+[[nodiscard]] bool ReadCameraSet(XMLProducerImpl* producer, xercesc::DOMNode* node, std::vector<UTF8String>& ids);
+[[nodiscard]] bool ReadViewSet(XMLProducerImpl* producer, xercesc::DOMNode* node, std::vector<UTF8String>& ids);
 
 /// Whether the scene in the parser is more than one lone part, judged from the document alone.
 [[nodiscard]] bool ClassifyStructure(xercesc::XercesDOMParser const* parser);

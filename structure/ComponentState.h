@@ -5,6 +5,7 @@
 #include "framework/xml_util/DomWalk.h"
 #include "framework/xml_util/ObjectState.h"
 #include "framework/xml_util/XMLUtils.h"
+#include "producer/SideFileIndex.h"
 #include "producer/XMLProducerImpl.h"
 #include "readers/AttributeSetsState.h"
 #include "readers/BooleanText.h"
@@ -13,6 +14,7 @@
 #include "readers/UnitReader.h"
 #include "readers/UnitState.h"
 #include "structure/FilePropertiesHolder.h"
+#include "structure/ObjectSetsReader.h"
 
 namespace KVR
 {
@@ -45,6 +47,12 @@ protected:
     {
         Ignored(ReadUnit(node, this->m_units.length, this->m_units.displayAngle, this->m_units.displayLength));
         m_hasUnit = true;
+    }
+
+    void ReadAttributeSet(xercesc::DOMNode* node)
+    {
+        Ignored(
+            ReadObjectSetsWithViews(m_producer, node, this->m_attributeSets, m_producer->sideFileIndex->vitreolAssets));
     }
 
     /// Keeps the first element of the older form, unless a "Unit" came before it.

@@ -94,6 +94,7 @@ bool XMLAssembly::ReadChild(xercesc::DOMNode* child, ChildContext const& context
                  std::span<ChildRow<AssemblyChildId> const> const rows(kChildRows);
                  goesOn = ReadChildSet(rows, context, child, m_childIds) != ChildSetEnd::kAborted;
              }),
+          On(u"AttributeSet", [&] { ReadAttributeSet(child); }),
           On(u"Styles", [&] { Ignored(ReadStyleRefs(m_producer, child, m_styles)); }),  //
           On(u"CrossLevelAttributes",
              [&]

@@ -9,12 +9,14 @@
 #include "framework/xml_util/XMLStrUtil.h"
 #include "framework/xml_util/XMLUtils.h"
 #include "producer/ObjectNodeIndex.h"
+#include "producer/SideFileIndex.h"
 #include "producer/XMLProducerImpl.h"
 #include "readers/ChangeKeyReader.h"
 #include "readers/ExtensionDataReader.h"
 #include "readers/Ignored.h"
 #include "readers/NodeAttributes.h"
 #include "readers/UnitReader.h"
+#include "structure/ObjectSetsReader.h"
 
 namespace KVR
 {
@@ -82,8 +84,13 @@ bool XMLFile::ReadFromXML(xercesc::DOMNode* node)
               On(u"ChildSet", [&] { ReadChildSet(child); }),                          //
               On(u"ChangeKey", [&] { Ignored(ReadChangeKey(child, m_changeKey)); }),  //
               On(u"Unit", [&] { ReadDisplayLengthUnit(child); }),                     //
-              On(u"FileProperties", [&] { m_fileProperties.Read(child); }),           //
-              On(u"ExtensionData", [&] { AddExtensionData(child, *this); }),          //
+              On(u"AttributeSet",
+                 [&] {
+                     Ignored(ReadObjectSetsWithViews(m_producer, child, m_attributeSets,
+                                                     m_producer->sideFileIndex->vitreolAssets));
+                 }),
+              On(u"FileProperties", [&] { m_fileProperties.Read(child); }),   //
+              On(u"ExtensionData", [&] { AddExtensionData(child, *this); }),  //
               On(u"RefFiles", [&] { ReadRefFiles(child); }));
     }
     return true;

@@ -44,8 +44,9 @@ bool XMLPart::ReadFromXML(xercesc::DOMNode* node, BodyEntities& bodyEntities, Cu
               On(u"ChangeKey", [&] { Ignored(ReadChangeKey(child, m_changeKey)); }),              //
               On(u"Unit", [&] { ReadUnits(child); }),                                             //
               On(u"UnitAndTolerance", [&] { KeepUnitAndTolerance(child); }),                      //
-              On(u"Styles", [&] { Ignored(ReadStyleRefs(m_producer, child, m_styles)); }),        //
-              On(u"FileProperties", [&] { m_fileProperties.Read(child); }),                       //
+              On(u"AttributeSet", [&] { ReadAttributeSet(child); }),
+              On(u"Styles", [&] { Ignored(ReadStyleRefs(m_producer, child, m_styles)); }),  //
+              On(u"FileProperties", [&] { m_fileProperties.Read(child); }),                 //
               On(u"ExtensionData", [&] { AddExtensionData(child, *this); }));
     }
     ResolveUnits();
