@@ -5,6 +5,8 @@
 #include <iterator>
 #include <nlohmann/json.hpp>
 
+#include "bench/Goals.h"
+
 namespace KVR::Bench
 {
 
@@ -13,14 +15,6 @@ namespace
 
 constexpr unsigned kGrowthFrom = 10'000;
 constexpr unsigned kGrowthTo = 1'000'000;
-
-struct Goal
-{
-    std::string name;
-    std::string unit;
-    double limit;
-    double reached;
-};
 
 SizeFigures const* OfSize(std::vector<SizeFigures> const& sizes, unsigned instances)
 {
@@ -84,11 +78,7 @@ std::string TableText(std::vector<SizeFigures> const& sizes)
                        size.instances, size.fileBytes / 1e6, size.parseSeconds * 1e3, size.beginSeconds * 1e3,
                        size.beginRatio, size.endSeconds * 1e3, size.loadNanoseconds, size.parseBytesPerInstance,
                        size.extraBytesPerInstance);
-    fmt::format_to(out, "\n{:<52} {:>9} {:>9}\n", "goal", "at most", "measured");
-    for (Goal const& goal : Goals(sizes))
-        fmt::format_to(out, "{:<52} {:>9} {:>9}  {}\n", goal.name, fmt::format("{:g}{}", goal.limit, goal.unit),
-                       fmt::format("{:.{}f}{}", goal.reached, goal.unit.empty() ? 2 : 0, goal.unit),
-                       goal.reached <= goal.limit ? "met" : "missed");
+    text += GoalsText(Goals(sizes));
     return text;
 }
 

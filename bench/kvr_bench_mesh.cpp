@@ -1,0 +1,332 @@
+// What the reading of mesh stores costs beside a bare read of the same bytes, and beside mesh importers that are
+// packaged on this system.
+
+#include <fmt/format.h>
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cstdio>
+#include <exception>
+#include <filesystem>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "bench/ChildProcess.h"
+#include "bench/Goals.h"
+#include "bench/MeshGenerator.h"
+#include "bench/MeshImporters.h"
+#include "bench/ProcessorTime.h"
+#include "bench/ScratchFolder.h"
+#include "geometry/XMLCurve.h"
+#include "mesh/SideStoreReader.h"
+#include "mesh/XMLPolygonMesh.h"
+#include "producer/XMLProducerImpl.h"
+
+namespace
+{
+
+using namespace KVR::Bench;
+
+constexpr std::uint64_t kLargeTriangles = 5'000'000;
+constexpr std::uint64_t kSmallMeshes = 100'000;
+constexpr std::uint64_t kSmallMeshTriangles = 50;
+constexpr std::uint64_t kComparedTriangles = 2'000'000;
+
+struct Options
+{
+    int repeat = 5;
+    double scale = 1.0;
+    bool json = false;
+};
+
+struct StoreCase
+{
+    std::string name;
+    MeshStores stores;
+    Grid grid;
+    std::uint64_t meshCount = 1;
+    std::vector<Figures> rounds;
+
+    double Triangles() const { return static_cast<double>(grid.TriangleCount() * meshCount); }
+    double Vertices() const { return static_cast<double>(grid.VertexCount() * meshCount); }
+};
+
+struct ImportCase
+{
+    MeshImporter importer;
+    std::filesystem::path file;
+    std::vector<Figures> rounds;
+};
+
+double SizeOf(std::filesystem::path const& path)
+{
+    return static_cast<double>(std::filesystem::file_size(path));
+}
+
+// As a reader that only took the bytes would: through a buffer of a mebibyte.
+void ReadBare(std::filesystem::path const& path)
+{
+    std::FILE* const file = std::fopen(path.c_str(), "rb");
+    if (!file)
+        throw std::runtime_error("Cannot read " + path.string());
+    std::vector<char> buffer(1 << 20);
+    while (std::fread(buffer.data(), 1, buffer.size(), file) == buffer.size())
+    {
+    }
+    std::fclose(file);
+}
+
+Figures MeasureStore(StoreCase const& measured)
+{
+    Figures figures;
+    // Once unmeasured, so that the file is in the system's cache.
+    ReadBare(measured.stores.meshes);
+    figures["bare"] = SecondsOf([&] { ReadBare(measured.stores.meshes); });
+    double const memoryBefore = PeakResidentBytes();
+
+    KVR::UTF16String const scene((measured.stores.meshes.parent_path() / "scene.xml").wstring());
+    KVR::XMLProducerImpl producer(scene, nullptr);
+    KVR::MeshStore meshes;
+    KVR::CurveStore curves;
+    figures["read"] = SecondsOf(
+        [&]
+        {
+            KVR::SideStoreReader reader(scene, &producer, false);
+            KVR::UTF16String const name(measured.stores.meshes.filename().wstring());
+            if (!reader.ReadMeshStore(name, meshes, curves))
+                throw std::runtime_error("The store was not read");
+        });
+    figures["memory"] = PeakResidentBytes() - memoryBefore;
+    double triangles = 0.0;
+    for (auto const& entry : meshes)
+        triangles += static_cast<double>(entry.second.object->PolygonCount());
+    if (triangles != measured.Triangles())
+        throw std::runtime_error("The store lost triangles");
+
+    if (!measured.stores.segments.empty())
+    {
+        ReadBare(measured.stores.segments);
+        figures["bareSegments"] = SecondsOf([&] { ReadBare(measured.stores.segments); });
+        figures["readSegments"] = SecondsOf(
+            [&]
+            {
+                KVR::SideStoreReader reader(scene, &producer, false);
+                if (!reader.ReadMeshSegmentStore(KVR::UTF16String(measured.stores.segments.wstring()), meshes))
+                    throw std::runtime_error("The segments were not read");
+            });
+    }
+    figures["free"] = SecondsOf([&] { meshes.clear(); });
+    return figures;
+}
+
+Figures MeasureImport(ImportCase const& measured, double triangles)
+{
+    ReadBare(measured.file);
+    double const memoryBefore = PeakResidentBytes();
+    Figures figures;
+    unsigned long long read = 0;
+    figures["read"] = SecondsOf([&] { read = measured.importer.read(measured.file); });
+    figures["memory"] = PeakResidentBytes() - memoryBefore;
+    if (static_cast<double>(read) != triangles)
+        throw std::runtime_error(measured.importer.name + " lost triangles");
+    return figures;
+}
+
+template <class Figure>
+double MedianOf(std::vector<Figures> const& rounds, Figure figure)
+{
+    std::vector<double> values;
+    for (Figures const& round : rounds)
+        values.push_back(figure(round));
+    auto const middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+    std::nth_element(values.begin(), middle, values.end());
+    return *middle;
+}
+
+double Median(std::vector<Figures> const& rounds, std::string const& name)
+{
+    return MedianOf(rounds, [&](Figures const& round) { return round.at(name); });
+}
+
+double MedianRatio(std::vector<Figures> const& rounds, std::string const& a, std::string const& b)
+{
+    return MedianOf(rounds, [&](Figures const& round) { return round.at(a) / round.at(b); });
+}
+
+// What the interface can answer of a triangle: three vertex and three normal indices, and its share of the coordinates.
+double AnsweredBytes(StoreCase const& store)
+{
+    return 2 * 3 * sizeof(int) + 2 * 3 * sizeof(double) * store.Vertices() / store.Triangles();
+}
+
+std::vector<Goal> Goals(std::vector<StoreCase> const& stores, StoreCase const& compared,
+                        std::vector<ImportCase> const& imports)
+{
+    std::vector<Goal> goals;
+    for (StoreCase const& store : stores)
+    {
+        goals.push_back({store.name + ": read / bare read", "", 3.0, MedianRatio(store.rounds, "read", "bare")});
+        goals.push_back({store.name + ": freeing / reading", "", 0.15, MedianRatio(store.rounds, "free", "read")});
+        goals.push_back({store.name + ": memory per triangle", " B", 1.6 * AnsweredBytes(store) + 24.0,
+                         Median(store.rounds, "memory") / store.Triangles()});
+    }
+    StoreCase const& quarter = stores[0];
+    StoreCase const& large = stores[1];
+    goals.push_back(
+        {"time per triangle, large / quarter of it", "", 1.2,
+         Median(large.rounds, "read") / large.Triangles() / (Median(quarter.rounds, "read") / quarter.Triangles())});
+    double const perTriangle = Median(compared.rounds, "read") / compared.Triangles();
+    double const perByte = Median(compared.rounds, "read") / SizeOf(compared.stores.meshes);
+    for (ImportCase const& import : imports)
+    {
+        double const seconds = Median(import.rounds, "read");
+        if (import.importer.name == "assimp")
+            goals.push_back(
+                {fmt::format("time per triangle beside {} {}", import.importer.name, import.importer.format), "", 1.0,
+                 perTriangle / (seconds / compared.Triangles())});
+        else
+            goals.push_back({fmt::format("time per byte beside {} {}", import.importer.name, import.importer.format),
+                             "", 1.0, perByte / (seconds / SizeOf(import.file))});
+    }
+    return goals;
+}
+
+void PrintText(std::vector<StoreCase> const& stores, StoreCase const& compared, std::vector<ImportCase> const& imports)
+{
+    fmt::print("{:<26} {:>9} {:>10} {:>10} {:>7} {:>10} {:>10} {:>12} {:>10}\n", "", "file", "bare read", "read",
+               "ratio", "free", "segments", "memory", "rate");
+    fmt::print("{:<26} {:>9} {:>10} {:>10} {:>7} {:>10} {:>10} {:>12} {:>10}\n", "", "MB", "ms", "ms", "", "ms", "ms",
+               "B/triangle", "Mtri/s");
+    auto const printStore = [](StoreCase const& store)
+    {
+        std::vector<Figures> const& rounds = store.rounds;
+        double const read = Median(rounds, "read");
+        std::string const segments =
+            store.stores.segments.empty() ? "" : fmt::format("{:.1f}", Median(rounds, "readSegments") * 1e3);
+        fmt::print("{:<26} {:>9.1f} {:>10.1f} {:>10.1f} {:>7.2f} {:>10.2f} {:>10} {:>12.1f} {:>10.1f}\n", store.name,
+                   SizeOf(store.stores.meshes) / 1e6, Median(rounds, "bare") * 1e3, read * 1e3,
+                   MedianRatio(rounds, "read", "bare"), Median(rounds, "free") * 1e3, segments,
+                   Median(rounds, "memory") / store.Triangles(), store.Triangles() / read / 1e6);
+    };
+    for (StoreCase const& store : stores)
+        printStore(store);
+    printStore(compared);
+    for (ImportCase const& import : imports)
+    {
+        double const read = Median(import.rounds, "read");
+        fmt::print("{:<26} {:>9.1f} {:>10} {:>10.1f} {:>7} {:>10} {:>10} {:>12.1f} {:>10.1f}\n",
+                   import.importer.name + " " + import.importer.format, SizeOf(import.file) / 1e6, "", read * 1e3, "",
+                   "", "", Median(import.rounds, "memory") / compared.Triangles(), compared.Triangles() / read / 1e6);
+    }
+    std::fputs(GoalsText(Goals(stores, compared, imports)).c_str(), stdout);
+}
+
+nlohmann::ordered_json ToJson(StoreCase const& store)
+{
+    nlohmann::ordered_json json{
+        {"name", store.name}, {"triangles", store.Triangles()}, {"fileBytes", SizeOf(store.stores.meshes)}};
+    for (auto const& [name, ignored] : store.rounds.front())
+        json[name] = Median(store.rounds, name);
+    return json;
+}
+
+void PrintJson(std::vector<StoreCase> const& stores, StoreCase const& compared, std::vector<ImportCase> const& imports)
+{
+    nlohmann::ordered_json json;
+    for (StoreCase const& store : stores)
+        json["stores"].push_back(ToJson(store));
+    json["stores"].push_back(ToJson(compared));
+    for (ImportCase const& import : imports)
+        json["importers"].push_back({{"name", import.importer.name},
+                                     {"format", import.importer.format},
+                                     {"fileBytes", SizeOf(import.file)},
+                                     {"read", Median(import.rounds, "read")},
+                                     {"memory", Median(import.rounds, "memory")}});
+    for (Goal const& goal : Goals(stores, compared, imports))
+        json["goals"].push_back({{"name", goal.name},
+                                 {"atMost", goal.limit},
+                                 {"measured", goal.reached},
+                                 {"met", goal.reached <= goal.limit}});
+    fmt::print("{}\n", json.dump(2));
+}
+
+void WriteGrid(std::filesystem::path const& path, std::string const& format, Grid const& grid)
+{
+    if (format == "glb")
+        WriteBinaryGltf(path, grid);
+    else if (format == "ply")
+        WriteBinaryPly(path, grid);
+    else
+        WriteBinaryStl(path, grid);
+}
+
+void Run(Options const& options)
+{
+    ScratchFolder const folder;
+    auto const scaled = [&](std::uint64_t count)
+    { return std::max<std::uint64_t>(1, static_cast<std::uint64_t>(static_cast<double>(count) * options.scale)); };
+    auto const makeStore = [&](std::string const& name, Grid const& grid, std::uint64_t meshCount, bool hasSegments)
+    {
+        StoreCase store{name, {folder.Path() / (name + ".mesh"), {}}, grid, meshCount, {}};
+        if (hasSegments)
+            store.stores.segments = folder.Path() / (name + ".segments");
+        WriteStores(store.stores, grid, meshCount);
+        return store;
+    };
+    std::vector<StoreCase> stores;
+    stores.push_back(makeStore("quarter", Grid::OfTriangles(scaled(kLargeTriangles / 4)), 1, true));
+    stores.push_back(makeStore("large", Grid::OfTriangles(scaled(kLargeTriangles)), 1, true));
+    stores.push_back(makeStore("small meshes", Grid::OfTriangles(kSmallMeshTriangles), scaled(kSmallMeshes), true));
+    Grid const grid = Grid::OfTriangles(scaled(kComparedTriangles));
+    StoreCase compared = makeStore("compared", grid, 1, false);
+    std::vector<ImportCase> imports;
+    for (MeshImporter const& importer : MeshImporters())
+    {
+        std::filesystem::path const file = folder.Path() / ("compared." + importer.format);
+        if (!std::filesystem::exists(file))
+            WriteGrid(file, importer.format, grid);
+        imports.push_back({importer, file, {}});
+    }
+    for (int round = 0; round < options.repeat; ++round)
+    {
+        for (StoreCase& store : stores)
+            store.rounds.push_back(InChildProcess([&] { return MeasureStore(store); }));
+        compared.rounds.push_back(InChildProcess([&] { return MeasureStore(compared); }));
+        for (ImportCase& import : imports)
+            import.rounds.push_back(InChildProcess([&] { return MeasureImport(import, compared.Triangles());
+    }));
+    fmt::print(stderr, "round {} done\n", round + 1);
+}
+if (options.json)
+    PrintJson(stores, compared, imports);
+else
+    PrintText(stores, compared, imports);
+}  // namespace
+
+}  // namespace
+
+int main(int argc, char** argv)
+{
+    try
+    {
+        Options options;
+        CLI::App app("Measures the reading of mesh stores beside a bare read of the same bytes.");
+        app.add_option("--repeat", options.repeat, "Rounds; the medians count")
+            ->check(CLI::Range(1, 1000))
+            ->capture_default_str();
+        app.add_option("--scale", options.scale, "Sizes of the stores, as a share of the full ones")
+            ->check(CLI::Range(0.0001, 10.0))
+            ->capture_default_str();
+        app.add_flag("--json", options.json, "Print the figures as JSON");
+        CLI11_PARSE(app, argc, argv);
+        Run(options);
+        return 0;
+    }
+    catch (std::exception const& exception)
+    {
+        std::fprintf(stderr, "kvr_bench_mesh: %s\n", exception.what());
+        return 1;
+    }
+}
