@@ -2,10 +2,10 @@
 
 #include <algorithm>
 #include <cstring>
+#include <span>
 
 #include "framework/api/Subscript.h"
 #include "framework/xml_util/StoreCursor.h"
-#include "mesh/LargePages.h"
 
 namespace KVR
 {
@@ -15,21 +15,24 @@ namespace
 
 // Reads a list of three doubles each, with zeros for what the file does not hold.
 template <class Item>
-void ReadTriples(StoreCursor& store, unsigned long long count, std::vector<Item>& items)
+std::span<Item const> ReadTriples(StoreCursor& store, unsigned long long count, StoreMemory& memory,
+                                  StoreMemory::Blocks& blocks)
 {
     static_assert(sizeof(Item) == 3 * sizeof(double));
     store.Expect(count, sizeof(Item), sizeof(Item));
-    items.reserve(static_cast<std::size_t>(count));
-    AdviseLargePages(items.data(), items.capacity() * sizeof(Item));
-    items.resize(static_cast<std::size_t>(count));
-    store.ReadDoubles(reinterpret_cast<double*>(items.data()), 3 * items.size());
+    if (count == 0)
+        return {};
+    auto const itemCount = static_cast<std::size_t>(count);
+    std::byte* const bytes = memory.Take(itemCount * sizeof(Item), blocks);
+    auto* const numbers = reinterpret_cast<double*>(bytes);
+    std::size_t const read = store.ReadDoubles(numbers, 3 * itemCount);
+    std::fill(numbers + read, numbers + 3 * itemCount, 0.0);
+    return {reinterpret_cast<Item const*>(bytes), itemCount};
 }
 
 constexpr unsigned int kTwoDimensions = 2;
 constexpr std::size_t kWord = sizeof(std::uint64_t);
 constexpr std::uint64_t kSmallPolygon = 16;
-// Index lists are counted by int.
-constexpr unsigned long long kMostVertices = 0x3FFFFFFF;
 
 std::uint64_t WordAt(unsigned char const* bytes)
 {
@@ -41,8 +44,12 @@ std::uint64_t WordAt(unsigned char const* bytes)
 }  // namespace
 
 MeshRecordReader::MeshRecordReader(StoreCursor& store, StoreMaterials materials, bool geometryInfoLayout,
-                                   XMLPolygonMesh::Content& content)
-    : m_store(store), m_materials(materials), m_geometryInfoLayout(geometryInfoLayout), m_content(content)
+                                   StoreMemory& memory, XMLPolygonMesh::Content& content)
+    : m_store(store),
+      m_materials(materials),
+      m_geometryInfoLayout(geometryInfoLayout),
+      m_memory(memory),
+      m_content(content)
 {
 }
 
@@ -58,16 +65,17 @@ void MeshRecordReader::Read()
     m_store.Read(polygonCount);
     m_store.Read(reserved);
     m_store.Read(textureCount);
-    ReadTriples(m_store, vertexCount, m_content.vertices);
-    ReadTriples(m_store, normalCount, m_content.normals);
+    m_content.vertices = ReadTriples<PolygonVertex>(m_store, vertexCount, m_memory, m_content.memory);
+    m_content.normals = ReadTriples<Normal>(m_store, normalCount, m_memory, m_content.memory);
     ReadTextureVertices(textureCount);
 
     // A polygon takes eight bytes at the least, and behind the end of the file none has any effect.
     unsigned long long const mostPolygons = std::min(polygonCount, m_store.Remaining() / 8);
-    m_content.polygons =
-        std::make_unique<PolygonSlab>(static_cast<std::size_t>(mostPolygons), normalCount > 0, textureCount > 0);
+    m_content.polygons.emplace(m_memory, m_content.memory, static_cast<std::size_t>(mostPolygons), normalCount > 0,
+                               textureCount > 0);
     for (unsigned long long i = 0; i < polygonCount && !m_store.HasEnded(); ++i)
         ReadPolygon(normalCount > 0, textureCount > 0);
+    m_content.polygons->Finish();
 }
 
 void MeshRecordReader::ReadTextureVertices(unsigned long long count)
@@ -131,23 +139,21 @@ bool MeshRecordReader::ReadSmallPolygon(bool mayHaveNormals)
     if (!bytes)
         return false;
     unsigned char const* const start = bytes;
-    bytes += kWord;
-    auto const takeList = [&](std::int32_t* place)
-    {
-        for (std::uint64_t i = 0; i < vertexCount; ++i, bytes += kWord)
-            place[i] = static_cast<std::int32_t>(WordAt(bytes));
-    };
-    PolygonSlab& polygons = *m_content.polygons;
-    takeList(polygons.Begin(static_cast<std::uint32_t>(vertexCount)));
+    unsigned char const* const vertices = bytes + kWord;
+    bytes = vertices + vertexCount * kWord;
     std::uint32_t slot = kNoMaterialSlot;
     if (*bytes++ != 0)
     {
         slot = SlotOf(WordAt(bytes));
         bytes += kWord;
     }
+    unsigned char const* normals = nullptr;
     if (mayHaveNormals && *bytes++ != 0)
-        takeList(polygons.AddNormals());
-    polygons.End(slot);
+    {
+        normals = bytes;
+        bytes += vertexCount * kWord;
+    }
+    m_content.polygons->Add(static_cast<std::uint32_t>(vertexCount), vertices, normals, slot);
     m_store.Skip(static_cast<std::size_t>(bytes - start));
     return true;
 }
@@ -161,7 +167,7 @@ void MeshRecordReader::ReadPolygon(bool mayHaveNormals, bool mayHaveTextures)
     if (stated == 0)
         return;
     m_store.Expect(stated, sizeof(unsigned long long), sizeof(std::int32_t));
-    if (stated > kMostVertices)
+    if (stated > PolygonSlab::kMostVertices)
         ThrowTooLong();
     auto const vertexCount = static_cast<std::uint32_t>(stated);
     PolygonSlab& polygons = *m_content.polygons;
@@ -174,7 +180,10 @@ void MeshRecordReader::ReadPolygon(bool mayHaveNormals, bool mayHaveTextures)
     std::uint32_t const slot = ReadMaterialSlot();
     bool hasNormals = false;
     if (mayHaveNormals && m_store.Read(hasNormals) && hasNormals)
+    {
         readList(polygons.AddNormals());
+        polygons.EndNormals();
+    }
     bool hasTextures = false;
     if (mayHaveTextures && m_store.Read(hasTextures) && hasTextures)
         ReadTextures(vertexCount);

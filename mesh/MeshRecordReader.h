@@ -24,7 +24,7 @@ struct StoreMaterials
 class MeshRecordReader
 {
 public:
-    MeshRecordReader(StoreCursor& store, StoreMaterials materials, bool geometryInfoLayout,
+    MeshRecordReader(StoreCursor& store, StoreMaterials materials, bool geometryInfoLayout, StoreMemory& memory,
                      XMLPolygonMesh::Content& content);
 
     void Read();
@@ -42,6 +42,7 @@ private:
     StoreCursor& m_store;
     StoreMaterials m_materials;
     bool m_geometryInfoLayout;
+    StoreMemory& m_memory;
     XMLPolygonMesh::Content& m_content;
     /// The mesh's slot of each material in use, in first-used order.
     std::unordered_map<unsigned long long, std::uint32_t> m_slots;

@@ -115,8 +115,10 @@ bool SideStoreReader::ReadMeshStore(UTF16String const& path, MeshStore& meshStor
     ReadHeader(store, recordCount);
     if (recordCount == 0)
         return false;
+    // Meshes take about as much memory as their records take of the file.
+    StoreMemory memory(store.Remaining());
     for (unsigned long long i = 0; i < recordCount && !store.HasEnded(); ++i)
-        ReadRecord(store, meshStore, curveStore);
+        ReadRecord(store, memory, meshStore, curveStore);
     return true;
 }
 
@@ -151,7 +153,7 @@ void SideStoreReader::ReadMaterialTable(StoreCursor& store, unsigned long long o
     store.Seek(records);
 }
 
-void SideStoreReader::ReadRecord(StoreCursor& store, MeshStore& meshStore, CurveStore& curveStore)
+void SideStoreReader::ReadRecord(StoreCursor& store, StoreMemory& memory, MeshStore& meshStore, CurveStore& curveStore)
 {
     unsigned long long recordWord = 0;
     unsigned long long type = 0;
@@ -163,7 +165,7 @@ void SideStoreReader::ReadRecord(StoreCursor& store, MeshStore& meshStore, Curve
     {
         auto mesh = std::make_unique<XMLPolygonMesh>(id, m_producer);
         StoreMaterials const materials{m_materialTable, static_cast<std::uint32_t>(m_materialCount)};
-        MeshRecordReader(store, materials, m_geometryInfoLayout, mesh->StoreContent()).Read();
+        MeshRecordReader(store, materials, m_geometryInfoLayout, memory, mesh->StoreContent()).Read();
         Enter(meshStore, id, std::move(mesh));
     }
     else if (type >= kCurveKind_Line && type <= kCurveKind_Nurbs)

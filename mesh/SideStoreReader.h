@@ -9,6 +9,7 @@ namespace KVR
 {
 
 class StoreCursor;
+class StoreMemory;
 class XMLProducerImpl;
 
 /// Reads one side file with geometry into the side-file index. Lists of a hostile length throw std::length_error or
@@ -31,7 +32,7 @@ public:
 private:
     void ReadHeader(StoreCursor& store, unsigned long long& recordCount);
     void ReadMaterialTable(StoreCursor& store, unsigned long long offset);
-    void ReadRecord(StoreCursor& store, MeshStore& meshStore, CurveStore& curveStore);
+    void ReadRecord(StoreCursor& store, StoreMemory& memory, MeshStore& meshStore, CurveStore& curveStore);
 
     UTF16String m_sceneFilePath;
     XMLProducerImpl* m_producer;

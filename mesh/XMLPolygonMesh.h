@@ -1,12 +1,15 @@
 #pragma once
 
 #include <memory>
+#include <optional>
+#include <span>
 #include <vector>
 #include <xercesc/dom/DOMNode.hpp>
 
 #include "framework/api/IPolygonMesh.h"
 #include "framework/xml_util/ObjectState.h"
 #include "mesh/PolygonSlab.h"
+#include "mesh/StoreMemory.h"
 #include "readers/TransformState.h"
 
 namespace KVR
@@ -24,10 +27,12 @@ public:
     /// What a store fills. Lists once read do not change.
     struct Content
     {
-        std::vector<PolygonVertex> vertices;
-        std::vector<Normal> normals;
+        /// The memory of vertices, normals and polygons, shared with other meshes of the store.
+        StoreMemory::Blocks memory;
+        std::span<PolygonVertex const> vertices;
+        std::span<Normal const> normals;
         std::vector<std::unique_ptr<ITextureVertexSet>> textureVertexSets;
-        std::unique_ptr<PolygonSlab> polygons;
+        std::optional<PolygonSlab> polygons;
         IdSetSet materialSets;
         std::vector<FaceSegmentInfo> faceSegments;
         std::vector<EdgeSegmentInfo> edgeSegments;

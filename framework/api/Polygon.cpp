@@ -6,7 +6,6 @@
 namespace KVR
 {
 
-EditablePolygon::EditablePolygon() = default;
 EditablePolygon::~EditablePolygon() = default;
 
 namespace

@@ -54,7 +54,7 @@ public:
     EditablePolygon& operator=(EditablePolygon const&) = delete;
 
 protected:
-    EditablePolygon();
+    EditablePolygon() = default;
     virtual ~EditablePolygon();
 };
 

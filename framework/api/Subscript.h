@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <vector>
 
 #include "framework/api/Export.h"
 
@@ -15,9 +14,9 @@ namespace KVR
 /// Throws std::length_error with the text "vector<T> too long", the answer to a count that no list can hold.
 [[noreturn]] KVR_API void ThrowTooLong();
 
-/// The element at the index; an index at or beyond the size throws as above.
-template <class T>
-T const& CheckedAt(std::vector<T> const& list, unsigned long long index)
+/// The element of a list, such as a vector or a span, at the index; an index at or beyond the size throws as above.
+template <class List>
+typename List::value_type const& CheckedAt(List const& list, unsigned long long index)
 {
     if (index >= list.size())
         ThrowInvalidSubscript();

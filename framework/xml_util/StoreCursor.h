@@ -106,6 +106,7 @@ private:
     }
 
     bool Fill(std::size_t count);
+    std::size_t ReadDirectly(double* values, std::size_t count);
 
     std::FILE* m_file;
     bool m_swapBytes;

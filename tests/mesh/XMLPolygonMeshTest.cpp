@@ -201,15 +201,17 @@ TEST(XMLPolygonMesh, ADisposedMeshDoesNotComeBackWithASecondReading)
     EXPECT_FALSE(scene.Has("m"));
 }
 
-TEST(XMLPolygonMesh, APolygonOfAMeshKeepsTheLengthsOfItsLists)
+TEST(XMLPolygonMesh, APolygonOfAMeshIsForReadingAlone)
 {
     MeshScene test("");
     auto& polygon = const_cast<EditablePolygon&>(PolygonOf(test.mesh, 0));
+    auto const before = List(polygon.VertexIndices());
     int const indices[] = {7, 8, 9, 10};
-    polygon.SetVertexIndices(3, indices);
-    EXPECT_THAT(List(polygon.VertexIndices()), ElementsAre(7, 8, 9));
-    EXPECT_THROW(polygon.SetVertexIndices(4, indices), std::length_error);
-    EXPECT_THROW(polygon.SetNormalIndices(3, indices), std::length_error);
+    EXPECT_THROW(polygon.SetVertexIndices(3, indices), GeneralException);
+    EXPECT_THROW(polygon.SetNormalIndices(3, indices), GeneralException);
+    EXPECT_THROW(polygon.SetTextureVertexIndices(1, 1, indices, 3, indices), GeneralException);
+    polygon.Release();
+    EXPECT_EQ(List(polygon.VertexIndices()), before);
 }
 
 }  // namespace
