@@ -35,6 +35,17 @@ protected:
     ~Hosting() override { ::unsetenv(kDisableDtd); }
 };
 
+// The packaged Xerces-C never frees its record of an external document type: one of its security repairs. Where a scene
+// with one is read, what is not freed is not ours.
+struct RecordOfTheParser
+{
+#if defined(__SANITIZE_ADDRESS__)
+    __lsan::ScopedDisabler isNotReported;
+#else
+    RecordOfTheParser() {}
+#endif
+};
+
 std::string LabelOf(TestScene& scene)
 {
     scene.Begin();
@@ -97,10 +108,7 @@ TEST_F(Hosting, AQueryFetchesAsMuch)
 
 TEST_F(Hosting, AnExternalDocumentTypeIsFetchedFromDiskAndNetwork)
 {
-#if defined(__SANITIZE_ADDRESS__)
-    // The packaged Xerces-C never frees its record of an external document type: one of its security repairs.
-    __lsan::ScopedDisabler const recordOfTheParser;
-#endif
+    RecordOfTheParser const record;
     char const* const declarations = "<!ATTLIST IPart Label CDATA 'from the document type'>";
     LoopbackServer const server(Documents{{"/scene.dtd", declarations}});
     TestScene remote("<!DOCTYPE S SYSTEM '" + server.AddressOf("/scene.dtd") + "'><S><IPart ID='p'/></S>");
@@ -148,8 +156,11 @@ TEST_F(Hosting, WhatAServerDoesNotHaveCountsAsEmpty)
 {
     // The parser does not ask whether a server had the document, and an empty one is a good entity and no schema.
     LoopbackServer const server(Documents{});
-    TestScene subset("<!DOCTYPE S SYSTEM '" + server.AddressOf("/none.dtd") + "'><S><IPart ID='p'/></S>");
-    EXPECT_TRUE(Opens(subset));
+    {
+        RecordOfTheParser const record;
+        TestScene subset("<!DOCTYPE S SYSTEM '" + server.AddressOf("/none.dtd") + "'><S><IPart ID='p'/></S>");
+        EXPECT_TRUE(Opens(subset));
+    }
     TestScene entity(WithEntity("SYSTEM '" + server.AddressOf("/none.txt") + "'"));
     EXPECT_EQ(ChangeKeyOf(entity), "");
     TestScene schema("<S xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance' xsi:noNamespaceSchemaLocation='" +
