@@ -11,7 +11,7 @@
 namespace KVR::Authoring
 {
 
-/// Writes the primitive items of a binary side file, little-endian, to a temporary name beside the file. The file
+/// Writes the primitive items of a side file, little-endian, to a temporary name beside the file. The file
 /// itself appears whole at Commit, or not at all. Every operation throws FileException when the file system refuses.
 class KVR_AUTHORING_API StoreFile
 {
@@ -29,6 +29,8 @@ public:
     void Flag(bool value);
     /// A u64 length in bytes and that many bytes of UTF-8.
     void Text(UTF8String const& text);
+    /// The bytes as they stand.
+    void Bytes(void const* bytes, std::size_t size);
     void U64s(std::span<std::uint64_t const> values);
     void F64s(std::span<double const> values);
 
@@ -40,7 +42,6 @@ public:
     void Commit();
 
 private:
-    void Bytes(void const* bytes, std::size_t size);
     [[noreturn]] void Fail() const;
 
     UTF16String m_path;

@@ -47,12 +47,17 @@ void AddSceneOptions(CLI::App& command, SceneOptions& options)
                      "also on the network; for scenes that you trust");
 }
 
+bool IsTerminal()
+{
+    return ::isatty(STDOUT_FILENO) == 1;
+}
+
 // Whether colour is wanted: a terminal decides unless the user has.
 bool WantsColor(std::string const& choice)
 {
     char const* const noColor = std::getenv("NO_COLOR");
     if (choice == "auto")
-        return ::isatty(STDOUT_FILENO) == 1 && (!noColor || *noColor == '\0');
+        return IsTerminal() && (!noColor || *noColor == '\0');
     return choice == "always";
 }
 
@@ -151,6 +156,9 @@ int RunProgram(int argc, char const* const* argv)
     tree.add_option("--color", color, "Colour: auto, always or never")
         ->type_name("WHEN")
         ->check(CLI::IsMember({"auto", "always", "never"}));
+    tree.add_flag("--styles", treeOptions.styles,
+                  "Show the diffuse colours of the styles that objects name: blocks of colour on a terminal, #rrggbb "
+                  "elsewhere");
     tree.add_option("--max-occurrences", treeOptions.maxOccurrences, "End the tree after so many lines")
         ->type_name("N")
         ->capture_default_str();
@@ -164,6 +172,7 @@ int RunProgram(int argc, char const* const* argv)
         return app.exit(error) == 0 ? kExit_Good : kExit_BadArguments;
     }
     treeOptions.color = WantsColor(color);
+    treeOptions.colorBlocks = treeOptions.color && IsTerminal();
     return Run([&] { return dump.parsed() ? Dump(scene, dumpOptions) : Tree(scene, treeOptions); });
 }
 

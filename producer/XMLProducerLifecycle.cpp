@@ -11,6 +11,7 @@
 #include "framework/xml_util/XMLPlatform.h"
 #include "producer/DocumentScan.h"
 #include "producer/ObjectNodeIndex.h"
+#include "producer/PropertyAttachment.h"
 #include "producer/SideFileIndex.h"
 #include "producer/XMLProducerImpl.h"
 #include "structure/XMLFileQueryResult.h"
@@ -114,6 +115,7 @@ void XMLProducerImpl::BeginProcess(EventManager const* manager)
         throw FileException(exception);
     }
     ScanDocument(m_parser.get(), m_fileName, *this);
+    AttachProperties(m_fileName, *this);
 }
 
 // Objects go first and the parser late, since objects point at text that the document holds.

@@ -1,16 +1,56 @@
 #include "structure/ObjectSetsReader.h"
 
+#include <utility>
+#include <vector>
+
+#include "framework/xml_util/DomWalk.h"
+#include "producer/ElementReaders.h"
 #include "readers/Ignored.h"
 
 namespace KVR
 {
 
-bool ReadObjectSets(XMLProducerImpl*, xercesc::DOMNode* node, AttributeSetIds&, VitreolAssets&)
+namespace
 {
+
+using xercesc::DOMNode;
+
+using ReadSet = bool (*)(XMLProducerImpl* producer, DOMNode* node, std::vector<UTF8String>& ids);
+
+void AddIds(std::vector<UTF8String>& ids, IdSet& set)
+{
+    for (UTF8String& id : ids)
+        set.AddWithUniquenessCheck(std::move(id));
+}
+
+void ReadInto(XMLProducerImpl* producer, DOMNode* node, ReadSet read, IdSet& set)
+{
+    std::vector<UTF8String> ids;
+    Ignored(read(producer, node, ids));
+    AddIds(ids, set);
+}
+
+void ReadStylesInto(XMLProducerImpl* producer, DOMNode* node, VitreolAssets& vitreolAssets, IdSet& set)
+{
+    std::vector<UTF8String> ids;
+    Ignored(ReadStyleSet(producer, node, ids, vitreolAssets));
+    AddIds(ids, set);
+}
+
+}  // namespace
+
+bool ReadObjectSets(XMLProducerImpl* producer, DOMNode* node, AttributeSetIds& sets, VitreolAssets& vitreolAssets)
+{
+    for (DOMNode* const child : Children(node))
+    {
+        Match(child,                                                                                  //
+              On(u"TextureSet", [&] { ReadInto(producer, child, &ReadTextureSet, sets.textures); }),  //
+              On(u"StyleSet", [&] { ReadStylesInto(producer, child, vitreolAssets, sets.styles); }));
+    }
     return node != nullptr;
 }
 
-bool ReadObjectSetsWithViews(XMLProducerImpl* producer, xercesc::DOMNode* node, AttributeSetIds& sets,
+bool ReadObjectSetsWithViews(XMLProducerImpl* producer, DOMNode* node, AttributeSetIds& sets,
                              VitreolAssets& vitreolAssets)
 {
     Ignored(ReadObjectSets(producer, node, sets, vitreolAssets));

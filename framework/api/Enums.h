@@ -4,20 +4,20 @@ namespace KVR
 {
 
 /// Whether a getter wrote its output argument.
-enum IsValueSpecifiedEnum
+enum IsValueSpecifiedEnum : int
 {
     kIsValueSpecified_No = 0,
     kIsValueSpecified_Yes = 1
 };
 
 /// The snapshot that a change key is asked for; passed through, never tested by the producer.
-enum SnapshotVersionEnum
+enum SnapshotVersionEnum : int
 {
     kSnapshotVersion_Current = 0
 };
 
 /// Result of the curve data operations; every value but 0 means that there is no answer.
-enum DataReturnCodeEnum
+enum DataReturnCodeEnum : int
 {
     kDataReturnCode_Ok = 0,
     kDataReturnCode_NotAvailable = 1,
@@ -25,7 +25,7 @@ enum DataReturnCodeEnum
 };
 
 /// Who reports an exception.
-enum ComponentRoleEnum
+enum ComponentRoleEnum : int
 {
     kComponentRole_Unknown = 0,
     kComponentRole_Host = 1,
@@ -33,7 +33,7 @@ enum ComponentRoleEnum
 };
 
 /// Units of length, angle, mass and time. The text of a unit is its enumerator's name.
-enum UnitTypeEnum
+enum UnitTypeEnum : int
 {
     kUnitType_Unknown = 0,
 
@@ -70,7 +70,7 @@ enum UnitTypeEnum
 };
 
 /// The kind of a property's value.
-enum PropertyTypeEnum
+enum PropertyTypeEnum : int
 {
     kPropertyType_String = 0,
     kPropertyType_Int = 1,

@@ -35,7 +35,7 @@ public:
 class KVR_API ExceptionEvent : public Event
 {
 public:
-    enum EventTypeEnum
+    enum EventTypeEnum : int
     {
         kEventType_Exception = 0
     };

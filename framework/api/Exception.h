@@ -55,7 +55,7 @@ private:
 class KVR_API FileException : public Exception
 {
 public:
-    enum FileErrorCodeEnum
+    enum FileErrorCodeEnum : int
     {
         kFileErrorCode_CannotRead = 0,
         /// A kernel store held insecure content, and restoring such stores was allowed.

@@ -15,7 +15,7 @@ namespace KVR
 class KVR_API ExtensionDataContent
 {
 public:
-    enum ObjectPathTypeEnum
+    enum ObjectPathTypeEnum : int
     {
         kObjectPathType_Occurrence = 0,
         kObjectPathType_Other = 1

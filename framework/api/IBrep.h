@@ -12,7 +12,7 @@ class IBodyData;
 class KVR_API IBrep : public IGeometry, public ISubEntityStyles, public ISubObjectPersistentIds
 {
 public:
-    enum ProducerGeometryTypeEnum
+    enum ProducerGeometryTypeEnum : int
     {
         kProducerGeometryType_Unknown = 0,
         kProducerGeometryType_BrepMixed = 1,
@@ -23,7 +23,7 @@ public:
         kProducerGeometryType_Curve = 6
     };
 
-    enum BrepTypeEnum
+    enum BrepTypeEnum : int
     {
         kBrepType_Unknown = 0,
         kBrepType_Mixed = 1,

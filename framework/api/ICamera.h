@@ -12,7 +12,7 @@ namespace KVR
 class KVR_API ICamera : public IObject
 {
 public:
-    enum CameraTypeEnum
+    enum CameraTypeEnum : int
     {
         kCameraType_Parallel = 0,
         kCameraType_Perspective = 1

@@ -15,7 +15,7 @@ namespace KVR
 class KVR_API IPolygonMesh : public IGeometry
 {
 public:
-    enum PolygonMeshTypeEnum
+    enum PolygonMeshTypeEnum : int
     {
         kPolygonMeshType_Regular = 0,
         kPolygonMeshType_Triangular = 1,
@@ -23,7 +23,7 @@ public:
         kPolygonMeshType_Fan = 3
     };
 
-    enum PolygonMeshOrientationEnum
+    enum PolygonMeshOrientationEnum : int
     {
         kPolygonMeshOrientation_CounterClockWise = 0,
         kPolygonMeshOrientation_ClockWise = 1

@@ -13,12 +13,12 @@ class KVR_API IRenderStyle : public IObject
 {
 public:
     /// Passed through as the scene has it.
-    enum ShadingModelType
+    enum ShadingModelType : int
     {
         kShadingModel_Default = 0
     };
 
-    enum PointStyleMarkerTypeEnum
+    enum PointStyleMarkerTypeEnum : int
     {
         kPointStyleMarkerType_Dot = 0,
         kPointStyleMarkerType_X,
@@ -34,7 +34,7 @@ public:
         kPointStyleMarkerType_FilledDiamond
     };
 
-    enum CurveStyleFontTypeEnum
+    enum CurveStyleFontTypeEnum : int
     {
         kCurveStyleFontType_Continuous = 0,
         kCurveStyleFontType_ISO_Dash,
@@ -53,7 +53,7 @@ public:
         kCurveStyleFontType_ISO_DoubleDashTripleDot
     };
 
-    enum CurveStyleFillTypeEnum
+    enum CurveStyleFillTypeEnum : int
     {
         kCurveStyleFillType_Solid = 0
     };

@@ -9,7 +9,7 @@ namespace KVR
 class KVR_API ISketch : public IGeometry
 {
 public:
-    enum SketchTypeEnum
+    enum SketchTypeEnum : int
     {
         kSketchType_2D = 0,
         kSketchType_3D = 1

@@ -15,7 +15,7 @@ namespace KVR
 class KVR_API StringUtil
 {
 public:
-    enum ConversionStatusEnum
+    enum ConversionStatusEnum : int
     {
         kConversionStatus_Success = 0,
         kConversionStatus_NotANumber = 1,

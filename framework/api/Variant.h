@@ -15,7 +15,7 @@ class KVR_API Variant
 {
 public:
     /// The numbers are those that a scene writes.
-    enum KindEnum
+    enum KindEnum : int
     {
         kKind_None = 0,
         kKind_AString = 5,

@@ -11,8 +11,8 @@ namespace KVR
 
 class IProperty;
 
-/// Reads the property file beside a scene file: the same name with the extension ".kvrproperty". The constructor
-/// streams the file; a missing file is an empty one, and one that is not well-formed gives what stood before the error.
+/// Holds the properties of the file beside a scene file, as StreamProperties gives them; who needs each but once is
+/// better served by that. The constructor streams the file.
 class KVR_XML_UTIL_API PropertyReader
 {
 public:

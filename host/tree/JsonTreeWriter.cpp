@@ -3,6 +3,7 @@
 #include "host/dump/DumpValues.h"
 #include "host/tree/ProductNode.h"
 #include "host/tree/ProductTotals.h"
+#include "host/tree/StyleColors.h"
 
 namespace KVR
 {
@@ -14,7 +15,7 @@ JsonTreeWriter::JsonTreeWriter(Output& out) : m_json(out)
     m_json.BeginList();
 }
 
-void JsonTreeWriter::Begin(ProductNode const& node, bool, bool isCycle)
+void JsonTreeWriter::Begin(ProductNode const& node, Place const& place)
 {
     m_json.BeginObject();
     m_json.Key("Kind");
@@ -44,9 +45,35 @@ void JsonTreeWriter::Begin(ProductNode const& node, bool, bool isCycle)
     m_json.Key("ChildCount");
     m_json.Unsigned(node.ChildCount());
     m_json.Key("Cycle");
-    m_json.Bool(isCycle);
+    m_json.Bool(place.isCycle);
+    if (place.styles)
+        Styles(*place.styles);
     m_json.Key("Children");
     m_json.BeginList();
+}
+
+void JsonTreeWriter::Styles(std::vector<StyleColor> const& styles)
+{
+    m_json.Key("Styles");
+    m_json.BeginList();
+    for (StyleColor const& style : styles)
+    {
+        m_json.BeginObject(JsonWriter::Layout::Row);
+        m_json.Key("Id");
+        WriteValue(m_json, style.id);
+        m_json.Key("Label");
+        if (style.isThere)
+            WriteValue(m_json, style.label);
+        else
+            m_json.Null();
+        m_json.Key("DiffuseColor");
+        if (style.diffuse)
+            m_json.String(HexText(*style.diffuse));
+        else
+            m_json.Null();
+        m_json.EndObject();
+    }
+    m_json.EndList();
 }
 
 void JsonTreeWriter::End()

@@ -14,11 +14,13 @@ class JsonTreeWriter final : public TreeWriter
 public:
     explicit JsonTreeWriter(Output& out);
 
-    void Begin(ProductNode const& node, bool isLast, bool isCycle) override;
+    void Begin(ProductNode const& node, Place const& place) override;
     void End() override;
     void Finish(ProductTotals const& totals) override;
 
 private:
+    void Styles(std::vector<StyleColor> const& styles);
+
     JsonWriter m_json;
 };
 

@@ -2,12 +2,15 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <string>
 
 #include "host/Output.h"
 #include "host/SafeText.h"
 #include "host/tree/ProductNode.h"
 #include "host/tree/ProductTotals.h"
+#include "host/tree/StyleColors.h"
+#include "host/tree/TreeOptions.h"
 
 namespace KVR
 {
@@ -17,6 +20,9 @@ namespace
 
 // Deeper nodes say how much deeper they are, so that a deep tree's text grows with its nodes alone.
 constexpr std::size_t kDeepestIndent = 40;
+
+// A line shows so many styles and counts the others.
+constexpr std::size_t kMostStyles = 8;
 
 constexpr std::string_view kKindColor = "36";
 constexpr std::string_view kIdColor = "2";
@@ -35,7 +41,10 @@ std::string Counted(unsigned long long count, std::string_view one, std::string_
 
 }  // namespace
 
-TextTreeWriter::TextTreeWriter(Output& out, bool color) : m_out(out), m_color(color) {}
+TextTreeWriter::TextTreeWriter(Output& out, TreeOptions const& options)
+    : m_out(out), m_color(options.color), m_colorBlocks(options.colorBlocks)
+{
+}
 
 void TextTreeWriter::Paint(std::string_view code)
 {
@@ -57,9 +66,35 @@ void TextTreeWriter::Indent(bool isLast)
     Paint(kPlain);
 }
 
-void TextTreeWriter::Begin(ProductNode const& node, bool isLast, bool isCycle)
+void TextTreeWriter::Styles(std::vector<StyleColor> const& styles)
 {
-    Indent(isLast);
+    m_out.Put(", styles");
+    std::size_t const shown = std::min(styles.size(), kMostStyles);
+    for (std::size_t i = 0; i < shown; ++i)
+    {
+        StyleColor const& style = styles[i];
+        m_out.Put(' ');
+        if (!style.diffuse)
+        {
+            m_out.Put(style.isThere ? "colourless" : "missing");
+        }
+        else if (m_colorBlocks)
+        {
+            Rgb const rgb = RgbOf(*style.diffuse);
+            m_out.Put(fmt::format("\x1b[48;2;{};{};{}m  \x1b[0m", rgb.red, rgb.green, rgb.blue));
+        }
+        else
+        {
+            m_out.Put(HexText(*style.diffuse));
+        }
+    }
+    if (shown < styles.size())
+        m_out.Put(fmt::format(" [+{}]", styles.size() - shown));
+}
+
+void TextTreeWriter::Begin(ProductNode const& node, Place const& place)
+{
+    Indent(place.isLast);
     Paint(kKindColor);
     m_out.Put(node.kind);
     Paint(kPlain);
@@ -86,10 +121,12 @@ void TextTreeWriter::Begin(ProductNode const& node, bool isLast, bool isCycle)
     }
     if (node.HasOwner())
         m_out.Put(", " + Counted(node.ChildCount(), "child", "children"));
-    if (isCycle)
+    if (place.isCycle)
         m_out.Put(", cycle");
+    if (place.styles && !place.styles->empty())
+        Styles(*place.styles);
     m_out.Put('\n');
-    m_isLast.push_back(isLast);
+    m_isLast.push_back(place.isLast);
 }
 
 void TextTreeWriter::End()

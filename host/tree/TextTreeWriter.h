@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string_view>
 #include <vector>
 
 #include "host/tree/TreeWriter.h"
@@ -8,23 +9,26 @@ namespace KVR
 {
 
 class Output;
+struct TreeOptions;
 
 /// A line per node, indented by lines that join it to its owner, and a closing line of totals.
 class TextTreeWriter final : public TreeWriter
 {
 public:
-    TextTreeWriter(Output& out, bool color);
+    TextTreeWriter(Output& out, TreeOptions const& options);
 
-    void Begin(ProductNode const& node, bool isLast, bool isCycle) override;
+    void Begin(ProductNode const& node, Place const& place) override;
     void End() override;
     void Finish(ProductTotals const& totals) override;
 
 private:
     void Indent(bool isLast);
     void Paint(std::string_view code);
+    void Styles(std::vector<StyleColor> const& styles);
 
     Output& m_out;
     bool m_color;
+    bool m_colorBlocks;
     /// For each node that has not ended, whether it is the last of its siblings.
     std::vector<bool> m_isLast;
 };

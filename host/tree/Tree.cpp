@@ -7,6 +7,7 @@
 #include "host/tree/JsonTreeWriter.h"
 #include "host/tree/ProductNode.h"
 #include "host/tree/ProductTotals.h"
+#include "host/tree/StyleColors.h"
 #include "host/tree/TextTreeWriter.h"
 #include "host/tree/TreeOptions.h"
 
@@ -58,7 +59,10 @@ private:
             return false;
         ProductNode node = ProductNode::Of(m_producer, id);
         bool const isCycle = node.HasOwner() && m_path.contains(node.ownerId);
-        m_writer.Begin(node, isLast, isCycle);
+        std::vector<StyleColor> styles;
+        if (m_options.styles)
+            styles = StylesOf(m_producer, id);
+        m_writer.Begin(node, {isLast, isCycle, m_options.styles ? &styles : nullptr});
         bool const isDeepEnough = m_options.depth && m_stack.size() >= *m_options.depth;
         if (!node.HasOwner() || isCycle || isDeepEnough)
         {
@@ -88,7 +92,7 @@ bool WriteTree(IProducer& producer, UTF8String const& rootId, TreeOptions const&
     if (options.json)
         writer = std::make_unique<JsonTreeWriter>(out);
     else
-        writer = std::make_unique<TextTreeWriter>(out, options.color);
+        writer = std::make_unique<TextTreeWriter>(out, options);
     bool const isWhole = Walk(producer, options, *writer).From(rootId);
     writer->Finish(ProductTotals::Of(producer, rootId));
     return isWhole;

@@ -12,6 +12,9 @@ struct TreeOptions
     std::optional<unsigned long long> depth;
     bool json = false;
     bool color = false;
+    /// The colours of the styles that objects name; as blocks of colour, or else as text.
+    bool styles = false;
+    bool colorBlocks = false;
     /// Lines after which the tree ends.
     unsigned long long maxOccurrences = 10'000'000;
 };

@@ -1,12 +1,13 @@
 #pragma once
 
-#include <string_view>
+#include <vector>
 
 namespace KVR
 {
 
 class ProductNode;
 struct ProductTotals;
+struct StyleColor;
 
 /// Receives the nodes of a product tree as they are walked.
 class TreeWriter
@@ -16,8 +17,17 @@ public:
     TreeWriter(TreeWriter const&) = delete;
     TreeWriter& operator=(TreeWriter const&) = delete;
 
-    /// A node; `isLast` among its siblings, and `isCycle` when it stands within itself and is not entered.
-    virtual void Begin(ProductNode const& node, bool isLast, bool isCycle) = 0;
+    /// What a node is shown with.
+    struct Place
+    {
+        bool isLast = false;
+        /// It stands within itself and is not entered.
+        bool isCycle = false;
+        /// The styles that it names; null when they are not to be shown.
+        std::vector<StyleColor> const* styles = nullptr;
+    };
+
+    virtual void Begin(ProductNode const& node, Place const& place) = 0;
     /// The end of the node begun last that has not ended.
     virtual void End() = 0;
     /// The end of the tree; the totals are those of the whole, whatever was shown.

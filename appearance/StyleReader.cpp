@@ -1,0 +1,204 @@
+#include "appearance/StyleReader.h"
+
+#include <xercesc/util/XercesDefs.hpp>
+
+#include "framework/xml_util/XMLStyle.h"
+#include "framework/xml_util/XMLUtils.h"
+#include "framework/xml_util/XMLVitreolStyle.h"
+#include "producer/XMLProducerImpl.h"
+#include "readers/ChangeKeyReader.h"
+#include "readers/ColorReader.h"
+#include "readers/ExtensionDataReader.h"
+#include "readers/Ignored.h"
+
+namespace KVR
+{
+
+namespace
+{
+
+using xercesc::DOMNode;
+
+struct DoubleRow
+{
+    XMLCh const* attribute;
+    void (XMLStyle::*setter)(double const&);
+};
+
+// Kept: these stand on "DiffuseColor", also where they speak of another colour. "ColorFactor" was read before them, so
+// that "DiffuseFactor" beats it.
+constexpr DoubleRow kScalarRows[] = {
+    {u"Shininess", &XMLStyle::SetShininess},           {u"Reflection", &XMLStyle::SetReflection},
+    {u"Eccentricity", &XMLStyle::SetEccentricity},     {u"Rolloff", &XMLStyle::SetRolloff},
+    {u"Transparency", &XMLStyle::SetTransparency},     {u"DiffuseFactor", &XMLStyle::SetDiffuseFactor},
+    {u"AmbientFactor", &XMLStyle::SetAmbientFactor},   {u"EmissionFactor", &XMLStyle::SetEmissionFactor},
+    {u"SpecularFactor", &XMLStyle::SetSpecularFactor},
+};
+
+void ReadVersionPersistentId(DOMNode const* node, XMLObject& style)
+{
+    UTF8String id;
+    if (XMLUtils::GetNodeAttribute(node, u"VersionPersistentId", id))
+        style.SetVersionPersistentId(id);
+}
+
+void KeepChangeKey(DOMNode* node, XMLObject& style)
+{
+    XMLCh const* changeKey = nullptr;
+    if (ReadChangeKey(node, changeKey))
+        style.SetChangeKey(changeKey);
+}
+
+template <class Style>
+void ReadColorInto(DOMNode const* node, Style& style, void (Style::*setColor)(Color const&),
+                   void (Style::*setFactor)(double const&))
+{
+    // An incomplete colour is passed over.
+    Ignored(ReadColorFactor(node, style, setColor, setFactor));
+}
+
+// Kept: the id is taken as written, although a texture's own id is mapped.
+void ReadTextId(DOMNode const* node, XMLCh const* attribute, XMLStyle& style,
+                void (XMLStyle::*setter)(UTF8String const&))
+{
+    UTF8String id;
+    if (XMLUtils::GetNodeAttribute(node, attribute, id))
+        (style.*setter)(id);
+}
+
+void ReadStyleTextureId(DOMNode const* node, XMLStyle& style, void (XMLStyle::*setter)(UTF8String const&))
+{
+    ReadTextId(node, u"TextureId", style, setter);
+}
+
+void ReadStyleScalars(DOMNode const* node, XMLStyle& style)
+{
+    for (DoubleRow const& row : kScalarRows)
+        ReadStyleDouble(node, row.attribute, style, row.setter);
+    if (XMLCh const* const text = AttributeText(node, u"ShaderType"))
+        style.SetShaderType(static_cast<IRenderStyle::ShadingModelType>(XMLStrUtil::XMLStrToInt(text)));
+    ReadTextId(node, u"BumpMapId", style, &XMLStyle::SetBumpMap);
+    for (DOMNode const* const child : Children(node))
+    {
+        if (!IsNamed(child, u"TransparencyRGB"))
+            continue;
+        ReadColorInto<XMLStyle>(child, style, &XMLStyle::SetTransparency, nullptr);
+        // Kept: the first one alone, whether or not it is a colour.
+        break;
+    }
+}
+
+void ReadDiffuseColor(DOMNode const* node, XMLStyle& style)
+{
+    ReadColorInto(node, style, &XMLStyle::SetDiffuseColor, &XMLStyle::SetDiffuseFactor);
+    ReadStyleTextureId(node, style, &XMLStyle::SetDiffuseTexture);
+    ReadStyleScalars(node, style);
+}
+
+// Hands the enumerator that an attribute names to the setter; nothing for an absent attribute and an unknown text.
+template <class Enum>
+void ReadEnum(DOMNode const* node, XMLCh const* attribute, bool (*find)(UTF16String const&, Enum&), XMLStyle& style,
+              void (XMLStyle::*setter)(Enum))
+{
+    UTF16String text;
+    Enum value{};
+    if (XMLUtils::GetNodeAttribute(node, attribute, text) && find(text, value))
+        (style.*setter)(value);
+}
+
+void ReadPointAndCurveStyle(DOMNode const* node, XMLStyle& style)
+{
+    ReadEnum(node, u"PointStyleMarkerType", &XMLProducerImpl::PointMarkerType, style, &XMLStyle::SetPointStyleMarker);
+    ReadStyleDouble(node, u"PointStyleMarkerSize", style, &XMLStyle::SetPointStyleMarkerSize);
+    ReadEnum(node, u"CurveStyleFont", &XMLProducerImpl::CurveFontType, style, &XMLStyle::SetCurveStyleFont);
+    ReadStyleDouble(node, u"CurveStyleWidth", style, &XMLStyle::SetCurveStyleWidth);
+    ReadEnum(node, u"CurveStyleFillArea", &XMLProducerImpl::CurveFillType, style, &XMLStyle::SetCurveStyleFillArea);
+}
+
+void ReadVitreolDiffuseColor(DOMNode const* node, XMLVitreolStyle& style)
+{
+    ReadColorInto(node, style, &XMLVitreolStyle::SetDiffuseColor, &XMLVitreolStyle::SetDiffuseFactor);
+    ReadStyleDouble(node, u"Shininess", style, &XMLVitreolStyle::SetShininess);
+    ReadStyleDouble(node, u"Transparency", style, &XMLVitreolStyle::SetTransparency);
+}
+
+struct LibraryIdRow
+{
+    XMLCh const* attribute;
+    void (XMLVitreolStyle::*setter)(UTF16String const&);
+};
+
+constexpr LibraryIdRow kLibraryIdRows[] = {
+    {u"VitreolLibraryId", &XMLVitreolStyle::SetVitreolLibraryId},
+    {u"VitreolAssetDefinitionId", &XMLVitreolStyle::SetAssetDefinitionId},
+    {u"VitreolAssetInstanceVersionGUID", &XMLVitreolStyle::SetAssetInstanceVersionGUID},
+};
+
+void ReadVitreolStyleInfo(DOMNode const* node, XMLVitreolStyle& style)
+{
+    for (LibraryIdRow const& row : kLibraryIdRows)
+    {
+        UTF16String text;
+        if (XMLUtils::GetNodeAttribute(node, row.attribute, text))
+            (style.*row.setter)(text);
+    }
+}
+
+}  // namespace
+
+bool HasVitreolStyleInfo(DOMNode const* node)
+{
+    for (DOMNode const* const child : Children(node))
+    {
+        if (IsNamed(child, u"VitreolStyleInfo"))
+            return true;
+    }
+    return false;
+}
+
+void ReadStyle(DOMNode* node, XMLStyle& style)
+{
+    using S = XMLStyle;
+    ReadVersionPersistentId(node, style);
+    for (DOMNode* const child : Children(node))
+    {
+        auto const color = [&](void (S::*setColor)(Color const&), void (S::*setFactor)(double const&))
+        { ReadColorInto(child, style, setColor, setFactor); };
+        auto const texture = [&](void (S::*setter)(UTF8String const&)) { ReadStyleTextureId(child, style, setter); };
+        Match(child,                                                                              //
+              On(u"ExtensionData", [&] { AddExtensionData(child, style); }),                      //
+              On(u"ChangeKey", [&] { KeepChangeKey(child, style); }),                             //
+              On(u"DiffuseColor", [&] { ReadDiffuseColor(child, style); }),                       //
+              On(u"DiffuseTexture", [&] { texture(&S::SetDiffuseTexture); }),                     //
+              On(u"AmbientColor", [&] { color(&S::SetAmbientColor, &S::SetAmbientFactor); }),     //
+              On(u"AmbientTexture", [&] { texture(&S::SetAmbientTexture); }),                     //
+              On(u"EmissionColor", [&] { color(&S::SetEmissionColor, &S::SetEmissionFactor); }),  //
+              On(u"EmissionTexture", [&] { texture(&S::SetEmissionTexture); }),                   //
+              On(u"SpecularColor", [&] { color(&S::SetSpecularColor, &S::SetSpecularFactor); }),  //
+              On(u"SpecularTexture", [&] { texture(&S::SetSpecularTexture); }),                   //
+              On(u"BumpMap", [&] { texture(&S::SetBumpMap); }));
+    }
+    ReadPointAndCurveStyle(node, style);
+}
+
+// Kept: no attribute of point and curve styles, no texture, and of the scalars two.
+void ReadVitreolStyle(DOMNode* node, XMLVitreolStyle& style)
+{
+    using S = XMLVitreolStyle;
+    ReadVersionPersistentId(node, style);
+    for (DOMNode* const child : Children(node))
+    {
+        auto const color = [&](void (S::*setColor)(Color const&), void (S::*setFactor)(double const&))
+        { ReadColorInto(child, style, setColor, setFactor); };
+        Match(child,                                                                              //
+              On(u"ExtensionData", [&] { AddExtensionData(child, style); }),                      //
+              On(u"ChangeKey", [&] { KeepChangeKey(child, style); }),                             //
+              On(u"DiffuseColor", [&] { ReadVitreolDiffuseColor(child, style); }),                //
+              On(u"AmbientColor", [&] { color(&S::SetAmbientColor, &S::SetAmbientFactor); }),     //
+              On(u"EmissionColor", [&] { color(&S::SetEmissionColor, &S::SetEmissionFactor); }),  //
+              On(u"SpecularColor", [&] { color(&S::SetSpecularColor, &S::SetSpecularFactor); }),  //
+              On(u"VitreolStyleInfo", [&] { ReadVitreolStyleInfo(child, style); }));
+    }
+}
+
+}  // namespace KVR

@@ -1,0 +1,134 @@
+#include <memory>
+
+#include "appearance/XMLTexture.h"
+#include "framework/api/ObjectCollector.h"
+#include "framework/xml_util/DomWalk.h"
+#include "framework/xml_util/XMLStrUtil.h"
+#include "framework/xml_util/XMLUtils.h"
+#include "producer/ElementReaders.h"
+#include "producer/XMLProducerImpl.h"
+#include "readers/ExtensionDataReader.h"
+
+namespace KVR
+{
+
+namespace
+{
+
+using xercesc::DOMNode;
+
+// Hands an attribute to the setter of its property, in the property's form; nothing for an absent attribute.
+
+void ReadAttribute(DOMNode const* node, XMLCh const* name, XMLTexture& texture, void (XMLTexture::*setter)(int))
+{
+    if (XMLCh const* const text = AttributeText(node, name))
+        (texture.*setter)(XMLStrUtil::XMLStrToInt(text));
+}
+
+void ReadAttribute(DOMNode const* node, XMLCh const* name, XMLTexture& texture, void (XMLTexture::*setter)(double))
+{
+    XMLCh const* const text = AttributeText(node, name);
+    if (!text)
+        return;
+    double value = 0.0;
+    XMLStrUtil::XMLStrToDouble(text, value);
+    (texture.*setter)(value);
+}
+
+void ReadAttribute(DOMNode const* node, XMLCh const* name, XMLTexture& texture,
+                   void (XMLTexture::*setter)(UTF16String const&))
+{
+    if (XMLCh const* const text = AttributeText(node, name))
+        (texture.*setter)(XMLStrUtil::XMLStrToWStr(text));
+}
+
+void ReadAttribute(DOMNode const* node, XMLCh const* name, XMLTexture& texture,
+                   void (XMLTexture::*setter)(UTF8String const&))
+{
+    if (XMLCh const* const text = AttributeText(node, name))
+        (texture.*setter)(XMLStrUtil::XMLStrToAStr(text));
+}
+
+void ReadAttributes(DOMNode const* node, XMLTexture& texture)
+{
+    using T = XMLTexture;
+    ReadAttribute(node, u"TextureType", texture, &T::SetTextureType);
+    ReadAttribute(node, u"TextureFileReference", texture, &T::SetTextureFileReference);
+    ReadAttribute(node, u"EmbeddedTextureImageSize", texture, &T::SetEmbeddedTextureImageSize);
+    ReadAttribute(node, u"EmbeddedTextureImageType", texture, &T::SetEmbeddedTextureImageType);
+    ReadAttribute(node, u"RotateAngle", texture, &T::SetRotateAngle);
+    ReadAttribute(node, u"ProjectType", texture, &T::SetProjectType);
+    ReadAttribute(node, u"ProcedureU", texture, &T::SetProcedureU);
+    ReadAttribute(node, u"RepeatU", texture, &T::SetRepeatU);
+    ReadAttribute(node, u"ProcedureV", texture, &T::SetProcedureV);
+    ReadAttribute(node, u"RepeatV", texture, &T::SetRepeatV);
+    ReadAttribute(node, u"TempFilePath", texture, &T::SetImageFilePath);
+    ReadAttribute(node, u"ProceduralName", texture, &T::SetProceduralName);
+    UTF8String versionPersistentId;
+    if (XMLUtils::GetNodeAttribute(node, u"VersionPersistentId", versionPersistentId))
+        texture.SetVersionPersistentId(versionPersistentId);
+}
+
+// Two numbers count only together.
+
+void ReadTextureVector(DOMNode const* node, XMLTexture& texture, void (XMLTexture::*setter)(double, double))
+{
+    XMLCh const* const xText = AttributeText(node, u"X");
+    XMLCh const* const yText = AttributeText(node, u"Y");
+    if (!xText || !yText)
+        return;
+    double x = 0.0;
+    double y = 0.0;
+    XMLStrUtil::XMLStrToDouble(xText, x);
+    XMLStrUtil::XMLStrToDouble(yText, y);
+    (texture.*setter)(x, y);
+}
+
+void ReadTextureDimensions(DOMNode const* node, XMLTexture& texture)
+{
+    XMLCh const* const widthText = AttributeText(node, u"Width");
+    XMLCh const* const heightText = AttributeText(node, u"Height");
+    if (widthText && heightText)
+        texture.SetTextureDimensions(XMLStrUtil::XMLStrToInt(widthText), XMLStrUtil::XMLStrToInt(heightText));
+}
+
+// Kept: a texture's "ChangeKey" is not read.
+void ReadChildren(DOMNode const* node, XMLTexture& texture)
+{
+    using T = XMLTexture;
+    for (DOMNode* const child : Children(node))
+    {
+        Match(child,                                                                                   //
+              On(u"ExtensionData", [&] { AddExtensionData(child, texture); }),                         //
+              On(u"TextureDimensions", [&] { ReadTextureDimensions(child, texture); }),                //
+              On(u"TextureCenter", [&] { ReadTextureVector(child, texture, &T::SetTextureCenter); }),  //
+              On(u"TextureOffset", [&] { ReadTextureVector(child, texture, &T::SetTextureOffset); }),  //
+              On(u"TextureScale", [&] { ReadTextureVector(child, texture, &T::SetTextureScale); }),    //
+              On(u"TextureSizeForScale", [&] { ReadTextureVector(child, texture, &T::SetTextureSizeForScale); }));
+    }
+}
+
+}  // namespace
+
+bool ReadTextureSet(XMLProducerImpl* producer, DOMNode* node, std::vector<UTF8String>& ids)
+{
+    // Kept: a texture without "Label" takes the label of the one before it in the set.
+    UTF16String label;
+    for (DOMNode* const child : Children(node))
+    {
+        if (!IsNamed(child, u"IMaterialTexture"))
+            continue;
+        UTF8String id;
+        XMLUtils::GetNodeAttribute(child, u"ID", id);
+        producer->ApplyIdMapping(id);
+        ids.push_back(id);
+        XMLUtils::GetNodeAttribute(child, u"Label", label);
+        auto texture = std::make_unique<XMLTexture>(id, label);
+        ReadAttributes(child, *texture);
+        ReadChildren(child, *texture);
+        producer->objectCollector->AddObject(texture.release());
+    }
+    return node != nullptr;
+}
+
+}  // namespace KVR
