@@ -1,6 +1,7 @@
 #include "host/tree/JsonTreeWriter.h"
 
 #include "host/dump/DumpValues.h"
+#include "host/tree/GeometryFacts.h"
 #include "host/tree/ProductNode.h"
 #include "host/tree/ProductTotals.h"
 #include "host/tree/StyleColors.h"
@@ -46,10 +47,38 @@ void JsonTreeWriter::Begin(ProductNode const& node, Place const& place)
     m_json.Unsigned(node.ChildCount());
     m_json.Key("Cycle");
     m_json.Bool(place.isCycle);
+    if (place.geometry)
+        Geometry(*place.geometry);
     if (place.styles)
         Styles(*place.styles);
     m_json.Key("Children");
     m_json.BeginList();
+}
+
+void JsonTreeWriter::Geometry(GeometryFacts const& facts)
+{
+    m_json.Key("Geometry");
+    m_json.BeginObject(JsonWriter::Layout::Row);
+    for (GeometryFacts::Count const& count : facts.counts)
+    {
+        m_json.Key(count.key);
+        m_json.Unsigned(count.value);
+    }
+    m_json.Key("BoundingBox");
+    if (facts.box)
+    {
+        m_json.BeginList(JsonWriter::Layout::Row);
+        for (double const coordinate : facts.box->low)
+            m_json.Number(coordinate);
+        for (double const coordinate : facts.box->high)
+            m_json.Number(coordinate);
+        m_json.EndList();
+    }
+    else
+    {
+        m_json.Null();
+    }
+    m_json.EndObject();
 }
 
 void JsonTreeWriter::Styles(std::vector<StyleColor> const& styles)

@@ -19,6 +19,7 @@ public:
     void Finish(ProductTotals const& totals) override;
 
 private:
+    void Geometry(GeometryFacts const& facts);
     void Styles(std::vector<StyleColor> const& styles);
 
     JsonWriter m_json;

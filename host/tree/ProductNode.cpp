@@ -42,12 +42,12 @@ public:
     void Visit(ILayer* object) override { Take("ILayer", object->IsVisible()); }
     void Visit(IView* object) override { Take("IView", object->IsVisible()); }
     void Visit(IBrep* object) override { Take("IBrep", object->IsVisible()); }
-    void Visit(ICurve* object) override { Take("ICurve", object->IsVisible()); }
+    void Visit(ICurve* object) override { Geometry("ICurve", object->IsVisible()); }
     void Visit(IExtensionGeometry* object) override { Take("IExtensionGeometry", object->IsVisible()); }
     void Visit(IGeometricSet* object) override { Take("IGeometricSet", object->IsVisible()); }
     void Visit(IPoint* object) override { Take("IPoint", object->IsVisible()); }
     void Visit(IPointCloud* object) override { Take("IPointCloud", object->IsVisible()); }
-    void Visit(IPolygonMesh* object) override { Take("IPolygonMesh", object->IsVisible()); }
+    void Visit(IPolygonMesh* object) override { Geometry("IPolygonMesh", object->IsVisible()); }
     void Visit(ISketch* object) override { Take("ISketch", object->IsVisible()); }
     void Visit(IWorkAxis* object) override { Take("IWorkAxis", object->IsVisible()); }
     void Visit(IWorkPlane* object) override { Take("IWorkPlane", object->IsVisible()); }
@@ -69,6 +69,12 @@ private:
             return;
         m_node.kind = kind;
         m_node.visible = visible;
+    }
+
+    void Geometry(std::string_view kind, bool visible)
+    {
+        Take(kind, visible);
+        m_node.m_hasGeometry = !m_isTarget;
     }
 
     void Owner(IObject const& object, std::string_view kind)

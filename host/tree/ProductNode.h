@@ -41,6 +41,8 @@ public:
     bool IsPart() const noexcept { return m_part != nullptr; }
     bool IsAssembly() const noexcept { return m_assembly != nullptr; }
     bool IsFile() const noexcept { return m_file != nullptr; }
+    /// Whether the tree has facts to tell of the object's geometry.
+    bool HasGeometry() const noexcept { return m_hasGeometry; }
     unsigned long long ChildCount() const;
     /// Empty when there is no object behind the child.
     UTF8String ChildIdAt(unsigned long long index) const;
@@ -49,6 +51,7 @@ private:
     IFile const* m_file = nullptr;
     IAssembly const* m_assembly = nullptr;
     IPart const* m_part = nullptr;
+    bool m_hasGeometry = false;
 
     friend class NodeMaker;
 };

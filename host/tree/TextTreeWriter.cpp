@@ -3,10 +3,12 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cmath>
 #include <string>
 
 #include "host/Output.h"
 #include "host/SafeText.h"
+#include "host/tree/GeometryFacts.h"
 #include "host/tree/ProductNode.h"
 #include "host/tree/ProductTotals.h"
 #include "host/tree/StyleColors.h"
@@ -37,6 +39,13 @@ std::string Quoted(UTF16String const& label)
 std::string Counted(unsigned long long count, std::string_view one, std::string_view many)
 {
     return fmt::format("{} {}", count, count == 1 ? one : many);
+}
+
+// Without the remainders that computed zeros have.
+double Rounded(double coordinate)
+{
+    constexpr double kStep = 1e-9;
+    return std::abs(coordinate) < kStep ? 0.0 : coordinate;
 }
 
 }  // namespace
@@ -92,6 +101,18 @@ void TextTreeWriter::Styles(std::vector<StyleColor> const& styles)
         m_out.Put(fmt::format(" [+{}]", styles.size() - shown));
 }
 
+void TextTreeWriter::Geometry(GeometryFacts const& facts)
+{
+    for (GeometryFacts::Count const& count : facts.counts)
+        m_out.Put(", " + Counted(count.value, count.one, count.many));
+    if (!facts.box)
+        return;
+    // Six digits tell where something is.
+    auto const corner = [](double const(&at)[3])
+    { return fmt::format("({:.6g}, {:.6g}, {:.6g})", Rounded(at[0]), Rounded(at[1]), Rounded(at[2])); };
+    m_out.Put(fmt::format(", from {} to {}", corner(facts.box->low), corner(facts.box->high)));
+}
+
 void TextTreeWriter::Begin(ProductNode const& node, Place const& place)
 {
     Indent(place.isLast);
@@ -123,6 +144,8 @@ void TextTreeWriter::Begin(ProductNode const& node, Place const& place)
         m_out.Put(", " + Counted(node.ChildCount(), "child", "children"));
     if (place.isCycle)
         m_out.Put(", cycle");
+    if (place.geometry)
+        Geometry(*place.geometry);
     if (place.styles && !place.styles->empty())
         Styles(*place.styles);
     m_out.Put('\n');

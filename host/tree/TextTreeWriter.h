@@ -24,6 +24,7 @@ public:
 private:
     void Indent(bool isLast);
     void Paint(std::string_view code);
+    void Geometry(GeometryFacts const& facts);
     void Styles(std::vector<StyleColor> const& styles);
 
     Output& m_out;

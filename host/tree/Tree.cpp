@@ -1,9 +1,12 @@
 #include "host/tree/Tree.h"
 
 #include <memory>
+#include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
+#include "framework/api/IProducer.h"
+#include "host/tree/GeometryFacts.h"
 #include "host/tree/JsonTreeWriter.h"
 #include "host/tree/ProductNode.h"
 #include "host/tree/ProductTotals.h"
@@ -62,7 +65,7 @@ private:
         std::vector<StyleColor> styles;
         if (m_options.styles)
             styles = StylesOf(m_producer, id);
-        m_writer.Begin(node, {isLast, isCycle, m_options.styles ? &styles : nullptr});
+        m_writer.Begin(node, {isLast, isCycle, m_options.styles ? &styles : nullptr, FactsOf(node)});
         bool const isDeepEnough = m_options.depth && m_stack.size() >= *m_options.depth;
         if (!node.HasOwner() || isCycle || isDeepEnough)
         {
@@ -75,9 +78,21 @@ private:
         return true;
     }
 
+    // Geometry that stands in many places is looked at once.
+    GeometryFacts const* FactsOf(ProductNode const& node)
+    {
+        if (!node.HasGeometry())
+            return nullptr;
+        auto const [place, isNew] = m_facts.try_emplace(node.id);
+        if (isNew)
+            place->second = GeometryFacts::Of(*m_producer.Load(node.id));
+        return &place->second;
+    }
+
     IProducer& m_producer;
     TreeOptions const& m_options;
     TreeWriter& m_writer;
+    std::unordered_map<UTF8String, GeometryFacts> m_facts;
     std::vector<Frame> m_stack;
     /// The owners on the way from the root to here.
     std::unordered_set<UTF8String> m_path;

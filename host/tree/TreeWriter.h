@@ -6,6 +6,7 @@ namespace KVR
 {
 
 class ProductNode;
+struct GeometryFacts;
 struct ProductTotals;
 struct StyleColor;
 
@@ -25,6 +26,8 @@ public:
         bool isCycle = false;
         /// The styles that it names; null when they are not to be shown.
         std::vector<StyleColor> const* styles = nullptr;
+        /// What is to be said of its geometry; null for an object of another kind.
+        GeometryFacts const* geometry = nullptr;
     };
 
     virtual void Begin(ProductNode const& node, Place const& place) = 0;

@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 
 #include "tests/host/ToolRun.h"
+#include "tests/support/MeshBytes.h"
 #include "tests/support/TempFolder.h"
 
 namespace KVR::Test
@@ -66,6 +67,46 @@ TEST(Tree, TheBundledAssemblyHasItsClassicArrangement)
         EndsWith("1 file, 4 assemblies, 5 parts, 13 instances, 28 occurrences (18 of parts), deepest level 4\n"));
     EXPECT_THAT(run.out, HasSubstr("IInstance \"plate_1\" inst3 -> IPart \"plate\" part4, visible"));
     EXPECT_EQ(run.out.find('\x1b'), std::string::npos) << "no colour but on a terminal";
+}
+
+TEST(Tree, AMeshHasItsCountsAndItsBox)
+{
+    EXPECT_THAT(RunTool({"tree", kAs1}).out,
+                HasSubstr("IPolygonMesh \"nut\" mesh2, visible, 156 polygons, 168 vertices, from (0, 0, 0) to "
+                          "(20, 15, 3)\n"));
+    json const tree = json::parse(RunTool({"tree", kAs1, "--json"}).out);
+    json const& mesh = tree["Tree"][0]["Children"][0]["Children"][0]["Children"][0]["Children"][0];
+    EXPECT_EQ(mesh["Geometry"], json::parse(R"({"Polygons":156,"Vertices":168,"BoundingBox":[0,0,0,20,15,3]})"));
+    EXPECT_FALSE(tree["Tree"][0].contains("Geometry"));
+}
+
+TEST(Tree, ACurveHasItsPiecesAndItsBox)
+{
+    TempFolder folder;
+    // A quarter of a circle around the origin.
+    folder.Write("s.geo", GeometryInfoHeader(1).Bytes() + RecordFront(3, "c") +
+                              ByteBuilder()
+                                  .Byte(0)
+                                  .Byte(0)
+                                  .F64(0)
+                                  .F64(0)
+                                  .F64(0)
+                                  .F64(2)
+                                  .F64(0)
+                                  .F64(0)
+                                  .F64(0)
+                                  .F64(0)
+                                  .F64(1)
+                                  .F64(1)
+                                  .F64(0)
+                                  .F64(1.5707963267948966)
+                                  .Bytes());
+    folder.Write(
+        "scene.xml",
+        "<Scene><GeometryInfo GenerateGeometry=\"True\" Path=\"s.geo\"/>" + File("p") +
+            "<IPart ID=\"p\" Label=\"p\"><ChildSet><ICurve ID=\"c\" Label=\"arc\"/></ChildSet></IPart></Scene>");
+    ToolRun const run = RunTool({"tree", folder.NarrowPathOf("scene.xml")});
+    EXPECT_THAT(run.out, HasSubstr("ICurve \"arc\" c, visible, 1 piece, from (0, 0, 0) to (2, 2, 0)\n")) << run.out;
 }
 
 TEST(Tree, JsonHasTheSameFacts)
