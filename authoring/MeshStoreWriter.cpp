@@ -1,7 +1,5 @@
 #include "authoring/MeshStoreWriter.h"
 
-#include <algorithm>
-
 #include "framework/api/Exception.h"
 
 namespace KVR::Authoring
@@ -11,6 +9,7 @@ namespace
 {
 
 constexpr std::uint64_t kMeshRecord = 0;
+constexpr std::uint64_t kLastTableOffset = 0x7FFFFFFF;
 constexpr std::uint64_t kWordSize = sizeof(std::uint64_t);
 
 void Check(bool holds, char const* message)
@@ -35,11 +34,10 @@ MeshStoreWriter::~MeshStoreWriter() = default;
 std::uint64_t MeshStoreWriter::AddMaterial(UTF8String const& styleId)
 {
     Check(!styleId.IsEmpty(), "a material needs an id");
-    auto const found = std::find(m_materials.begin(), m_materials.end(), styleId);
-    if (found != m_materials.end())
-        return static_cast<std::uint64_t>(found - m_materials.begin());
-    m_materials.push_back(styleId);
-    return m_materials.size() - 1;
+    auto const [place, isNew] = m_materialIndices.try_emplace(styleId, m_materials.size());
+    if (isNew)
+        m_materials.push_back(styleId);
+    return place->second;
 }
 
 void MeshStoreWriter::BeginRecord(std::uint64_t type, UTF8String const& id)
@@ -170,6 +168,7 @@ void MeshStoreWriter::Finish()
     m_file.PatchU64(header, m_recordCount);
     if (!m_materials.empty())
     {
+        Check(m_file.Position() <= kLastTableOffset, "readers do not reach a material table behind 2 GiB of records");
         m_file.PatchU64(header + kWordSize, m_file.Position());
         m_file.U64(m_materials.size());
         for (UTF8String const& material : m_materials)

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <unordered_map>
 #include <vector>
 
 #include "authoring/CurveRecord.h"
@@ -84,7 +85,8 @@ public:
 
     void Curve(UTF8String const& id, CurveRecord const& curve);
 
-    /// Writes the material table and the header; the file appears.
+    /// Writes the material table and the header; the file appears. A store with materials has to stay below 2 GiB, or
+    /// readers would not reach the table.
     void Finish();
 
 private:
@@ -94,6 +96,7 @@ private:
     StoreFile m_file;
     MeshStoreLayout m_layout;
     std::vector<UTF8String> m_materials;
+    std::unordered_map<UTF8String, std::uint64_t> m_materialIndices;
     std::uint64_t m_recordCount = 0;
     bool m_isInMesh = false;
     MeshHead m_announced;
