@@ -25,6 +25,7 @@ bool BuildInstance(ChildContext const& context, xercesc::DOMNode* node, std::vec
 
 constexpr ChildRow<AssemblyChildId> kChildRows[] = {
     {u"IInstance", &BuildInstance, kOnFailure_Abort},
+    {u"IBrep", &BuildBrep<AssemblyChildId>, kOnFailure_Next},
     {u"ICurve", &BuildCurve<AssemblyChildId>, kOnFailure_Next},
     {u"IPolygonMesh", &BuildPolygonMesh<AssemblyChildId>, kOnFailure_Next},
     {u"Child", &BuildChildRef<AssemblyChildId>, kOnFailure_Next},
