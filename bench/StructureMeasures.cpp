@@ -1,6 +1,5 @@
 #include "bench/StructureMeasures.h"
 
-#include <ctime>
 #include <memory>
 #include <random>
 #include <stdexcept>
@@ -9,6 +8,7 @@
 #include <xercesc/util/PlatformUtils.hpp>
 
 #include "bench/ChildProcess.h"
+#include "bench/ProcessorTime.h"
 #include "bench/SceneGenerator.h"
 #include "framework/api/IObject.h"
 #include "framework/api/IdSet.h"
@@ -21,23 +21,6 @@ namespace
 {
 
 constexpr unsigned kLoads = 1'000'000;
-
-double ProcessorSeconds()
-{
-    timespec time{};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
-}
-
-// Processor time, the system's share included: there is one thread, and what it reads was written just before. So other
-// work on the machine shows less than it would by the clock on the wall.
-template <class Action>
-double SecondsOf(Action action)
-{
-    double const start = ProcessorSeconds();
-    action();
-    return ProcessorSeconds() - start;
-}
 
 // As the producer parses.
 void Parse(xercesc::XercesDOMParser& parser, std::filesystem::path const& scene)
