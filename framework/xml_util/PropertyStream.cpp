@@ -88,7 +88,8 @@ PropertyTexts TextsOf(xercesc::Attributes const& attributes)
     PropertyTexts texts;
     for (XMLSize_t i = 0; i < attributes.getLength(); ++i)
     {
-        XMLCh const* const name = attributes.getQName(i);
+        // Without namespaces this is the name as written, prefix and all, which the qualified name is a copy of.
+        XMLCh const* const name = attributes.getLocalName(i);
         for (TextRow const& row : kTextRows)
         {
             if (Equals(name, row.name))

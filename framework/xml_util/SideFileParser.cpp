@@ -146,6 +146,9 @@ bool ParseSideFile(UTF16String const& path, xercesc::DefaultHandler& handler)
         reader->setFeature(XMLUni::fgSAX2CoreValidation, false);
         reader->setFeature(XMLUni::fgXercesSchema, false);
         reader->setFeature(XMLUni::fgXercesLoadExternalDTD, false);
+        // The reader is to take a portion when it has used up the one before, not to join the two.
+        XMLSize_t lowWaterMark = 0;
+        reader->setProperty(XMLUni::fgXercesLowWaterMark, &lowWaterMark);
         reader->setContentHandler(&handler);
         reader->setLexicalHandler(&noDocumentType);
         reader->setErrorHandler(&stopAtError);
