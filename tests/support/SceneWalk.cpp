@@ -104,7 +104,10 @@ private:
     void AskObject(IObject& object);
     void AskUnits(IUnit const& object);
     void AskAttributeSets(IAttributeSets const& object);
+    void TellObjects(char const* question, IdSet const& ids);
     void AskFileProperties(FileProperties const* properties);
+    void AskStyle(IRenderStyle const& style);
+    void AskTexture(IMaterialTexture const& texture);
     void AskComponent(IComponent const& component);
     void AskFile(IFile const& file);
     void AskAssembly(IAssembly const& assembly);
@@ -187,6 +190,10 @@ void Walk::AskAll()
         }
         else if (auto const* const instance = dynamic_cast<IInstance const*>(object))
             AskInstance(*instance);
+        else if (auto const* const style = dynamic_cast<IRenderStyle const*>(object))
+            AskStyle(*style);
+        else if (auto const* const texture = dynamic_cast<IMaterialTexture const*>(object))
+            AskTexture(*texture);
         else
             throw std::logic_error("an object of no known kind: " + id);
     }
@@ -224,13 +231,55 @@ void Walk::AskUnits(IUnit const& object)
 
 void Walk::AskAttributeSets(IAttributeSets const& object)
 {
-    Tell("StyleSet", object.StyleSet());
-    Tell("TextureSet", object.TextureSet());
+    TellObjects("StyleSet", object.StyleSet());
+    TellObjects("TextureSet", object.TextureSet());
     Tell("LayerSet", object.LayerSet());
     Tell("GroupSet", object.GroupSet());
     Tell("LodSet", object.LodSet());
     Tell("CameraSet", object.CameraSet());
     Tell("ViewSet", object.ViewSet());
+}
+
+void Walk::TellObjects(char const* question, IdSet const& ids)
+{
+    Tell(question, ids);
+    for (unsigned long long i = 0; i < ids.Size(); ++i)
+        Visit(Text(ids[i]));
+}
+
+void Walk::AskStyle(IRenderStyle const& style)
+{
+    using R = IRenderStyle;
+    for (auto const getter : {&R::DiffuseColor, &R::AmbientColor, &R::EmissionColor, &R::SpecularColor})
+        Ask("color", style, getter);
+    Ask<Color>("transparency", style, &R::Transparency);
+    Ask<double>("transparency", style, &R::Transparency);
+    for (auto const getter :
+         {&R::DiffuseTexture, &R::AmbientTexture, &R::EmissionTexture, &R::SpecularTexture, &R::BumpMap})
+        Ask("texture", style, getter);
+    for (auto const getter :
+         {&R::DiffuseFactor, &R::AmbientFactor, &R::EmissionFactor, &R::SpecularFactor, &R::Shininess, &R::Reflection,
+          &R::Eccentricity, &R::Rolloff, &R::PointStyleMarkerSize, &R::CurveStyleWidth})
+        Ask("number", style, getter);
+    auto const* const vitreol = dynamic_cast<IVitreolRenderStyle const*>(&style);
+    Tell("is of a library", vitreol != nullptr);
+    if (!vitreol)
+        return;
+    Tell("has an asset", vitreol->SerializedAsset() != nullptr);
+    Ask("VitreolLibraryId", *vitreol, &IVitreolRenderStyle::VitreolLibraryId);
+}
+
+void Walk::AskTexture(IMaterialTexture const& texture)
+{
+    using T = IMaterialTexture;
+    for (auto const getter : {&T::TextureType, &T::EmbeddedTextureImageSize, &T::ProjectType, &T::ProcedureU})
+        Ask("integer", texture, getter);
+    double x = 0.0;
+    double y = 0.0;
+    if (texture.TextureScale(x, y) == kIsValueSpecified_Yes)
+        Tell("TextureScale", x + y);
+    char byte = 0;
+    Tell("EmbeddedTextureImage", texture.EmbeddedTextureImage(1, &byte) == kIsValueSpecified_Yes);
 }
 
 void Walk::AskFileProperties(FileProperties const* properties)
