@@ -223,8 +223,7 @@ TEST(DumpOfProperties, HasThoseOfMeshesAndInstancesAlone)
     EXPECT_EQ(objects["m"]["PropertyIds"], json::parse(R"(["p1"])"));
     EXPECT_EQ(objects["m"]["Properties"],
               json::parse(R"([{"Id": "p1", "Name": "Supplier", "Type": 0, "Value": "ACME"}])"));
-    EXPECT_EQ(objects["i"]["Properties"],
-              json::parse(R"([{"Id": "p2", "Name": "Count", "Type": 1, "Value": 3}])"));
+    EXPECT_EQ(objects["i"]["Properties"], json::parse(R"([{"Id": "p2", "Name": "Count", "Type": 1, "Value": 3}])"));
     EXPECT_EQ(objects["p"]["PropertyIds"], json::array());
 }
 
