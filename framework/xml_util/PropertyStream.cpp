@@ -1,14 +1,15 @@
 #include "framework/xml_util/PropertyStream.h"
 
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <xercesc/sax2/Attributes.hpp>
 #include <xercesc/sax2/DefaultHandler.hpp>
 
 #include "framework/api/StringUtil.h"
 #include "framework/api/Time.h"
+#include "framework/api/Unicode.h"
 #include "framework/xml_util/DomWalk.h"
 #include "framework/xml_util/PropertyTypeText.h"
 #include "framework/xml_util/SideFileParser.h"
@@ -53,7 +54,7 @@ bool ReadValue(PropertyTypeEnum type, XMLCh const* text, XMLProperty::ValueOf& h
             Time time;
             if (!Time::FromString(XMLStrUtil::XMLStrToAStr(text), time))
                 return false;
-            held = std::make_unique<struct tm const>(time.Value());
+            held = XMLProperty::IsTime();
             return true;
         }
         case kPropertyType_String:
@@ -102,8 +103,16 @@ PropertyTexts TextsOf(xercesc::Attributes const& attributes)
     return texts;
 }
 
-// The property of an element; null for one that makes none.
-XMLProperty* MakeProperty(PropertyTexts const& texts)
+// Appends the text, if there is one, in UTF-8, and answers where it ends.
+std::size_t AppendTo(std::string& bytes, XMLCh const* text)
+{
+    if (text)
+        Unicode::AppendUtf8(bytes, text);
+    return bytes.size();
+}
+
+// The property of an element; null for one that makes none. The buffer is written over.
+XMLProperty* MakeProperty(PropertyTexts const& texts, std::string& buffer)
 {
     if (!texts.id || !texts.objectId)
         return nullptr;
@@ -112,8 +121,14 @@ XMLProperty* MakeProperty(PropertyTexts const& texts)
     XMLProperty::ValueOf value;
     if (!ReadValue(type, texts.value, value))
         return nullptr;
-    XMLCh const* const text = type == kPropertyType_String ? texts.value : nullptr;
-    return new XMLProperty(texts.id, texts.name, std::move(value), text);
+    bool const isInText = type == kPropertyType_String || type == kPropertyType_Time;
+    buffer.clear();
+    std::size_t const idEnd = AppendTo(buffer, texts.id);
+    std::size_t const nameEnd = AppendTo(buffer, texts.name);
+    AppendTo(buffer, isInText ? texts.value : nullptr);
+    std::string_view const bytes = buffer;
+    return XMLProperty::Make({bytes.substr(0, idEnd), bytes.substr(idEnd, nameEnd - idEnd), bytes.substr(nameEnd)},
+                             value);
 }
 
 struct Release
@@ -131,7 +146,7 @@ public:
         if (m_depth++ != 1 || !Equals(name, u"Property"))
             return;
         PropertyTexts const texts = TextsOf(attributes);
-        std::unique_ptr<IProperty, Release> const property(MakeProperty(texts));
+        std::unique_ptr<IProperty, Release> const property(MakeProperty(texts, m_buffer));
         if (property)
             m_receiver.Receive(property.get(), ObjectId(texts.objectId));
         else
@@ -153,6 +168,8 @@ private:
     }
 
     PropertyReceiver& m_receiver;
+    /// The texts of the property under way.
+    std::string m_buffer;
     std::u16string m_objectIdText;
     UTF8String m_objectId;
     unsigned long long m_depth = 0;

@@ -1,7 +1,9 @@
 #include "framework/xml_util/XMLProperty.h"
 
-#include <utility>
+#include <algorithm>
+#include <new>
 
+#include "framework/api/Time.h"
 #include "framework/api/Unicode.h"
 
 namespace KVR
@@ -20,11 +22,6 @@ IsValueSpecifiedEnum Get(XMLProperty::ValueOf const& held, T& value)
     return kIsValueSpecified_Yes;
 }
 
-std::u16string_view ViewOf(XMLCh const* text)
-{
-    return text ? std::u16string_view(text) : std::u16string_view();
-}
-
 UTF16String Wide(std::string_view bytes)
 {
     return UTF16String(Unicode::WideFromUtf8(bytes));
@@ -32,37 +29,59 @@ UTF16String Wide(std::string_view bytes)
 
 }  // namespace
 
-XMLProperty::XMLProperty(XMLCh const* id, XMLCh const* name, ValueOf value, XMLCh const* text)
-    : m_value(std::move(value))
+XMLProperty* XMLProperty::Make(Texts const& texts, ValueOf value)
 {
-    std::u16string_view const idView = ViewOf(id);
-    std::u16string_view const nameView = ViewOf(name);
-    std::u16string_view const textView = ViewOf(text);
-    m_text.reserve(idView.size() + nameView.size() + textView.size());
-    Unicode::AppendUtf8(m_text, idView);
-    m_idEnd = m_text.size();
-    Unicode::AppendUtf8(m_text, nameView);
-    m_nameEnd = m_text.size();
-    Unicode::AppendUtf8(m_text, textView);
+    return new (texts.id.size() + texts.name.size() + texts.value.size()) XMLProperty(texts, value);
+}
+
+void* XMLProperty::operator new(std::size_t size, std::size_t textSize)
+{
+    return ::operator new(size + textSize);
+}
+
+void XMLProperty::operator delete(void* memory, std::size_t) noexcept
+{
+    ::operator delete(memory);
+}
+
+void XMLProperty::operator delete(void* memory) noexcept
+{
+    ::operator delete(memory);
+}
+
+XMLProperty::XMLProperty(Texts const& texts, ValueOf value)
+    : m_value(value),
+      m_idEnd(texts.id.size()),
+      m_nameEnd(m_idEnd + texts.name.size()),
+      m_valueEnd(m_nameEnd + texts.value.size())
+{
+    char* out = static_cast<char*>(static_cast<void*>(this + 1));
+    for (std::string_view const text : {texts.id, texts.name, texts.value})
+        out = std::copy(text.begin(), text.end(), out);
 }
 
 XMLProperty::~XMLProperty() = default;
 
+std::string_view XMLProperty::TextAt(std::size_t begin, std::size_t end) const
+{
+    return {static_cast<char const*>(static_cast<void const*>(this + 1)) + begin, end - begin};
+}
+
 UTF8String XMLProperty::Id() const
 {
-    return UTF8String(std::string_view(m_text).substr(0, m_idEnd));
+    return UTF8String(TextAt(0, m_idEnd));
 }
 
 UTF16String XMLProperty::Name() const
 {
-    return Wide(std::string_view(m_text).substr(m_idEnd, m_nameEnd - m_idEnd));
+    return Wide(TextAt(m_idEnd, m_nameEnd));
 }
 
 IsValueSpecifiedEnum XMLProperty::Value(UTF16String& value) const
 {
-    if (Type() != kPropertyType_String)
+    if (!std::holds_alternative<IsText>(m_value))
         return kIsValueSpecified_No;
-    value = Wide(std::string_view(m_text).substr(m_nameEnd));
+    value = Wide(TextAt(m_nameEnd, m_valueEnd));
     return kIsValueSpecified_Yes;
 }
 
@@ -81,10 +100,10 @@ IsValueSpecifiedEnum XMLProperty::Value(bool& value) const
 
 IsValueSpecifiedEnum XMLProperty::Value(struct tm& value) const
 {
-    auto const* const time = std::get_if<std::unique_ptr<struct tm const>>(&m_value);
-    if (!time)
+    Time time;
+    if (!std::holds_alternative<IsTime>(m_value) || !Time::FromString(UTF8String(TextAt(m_nameEnd, m_valueEnd)), time))
         return kIsValueSpecified_No;
-    value = **time;
+    value = time.Value();
     return kIsValueSpecified_Yes;
 }
 

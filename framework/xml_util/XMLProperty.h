@@ -2,11 +2,8 @@
 
 #include <cstddef>
 #include <ctime>
-#include <memory>
-#include <string>
 #include <string_view>
 #include <variant>
-#include <xercesc/util/XercesDefs.hpp>
 
 #include "framework/api/IProperty.h"
 #include "framework/xml_util/Export.h"
@@ -14,15 +11,30 @@
 namespace KVR
 {
 
-/// A property of an object, as a property file states it. It is small, since a scene may have millions.
+/// A property of an object, as a property file states it. A scene may have millions, so each is one allocation: its
+/// texts stand behind it in memory.
 class KVR_XML_UTIL_API XMLProperty final : public IProperty
 {
 public:
-    /// A value in the order of PropertyTypeEnum; a text stands beside it.
-    using ValueOf = std::variant<std::monostate, int, double, bool, std::unique_ptr<struct tm const>>;
+    struct IsText
+    {
+    };
+    struct IsTime
+    {
+    };
+    /// A value in the order of PropertyTypeEnum. Of a text and of a time, which is one that converts, the value is the
+    /// text beside it.
+    using ValueOf = std::variant<IsText, int, double, bool, IsTime>;
 
-    /// A null text counts as empty. `text` is the value of a property of text, and of no other.
-    XMLProperty(XMLCh const* id, XMLCh const* name, ValueOf value, XMLCh const* text);
+    struct Texts
+    {
+        std::string_view id;
+        std::string_view name;
+        std::string_view value;
+    };
+
+    /// A property with copies of the texts, in UTF-8, and one holder.
+    static XMLProperty* Make(Texts const& texts, ValueOf value);
 
     UTF8String Id() const override;
     UTF16String Name() const override;
@@ -33,14 +45,22 @@ public:
     IsValueSpecifiedEnum Value(bool& value) const override;
     IsValueSpecifiedEnum Value(struct tm& value) const override;
 
+    static void operator delete(void* memory) noexcept;
+
 private:
+    static void* operator new(std::size_t size, std::size_t textSize);
+    static void operator delete(void* memory, std::size_t textSize) noexcept;
+
+    XMLProperty(Texts const& texts, ValueOf value);
     ~XMLProperty() override;
 
-    /// Id, name and text, one behind the other, in UTF-8: one allocation at most.
-    std::string m_text;
-    std::size_t m_idEnd = 0;
-    std::size_t m_nameEnd = 0;
+    /// The bytes from `begin` to `end` of the texts, which stand one behind the other.
+    std::string_view TextAt(std::size_t begin, std::size_t end) const;
+
     ValueOf m_value;
+    std::size_t m_idEnd;
+    std::size_t m_nameEnd;
+    std::size_t m_valueEnd;
 };
 
 }  // namespace KVR
