@@ -67,4 +67,18 @@ public:
     IRenderStyle const& Style() { return Get<IRenderStyle>("s"); }
 };
 
+/// A scene of one texture "t", read.
+class TextureScene : public TestScene
+{
+public:
+    explicit TextureScene(std::string_view attributes, std::string_view body = "")
+        : TestScene(InTextureSet("<IMaterialTexture ID=\"t\" " + std::string(attributes) + ">" + std::string(body) +
+                                 "</IMaterialTexture>"))
+    {
+        Begin();
+    }
+
+    IMaterialTexture const& Texture() { return Get<IMaterialTexture>("t"); }
+};
+
 }  // namespace KVR::Test

@@ -7,6 +7,8 @@
 #include <stdexcept>
 #include <unordered_set>
 
+#include "tests/support/AppearanceQuestions.h"
+
 namespace KVR::Test
 {
 
@@ -38,6 +40,17 @@ public:
         m_text << question << ": ";
         Write(value);
         m_text << '\n';
+    }
+
+    // A getter with one output.
+    template <class Value, class Asked, class Interface>
+    void Ask(char const* question, Asked const& asked, IsValueSpecifiedEnum (Interface::*getter)(Value&) const)
+    {
+        Value value{};
+        if ((asked.*getter)(value) == kIsValueSpecified_Yes)
+            Tell(question, value);
+        else
+            Tell(question, "not specified");
     }
 
 private:
@@ -90,24 +103,11 @@ private:
     }
     void Write(CustomProperty const& property);
 
-    // A getter with one output.
-    template <class Value, class Asked, class Interface>
-    void Ask(char const* question, Asked const& asked, IsValueSpecifiedEnum (Interface::*getter)(Value&) const)
-    {
-        Value value{};
-        if ((asked.*getter)(value) == kIsValueSpecified_Yes)
-            Tell(question, value);
-        else
-            Tell(question, "not specified");
-    }
-
     void AskObject(IObject& object);
     void AskUnits(IUnit const& object);
     void AskAttributeSets(IAttributeSets const& object);
     void TellObjects(char const* question, IdSet const& ids);
     void AskFileProperties(FileProperties const* properties);
-    void AskStyle(IRenderStyle const& style);
-    void AskTexture(IMaterialTexture const& texture);
     void AskComponent(IComponent const& component);
     void AskFile(IFile const& file);
     void AskAssembly(IAssembly const& assembly);
@@ -191,9 +191,9 @@ void Walk::AskAll()
         else if (auto const* const instance = dynamic_cast<IInstance const*>(object))
             AskInstance(*instance);
         else if (auto const* const style = dynamic_cast<IRenderStyle const*>(object))
-            AskStyle(*style);
+            AskStyle(*this, *style);
         else if (auto const* const texture = dynamic_cast<IMaterialTexture const*>(object))
-            AskTexture(*texture);
+            AskTexture(*this, *texture);
         else
             throw std::logic_error("an object of no known kind: " + id);
     }
@@ -245,41 +245,6 @@ void Walk::TellObjects(char const* question, IdSet const& ids)
     Tell(question, ids);
     for (unsigned long long i = 0; i < ids.Size(); ++i)
         Visit(Text(ids[i]));
-}
-
-void Walk::AskStyle(IRenderStyle const& style)
-{
-    using R = IRenderStyle;
-    for (auto const getter : {&R::DiffuseColor, &R::AmbientColor, &R::EmissionColor, &R::SpecularColor})
-        Ask("color", style, getter);
-    Ask<Color>("transparency", style, &R::Transparency);
-    Ask<double>("transparency", style, &R::Transparency);
-    for (auto const getter :
-         {&R::DiffuseTexture, &R::AmbientTexture, &R::EmissionTexture, &R::SpecularTexture, &R::BumpMap})
-        Ask("texture", style, getter);
-    for (auto const getter :
-         {&R::DiffuseFactor, &R::AmbientFactor, &R::EmissionFactor, &R::SpecularFactor, &R::Shininess, &R::Reflection,
-          &R::Eccentricity, &R::Rolloff, &R::PointStyleMarkerSize, &R::CurveStyleWidth})
-        Ask("number", style, getter);
-    auto const* const vitreol = dynamic_cast<IVitreolRenderStyle const*>(&style);
-    Tell("is of a library", vitreol != nullptr);
-    if (!vitreol)
-        return;
-    Tell("has an asset", vitreol->SerializedAsset() != nullptr);
-    Ask("VitreolLibraryId", *vitreol, &IVitreolRenderStyle::VitreolLibraryId);
-}
-
-void Walk::AskTexture(IMaterialTexture const& texture)
-{
-    using T = IMaterialTexture;
-    for (auto const getter : {&T::TextureType, &T::EmbeddedTextureImageSize, &T::ProjectType, &T::ProcedureU})
-        Ask("integer", texture, getter);
-    double x = 0.0;
-    double y = 0.0;
-    if (texture.TextureScale(x, y) == kIsValueSpecified_Yes)
-        Tell("TextureScale", x + y);
-    char byte = 0;
-    Tell("EmbeddedTextureImage", texture.EmbeddedTextureImage(1, &byte) == kIsValueSpecified_Yes);
 }
 
 void Walk::AskFileProperties(FileProperties const* properties)
