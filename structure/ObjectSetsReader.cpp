@@ -1,19 +1,57 @@
 #include "structure/ObjectSetsReader.h"
 
+#include <utility>
+#include <vector>
+
+#include "framework/xml_util/DomWalk.h"
+#include "producer/ElementReaders.h"
 #include "readers/Ignored.h"
 
 namespace KVR
 {
 
-bool ReadObjectSets(XMLProducerImpl*, xercesc::DOMNode* node, AttributeSetIds&, VitreolAssets&)
+namespace
 {
+
+using xercesc::DOMNode;
+
+using ReadSet = bool (*)(XMLProducerImpl* producer, DOMNode* node, std::vector<UTF8String>& ids);
+
+void AddIds(std::vector<UTF8String>& ids, IdSet& set)
+{
+    for (UTF8String& id : ids)
+        set.AddWithUniquenessCheck(std::move(id));
+}
+
+void ReadInto(XMLProducerImpl* producer, DOMNode* node, ReadSet read, IdSet& set)
+{
+    std::vector<UTF8String> ids;
+    Ignored(read(producer, node, ids));
+    AddIds(ids, set);
+}
+
+}  // namespace
+
+bool ReadObjectSets(XMLProducerImpl* producer, DOMNode* node, AttributeSetIds& sets, VitreolAssets&)
+{
+    for (DOMNode* const child : Children(node))
+    {
+        Match(child,                                                                            //
+              On(u"GroupSet", [&] { ReadInto(producer, child, &ReadGroupSet, sets.groups); }),  //
+              On(u"LayerSet", [&] { ReadInto(producer, child, &ReadLayerSet, sets.layers); }),  //
+              On(u"LodSet", [&] { ReadInto(producer, child, &ReadLodSet, sets.lods); }));
+    }
     return node != nullptr;
 }
 
-bool ReadObjectSetsWithViews(XMLProducerImpl* producer, xercesc::DOMNode* node, AttributeSetIds& sets,
+bool ReadObjectSetsWithViews(XMLProducerImpl* producer, DOMNode* node, AttributeSetIds& sets,
                              VitreolAssets& vitreolAssets)
 {
     Ignored(ReadObjectSets(producer, node, sets, vitreolAssets));
+    for (DOMNode* const child : Children(node))
+        Match(child, On(u"CameraSet", [&] { ReadInto(producer, child, &ReadCameraSet, sets.cameras); }));
+    for (DOMNode* const child : Children(node))
+        Match(child, On(u"ViewSet", [&] { ReadInto(producer, child, &ReadViewSet, sets.views); }));
     return node != nullptr;
 }
 
