@@ -124,7 +124,8 @@ TEST(XMLGroup, TheTextOfDescriptionDoesNotReachIt)
 
 TEST(XMLGroup, AnElementOfAnyNameIsAGroup)
 {
-    SetScene scene = Groups("text<Cluster ID='g' Label='L'/><!-- comment --><?ILayer ID='p'?><ILayer ID='h' Label=''/>");
+    SetScene scene =
+        Groups("text<Cluster ID='g' Label='L'/><!-- comment --><?ILayer ID='p'?><ILayer ID='h' Label=''/>");
     EXPECT_EQ(Text(scene.Get<IGroup>("g").Label()), "L");
     EXPECT_EQ(Text(scene.Get<IGroup>("h").Label()), "");
     EXPECT_THAT(Ids(scene.Owner().GroupSet()), ElementsAre("g", "h"));

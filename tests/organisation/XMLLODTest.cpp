@@ -71,8 +71,9 @@ TEST(XMLLOD, OfTwoWithOneIdTheFirstIsTheOnlyOne)
 
 TEST(XMLLOD, AnOwnerWhoseSetRepeatsAKnownOneDoesNotListIt)
 {
-    TestScene scene(InScene("<IPart ID='p1'><AttributeSet><LodSet><ILod ID='d'/></LodSet></AttributeSet></IPart>"
-                            "<IPart ID='p2'><AttributeSet><LodSet><ILod ID='d'/></LodSet></AttributeSet></IPart>"));
+    TestScene scene(
+        InScene("<IPart ID='p1'><AttributeSet><LodSet><ILod ID='d'/></LodSet></AttributeSet></IPart>"
+                "<IPart ID='p2'><AttributeSet><LodSet><ILod ID='d'/></LodSet></AttributeSet></IPart>"));
     scene.Begin();
     EXPECT_THAT(Ids(scene.Get<IPart>("p1").LodSet()), ElementsAre("d"));
     EXPECT_THAT(Ids(scene.Get<IPart>("p2").LodSet()), IsEmpty());
