@@ -174,7 +174,6 @@ private:
 
 bool ReadCameraSet(XMLProducerImpl* producer, DOMNode* node, std::vector<UTF8String>& ids)
 {
-    ObjectCollector& collector = *producer->objectCollector;
     // Kept: an element of any name is a camera.
     for (DOMNode const* const child : Children(node))
     {
@@ -182,8 +181,8 @@ bool ReadCameraSet(XMLProducerImpl* producer, DOMNode* node, std::vector<UTF8Str
         producer->ApplyIdMapping(id);
         // Kept: an id that is taken is listed all the same, unlike that of a level of detail.
         ids.push_back(id);
-        if (!collector.HasObject(id))
-            collector.AddObject(CameraReading(child, std::move(id)).Take().release());
+        if (!producer->objectCollector->HasObject(id))
+            producer->objectCollector->AddObject(CameraReading(child, std::move(id)).Take().release());
     }
     return node != nullptr;
 }

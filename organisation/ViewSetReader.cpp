@@ -98,7 +98,6 @@ std::unique_ptr<XMLView> ReadView(XMLProducerImpl* producer, DOMNode const* node
 
 bool ReadViewSet(XMLProducerImpl* producer, DOMNode* node, std::vector<UTF8String>& ids)
 {
-    ObjectCollector& collector = *producer->objectCollector;
     // Kept: an element of any name is a view.
     for (DOMNode const* const child : Children(node))
     {
@@ -106,8 +105,8 @@ bool ReadViewSet(XMLProducerImpl* producer, DOMNode* node, std::vector<UTF8Strin
         producer->ApplyIdMapping(id);
         // Kept: an id that is taken is listed all the same.
         ids.push_back(id);
-        if (!collector.HasObject(id))
-            collector.AddObject(ReadView(producer, child, std::move(id)).release());
+        if (!producer->objectCollector->HasObject(id))
+            producer->objectCollector->AddObject(ReadView(producer, child, std::move(id)).release());
     }
     return node != nullptr;
 }

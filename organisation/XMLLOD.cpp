@@ -16,7 +16,6 @@ XMLLOD::~XMLLOD() = default;
 
 bool ReadLodSet(XMLProducerImpl* producer, xercesc::DOMNode* node, std::vector<UTF8String>& ids)
 {
-    ObjectCollector& collector = *producer->objectCollector;
     for (xercesc::DOMNode const* const child : Children(node))
     {
         if (!IsNamed(child, u"ILod"))
@@ -24,14 +23,14 @@ bool ReadLodSet(XMLProducerImpl* producer, xercesc::DOMNode* node, std::vector<U
         // Kept: the id stays as written, also where all others are mapped.
         UTF8String const id = XMLStrUtil::XMLStrToAStr(AttributeText(child, u"ID"));
         // Kept: an id that is taken is not even listed, where a camera or view is.
-        if (collector.HasObject(id))
+        if (producer->objectCollector->HasObject(id))
             continue;
         // Kept: a level of detail has no persistent id of a version, whatever the element says.
         auto lod = std::make_unique<XMLLOD>(id);
         ids.push_back(id);
         lod->SetLabel(XMLStrUtil::XMLStrToWStr(AttributeText(child, u"Label")));
         lod->SetDescription(XMLStrUtil::XMLStrToWStr(AttributeText(child, u"Description")));
-        collector.AddObject(lod.release());
+        producer->objectCollector->AddObject(lod.release());
     }
     return node != nullptr;
 }

@@ -44,7 +44,8 @@ TEST_F(OrganisationDump, EveryObjectIsReachedThroughTheSetsOfItsOwner)
 {
     ASSERT_EQ(m_run.status, 0) << m_run.error;
     std::vector<std::string> ids;
-    for (auto const& [key, value] : nlohmann::ordered_json::parse(m_run.out)["Objects"].items())
+    auto const ordered = nlohmann::ordered_json::parse(m_run.out);
+    for (auto const& [key, value] : ordered["Objects"].items())
         ids.push_back(key);
     EXPECT_THAT(ids, ElementsAre("f", "top", "layer", "group", "i", "o", "lod", "k1", "k2", "v1", "v2", "p", "gone",
                                  "s", "apart", "lost", "s2"));

@@ -170,14 +170,9 @@ TEST(XMLAssemblyFeatureOverride, UnderAPrefixItsIdAndItsPathsStayAsWritten)
 
 TEST(XMLAssemblyFeatureOverride, UnderAPrefixTheIdsOfItsChildrenAreMapped)
 {
-    // A store holds the mesh under the id that it is mapped to.
-    TestScene scene(std::string("<Scene>") + kMeshInfo +
-                    "<IAssembly ID='top'><ChildSet><IAssemblyFeatureOverride ID='o'><ChildSet><IPolygonMesh ID='x'/>"
-                    "</ChildSet></IAssemblyFeatureOverride></ChildSet></IAssembly></Scene>");
-    scene.WithPrefix("m").WithFile("s.mesh", kStore).Begin();
-    IAssemblyFeatureOverride& o = scene.Get<IAssemblyFeatureOverride>("o");
-    ASSERT_EQ(o.ChildCount(), 1U);
-    EXPECT_EQ(Text(o.ChildAt(0).Id()), "m2");
+    OverrideScene o(Children("<IPolygonMesh ID='m1'/>"), "", "n");
+    EXPECT_THAT(o.Children(), ElementsAre("n2"));
+    EXPECT_NO_THROW(o.Scene().Get<IPolygonMesh>("n2"));
 }
 
 TEST(XMLAssemblyFeatureOverride, APartPassesOverIt)
