@@ -5,17 +5,16 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 #include <exception>
 #include <filesystem>
 #include <functional>
 #include <stdexcept>
 #include <string>
-#include <system_error>
 #include <vector>
 
 #include "bench/OrganisationGenerator.h"
 #include "bench/SceneGenerator.h"
+#include "bench/ScratchFolder.h"
 #include "bench/StructureMeasures.h"
 
 namespace
@@ -116,15 +115,16 @@ void Report(std::vector<Scene> const& scenes)
                 kGrowthGoal, SecondsPerThing(scenes[i + 1]) / SecondsPerThing(scenes[i]));
 }
 
-void Run(std::filesystem::path const& folder, int repeat)
+void Run(int repeat)
 {
-    std::filesystem::path const smallest = folder / "smallest.xml";
+    ScratchFolder const folder;
+    std::filesystem::path const smallest = folder.Path() / "smallest.xml";
     WriteScene(smallest, 1);
     std::vector<Scene> scenes;
     for (OrganisationCase const& kind : OrganisationCases())
     {
         for (unsigned const count : {kind.count / kStep, kind.count})
-            scenes.push_back({kind, count, {smallest, folder / fmt::format("{}.xml", scenes.size())}, {}});
+            scenes.push_back({kind, count, {smallest, folder.Path() / fmt::format("{}.xml", scenes.size())}, {}});
     }
     for (Scene& scene : scenes)
     {
@@ -153,22 +153,7 @@ int main(int argc, char** argv)
             ->check(CLI::Range(1, 1000))
             ->capture_default_str();
         CLI11_PARSE(app, argc, argv);
-        std::string folder = (std::filesystem::temp_directory_path() / "kvr_bench_XXXXXX").string();
-        if (!mkdtemp(folder.data()))
-            throw std::runtime_error("Cannot make a temporary folder");
-        std::exception_ptr failure;
-        try
-        {
-            Run(folder, repeat);
-        }
-        catch (...)
-        {
-            failure = std::current_exception();
-        }
-        std::error_code ignored;
-        std::filesystem::remove_all(folder, ignored);
-        if (failure)
-            std::rethrow_exception(failure);
+        Run(repeat);
         return 0;
     }
     catch (std::exception const& exception)
