@@ -98,7 +98,7 @@ void ForEachAttributeReplacedBy(std::string const& text)
         EXPECT_GE(Ask(whole), name == " ID=" ? 2 : 8) << found->str();
         ++count;
     }
-    EXPECT_GT(count, 70);
+    EXPECT_GT(count, 60);
 }
 
 }  // namespace
