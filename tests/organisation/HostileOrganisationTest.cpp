@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <regex>
+#include <string>
 
 #include "tests/host/OrganisationScene.h"
 #include "tests/structure/Answers.h"
@@ -86,16 +86,16 @@ int Ask(std::string const& xml)
 void ForEachAttributeReplacedBy(std::string const& text)
 {
     std::string const xml = kOrganisationScene;
-    std::regex const attribute(" [A-Za-z]+=\"[^\"]*\"");
     int count = 0;
-    for (auto found = std::sregex_iterator(xml.begin(), xml.end(), attribute); found != std::sregex_iterator(); ++found)
+    for (std::size_t equals = xml.find("=\""); equals != std::string::npos; equals = xml.find("=\"", equals + 1))
     {
-        std::string const name = found->str().substr(0, found->str().find('"'));
-        std::string const by = text.empty() ? "" : name + '"' + text + '"';
-        std::string const whole = xml.substr(0, static_cast<std::size_t>(found->position())) + by +
-                                  xml.substr(static_cast<std::size_t>(found->position() + found->length()));
+        std::size_t const begin = xml.rfind(' ', equals);
+        std::size_t const end = xml.find('"', equals + 2) + 1;
+        std::string const name = xml.substr(begin, equals - begin);
+        std::string const by = text.empty() ? "" : name + "=\"" + text + "\"";
         // An object is lost with its id at most, but an instance without its target ends its assembly.
-        EXPECT_GE(Ask(whole), name == " ID=" ? 2 : 8) << found->str();
+        EXPECT_GE(Ask(xml.substr(0, begin) + by + xml.substr(end)), name == " ID" ? 2 : 8)
+            << xml.substr(begin, end - begin);
         ++count;
     }
     EXPECT_GT(count, 60);
