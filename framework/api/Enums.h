@@ -3,8 +3,8 @@
 namespace KVR
 {
 
-/// Whether a getter wrote its output argument.
-enum IsValueSpecifiedEnum
+/// Whether a getter wrote its output argument. It may hold any number: IText::TextJustification answers its own value.
+enum IsValueSpecifiedEnum : int
 {
     kIsValueSpecified_No = 0,
     kIsValueSpecified_Yes = 1
