@@ -1,6 +1,5 @@
 #include "bench/StructureMeasures.h"
 
-#include <ctime>
 #include <memory>
 #include <random>
 #include <stdexcept>
@@ -8,7 +7,9 @@
 #include <xercesc/parsers/XercesDOMParser.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
 
+#include "bench/BareParse.h"
 #include "bench/ChildProcess.h"
+#include "bench/ProcessorTime.h"
 #include "bench/SceneGenerator.h"
 #include "framework/api/IObject.h"
 #include "framework/api/IdSet.h"
@@ -22,35 +23,6 @@ namespace
 
 constexpr unsigned kLoads = 1'000'000;
 
-double ProcessorSeconds()
-{
-    timespec time{};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) * 1e-9;
-}
-
-// Processor time, the system's share included: there is one thread, and what it reads was written just before. So other
-// work on the machine shows less than it would by the clock on the wall.
-template <class Action>
-double SecondsOf(Action action)
-{
-    double const start = ProcessorSeconds();
-    action();
-    return ProcessorSeconds() - start;
-}
-
-// As the producer parses.
-void Parse(xercesc::XercesDOMParser& parser, std::filesystem::path const& scene)
-{
-    parser.setValidationScheme(xercesc::XercesDOMParser::Val_Never);
-    parser.setDoNamespaces(true);
-    parser.setDoSchema(true);
-    parser.setCreateEntityReferenceNodes(true);
-    parser.parse(scene.c_str());
-    if (parser.getErrorCount() != 0)
-        throw std::runtime_error("The scene did not parse");
-}
-
 void Begin(IProducer& producer)
 {
     producer.BeginProcess(IdSet(), nullptr, nullptr);
@@ -59,12 +31,12 @@ void Begin(IProducer& producer)
 // What a process pays once, for its libraries' code and tables, is paid on a scene of next to nothing beforehand; what
 // is measured is what the scene itself costs. As a host should, the process holds the platform for its lifetime.
 
-Figures ParseBare(Scenes const& scenes)
+Figures MeasureParse(Scenes const& scenes)
 {
     xercesc::XMLPlatformUtils::Initialize();
     {
         xercesc::XercesDOMParser parser;
-        Parse(parser, scenes.smallest);
+        ParseBare(parser, scenes.smallest);
     }
     double const memoryBefore = PeakResidentBytes();
     std::unique_ptr<xercesc::XercesDOMParser> parser;
@@ -72,7 +44,7 @@ Figures ParseBare(Scenes const& scenes)
         [&]
         {
             parser = std::make_unique<xercesc::XercesDOMParser>();
-            Parse(*parser, scenes.measured);
+            ParseBare(*parser, scenes.measured);
         });
     // The process ends with the document in it: taking it down is no part of the measurement.
     static_cast<void>(parser.release());
@@ -125,7 +97,7 @@ Figures RunProducer(Scenes const& scenes, unsigned instances)
 
 Round MeasureRound(Scenes const& scenes, unsigned instances)
 {
-    Figures const bare = InChildProcess([&] { return ParseBare(scenes); });
+    Figures const bare = InChildProcess([&] { return MeasureParse(scenes); });
     Figures const producer = InChildProcess([&] { return RunProducer(scenes, instances); });
     return {bare.at("seconds"),    bare.at("memory"),   producer.at("begin"),
             producer.at("memory"), producer.at("load"), producer.at("end")};

@@ -5,17 +5,16 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 #include <exception>
 #include <filesystem>
 #include <functional>
 #include <iterator>
 #include <stdexcept>
 #include <string>
-#include <system_error>
 #include <vector>
 
 #include "bench/SceneGenerator.h"
+#include "bench/ScratchFolder.h"
 #include "bench/StructureMeasures.h"
 #include "bench/StructureReport.h"
 
@@ -31,31 +30,6 @@ struct Options
     unsigned max = 1'000'000;
     int repeat = 5;
     bool json = false;
-};
-
-// A folder for the scenes, gone with the scope.
-class ScratchFolder
-{
-public:
-    ScratchFolder()
-    {
-        std::string name = (std::filesystem::temp_directory_path() / "kvr_bench_XXXXXX").string();
-        if (!mkdtemp(name.data()))
-            throw std::runtime_error("Cannot make a temporary folder");
-        m_path = name;
-    }
-    ~ScratchFolder()
-    {
-        std::error_code ignored;
-        std::filesystem::remove_all(m_path, ignored);
-    }
-    ScratchFolder(ScratchFolder const&) = delete;
-    ScratchFolder& operator=(ScratchFolder const&) = delete;
-
-    std::filesystem::path const& Path() const { return m_path; }
-
-private:
-    std::filesystem::path m_path;
 };
 
 struct Scene

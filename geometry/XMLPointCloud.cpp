@@ -18,7 +18,7 @@ XMLPointCloud::~XMLPointCloud() = default;
 
 void XMLPointCloud::Point(std::size_t index, double* x, double* y, double* z) const
 {
-    if (index < PointCount())
+    if (index < m_coordinates.RowCount())
         m_coordinates.ReadRow(index, *x, *y, *z);
 }
 
