@@ -8,6 +8,7 @@
 #include <exception>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "host/Output.h"
 #include "host/OutputError.h"
@@ -17,6 +18,8 @@
 #include "host/SceneReading.h"
 #include "host/dump/Dump.h"
 #include "host/dump/DumpOptions.h"
+#include "host/notes/Notes.h"
+#include "host/notes/NotesOptions.h"
 #include "host/tree/Tree.h"
 #include "host/tree/TreeOptions.h"
 
@@ -45,6 +48,13 @@ void AddSceneOptions(CLI::App& command, SceneOptions& options)
     command.add_flag("--allow-dtd", options.allowDtd,
                      "Allow a document type declaration, and with it entities and references to other documents, "
                      "also on the network; for scenes that you trust");
+}
+
+void AddColorOption(CLI::App& command, std::string& choice)
+{
+    command.add_option("--color", choice, "Colour: auto, always or never")
+        ->type_name("WHEN")
+        ->check(CLI::IsMember({"auto", "always", "never"}));
 }
 
 // Whether colour is wanted: a terminal decides unless the user has.
@@ -91,6 +101,31 @@ int Tree(SceneOptions const& scene, TreeOptions const& options)
     Complain(Escaped(scene.path) + ": the tree has more than " + std::to_string(options.maxOccurrences) +
              " lines and is cut there; --depth and --max-occurrences set how much is shown");
     return kExit_Failed;
+}
+
+int Notes(SceneOptions const& scene, NotesOptions const& options)
+{
+    SceneFile file(scene);
+    SceneReading const reading = SceneReading::Of(file.Producer());
+    if (reading.failure)
+    {
+        Complain(SceneProblem(scene, *reading.failure));
+        return kExit_Failed;
+    }
+    std::vector<UTF8String> starts;
+    if (reading.rootId)
+        starts.push_back(*reading.rootId);
+    for (std::string const& id : options.ids)
+        starts.emplace_back(id.c_str());
+    if (starts.empty())
+    {
+        Complain(Escaped(scene.path) + ": the scene has no root file to begin at; --id begins at another object");
+        return kExit_Failed;
+    }
+    Output out(STDOUT_FILENO);
+    WriteNotes(file.Producer(), starts, options, out);
+    out.Flush();
+    return kExit_Good;
 }
 
 int Run(std::function<int()> const& command)
@@ -148,12 +183,21 @@ int RunProgram(int argc, char const* const* argv)
     AddSceneOptions(tree, scene);
     tree.add_option("--depth", treeOptions.depth, "Show so many levels below the root")->type_name("N");
     tree.add_flag("--json", treeOptions.json, "Print JSON");
-    tree.add_option("--color", color, "Colour: auto, always or never")
-        ->type_name("WHEN")
-        ->check(CLI::IsMember({"auto", "always", "never"}));
+    AddColorOption(tree, color);
     tree.add_option("--max-occurrences", treeOptions.maxOccurrences, "End the tree after so many lines")
         ->type_name("N")
         ->capture_default_str();
+
+    NotesOptions notesOptions;
+    CLI::App& notes = *app.add_subcommand(
+        "notes", "Show the annotation callouts: their text, the plane that they lie in, and what they point at");
+    AddSceneOptions(notes, scene);
+    notes.add_option("--id", notesOptions.ids, "Begin a walk at this id, too; may be repeated")
+        ->type_name("ID")
+        ->expected(1)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    notes.add_flag("--json", notesOptions.json, "Print JSON");
+    AddColorOption(notes, color);
 
     try
     {
@@ -164,6 +208,9 @@ int RunProgram(int argc, char const* const* argv)
         return app.exit(error) == 0 ? kExit_Good : kExit_BadArguments;
     }
     treeOptions.color = WantsColor(color);
+    notesOptions.color = treeOptions.color;
+    if (notes.parsed())
+        return Run([&] { return Notes(scene, notesOptions); });
     return Run([&] { return dump.parsed() ? Dump(scene, dumpOptions) : Tree(scene, treeOptions); });
 }
 
