@@ -195,6 +195,24 @@ TEST_P(GeometryBundle, AThousandLevelsAreReadAndThoseBeyondDropped)
     EXPECT_THAT(BundleChildren(&scene.Get<IObject>("g999")), IsEmpty());
 }
 
+TEST_P(GeometryBundle, AThousandLevelsBehindAThousandReferencesLoadOnASmallStack)
+{
+    constexpr int kLevels = 1000;
+    std::string xml = "<Scene><IFile ID='0'><ChildSet><A ID='a0'/></ChildSet></IFile>";
+    for (int i = 0; i < kLevels - 1; ++i)
+        xml += "<IAssembly ID='a" + std::to_string(i) + "'><ChildSet><IInstance ID='i" + std::to_string(i) +
+               "'><Child ID='a" + std::to_string(i + 1) + "'/></IInstance></ChildSet></IAssembly>";
+    xml += "<IPart ID='a" + std::to_string(kLevels - 1) + "'><ChildSet>";
+    for (int i = 0; i < kLevels; ++i)
+        xml += std::string("<") + GetParam() + " xmlns='' ID='g" + std::to_string(i) + "'><ChildSet xmlns=''>";
+    for (int i = 0; i < kLevels; ++i)
+        xml += std::string("</ChildSet></") + GetParam() + ">";
+    TestScene scene(xml + "</ChildSet></IPart></Scene>");
+    RunOnStack(kSmallStack, [&] { scene.Begin(); });
+    EXPECT_TRUE(scene.Has("g999"));
+    EXPECT_TRUE(scene.Has("i0"));
+}
+
 INSTANTIATE_TEST_SUITE_P(Each, GeometryBundle, testing::Values("IGeometricSet", "IExtensionGeometry"),
                          [](auto const& test) { return std::string(test.param); });
 
