@@ -148,6 +148,9 @@ constexpr std::u16string_view kObjectNames[] = {
 bool ScanDocument(xercesc::XercesDOMParser const* parser, UTF16String const& sceneFilePath, XMLProducerImpl& producer)
 {
     ClassicLocaleScope const classicLocale;
+    // What an earlier reading of the scene took belongs to its objects, and may be gone with them.
+    producer.sideFileIndex->bodyEntities.clear();
+    producer.sideFileIndex->curveEntities.clear();
     Scan const scan{sceneFilePath, producer};
     xercesc::DOMDocument const* const document = const_cast<xercesc::XercesDOMParser*>(parser)->getDocument();
     for (DOMNode* const node : Children(document->getDocumentElement()))

@@ -1,6 +1,8 @@
 #include "framework/kernel/history_stream.h"
 
 #include <algorithm>
+#include <mutex>
+#include <unordered_set>
 
 #include "framework/kernel/curve.h"
 #include "framework/kernel/entity.h"
@@ -9,11 +11,40 @@
 namespace KVR
 {
 
-HISTORY_STREAM::HISTORY_STREAM() = default;
+namespace
+{
+
+// All streams there are. Threads share it, as they may hand streams on.
+struct Registry
+{
+    std::mutex mutex;
+    std::unordered_set<HISTORY_STREAM const*> streams;
+};
+
+Registry& AllStreams()
+{
+    // It outlives whatever ends streams at the program's end.
+    static Registry& registry = *new Registry;
+    return registry;
+}
+
+}  // namespace
+
+HISTORY_STREAM::HISTORY_STREAM()
+{
+    Registry& registry = AllStreams();
+    std::lock_guard const lock(registry.mutex);
+    registry.streams.insert(this);
+}
 
 HISTORY_STREAM::~HISTORY_STREAM()
 {
     Clear();
+    {
+        Registry& registry = AllStreams();
+        std::lock_guard const lock(registry.mutex);
+        registry.streams.erase(this);
+    }
     GLOBAL_DATA& data = gki_global_data();
     if (data.activeStream == this)
         data.activeStream = nullptr;
@@ -72,6 +103,13 @@ std::size_t HISTORY_STREAM::CurveCount() const noexcept
     for (auto const& stream : m_streams)
         count += stream->CurveCount();
     return count;
+}
+
+bool gki_is_history_stream(HISTORY_STREAM const* stream)
+{
+    Registry& registry = AllStreams();
+    std::lock_guard const lock(registry.mutex);
+    return registry.streams.contains(stream);
 }
 
 }  // namespace KVR

@@ -43,4 +43,7 @@ private:
     std::vector<std::unique_ptr<HISTORY_STREAM>> m_streams;
 };
 
+/// Whether there is a stream at that address, in any thread.
+KVR_KERNEL_API bool gki_is_history_stream(HISTORY_STREAM const* stream);
+
 }  // namespace KVR
