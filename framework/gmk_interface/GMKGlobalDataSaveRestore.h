@@ -7,7 +7,7 @@ namespace KVR
 {
 
 /// Keeps the kernel's global data of the calling thread, the active history stream among it, and puts it back at the
-/// end of the scope. A stream that was active has to live that long.
+/// end of the scope. A stream that was active and ended meanwhile is active no more.
 class KVR_GMK_INTERFACE_API GMKGlobalDataSaveRestore
 {
 public:
