@@ -1,5 +1,6 @@
 #include "bench/StructureMeasures.h"
 
+#include <functional>
 #include <memory>
 #include <random>
 #include <stdexcept>
@@ -88,7 +89,10 @@ double MeasureLoads(IProducer& producer, unsigned instances)
     return seconds / kLoads * 1e9;
 }
 
-Figures RunProducer(Scenes const& scenes, unsigned instances)
+// Asks for objects when the scene was read, and answers how long one took in nanoseconds.
+using Loads = std::function<double(IProducer& producer)>;
+
+Figures RunProducer(Scenes const& scenes, Loads const& loads)
 {
     xercesc::XMLPlatformUtils::Initialize();
     {
@@ -99,19 +103,35 @@ Figures RunProducer(Scenes const& scenes, unsigned instances)
     XMLProducer producer(UTF16String(scenes.measured.wstring()), nullptr);
     double const begin = SecondsOf([&] { Begin(producer); });
     double const memory = PeakResidentBytes() - memoryBefore;
-    double const load = MeasureLoads(producer, instances);
+    double const load = loads(producer);
     double const end = SecondsOf([&] { producer.EndProcess(); });
     return {{"begin", begin}, {"memory", memory}, {"load", load}, {"end", end}};
+}
+
+Round Measure(Scenes const& scenes, Loads const& loads)
+{
+    Figures const bare = InChildProcess([&] { return ParseBare(scenes); });
+    Figures const producer = InChildProcess([&] { return RunProducer(scenes, loads); });
+    return {bare.at("seconds"),    bare.at("memory"),   producer.at("begin"),
+            producer.at("memory"), producer.at("load"), producer.at("end")};
 }
 
 }  // namespace
 
 Round MeasureRound(Scenes const& scenes, unsigned instances)
 {
-    Figures const bare = InChildProcess([&] { return ParseBare(scenes); });
-    Figures const producer = InChildProcess([&] { return RunProducer(scenes, instances); });
-    return {bare.at("seconds"),    bare.at("memory"),   producer.at("begin"),
-            producer.at("memory"), producer.at("load"), producer.at("end")};
+    return Measure(scenes, [&](IProducer& producer) { return MeasureLoads(producer, instances); });
+}
+
+Round MeasureRound(Scenes const& scenes, std::string const& id)
+{
+    return Measure(scenes,
+                   [&](IProducer& producer)
+                   {
+                       if (!producer.Load(UTF8String(id.c_str())))
+                           throw std::runtime_error("The producer lacks an object of the scene");
+                       return 0.0;
+                   });
 }
 
 }  // namespace KVR::Bench

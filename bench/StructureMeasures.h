@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <string>
 
 namespace KVR::Bench
 {
@@ -26,5 +27,8 @@ struct Scenes
 
 /// Throws std::runtime_error when a process fails or finds another number of instances.
 Round MeasureRound(Scenes const& scenes, unsigned instances);
+
+/// The same without loads, for a scene of any kind that must serve an object of that id.
+Round MeasureRound(Scenes const& scenes, std::string const& id);
 
 }  // namespace KVR::Bench

@@ -19,6 +19,8 @@
 #include "host/dump/DumpOptions.h"
 #include "host/tree/Tree.h"
 #include "host/tree/TreeOptions.h"
+#include "host/views/SceneViews.h"
+#include "host/views/Views.h"
 
 namespace KVR
 {
@@ -98,6 +100,30 @@ int Tree(SceneOptions const& scene, TreeOptions const& options)
     return kExit_Failed;
 }
 
+int Views(SceneOptions const& scene, bool asJson)
+{
+    SceneFile file(scene);
+    SceneReading const reading = SceneReading::Of(file.Producer());
+    if (reading.failure)
+    {
+        Complain(SceneProblem(scene, *reading.failure));
+        return kExit_Failed;
+    }
+    if (!reading.rootId)
+    {
+        Complain(Escaped(scene.path) + ": the scene has no root file, so there are no views to show");
+        return kExit_Failed;
+    }
+    Output out(STDOUT_FILENO);
+    SceneViews const views = SceneViews::Of(file.Producer(), *reading.rootId);
+    if (asJson)
+        WriteViewsAsJson(views, out);
+    else
+        WriteViewsAsTable(views, out);
+    out.Flush();
+    return kExit_Good;
+}
+
 int Run(std::function<int()> const& command)
 {
     try
@@ -163,6 +189,11 @@ int RunProgram(int argc, char const* const* argv)
         ->type_name("N")
         ->capture_default_str();
 
+    bool viewsAsJson = false;
+    CLI::App& views = *app.add_subcommand("views", "Show a table of the views and cameras that a scene serves");
+    AddSceneOptions(views, scene);
+    views.add_flag("--json", viewsAsJson, "Print JSON");
+
     try
     {
         app.parse(argc, argv);
@@ -173,7 +204,11 @@ int RunProgram(int argc, char const* const* argv)
     }
     treeOptions.color = WantsColor(color);
     treeOptions.colorBlocks = treeOptions.color && IsTerminal();
-    return Run([&] { return dump.parsed() ? Dump(scene, dumpOptions) : Tree(scene, treeOptions); });
+    if (dump.parsed())
+        return Run([&] { return Dump(scene, dumpOptions); });
+    if (views.parsed())
+        return Run([&] { return Views(scene, viewsAsJson); });
+    return Run([&] { return Tree(scene, treeOptions); });
 }
 
 }  // namespace KVR

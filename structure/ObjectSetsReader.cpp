@@ -44,8 +44,11 @@ bool ReadObjectSets(XMLProducerImpl* producer, DOMNode* node, AttributeSetIds& s
     for (DOMNode* const child : Children(node))
     {
         Match(child,                                                                                  //
+              On(u"GroupSet", [&] { ReadInto(producer, child, &ReadGroupSet, sets.groups); }),        //
+              On(u"LayerSet", [&] { ReadInto(producer, child, &ReadLayerSet, sets.layers); }),        //
               On(u"TextureSet", [&] { ReadInto(producer, child, &ReadTextureSet, sets.textures); }),  //
-              On(u"StyleSet", [&] { ReadStylesInto(producer, child, vitreolAssets, sets.styles); }));
+              On(u"StyleSet", [&] { ReadStylesInto(producer, child, vitreolAssets, sets.styles); }),  //
+              On(u"LodSet", [&] { ReadInto(producer, child, &ReadLodSet, sets.lods); }));
     }
     return node != nullptr;
 }
@@ -54,6 +57,10 @@ bool ReadObjectSetsWithViews(XMLProducerImpl* producer, DOMNode* node, Attribute
                              VitreolAssets& vitreolAssets)
 {
     Ignored(ReadObjectSets(producer, node, sets, vitreolAssets));
+    for (DOMNode* const child : Children(node))
+        Match(child, On(u"CameraSet", [&] { ReadInto(producer, child, &ReadCameraSet, sets.cameras); }));
+    for (DOMNode* const child : Children(node))
+        Match(child, On(u"ViewSet", [&] { ReadInto(producer, child, &ReadViewSet, sets.views); }));
     return node != nullptr;
 }
 

@@ -6,6 +6,7 @@
 #include "readers/ChangeKeyReader.h"
 #include "readers/ExtensionDataReader.h"
 #include "structure/ChildBuilders.h"
+#include "structure/XMLAssemblyFeatureOverride.h"
 #include "structure/XMLInstance.h"
 
 namespace KVR
@@ -23,10 +24,21 @@ bool BuildInstance(ChildContext const& context, xercesc::DOMNode* node, std::vec
     return true;
 }
 
+bool BuildFeatureOverride(ChildContext const& context, xercesc::DOMNode* node, std::vector<AssemblyChildId>& children)
+{
+    auto featureOverride = std::make_unique<XMLAssemblyFeatureOverride>(context.producer);
+    if (!featureOverride->ReadFromXML(node, context.bodyEntities, context.meshStore))
+        return false;
+    children.emplace_back(static_cast<IAssemblyFeatureOverride const*>(featureOverride.get()));
+    context.producer->objectCollector->AddObject(featureOverride.release());
+    return true;
+}
+
 constexpr ChildRow<AssemblyChildId> kChildRows[] = {
     {u"IInstance", &BuildInstance, kOnFailure_Abort},
     {u"ICurve", &BuildCurve<AssemblyChildId>, kOnFailure_Next},
     {u"IPolygonMesh", &BuildPolygonMesh<AssemblyChildId>, kOnFailure_Next},
+    {u"IAssemblyFeatureOverride", &BuildFeatureOverride, kOnFailure_Abort},
     {u"Child", &BuildChildRef<AssemblyChildId>, kOnFailure_Next},
 };
 

@@ -27,17 +27,46 @@ struct IdSet::Content
 
     bool Find(UTF8String const& id)
     {
-        if (ids.size() <= UniqueIndex::kShortList)
+        if (IsShort())
             return std::find(ids.begin(), ids.end(), id) != ids.end();
-        auto const find = [this](UTF8String const& text, std::size_t hash)
-        { return index.Find(hash, [&](std::uint32_t position) { return ids[position] == text; }); };
+        CompleteIndex();
+        return Find(id, HashOf(id));
+    }
+
+    template <class Id>
+    void AddUnlessFound(Id&& id)
+    {
+        if (IsShort())
+        {
+            if (!Find(id))
+                ids.push_back(std::forward<Id>(id));
+            return;
+        }
+        CompleteIndex();
+        // One hash for both, which is much of the time that a long list takes.
+        std::size_t const hash = HashOf(id);
+        if (Find(id, hash))
+            return;
+        ids.push_back(std::forward<Id>(id));
+        index.Add(hash, static_cast<std::uint32_t>(indexed++));
+    }
+
+private:
+    bool IsShort() const { return ids.size() <= UniqueIndex::kShortList; }
+
+    bool Find(UTF8String const& id, std::size_t hash) const
+    {
+        return index.Find(hash, [&](std::uint32_t position) { return ids[position] == id; }) != UniqueIndex::kAbsent;
+    }
+
+    void CompleteIndex()
+    {
         for (; indexed < ids.size(); ++indexed)
         {
             std::size_t const hash = HashOf(ids[indexed]);
-            if (find(ids[indexed], hash) == UniqueIndex::kAbsent)
+            if (!Find(ids[indexed], hash))
                 index.Add(hash, static_cast<std::uint32_t>(indexed));
         }
-        return find(id, HashOf(id)) != UniqueIndex::kAbsent;
     }
 };
 
@@ -68,14 +97,12 @@ IdSet::Content& IdSet::Owned()
 
 void IdSet::AddWithUniquenessCheck(UTF8String const& id)
 {
-    if (!Owned().Find(id))
-        m_content->ids.push_back(id);
+    Owned().AddUnlessFound(id);
 }
 
 void IdSet::AddWithUniquenessCheck(UTF8String&& id)
 {
-    if (!Owned().Find(id))
-        m_content->ids.push_back(std::move(id));
+    Owned().AddUnlessFound(std::move(id));
 }
 
 void IdSet::AddWithoutUniquenessCheck(UTF8String const& id)

@@ -81,6 +81,26 @@ constexpr Answers kHelper = {true, false, false, false, true, true, true, true, 
 constexpr Answers kTrueWord = {false, false, false, false, false, true, false,
                                false, false, false, false, false, false};
 
+// "True", the empty text and absence.
+constexpr Answers kTrueWordOrNothing = {false, false, false, false, false, true, false,
+                                        false, false, false, true,  false, true};
+// Any integer but 0, and what absence means.
+constexpr Answers NotZero(bool ifAbsent)
+{
+    return {true, false, true, true, false, false, false, false, true, true, false, false, ifAbsent};
+}
+
+std::string InPart(std::string const& sets)
+{
+    return "<S><IPart ID=\"p\"><AttributeSet>" + sets + "</AttributeSet></IPart></S>";
+}
+
+bool DepthField(TestScene& scene)
+{
+    bool defined = false;
+    return scene.Get<ICamera>("k").IsDepthFieldDefined(defined) == kIsValueSpecified_Yes && defined;
+}
+
 class BooleanAttribute : public testing::TestWithParam<Attribute>
 {
 };
@@ -119,6 +139,24 @@ INSTANTIATE_TEST_SUITE_P(
                   R"(<S><IFile ID="f" @><ChildSet><A ID="a" Type="IAssembly"/></ChildSet></IFile>
                      <IFile ID="g"/></S>)",
                   "IsRoot", &Structure, kOneElseFalse},
+        Attribute{"FeatureOverrideVisibility",
+                  R"(<S><IAssembly ID="a"><ChildSet><IAssemblyFeatureOverride ID="o" @/></ChildSet></IAssembly></S>)",
+                  "Visibility", [](TestScene& scene) { return scene.Get<IAssemblyFeatureOverride>("o").IsVisible(); },
+                  kHelper},
+        Attribute{"LayerVisibility", InPart(R"(<LayerSet><ILayer ID="l"><LayerInfo @/></ILayer></LayerSet>)"),
+                  "Visibility", [](TestScene& scene) { return scene.Get<ILayer>("l").IsVisible(); },
+                  kTrueWordOrNothing},
+        Attribute{"CameraIsDepthFieldDefined", InPart(R"(<CameraSet><ICamera ID="k" Label="" @/></CameraSet>)"),
+                  "IsDepthFieldDefined", &DepthField, NotZero(false)},
+        Attribute{"ViewVisibility", InPart(R"(<ViewSet><IView ID="v" Label="" @/></ViewSet>)"), "Visibility",
+                  [](TestScene& scene) { return scene.Get<IView>("v").IsVisible(); }, NotZero(true)},
+        Attribute{"ViewIsActive", InPart(R"(<ViewSet><IView ID="v" Label="" @/></ViewSet>)"), "IsActive",
+                  [](TestScene& scene) { return scene.Get<IView>("v").IsActive(); }, NotZero(true)},
+        Attribute{"ViewMemberVisibility",
+                  InPart(R"(<ViewSet><IView ID="v" Label=""><ViewMember><ViewMemberChild><EntityVisibility @/>
+                            </ViewMemberChild></ViewMember></IView></ViewSet>)"),
+                  "Visibility", [](TestScene& scene) { return scene.Get<IView>("v").EntityVisibilityAt(0); },
+                  NotZero(false)},
         Attribute{"BoolProperty",
                   R"(<S><IPart ID="p"><FileProperties><CustomProperties><CustomProperty Key="k" Type="kBool" @/>
                      </CustomProperties></FileProperties></IPart></S>)",

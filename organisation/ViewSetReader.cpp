@@ -1,0 +1,114 @@
+#include <memory>
+#include <utility>
+
+#include "framework/api/ObjectCollector.h"
+#include "framework/xml_util/DomWalk.h"
+#include "framework/xml_util/XMLStrUtil.h"
+#include "organisation/XMLView.h"
+#include "producer/ElementReaders.h"
+#include "producer/XMLProducerImpl.h"
+#include "readers/BooleanText.h"
+#include "readers/ExtensionDataReader.h"
+#include "readers/Ignored.h"
+#include "readers/ReferenceReader.h"
+
+namespace KVR
+{
+
+namespace
+{
+
+using xercesc::DOMNode;
+
+bool IsNotZero(XMLCh const* text)
+{
+    return XMLStrUtil::XMLStrToInt(text) != 0;
+}
+
+// Kept: any integer but 0 means shown here, where an instance wants "1" and a layer "True".
+constexpr BooleanForm kVisibility_NotZeroAbsentShown = {&IsNotZero, true};
+constexpr BooleanForm kActive_NotZeroAbsentActive = {&IsNotZero, true};
+constexpr BooleanForm kMemberVisibility_NotZeroElseHidden = {&IsNotZero, false};
+
+// Kept: the ids of the path stay as written, also where those of the styles beside it are mapped.
+IdSet ReadPath(DOMNode const* node)
+{
+    return ParseOccurrencePath(XMLStrUtil::XMLStrToAStr(AttributeText(node, u"Path")));
+}
+
+void ReadTransform(DOMNode* node, Matrix3d& transform)
+{
+    XMLCh const* const text = TextContent(node);
+    if (text && *text != 0)
+        XMLStrUtil::GetTransfFromStr(text, transform);
+}
+
+void ReadMember(XMLProducerImpl* producer, DOMNode const* node, XMLView& view)
+{
+    IdSet path;
+    ViewMemberRecord record;
+    for (DOMNode* const child : Children(node))
+    {
+        Match(child,                                                   //
+              On(u"OccurrencePath", [&] { path = ReadPath(child); }),  //
+              On(u"EntityVisibility",
+                 [&] { record.visible = ReadBoolean(child, u"Visibility", kMemberVisibility_NotZeroElseHidden); }),
+              On(u"Styles", [&] { Ignored(ReadStyleRefs(producer, child, record.styles)); }),  //
+              On(u"Transform", [&] { ReadTransform(child, record.transform); }));
+    }
+    view.AddViewMember(std::move(path), std::move(record));
+}
+
+void ReadMembers(XMLProducerImpl* producer, DOMNode const* node, XMLView& view)
+{
+    for (DOMNode const* const child : Children(node))
+        Match(child, On(u"ViewMemberChild", [&] { ReadMember(producer, child, view); }));
+}
+
+void ReadLengthUnit(DOMNode const* node, XMLView& view)
+{
+    // A text that is no unit leaves what an earlier element set.
+    UnitTypeEnum unit = kUnitType_Unknown;
+    Ignored(view.LengthUnit(unit));
+    Ignored(XMLStrUtil::StringToUnitType(XMLStrUtil::XMLStrToAStr(AttributeText(node, u"LengthUnit")), unit));
+    view.SetLengthUnit(unit);
+}
+
+std::unique_ptr<XMLView> ReadView(XMLProducerImpl* producer, DOMNode const* node, UTF8String id)
+{
+    auto view = std::make_unique<XMLView>(XMLStrUtil::XMLStrToWStr(AttributeText(node, u"Label")), std::move(id));
+    view->SetVersionPersistentId(XMLStrUtil::XMLStrToAStr(AttributeText(node, u"VersionPersistentId")));
+    view->SetVisible(ReadBoolean(node, u"Visibility", kVisibility_NotZeroAbsentShown));
+    view->SetActive(ReadBoolean(node, u"IsActive", kActive_NotZeroAbsentActive));
+    IdSet cameras;
+    // Kept: extension data of a view is not kept, and neither is a change key.
+    for (DOMNode* const child : Children(node))
+    {
+        Match(child,                                                            //
+              On(u"Unit", [&] { ReadLengthUnit(child, *view); }),               //
+              On(u"ViewMember", [&] { ReadMembers(producer, child, *view); }),  //
+              On(u"CameraSet", [&] { Ignored(ReadCameraRefs(producer, child, cameras)); }));
+    }
+    view->FinishMembers();
+    view->SetCameraSet(std::move(cameras));
+    return view;
+}
+
+}  // namespace
+
+bool ReadViewSet(XMLProducerImpl* producer, DOMNode* node, std::vector<UTF8String>& ids)
+{
+    // Kept: an element of any name is a view.
+    for (DOMNode const* const child : Children(node))
+    {
+        UTF8String id = XMLStrUtil::XMLStrToAStr(AttributeText(child, u"ID"));
+        producer->ApplyIdMapping(id);
+        // Kept: an id that is taken is listed all the same.
+        ids.push_back(id);
+        if (!producer->objectCollector->HasObject(id))
+            producer->objectCollector->AddObject(ReadView(producer, child, std::move(id)).release());
+    }
+    return node != nullptr;
+}
+
+}  // namespace KVR

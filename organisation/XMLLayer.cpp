@@ -1,0 +1,113 @@
+#include "organisation/XMLLayer.h"
+
+#include <memory>
+
+#include "framework/api/ObjectCollector.h"
+#include "framework/xml_util/DomWalk.h"
+#include "framework/xml_util/XMLStrUtil.h"
+#include "organisation/ItemsText.h"
+#include "producer/ElementReaders.h"
+#include "producer/XMLProducerImpl.h"
+#include "readers/ChangeKeyReader.h"
+#include "readers/ExtensionDataReader.h"
+#include "readers/Ignored.h"
+#include "readers/ReferenceReader.h"
+
+namespace KVR
+{
+
+XMLLayer::XMLLayer(UTF16String label, UTF16String description, UTF8String id, int number, bool visible,
+                   XMLCh const* changeKey)
+    : ObjectState(std::move(id), std::move(label)),
+      m_description(std::move(description)),
+      m_layerNumber(number),
+      m_visible(visible)
+{
+    m_changeKey = changeKey;
+}
+
+XMLLayer::~XMLLayer() = default;
+
+namespace
+{
+
+using xercesc::DOMNode;
+
+// Kept: the word counts here and not "1", and nothing, or an empty text, means shown.
+bool IsShown(XMLCh const* visibility)
+{
+    return !visibility || *visibility == 0 || Equals(visibility, u"True");
+}
+
+// What the elements inside a layer say about it.
+struct LayerFields
+{
+    XMLCh const* number = nullptr;
+    XMLCh const* description = nullptr;
+    XMLCh const* visibility = nullptr;
+    XMLCh const* items = nullptr;
+    XMLCh const* changeKey = nullptr;
+    ExtensionDataContent extensionData;
+    IdSet styles;
+};
+
+void KeepFirst(DOMNode const* node, XMLCh const* name, XMLCh const*& text)
+{
+    if (!text)
+        text = AttributeText(node, name);
+}
+
+// Kept: "LayerInfo" and "GeometryItems" have one set of attributes between them, so each may state what usually stands
+// in the other.
+void ReadCommonAttributes(DOMNode const* node, LayerFields& fields)
+{
+    KeepFirst(node, u"ID", fields.number);
+    KeepFirst(node, u"Description", fields.description);
+    KeepFirst(node, u"Visibility", fields.visibility);
+    KeepFirst(node, u"Items", fields.items);
+}
+
+void ReadLayer(XMLProducerImpl* producer, DOMNode const* node, UTF8String const& id)
+{
+    LayerFields fields;
+    for (DOMNode* const child : Children(node))
+    {
+        Match(child,                                                                           //
+              On(u"LayerInfo", [&] { ReadCommonAttributes(child, fields); }),                  //
+              On(u"GeometryItems", [&] { ReadCommonAttributes(child, fields); }),              //
+              On(u"ChangeKey", [&] { Ignored(ReadChangeKey(child, fields.changeKey)); }),      //
+              On(u"Styles", [&] { Ignored(ReadStyleRefs(producer, child, fields.styles)); }),  //
+              // Kept: one content, written over by each element.
+              On(u"ExtensionData", [&] { Ignored(ReadExtensionData(child, fields.extensionData)); }));
+    }
+    auto layer = std::make_unique<XMLLayer>(
+        XMLStrUtil::XMLStrToWStr(AttributeText(node, u"Label")), XMLStrUtil::XMLStrToWStr(fields.description), id,
+        XMLStrUtil::XMLStrToInt(fields.number), IsShown(fields.visibility), fields.changeKey);
+    if (!fields.extensionData.TypeId().IsEmpty())
+        layer->AddExtensionDataContent(fields.extensionData);
+    layer->SetVersionPersistentId(XMLStrUtil::XMLStrToAStr(AttributeText(node, u"VersionPersistentId")));
+    layer->SetStyles(std::move(fields.styles));
+    IdSet items;
+    AddItems(*producer, fields.items, items);
+    layer->SetGeometryItems(std::move(items));
+    producer->objectCollector->AddObject(layer.release());
+}
+
+}  // namespace
+
+bool ReadLayerSet(XMLProducerImpl* producer, DOMNode* node, std::vector<UTF8String>& ids)
+{
+    for (DOMNode const* const child : Children(node))
+    {
+        if (!IsNamed(child, u"ILayer"))
+            continue;
+        UTF8String id = XMLStrUtil::XMLStrToAStr(AttributeText(child, u"ID"));
+        producer->ApplyIdMapping(id);
+        // Kept: a layer of an id that is taken is read and registered again.
+        ids.push_back(id);
+        ReadLayer(producer, child, id);
+    }
+    return node != nullptr;
+}
+
+}  // namespace KVR
