@@ -88,8 +88,8 @@ bool IsXmlText(UTF16String const& text)
 {
     for (wchar_t const wide : text.View())
     {
-        auto const c = static_cast<unsigned long>(wide);
-        bool const isControl = c < 0x20 && c != '\t' && c != '\n' && c != '\r';
+        auto const c = static_cast<char32_t>(wide);
+        bool const isControl = c < U' ' && c != U'\t' && c != U'\n' && c != U'\r';
         if (isControl || c == 0xFFFE || c == 0xFFFF)
             return false;
     }

@@ -34,6 +34,11 @@ public:
     void U64s(std::span<std::uint64_t const> values);
     void F64s(std::span<double const> values);
 
+    /// The open file, for writers of other libraries; still owned, and Position does not count what they write.
+    std::FILE* File() const noexcept { return m_file; }
+    /// Throws the exception of a refusal.
+    [[noreturn]] void Fail() const;
+
     std::uint64_t Position() const noexcept { return m_position; }
     /// Writes over an item at a position behind which writing goes on where it was.
     void PatchU64(std::uint64_t position, std::uint64_t value);
@@ -42,8 +47,6 @@ public:
     void Commit();
 
 private:
-    [[noreturn]] void Fail() const;
-
     UTF16String m_path;
     UTF8String m_temporaryPath;
     std::FILE* m_file;

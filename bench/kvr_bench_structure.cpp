@@ -9,7 +9,6 @@
 #include <filesystem>
 #include <functional>
 #include <iterator>
-#include <stdexcept>
 #include <string>
 #include <vector>
 

@@ -23,6 +23,8 @@ public:
     {
         for (unsigned long long i = 0; i < file->ChildCount(); ++i)
             Reach(file->ChildAt(i).Id());
+        Reach(file->StyleSet());
+        Reach(file->TextureSet());
         UTF8String id;
         UTF16String path;
         for (unsigned long long i = 0; i <= file->RefFileCount(); ++i)
@@ -54,6 +56,32 @@ public:
         Ask(part->FileProperties());
     }
 
+    void Visit(IRenderStyle* style) override
+    {
+        Color color;
+        UTF8String text;
+        double number = 0.0;
+        IRenderStyle::ShadingModelType model = IRenderStyle::kShadingModel_Default;
+        style->DiffuseColor(color);
+        style->Transparency(color);
+        style->Transparency(number);
+        style->BumpMap(text);
+        style->ShaderType(model);
+        UTF16String wide;
+        if (auto const* const vitreol = dynamic_cast<IVitreolRenderStyle const*>(style))
+            vitreol->VitreolLibraryId(wide);
+    }
+
+    void Visit(IMaterialTexture* texture) override
+    {
+        int integer = 0;
+        double x = 0.0;
+        double y = 0.0;
+        texture->TextureType(integer);
+        texture->TextureDimensions(integer, integer);
+        texture->TextureScale(x, y);
+    }
+
     void Visit(IInstance* instance) override
     {
         Reach(instance->TargetId().Id());
@@ -65,6 +93,12 @@ public:
     {
         if (m_met.insert(id).second)
             m_queue.push_back(id);
+    }
+
+    void Reach(IdSet const& ids)
+    {
+        for (unsigned long long i = 0; i < ids.Size(); ++i)
+            Reach(ids[i]);
     }
 
     void Run(XMLProducer& producer)

@@ -5,6 +5,9 @@
 #include "framework/api/ICurveData.h"
 #include "framework/api/ObjectCollector.h"
 #include "framework/api/Subscript.h"
+#include "framework/gmk_interface/GMKGlobalDataSaveRestore.h"
+#include "framework/gmk_interface/GMKHistoryUtil.h"
+#include "framework/kernel/curve.h"
 #include "framework/xml_util/StoreCursor.h"
 #include "framework/xml_util/XMLUtils.h"
 #include "geometry/curvedata/CreateCurveData.h"
@@ -32,7 +35,15 @@ XMLCurve::XMLCurve(XMLProducerImpl* producer, StoreCursor& store, std::uint32_t 
     m_curveData.emplace_back(CreateCurveData(store, kind, 0));
 }
 
-XMLCurve::~XMLCurve() = default;
+XMLCurve::~XMLCurve()
+{
+    if (m_kernelCurves.empty())
+        return;
+    GMKGlobalDataSaveRestore const guard;
+    GMKHistoryUtil::SetActiveHistoryStream(m_producer->GetHistoryStream());
+    for (curve* const held : m_kernelCurves)
+        GMK::curve_xs(held).destroy();
+}
 
 void XMLCurve::ReadCurveData() const
 {

@@ -13,6 +13,7 @@
 #include "framework/xml_util/VitreolBlobExternalFileReader.h"
 #include "framework/xml_util/XMLStrUtil.h"
 #include "framework/xml_util/XMLUtils.h"
+#include "geometry/KernelStore.h"
 #include "mesh/SideStoreReader.h"
 #include "producer/ClassicLocaleScope.h"
 #include "producer/ObjectNodeIndex.h"
@@ -59,6 +60,16 @@ UTF16String PathText(DOMNode const* node)
     return path;
 }
 
+void LoadKernelStore(Scan const& scan, DOMNode const* node)
+{
+    UTF16String const path = PathText(node);
+    if (path.IsEmpty())
+        return;
+    SideFileIndex& index = *scan.producer.sideFileIndex;
+    KernelStoreContext const context{scan.sceneFilePath, scan.producer};
+    Ignored(RestoreKernelStore(context, path, index.curveEntities, index.bodyEntities));
+}
+
 template <bool kGeometryInfoLayout>
 void LoadMeshStore(Scan const& scan, DOMNode const* node)
 {
@@ -75,7 +86,7 @@ void LoadMeshSegmentStore(Scan const& scan, DOMNode const* node)
 }
 
 // An info section names a side file. Its switch, where it has one, must be exactly "True" and its "Path" present, or
-// the file is not touched. A section without a loader is known by its name, and its file is left alone.
+// the file is not touched.
 struct InfoRow
 {
     std::u16string_view name;
@@ -86,7 +97,7 @@ struct InfoRow
 constexpr XMLCh const* kSwitchedOn = u"True";
 
 constexpr InfoRow kInfoRows[] = {
-    {u"SatInfo", nullptr, nullptr},
+    {u"SatInfo", nullptr, &LoadKernelStore},
     {u"GeometryInfo", u"GenerateGeometry", &LoadMeshStore<true>},
     {u"MeshSegmentInfo", u"GenerateMeshSegment", &LoadMeshSegmentStore},
     {u"MeshInfo", u"GenerateMesh", &LoadMeshStore<false>},
@@ -101,7 +112,7 @@ bool ReadInfoSection(Scan const& scan, DOMNode const* node, XMLCh const* name)
         if (!Equals(name, row.name))
             continue;
         bool const isOn = !row.switchAttribute || Equals(AttributeText(node, row.switchAttribute), kSwitchedOn);
-        if (row.load && isOn && AttributeText(node, u"Path"))
+        if (isOn && AttributeText(node, u"Path"))
             row.load(scan, node);
         return true;
     }

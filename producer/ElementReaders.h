@@ -19,6 +19,11 @@ class ObjectNodeIndex;
 class XMLInstance;
 class XMLProducerImpl;
 
+/// Builds the body object of an element, with the body that a kernel store held under the element's id, and registers
+/// it; true always, also when the id is registered already and without a body. `id` becomes the object's own id.
+[[nodiscard]] bool ReadBrep(XMLProducerImpl* producer, xercesc::DOMNode* node, BodyEntities& bodyEntities,
+                            UTF8String& id);
+
 /// Dresses the curve that a store built under the element's id, and registers it; true also for an id that is
 /// registered already. `id` becomes the object's own id. False when no store held one.
 [[nodiscard]] bool ReadCurveFromStore(XMLProducerImpl* producer, xercesc::DOMNode* node, CurveStore& curveStore,

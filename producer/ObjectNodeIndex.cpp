@@ -89,10 +89,16 @@ ObjectNodeIndex::Outcome ObjectNodeIndex::ReadObject(DOMNode* node)
         Match(node, On(u"IFile", [&] { ReadFile(node); }),
               On(u"IAssembly", [&] { ReadComponent<XMLAssembly>(*m_producer, node); }),
               On(u"IPart", [&] { ReadComponent<XMLPart>(*m_producer, node); }),
-              On(u"IInstance", [&] { Ignored(ReadInstance(node, *this)); }),
+              On(u"IInstance", [&] { Ignored(ReadInstance(node, *this)); }), On(u"IBrep", [&] { ReadBody(node); }),
               On(u"ICurve", [&] { outcome = ReadCurve(node); }), On(u"IPolygonMesh", [&] { ReadMesh(node); }));
     outcome.isDone = outcome.isDone && isKnown;
     return outcome;
+}
+
+void ObjectNodeIndex::ReadBody(DOMNode* node)
+{
+    UTF8String id;
+    Ignored(ReadBrep(m_producer, node, m_producer->sideFileIndex->bodyEntities, id));
 }
 
 void ObjectNodeIndex::ReadMesh(DOMNode* node)

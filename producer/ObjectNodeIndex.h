@@ -49,6 +49,7 @@ private:
 
     Outcome ReadObject(xercesc::DOMNode* node);
     Outcome ReadCurve(xercesc::DOMNode* node);
+    void ReadBody(xercesc::DOMNode* node);
     void ReadMesh(xercesc::DOMNode* node);
     void ReadFile(xercesc::DOMNode* node);
     void ChooseRootFile();

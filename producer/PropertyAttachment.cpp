@@ -9,6 +9,7 @@
 #include "framework/api/PropertyDatabase.h"
 #include "framework/xml_util/PropertyStream.h"
 #include "framework/xml_util/XMLObject.h"
+#include "producer/ClassicLocaleScope.h"
 #include "producer/XMLProducerImpl.h"
 
 namespace KVR
@@ -82,6 +83,7 @@ void AttachProperties(UTF16String const& sceneFilePath, XMLProducerImpl& produce
 {
     if (!producer.objectCollector)
         return;
+    ClassicLocaleScope const classicLocale;
     Attachment attachment(producer);
     StreamProperties(sceneFilePath, attachment);
 }

@@ -21,6 +21,7 @@ namespace KVR
 {
 
 class EventManager;
+class HISTORY_STREAM;
 class ObjectNodeIndex;
 class SideFileIndex;
 class XMLFileQueryResult;
@@ -61,6 +62,9 @@ public:
     /// id that was never mapped while ids are mapped gives false.
     bool QueryMappedObject(UTF8String const& id, UTF8String& mapped) const;
 
+    /// The kernel history stream that the scene's bodies and curves belong to, made when it is first asked for; owned.
+    HISTORY_STREAM* GetHistoryStream();
+
     /// The enumerator that a text names; false, with the output left alone, for any other text.
     static bool PointMarkerType(UTF16String const& text, IRenderStyle::PointStyleMarkerTypeEnum& type);
     static bool CurveFontType(UTF16String const& text, IRenderStyle::CurveStyleFontTypeEnum& type);
@@ -85,6 +89,11 @@ public:
 private:
     using IdMap = std::unordered_map<UTF8String, UTF8String>;
 
+    struct EndHistoryStream
+    {
+        void operator()(HISTORY_STREAM* stream) const noexcept;
+    };
+
     bool OpenDocument();
 
     UTF16String m_fileName;
@@ -92,6 +101,7 @@ private:
     unsigned int m_newObjectIdCounter = 0;
     UTF8String m_newObjectIdPrefix;
     std::unique_ptr<IdMap> m_objectIdMap;
+    std::unique_ptr<HISTORY_STREAM, EndHistoryStream> m_historyStream;
     std::unique_ptr<xercesc::XercesDOMParser> m_parser;
     std::unique_ptr<XMLFileQueryResult> m_queryResult;
 };

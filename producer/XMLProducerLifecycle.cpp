@@ -7,6 +7,7 @@
 #include "framework/api/Exception.h"
 #include "framework/api/IObject.h"
 #include "framework/api/LocaleHelper.h"
+#include "framework/gmk_interface/GMKHistoryUtil.h"
 #include "framework/xml_util/FileInputSource.h"
 #include "framework/xml_util/XMLPlatform.h"
 #include "producer/DocumentScan.h"
@@ -133,6 +134,7 @@ void XMLProducerImpl::EndProcess()
     if (m_isParsed)
     {
         XMLPlatform::Release();
+        GMKHistoryUtil::Clear(m_historyStream.get());
         m_isParsed = false;
     }
 }

@@ -1,6 +1,7 @@
 // What the producer offers to its readers: id mapping and text tables.
 
 #include "framework/api/StringUtil.h"
+#include "framework/gmk_interface/GMKHistoryUtil.h"
 #include "producer/XMLProducerImpl.h"
 
 namespace KVR
@@ -119,6 +120,22 @@ bool XMLProducerImpl::CurveFontType(UTF16String const& text, IRenderStyle::Curve
 bool XMLProducerImpl::CurveFillType(UTF16String const& text, IRenderStyle::CurveStyleFillTypeEnum& type)
 {
     return FindText(kCurveFillTypes, text, type);
+}
+
+HISTORY_STREAM* XMLProducerImpl::GetHistoryStream()
+{
+    if (!m_historyStream)
+    {
+        HISTORY_STREAM* stream = nullptr;
+        GMKHistoryUtil::CreateHistoryStream(stream);
+        m_historyStream.reset(stream);
+    }
+    return m_historyStream.get();
+}
+
+void XMLProducerImpl::EndHistoryStream::operator()(HISTORY_STREAM* stream) const noexcept
+{
+    GMKHistoryUtil::DeleteHistoryStream(stream);
 }
 
 }  // namespace KVR

@@ -24,6 +24,17 @@ bool BuildChildRef(ChildContext const& context, xercesc::DOMNode* node, std::vec
     return true;
 }
 
+/// "IBrep": a body object.
+template <class ChildIdT>
+bool BuildBrep(ChildContext const& context, xercesc::DOMNode* node, std::vector<ChildIdT>& children)
+{
+    UTF8String id;
+    if (!ReadBrep(context.producer, node, context.bodyEntities, id))
+        return false;
+    children.push_back(ChildIdT::Create(context.producer->objectCollector->QueryObject(id)));
+    return true;
+}
+
 /// "IPolygonMesh": a mesh that a store built.
 template <class ChildIdT>
 bool BuildPolygonMesh(ChildContext const& context, xercesc::DOMNode* node, std::vector<ChildIdT>& children)

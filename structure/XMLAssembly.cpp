@@ -36,6 +36,7 @@ bool BuildFeatureOverride(ChildContext const& context, xercesc::DOMNode* node, s
 
 constexpr ChildRow<AssemblyChildId> kChildRows[] = {
     {u"IInstance", &BuildInstance, kOnFailure_Abort},
+    {u"IBrep", &BuildBrep<AssemblyChildId>, kOnFailure_Next},
     {u"ICurve", &BuildCurve<AssemblyChildId>, kOnFailure_Next},
     {u"IPolygonMesh", &BuildPolygonMesh<AssemblyChildId>, kOnFailure_Next},
     {u"IAssemblyFeatureOverride", &BuildFeatureOverride, kOnFailure_Abort},

@@ -13,6 +13,7 @@ namespace
 
 // Kept: a part passes over instances and feature overrides.
 constexpr ChildRow<PartChildId> kChildRows[] = {
+    {u"IBrep", &BuildBrep<PartChildId>, kOnFailure_Next},
     {u"ICurve", &BuildCurve<PartChildId>, kOnFailure_Next},
     {u"IPolygonMesh", &BuildPolygonMesh<PartChildId>, kOnFailure_Next},
     {u"Child", &BuildChildRef<PartChildId>, kOnFailure_Next},

@@ -21,15 +21,26 @@ void PropertyDatabase::AddProperty(IProperty const* property)
         return;
     m_properties.push_back(property);
     property->Retain();
-    m_byId.try_emplace(property->Id(), property);
+}
+
+std::uint32_t PropertyDatabase::Find(UTF8String const& id) const
+{
+    return m_index.Find(std::hash<UTF8String>()(id),
+                        [&](std::uint32_t position) { return m_properties[position]->Id() == id; });
 }
 
 IsValueSpecifiedEnum PropertyDatabase::PropertyAt(UTF8String const& id, IProperty const*& property) const
 {
-    auto const found = m_byId.find(id);
-    if (found == m_byId.end())
+    for (; m_indexed < m_properties.size(); ++m_indexed)
+    {
+        UTF8String const next = m_properties[m_indexed]->Id();
+        if (Find(next) == UniqueIndex::kAbsent)
+            m_index.Add(std::hash<UTF8String>()(next), static_cast<std::uint32_t>(m_indexed));
+    }
+    std::uint32_t const position = Find(id);
+    if (position == UniqueIndex::kAbsent)
         return kIsValueSpecified_No;
-    property = found->second;
+    property = m_properties[position];
     return kIsValueSpecified_Yes;
 }
 

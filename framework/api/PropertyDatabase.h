@@ -1,11 +1,13 @@
 #pragma once
 
-#include <unordered_map>
+#include <cstddef>
+#include <cstdint>
 #include <vector>
 
 #include "framework/api/Enums.h"
 #include "framework/api/Export.h"
 #include "framework/api/UTF8String.h"
+#include "framework/api/UniqueIndex.h"
 
 namespace KVR
 {
@@ -27,8 +29,13 @@ public:
     virtual IsValueSpecifiedEnum PropertyAt(UTF8String const& id, IProperty const*& property) const;
 
 private:
+    std::uint32_t Find(UTF8String const& id) const;
+
     std::vector<IProperty const*> m_properties;
-    std::unordered_map<UTF8String, IProperty const*> m_byId;
+    // Covers the first `m_indexed` properties, by their ids; it follows the list when someone asks, so that a host that
+    // never does pays nothing for it.
+    mutable UniqueIndex m_index;
+    mutable std::size_t m_indexed = 0;
 };
 
 }  // namespace KVR

@@ -1,5 +1,6 @@
 #include "framework/api/Unicode.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <type_traits>
 
@@ -137,16 +138,28 @@ void Append(std::basic_string<Unit>& out, char32_t point)
 
 // Most text of a scene is ASCII, which every form spells unit by unit: it is copied in one run, and only what follows
 // the first other unit is decoded.
-template <class Out, class In>
-Out Convert(In text)
+template <class In>
+std::size_t AsciiLength(In text)
 {
     std::size_t ascii = 0;
     while (ascii < text.size() && static_cast<std::make_unsigned_t<typename In::value_type>>(text[ascii]) < 0x80)
         ++ascii;
-    Out out(text.begin(), text.begin() + ascii);
-    text.remove_prefix(ascii);
+    return ascii;
+}
+
+template <class Out, class In>
+void DecodeInto(Out& out, In text)
+{
     while (!text.empty())
         Append(out, TakeFront(text));
+}
+
+template <class Out, class In>
+Out Convert(In text)
+{
+    std::size_t const ascii = AsciiLength(text);
+    Out out(text.begin(), text.begin() + ascii);
+    DecodeInto(out, text.substr(ascii));
     return out;
 }
 
@@ -155,6 +168,22 @@ Out Convert(In text)
 std::string Utf8FromUtf16(std::u16string_view text)
 {
     return Convert<std::string>(text);
+}
+void AppendUtf8(std::string& bytes, std::u16string_view text)
+{
+    // Bits of all units together: quicker than to ask each whether it is the first that is not ASCII.
+    char16_t bits = 0;
+    for (char16_t const unit : text)
+        bits |= unit;
+    if (bits >= 0x80)
+    {
+        DecodeInto(bytes, text);
+        return;
+    }
+    std::size_t const size = bytes.size();
+    bytes.resize(size + text.size());
+    std::transform(text.begin(), text.end(), bytes.begin() + static_cast<std::ptrdiff_t>(size),
+                   [](char16_t unit) { return static_cast<char>(unit); });
 }
 std::string Utf8FromWide(std::wstring_view text)
 {

@@ -14,6 +14,8 @@ namespace KVR::Unicode
 // completing it. They throw only std::bad_alloc.
 
 KVR_API std::string Utf8FromUtf16(std::u16string_view text);
+/// Appends the text to bytes that stand there already.
+KVR_API void AppendUtf8(std::string& bytes, std::u16string_view text);
 KVR_API std::string Utf8FromWide(std::wstring_view text);
 KVR_API std::wstring WideFromUtf8(std::string_view bytes);
 KVR_API std::wstring WideFromUtf16(std::u16string_view text);

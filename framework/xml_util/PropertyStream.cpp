@@ -1,12 +1,15 @@
 #include "framework/xml_util/PropertyStream.h"
 
+#include <cstddef>
 #include <memory>
-#include <utility>
+#include <string>
+#include <string_view>
 #include <xercesc/sax2/Attributes.hpp>
 #include <xercesc/sax2/DefaultHandler.hpp>
 
 #include "framework/api/StringUtil.h"
 #include "framework/api/Time.h"
+#include "framework/api/Unicode.h"
 #include "framework/xml_util/DomWalk.h"
 #include "framework/xml_util/PropertyTypeText.h"
 #include "framework/xml_util/SideFileParser.h"
@@ -21,8 +24,9 @@ namespace KVR
 namespace
 {
 
-// Makes the value from its text. Unlike a file's own custom properties, one whose number does not convert is refused.
-bool ReadValue(PropertyTypeEnum type, UTF16String const& name, XMLCh const* text, CustomProperty& property)
+// Makes the value from its text; a text stays as it is. Unlike a file's own custom properties, one whose number does
+// not convert is refused.
+bool ReadValue(PropertyTypeEnum type, XMLCh const* text, XMLProperty::ValueOf& held)
 {
     switch (type)
     {
@@ -31,7 +35,7 @@ bool ReadValue(PropertyTypeEnum type, UTF16String const& name, XMLCh const* text
             int value = 0;
             if (StringUtil::ToInt(XMLStrUtil::XMLStrToAStr(text), value, 10) != StringUtil::kConversionStatus_Success)
                 return false;
-            property.SetProperty(name, value);
+            held = value;
             return true;
         }
         case kPropertyType_Double:
@@ -39,40 +43,92 @@ bool ReadValue(PropertyTypeEnum type, UTF16String const& name, XMLCh const* text
             double value = 0.0;
             if (!XMLStrUtil::XMLStrToDouble(text, value))
                 return false;
-            property.SetProperty(name, value);
+            held = value;
             return true;
         }
         case kPropertyType_Bool:
-            property.SetProperty(name, Equals(text, u"True"));
+            held = Equals(text, u"True");
             return true;
         case kPropertyType_Time:
         {
             Time time;
             if (!Time::FromString(XMLStrUtil::XMLStrToAStr(text), time))
                 return false;
-            property.SetProperty(name, time.Value());
+            held = XMLProperty::IsTime();
             return true;
         }
         case kPropertyType_String:
             break;
     }
-    property.SetProperty(name, XMLStrUtil::XMLStrToWStr(text));
     return true;
 }
 
-// The property of an element; null for one that makes none.
-XMLProperty* MakeProperty(xercesc::Attributes const& attributes)
+// The attributes of a "Property" element; null for one that is absent.
+struct PropertyTexts
 {
-    XMLCh const* const id = attributes.getValue(u"ID");
-    if (!id || !attributes.getValue(u"ObjectID"))
+    XMLCh const* id = nullptr;
+    XMLCh const* objectId = nullptr;
+    XMLCh const* name = nullptr;
+    XMLCh const* type = nullptr;
+    XMLCh const* value = nullptr;
+};
+
+struct TextRow
+{
+    std::u16string_view name;
+    XMLCh const* PropertyTexts::*text;
+};
+
+constexpr TextRow kTextRows[] = {
+    {u"ID", &PropertyTexts::id},     {u"ObjectID", &PropertyTexts::objectId}, {u"Name", &PropertyTexts::name},
+    {u"Type", &PropertyTexts::type}, {u"Value", &PropertyTexts::value},
+};
+
+PropertyTexts TextsOf(xercesc::Attributes const& attributes)
+{
+    PropertyTexts texts;
+    for (XMLSize_t i = 0; i < attributes.getLength(); ++i)
+    {
+        // Without namespaces this is the name as written, prefix and all, which the qualified name is a copy of.
+        XMLCh const* const name = attributes.getLocalName(i);
+        for (TextRow const& row : kTextRows)
+        {
+            if (Equals(name, row.name))
+            {
+                texts.*row.text = attributes.getValue(i);
+                break;
+            }
+        }
+    }
+    return texts;
+}
+
+// Appends the text, if there is one, in UTF-8, and answers where it ends.
+std::size_t AppendTo(std::string& bytes, XMLCh const* text)
+{
+    if (text)
+        Unicode::AppendUtf8(bytes, text);
+    return bytes.size();
+}
+
+// The property of an element; null for one that makes none. The buffer is written over.
+XMLProperty* MakeProperty(PropertyTexts const& texts, std::string& buffer)
+{
+    if (!texts.id || !texts.objectId)
         return nullptr;
     PropertyTypeEnum type = kPropertyType_String;
-    static_cast<void>(PropertyTypeFromText(attributes.getValue(u"Type"), type));
-    CustomProperty content;
-    UTF16String const name = XMLStrUtil::XMLStrToWStr(attributes.getValue(u"Name"));
-    if (!ReadValue(type, name, attributes.getValue(u"Value"), content))
+    static_cast<void>(PropertyTypeFromText(texts.type, type));
+    XMLProperty::ValueOf value;
+    if (!ReadValue(type, texts.value, value))
         return nullptr;
-    return new XMLProperty(XMLStrUtil::XMLStrToAStr(id), std::move(content));
+    bool const isInText = type == kPropertyType_String || type == kPropertyType_Time;
+    buffer.clear();
+    std::size_t const idEnd = AppendTo(buffer, texts.id);
+    std::size_t const nameEnd = AppendTo(buffer, texts.name);
+    AppendTo(buffer, isInText ? texts.value : nullptr);
+    std::string_view const bytes = buffer;
+    return XMLProperty::Make({bytes.substr(0, idEnd), bytes.substr(idEnd, nameEnd - idEnd), bytes.substr(nameEnd)},
+                             value);
 }
 
 struct Release
@@ -89,15 +145,33 @@ public:
     {
         if (m_depth++ != 1 || !Equals(name, u"Property"))
             return;
-        std::unique_ptr<IProperty, Release> const property(MakeProperty(attributes));
-        m_receiver.Receive(property.get(),
-                           property ? XMLStrUtil::XMLStrToAStr(attributes.getValue(u"ObjectID")) : UTF8String());
+        PropertyTexts const texts = TextsOf(attributes);
+        std::unique_ptr<IProperty, Release> const property(MakeProperty(texts, m_buffer));
+        if (property)
+            m_receiver.Receive(property.get(), ObjectId(texts.objectId));
+        else
+            m_receiver.Receive(nullptr, UTF8String());
     }
 
     void endElement(XMLCh const*, XMLCh const*, XMLCh const*) override { --m_depth; }
 
 private:
+    // The properties of an object mostly stand together: its id is converted once.
+    UTF8String const& ObjectId(XMLCh const* text)
+    {
+        if (!Equals(text, m_objectIdText))
+        {
+            m_objectIdText = text;
+            m_objectId = XMLStrUtil::XMLStrToAStr(text);
+        }
+        return m_objectId;
+    }
+
     PropertyReceiver& m_receiver;
+    /// The texts of the property under way.
+    std::string m_buffer;
+    std::u16string m_objectIdText;
+    UTF8String m_objectId;
     unsigned long long m_depth = 0;
 };
 

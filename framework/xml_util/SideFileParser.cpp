@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <iterator>
 #include <memory>
 #include <utility>
 #include <xercesc/sax/SAXException.hpp>
@@ -43,8 +44,33 @@ public:
     void fatalError(xercesc::SAXParseException const& error) override { throw xercesc::SAXParseException(error); }
 };
 
-// Hands the reader no more than the bytes up to the next ">". It decodes what it is handed as a whole and gives up all
-// of it for a byte that is no text, so that with larger portions the elements in front of such a byte would be lost.
+// Whether the byte is the same character in every encoding in which it can stand for one at all.
+bool IsPlain(XMLByte byte)
+{
+    bool const isPrintable = static_cast<XMLByte>(byte - 0x20) < 0x7F - 0x20;
+    bool const isWhiteSpace = static_cast<XMLByte>(byte - '\t') <= '\r' - '\t';
+    return isPrintable | isWhiteSpace;
+}
+
+// The first byte that is not plain.
+XMLByte const* FindOther(XMLByte const* from, XMLByte const* to)
+{
+    // Whole runs first, without a way out in the middle: that is what a compiler makes wide instructions of.
+    constexpr std::ptrdiff_t kRun = 64;
+    for (; to - from >= kRun; from += kRun)
+    {
+        XMLByte others = 0;
+        for (std::ptrdiff_t i = 0; i < kRun; ++i)
+            others |= static_cast<XMLByte>(!IsPlain(from[i]));
+        if (others != 0)
+            break;
+    }
+    return std::find_if_not(from, to, IsPlain);
+}
+
+// Hands the reader plain bytes as they come, but of others no more than the bytes up to the next ">". It decodes what
+// it is handed as a whole and gives up all of it for a byte that is no text, so that with larger portions the elements
+// in front of such a byte would be lost.
 class TagByTagStream final : public xercesc::BinInputStream
 {
 public:
@@ -60,10 +86,7 @@ public:
         }
         XMLByte const* const from = m_bytes.data() + m_begin;
         XMLByte const* const to = m_bytes.data() + m_end;
-        XMLByte const* behind = std::find(from, to, static_cast<XMLByte>('>'));
-        // Behind the byte of a ">" stand the zeros of a wider encoding.
-        behind = std::find_if(behind == to ? to : behind + 1, to, [](XMLByte byte) { return byte != 0; });
-        std::size_t const given = std::min<std::size_t>(static_cast<std::size_t>(behind - from), count);
+        std::size_t const given = std::min<std::size_t>(static_cast<std::size_t>(PortionEnd(from, to) - from), count);
         std::copy_n(from, given, buffer);
         m_begin += given;
         m_position += given;
@@ -72,6 +95,21 @@ public:
     XMLCh const* getContentType() const override { return nullptr; }
 
 private:
+    static XMLByte const* PortionEnd(XMLByte const* from, XMLByte const* to)
+    {
+        constexpr XMLByte kTagEnd = '>';
+        XMLByte const* const other = FindOther(from, to);
+        if (other == to)
+            return to;
+        // What stands in front of the tag that has the other byte is plain.
+        auto const lastEnd = std::find(std::reverse_iterator(other), std::reverse_iterator(from), kTagEnd);
+        if (lastEnd.base() != from)
+            return lastEnd.base();
+        XMLByte const* const end = std::find(other, to, kTagEnd);
+        // Behind the byte of a ">" stand the zeros of a wider encoding.
+        return std::find_if(end == to ? to : end + 1, to, [](XMLByte byte) { return byte != 0; });
+    }
+
     std::unique_ptr<xercesc::BinInputStream> m_file;
     std::array<XMLByte, 16 * 1024> m_bytes;
     std::size_t m_begin = 0;
@@ -108,6 +146,9 @@ bool ParseSideFile(UTF16String const& path, xercesc::DefaultHandler& handler)
         reader->setFeature(XMLUni::fgSAX2CoreValidation, false);
         reader->setFeature(XMLUni::fgXercesSchema, false);
         reader->setFeature(XMLUni::fgXercesLoadExternalDTD, false);
+        // The reader is to take a portion when it has used up the one before, not to join the two.
+        XMLSize_t lowWaterMark = 0;
+        reader->setProperty(XMLUni::fgXercesLowWaterMark, &lowWaterMark);
         reader->setContentHandler(&handler);
         reader->setLexicalHandler(&noDocumentType);
         reader->setErrorHandler(&stopAtError);

@@ -54,6 +54,11 @@ UTF16String ReplaceExtension(UTF16String const& path, UTF16String const& extensi
     return TextOf(PathOf(path).replace_extension(PathOf(extension)));
 }
 
+UTF16String PathExtension(UTF16String const& path)
+{
+    return TextOf(PathOf(path).extension());
+}
+
 UTF16String AbsolutePath(UTF16String const& path)
 {
     boost::system::error_code error;

@@ -16,6 +16,9 @@ KVR_XML_UTIL_API UTF16String PathFromSceneFolder(UTF16String const& sceneFilePat
 /// The path with its extension replaced by another, which begins with a point.
 KVR_XML_UTIL_API UTF16String ReplaceExtension(UTF16String const& path, UTF16String const& extension);
 
+/// The extension with the point in front of it; empty for a path without one.
+KVR_XML_UTIL_API UTF16String PathExtension(UTF16String const& path);
+
 /// The path from the root of the file system, taken from the current folder when it is relative.
 KVR_XML_UTIL_API UTF16String AbsolutePath(UTF16String const& path);
 

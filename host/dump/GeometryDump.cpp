@@ -10,6 +10,9 @@
 #include "framework/api/IPointCloud.h"
 #include "framework/api/ISketch.h"
 #include "framework/api/IWorkFeature.h"
+#include "framework/gmk_interface/DetachableGMKBrep.h"
+#include "framework/kernel/gmk_array.h"
+#include "host/dump/BodyDump.h"
 #include "host/dump/CurveDataDump.h"
 #include "host/dump/DumpContext.h"
 #include "host/dump/DumpOptions.h"
@@ -24,6 +27,11 @@ void DumpBrep(DumpContext const& context, IBrep const& brep)
     DumpGeometry(context, "IBrep", brep);
     Members members(context.json, brep);
     members.Value("SrcGeomType", &IBrep::SrcGeomType).Value("BrepType_ex", &IBrep::BrepType_ex);
+    context.json.Key("IsBodyDetached");
+    auto const* const detachable = dynamic_cast<DetachableGMKBrep const*>(&brep);
+    context.json.Bool(detachable && detachable->IsBodyDetached());
+    context.json.Key("Body");
+    DumpBody(context.json, brep.Body());
     DumpStylesMap(context, brep);
     members.Pointer("PersistentIDsMap", &ISubObjectPersistentIds::PersistentIDsMap,
                     [&](DataIdToPersistentIdMap const& map)
@@ -42,6 +50,11 @@ void DumpCurve(DumpContext const& context, ICurve const& curve)
 {
     DumpGeometry(context, "ICurve", curve);
     DumpStylesMap(context, curve);
+    context.json.Key("KernelCurves");
+    context.json.BeginList();
+    for (auto const* const kernelCurve : curve.KernelCurves())
+        DumpKernelCurve(context.json, kernelCurve);
+    context.json.EndList();
     Members(context.json, curve)
         .List("CurveData", &ICurve::CurveDataCount,
               [&](unsigned long long i)

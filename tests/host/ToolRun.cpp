@@ -5,6 +5,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstdlib>
+
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
@@ -63,6 +65,27 @@ ToolRun RunTool(std::vector<std::string> const& arguments)
     if (child < 0 || ::wait4(child, &status, 0, &usage) != child)
         throw std::runtime_error("the program could not be run");
     return {StatusOf(status), Content(outPath), Content(errorPath), usage.ru_maxrss};
+}
+
+ToolRun RunToolOnTerminal(std::vector<std::string> const& arguments)
+{
+    int const terminal = ::posix_openpt(O_RDWR | O_NOCTTY);
+    if (terminal < 0 || ::grantpt(terminal) != 0 || ::unlockpt(terminal) != 0)
+        throw std::runtime_error("no terminal");
+    int const out = ::open(::ptsname(terminal), O_RDWR | O_NOCTTY);
+    pid_t const child = Start(arguments, out, STDERR_FILENO);
+    ::close(out);
+    ToolRun run;
+    char buffer[4096];
+    // The end of the program is the terminal's: reading fails then.
+    for (ssize_t got; (got = ::read(terminal, buffer, sizeof buffer)) > 0;)
+        run.out.append(buffer, static_cast<std::size_t>(got));
+    ::close(terminal);
+    int status = 0;
+    if (child < 0 || ::waitpid(child, &status, 0) != child)
+        throw std::runtime_error("the program could not be run");
+    run.status = StatusOf(status);
+    return run;
 }
 
 int RunToolWithoutReader(std::vector<std::string> const& arguments)

@@ -19,6 +19,9 @@ struct ToolRun
 /// Runs the program with the arguments, and waits for it; a signal that ended it gives a status of 128 and its number.
 ToolRun RunTool(std::vector<std::string> const& arguments);
 
+/// Runs it with a terminal as standard output, whose line ends are those of a terminal.
+ToolRun RunToolOnTerminal(std::vector<std::string> const& arguments);
+
 /// Runs it with a pipe as standard output that nobody reads any more.
 int RunToolWithoutReader(std::vector<std::string> const& arguments);
 

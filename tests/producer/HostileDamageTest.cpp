@@ -111,7 +111,7 @@ class HostileDamageOf : public HostileDamage, public testing::WithParamInterface
 TEST_F(HostileDamage, TheSceneIsOfTheSizeItIsSaidToBe)
 {
     EXPECT_GT(FullScene().size(), 3900U);
-    EXPECT_LT(FullScene().size(), 5500U);
+    EXPECT_LT(FullScene().size(), 6500U);
     Outcomes outcomes;
     Try(FullScene(), outcomes);
     EXPECT_EQ(outcomes.read, 1);

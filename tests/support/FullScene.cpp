@@ -34,6 +34,12 @@ constexpr std::string_view kScene =
 <ExtensionData TypeId="type" Content="data" Type="kObjectPathTypeEnum_OccurancePath" OccurrencePath="[top][i1]"
  LengthUnit="kUnitType_Foot" Transformation="1 0 0 5 0 1 0 6 0 0 1 7 0 0 0 1">@</ExtensionData>
 <RefFiles>@<RefFile RefId="r" RefPath="other.xml"/></RefFiles>
+<AttributeSet>@<TextureSet>@<IMaterialTexture ID="x1" Label="Texture" TextureType="1" TempFilePath="/none">@
+<TextureScale X="1" Y="2">@</TextureScale></IMaterialTexture></TextureSet><StyleSet>@<IRenderStyle ID="s1" Label="Oak">@
+<VitreolStyleInfo VitreolLibraryId="library"/></IRenderStyle><IRenderStyle ID="s2" PointStyleMarkerSize="2">@
+<ChangeKey>style</ChangeKey><DiffuseColor FractionRed="1" FractionGreen="0" FractionBlue="0" Shininess="3">@
+<TransparencyRGB FractionRed="1" FractionGreen="1" FractionBlue="1"/></DiffuseColor><BumpMap TextureId="x1"/>
+<ExtensionData TypeId="type" Content="of a style"/></IRenderStyle></StyleSet></AttributeSet>
 <ChildSet>@<Reference ID="top" Type="IAssembly"/><Reference ID="ghost" Type="IPart"/></ChildSet></IFile>
 <IAssembly ID="top" Label="Top" IsSingleUnderRoot="1" VersionPersistentId="v2">@<ChangeKey>assembly</ChangeKey>
 <Unit LengthUnit="kUnitType_Millimeter" DisplayLengthUnit="kUnitType_Centimeter"/>
@@ -61,6 +67,7 @@ std::map<std::string, std::string> SideFiles()
 {
     return {
         {"blob.bin", "four"},
+        {"scene.kvrproperty", R"(<P><Property ID="p" ObjectID="i1" Name="n" Value="v"/></P>)"},
         {"assets.bin", ByteBuilder().Raw("KVRASSET").U64(1).U64(1).String("s1").String("kind").String("asset").Bytes()},
         {"ids.xml", R"(<Ids><SubObjectPersistentIds ID="part"><SubObject DataId="d" PersistentId="p"/>
                            </SubObjectPersistentIds></Ids>)"}};

@@ -7,6 +7,8 @@
 #include <stdexcept>
 #include <unordered_set>
 
+#include "tests/support/AppearanceQuestions.h"
+
 namespace KVR::Test
 {
 
@@ -38,6 +40,17 @@ public:
         m_text << question << ": ";
         Write(value);
         m_text << '\n';
+    }
+
+    // A getter with one output.
+    template <class Value, class Asked, class Interface>
+    void Ask(char const* question, Asked const& asked, IsValueSpecifiedEnum (Interface::*getter)(Value&) const)
+    {
+        Value value{};
+        if ((asked.*getter)(value) == kIsValueSpecified_Yes)
+            Tell(question, value);
+        else
+            Tell(question, "not specified");
     }
 
 private:
@@ -90,20 +103,10 @@ private:
     }
     void Write(CustomProperty const& property);
 
-    // A getter with one output.
-    template <class Value, class Asked, class Interface>
-    void Ask(char const* question, Asked const& asked, IsValueSpecifiedEnum (Interface::*getter)(Value&) const)
-    {
-        Value value{};
-        if ((asked.*getter)(value) == kIsValueSpecified_Yes)
-            Tell(question, value);
-        else
-            Tell(question, "not specified");
-    }
-
     void AskObject(IObject& object);
     void AskUnits(IUnit const& object);
     void AskAttributeSets(IAttributeSets const& object);
+    void TellObjects(char const* question, IdSet const& ids);
     void AskFileProperties(FileProperties const* properties);
     void AskComponent(IComponent const& component);
     void AskFile(IFile const& file);
@@ -187,6 +190,10 @@ void Walk::AskAll()
         }
         else if (auto const* const instance = dynamic_cast<IInstance const*>(object))
             AskInstance(*instance);
+        else if (auto const* const style = dynamic_cast<IRenderStyle const*>(object))
+            AskStyle(*this, *style);
+        else if (auto const* const texture = dynamic_cast<IMaterialTexture const*>(object))
+            AskTexture(*this, *texture);
         else
             throw std::logic_error("an object of no known kind: " + id);
     }
@@ -224,13 +231,20 @@ void Walk::AskUnits(IUnit const& object)
 
 void Walk::AskAttributeSets(IAttributeSets const& object)
 {
-    Tell("StyleSet", object.StyleSet());
-    Tell("TextureSet", object.TextureSet());
+    TellObjects("StyleSet", object.StyleSet());
+    TellObjects("TextureSet", object.TextureSet());
     Tell("LayerSet", object.LayerSet());
     Tell("GroupSet", object.GroupSet());
     Tell("LodSet", object.LodSet());
     Tell("CameraSet", object.CameraSet());
     Tell("ViewSet", object.ViewSet());
+}
+
+void Walk::TellObjects(char const* question, IdSet const& ids)
+{
+    Tell(question, ids);
+    for (unsigned long long i = 0; i < ids.Size(); ++i)
+        Visit(Text(ids[i]));
 }
 
 void Walk::AskFileProperties(FileProperties const* properties)

@@ -1,0 +1,240 @@
+#include "framework/kernel/restore.h"
+
+#include <Standard_Failure.hxx>
+#include <TopoDS_Shape.hxx>
+#include <algorithm>
+#include <istream>
+#include <locale>
+#include <memory>
+#include <ostream>
+
+#include "framework/kernel/entity.h"
+#include "framework/kernel/entity_list.h"
+#include "framework/kernel/global_data.h"
+#include "framework/kernel/store/StoreHead.h"
+#include "framework/kernel/store/StoreShapes.h"
+#include "framework/kernel/store/StoreStream.h"
+#include "framework/kernel/store/StoreTable.h"
+
+namespace KVR
+{
+
+namespace
+{
+
+// A store whose length or digest cannot be told is none.
+bool MeasureRest(std::FILE* file, std::uint64_t& size)
+{
+    long const at = std::ftell(file);
+    if (at < 0 || std::fseek(file, 0, SEEK_END) != 0)
+        return false;
+    long const end = std::ftell(file);
+    if (end < at || std::fseek(file, at, SEEK_SET) != 0)
+        return false;
+    size = static_cast<std::uint64_t>(end - at);
+    return true;
+}
+
+bool DigestOfRest(std::FILE* file, std::uint64_t size, std::uint64_t& value)
+{
+    constexpr std::size_t kPiece = 64 * 1024;
+    long const at = std::ftell(file);
+    auto const buffer = std::make_unique<unsigned char[]>(kPiece);
+    StoreDigest digest;
+    while (size > 0)
+    {
+        auto const wanted = static_cast<std::size_t>(std::min<std::uint64_t>(size, kPiece));
+        if (std::fread(buffer.get(), 1, wanted, file) != wanted)
+            return false;
+        digest.Add(buffer.get(), wanted);
+        size -= wanted;
+    }
+    value = digest.Value();
+    return std::fseek(file, at, SEEK_SET) == 0;
+}
+
+// The shape of a row's kind; a body may be of any.
+bool Fits(ENTITY_KIND kind, TopAbs_ShapeEnum type)
+{
+    switch (kind)
+    {
+        case kEntity_Body:
+            return true;
+        case kEntity_Face:
+            return type == TopAbs_FACE;
+        case kEntity_Edge:
+            return type == TopAbs_EDGE;
+        case kEntity_Vertex:
+            return type == TopAbs_VERTEX;
+    }
+    return false;
+}
+
+std::unique_ptr<ENTITY> MakeEntity(StoreTable::Row& row, TopoDS_Shape const& shape)
+{
+    std::unique_ptr<ENTITY> entity;
+    switch (row.kind)
+    {
+        case kEntity_Body:
+        {
+            auto body = std::make_unique<BODY>(shape);
+            for (BODY::SubId& id : row.faceIds)
+                body->AddFaceDataId(id.place, std::move(id.dataId));
+            for (BODY::SubId& id : row.edgeIds)
+                body->AddEdgeDataId(id.place, std::move(id.dataId));
+            entity = std::move(body);
+            break;
+        }
+        case kEntity_Face:
+            entity = std::make_unique<FACE>(shape);
+            break;
+        case kEntity_Edge:
+            entity = std::make_unique<EDGE>(shape);
+            break;
+        case kEntity_Vertex:
+            entity = std::make_unique<VERTEX>(shape);
+            break;
+    }
+    for (std::string& dataId : row.dataIds)
+        entity->AddDataId(std::move(dataId));
+    return entity;
+}
+
+// Decodes a store's content; nothing is made unless all of it is good.
+bool Decode(std::FILE* file, std::uint64_t size, bool textMode, std::vector<std::unique_ptr<ENTITY>>& entities)
+{
+    StoreReadBuffer content(file, size);
+    StoreTable table;
+    if (!table.Read(content, textMode))
+        return false;
+    std::vector<TopoDS_Shape> shapes;
+    std::istream in(&content);
+    in.imbue(std::locale::classic());
+    in.exceptions(std::ios_base::failbit | std::ios_base::badbit);
+    if (!ReadShapes(in, textMode, shapes) || shapes.size() != table.rows.size())
+        return false;
+    for (std::size_t i = 0; i < shapes.size(); ++i)
+    {
+        if (!Fits(table.rows[i].kind, shapes[i].ShapeType()))
+            return false;
+    }
+    for (std::size_t i = 0; i < shapes.size(); ++i)
+        entities.push_back(MakeEntity(table.rows[i], shapes[i]));
+    return true;
+}
+
+outcome BadContent()
+{
+    return {outcome::kBadStore, "the content of the store is damaged"};
+}
+
+}  // namespace
+
+GKI_RESTORE::GKI_RESTORE(std::FILE* file, bool textMode, int) : m_file(file), m_textMode(textMode) {}
+
+outcome GKI_RESTORE::set_allow_insecure_restore(insecure_restore_option option)
+{
+    if (option != kInsecureRestore_Forbidden && option != kInsecureRestore_Allowed)
+        return {outcome::kBadArgument, "there is no such option"};
+    m_allowsInsecure = option == kInsecureRestore_Allowed;
+    return {};
+}
+
+outcome GKI_RESTORE::execute_restore(ENTITY_LIST& entities)
+{
+    m_isInsecure = m_isRestored = false;
+    if (!m_file)
+        return {outcome::kBadArgument, "there is no file"};
+    if (!gki_global_data().activeStream)
+        return {outcome::kBadArgument, "no history stream is active"};
+    StoreHead head;
+    std::uint64_t size = 0;
+    if (!head.Read(m_file, m_textMode) || !MeasureRest(m_file, size) || size != head.size)
+        return {outcome::kBadStore, "this is no store of the kernel, or it was cut short"};
+    std::uint64_t digest = 0;
+    if (!DigestOfRest(m_file, size, digest))
+        return {outcome::kBadFile, "the store cannot be read"};
+    m_isInsecure = digest != head.digest;
+    if (m_isInsecure && !m_allowsInsecure)
+        return {outcome::kInsecureStore, "the content of the store is not what was written"};
+    try
+    {
+        std::vector<std::unique_ptr<ENTITY>> made;
+        if (!Decode(m_file, size, m_textMode, made))
+            return BadContent();
+        // The stream owns them from here on.
+        for (std::unique_ptr<ENTITY>& entity : made)
+            entities.add(entity.release());
+        m_isRestored = true;
+        return {};
+    }
+    catch (Standard_Failure const&)
+    {
+        return BadContent();
+    }
+    catch (std::exception const&)
+    {
+        // The stream's end, or more memory than there is.
+        return BadContent();
+    }
+}
+
+outcome GKI_RESTORE::security_issue_found(bool& found, bool& restored, int& count) const
+{
+    found = m_isInsecure;
+    restored = m_isInsecure && m_isRestored;
+    count = m_isInsecure ? 1 : 0;
+    return {};
+}
+
+GKI_SAVE::GKI_SAVE(std::FILE* file, bool textMode) : m_file(file), m_textMode(textMode) {}
+
+outcome GKI_SAVE::execute_save(ENTITY_LIST const& entities)
+{
+    outcome const badFile(outcome::kBadFile, "the store cannot be written");
+    if (!m_file)
+        return {outcome::kBadArgument, "there is no file"};
+    try
+    {
+        StoreTable table;
+        std::vector<TopoDS_Shape const*> shapes;
+        for (int i = 0; i < entities.count(); ++i)
+        {
+            ENTITY const& entity = *entities[i];
+            StoreTable::Row row{entity.Kind(), entity.DataIds(), {}, {}};
+            if (auto const* const body = dynamic_cast<BODY const*>(&entity))
+            {
+                row.faceIds = body->FaceDataIds();
+                row.edgeIds = body->EdgeDataIds();
+            }
+            table.rows.push_back(std::move(row));
+            shapes.push_back(&entity.Shape());
+        }
+        long const start = std::ftell(m_file);
+        StoreHead head;
+        if (start < 0 || !head.Write(m_file, m_textMode))
+            return badFile;
+        StoreWriteBuffer content(m_file);
+        std::ostream out(&content);
+        out.imbue(std::locale::classic());
+        out.exceptions(std::ios_base::failbit | std::ios_base::badbit);
+        table.Write(out, m_textMode);
+        WriteShapes(shapes, out, m_textMode);
+        out.flush();
+        head.digest = content.Digest();
+        head.size = content.Size();
+        bool const isPatched = std::fseek(m_file, start, SEEK_SET) == 0 && head.Write(m_file, m_textMode) &&
+                               std::fseek(m_file, 0, SEEK_END) == 0 && std::fflush(m_file) == 0;
+        return isPatched ? outcome() : badFile;
+    }
+    catch (Standard_Failure const& failure)
+    {
+        return {outcome::kBadGeometry, failure.GetMessageString()};
+    }
+    catch (std::ios_base::failure const&)
+    {
+        return badFile;
+    }
+}
+
+}  // namespace KVR

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstdint>
+#include <iosfwd>
+#include <string>
+#include <vector>
+
+#include "framework/kernel/entity.h"
+
+namespace KVR
+{
+
+class StoreReadBuffer;
+
+/// What a store says of its entities beside their shapes.
+struct StoreTable
+{
+    struct Row
+    {
+        ENTITY_KIND kind = kEntity_Body;
+        std::vector<std::string> dataIds;
+        std::vector<BODY::SubId> faceIds;
+        std::vector<BODY::SubId> edgeIds;
+    };
+    std::vector<Row> rows;
+
+    /// Reads the table from the front of a store's content. False when it is damaged: no list grows beyond what the
+    /// content holds.
+    bool Read(StoreReadBuffer& content, bool textMode);
+    /// Failures show in the stream.
+    void Write(std::ostream& out, bool textMode) const;
+};
+
+}  // namespace KVR
