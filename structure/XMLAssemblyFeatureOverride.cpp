@@ -18,6 +18,7 @@ namespace
 
 // Kept: bodies and meshes alone; a "Child" that refers to one is passed over, too.
 constexpr ChildRow<AssemblyFeatureOverrideChildId> kChildRows[] = {
+    {u"IBrep", &BuildBrep<AssemblyFeatureOverrideChildId>, kOnFailure_Next},
     {u"IPolygonMesh", &BuildPolygonMesh<AssemblyFeatureOverrideChildId>, kOnFailure_Next},
 };
 
