@@ -8,6 +8,7 @@
 #include <xercesc/parsers/XercesDOMParser.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
 
+#include "bench/BareParse.h"
 #include "bench/ChildProcess.h"
 #include "bench/ProcessorTime.h"
 #include "bench/SceneGenerator.h"
@@ -23,18 +24,6 @@ namespace
 
 constexpr unsigned kLoads = 1'000'000;
 
-// As the producer parses.
-void Parse(xercesc::XercesDOMParser& parser, std::filesystem::path const& scene)
-{
-    parser.setValidationScheme(xercesc::XercesDOMParser::Val_Never);
-    parser.setDoNamespaces(true);
-    parser.setDoSchema(true);
-    parser.setCreateEntityReferenceNodes(true);
-    parser.parse(scene.c_str());
-    if (parser.getErrorCount() != 0)
-        throw std::runtime_error("The scene did not parse");
-}
-
 void Begin(IProducer& producer)
 {
     producer.BeginProcess(IdSet(), nullptr, nullptr);
@@ -43,12 +32,12 @@ void Begin(IProducer& producer)
 // What a process pays once, for its libraries' code and tables, is paid on a scene of next to nothing beforehand; what
 // is measured is what the scene itself costs. As a host should, the process holds the platform for its lifetime.
 
-Figures ParseBare(Scenes const& scenes)
+Figures MeasureParse(Scenes const& scenes)
 {
     xercesc::XMLPlatformUtils::Initialize();
     {
         xercesc::XercesDOMParser parser;
-        Parse(parser, scenes.smallest);
+        ParseBare(parser, scenes.smallest);
     }
     double const memoryBefore = PeakResidentBytes();
     std::unique_ptr<xercesc::XercesDOMParser> parser;
@@ -56,7 +45,7 @@ Figures ParseBare(Scenes const& scenes)
         [&]
         {
             parser = std::make_unique<xercesc::XercesDOMParser>();
-            Parse(*parser, scenes.measured);
+            ParseBare(*parser, scenes.measured);
         });
     // The process ends with the document in it: taking it down is no part of the measurement.
     static_cast<void>(parser.release());
@@ -110,7 +99,7 @@ Figures RunProducer(Scenes const& scenes, Loads const& loads)
 
 Round Measure(Scenes const& scenes, Loads const& loads)
 {
-    Figures const bare = InChildProcess([&] { return ParseBare(scenes); });
+    Figures const bare = InChildProcess([&] { return MeasureParse(scenes); });
     Figures const producer = InChildProcess([&] { return RunProducer(scenes, loads); });
     return {bare.at("seconds"),    bare.at("memory"),   producer.at("begin"),
             producer.at("memory"), producer.at("load"), producer.at("end")};

@@ -89,6 +89,45 @@ public:
             std::abort();
     }
 
+    void Visit(IPoint* point) override { static_cast<void>(point->X() + point->Y() + point->Z()); }
+
+    void Visit(IPointCloud* cloud) override
+    {
+        double x = 0.0;
+        for (std::size_t i = 0; i <= cloud->PointCount(); ++i)
+            cloud->Point(i, &x, &x, &x);
+    }
+
+    void Visit(IWorkPlane* plane) override
+    {
+        double x = 0.0;
+        plane->Reference(x, x, x);
+        plane->DisplayRange(x, x, x, x, x, x);
+    }
+
+    void Visit(ISketch* sketch) override
+    {
+        for (unsigned long long i = 0; i < sketch->PointIds().Size(); ++i)
+            Reach(sketch->PointIds().At(i));
+        for (unsigned long long i = 0; i < sketch->CurveIds().Size(); ++i)
+            Reach(sketch->CurveIds().At(i));
+    }
+
+    void Visit(IGeometricSet* set) override { ReachChildren(*set); }
+    void Visit(IExtensionGeometry* geometry) override { ReachChildren(*geometry); }
+    void Visit(IAnnotationCalloutElement* element) override { ReachChildren(*element); }
+
+    void Visit(IAnnotationCallout* callout) override
+    {
+        ReachChildren(*callout);
+        UTF8String plane;
+        if (callout->AnnotationPlaneId(plane) == kIsValueSpecified_Yes)
+            Reach(plane);
+        IText const* const text = callout->Text();
+        for (unsigned long long i = 0; text && i < text->LineCount(); ++i)
+            Ask(*text->LineAt(i));
+    }
+
     void Reach(UTF8String const& id)
     {
         if (m_met.insert(id).second)
@@ -122,6 +161,25 @@ public:
     }
 
 private:
+    template <class Owner>
+    void ReachChildren(Owner const& owner)
+    {
+        for (unsigned long long i = 0; i < owner.ChildCount(); ++i)
+            Reach(owner.ChildAt(i).Id());
+    }
+
+    static void Ask(ITextLine const& line)
+    {
+        Color color;
+        bool bold = false;
+        for (unsigned long long i = 0; i < line.FragmentCount(); ++i)
+        {
+            static_cast<void>(line.FragmentAt(i)->Value());
+            line.FragmentAt(i)->TextColor(color);
+            line.FragmentAt(i)->IsBold(bold);
+        }
+    }
+
     static void Ask(FileProperties const* properties)
     {
         if (!properties)

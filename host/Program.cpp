@@ -8,6 +8,7 @@
 #include <exception>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "host/Output.h"
 #include "host/OutputError.h"
@@ -17,6 +18,8 @@
 #include "host/SceneReading.h"
 #include "host/dump/Dump.h"
 #include "host/dump/DumpOptions.h"
+#include "host/notes/Notes.h"
+#include "host/notes/NotesOptions.h"
 #include "host/tree/Tree.h"
 #include "host/tree/TreeOptions.h"
 #include "host/views/SceneViews.h"
@@ -52,6 +55,13 @@ void AddSceneOptions(CLI::App& command, SceneOptions& options)
 bool IsTerminal()
 {
     return ::isatty(STDOUT_FILENO) == 1;
+}
+
+void AddColorOption(CLI::App& command, std::string& choice)
+{
+    command.add_option("--color", choice, "Colour: auto, always or never")
+        ->type_name("WHEN")
+        ->check(CLI::IsMember({"auto", "always", "never"}));
 }
 
 // Whether colour is wanted: a terminal decides unless the user has.
@@ -124,6 +134,31 @@ int Views(SceneOptions const& scene, bool asJson)
     return kExit_Good;
 }
 
+int Notes(SceneOptions const& scene, NotesOptions const& options)
+{
+    SceneFile file(scene);
+    SceneReading const reading = SceneReading::Of(file.Producer());
+    if (reading.failure)
+    {
+        Complain(SceneProblem(scene, *reading.failure));
+        return kExit_Failed;
+    }
+    std::vector<UTF8String> starts;
+    if (reading.rootId)
+        starts.push_back(*reading.rootId);
+    for (std::string const& id : options.ids)
+        starts.emplace_back(id.c_str());
+    if (starts.empty())
+    {
+        Complain(Escaped(scene.path) + ": the scene has no root file to begin at; --id begins at another object");
+        return kExit_Failed;
+    }
+    Output out(STDOUT_FILENO);
+    WriteNotes(file.Producer(), starts, options, out);
+    out.Flush();
+    return kExit_Good;
+}
+
 int Run(std::function<int()> const& command)
 {
     try
@@ -179,9 +214,7 @@ int RunProgram(int argc, char const* const* argv)
     AddSceneOptions(tree, scene);
     tree.add_option("--depth", treeOptions.depth, "Show so many levels below the root")->type_name("N");
     tree.add_flag("--json", treeOptions.json, "Print JSON");
-    tree.add_option("--color", color, "Colour: auto, always or never")
-        ->type_name("WHEN")
-        ->check(CLI::IsMember({"auto", "always", "never"}));
+    AddColorOption(tree, color);
     tree.add_flag("--styles", treeOptions.styles,
                   "Show the diffuse colours of the styles that objects name: blocks of colour on a terminal, #rrggbb "
                   "elsewhere");
@@ -193,6 +226,17 @@ int RunProgram(int argc, char const* const* argv)
     CLI::App& views = *app.add_subcommand("views", "Show a table of the views and cameras that a scene serves");
     AddSceneOptions(views, scene);
     views.add_flag("--json", viewsAsJson, "Print JSON");
+
+    NotesOptions notesOptions;
+    CLI::App& notes = *app.add_subcommand(
+        "notes", "Show the annotation callouts: their text, the plane that they lie in, and what they point at");
+    AddSceneOptions(notes, scene);
+    notes.add_option("--id", notesOptions.ids, "Begin a walk at this id, too; may be repeated")
+        ->type_name("ID")
+        ->expected(1)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    notes.add_flag("--json", notesOptions.json, "Print JSON");
+    AddColorOption(notes, color);
 
     try
     {
@@ -208,6 +252,9 @@ int RunProgram(int argc, char const* const* argv)
         return Run([&] { return Dump(scene, dumpOptions); });
     if (views.parsed())
         return Run([&] { return Views(scene, viewsAsJson); });
+    notesOptions.color = treeOptions.color;
+    if (notes.parsed())
+        return Run([&] { return Notes(scene, notesOptions); });
     return Run([&] { return Tree(scene, treeOptions); });
 }
 

@@ -153,12 +153,7 @@ void XMLPolygonMesh::ReadFromXML(xercesc::DOMNode* node, UTF8String const& id)
     for (xercesc::DOMNode* const child : Children(node))
     {
         Match(child, On(u"ChangeKey", [&] { Ignored(ReadChangeKey(child, m_changeKey)); }),
-              On(u"Unit",
-                 [&]
-                 {
-                     UnitTypeEnum displayAngle = kUnitType_Unknown;
-                     Ignored(ReadUnit(child, m_lengthUnit, displayAngle, m_displayLengthUnit));
-                 }),
+              On(u"Unit", [&] { Ignored(ReadLengthUnits(child, m_lengthUnit, m_displayLengthUnit)); }),
               // Kept: a "Tolerance" has no effect on a mesh.
               On(u"Transform", [&] { SetMeshTransform(TransformOf(child)); }),
               On(u"ExtensionData", [&] { AddExtensionData(child, *this); }),

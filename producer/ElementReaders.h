@@ -34,6 +34,20 @@ class XMLProducerImpl;
 [[nodiscard]] bool ReadPolygonMesh(XMLProducerImpl* producer, xercesc::DOMNode* node, MeshStore& meshStore,
                                    UTF8String& id);
 
+/// Reads an "IExtensionGeometry" with the children that it defines, and registers it. False for a null node.
+[[nodiscard]] bool ReadExtensionGeometry(XMLProducerImpl* producer, xercesc::DOMNode* node, BodyEntities& bodyEntities,
+                                         CurveEntities& curveEntities, MeshStore& meshStore, CurveStore& curveStore);
+
+/// Reads an "IAnnotationCallout" with its text, its plane and the elements that it defines, and registers it. False for
+/// a null node.
+[[nodiscard]] bool ReadAnnotationCallout(XMLProducerImpl* producer, xercesc::DOMNode* node,
+                                         CurveEntities& curveEntities, MeshStore& meshStore, CurveStore& curveStore);
+
+/// Reads an "IAnnotationCalloutElement" with the geometry that it defines, and registers it. False for a null node.
+[[nodiscard]] bool ReadAnnotationCalloutElement(XMLProducerImpl* producer, xercesc::DOMNode* node,
+                                                CurveEntities& curveEntities, MeshStore& meshStore,
+                                                CurveStore& curveStore);
+
 /// Reads an "IInstance", after its target where that was not read yet, and registers it. Null when the target is
 /// missing or is neither component nor file.
 XMLInstance* ReadInstance(xercesc::DOMNode* node, ObjectNodeIndex& objectNodeIndex);

@@ -8,10 +8,18 @@
 #include "framework/xml_util/DomWalk.h"
 #include "framework/xml_util/XMLUtils.h"
 #include "geometry/XMLCurve.h"
+#include "geometry/XMLGeometricSet.h"
+#include "geometry/XMLPoint.h"
+#include "geometry/XMLPointCloud.h"
+#include "geometry/XMLSketch.h"
+#include "geometry/XMLWorkAxis.h"
+#include "geometry/XMLWorkPlane.h"
+#include "geometry/XMLWorkPoint.h"
 #include "producer/ElementReaders.h"
 #include "producer/SideFileIndex.h"
 #include "producer/XMLProducerImpl.h"
 #include "readers/Ignored.h"
+#include "readers/RegisterObject.h"
 #include "structure/XMLAssembly.h"
 #include "structure/XMLFile.h"
 #include "structure/XMLPart.h"
@@ -81,16 +89,54 @@ bool ObjectNodeIndex::DispatchNode(Nodes::value_type& entry)
     return outcome.answer;
 }
 
+// An object whose reader failed leaves its element where it is.
+template <class Object, class... Sources>
+ObjectNodeIndex::Outcome ObjectNodeIndex::ReadOrKeep(DOMNode* node, Sources&... sources)
+{
+    bool const isRead = ReadAndRegister<Object>(m_producer, node, sources...) != nullptr;
+    return {isRead, isRead};
+}
+
 // A row per object name. The element is done with, whatever became of the object, unless a row says otherwise.
 ObjectNodeIndex::Outcome ObjectNodeIndex::ReadObject(DOMNode* node)
 {
+    SideFileIndex& index = *m_producer->sideFileIndex;
     Outcome outcome;
-    bool const isKnown =
-        Match(node, On(u"IFile", [&] { ReadFile(node); }),
-              On(u"IAssembly", [&] { ReadComponent<XMLAssembly>(*m_producer, node); }),
-              On(u"IPart", [&] { ReadComponent<XMLPart>(*m_producer, node); }),
-              On(u"IInstance", [&] { Ignored(ReadInstance(node, *this)); }), On(u"IBrep", [&] { ReadBody(node); }),
-              On(u"ICurve", [&] { outcome = ReadCurve(node); }), On(u"IPolygonMesh", [&] { ReadMesh(node); }));
+    bool const isKnown = Match(
+        node, On(u"IFile", [&] { ReadFile(node); }),
+        On(u"IAssembly", [&] { ReadComponent<XMLAssembly>(*m_producer, node); }),
+        On(u"IPart", [&] { ReadComponent<XMLPart>(*m_producer, node); }),
+        On(u"IInstance", [&] { Ignored(ReadInstance(node, *this)); }),
+        On(u"ICurve", [&] { outcome = ReadCurve(node); }), On(u"IPolygonMesh", [&] { ReadMesh(node); }),
+        On(u"IExtensionGeometry",
+           [&]
+           {
+               Ignored(ReadExtensionGeometry(m_producer, node, index.bodyEntities, index.curveEntities, index.meshStore,
+                                             index.curveStore));
+           }),
+        On(u"IGeometricSet",
+           [&]
+           {
+               outcome = ReadOrKeep<XMLGeometricSet>(node, index.bodyEntities, index.curveEntities, index.meshStore,
+                                                     index.curveStore);
+           }),
+        // Kept: done in any case, where the others that fail stay.
+        On(u"IPoint", [&] { Ignored(ReadAndRegister<XMLPoint>(m_producer, node)); }),
+        // What a sketch that failed has left registered a second reading would register again.
+        On(u"ISketch", [&] { outcome.answer = ReadOrKeep<XMLSketch>(node, index.curveEntities).answer; }),
+        On(u"IPointCloud", [&] { outcome = ReadOrKeep<XMLPointCloud>(node); }),
+        On(u"IWorkAxis", [&] { outcome = ReadOrKeep<XMLWorkAxis>(node); }),
+        On(u"IWorkPlane", [&] { outcome = ReadOrKeep<XMLWorkPlane>(node); }),
+        On(u"IWorkPoint", [&] { outcome = ReadOrKeep<XMLWorkPoint>(node); }),
+        On(u"IAnnotationCallout",
+           [&] {
+               Ignored(ReadAnnotationCallout(m_producer, node, index.curveEntities, index.meshStore, index.curveStore));
+           }),
+        On(u"IAnnotationCalloutElement",
+           [&] {
+               Ignored(ReadAnnotationCalloutElement(m_producer, node, index.curveEntities, index.meshStore,
+                                                    index.curveStore));
+           }));
     outcome.isDone = outcome.isDone && isKnown;
     return outcome;
 }

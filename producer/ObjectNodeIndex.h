@@ -48,6 +48,8 @@ private:
     };
 
     Outcome ReadObject(xercesc::DOMNode* node);
+    template <class Object, class... Sources>
+    Outcome ReadOrKeep(xercesc::DOMNode* node, Sources&... sources);
     Outcome ReadCurve(xercesc::DOMNode* node);
     void ReadBody(xercesc::DOMNode* node);
     void ReadMesh(xercesc::DOMNode* node);

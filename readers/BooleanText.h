@@ -20,11 +20,11 @@ inline constexpr BooleanForm kBoolean_IntegerOneElseFalse = {
 inline constexpr BooleanForm kBoolean_TrueWordElseFalse = {[](XMLCh const* text) { return Equals(text, u"True"); },
                                                            false};
 
-/// Visibility of an instance and of an occurrence that an assembly overrides.
+/// Visibility of an instance, of a sketch, and of an occurrence that an assembly overrides.
 // Kept: absence means hidden here.
 inline constexpr BooleanForm kVisibility_OneElseHidden = kBoolean_OneElseFalse;
 
-/// Visibility of curves.
+/// Visibility of curves, points, point clouds and work features.
 // Kept: absence means shown here, unlike in an instance.
 inline constexpr BooleanForm kVisibility_OneElseHiddenAbsentShown = {
     [](XMLCh const* text) { return Equals(text, u"1"); }, true};

@@ -25,6 +25,14 @@ protected:
         m_transform = transform.IsIdentity() ? nullptr : std::make_unique<Matrix3d>(transform);
     }
 
+    /// Keeps the transform that a "Transform" element states, but leaves the one that is there for the identity.
+    void KeepTransformButIdentity(xercesc::DOMNode* node)
+    {
+        // Kept: unlike above, the identity does not take an earlier transform away.
+        if (Matrix3d const transform = TransformOf(node); !transform.IsIdentity())
+            KeepTransform(transform);
+    }
+
     /// Reads the text of a "Transform" element.
     static Matrix3d TransformOf(xercesc::DOMNode* node)
     {

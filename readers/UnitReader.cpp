@@ -33,6 +33,12 @@ bool ReadUnit(xercesc::DOMNode const* node, UnitTypeEnum& lengthUnit, UnitTypeEn
     return ReadUnitText(node, u"DisplayLengthUnit", displayLengthUnit);
 }
 
+bool ReadLengthUnits(xercesc::DOMNode const* node, UnitTypeEnum& lengthUnit, UnitTypeEnum& displayLengthUnit)
+{
+    UnitTypeEnum dropped = kUnitType_Unknown;
+    return ReadUnit(node, lengthUnit, dropped, displayLengthUnit);
+}
+
 bool ReadTolerance(xercesc::DOMNode const* node, double& angular, double& linear, double& param)
 {
     if (!IsNamed(node, u"Tolerance"))

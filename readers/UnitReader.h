@@ -12,6 +12,10 @@ namespace KVR
 [[nodiscard]] bool ReadUnit(xercesc::DOMNode const* node, UnitTypeEnum& lengthUnit, UnitTypeEnum& displayAngleUnit,
                             UnitTypeEnum& displayLengthUnit);
 
+/// The same for an object that has no display angle unit: it is read and dropped.
+[[nodiscard]] bool ReadLengthUnits(xercesc::DOMNode const* node, UnitTypeEnum& lengthUnit,
+                                   UnitTypeEnum& displayLengthUnit);
+
 /// Reads a "Tolerance" element: radians, length units, parameter units. An output whose text is no number is left
 /// alone. Whether the last of the three converted; false for a null node or one of another name.
 [[nodiscard]] bool ReadTolerance(xercesc::DOMNode const* node, double& angular, double& linear, double& param);

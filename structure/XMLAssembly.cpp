@@ -2,6 +2,13 @@
 
 #include "framework/api/Exception.h"
 #include "framework/api/Subscript.h"
+#include "geometry/XMLExtensionGeometry.h"
+#include "geometry/XMLGeometricSet.h"
+#include "geometry/XMLPoint.h"
+#include "geometry/XMLPointCloud.h"
+#include "geometry/XMLWorkAxis.h"
+#include "geometry/XMLWorkPlane.h"
+#include "geometry/XMLWorkPoint.h"
 #include "producer/ElementReaders.h"
 #include "readers/ChangeKeyReader.h"
 #include "readers/ExtensionDataReader.h"
@@ -36,11 +43,20 @@ bool BuildFeatureOverride(ChildContext const& context, xercesc::DOMNode* node, s
 
 constexpr ChildRow<AssemblyChildId> kChildRows[] = {
     {u"IInstance", &BuildInstance, kOnFailure_Abort},
+    {u"IAssemblyFeatureOverride", &BuildFeatureOverride, kOnFailure_Abort},
+    {u"ISketch", &BuildSketch<AssemblyChildId>, kOnFailure_Abort},
     {u"IBrep", &BuildBrep<AssemblyChildId>, kOnFailure_Next},
     {u"ICurve", &BuildCurve<AssemblyChildId>, kOnFailure_Next},
+    {u"IPoint", &BuildObject<AssemblyChildId, XMLPoint>, kOnFailure_Abort},
+    {u"IPointCloud", &BuildObject<AssemblyChildId, XMLPointCloud>, kOnFailure_Abort},
     {u"IPolygonMesh", &BuildPolygonMesh<AssemblyChildId>, kOnFailure_Next},
-    {u"IAssemblyFeatureOverride", &BuildFeatureOverride, kOnFailure_Abort},
+    {u"IGeometricSet", &BuildBundle<AssemblyChildId, XMLGeometricSet>, kOnFailure_Abort},
+    {u"IExtensionGeometry", &BuildBundle<AssemblyChildId, XMLExtensionGeometry>, kOnFailure_Abort},
     {u"Child", &BuildChildRef<AssemblyChildId>, kOnFailure_Next},
+    {u"IWorkAxis", &BuildObject<AssemblyChildId, XMLWorkAxis>, kOnFailure_Next},
+    {u"IWorkPlane", &BuildObject<AssemblyChildId, XMLWorkPlane>, kOnFailure_Next},
+    {u"IWorkPoint", &BuildObject<AssemblyChildId, XMLWorkPoint>, kOnFailure_Next},
+    {u"IAnnotationCallout", &BuildAnnotationCallout<AssemblyChildId>, kOnFailure_Abort},
 };
 
 }  // namespace

@@ -4,7 +4,7 @@
 
 #include "framework/api/IAssembly.h"
 #include "producer/SideFileIndex.h"
-#include "structure/ChildSet.h"
+#include "readers/ChildSet.h"
 #include "structure/ComponentState.h"
 #include "structure/CrossLevelAttributes.h"
 

@@ -1,6 +1,13 @@
 #include "structure/XMLPart.h"
 
 #include "framework/api/Subscript.h"
+#include "geometry/XMLExtensionGeometry.h"
+#include "geometry/XMLGeometricSet.h"
+#include "geometry/XMLPoint.h"
+#include "geometry/XMLPointCloud.h"
+#include "geometry/XMLWorkAxis.h"
+#include "geometry/XMLWorkPlane.h"
+#include "geometry/XMLWorkPoint.h"
 #include "readers/ChangeKeyReader.h"
 #include "readers/ExtensionDataReader.h"
 #include "structure/ChildBuilders.h"
@@ -15,8 +22,17 @@ namespace
 constexpr ChildRow<PartChildId> kChildRows[] = {
     {u"IBrep", &BuildBrep<PartChildId>, kOnFailure_Next},
     {u"ICurve", &BuildCurve<PartChildId>, kOnFailure_Next},
+    {u"IPoint", &BuildObject<PartChildId, XMLPoint>, kOnFailure_Stop},
+    {u"IPointCloud", &BuildObject<PartChildId, XMLPointCloud>, kOnFailure_Stop},
     {u"IPolygonMesh", &BuildPolygonMesh<PartChildId>, kOnFailure_Next},
+    {u"IGeometricSet", &BuildBundle<PartChildId, XMLGeometricSet>, kOnFailure_Stop},
+    {u"ISketch", &BuildSketch<PartChildId>, kOnFailure_Stop},
+    {u"IExtensionGeometry", &BuildBundle<PartChildId, XMLExtensionGeometry>, kOnFailure_Stop},
     {u"Child", &BuildChildRef<PartChildId>, kOnFailure_Next},
+    {u"IWorkAxis", &BuildObject<PartChildId, XMLWorkAxis>, kOnFailure_Next},
+    {u"IWorkPlane", &BuildObject<PartChildId, XMLWorkPlane>, kOnFailure_Next},
+    {u"IWorkPoint", &BuildObject<PartChildId, XMLWorkPoint>, kOnFailure_Next},
+    {u"IAnnotationCallout", &BuildAnnotationCallout<PartChildId>, kOnFailure_Stop},
 };
 
 }  // namespace

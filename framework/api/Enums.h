@@ -3,7 +3,7 @@
 namespace KVR
 {
 
-/// Whether a getter wrote its output argument.
+/// Whether a getter wrote its output argument. It may hold any number: IText::TextJustification answers its own value.
 enum IsValueSpecifiedEnum : int
 {
     kIsValueSpecified_No = 0,

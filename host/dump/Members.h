@@ -133,7 +133,8 @@ private:
         }
         else
         {
-            return getter() == kIsValueSpecified_Yes;
+            // An answer that is neither of the two has written its output all the same.
+            return getter() != kIsValueSpecified_No;
         }
     }
 

@@ -77,6 +77,11 @@ constexpr Answers kIntegerOne = {true,  false, false, false, false, false, false
                                  false, true,  true,  false, false, false};
 // "1" or "true" in any case.
 constexpr Answers kHelper = {true, false, false, false, true, true, true, true, false, false, false, false, false};
+// The same two forms where absence is true.
+constexpr Answers kOneAbsentShown = {true,  false, false, false, false, false, false,
+                                     false, false, false, false, false, true};
+constexpr Answers kHelperAbsentShown = {true, false, false, false, true,  true, true,
+                                        true, false, false, false, false, true};
 // "True" alone.
 constexpr Answers kTrueWord = {false, false, false, false, false, true, false,
                                false, false, false, false, false, false};
@@ -132,6 +137,41 @@ INSTANTIATE_TEST_SUITE_P(
                   [](TestScene& scene) { return scene.Get<IAssembly>("a").IsSingleUnderRoot(); }, kIntegerOne},
         Attribute{"PartIsSingleUnderRoot", R"(<S><IPart ID="p" @/></S>)", "IsSingleUnderRoot",
                   [](TestScene& scene) { return scene.Get<IPart>("p").IsSingleUnderRoot(); }, kIntegerOne},
+        Attribute{"PointVisibility", R"(<S><IPoint ID="x" @/></S>)", "Visibility",
+                  [](TestScene& scene) { return scene.Get<IGeometry>("x").IsVisible(); }, kOneAbsentShown},
+        Attribute{"PointNetVisibility", R"(<S><IPoint ID="x" @/></S>)", "NetVisibility",
+                  [](TestScene& scene) { return scene.Get<IGeometry>("x").IsNetVisible(); }, kOneAbsentShown},
+        Attribute{"PointCloudVisibility", R"(<S><IPointCloud ID="x" @/></S>)", "Visibility",
+                  [](TestScene& scene) { return scene.Get<IGeometry>("x").IsVisible(); }, kOneAbsentShown},
+        Attribute{"PointCloudNetVisibility", R"(<S><IPointCloud ID="x" @/></S>)", "NetVisibility",
+                  [](TestScene& scene) { return scene.Get<IGeometry>("x").IsNetVisible(); }, kOneAbsentShown},
+        Attribute{"WorkAxisVisibility", R"(<S><IWorkAxis ID="x" @/></S>)", "Visibility",
+                  [](TestScene& scene) { return scene.Get<IGeometry>("x").IsVisible(); }, kOneAbsentShown},
+        Attribute{"WorkAxisNetVisibility", R"(<S><IWorkAxis ID="x" @/></S>)", "NetVisibility",
+                  [](TestScene& scene) { return scene.Get<IGeometry>("x").IsNetVisible(); }, kOneAbsentShown},
+        Attribute{"WorkPlaneVisibility", R"(<S><IWorkPlane ID="x" @/></S>)", "Visibility",
+                  [](TestScene& scene) { return scene.Get<IGeometry>("x").IsVisible(); }, kOneAbsentShown},
+        Attribute{"WorkPlaneNetVisibility", R"(<S><IWorkPlane ID="x" @/></S>)", "NetVisibility",
+                  [](TestScene& scene) { return scene.Get<IGeometry>("x").IsNetVisible(); }, kOneAbsentShown},
+        Attribute{"WorkPointVisibility", R"(<S><IWorkPoint ID="x" @/></S>)", "Visibility",
+                  [](TestScene& scene) { return scene.Get<IGeometry>("x").IsVisible(); }, kOneAbsentShown},
+        Attribute{"WorkPointNetVisibility", R"(<S><IWorkPoint ID="x" @/></S>)", "NetVisibility",
+                  [](TestScene& scene) { return scene.Get<IGeometry>("x").IsNetVisible(); }, kOneAbsentShown},
+        Attribute{"SketchVisibility", R"(<S><ISketch ID="x" SketchTypeEnum="kSketchType_2D" @/></S>)", "Visibility",
+                  [](TestScene& scene) { return scene.Get<IGeometry>("x").IsVisible(); }, kOneElseFalse},
+        Attribute{"SketchNetVisibility", R"(<S><ISketch ID="x" SketchTypeEnum="kSketchType_2D" @/></S>)",
+                  "NetVisibility", [](TestScene& scene) { return scene.Get<IGeometry>("x").IsNetVisible(); },
+                  kOneElseFalse},
+        Attribute{"GeometricSetVisibility", R"(<S><IGeometricSet ID="x" @/></S>)", "Visibility",
+                  [](TestScene& scene) { return scene.Get<IGeometry>("x").IsVisible(); }, kHelperAbsentShown},
+        Attribute{"GeometricSetNetVisibility", R"(<S><IGeometricSet ID="x" @/></S>)", "NetVisibility",
+                  [](TestScene& scene) { return scene.Get<IGeometry>("x").IsNetVisible(); }, kHelperAbsentShown},
+        Attribute{"ExtensionGeometryVisibility", R"(<S><IExtensionGeometry ID="x" @/></S>)", "Visibility",
+                  [](TestScene& scene) { return scene.Get<IGeometry>("x").IsVisible(); }, kHelperAbsentShown},
+        Attribute{"ExtensionGeometryNetVisibility", R"(<S><IExtensionGeometry ID="x" @/></S>)", "NetVisibility",
+                  [](TestScene& scene) { return scene.Get<IGeometry>("x").IsNetVisible(); }, kHelperAbsentShown},
+        Attribute{"CalloutVisibility", R"(<S><IAnnotationCallout ID="x" @/></S>)", "Visibility",
+                  [](TestScene& scene) { return scene.Get<IAnnotationCallout>("x").IsVisible(); }, kHelperAbsentShown},
         // Another file is the root, so that none is chosen.
         Attribute{"FileIsRoot", R"(<S><IFile ID="f" @/><IFile ID="g" IsRoot="1"/></S>)", "IsRoot",
                   [](TestScene& scene) { return scene.Get<IFile>("f").IsRoot(); }, kHelper},

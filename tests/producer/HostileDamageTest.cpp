@@ -42,7 +42,7 @@ protected:
             SceneAnswers const answers = WalkScene(producer, FullSceneIds());
             outcomes.objects += answers.Objects();
             // There are as many elements of objects, and one that is repeated can have another id, once.
-            ASSERT_LE(answers.Objects(), 11U);
+            ASSERT_LE(answers.Objects(), 28U);
             return;
         }
         ++outcomes.refused;
@@ -115,7 +115,7 @@ TEST_F(HostileDamage, TheSceneIsOfTheSizeItIsSaidToBe)
     Outcomes outcomes;
     Try(FullScene(), outcomes);
     EXPECT_EQ(outcomes.read, 1);
-    EXPECT_EQ(outcomes.objects, 9U);
+    EXPECT_EQ(outcomes.objects, 26U);
 }
 
 TEST_F(HostileDamage, EveryPrefixOfASceneIsRefused)

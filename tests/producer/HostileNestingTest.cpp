@@ -59,7 +59,7 @@ std::string WithAt(unsigned long long place, std::string const& what)
     }
 }
 
-constexpr unsigned kMarks = 38;
+constexpr unsigned kMarks = 53;
 
 class HostileNestingAt : public testing::TestWithParam<unsigned>
 {

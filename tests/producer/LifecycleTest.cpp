@@ -325,6 +325,8 @@ TEST(Lifecycle, TheFullSceneAnswersWhatItSays)
     EXPECT_EQ(answers.assemblies, 2U);
     EXPECT_EQ(answers.parts, 2U);
     EXPECT_EQ(answers.instances, 4U);
+    EXPECT_EQ(answers.shapes, 15U);
+    EXPECT_EQ(answers.notes, 2U);
     // An element that names nothing, an id that nobody names, and the empty id.
     EXPECT_EQ(answers.absent, 3U);
 }

@@ -51,7 +51,7 @@ TEST(SteadyMemory, OverAThousandCyclesOfAProducersLife)
             XMLProducer producer(path, &options);
             producer.QueryFile();
             producer.BeginProcess(IdSet(), nullptr, nullptr);
-            ASSERT_EQ(WalkScene(producer, FullSceneIds()).Objects(), 9U);
+            ASSERT_EQ(WalkScene(producer, FullSceneIds()).Objects(), 26U);
             producer.EndProcess();
         });
 }

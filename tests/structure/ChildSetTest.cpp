@@ -1,4 +1,4 @@
-#include "structure/ChildSet.h"
+#include "readers/ChildSet.h"
 
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>

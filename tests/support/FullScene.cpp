@@ -60,7 +60,22 @@ constexpr std::string_view kScene =
 <IPart ID="part" Label="Part" IsSingleUnderRoot="0" VersionPersistentId="v4">@<ChangeKey>part</ChangeKey>
 <Unit LengthUnit="kUnitType_Inch" DisplayLengthUnit="kUnitType_Inch"/><Styles><StyleRef ID="s6"/></Styles>
 <FileProperties><PartNumber>7</PartNumber></FileProperties><ExtensionData TypeId="type" Content="of a part"/>
-<ChildSet>@<Child ID="other"/></ChildSet></IPart><IPart ID="other" Label="Other"/>
+<ChildSet>@<Child ID="other"/></ChildSet></IPart><IPart ID="other" Label="Other"><ChildSet>
+<IPoint ID="g1" Label="Point" VersionPersistentId="v5">@<Point X="1" Y="2.5" Z="-3"/><Styles><StyleRef ID="s7"/></Styles>
+<ExtensionData TypeId="type" Content="of a point"/><Transform>1 0 0 1 0 1 0 2 0 0 1 3 0 0 0 1</Transform></IPoint>
+<IPointCloud ID="g2" Visibility="0"><PointCloud PointCloudCoordinates="0 1 2 3.5 4e1 bad"/></IPointCloud>
+<IWorkAxis ID="g3"><StartPoint X="1"/><EndPoint Y="2"/><Axis Z="3"/><ChangeKey>axis</ChangeKey></IWorkAxis>
+<IWorkPlane ID="g4">@<Origin X="1"/><Normal Z="1"/><Reference Y="1"/><DisplayRange><MinPoint X="-1"/>
+<MaxPoint X="1"/></DisplayRange></IWorkPlane><IWorkPoint ID="g5"><WorkPoint X="1" Y="2" Z="3"/></IWorkPoint>
+<ISketch ID="g6" SketchTypeEnum="kSketchType_3D" Visibility="1">@<ChildSet>@<IPoint ID="g7"/><Child ID="g1"/></ChildSet>
+<CurveSet>@<ICurve ID="g8"/></CurveSet></ISketch><IGeometricSet ID="g9">@<ChildSet>@<IPoint ID="g10"/>
+<IGeometricSet ID="g11"/><Child ID="g1"/></ChildSet><Tolerance AngularTolerance="1" LinearTolerance="2"/></IGeometricSet>
+<IExtensionGeometry ID="g12"><ChildSet><IPointCloud ID="g13"/></ChildSet></IExtensionGeometry>
+<IAnnotationCallout ID="g14" Label="Note">@<AnnotationPlane>@<IWorkPlane ID="g15"/></AnnotationPlane>
+<IText IsVertical="1" LengthUnit="kUnitType_Mil" TextJustification="2">@<Origin X="1"/><ITextLine TextAlignment="1"
+ Indentation="0.5">@<ITextFragment Value="Deburr" IsBold="True" Height="2">@<TextColor FractionRed="1" FractionGreen="0"
+ FractionBlue="0" FractionAlpha="1"/></ITextFragment></ITextLine></IText><ChildSet>@<IAnnotationCalloutElement ID="g16">@
+<ChildSet>@<IPoint ID="g17"/></ChildSet></IAnnotationCalloutElement></ChildSet></IAnnotationCallout></ChildSet></IPart>
 <IInstance ID="loose"><Child ID="file"/></IInstance>@</Scene>)";
 
 std::map<std::string, std::string> SideFiles()

@@ -9,7 +9,7 @@
 namespace KVR::Test
 {
 
-/// A scene of about 4 kB that uses every element that is read, with a mark "@" at every place where a node may stand.
+/// A scene of about 6 kB that uses every element that is read, with a mark "@" at every place where a node may stand.
 std::string_view MarkedFullScene();
 /// The same without the marks.
 std::string FullScene();

@@ -1,128 +1,15 @@
 #include "tests/support/SceneWalk.h"
 
-#include <deque>
-#include <iomanip>
-#include <locale>
-#include <sstream>
 #include <stdexcept>
-#include <unordered_set>
+
+#include "tests/support/SceneWalker.h"
 
 #include "tests/support/AppearanceQuestions.h"
 
 namespace KVR::Test
 {
 
-namespace
-{
-
-class Walk
-{
-public:
-    explicit Walk(XMLProducer& producer) : m_producer(producer) { m_text.imbue(std::locale::classic()); }
-
-    void Visit(std::string const& id)
-    {
-        if (m_seen.insert(id).second)
-            m_waiting.push_back(id);
-    }
-
-    void AskUniverse();
-    void AskAll();
-    SceneAnswers Answers()
-    {
-        m_answers.text = m_text.str();
-        return std::move(m_answers);
-    }
-
-    template <class Value>
-    void Tell(char const* question, Value const& value)
-    {
-        m_text << question << ": ";
-        Write(value);
-        m_text << '\n';
-    }
-
-    // A getter with one output.
-    template <class Value, class Asked, class Interface>
-    void Ask(char const* question, Asked const& asked, IsValueSpecifiedEnum (Interface::*getter)(Value&) const)
-    {
-        Value value{};
-        if ((asked.*getter)(value) == kIsValueSpecified_Yes)
-            Tell(question, value);
-        else
-            Tell(question, "not specified");
-    }
-
-private:
-    void Write(bool value) { m_text << (value ? "true" : "false"); }
-    void Write(unsigned long long value) { m_text << value; }
-    void Write(int value) { m_text << value; }
-    void Write(UnitTypeEnum value) { m_text << static_cast<int>(value); }
-    void Write(double value) { m_text << std::setprecision(17) << value; }
-    void Write(char const* value) { m_text << value; }
-    void Write(std::string const& value) { m_text << value; }
-    void Write(UTF8String const& value) { m_text << value.View(); }
-    void Write(UTF16String const& value) { Write(UTF8String(value)); }
-    void Write(struct tm const& time) { m_text << std::put_time(&time, "%Y-%m-%dT%H:%M:%S"); }
-    void Write(Time const& time) { Write(time.Value()); }
-    void Write(Vector const& vector) { m_text << vector[0] << ' ' << vector[1] << ' ' << vector[2]; }
-    void Write(ViewingData const& data)
-    {
-        Write(data.UpVector());
-        m_text << " / ";
-        Write(data.FrontVector());
-    }
-    void Write(Color const& color)
-    {
-        m_text << color.Red() << ' ' << color.Green() << ' ' << color.Blue() << ' ' << color.Alpha();
-    }
-    void Write(IdSet const& ids)
-    {
-        for (unsigned long long i = 0; i < ids.Size(); ++i)
-            m_text << '[' << ids[i].View() << ']';
-    }
-    void Write(Matrix3d const& matrix)
-    {
-        for (double const element : matrix.Elements())
-            m_text << std::setprecision(17) << element << ' ';
-    }
-    void Write(Blob const& blob)
-    {
-        m_text << blob.Size() << " bytes ";
-        m_text.write(static_cast<char const*>(blob.Data()), static_cast<std::streamsize>(blob.Size()));
-    }
-    void Write(Variant const& variant)
-    {
-        m_text << static_cast<int>(variant.Kind()) << ' ';
-        if (variant.AStringValue())
-            Write(*variant.AStringValue());
-        if (variant.IdSetValue())
-            Write(*variant.IdSetValue());
-        if (variant.BlobValue())
-            Write(*variant.BlobValue());
-    }
-    void Write(CustomProperty const& property);
-
-    void AskObject(IObject& object);
-    void AskUnits(IUnit const& object);
-    void AskAttributeSets(IAttributeSets const& object);
-    void TellObjects(char const* question, IdSet const& ids);
-    void AskFileProperties(FileProperties const* properties);
-    void AskComponent(IComponent const& component);
-    void AskFile(IFile const& file);
-    void AskAssembly(IAssembly const& assembly);
-    void AskInstance(IInstance const& instance);
-    template <class Owner>
-    void AskChildren(Owner const& owner);
-
-    XMLProducer& m_producer;
-    SceneAnswers m_answers;
-    std::ostringstream m_text;
-    std::deque<std::string> m_waiting;
-    std::unordered_set<std::string> m_seen;
-};
-
-void Walk::Write(CustomProperty const& property)
+void SceneWalker::Write(CustomProperty const& property)
 {
     m_text << UTF8String(property.Name()).View() << " = ";
     UTF16String text;
@@ -144,7 +31,7 @@ void Walk::Write(CustomProperty const& property)
         Write(time);
 }
 
-void Walk::AskUniverse()
+void SceneWalker::AskUniverse()
 {
     IUniverse const* const universe = m_producer.LoadUniverse();
     Tell("LoadUniverse", universe != nullptr);
@@ -165,7 +52,7 @@ void Walk::AskUniverse()
     }
 }
 
-void Walk::AskAll()
+void SceneWalker::AskAll()
 {
     for (; !m_waiting.empty(); m_waiting.pop_front())
     {
@@ -194,12 +81,22 @@ void Walk::AskAll()
             AskStyle(*this, *style);
         else if (auto const* const texture = dynamic_cast<IMaterialTexture const*>(object))
             AskTexture(*this, *texture);
+        else if (auto const* const geometry = dynamic_cast<IGeometry const*>(object))
+            AskGeometry(*geometry);
+        else if (auto const* const callout = dynamic_cast<IAnnotationCallout const*>(object))
+            AskCallout(*callout);
+        else if (auto const* const element = dynamic_cast<IAnnotationCalloutElement const*>(object))
+        {
+            ++m_answers.notes;
+            Tell("Styles", element->Styles());
+            AskChildren(*element);
+        }
         else
             throw std::logic_error("an object of no known kind: " + id);
     }
 }
 
-void Walk::AskObject(IObject& object)
+void SceneWalker::AskObject(IObject& object)
 {
     Tell("Id", object.Id());
     Tell("Label", object.Label());
@@ -222,14 +119,14 @@ void Walk::AskObject(IObject& object)
     object.AcceptVisitor(&visitor);
 }
 
-void Walk::AskUnits(IUnit const& object)
+void SceneWalker::AskUnits(IUnit const& object)
 {
     Ask("LengthUnit", object, &IUnit::LengthUnit);
     Ask("DisplayAngleUnit", object, &IUnit::DisplayAngleUnit);
     Ask("DisplayLengthUnit", object, &IUnit::DisplayLengthUnit);
 }
 
-void Walk::AskAttributeSets(IAttributeSets const& object)
+void SceneWalker::AskAttributeSets(IAttributeSets const& object)
 {
     TellObjects("StyleSet", object.StyleSet());
     TellObjects("TextureSet", object.TextureSet());
@@ -240,14 +137,14 @@ void Walk::AskAttributeSets(IAttributeSets const& object)
     Tell("ViewSet", object.ViewSet());
 }
 
-void Walk::TellObjects(char const* question, IdSet const& ids)
+void SceneWalker::TellObjects(char const* question, IdSet const& ids)
 {
     Tell(question, ids);
     for (unsigned long long i = 0; i < ids.Size(); ++i)
         Visit(Text(ids[i]));
 }
 
-void Walk::AskFileProperties(FileProperties const* properties)
+void SceneWalker::AskFileProperties(FileProperties const* properties)
 {
     Tell("FileProperties", properties != nullptr);
     if (!properties)
@@ -270,18 +167,7 @@ void Walk::AskFileProperties(FileProperties const* properties)
     }
 }
 
-template <class Owner>
-void Walk::AskChildren(Owner const& owner)
-{
-    for (unsigned long long i = 0; i < owner.ChildCount(); ++i)
-    {
-        std::string const id = Text(owner.ChildAt(i).Id());
-        Tell("ChildAt", id);
-        Visit(id);
-    }
-}
-
-void Walk::AskComponent(IComponent const& component)
+void SceneWalker::AskComponent(IComponent const& component)
 {
     AskUnits(component);
     AskAttributeSets(component);
@@ -290,7 +176,7 @@ void Walk::AskComponent(IComponent const& component)
     Tell("IsSingleUnderRoot", component.IsSingleUnderRoot());
 }
 
-void Walk::AskFile(IFile const& file)
+void SceneWalker::AskFile(IFile const& file)
 {
     ++m_answers.files;
     AskUnits(file);
@@ -312,7 +198,7 @@ void Walk::AskFile(IFile const& file)
     AskChildren(file);
 }
 
-void Walk::AskAssembly(IAssembly const& assembly)
+void SceneWalker::AskAssembly(IAssembly const& assembly)
 {
     ++m_answers.assemblies;
     AskComponent(assembly);
@@ -343,7 +229,7 @@ void Walk::AskAssembly(IAssembly const& assembly)
     AskChildren(assembly);
 }
 
-void Walk::AskInstance(IInstance const& instance)
+void SceneWalker::AskInstance(IInstance const& instance)
 {
     ++m_answers.instances;
     AskUnits(instance);
@@ -358,11 +244,9 @@ void Walk::AskInstance(IInstance const& instance)
     Visit(target);
 }
 
-}  // namespace
-
 SceneAnswers WalkScene(XMLProducer& producer, std::vector<std::string> const& ids)
 {
-    Walk walk(producer);
+    SceneWalker walk(producer);
     try
     {
         std::string const root = Text(producer.RootObjectId().Id());

@@ -21,6 +21,8 @@ struct ChildContext
     CurveEntities& curveEntities;
     MeshStore& meshStore;
     CurveStore& curveStore;
+    /// How many bundles of geometry stand around the child.
+    unsigned depth = 0;
 };
 
 /// What a failed child means to the owner.

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <filesystem>
+#include <xercesc/parsers/XercesDOMParser.hpp>
+
+namespace KVR::Bench
+{
+
+/// Parses a scene as the producer does. Throws std::runtime_error when it is not well-formed.
+void ParseBare(xercesc::XercesDOMParser& parser, std::filesystem::path const& scene);
+
+}  // namespace KVR::Bench

@@ -1,0 +1,56 @@
+#include "geometry/XMLGeometricSet.h"
+
+#include "framework/api/Exception.h"
+#include "geometry/BundleBuilder.h"
+#include "geometry/XMLExtensionGeometry.h"
+#include "geometry/XMLPoint.h"
+#include "geometry/XMLPointCloud.h"
+#include "readers/ChangeKeyReader.h"
+
+namespace KVR
+{
+
+namespace
+{
+
+constexpr ChildIdRow kChildRows[] = {
+    {u"Child", &AddChildRef, kOnFailure_Next},
+    {u"IBrep", &AddBrep, kOnFailure_Stop},
+    {u"ICurve", &AddCurve, kOnFailure_Stop},
+    {u"IPoint", &AddObject<XMLPoint>, kOnFailure_Stop},
+    {u"IPointCloud", &AddObject<XMLPointCloud>, kOnFailure_Stop},
+    {u"IPolygonMesh", &AddPolygonMesh, kOnFailure_Next},
+    {u"IGeometricSet", &AddBundle<XMLGeometricSet>, kOnFailure_Stop},
+    {u"IExtensionGeometry", &AddBundle<XMLExtensionGeometry>, kOnFailure_Stop},
+};
+
+}  // namespace
+
+XMLGeometricSet::XMLGeometricSet(XMLProducerImpl* producer, unsigned depth) : GeometryBundleState(producer, depth) {}
+XMLGeometricSet::~XMLGeometricSet() = default;
+
+GeometricSetChildId XMLGeometricSet::ChildAt(unsigned long long index) const
+{
+    if (index > m_childIds.Size())
+        throw GeneralException("Invalid index to child of XMLGeometricSet.");
+    return GeometricSetChildId::Create(m_producer->Load(m_childIds.At(index)));
+}
+
+bool XMLGeometricSet::ReadFromXML(xercesc::DOMNode* node, BodyEntities& bodyEntities, CurveEntities& curveEntities,
+                                  MeshStore& meshStore, CurveStore& curveStore)
+{
+    if (!node)
+        return false;
+    ReadAttributes(node);
+    ChildContext const context{m_producer, bodyEntities, curveEntities, meshStore, curveStore, m_depth + 1};
+    for (xercesc::DOMNode* const child : Children(node))
+    {
+        Match(child,                                                                  //
+              On(u"ChangeKey", [&] { Ignored(ReadChangeKey(child, m_changeKey)); }),  //
+              On(u"ChildSet", [&] { Ignored(ReadChildIds(kChildRows, context, child, m_childIds)); })) ||
+            ReadCommonChild(child);
+    }
+    return true;
+}
+
+}  // namespace KVR

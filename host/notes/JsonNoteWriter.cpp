@@ -1,0 +1,116 @@
+#include "host/notes/JsonNoteWriter.h"
+
+#include <string>
+
+#include "host/dump/DumpValues.h"
+#include "host/notes/Note.h"
+
+namespace KVR
+{
+
+namespace
+{
+
+// Members of an object that the caller opens and ends.
+void WriteIdentity(JsonWriter& json, ProductNode const& object)
+{
+    json.Key("Kind");
+    json.String(object.kind);
+    json.Key("Label");
+    WriteValue(json, object.label);
+    json.Key("Id");
+    WriteValue(json, object.id);
+}
+
+void WriteText(JsonWriter& json, Note const& note)
+{
+    if (!note.text)
+        return json.Null();
+    std::string text;
+    for (Note::Line const& line : *note.text)
+    {
+        if (&line != &note.text->front())
+            text += '\n';
+        text += Joined(line);
+    }
+    json.String(text);
+}
+
+void WriteTriple(JsonWriter& json, std::string_view name, std::optional<Note::Triple> const& triple)
+{
+    json.Key(name);
+    if (triple)
+        WriteRow(json, (*triple)[0], (*triple)[1], (*triple)[2]);
+    else
+        json.Null();
+}
+
+void WritePlane(JsonWriter& json, Note const& note)
+{
+    if (!note.plane)
+        return json.Null();
+    json.BeginObject();
+    WriteIdentity(json, note.plane->object);
+    WriteTriple(json, "Origin", note.plane->origin);
+    WriteTriple(json, "Normal", note.plane->normal);
+    WriteTriple(json, "Reference", note.plane->reference);
+    json.EndObject();
+}
+
+void WriteTarget(JsonWriter& json, Note::Target const& target)
+{
+    json.BeginObject();
+    WriteIdentity(json, target.object);
+    json.Key("Children");
+    json.BeginList();
+    for (ProductNode const& part : target.parts)
+    {
+        json.BeginObject(JsonWriter::Layout::Row);
+        WriteIdentity(json, part);
+        json.EndObject();
+    }
+    json.EndList();
+    json.EndObject();
+}
+
+}  // namespace
+
+JsonNoteWriter::JsonNoteWriter(Output& out) : m_json(out)
+{
+    m_json.BeginObject();
+    m_json.Key("Notes");
+    m_json.BeginList();
+}
+
+void JsonNoteWriter::Write(Note const& note)
+{
+    ++m_count;
+    m_json.BeginObject();
+    m_json.Key("Id");
+    WriteValue(m_json, note.id);
+    m_json.Key("Label");
+    WriteValue(m_json, note.label);
+    m_json.Key("Visible");
+    m_json.Bool(note.isVisible);
+    m_json.Key("Text");
+    WriteText(m_json, note);
+    m_json.Key("Plane");
+    WritePlane(m_json, note);
+    m_json.Key("PointsAt");
+    m_json.BeginList();
+    for (Note::Target const& target : note.targets)
+        WriteTarget(m_json, target);
+    m_json.EndList();
+    m_json.EndObject();
+}
+
+void JsonNoteWriter::Finish()
+{
+    m_json.EndList();
+    m_json.Key("NoteCount");
+    m_json.Unsigned(m_count);
+    m_json.EndObject();
+    m_json.EndDocument();
+}
+
+}  // namespace KVR

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "host/JsonWriter.h"
+#include "host/notes/NoteWriter.h"
+
+namespace KVR
+{
+
+/// One JSON object with a member "Notes".
+class JsonNoteWriter final : public NoteWriter
+{
+public:
+    explicit JsonNoteWriter(Output& out);
+
+    void Write(Note const& note) override;
+    void Finish() override;
+
+private:
+    JsonWriter m_json;
+    unsigned long long m_count = 0;
+};
+
+}  // namespace KVR

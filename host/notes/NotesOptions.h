@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace KVR
+{
+
+/// What the user wants to see of the notes of a scene.
+struct NotesOptions
+{
+    /// Where a walk begins, besides the root.
+    std::vector<std::string> ids;
+    bool json = false;
+    /// Marks bold and italic text, and colours.
+    bool color = false;
+};
+
+}  // namespace KVR
