@@ -41,6 +41,17 @@ public:
         m_text << '\n';
     }
 
+    // A getter with one output.
+    template <class Value, class Asked, class Interface>
+    void Ask(char const* question, Asked const& asked, IsValueSpecifiedEnum (Interface::*getter)(Value&) const)
+    {
+        Value value{};
+        if ((asked.*getter)(value) == kIsValueSpecified_Yes)
+            Tell(question, value);
+        else
+            Tell(question, "not specified");
+    }
+
 private:
     void Write(bool value) { m_text << (value ? "true" : "false"); }
     void Write(unsigned long long value) { m_text << value; }
@@ -90,17 +101,6 @@ private:
             Write(*variant.BlobValue());
     }
     void Write(CustomProperty const& property);
-
-    // A getter with one output.
-    template <class Value, class Asked, class Interface>
-    void Ask(char const* question, Asked const& asked, IsValueSpecifiedEnum (Interface::*getter)(Value&) const)
-    {
-        Value value{};
-        if ((asked.*getter)(value) == kIsValueSpecified_Yes)
-            Tell(question, value);
-        else
-            Tell(question, "not specified");
-    }
 
     void AskObject(IObject& object);
     void AskUnits(IUnit const& object);
