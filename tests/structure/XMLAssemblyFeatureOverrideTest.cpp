@@ -143,6 +143,20 @@ TEST(XMLAssemblyFeatureOverride, ChildrenOfOtherKindsAreSkipped)
     EXPECT_FALSE(o.Scene().Has("inner"));
 }
 
+TEST(XMLAssemblyFeatureOverride, ABodyIsReadRegisteredAndListedInDocumentOrder)
+{
+    OverrideScene o(Children("<IPolygonMesh ID='m1'/><IBrep ID='b' Label='body'/><IPolygonMesh ID='m2'/>"));
+    EXPECT_THAT(o.Children(), ElementsAre("m1", "b", "m2"));
+    EXPECT_EQ(Text(o.Scene().Get<IBrep>("b").Label()), "body");
+}
+
+TEST(XMLAssemblyFeatureOverride, ABodyThatIsThereAlreadyIsListedAndKept)
+{
+    OverrideScene o(Children("<IBrep ID='b' Label='one'/><IBrep ID='b' Label='two'/>"));
+    EXPECT_THAT(o.Children(), ElementsAre("b", "b"));
+    EXPECT_EQ(Text(o.Scene().Get<IBrep>("b").Label()), "one");
+}
+
 TEST(XMLAssemblyFeatureOverride, AChildThatFailsIsLeftOutAndTheNextIsRead)
 {
     OverrideScene o(Children("<IPolygonMesh ID='lost'/><IPolygonMesh ID='m1'/>") + Children("<IPolygonMesh ID='m2'/>"));
@@ -170,9 +184,10 @@ TEST(XMLAssemblyFeatureOverride, UnderAPrefixItsIdAndItsPathsStayAsWritten)
 
 TEST(XMLAssemblyFeatureOverride, UnderAPrefixTheIdsOfItsChildrenAreMapped)
 {
-    OverrideScene o(Children("<IPolygonMesh ID='m1'/>"), "", "n");
-    EXPECT_THAT(o.Children(), ElementsAre("n2"));
+    OverrideScene o(Children("<IPolygonMesh ID='m1'/><IBrep ID='b'/>"), "", "n");
+    EXPECT_THAT(o.Children(), ElementsAre("n2", "n3"));
     EXPECT_NO_THROW(o.Scene().Get<IPolygonMesh>("n2"));
+    EXPECT_NO_THROW(o.Scene().Get<IBrep>("n3"));
 }
 
 TEST(XMLAssemblyFeatureOverride, APartPassesOverIt)
