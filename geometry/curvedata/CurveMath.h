@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <cmath>
 #include <vector>
 
 #include "framework/api/Enums.h"
@@ -21,40 +23,76 @@ struct CurveMath
     static bool ParameterOnLine(CurveVector const& root, CurveVector const& direction, Position const& point,
                                 double& parameter);
 
-    /// The value in [lower, upper] at which the distance is least, near the least of the samples: a golden section
-    /// search between the neighbours of that sample.
-    template <class Distance>
-    static double Nearest(Distance distance, std::vector<double> const& samples);
+    /// The parameter, between the first and last of the samples, of the point nearest to the wanted one. The samples
+    /// rise and are close enough for the curve to come nearest once between two of them, in no more than a few of which
+    /// it is nearly as near.
+    template <class PointAt>
+    static double Nearest(PointAt pointAt, CurveVector const& wanted, std::vector<double> const& samples);
 };
 
-template <class Distance>
-double CurveMath::Nearest(Distance distance, std::vector<double> const& samples)
+template <class PointAt>
+double CurveMath::Nearest(PointAt pointAt, CurveVector const& wanted, std::vector<double> const& samples)
 {
-    std::size_t best = 0;
-    double bestDistance = distance(samples[0]);
+    auto const distanceAt = [&](double parameter)
+    {
+        CurveVector const apart = pointAt(parameter) - wanted;
+        return std::sqrt(Dot(apart, apart));
+    };
+    struct Stretch
+    {
+        double low;
+        double high;
+        /// No point of it is nearer.
+        double bound;
+    };
+    // An arc is taken to be no longer than so many times its chord.
+    constexpr double kArcByChord = 1.25;
+    std::vector<Stretch> stretches;
+    double best = samples.front();
+    CurveVector point = pointAt(best);
+    double bestDistance = distanceAt(best);
+    double distance = bestDistance;
     for (std::size_t i = 1; i < samples.size(); ++i)
     {
-        double const d = distance(samples[i]);
-        if (d < bestDistance)
+        CurveVector const next = pointAt(samples[i]);
+        CurveVector const chord = next - point;
+        double const nextDistance = distanceAt(samples[i]);
+        double const arc = kArcByChord * std::sqrt(Dot(chord, chord));
+        stretches.push_back({samples[i - 1], samples[i], 0.5 * (distance + nextDistance - arc)});
+        if (nextDistance < bestDistance)
         {
-            best = i;
-            bestDistance = d;
+            bestDistance = nextDistance;
+            best = samples[i];
+        }
+        point = next;
+        distance = nextDistance;
+    }
+    std::sort(stretches.begin(), stretches.end(), [](Stretch const& a, Stretch const& b) { return a.bound < b.bound; });
+    // Of a curve that is as near everywhere so many will do.
+    constexpr std::size_t kMostStretches = 512;
+    constexpr double kGolden = 0.6180339887498949;
+    for (std::size_t i = 0; i < stretches.size() && i < kMostStretches && stretches[i].bound < bestDistance; ++i)
+    {
+        double low = stretches[i].low;
+        double high = stretches[i].high;
+        for (int k = 0; k < 80 && low < high; ++k)
+        {
+            double const a = high - kGolden * (high - low);
+            double const b = low + kGolden * (high - low);
+            if (distanceAt(a) <= distanceAt(b))
+                high = b;
+            else
+                low = a;
+        }
+        double const refined = 0.5 * (low + high);
+        double const refinedDistance = distanceAt(refined);
+        if (refinedDistance < bestDistance)
+        {
+            bestDistance = refinedDistance;
+            best = refined;
         }
     }
-    constexpr double kGolden = 0.6180339887498949;
-    double low = samples[best == 0 ? 0 : best - 1];
-    double high = samples[best + 1 == samples.size() ? best : best + 1];
-    for (int i = 0; i < 100 && low < high; ++i)
-    {
-        double const a = high - kGolden * (high - low);
-        double const b = low + kGolden * (high - low);
-        if (distance(a) <= distance(b))
-            high = b;
-        else
-            low = a;
-    }
-    double const refined = 0.5 * (low + high);
-    return distance(refined) < bestDistance ? refined : samples[best];
+    return best;
 }
 
 }  // namespace KVR

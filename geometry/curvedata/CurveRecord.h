@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cmath>
 #include <cstdint>
 
 #include "framework/api/Subscript.h"
@@ -52,6 +53,10 @@ inline CurveVector operator*(double s, CurveVector const& a)
 inline double Dot(CurveVector const& a, CurveVector const& b)
 {
     return a.x * b.x + a.y * b.y + a.z * b.z;
+}
+inline bool IsFinite(CurveVector const& a)
+{
+    return std::isfinite(Dot(a, a));
 }
 inline CurveVector Cross(CurveVector const& a, CurveVector const& b)
 {

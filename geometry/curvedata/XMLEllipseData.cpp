@@ -100,18 +100,14 @@ DataReturnCodeEnum XMLEllipseData::Param_ex(Position const& point, double& param
     double const low = std::min(m_start, m_end);
     double const high = std::max(m_start, m_end);
     CurveVector const wanted = CurveMath::VectorOf(point);
-    auto const distance = [&](double t)
-    {
-        CurveVector const apart = PointAt(t) - wanted;
-        return Dot(apart, apart);
-    };
-    if (!std::isfinite(distance(low)) || !std::isfinite(high - low))
+    auto const pointAt = [&](double t) { return PointAt(t); };
+    if (!IsFinite(PointAt(low) - wanted) || !std::isfinite(high - low))
         return kDataReturnCode_NotAvailable;
     // Beyond a turn the curve repeats itself.
     double const span = std::min(high - low, kTurn);
     std::vector<double> samples;
     for (int i = 0; i <= kSamples; ++i)
         samples.push_back(low + span * i / kSamples);
-    parameter = CurveMath::Nearest(distance, samples);
+    parameter = CurveMath::Nearest(pointAt, wanted, samples);
     return kDataReturnCode_Ok;
 }

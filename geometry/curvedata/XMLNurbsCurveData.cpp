@@ -13,7 +13,7 @@ namespace
 // Beyond this degree no modeller goes, and the evaluation would be slow without end.
 constexpr std::uint32_t kHighestDegree = 64;
 // Samples per span of the basis from which the nearest point is sought.
-constexpr int kSamplesPerDegree = 4;
+constexpr int kSamplesPerDegree = 8;
 }  // namespace
 
 XMLNurbsCurveData::XMLNurbsCurveData(StoreCursor& store) : INurbsCurveData(nullptr)
@@ -203,11 +203,7 @@ DataReturnCodeEnum XMLNurbsCurveData::Param_ex(Position const& point, double& pa
     if (!m_makesCurve)
         return kDataReturnCode_NotAvailable;
     CurveVector const wanted = CurveMath::VectorOf(point);
-    auto const distance = [&](double t)
-    {
-        CurveVector const apart = PointAt(t) - wanted;
-        return Dot(apart, apart);
-    };
+    auto const pointAt = [&](double t) { return PointAt(t); };
     double const first = FirstParameter();
     double const last = LastParameter();
     std::vector<double> samples = {first};
@@ -219,8 +215,8 @@ DataReturnCodeEnum XMLNurbsCurveData::Param_ex(Position const& point, double& pa
         for (int k = 1; k <= count && low < high; ++k)
             samples.push_back(low + (high - low) * k / count);
     }
-    if (!std::isfinite(distance(first)))
+    if (!IsFinite(PointAt(first) - wanted))
         return kDataReturnCode_NotAvailable;
-    parameter = CurveMath::Nearest(distance, samples);
+    parameter = CurveMath::Nearest(pointAt, wanted, samples);
     return kDataReturnCode_Ok;
 }
