@@ -106,7 +106,7 @@ ObjectNodeIndex::Outcome ObjectNodeIndex::ReadObject(DOMNode* node)
         node, On(u"IFile", [&] { ReadFile(node); }),
         On(u"IAssembly", [&] { ReadComponent<XMLAssembly>(*m_producer, node); }),
         On(u"IPart", [&] { ReadComponent<XMLPart>(*m_producer, node); }),
-        On(u"IInstance", [&] { Ignored(ReadInstance(node, *this)); }),
+        On(u"IInstance", [&] { Ignored(ReadInstance(node, *this)); }), On(u"IBrep", [&] { ReadBody(node); }),
         On(u"ICurve", [&] { outcome = ReadCurve(node); }), On(u"IPolygonMesh", [&] { ReadMesh(node); }),
         On(u"IExtensionGeometry",
            [&]
