@@ -191,7 +191,7 @@ GKI_SAVE::GKI_SAVE(std::FILE* file, bool textMode) : m_file(file), m_textMode(te
 
 outcome GKI_SAVE::execute_save(ENTITY_LIST const& entities)
 {
-    outcome const badFile(outcome::kBadFile, "the store cannot be written");
+    outcome badFile(outcome::kBadFile, "the store cannot be written");
     if (!m_file)
         return {outcome::kBadArgument, "there is no file"};
     try
