@@ -3,12 +3,17 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <TopoDS_Shape.hxx>
+
 #include <fstream>
 #include <sstream>
 #include <string>
 
+#include "authoring/KernelStoreWriter.h"
 #include "authoring/MeshStoreWriter.h"
+#include "tests/support/KernelBytes.h"
 #include "tests/support/MeshBytes.h"
+#include "tests/support/Shapes.h"
 #include "tests/support/TempFolder.h"
 
 namespace KVR::Test
@@ -156,6 +161,23 @@ TEST(DocumentedBytes, ASegmentStoreIsAsDescribed)
     writer.Mesh(UTF8String("plate"), faces, edges, {false});
     writer.Finish();
     EXPECT_EQ(Content(folder, "plate.segments"), DocumentedBytes("plate.segments"));
+}
+
+TEST(DocumentedBytes, HeadAndTableOfAKernelStoreAreAsDescribed)
+{
+    TempFolder folder;
+    KernelStoreWriter writer(UTF16String(UTF8String(folder.NarrowPathOf("lid.sab"))), KernelStoreForm::kBinary);
+    writer.Body(UTF8String("lid"), BoxShape(1, 2, 3), {{5, UTF8String("top")}});
+    writer.Finish();
+    std::string const written = Content(folder, "lid.sab");
+    std::string const documented = DocumentedBytes("lid.sab");
+    constexpr std::size_t kDigestAt = 16;
+    constexpr std::size_t kContentAt = 32;
+    ASSERT_GT(written.size(), documented.size());
+    EXPECT_EQ(written.substr(0, kDigestAt), documented.substr(0, kDigestAt));
+    EXPECT_EQ(written.substr(kContentAt, documented.size() - kContentAt), documented.substr(kContentAt));
+    // Digest and size as another program would write them.
+    EXPECT_EQ(written, WithHead(written.substr(kContentAt), false));
 }
 
 }  // namespace
