@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdio>
 
+#include "authoring/XmlText.h"
 #include "framework/api/Exception.h"
 #include "framework/api/Time.h"
 
@@ -83,41 +84,6 @@ ValueText TextOf(CustomProperty const& content)
     return {"kString", std::string(UTF8String(value).View())};
 }
 
-// Whether every character is one that an XML document may hold.
-bool IsXmlText(UTF16String const& text)
-{
-    for (wchar_t const wide : text.View())
-    {
-        auto const c = static_cast<char32_t>(wide);
-        bool const isControl = c < U' ' && c != U'\t' && c != U'\n' && c != U'\r';
-        if (isControl || c == 0xFFFE || c == 0xFFFF)
-            return false;
-    }
-    return true;
-}
-
-// White space goes as references, since a reader makes blanks of it otherwise.
-std::string_view ReferenceOf(char byte)
-{
-    switch (byte)
-    {
-        case '&':
-            return "&amp;";
-        case '<':
-            return "&lt;";
-        case '"':
-            return "&quot;";
-        case '\t':
-            return "&#9;";
-        case '\n':
-            return "&#10;";
-        case '\r':
-            return "&#13;";
-        default:
-            return {};
-    }
-}
-
 }  // namespace
 
 PropertyWriter::PropertyWriter(UTF16String const& path) : m_file(path)
@@ -128,35 +94,15 @@ PropertyWriter::PropertyWriter(UTF16String const& path) : m_file(path)
 
 PropertyWriter::~PropertyWriter() = default;
 
-void PropertyWriter::Attribute(std::string_view name, std::string_view value)
-{
-    UTF8String const narrow(value);
-    UTF16String const wide(narrow);
-    Check(UTF8String(wide) == narrow, "a text is UTF-8");
-    Check(IsXmlText(wide), "a text has characters that XML knows");
-    m_element += ' ';
-    m_element += name;
-    m_element += "=\"";
-    for (char const byte : value)
-    {
-        std::string_view const reference = ReferenceOf(byte);
-        if (reference.empty())
-            m_element += byte;
-        else
-            m_element += reference;
-    }
-    m_element += '"';
-}
-
 void PropertyWriter::Property(UTF8String const& id, UTF8String const& objectId, CustomProperty const& content)
 {
     ValueText const value = TextOf(content);
     m_element = "  <Property";
-    Attribute("ID", id.View());
-    Attribute("ObjectID", objectId.View());
-    Attribute("Name", UTF8String(content.Name()).View());
-    Attribute("Type", value.type);
-    Attribute("Value", value.value);
+    AppendAttribute(m_element, "ID", id.View());
+    AppendAttribute(m_element, "ObjectID", objectId.View());
+    AppendAttribute(m_element, "Name", UTF8String(content.Name()).View());
+    AppendAttribute(m_element, "Type", value.type);
+    AppendAttribute(m_element, "Value", value.value);
     m_element += "/>\n";
     m_file.Bytes(m_element.data(), m_element.size());
 }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 
 #include "authoring/Export.h"
 #include "authoring/StoreFile.h"
@@ -31,8 +30,6 @@ public:
     void Finish();
 
 private:
-    void Attribute(std::string_view name, std::string_view value);
-
     StoreFile m_file;
     /// The element under way; it goes to the file as a whole.
     std::string m_element;

@@ -1,11 +1,15 @@
 #include "host/tree/GeometryFacts.h"
 
+#include <TopExp.hxx>
+#include <TopTools_IndexedMapOfShape.hxx>
+#include <TopoDS_Shape.hxx>
 #include <algorithm>
 #include <cmath>
 
 #include "framework/api/CurveDataVisitor.h"
 #include "framework/api/ICurveData.h"
 #include "framework/api/kvr_api.h"
+#include "framework/kernel/entity.h"
 
 namespace KVR
 {
@@ -94,7 +98,29 @@ public:
         }
     }
 
+    void Visit(IBrep* brep) override
+    {
+        BODY const* const body = brep->Body();
+        if (!body)
+        {
+            facts.remark = "no body";
+            return;
+        }
+        facts.counts = {{"solid", "solids", "Solids", CountOf(*body, TopAbs_SOLID)},
+                        {"face", "faces", "Faces", CountOf(*body, TopAbs_FACE)},
+                        {"edge", "edges", "Edges", CountOf(*body, TopAbs_EDGE)},
+                        {"vertex", "vertices", "Vertices", CountOf(*body, TopAbs_VERTEX)}};
+    }
+
     GeometryFacts facts;
+
+private:
+    static unsigned long long CountOf(BODY const& body, TopAbs_ShapeEnum kind)
+    {
+        TopTools_IndexedMapOfShape parts;
+        TopExp::MapShapes(body.Shape(), kind, parts);
+        return static_cast<unsigned long long>(parts.Extent());
+    }
 };
 
 }  // namespace

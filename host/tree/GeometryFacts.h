@@ -31,11 +31,13 @@ struct GeometryFacts
         unsigned long long value;
     };
     std::vector<Count> counts;
-    /// None for geometry without points and for curves that are infinitely long. That of a curve other than a polyline
-    /// is the box of points on it.
+    /// What is to be said instead of counts.
+    std::string_view remark;
+    /// None for bodies, of which a box takes long to compute, geometry without points and for curves that are
+    /// infinitely long. That of a curve other than a polyline is the box of points on it.
     std::optional<Box> box;
 
-    /// Nothing for objects other than meshes and curves.
+    /// Nothing for objects other than bodies, meshes and curves.
     static GeometryFacts Of(IObject& object);
 };
 

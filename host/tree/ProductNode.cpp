@@ -41,7 +41,7 @@ public:
     void Visit(IAssemblyFeatureOverride* object) override { Take("IAssemblyFeatureOverride", object->IsVisible()); }
     void Visit(ILayer* object) override { Take("ILayer", object->IsVisible()); }
     void Visit(IView* object) override { Take("IView", object->IsVisible()); }
-    void Visit(IBrep* object) override { Take("IBrep", object->IsVisible()); }
+    void Visit(IBrep* object) override { Geometry("IBrep", object->IsVisible()); }
     void Visit(ICurve* object) override { Geometry("ICurve", object->IsVisible()); }
     void Visit(IExtensionGeometry* object) override { Take("IExtensionGeometry", object->IsVisible()); }
     void Visit(IGeometricSet* object) override { Take("IGeometricSet", object->IsVisible()); }

@@ -105,6 +105,8 @@ void TextTreeWriter::Geometry(GeometryFacts const& facts)
 {
     for (GeometryFacts::Count const& count : facts.counts)
         m_out.Put(", " + Counted(count.value, count.one, count.many));
+    if (!facts.remark.empty())
+        m_out.Put(fmt::format(", {}", facts.remark));
     if (!facts.box)
         return;
     // Six digits tell where something is.

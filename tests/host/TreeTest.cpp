@@ -1,10 +1,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <TopoDS_Shape.hxx>
 #include <nlohmann/json.hpp>
 
 #include "tests/host/ToolRun.h"
+#include "tests/support/KernelBytes.h"
 #include "tests/support/MeshBytes.h"
+#include "tests/support/Shapes.h"
 #include "tests/support/TempFolder.h"
 
 namespace KVR::Test
@@ -107,6 +110,22 @@ TEST(Tree, ACurveHasItsPiecesAndItsBox)
             "<IPart ID=\"p\" Label=\"p\"><ChildSet><ICurve ID=\"c\" Label=\"arc\"/></ChildSet></IPart></Scene>");
     ToolRun const run = RunTool({"tree", folder.NarrowPathOf("scene.xml")});
     EXPECT_THAT(run.out, HasSubstr("ICurve \"arc\" c, visible, 1 piece, from (0, 0, 0) to (2, 2, 0)\n")) << run.out;
+}
+
+TEST(Tree, ABodyHasItsPartsOrNone)
+{
+    TempFolder folder;
+    std::vector<std::unique_ptr<ENTITY>> entities;
+    entities.push_back(std::make_unique<BODY>(BoxShape(1, 2, 3)));
+    entities.back()->AddDataId("b");
+    folder.Write("s.sab", StoreBytes(entities, false));
+    folder.Write("scene.xml",
+                 "<Scene><SatInfo Path=\"s.sab\"/>" + File("p") +
+                     "<IPart ID=\"p\" Label=\"p\"><ChildSet><IBrep ID=\"b\" Label=\"box\" Visibility=\"1\"/>"
+                     "<IBrep ID=\"c\" Label=\"lost\"/></ChildSet></IPart></Scene>");
+    std::string const out = RunTool({"tree", folder.NarrowPathOf("scene.xml")}).out;
+    EXPECT_THAT(out, HasSubstr("IBrep \"box\" b, visible, 1 solid, 6 faces, 12 edges, 8 vertices\n"));
+    EXPECT_THAT(out, HasSubstr("IBrep \"lost\" c, hidden, no body\n"));
 }
 
 TEST(Tree, JsonHasTheSameFacts)
