@@ -7,6 +7,8 @@
 #include <memory>
 #include <streambuf>
 
+#include "framework/kernel/Export.h"
+
 namespace KVR
 {
 
@@ -28,7 +30,7 @@ private:
 };
 
 /// Reads so many bytes of a file and then ends.
-class StoreReadBuffer final : public std::streambuf
+class KVR_KERNEL_API StoreReadBuffer final : public std::streambuf
 {
 public:
     StoreReadBuffer(std::FILE* file, std::uint64_t size);

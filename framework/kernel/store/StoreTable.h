@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "framework/kernel/Export.h"
 #include "framework/kernel/entity.h"
 
 namespace KVR
@@ -12,8 +13,8 @@ namespace KVR
 
 class StoreReadBuffer;
 
-/// What a store says of its entities beside their shapes.
-struct StoreTable
+/// What a store says of its entities beside their shapes. Exported for the fuzz target alone, as is the buffer.
+struct KVR_KERNEL_API StoreTable
 {
     struct Row
     {

@@ -1,0 +1,175 @@
+// What restoring a kernel store costs beside Open CASCADE's own reading of the same shapes.
+
+#include <fmt/format.h>
+#include <BRepFilletAPI_MakeFillet.hxx>
+#include <BRepPrimAPI_MakeBox.hxx>
+#include <BRep_Builder.hxx>
+#include <BinTools.hxx>
+#include <CLI/CLI.hpp>
+#include <TopExp.hxx>
+#include <TopExp_Explorer.hxx>
+#include <TopTools_IndexedMapOfShape.hxx>
+#include <TopoDS.hxx>
+#include <TopoDS_Compound.hxx>
+#include <algorithm>
+#include <cstdio>
+#include <exception>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "authoring/KernelStoreWriter.h"
+#include "bench/ChildProcess.h"
+#include "bench/Goals.h"
+#include "bench/ProcessorTime.h"
+#include "bench/ScratchFolder.h"
+#include "framework/kernel/entity.h"
+#include "framework/kernel/entity_list.h"
+#include "framework/kernel/global_data.h"
+#include "framework/kernel/history_stream.h"
+#include "framework/kernel/restore.h"
+
+namespace
+{
+
+using namespace KVR::Bench;
+
+// A block with its four upright edges rounded, in a size of its own.
+TopoDS_Shape Block(unsigned number)
+{
+    TopoDS_Shape const box = BRepPrimAPI_MakeBox(10.0 + 0.01 * number, 20.0, 30.0).Shape();
+    BRepFilletAPI_MakeFillet fillet(box);
+    TopTools_IndexedMapOfShape edges;
+    TopExp::MapShapes(box, TopAbs_EDGE, edges);
+    for (int i = 1; i <= 4; ++i)
+        fillet.Add(1.0, TopoDS::Edge(edges.FindKey(i)));
+    return fillet.Shape();
+}
+
+struct Files
+{
+    std::string store;
+    std::string shapes;
+};
+
+void Write(Files const& files, unsigned bodies)
+{
+    KVR::Authoring::KernelStoreWriter writer(KVR::UTF16String(KVR::UTF8String(files.store)),
+                                             KVR::Authoring::KernelStoreForm::kBinary);
+    BRep_Builder builder;
+    TopoDS_Compound compound;
+    builder.MakeCompound(compound);
+    for (unsigned i = 0; i < bodies; ++i)
+    {
+        TopoDS_Shape const block = Block(i);
+        builder.Add(compound, block);
+        std::vector<KVR::Authoring::SubEntityId> faces;
+        for (unsigned face = 0; face < 6; ++face)
+            faces.push_back({face, KVR::UTF8String(fmt::format("body{}.face{}", i, face))});
+        writer.Body(KVR::UTF8String(fmt::format("body{}", i)), block, faces);
+    }
+    writer.Finish();
+    if (!BinTools::Write(compound, files.shapes.c_str()))
+        throw std::runtime_error("Cannot write " + files.shapes);
+}
+
+Figures ReadWithOpenCascade(Files const& files)
+{
+    double const before = PeakResidentBytes();
+    TopoDS_Shape shape;
+    double const seconds = SecondsOf(
+        [&]
+        {
+            if (!BinTools::Read(shape, files.shapes.c_str()))
+                throw std::runtime_error("Open CASCADE did not read its shapes");
+        });
+    return {{"seconds", seconds}, {"memory", PeakResidentBytes() - before}};
+}
+
+Figures Restore(Files const& files, unsigned bodies)
+{
+    double const before = PeakResidentBytes();
+    KVR::HISTORY_STREAM stream;
+    KVR::ActiveStreamScope const active(&stream);
+    KVR::ENTITY_LIST entities(false);
+    double const seconds = SecondsOf(
+        [&]
+        {
+            std::FILE* const file = std::fopen(files.store.c_str(), "rb");
+            KVR::outcome const result = KVR::GKI_RESTORE(file, false, -1).execute_restore(entities);
+            std::fclose(file);
+            if (!result.ok())
+                throw std::runtime_error(result.message());
+        });
+    if (entities.count() != static_cast<int>(bodies))
+        throw std::runtime_error("The store lost bodies");
+    return {{"seconds", seconds}, {"memory", PeakResidentBytes() - before}};
+}
+
+template <class Figure>
+double Median(std::vector<Figures> const& a, std::vector<Figures> const& b, Figure figure)
+{
+    std::vector<double> values;
+    for (std::size_t i = 0; i < a.size(); ++i)
+        values.push_back(figure(a[i], b[i]));
+    auto const middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+    std::nth_element(values.begin(), middle, values.end());
+    return *middle;
+}
+
+void Run(unsigned bodies, int repeat)
+{
+    ScratchFolder const folder;
+    Files const files{(folder.Path() / "s.sab").string(), (folder.Path() / "s.bin").string()};
+    // In a process of its own, whose memory the measured ones do not begin with.
+    InChildProcess(
+        [&]
+        {
+            Write(files, bodies);
+            return Figures();
+        });
+    std::vector<Figures> theirs;
+    std::vector<Figures> ours;
+    for (int i = 0; i < repeat; ++i)
+    {
+        theirs.push_back(InChildProcess([&] { return ReadWithOpenCascade(files); }));
+        ours.push_back(InChildProcess([&] { return Restore(files, bodies); }));
+    }
+    auto const of = [&](std::vector<Figures> const& rounds, char const* name)
+    { return Median(rounds, rounds, [&](Figures const& a, Figures const&) { return a.at(name); }); };
+    auto const ratio = [&](char const* name)
+    { return Median(ours, theirs, [&](Figures const& a, Figures const& b) { return a.at(name) / b.at(name); }); };
+    fmt::print("{:<28} {:>10} {:>12}\n", fmt::format("{} bodies", bodies), "ms", "MB");
+    fmt::print("{:<28} {:>10.1f} {:>12.1f}\n", "BinTools::Read", of(theirs, "seconds") * 1e3,
+               of(theirs, "memory") / 1e6);
+    fmt::print("{:<28} {:>10.1f} {:>12.1f}\n", "restore of the store", of(ours, "seconds") * 1e3,
+               of(ours, "memory") / 1e6);
+    std::fputs(GoalsText({{"time, restore / BinTools::Read", "", 1.15, ratio("seconds")},
+                          {"memory, restore / BinTools::Read", "", 1.2, ratio("memory")}})
+                   .c_str(),
+               stdout);
+}
+
+}  // namespace
+
+int main(int argc, char** argv)
+{
+    try
+    {
+        unsigned bodies = 2000;
+        int repeat = 5;
+        CLI::App app("Measures the restoring of kernel stores beside Open CASCADE's reading of the same shapes.");
+        app.add_option("--bodies", bodies, "Bodies in the store")->check(CLI::Range(1, 100'000))->capture_default_str();
+        app.add_option("--repeat", repeat, "Rounds; the medians count")
+            ->check(CLI::Range(1, 1000))
+            ->capture_default_str();
+        CLI11_PARSE(app, argc, argv);
+        Run(bodies, repeat);
+        return 0;
+    }
+    catch (std::exception const& exception)
+    {
+        std::fprintf(stderr, "kvr_bench_kernel: %s\n", exception.what());
+        return 1;
+    }
+}
