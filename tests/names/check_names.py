@@ -11,21 +11,29 @@ FOLDERS = ["producer", "structure", "mesh", "geometry", "appearance", "organisat
 EXAMPLES = ["complete.xml", "complete.ids.xml", "complete.kvrproperty"]
 # Names of children of file properties are asked for as narrow text.
 LITERAL = re.compile(r'(?:\bu|\b\w*TextOf\()"([A-Z]\w*)"|\bUnitOf\("([A-Z]\w*)"')
-# A value of switches, flags and texts; names of nothing that a scene states; the reference names that no reader uses.
+CONSTANT = re.compile(r'\b(k\w+)\[\] = u"([A-Z]\w*)"')
+# A value of switches and flags.
 NO_NAMES = {"True"}
-UNUSED_CONSTANTS = pathlib.PurePosixPath("framework/xml_util/TextConstants.h")
+# A name that stands here counts when another file uses its constant.
+CONSTANTS = "framework/xml_util/TextConstants.h"
 # Elements whose name is free; the documents name the ones to write.
 FREE = {"Scene", "ICamera", "IGroup", "IView", "RefFile", "Ids", "Properties"}
 
 
 def code_names(root):
-    names = set()
+    names, words = set(), set()
     for folder in FOLDERS:
         for file in sorted((root / folder).rglob("*")):
-            if file.suffix not in (".cpp", ".h") or file.relative_to(root).as_posix() == UNUSED_CONSTANTS.as_posix():
+            if file.suffix not in (".cpp", ".h") or file == root / CONSTANTS:
                 continue
-            for match in LITERAL.finditer(file.read_text(encoding="utf-8")):
+            text = file.read_text(encoding="utf-8")
+            words.update(re.findall(r"\bk[A-Z]\w*", text))
+            for match in LITERAL.finditer(text):
                 names.add(match.group(1) or match.group(2))
+    constants = root / CONSTANTS
+    for constant, name in CONSTANT.findall(constants.read_text(encoding="utf-8")) if constants.exists() else ():
+        if constant in words:
+            names.add(name)
     return names - NO_NAMES
 
 

@@ -47,6 +47,12 @@ class NameCheck(unittest.TestCase):
         self.write("examples/complete/complete.xml", '<Scene><IPart Label="x"/><Label/></Scene>')
         self.assert_problems("Label")
 
+    def test_a_constant_counts_when_it_is_used(self):
+        self.write(check_names.CONSTANTS, 'inline constexpr char16_t kExtra[] = u"Extra";')
+        self.assert_problems()
+        self.write("mesh/B.cpp", "IsNamed(node, kExtra)")
+        self.assert_problems("Extra")
+
     def test_a_list_that_is_missing_is_found(self):
         self.write("docs/formats.md", "")
         self.assert_problems("IPart", "Label", "Scene")
