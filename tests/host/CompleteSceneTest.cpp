@@ -1,4 +1,4 @@
-// The dump of examples/complete, which holds every element and attribute of the format.
+// The dump of examples/complete, which uses the name of every element and attribute of the format.
 
 #include <gtest/gtest.h>
 
