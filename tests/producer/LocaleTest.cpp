@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <TopoDS_Shape.hxx>
 #include <clocale>
 #include <cstdlib>
 #include <locale>
@@ -10,10 +11,12 @@
 #include <xercesc/framework/MemoryManager.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
 
+#include "framework/kernel/entity.h"
 #include "producer/ClassicLocaleScope.h"
 #include "tests/framework/xml_util/CommaLocale.h"
 #include "tests/support/FullScene.h"
 #include "tests/support/SceneWalk.h"
+#include "tests/support/Shapes.h"
 #include "tests/support/TestScene.h"
 
 namespace KVR::Test
@@ -218,6 +221,31 @@ TEST_F(ProducerUnderACommaLocale, ACommaIsNoDecimalSign)
     ASSERT_EQ(scene.Producer().LoadUniverse()->ViewingDataOf(data), kIsValueSpecified_Yes);
     EXPECT_EQ(data.UpVector()[0], 0.5);
     EXPECT_EQ(data.UpVector()[1], 0.25);
+}
+
+// The scene of examples/complete, which has every kind of object and side file, and what its bodies measure.
+static std::string AnswersOfTheCompleteScene()
+{
+    XMLProducer producer{UTF16String(UTF8String(KVR_EXAMPLES_DIR "/complete/complete.xml")), nullptr};
+    IProducer& host = producer;
+    host.BeginProcess(IdSet(), nullptr, nullptr);
+    std::string text = WalkScene(producer).text;
+    for (char const* const id : {"body", "text-body"})
+    {
+        auto const* const brep = dynamic_cast<IBrep const*>(host.Load(id));
+        EXPECT_TRUE(brep && brep->Body()) << id;
+        if (brep && brep->Body())
+            text += std::to_string(static_cast<long long>(1e9 * FactsOf(brep->Body()->Shape()).volume));
+    }
+    return text;
+}
+
+TEST_F(ProducerUnderACommaLocale, TheCompleteSceneIsTheSameAsUnderTheClassicOne)
+{
+    std::string const underComma = AnswersOfTheCompleteScene();
+    TearDown();
+    EXPECT_EQ(underComma, AnswersOfTheCompleteScene());
+    EXPECT_GT(underComma.size(), 5000U);
 }
 
 }  // namespace KVR::Test
