@@ -5,6 +5,7 @@
 #include "tests/support/SceneWalker.h"
 
 #include "tests/support/AppearanceQuestions.h"
+#include "tests/support/OrganisationQuestions.h"
 
 namespace KVR::Test
 {
@@ -91,7 +92,7 @@ void SceneWalker::AskAll()
             Tell("Styles", element->Styles());
             AskChildren(*element);
         }
-        else
+        else if (!AskOrganisation(*this, *object))
             throw std::logic_error("an object of no known kind: " + id);
     }
 }
@@ -130,11 +131,11 @@ void SceneWalker::AskAttributeSets(IAttributeSets const& object)
 {
     TellObjects("StyleSet", object.StyleSet());
     TellObjects("TextureSet", object.TextureSet());
-    Tell("LayerSet", object.LayerSet());
-    Tell("GroupSet", object.GroupSet());
-    Tell("LodSet", object.LodSet());
-    Tell("CameraSet", object.CameraSet());
-    Tell("ViewSet", object.ViewSet());
+    TellObjects("LayerSet", object.LayerSet());
+    TellObjects("GroupSet", object.GroupSet());
+    TellObjects("LodSet", object.LodSet());
+    TellObjects("CameraSet", object.CameraSet());
+    TellObjects("ViewSet", object.ViewSet());
 }
 
 void SceneWalker::TellObjects(char const* question, IdSet const& ids)
