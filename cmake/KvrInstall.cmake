@@ -26,6 +26,7 @@ write_basic_package_version_file(${PROJECT_NAME}ConfigVersion.cmake COMPATIBILIT
 install(FILES
   "${CMAKE_CURRENT_BINARY_DIR}/${PROJECT_NAME}Config.cmake"
   "${CMAKE_CURRENT_BINARY_DIR}/${PROJECT_NAME}ConfigVersion.cmake"
+  cmake/KvrOpenCascade.cmake
   DESTINATION "${KVR_PACKAGE_DIR}")
 
 # The way back from the pkg-config file to the prefix; an absolute library folder has none.
@@ -48,7 +49,8 @@ if(BUILD_SHARED_LIBS)
   set(KVR_PC_LIBS "-lkvr_xml_producer -lkvr_api")
 else()
   set(KVR_PC_REQUIRES "Requires")
-  set(KVR_PC_LIBS "-lkvr_xml_producer -lkvr_xml_util -lkvr_api -lboost_filesystem")
+  set(KVR_PC_LIBS "-lkvr_xml_producer -lkvr_xml_util -lkvr_gmk_interface -lkvr_kernel -lkvr_api -lboost_filesystem")
+  string(APPEND KVR_PC_LIBS " -lTKBRep -lTKGeomBase -lTKG3d -lTKG2d -lTKMath -lTKernel -lxxhash")
 endif()
 configure_file(cmake/${PROJECT_NAME}.pc.in ${PROJECT_NAME}.pc @ONLY)
 install(FILES "${CMAKE_CURRENT_BINARY_DIR}/${PROJECT_NAME}.pc" DESTINATION "${KVR_PKGCONFIG_DIR}")
