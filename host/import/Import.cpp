@@ -20,6 +20,7 @@
 #include "framework/xml_util/XMLStrUtil.h"
 #include "host/ChildProcess.h"
 #include "host/SafeText.h"
+#include "host/WorkFolder.h"
 #include "host/import/ModelDocument.h"
 #include "host/import/ModelError.h"
 #include "host/import/ModelFormat.h"
@@ -116,50 +117,6 @@ std::string ImportHere(ImportOptions const& options, ModelFormat format, std::st
     }
 }
 
-// A folder beside the scene in which its files are written; whatever is in it goes with it.
-class WorkFolder
-{
-public:
-    // Throws std::system_error.
-    explicit WorkFolder(fs::path const& scene)
-    {
-        std::string path = (scene.parent_path() / ".kvr-import-XXXXXX").string();
-        if (!mkdtemp(path.data()))
-            throw std::system_error(errno, std::generic_category());
-        m_path = path;
-    }
-    ~WorkFolder()
-    {
-        std::error_code ignored;
-        fs::remove_all(m_path, ignored);
-    }
-    WorkFolder(WorkFolder const&) = delete;
-    WorkFolder& operator=(WorkFolder const&) = delete;
-
-    fs::path const& Path() const noexcept { return m_path; }
-
-private:
-    fs::path m_path;
-};
-
-// Gives the files their places beside the scene, and the scene its own when all others have theirs. Throws
-// std::system_error.
-void MoveIntoPlace(fs::path const& folder, fs::path const& scene)
-{
-    std::vector<fs::path> files;
-    for (fs::directory_entry const& entry : fs::directory_iterator(folder))
-        if (entry.path().filename() != scene.filename())
-            files.push_back(entry.path());
-    for (fs::path const& file : files)
-        fs::rename(file, scene.parent_path() / file.filename());
-    // Properties of an earlier scene of this name would count as this one's.
-    fs::path const properties = fs::path(scene).replace_extension(".kvrproperty");
-    if (std::none_of(files.begin(), files.end(),
-                     [&](fs::path const& file) { return file.filename() == properties.filename(); }))
-        fs::remove(properties);
-    fs::rename(folder / scene.filename(), scene);
-}
-
 void ReadAnswer(std::string const& answer, ImportResult& result)
 {
     std::istringstream lines(answer);
@@ -184,11 +141,8 @@ ImportResult Import(ImportOptions const& options)
     std::optional<ModelFormat> const format = FormatOfModel(options.modelPath);
     if (!format)
         throw ModelError("it is in none of the formats STEP, IGES, BREP, glTF, STL, OBJ and PLY");
-    fs::path const scene = fs::absolute(options.scenePath);
-    if (fs::is_directory(scene))
-        throw std::system_error(EISDIR, std::generic_category());
-    WorkFolder const folder(scene);
-    std::string const inside = (folder.Path() / scene.filename()).string();
+    WorkFolder const folder(options.scenePath);
+    std::string const inside = folder.Inside().string();
     ChildResult child = RunInChild([&] { return ImportHere(options, *format, inside, options.withAnnotations); });
     if (child.signal != 0 && !child.isInterrupted && *format == ModelFormat::kStep && options.withAnnotations)
     {
@@ -207,8 +161,14 @@ ImportResult Import(ImportOptions const& options)
         throw ModelError(child.signal != 0 ? "its reader ended (" + SignalText(child.signal) + ")"
                                            : std::string("its reader ended early"));
     ReadAnswer(*child.answer, result);
-    if (result.isGood)
-        MoveIntoPlace(folder.Path(), scene);
+    if (!result.isGood)
+        return result;
+    // Properties of an earlier scene of this name would count as this one's.
+    fs::path const properties = fs::path(folder.Target()).replace_extension(".kvrproperty");
+    bool const hasProperties = folder.Holds(properties.filename());
+    folder.MoveIntoPlace();
+    if (!hasProperties)
+        fs::remove(properties);
     return result;
 }
 

@@ -5,8 +5,8 @@ namespace KVR
 
 class ProductPlan;
 
-/// The length of the diagonal of the box around all occurrences of a model's parts, from points on their edges and the
-/// nodes of their triangles; 0 for a model without any.
+/// The length of the diagonal of a model's box as Open CASCADE finds it before anything is meshed, which is at times
+/// larger than it need be; 0 for a model without geometry.
 double DiagonalOfModel(ProductPlan const& plan);
 
 }  // namespace KVR
