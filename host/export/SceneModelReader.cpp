@@ -34,8 +34,7 @@ Matrix MatrixOf(Matrix3d const* transform)
 
 std::array<double, 3> Triple(Color const& color)
 {
-    return {std::clamp(color.Red(), 0.0, 1.0), std::clamp(color.Green(), 0.0, 1.0),
-            std::clamp(color.Blue(), 0.0, 1.0)};
+    return {std::clamp(color.Red(), 0.0, 1.0), std::clamp(color.Green(), 0.0, 1.0), std::clamp(color.Blue(), 0.0, 1.0)};
 }
 
 ModelOverride& OverrideAt(std::shared_ptr<ModelOverride>& top, IdSet const& path)
@@ -183,8 +182,7 @@ void SceneModelReader::ReadComponent(std::size_t index)
     JoinMeshesAndBodies(m_model.components[index]);
 }
 
-void SceneModelReader::ReadChildren(std::size_t index, unsigned long long count,
-                                    std::unordered_set<std::string>& seen)
+void SceneModelReader::ReadChildren(std::size_t index, unsigned long long count, std::unordered_set<std::string>& seen)
 {
     IObject const* const object = m_model.components[index].object;
     auto const* const file = dynamic_cast<IFile const*>(object);
@@ -445,9 +443,9 @@ void SceneModelReader::ReadUpVector()
     if (!universe || universe->ViewingDataOf(viewing) != kIsValueSpecified_Yes)
         return;
     Vector const& up = viewing.UpVector();
-    double const length = std::sqrt(up.X() * up.X() + up.Y() * up.Y() + up.Z() * up.Z());
+    double const length = std::sqrt(up[0] * up[0] + up[1] * up[1] + up[2] * up[2]);
     if (length > 0.0 && std::isfinite(length))
-        m_model.upVector = {up.X() / length, up.Y() / length, up.Z() / length};
+        m_model.upVector = {up[0] / length, up[1] / length, up[2] / length};
 }
 
 // Removes placements that would close a cycle or reach too deep, by one walk that follows each component once.
@@ -477,8 +475,8 @@ void SceneModelReader::CutCycles()
         auto& placements = m_model.components[step.component].placements;
         if (step.next == placements.size())
         {
-            std::erase_if(placements, [](ModelPlacement const& placement)
-                          { return placement.target == SceneModel::kNone; });
+            std::erase_if(placements,
+                          [](ModelPlacement const& placement) { return placement.target == SceneModel::kNone; });
             marks[step.component] = Mark::kDone;
             std::size_t const height = heights[step.component];
             path.pop_back();
