@@ -18,6 +18,7 @@
 #include "host/Output.h"
 #include "host/export/LengthUnit.h"
 #include "host/export/ShapeDocument.h"
+#include "host/export/StepDrawings.h"
 #include "host/export/StepFinish.h"
 #include "host/export/StepText.h"
 
@@ -79,6 +80,9 @@ void WriteStepFile(ShapeDocument& document, Output& out)
     finish.WriteNames();
     finish.WriteHiddenBodies();
     finish.WriteTransparency();
+    StepDrawings drawings(writer, document);
+    drawings.WriteCallouts();
+    drawings.WriteViews();
     WriteHeader(document, model);
 
     StepText text(out);

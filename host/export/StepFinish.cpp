@@ -50,6 +50,8 @@
 #include <map>
 #include <unordered_map>
 
+#include "host/export/StepEntities.h"
+
 namespace KVR
 {
 
@@ -58,11 +60,6 @@ namespace
 
 using opencascade::handle;
 using Styles = std::vector<handle<StepVisual_StyledItem>>;
-
-handle<TCollection_HAsciiString> Text(std::string const& text)
-{
-    return new TCollection_HAsciiString(text.c_str());
-}
 
 // A style that says nothing of the look, for what is to be named in a list of invisible items.
 handle<StepVisual_StyledItem> PlainStyle(handle<StepRepr_RepresentationItem> const& item,
@@ -81,7 +78,7 @@ handle<StepVisual_StyledItem> PlainStyle(handle<StepRepr_RepresentationItem> con
         new StepVisual_HArray1OfPresentationStyleAssignment(1, 1);
     assignments->SetValue(1, assignment);
     handle<StepVisual_StyledItem> const style = new StepVisual_StyledItem;
-    style->Init(Text(""), assignments, item);
+    style->Init(StepString(""), assignments, item);
     // The member of the selection is no entity, which is why the entities are not added with all they refer to.
     model->AddEntity(assignment);
     model->AddEntity(style);
@@ -199,7 +196,7 @@ void StepFinish::WriteNames()
             continue;
         handle<StepRepr_RepresentationItem> const item = ItemOf(body.shape);
         if (!item.IsNull())
-            item->SetName(Text(body.name));
+            item->SetName(StepString(body.name));
     }
 }
 
@@ -217,7 +214,8 @@ void StepFinish::WriteHiddenBodies()
             known.emplace(style->Item().get(), style);
     }
     STEPConstruct_Styles const contexts(m_writer.ChangeWriter().WS());
-    std::map<Standard_Transient const*, std::pair<handle<StepRepr_RepresentationContext>, Styles>> plain;
+    std::vector<std::pair<handle<StepRepr_RepresentationContext>, Styles>> plain;
+    std::unordered_map<Standard_Transient const*, std::size_t> places;
     for (ShapeDocument::Body const& body : m_document.bodies)
     {
         handle<StepRepr_RepresentationItem> const item =
@@ -231,19 +229,20 @@ void StepFinish::WriteHiddenBodies()
             contexts.FindContext(XCAFDoc_ShapeTool::GetShape(body.part));
         if (found != known.end() || context.IsNull())
             continue;
-        auto& group = plain[context.get()];
-        group.first = context;
-        group.second.push_back(style);
+        auto const [place, isNew] = places.emplace(context.get(), plain.size());
+        if (isNew)
+            plain.emplace_back(context, Styles());
+        plain[place->second].second.push_back(style);
     }
-    for (auto const& [ignored, group] : plain)
+    for (auto const& [context, styles] : plain)
     {
         handle<StepRepr_HArray1OfRepresentationItem> const items =
-            new StepRepr_HArray1OfRepresentationItem(1, static_cast<int>(group.second.size()));
-        for (std::size_t i = 0; i < group.second.size(); ++i)
-            items->SetValue(static_cast<int>(i) + 1, group.second[i]);
+            new StepRepr_HArray1OfRepresentationItem(1, static_cast<int>(styles.size()));
+        for (std::size_t i = 0; i < styles.size(); ++i)
+            items->SetValue(static_cast<int>(i) + 1, styles[i]);
         handle<StepVisual_MechanicalDesignGeometricPresentationRepresentation> const presentation =
             new StepVisual_MechanicalDesignGeometricPresentationRepresentation;
-        presentation->Init(Text(""), items, group.first);
+        presentation->Init(StepString(""), items, context);
         m_model->AddEntity(presentation);
     }
 }
