@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <cerrno>
 #include <cstring>
 
 #include "framework/api/Exception.h"
@@ -37,8 +38,11 @@ StoreFile::~StoreFile()
 {
     if (!m_file)
         return;
+    // What the file system said of the failure that ends the writing stays for whoever asks.
+    int const errorNumber = errno;
     IOUtil::CloseFile(m_file);
     std::remove(m_temporaryPath.Value());
+    errno = errorNumber;
 }
 
 void StoreFile::Fail() const
@@ -120,7 +124,9 @@ void StoreFile::Commit()
     bool const isClosed = std::fclose(file) == 0;
     if (!isWritten || !isClosed || std::rename(m_temporaryPath.Value(), UTF8String(m_path).Value()) != 0)
     {
+        int const errorNumber = errno;
         std::remove(m_temporaryPath.Value());
+        errno = errorNumber;
         Fail();
     }
 }

@@ -12,7 +12,8 @@ namespace KVR::Authoring
 {
 
 /// Writes the primitive items of a side file, little-endian, to a temporary name beside the file. The file
-/// itself appears whole at Commit, or not at all. Every operation throws FileException when the file system refuses.
+/// itself appears whole at Commit, or not at all. Every operation throws FileException when the file system refuses,
+/// with the system's reason in errno.
 class KVR_AUTHORING_API StoreFile
 {
 public:

@@ -1,5 +1,10 @@
 #include "authoring/XmlText.h"
 
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+
 #include "framework/api/Exception.h"
 #include "framework/api/UTF16String.h"
 #include "framework/api/UTF8String.h"
@@ -40,6 +45,8 @@ std::string_view ReferenceOf(char byte)
             return "&lt;";
         case '"':
             return "&quot;";
+        case '>':
+            return "&gt;";
         case '\t':
             return "&#9;";
         case '\n':
@@ -51,18 +58,25 @@ std::string_view ReferenceOf(char byte)
     }
 }
 
+bool IsPlain(char byte)
+{
+    return byte >= ' ' && byte < '\x7f' && byte != '&' && byte != '<' && byte != '>' && byte != '"';
+}
+
 }  // namespace
 
-void AppendAttribute(std::string& element, std::string_view name, std::string_view value)
+void AppendText(std::string& element, std::string_view text)
 {
-    UTF8String const narrow(value);
+    if (std::all_of(text.begin(), text.end(), &IsPlain))
+    {
+        element += text;
+        return;
+    }
+    UTF8String const narrow(text);
     UTF16String const wide(narrow);
     Check(UTF8String(wide) == narrow, "a text is UTF-8");
     Check(IsXmlText(wide), "a text has characters that XML knows");
-    element += ' ';
-    element += name;
-    element += "=\"";
-    for (char const byte : value)
+    for (char const byte : text)
     {
         std::string_view const reference = ReferenceOf(byte);
         if (reference.empty())
@@ -70,7 +84,23 @@ void AppendAttribute(std::string& element, std::string_view name, std::string_vi
         else
             element += reference;
     }
+}
+
+void AppendAttribute(std::string& element, std::string_view name, std::string_view value)
+{
+    element += ' ';
+    element += name;
+    element += "=\"";
+    AppendText(element, value);
     element += '"';
+}
+
+std::string NumberText(double value)
+{
+    Check(std::isfinite(value), "a number is finite");
+    std::array<char, 32> text;
+    auto const end = std::to_chars(text.data(), text.data() + text.size(), value).ptr;
+    return {text.data(), end};
 }
 
 }  // namespace KVR::Authoring

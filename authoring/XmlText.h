@@ -10,4 +10,10 @@ namespace KVR::Authoring
 /// character that XML does not know, with some of the attribute appended.
 void AppendAttribute(std::string& element, std::string_view name, std::string_view value);
 
+/// Appends text between tags. Throws as AppendAttribute does.
+void AppendText(std::string& element, std::string_view text);
+
+/// The shortest text that reads back as the number. Throws GeneralException for one that is infinite or none.
+std::string NumberText(double value);
+
 }  // namespace KVR::Authoring

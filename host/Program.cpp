@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
@@ -18,6 +19,7 @@
 #include "host/SceneReading.h"
 #include "host/dump/Dump.h"
 #include "host/dump/DumpOptions.h"
+#include "host/import/Import.h"
 #include "host/notes/Notes.h"
 #include "host/notes/NotesOptions.h"
 #include "host/tree/Tree.h"
@@ -159,6 +161,59 @@ int Notes(SceneOptions const& scene, NotesOptions const& options)
     return kExit_Good;
 }
 
+// A unit of length by its name: "millimeter", "inch" and so on.
+struct UnitChoice
+{
+    std::string word = "millimeter";
+
+    static std::vector<std::string> Words()
+    {
+        return {"micrometer", "millimeter", "centimeter", "decimeter", "meter", "kilometer",
+                "microinch",  "mil",        "inch",       "foot",      "yard",  "mile"};
+    }
+    // The units stand in this order.
+    UnitTypeEnum Unit() const
+    {
+        std::vector<std::string> const words = Words();
+        auto const place = std::find(words.begin(), words.end(), word) - words.begin();
+        return static_cast<UnitTypeEnum>(kUnitType_Micrometer + place);
+    }
+};
+
+std::string ProblemOfDeflection(std::string const& text)
+{
+    try
+    {
+        DeflectionOf(text);
+        return {};
+    }
+    catch (std::invalid_argument const& error)
+    {
+        return error.what();
+    }
+}
+
+// As shells give it to a program that was ended by SIGINT.
+constexpr int kExit_Interrupted = 130;
+
+int Import(ImportOptions const& options)
+{
+    ImportResult const result = ImportModel(options);
+    if (!result.isGood)
+    {
+        Complain(result.sentence);
+        return result.isInterrupted ? kExit_Interrupted : kExit_Failed;
+    }
+    if (options.isQuiet)
+        return kExit_Good;
+    for (std::string const& remark : result.remarks)
+        Complain(Escaped(options.modelPath) + ": " + Escaped(remark));
+    Output out(STDOUT_FILENO);
+    out.Put(result.sentence + "\n");
+    out.Flush();
+    return kExit_Good;
+}
+
 int Run(std::function<int()> const& command)
 {
     try
@@ -238,24 +293,62 @@ int RunProgram(int argc, char const* const* argv)
     notes.add_flag("--json", notesOptions.json, "Print JSON");
     AddColorOption(notes, color);
 
-    try
-    {
-        app.parse(argc, argv);
-    }
-    catch (CLI::ParseError const& error)
-    {
-        return app.exit(error) == 0 ? kExit_Good : kExit_BadArguments;
-    }
-    treeOptions.color = WantsColor(color);
-    treeOptions.colorBlocks = treeOptions.color && IsTerminal();
-    if (dump.parsed())
-        return Run([&] { return Dump(scene, dumpOptions); });
-    if (views.parsed())
-        return Run([&] { return Views(scene, viewsAsJson); });
-    notesOptions.color = treeOptions.color;
-    if (notes.parsed())
-        return Run([&] { return Notes(scene, notesOptions); });
-    return Run([&] { return Tree(scene, treeOptions); });
+    ImportOptions importOptions;
+    std::string deflection = "0.1%";
+    bool withoutMeshes = false;
+    bool withoutBreps = false;
+    bool withoutNotes = false;
+    UnitChoice unitChoice;
+    CLI::App& import = *app.add_subcommand(
+        "import", "Make a scene of a model: STEP, IGES, BREP, glTF, STL, OBJ or PLY, told apart by content and name");
+    import.add_option("model", importOptions.modelPath, "The model's file")->required()->type_name("MODEL");
+    import.add_option("scene", importOptions.scenePath, "The scene to be; its side files stand beside it")
+        ->required()
+        ->type_name("SCENE.xml");
+    import.add_option("--deflection", deflection,
+                      "How far meshes may be from bodies: a length in the model's unit, or a percentage of the "
+                      "diagonal of the model's box")
+        ->type_name("LENGTH")
+        ->check([](std::string const& text) { return ProblemOfDeflection(text);
+})
+        ->capture_default_str();
+import.add_option("--unit", unitChoice.word, "The unit of length of a model that states none")
+    ->type_name("UNIT")
+    ->check(CLI::IsMember(unitChoice.Words()))
+    ->capture_default_str();
+import.add_flag("--no-mesh", withoutMeshes, "Write no meshes");
+import.add_flag("--no-brep", withoutBreps, "Write no bodies");
+import.add_flag("--no-pmi", withoutNotes, "Read no annotations and views");
+import.add_flag("--text", importOptions.scene.asText, "Write bodies as text");
+import.add_flag("--quiet", importOptions.isQuiet, "Say nothing but what fails");
+
+try
+{
+    app.parse(argc, argv);
 }
+catch (CLI::ParseError const& error)
+{
+    return app.exit(error) == 0 ? kExit_Good : kExit_BadArguments;
+}
+if (import.parsed())
+{
+    importOptions.scene.deflection = DeflectionOf(deflection);
+    importOptions.scene.withMeshes = !withoutMeshes;
+    importOptions.scene.withBreps = !withoutBreps;
+    importOptions.withAnnotations = !withoutNotes;
+    importOptions.unit = unitChoice.Unit();
+    return Run([&] { return Import(importOptions); });
+}
+treeOptions.color = WantsColor(color);
+treeOptions.colorBlocks = treeOptions.color && IsTerminal();
+if (dump.parsed())
+    return Run([&] { return Dump(scene, dumpOptions); });
+if (views.parsed())
+    return Run([&] { return Views(scene, viewsAsJson); });
+notesOptions.color = treeOptions.color;
+if (notes.parsed())
+    return Run([&] { return Notes(scene, notesOptions); });
+return Run([&] { return Tree(scene, treeOptions); });
+}  // namespace KVR
 
 }  // namespace KVR

@@ -7,37 +7,25 @@
 #include <utility>
 #include <vector>
 
-#include "framework/api/IdSet.h"
-#include "framework/api/Matrix3d.h"
-#include "framework/api/UTF8String.h"
-#include "host/export/NotCarried.h"
+#include "host/export/Export.h"
+#include "host/export/SceneModel.h"
 
 namespace KVR
 {
 
-class IAnnotationCallout;
-class IGeometry;
-class IProducer;
+class BODY;
+class SubEntityToStylesMap;
+struct ShapePlacement;
 
-/// Geometry of a component as a shape in its place, with what the scene says of it.
+/// Geometry of a component as a shape in its place.
 struct PartItem
 {
-    UTF8String id;
-    std::string name;
+    ModelGeometry const* geometry = nullptr;
     TopoDS_Shape shape;
-    bool isHidden = false;
-    IdSet styles;
-    /// Faces and edges with styles of their own.
-    std::vector<std::pair<TopoDS_Shape, IdSet>> subStyles;
+    /// Faces and edges with the ids of their styles.
+    std::vector<std::pair<TopoDS_Shape, std::string>> subStyles;
     /// Faces and edges that were asked for, by their data ids.
     std::vector<std::pair<std::string, TopoDS_Shape>> subShapes;
-};
-
-/// What there is in a component beside its instances.
-struct PartContent
-{
-    std::vector<PartItem> items;
-    std::vector<IAnnotationCallout const*> callouts;
 };
 
 /// Makes shapes of the geometry of components. No two shapes that it makes share a face or a body, since a document
@@ -48,25 +36,27 @@ public:
     struct Options
     {
         /// The unit of the shapes, in metres.
-        double metres = 1e-3;
+        double metresPerUnit = 1e-3;
         /// Whether a mesh without a body becomes a shell of flat faces.
         bool meshFaces = false;
         /// The data ids of faces and edges to be found again.
         std::unordered_set<std::string> wantedSubShapes;
     };
 
-    PartShapes(IProducer& producer, Options options, NotCarried& notCarried);
+    PartShapes(Options options, NotCarriedCounts& notCarried);
 
-    /// The shapes of geometry objects; those of other objects are left out. `metres` is the length unit of objects that
-    /// state none. The change is applied to all in the component's coordinates.
-    PartContent Of(std::vector<UTF8String> const& ids, double metres, gp_Mat const& change);
+    /// The shapes of a component's geometry after a change in the component's coordinates. What makes no shape is
+    /// counted.
+    std::vector<PartItem> Of(ModelComponent const& component, gp_Mat const& change);
 
 private:
-    friend class PartVisitor;
+    TopoDS_Shape ShapeOf(ModelGeometry const& geometry);
+    void Place(PartItem& item, TopoDS_Shape const& shape, ShapePlacement const& placement, bool stays);
+    void TakeSubShapes(PartItem& item, BODY const& body, SubEntityToStylesMap const* styles) const;
+    bool IsUsed(TopoDS_Shape const& shape);
 
-    IProducer& m_producer;
     Options m_options;
-    NotCarried& m_notCarried;
+    NotCarriedCounts& m_notCarried;
     /// The bodies and faces that are in use already.
     std::unordered_set<void const*> m_used;
 };

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "framework/api/Enums.h"
-#include "host/export/NotCarried.h"
+#include "host/export/Export.h"
 
 namespace KVR
 {
@@ -69,7 +69,7 @@ struct ShapeDocument
     std::vector<Transparency> transparencies;
     std::vector<View> views;
     std::vector<Callout> callouts;
-    NotCarried notCarried;
+    NotCarriedCounts notCarried;
 };
 
 }  // namespace KVR

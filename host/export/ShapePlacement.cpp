@@ -116,17 +116,18 @@ bool ShapePlacement::IsRigid() const
     return ElementsOf(change) == ElementsOf(unit);
 }
 
-std::unique_ptr<ShapePlacement> ShapePlacement::Of(Matrix3d const& transform, double scale, gp_Mat const& before)
+std::unique_ptr<ShapePlacement> ShapePlacement::Of(Matrix const& transform, double scale, gp_Mat const& change)
 {
     gp_Mat linear;
     gp_XYZ translation;
     for (int row = 0; row < 3; ++row)
     {
         for (int column = 0; column < 3; ++column)
-            linear(row + 1, column + 1) = transform.Element(row, column);
-        translation.SetCoord(row + 1, scale * transform.Element(row, 3));
+            linear(row + 1, column + 1) = scale * transform[static_cast<std::size_t>(4 * row + column)];
+        translation.SetCoord(row + 1, scale * transform[static_cast<std::size_t>(4 * row + 3)]);
     }
-    linear = linear * before;
+    linear = change * linear;
+    translation.Multiply(change);
     if (!IsFinite(linear, translation))
         return nullptr;
     double const largest = LargestElement(linear);

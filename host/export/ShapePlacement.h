@@ -7,7 +7,7 @@
 #include <memory>
 #include <vector>
 
-#include "framework/api/Matrix3d.h"
+#include "host/export/SceneModel.h"
 
 class BRepBuilderAPI_ModifyShape;
 
@@ -27,10 +27,10 @@ struct ShapePlacement
 
     bool IsRigid() const;
 
-    /// The steps of a transform, after a change of what it is applied to. Its lengths are multiplied by `scale`. A
-    /// transform counts as rigid, or as the same in all directions, to 1e-6. One that is singular or not finite leaves
-    /// nothing to place: the answer is null.
-    static std::unique_ptr<ShapePlacement> Of(Matrix3d const& transform, double scale, gp_Mat const& before);
+    /// The steps of: first `scale`, then the transform, whose lengths are multiplied by `scale`, then `change`. It
+    /// counts as rigid, or as the same in all directions, to 1e-6. A singular transform, or one that is not finite,
+    /// leaves nothing to place: the answer is null.
+    static std::unique_ptr<ShapePlacement> Of(Matrix const& transform, double scale, gp_Mat const& change);
 };
 
 /// The elements of a matrix, to be compared.

@@ -16,11 +16,11 @@
 #include <stdexcept>
 
 #include "host/Output.h"
-#include "host/export/LengthUnit.h"
 #include "host/export/ShapeDocument.h"
 #include "host/export/StepDrawings.h"
 #include "host/export/StepFinish.h"
 #include "host/export/StepText.h"
+#include "host/export/StepUnit.h"
 
 namespace KVR
 {

@@ -1,0 +1,102 @@
+#pragma once
+
+#include <memory>
+#include <string_view>
+
+#include "authoring/Export.h"
+#include "authoring/KernelStoreWriter.h"
+#include "authoring/MeshStoreWriter.h"
+#include "authoring/SceneRecords.h"
+#include "authoring/SubObjectPersistentIdWriter.h"
+#include "authoring/VitreolAssetWriter.h"
+#include "framework/api/UTF16String.h"
+
+namespace KVR::Authoring
+{
+
+/// The forms of the side files.
+struct SceneWriterOptions
+{
+    KernelStoreForm kernelForm = KernelStoreForm::kBinary;
+    MeshStoreLayout meshLayout = MeshStoreLayout::kMeshInfo;
+};
+
+/// Writes a complete scene: the document and, beside it, the side files that it needs, each under the scene's name with
+/// an extension of its own. Everything is streamed, so that a scene may be larger than memory: what stays are sixteen
+/// bytes for each id, and the shapes of the kernel stores.
+///
+/// Objects go where they are written: geometry and instances into the component that is open, or under the root when
+/// none is. Ids are checked: two objects of one id are refused at once, and a scene that names a component or child
+/// that it does not have, when it is finished. The document and the side files appear at Finish, each whole, the
+/// document last; without a Finish nothing stays behind.
+///
+/// Operations throw FileException when the file system refuses, and GeneralException for an id that is empty or taken,
+/// for a text that is not UTF-8 or has a character that XML does not know, for a number that is infinite or none, and
+/// for calls that do not fit together. After an exception the scene cannot be finished.
+class KVR_AUTHORING_API SceneWriter
+{
+public:
+    explicit SceneWriter(UTF16String const& path, SceneWriterOptions const& options = {});
+    ~SceneWriter();
+    SceneWriter(SceneWriter const&) = delete;
+    SceneWriter& operator=(SceneWriter const&) = delete;
+
+    void Universe(UniverseRecord const& universe);
+
+    /// A file with its child ids; what it declares is written before EndFile. Between, AttributeSet alone is called.
+    void BeginFile(FileRecord const& file);
+    void EndFile();
+
+    /// Components do not nest: an instance places one in another.
+    void BeginAssembly(ComponentRecord const& assembly);
+    void EndAssembly();
+    void BeginPart(ComponentRecord const& part);
+    void EndPart();
+
+    /// What the open file or component declares. Behind the geometry of a component it is refused.
+    void AttributeSet(AttributeSetRecord const& set);
+
+    /// In an assembly alone.
+    void Instance(InstanceRecord const& instance);
+    void FeatureOverride(FeatureOverrideRecord const& featureOverride);
+
+    void Body(BodyRecord const& body);
+    void Mesh(MeshRecord const& mesh);
+    void Curve(CurveElementRecord const& curve);
+    void Point(PointRecord const& point);
+    void PointCloud(PointCloudRecord const& cloud);
+    void WorkAxis(WorkAxisRecord const& axis);
+    void WorkPlane(WorkPlaneRecord const& plane);
+    void WorkPoint(WorkPointRecord const& point);
+    void Sketch(SketchRecord const& sketch);
+    void Callout(CalloutRecord const& callout);
+    /// "IGeometricSet" and "IExtensionGeometry": geometry that is written before EndSet stands in the set. An extension
+    /// geometry holds no geometric sets.
+    void BeginGeometricSet(GeometryRecord const& set);
+    void BeginExtensionGeometry(GeometryRecord const& set);
+    void EndSet();
+
+    /// A property of a mesh, instance, geometric set or body, by that object's id.
+    void Property(UTF8String const& objectId, PropertyValue const& property);
+
+    /// The side files of this scene, made at the first call and finished with the scene: NAME.mesh (or NAME.geometry),
+    /// NAME.seg, NAME.sab (or NAME.sat), NAME.ids.xml, NAME.assets.
+    MeshStoreWriter& Meshes();
+    SegmentStoreWriter& Segments();
+    KernelStoreWriter& Kernel();
+    SubObjectPersistentIdWriter& PersistentIds();
+    VitreolAssetWriter& Assets();
+    /// Writes a blob, NAME.blobN, and answers the path by which custom data of the universe names it.
+    UTF8String Blob(void const* bytes, std::size_t size);
+
+    /// Writes what is still held. A property file of an earlier scene of this name is removed when this one has none,
+    /// since it would count as this scene's.
+    void Finish();
+
+private:
+    struct State;
+
+    std::unique_ptr<State> m_state;
+};
+
+}  // namespace KVR::Authoring

@@ -1,0 +1,236 @@
+#include "host/import/CadReaders.h"
+
+#include <APIHeaderSection_MakeHeader.hxx>
+#include <IGESCAFControl_Reader.hxx>
+#include <IGESData_GlobalSection.hxx>
+#include <IGESData_IGESModel.hxx>
+#include <Interface_Static.hxx>
+#include <STEPCAFControl_Reader.hxx>
+#include <StepData_StepModel.hxx>
+#include <StepData_UndefinedEntity.hxx>
+#include <StepRepr_RepresentationItem.hxx>
+#include <StepShape_EdgeCurve.hxx>
+#include <StepShape_Face.hxx>
+#include <StepShape_ShellBasedSurfaceModel.hxx>
+#include <StepShape_SolidModel.hxx>
+#include <TColStd_SequenceOfAsciiString.hxx>
+#include <TCollection_HAsciiString.hxx>
+#include <TopoDS_Shape.hxx>
+#include <TransferBRep.hxx>
+#include <Transfer_TransientProcess.hxx>
+#include <UnitsMethods.hxx>
+#include <XCAFDoc_DocumentTool.hxx>
+#include <XSControl_TransferReader.hxx>
+#include <XSControl_WorkSession.hxx>
+#include <algorithm>
+#include <map>
+
+#include "host/import/ModelDocument.h"
+#include "host/import/ModelError.h"
+
+namespace KVR
+{
+
+namespace
+{
+
+// What a STEP file calls its units of length, without prefix and in capitals.
+constexpr std::pair<std::string_view, UnitTypeEnum> kStepUnits[] = {
+    {"METRE", kUnitType_Meter},
+    {"METER", kUnitType_Meter},
+    {"MILLIMETRE", kUnitType_Millimeter},
+    {"MILLIMETER", kUnitType_Millimeter},
+    {"CENTIMETRE", kUnitType_Centimeter},
+    {"CENTIMETER", kUnitType_Centimeter},
+    {"DECIMETRE", kUnitType_Decimeter},
+    {"KILOMETRE", kUnitType_Kilometer},
+    {"MICROMETRE", kUnitType_Micrometer},
+    {"INCH", kUnitType_Inch},
+    {"INCHES", kUnitType_Inch},
+    {"FOOT", kUnitType_Foot},
+    {"FEET", kUnitType_Foot},
+    {"YARD", kUnitType_Yard},
+    {"MILE", kUnitType_Mile},
+    {"MIL", kUnitType_Mil},
+};
+
+std::string Capitals(std::string text)
+{
+    std::transform(text.begin(), text.end(), text.begin(),
+                   [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; });
+    std::erase_if(text, [](char c) { return c == ' ' || c == '\'' || c == '-' || c == '_'; });
+    return text;
+}
+
+// The unit of the document is what Open CASCADE brings lengths to, which is the model's own: nothing is scaled.
+void SetDocumentUnit(ModelDocument& model, UnitTypeEnum unit)
+{
+    model.unit = unit;
+    double const metres = MetresOf(unit);
+    XCAFDoc_DocumentTool::SetLengthUnit(model.document, metres);
+    UnitsMethods::SetCasCadeLengthUnit(metres, UnitsMethods_LengthUnit_Meter);
+}
+
+std::string TextOf(Handle(TCollection_HAsciiString) const& text)
+{
+    return text.IsNull() ? std::string() : std::string(text->ToCString());
+}
+
+void AddHeader(ModelDocument& model, char const* name, std::string const& text)
+{
+    if (!text.empty())
+        model.header.emplace_back(name, text);
+}
+
+void ReadStepUnit(ModelDocument& model, STEPControl_Reader& reader)
+{
+    TColStd_SequenceOfAsciiString lengths;
+    TColStd_SequenceOfAsciiString angles;
+    TColStd_SequenceOfAsciiString solidAngles;
+    reader.FileUnits(lengths, angles, solidAngles);
+    UnitTypeEnum unit = kUnitType_Unknown;
+    std::string name;
+    for (TCollection_AsciiString const& length : lengths)
+    {
+        name = Capitals(length.ToCString());
+        for (auto const& [known, type] : kStepUnits)
+            if (known == name && unit == kUnitType_Unknown)
+                unit = type;
+        if (unit != kUnitType_Unknown)
+            break;
+    }
+    model.isUnitStated = unit != kUnitType_Unknown;
+    if (!model.isUnitStated && !name.empty())
+        model.warnings.push_back("the unit of length \"" + name +
+                                 "\" is not known; lengths are brought to millimetres");
+    SetDocumentUnit(model, model.isUnitStated || name.empty() ? (unit == kUnitType_Unknown ? model.unit : unit)
+                                                              : kUnitType_Millimeter);
+}
+
+void ReadStepHeader(ModelDocument& model, Handle(StepData_StepModel) const& step)
+{
+    APIHeaderSection_MakeHeader const header(step);
+    if (!header.FnValue().IsNull())
+    {
+        if (header.NbAuthor() > 0)
+            AddHeader(model, "Author", TextOf(header.AuthorValue(1)));
+        if (header.NbOrganization() > 0)
+            AddHeader(model, "Organization", TextOf(header.OrganizationValue(1)));
+        AddHeader(model, "SendingSystem", TextOf(header.OriginatingSystem()));
+        AddHeader(model, "Preprocessor", TextOf(header.PreprocessorVersion()));
+        AddHeader(model, "Authorisation", TextOf(header.Authorisation()));
+        model.creationTime = TextOf(header.TimeStamp());
+    }
+}
+
+// The names of bodies, and the numbers of the entities of faces and edges, by what Open CASCADE made of them.
+void ReadEntityIds(ModelDocument& model, Handle(XSControl_WorkSession) const& session)
+{
+    Handle(Transfer_TransientProcess) const process = session->TransferReader()->TransientProcess();
+    Handle(Interface_InterfaceModel) const step = session->Model();
+    for (int number = 1; number <= step->NbEntities(); ++number)
+    {
+        Handle(Standard_Transient) const entity = step->Value(number);
+        bool const isBody = entity->IsKind(STANDARD_TYPE(StepShape_SolidModel)) ||
+                            entity->IsKind(STANDARD_TYPE(StepShape_ShellBasedSurfaceModel));
+        if (!isBody && !entity->IsKind(STANDARD_TYPE(StepShape_Face)) &&
+            !entity->IsKind(STANDARD_TYPE(StepShape_EdgeCurve)))
+            continue;
+        TopoDS_Shape const shape = TransferBRep::ShapeResult(process, entity);
+        if (shape.IsNull())
+            continue;
+        if (!isBody)
+        {
+            model.entityIds.emplace(shape.TShape().get(), TextOf(step->StringLabel(entity)));
+            continue;
+        }
+        std::string const name = TextOf(Handle(StepRepr_RepresentationItem)::DownCast(entity)->Name());
+        if (!name.empty() && name != "NONE")
+            model.bodyNames.emplace(shape.TShape().get(), name);
+    }
+}
+
+// Tessellated geometry arrives without any, and so does what the reader does not know.
+void CountUnread(ModelDocument& model, Handle(Interface_InterfaceModel) const& step)
+{
+    unsigned long long tessellated = 0;
+    for (int number = 1; number <= step->NbEntities(); ++number)
+    {
+        Handle(Standard_Transient) const entity = step->Value(number);
+        std::string_view type = entity->DynamicType()->Name();
+        if (auto const undefined = Handle(StepData_UndefinedEntity)::DownCast(entity); !undefined.IsNull())
+            type = undefined->StepType();
+        if (type.find("TESSELLATED_S") != std::string_view::npos || type.find("TessellatedS") != std::string_view::npos)
+            ++tessellated;
+    }
+    if (tessellated > 0)
+        model.losses.emplace_back("tessellated shapes, which arrive without geometry", tessellated);
+}
+
+std::string IgesTime(std::string const& date)
+{
+    // YYYYMMDD.HHMMSS, or with a year of two digits.
+    std::string digits;
+    std::copy_if(date.begin(), date.end(), std::back_inserter(digits), [](char c) { return c >= '0' && c <= '9'; });
+    if (digits.size() == 12)
+        digits.insert(0, digits[0] >= '7' ? "19" : "20");
+    if (digits.size() != 14)
+        return {};
+    return digits.substr(0, 4) + '-' + digits.substr(4, 2) + '-' + digits.substr(6, 2) + 'T' + digits.substr(8, 2) +
+           ':' + digits.substr(10, 2) + ':' + digits.substr(12, 2);
+}
+
+}  // namespace
+
+void ReadStep(ModelDocument& model, std::string const& path, bool withAnnotations,
+              Message_ProgressRange const& progress)
+{
+    STEPCAFControl_Reader reader;
+    reader.SetColorMode(true);
+    reader.SetNameMode(true);
+    reader.SetLayerMode(true);
+    reader.SetPropsMode(true);
+    reader.SetMatMode(true);
+    reader.SetSHUOMode(true);
+    reader.SetGDTMode(withAnnotations);
+    reader.SetViewMode(withAnnotations);
+    if (reader.ReadFile(path.c_str()) != IFSelect_RetDone)
+        throw ModelError("it is no complete STEP file");
+    Handle(XSControl_WorkSession) const session = reader.Reader().WS();
+    Handle(StepData_StepModel) const step = Handle(StepData_StepModel)::DownCast(session->Model());
+    if (step.IsNull() || step->NbEntities() == 0)
+        throw ModelError("it is a STEP file without content");
+    ReadStepUnit(model, reader.ChangeReader());
+    ReadStepHeader(model, step);
+    if (reader.NbRootsForTransfer() == 0)
+        throw ModelError("it holds no product with a shape");
+    if (!reader.Transfer(model.document, progress))
+        throw ModelError("its content cannot be made a document");
+    ReadEntityIds(model, session);
+    CountUnread(model, step);
+}
+
+void ReadIges(ModelDocument& model, std::string const& path, Message_ProgressRange const& progress)
+{
+    IGESCAFControl_Reader reader;
+    reader.SetColorMode(true);
+    reader.SetNameMode(true);
+    reader.SetLayerMode(true);
+    if (reader.ReadFile(path.c_str()) != IFSelect_RetDone)
+        throw ModelError("it is no complete IGES file");
+    Handle(IGESData_IGESModel) const iges = reader.IGESModel();
+    if (iges.IsNull() || iges->NbEntities() == 0)
+        throw ModelError("it is an IGES file without content");
+    IGESData_GlobalSection const& global = iges->GlobalSection();
+    UnitTypeEnum const unit = UnitOfLength(global.UnitValue());
+    model.isUnitStated = unit != kUnitType_Unknown;
+    SetDocumentUnit(model, model.isUnitStated ? unit : kUnitType_Millimeter);
+    AddHeader(model, "Author", TextOf(global.AuthorName()));
+    AddHeader(model, "Organization", TextOf(global.CompanyName()));
+    AddHeader(model, "SendingSystem", TextOf(global.SystemId()));
+    model.creationTime = IgesTime(TextOf(global.Date()));
+    if (!reader.Transfer(model.document, progress))
+        throw ModelError("its content cannot be made a document");
+}
+
+}  // namespace KVR

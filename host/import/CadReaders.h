@@ -1,0 +1,17 @@
+#pragma once
+
+#include <Message_ProgressRange.hxx>
+#include <string>
+
+namespace KVR
+{
+
+struct ModelDocument;
+
+/// Read a STEP or IGES file, by an absolute path, into the model's document. They throw ModelError and what Open
+/// CASCADE throws.
+void ReadStep(ModelDocument& model, std::string const& path, bool withAnnotations,
+              Message_ProgressRange const& progress);
+void ReadIges(ModelDocument& model, std::string const& path, Message_ProgressRange const& progress);
+
+}  // namespace KVR

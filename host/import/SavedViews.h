@@ -1,0 +1,26 @@
+#pragma once
+
+#include <TDF_Label.hxx>
+#include <TDocStd_Document.hxx>
+#include <functional>
+#include <vector>
+
+#include "authoring/SceneRecords.h"
+#include "host/import/Losses.h"
+
+namespace KVR
+{
+
+/// The saved views of a document, each with a camera of its own; clipping planes are section planes of the camera.
+struct SavedViews
+{
+    std::vector<Authoring::ViewRecord> views;
+    std::vector<Authoring::CameraRecord> cameras;
+
+    /// `idOf` answers the id of the object that a label became, empty for none. What a view names becomes a member of
+    /// it.
+    static SavedViews Of(Handle(TDocStd_Document) const& document, UnitTypeEnum unit,
+                         std::function<UTF8String(TDF_Label const&)> const& idOf, Losses& losses);
+};
+
+}  // namespace KVR
