@@ -19,6 +19,8 @@ namespace KVR
 /// texts are UTF-8, all lengths in the document's unit.
 struct ShapeDocument
 {
+    explicit ShapeDocument(NotCarriedCounts& counts) : notCarried(counts) {}
+
     /// A body, as the shape that stands in the document.
     struct Body
     {
@@ -62,6 +64,7 @@ struct ShapeDocument
 
     opencascade::handle<TDocStd_Document> document;
     UnitTypeEnum unit = kUnitType_Millimeter;
+    double metresPerUnit = 1e-3;
     std::string title;
     std::string author;
     std::string organization;
@@ -69,7 +72,7 @@ struct ShapeDocument
     std::vector<Transparency> transparencies;
     std::vector<View> views;
     std::vector<Callout> callouts;
-    NotCarriedCounts notCarried;
+    NotCarriedCounts& notCarried;
 };
 
 }  // namespace KVR
