@@ -16,6 +16,8 @@ struct ExportOptions
     SceneFilter filter;
     /// How far the triangles of a body without a mesh may be from it, as a fraction of the diagonal of its box.
     double deflection = 1e-3;
+    /// Whether a mesh without a body is written to STEP and BREP as flat faces.
+    bool meshFaces = false;
     bool isQuiet = false;
 };
 

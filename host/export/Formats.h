@@ -11,5 +11,7 @@ void ExportGltf(ExportTask& task);
 void ExportStl(ExportTask& task);
 void ExportObj(ExportTask& task);
 void ExportPly(ExportTask& task);
+void ExportStep(ExportTask& task);
+void ExportBrep(ExportTask& task);
 
 }  // namespace KVR

@@ -1,0 +1,222 @@
+#include "host/export/DocumentParts.h"
+
+#include <BRep_Builder.hxx>
+#include <NCollection_DataMap.hxx>
+#include <Quantity_ColorRGBA.hxx>
+#include <TDF_TagSource.hxx>
+#include <TDataStd_Name.hxx>
+#include <TNaming_Builder.hxx>
+#include <TopExp_Explorer.hxx>
+#include <TopTools_ShapeMapHasher.hxx>
+#include <TopoDS_Compound.hxx>
+#include <XCAFDoc_Area.hxx>
+#include <XCAFDoc_Centroid.hxx>
+#include <XCAFDoc_ColorTool.hxx>
+#include <XCAFDoc_DocumentTool.hxx>
+#include <XCAFDoc_LayerTool.hxx>
+#include <XCAFDoc_ShapeTool.hxx>
+#include <XCAFDoc_Volume.hxx>
+#include <cmath>
+#include <cstdlib>
+#include <limits>
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "host/export/DocumentText.h"
+
+namespace KVR
+{
+
+namespace
+{
+
+using opencascade::handle;
+
+bool HasFaces(TopoDS_Shape const& shape)
+{
+    return TopExp_Explorer(shape, TopAbs_FACE).More();
+}
+
+PartShapes::Options OptionsOf(ExportTask const& task, ShapeDocument const& document)
+{
+    PartShapes::Options options;
+    options.metresPerUnit = document.metresPerUnit;
+    options.meshFaces = task.options.meshFaces;
+    for (ModelLayer const& layer : task.scene.layers)
+        options.wantedSubShapes.insert(layer.items.begin(), layer.items.end());
+    return options;
+}
+
+}  // namespace
+
+// The labels of bodies, faces and edges of a part, each made once.
+class DocumentParts::SubShapes
+{
+public:
+    explicit SubShapes(TDF_Label const& part) : m_part(part) {}
+
+    TDF_Label LabelOf(TopoDS_Shape const& shape)
+    {
+        if (TDF_Label const* const known = m_labels.Seek(shape))
+            return *known;
+        TDF_Label const label = TDF_TagSource::NewChild(m_part);
+        TNaming_Builder(label).Select(shape, shape);
+        m_labels.Bind(shape, label);
+        return label;
+    }
+
+private:
+    TDF_Label m_part;
+    NCollection_DataMap<TopoDS_Shape, TDF_Label, TopTools_ShapeMapHasher> m_labels;
+};
+
+DocumentParts::DocumentParts(ExportTask& task, ShapeDocument& document)
+    : m_task(task),
+      m_document(document),
+      m_shapes(XCAFDoc_DocumentTool::ShapeTool(document.document->Main())),
+      m_colors(XCAFDoc_DocumentTool::ColorTool(document.document->Main())),
+      m_partShapes(OptionsOf(task, document), document.notCarried)
+{
+    for (ModelLayer const& layer : task.scene.layers)
+    {
+        for (std::string const& item : layer.items)
+            m_layerItems.try_emplace(item);
+    }
+}
+
+TDF_Label DocumentParts::Add(ModelComponent const& component, gp_Mat const& change)
+{
+    std::vector<PartItem> const items = m_partShapes.Of(component, change);
+    // A part of one body is the body itself, unless that has a place, which a part has not.
+    bool const isWhole = items.size() == 1 && items.front().shape.Location().IsIdentity();
+    TopoDS_Shape shape;
+    if (isWhole)
+    {
+        shape = items.front().shape;
+    }
+    else
+    {
+        TopoDS_Compound compound;
+        BRep_Builder builder;
+        builder.MakeCompound(compound);
+        for (PartItem const& item : items)
+            builder.Add(compound, item.shape);
+        shape = compound;
+    }
+    TDF_Label const part = m_shapes->AddShape(shape, Standard_False, Standard_False);
+    TDataStd_Name::Set(part, DocumentText(component.label.empty() ? component.id : component.label));
+    Style(component, part, items, isWhole);
+    AddValidation(component, part);
+    Note(component.id, part);
+    return part;
+}
+
+void DocumentParts::Style(ModelComponent const& component, TDF_Label const& part, std::vector<PartItem> const& items,
+                          bool isWhole)
+{
+    SubShapes subShapes(part);
+    if (!isWhole)
+    {
+        bool hasSurfaces = false;
+        for (PartItem const& item : items)
+            hasSurfaces = hasSurfaces || HasFaces(item.shape);
+        SetColor(part, m_task.scene.StyleOf(component.style), hasSurfaces);
+    }
+    for (PartItem const& item : items)
+    {
+        ModelGeometry const& geometry = *item.geometry;
+        bool const isPoint = geometry.kind == GeometryKind::kPoint;
+        std::string const& style = geometry.style.empty() && isWhole ? component.style : geometry.style;
+        ModelStyle const* const look = m_task.scene.StyleOf(style);
+        TDF_Label label = part;
+        if (!isWhole && (look || m_layerItems.count(geometry.id) > 0))
+            label = subShapes.LabelOf(item.shape);
+        if (isPoint && look && look->diffuse)
+            m_document.notCarried.Add("colours of points");
+        else if (look)
+            SetColor(label, look, HasFaces(item.shape));
+        if (isWhole && !geometry.isVisible)
+            m_colors->SetVisibility(part, Standard_False);
+        m_document.bodies.push_back(
+            {part, item.shape, geometry.label.empty() ? geometry.id : geometry.label, !isWhole && !geometry.isVisible});
+        Note(geometry.id, label);
+        for (auto const& [shape, id] : item.subStyles)
+        {
+            if (ModelStyle const* const subLook = m_task.scene.StyleOf(id); subLook && subLook->diffuse)
+                SetColor(subShapes.LabelOf(shape), subLook, shape.ShapeType() == TopAbs_FACE);
+        }
+        for (auto const& [id, shape] : item.subShapes)
+        {
+            if (shape.ShapeType() == TopAbs_FACE)
+                Note(id, subShapes.LabelOf(shape));
+        }
+    }
+}
+
+void DocumentParts::SetColor(TDF_Label const& label, ModelStyle const* style, bool hasSurfaces) const
+{
+    if (!style || !style->diffuse)
+        return;
+    auto const& [red, green, blue] = *style->diffuse;
+    Quantity_ColorRGBA const color(Quantity_Color(red, green, blue, Quantity_TOC_sRGB),
+                                   static_cast<float>(style->opacity));
+    m_colors->SetColor(label, color, hasSurfaces ? XCAFDoc_ColorSurf : XCAFDoc_ColorCurv);
+}
+
+void DocumentParts::Note(std::string const& id, TDF_Label const& label)
+{
+    auto const found = m_layerItems.find(id);
+    if (found != m_layerItems.end())
+        found->second.push_back(label);
+}
+
+void DocumentParts::AddValidation(ModelComponent const& component, TDF_Label const& part)
+{
+    double const scale = component.metresPerUnit / m_document.metresPerUnit;
+    unsigned long long others = 0;
+    for (ModelProperty const& property : component.properties)
+    {
+        nlohmann::json const value = nlohmann::json::parse(property.json, nullptr, false);
+        double x = 0.0;
+        double y = 0.0;
+        double z = 0.0;
+        if (property.name == "geometric validation property: volume" && value.is_number())
+            XCAFDoc_Volume::Set(part, value.get<double>() * scale * scale * scale);
+        else if (property.name == "geometric validation property: area" && value.is_number())
+            XCAFDoc_Area::Set(part, value.get<double>() * scale * scale);
+        else if (property.name == "geometric validation property: centroid" && value.is_string() &&
+                 ReadTriple(value.get<std::string>(), x, y, z))
+            XCAFDoc_Centroid::Set(part, gp_Pnt(x * scale, y * scale, z * scale));
+        else
+            ++others;
+    }
+    m_document.notCarried.Add("custom properties", others);
+}
+
+void DocumentParts::AddLayers()
+{
+    handle<XCAFDoc_LayerTool> const layers = XCAFDoc_DocumentTool::LayerTool(m_document.document->Main());
+    for (ModelLayer const& layer : m_task.scene.layers)
+    {
+        std::string const name = layer.label.empty() ? std::to_string(layer.number) : layer.label;
+        TDF_Label label;
+        for (std::string const& item : layer.items)
+        {
+            std::vector<TDF_Label> const& members = m_layerItems[item];
+            if (members.empty())
+                m_document.notCarried.Add("members of layers that are no parts, bodies or faces");
+            for (TDF_Label const& member : members)
+            {
+                if (label.IsNull())
+                    label = layers->AddLayer(DocumentText(name), layer.isVisible);
+                layers->SetLayer(member, label);
+            }
+        }
+        if (label.IsNull())
+            m_document.notCarried.Add("layers without members");
+        else if (!layer.isVisible)
+            layers->SetVisibility(label, Standard_False);
+    }
+}
+
+}  // namespace KVR

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <TDF_Label.hxx>
+#include <gp_Mat.hxx>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "host/export/PartShapes.h"
+#include "host/export/ShapeDocument.h"
+
+class XCAFDoc_ColorTool;
+class XCAFDoc_ShapeTool;
+
+namespace KVR
+{
+
+/// Adds the geometry of components to a document as parts, with names, colours and validation properties.
+class DocumentParts
+{
+public:
+    DocumentParts(ExportTask& task, ShapeDocument& document);
+
+    /// A new part of the component's geometry after a change in its coordinates.
+    TDF_Label Add(ModelComponent const& component, gp_Mat const& change);
+    /// Puts parts, bodies and faces into the layers that name them. What STEP has no place for in a layer is counted.
+    void AddLayers();
+
+    /// Colours a label, and what is below it; a style without a colour has no effect.
+    void SetColor(TDF_Label const& label, ModelStyle const* style, bool hasSurfaces) const;
+
+private:
+    class SubShapes;
+
+    void Style(ModelComponent const& component, TDF_Label const& part, std::vector<PartItem> const& items,
+               bool isWhole);
+    void Note(std::string const& id, TDF_Label const& label);
+    void AddValidation(ModelComponent const& component, TDF_Label const& part);
+
+    ExportTask& m_task;
+    ShapeDocument& m_document;
+    opencascade::handle<XCAFDoc_ShapeTool> m_shapes;
+    opencascade::handle<XCAFDoc_ColorTool> m_colors;
+    /// What layers name, with the labels that are it.
+    std::unordered_map<std::string, std::vector<TDF_Label>> m_layerItems;
+    PartShapes m_partShapes;
+};
+
+}  // namespace KVR

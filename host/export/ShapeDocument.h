@@ -1,0 +1,78 @@
+#pragma once
+
+#include <TDF_Label.hxx>
+#include <TDF_LabelSequence.hxx>
+#include <TDocStd_Document.hxx>
+#include <TopoDS_Shape.hxx>
+#include <gp_Ax2.hxx>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "framework/api/Enums.h"
+#include "host/export/Export.h"
+
+namespace KVR
+{
+
+/// A document of Open CASCADE (XCAF) with what a scene serves, and beside it what such a document has no place for. All
+/// texts are UTF-8, all lengths in the document's unit.
+struct ShapeDocument
+{
+    explicit ShapeDocument(NotCarriedCounts& counts) : notCarried(counts) {}
+
+    /// A body, as the shape that stands in the document.
+    struct Body
+    {
+        TDF_Label part;
+        TopoDS_Shape shape;
+        std::string name;
+        bool isHidden = false;
+    };
+
+    /// The transparency of an occurrence: components from the top to the part.
+    struct Transparency
+    {
+        TDF_LabelSequence path;
+        double opacity = 1.0;
+    };
+
+    struct View
+    {
+        std::string name;
+        bool isPerspective = false;
+        /// The eye, with the direction to the eye as its main direction, and upwards as its y direction.
+        gp_Ax2 eye;
+        double distance = 0.0;
+        double width = 0.0;
+        double height = 0.0;
+        std::optional<double> nearDistance;
+        std::optional<double> farDistance;
+        /// Planes that cut away what their main directions point at.
+        std::vector<gp_Ax2> cuts;
+    };
+
+    struct Callout
+    {
+        TDF_Label part;
+        std::string name;
+        std::string text;
+        std::optional<gp_Ax2> plane;
+        /// Curves in the coordinates of the part.
+        std::vector<TopoDS_Shape> curves;
+    };
+
+    opencascade::handle<TDocStd_Document> document;
+    UnitTypeEnum unit = kUnitType_Millimeter;
+    double metresPerUnit = 1e-3;
+    std::string title;
+    std::string author;
+    std::string organization;
+    std::vector<Body> bodies;
+    std::vector<Transparency> transparencies;
+    std::vector<View> views;
+    std::vector<Callout> callouts;
+    NotCarriedCounts& notCarried;
+};
+
+}  // namespace KVR

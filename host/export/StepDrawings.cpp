@@ -1,0 +1,251 @@
+#include "host/export/StepDrawings.h"
+
+#include <Quantity_Color.hxx>
+#include <STEPConstruct_Styles.hxx>
+#include <StepAP242_DraughtingModelItemAssociation.hxx>
+#include <StepAP242_ItemIdentifiedRepresentationUsageDefinition.hxx>
+#include <StepData_StepModel.hxx>
+#include <StepGeom_Axis2Placement.hxx>
+#include <StepGeom_Axis2Placement3d.hxx>
+#include <StepGeom_CartesianPoint.hxx>
+#include <StepGeom_Plane.hxx>
+#include <StepRepr_HArray1OfRepresentationItem.hxx>
+#include <StepRepr_MappedItem.hxx>
+#include <StepRepr_ProductDefinitionShape.hxx>
+#include <StepRepr_RepresentationContext.hxx>
+#include <StepRepr_RepresentationMap.hxx>
+#include <StepRepr_RepresentedDefinition.hxx>
+#include <StepShape_GeometricCurveSet.hxx>
+#include <StepShape_ShapeDefinitionRepresentation.hxx>
+#include <StepShape_ShapeRepresentation.hxx>
+#include <StepVisual_AnnotationCurveOccurrence.hxx>
+#include <StepVisual_AnnotationPlane.hxx>
+#include <StepVisual_AnnotationPlaneElement.hxx>
+#include <StepVisual_CameraModelD3MultiClipping.hxx>
+#include <StepVisual_CameraModelD3MultiClippingInterectionSelect.hxx>
+#include <StepVisual_DraughtingCallout.hxx>
+#include <StepVisual_DraughtingCalloutElement.hxx>
+#include <StepVisual_DraughtingModel.hxx>
+#include <StepVisual_HArray1OfAnnotationPlaneElement.hxx>
+#include <StepVisual_HArray1OfCameraModelD3MultiClippingInterectionSelect.hxx>
+#include <StepVisual_HArray1OfDraughtingCalloutElement.hxx>
+#include <StepVisual_HArray1OfPresentationStyleAssignment.hxx>
+#include <StepVisual_PlanarBox.hxx>
+#include <StepVisual_PresentationStyleAssignment.hxx>
+#include <StepVisual_ViewVolume.hxx>
+#include <TCollection_HAsciiString.hxx>
+#include <TransferBRep.hxx>
+#include <TransferBRep_ShapeMapper.hxx>
+#include <Transfer_FinderProcess.hxx>
+#include <XCAFDoc_DocumentTool.hxx>
+#include <XCAFDoc_ShapeTool.hxx>
+#include <XSControl_TransferWriter.hxx>
+#include <XSControl_WorkSession.hxx>
+#include <gp.hxx>
+#include <unordered_map>
+
+#include "host/export/StepEntities.h"
+
+namespace KVR
+{
+
+namespace
+{
+
+using opencascade::handle;
+using Items = std::vector<handle<StepRepr_RepresentationItem>>;
+
+handle<StepShape_ShapeDefinitionRepresentation> DefinitionOf(STEPCAFControl_Writer& writer, TopoDS_Shape const& shape)
+{
+    handle<Transfer_FinderProcess> const& process = writer.ChangeWriter().WS()->TransferWriter()->FinderProcess();
+    handle<StepShape_ShapeDefinitionRepresentation> definition;
+    process->FindTypedTransient(TransferBRep::ShapeMapper(process, shape),
+                                STANDARD_TYPE(StepShape_ShapeDefinitionRepresentation), definition);
+    return definition;
+}
+
+handle<StepRepr_HArray1OfRepresentationItem> ArrayOf(Items const& items)
+{
+    handle<StepRepr_HArray1OfRepresentationItem> const array =
+        new StepRepr_HArray1OfRepresentationItem(1, static_cast<int>(items.size()));
+    for (std::size_t i = 0; i < items.size(); ++i)
+        array->SetValue(static_cast<int>(i) + 1, items[i]);
+    return array;
+}
+
+handle<StepVisual_HArray1OfPresentationStyleAssignment> LineStyles(STEPCAFControl_Writer& writer)
+{
+    STEPConstruct_Styles const styles(writer.ChangeWriter().WS());
+    handle<StepVisual_HArray1OfPresentationStyleAssignment> const array =
+        new StepVisual_HArray1OfPresentationStyleAssignment(1, 1);
+    array->SetValue(1, styles.MakeColorPSA({}, {}, STEPConstruct_Styles::EncodeColor(Quantity_NOC_BLACK), {}, 0.0));
+    return array;
+}
+
+handle<StepGeom_Plane> StepPlane(gp_Ax2 const& axes)
+{
+    handle<StepGeom_Plane> const plane = new StepGeom_Plane;
+    plane->Init(StepString(""), StepAxes(axes));
+    return plane;
+}
+
+handle<StepVisual_ViewVolume> VolumeOf(ShapeDocument::View const& view)
+{
+    gp_Ax2 const corner(gp_Pnt(-0.5 * view.width, -0.5 * view.height, 0.0), gp::DZ(), gp::DX());
+    StepGeom_Axis2Placement placement;
+    placement.SetValue(StepAxes(corner));
+    handle<StepVisual_PlanarBox> const window = new StepVisual_PlanarBox;
+    window->Init(StepString(""), view.width, view.height, placement);
+    handle<StepVisual_ViewVolume> const volume = new StepVisual_ViewVolume;
+    volume->Init(view.isPerspective ? StepVisual_copCentral : StepVisual_copParallel, StepPoint(gp::Origin()),
+                 view.distance, view.nearDistance.value_or(0.0), view.nearDistance.has_value(),
+                 view.farDistance.value_or(0.0), view.farDistance.has_value(), Standard_False, window);
+    return volume;
+}
+
+handle<StepVisual_CameraModelD3> CameraOf(ShapeDocument::View const& view)
+{
+    if (view.cuts.empty())
+    {
+        handle<StepVisual_CameraModelD3> const camera = new StepVisual_CameraModelD3;
+        camera->Init(StepString(view.name), StepAxes(view.eye), VolumeOf(view));
+        return camera;
+    }
+    handle<StepVisual_HArray1OfCameraModelD3MultiClippingInterectionSelect> const planes =
+        new StepVisual_HArray1OfCameraModelD3MultiClippingInterectionSelect(1, static_cast<int>(view.cuts.size()));
+    for (std::size_t i = 0; i < view.cuts.size(); ++i)
+    {
+        StepVisual_CameraModelD3MultiClippingInterectionSelect select;
+        select.SetValue(StepPlane(view.cuts[i]));
+        planes->SetValue(static_cast<int>(i) + 1, select);
+    }
+    handle<StepVisual_CameraModelD3MultiClipping> const camera = new StepVisual_CameraModelD3MultiClipping;
+    camera->Init(StepString(view.name), StepAxes(view.eye), VolumeOf(view), planes);
+    return camera.get();
+}
+
+handle<StepVisual_DraughtingCallout> CalloutOf(std::string const& name,
+                                               handle<StepShape_GeometricCurveSet> const& curves,
+                                               handle<StepVisual_HArray1OfPresentationStyleAssignment> const& styles)
+{
+    handle<StepVisual_AnnotationCurveOccurrence> const occurrence = new StepVisual_AnnotationCurveOccurrence;
+    occurrence->Init(StepString(name), styles, curves);
+    StepVisual_DraughtingCalloutElement element;
+    element.SetValue(occurrence);
+    handle<StepVisual_HArray1OfDraughtingCalloutElement> const elements =
+        new StepVisual_HArray1OfDraughtingCalloutElement(1, 1);
+    elements->SetValue(1, element);
+    handle<StepVisual_DraughtingCallout> const callout = new StepVisual_DraughtingCallout;
+    callout->Init(StepString(name), elements);
+    return callout;
+}
+
+handle<StepVisual_AnnotationPlane> PlaneWith(gp_Ax2 const& axes, handle<StepVisual_DraughtingCallout> const& callout,
+                                             handle<StepVisual_HArray1OfPresentationStyleAssignment> const& styles)
+{
+    StepVisual_AnnotationPlaneElement element;
+    element.SetValue(callout);
+    handle<StepVisual_HArray1OfAnnotationPlaneElement> const elements =
+        new StepVisual_HArray1OfAnnotationPlaneElement(1, 1);
+    elements->SetValue(1, element);
+    handle<StepVisual_AnnotationPlane> const plane = new StepVisual_AnnotationPlane;
+    plane->Init(StepString(""), styles, StepPlane(axes), elements);
+    return plane;
+}
+
+}  // namespace
+
+StepDrawings::StepDrawings(STEPCAFControl_Writer& writer, ShapeDocument& document)
+    : m_writer(writer),
+      m_document(document),
+      m_model(handle<StepData_StepModel>::DownCast(writer.ChangeWriter().WS()->Model()))
+{
+}
+
+void StepDrawings::WriteViews()
+{
+    if (m_document.views.empty())
+        return;
+    TDF_LabelSequence roots;
+    XCAFDoc_DocumentTool::ShapeTool(m_document.document->Main())->GetFreeShapes(roots);
+    handle<StepShape_ShapeDefinitionRepresentation> const definition =
+        roots.IsEmpty() ? handle<StepShape_ShapeDefinitionRepresentation>()
+                        : DefinitionOf(m_writer, XCAFDoc_ShapeTool::GetShape(roots.First()));
+    if (definition.IsNull())
+        return m_document.notCarried.Add("views", m_document.views.size());
+    handle<StepRepr_Representation> const product = definition->UsedRepresentation();
+    for (ShapeDocument::View const& view : m_document.views)
+    {
+        handle<StepRepr_RepresentationMap> const map = new StepRepr_RepresentationMap;
+        map->Init(StepAxes(gp::XOY()), product);
+        handle<StepRepr_MappedItem> const shown = new StepRepr_MappedItem;
+        shown->Init(StepString(""), map, StepAxes(gp::XOY()));
+        handle<StepVisual_DraughtingModel> const model = new StepVisual_DraughtingModel;
+        model->Init(StepString(view.name), ArrayOf({CameraOf(view).get(), shown.get()}), product->ContextOfItems());
+        m_model->AddWithRefs(model);
+    }
+}
+
+void StepDrawings::WriteCallouts()
+{
+    struct Part
+    {
+        handle<StepShape_ShapeDefinitionRepresentation> definition;
+        std::vector<ShapeDocument::Callout const*> callouts;
+    };
+    std::vector<Part> parts;
+    std::unordered_map<Standard_Transient const*, std::size_t> places;
+    for (ShapeDocument::Callout const& callout : m_document.callouts)
+    {
+        handle<StepShape_ShapeDefinitionRepresentation> const definition =
+            DefinitionOf(m_writer, XCAFDoc_ShapeTool::GetShape(callout.part));
+        if (definition.IsNull())
+        {
+            m_document.notCarried.Add("annotation callouts");
+            continue;
+        }
+        auto const [place, isNew] = places.emplace(definition.get(), parts.size());
+        if (isNew)
+            parts.push_back({definition, {}});
+        parts[place->second].callouts.push_back(&callout);
+    }
+    handle<Transfer_FinderProcess> const& process = m_writer.ChangeWriter().WS()->TransferWriter()->FinderProcess();
+    auto const styles =
+        parts.empty() ? handle<StepVisual_HArray1OfPresentationStyleAssignment>() : LineStyles(m_writer);
+    for (auto const& [definition, callouts] : parts)
+    {
+        Items items;
+        std::vector<std::pair<handle<StepVisual_DraughtingCallout>, ShapeDocument::Callout const*>> drawn;
+        for (ShapeDocument::Callout const* const callout : callouts)
+        {
+            handle<StepShape_GeometricCurveSet> const curves = StepCurves(callout->name, callout->curves, process);
+            if (curves.IsNull())
+            {
+                m_document.notCarried.Add("annotation callouts without curves");
+                continue;
+            }
+            handle<StepVisual_DraughtingCallout> const made = CalloutOf(callout->name, curves, styles);
+            drawn.emplace_back(made, callout);
+            if (callout->plane)
+                items.push_back(PlaneWith(*callout->plane, made, styles));
+            else
+                items.push_back(made);
+        }
+        if (items.empty())
+            continue;
+        handle<StepVisual_DraughtingModel> const model = new StepVisual_DraughtingModel;
+        model->Init(StepString(""), ArrayOf(items), definition->UsedRepresentation()->ContextOfItems());
+        m_model->AddWithRefs(model);
+        for (auto const& [made, callout] : drawn)
+        {
+            StepAP242_ItemIdentifiedRepresentationUsageDefinition of;
+            of.SetValue(definition->Definition().PropertyDefinition());
+            handle<StepAP242_DraughtingModelItemAssociation> const association =
+                new StepAP242_DraughtingModelItemAssociation;
+            association->Init(StepString(""), StepString(callout->text), of, model, ArrayOf({made.get()}));
+            m_model->AddWithRefs(association);
+        }
+    }
+}
+
+}  // namespace KVR

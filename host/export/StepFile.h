@@ -1,0 +1,13 @@
+#pragma once
+
+namespace KVR
+{
+
+class Output;
+struct ShapeDocument;
+
+/// Writes a document as a STEP file of AP242, in the document's unit. Counts in the document what STEP cannot carry.
+/// Throws std::runtime_error when Open CASCADE refuses, OutputError when the output does, and Standard_Failure.
+void WriteStepFile(ShapeDocument& document, Output& out);
+
+}  // namespace KVR

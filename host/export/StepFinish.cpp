@@ -1,0 +1,298 @@
+#include "host/export/StepFinish.h"
+
+#include <STEPConstruct.hxx>
+#include <STEPConstruct_Styles.hxx>
+#include <StepData_StepModel.hxx>
+#include <StepRepr_CharacterizedDefinition.hxx>
+#include <StepRepr_HArray1OfRepresentationItem.hxx>
+#include <StepRepr_NextAssemblyUsageOccurrence.hxx>
+#include <StepRepr_ProductDefinitionShape.hxx>
+#include <StepRepr_RepresentationContext.hxx>
+#include <StepRepr_RepresentationItem.hxx>
+#include <StepRepr_RepresentedDefinition.hxx>
+#include <StepRepr_SpecifiedHigherUsageOccurrence.hxx>
+#include <StepShape_ContextDependentShapeRepresentation.hxx>
+#include <StepShape_ShapeDefinitionRepresentation.hxx>
+#include <StepShape_ShapeRepresentation.hxx>
+#include <StepVisual_Colour.hxx>
+#include <StepVisual_FillAreaStyle.hxx>
+#include <StepVisual_FillAreaStyleColour.hxx>
+#include <StepVisual_FillStyleSelect.hxx>
+#include <StepVisual_HArray1OfInvisibleItem.hxx>
+#include <StepVisual_HArray1OfPresentationStyleAssignment.hxx>
+#include <StepVisual_HArray1OfPresentationStyleSelect.hxx>
+#include <StepVisual_HArray1OfRenderingPropertiesSelect.hxx>
+#include <StepVisual_HArray1OfSurfaceStyleElementSelect.hxx>
+#include <StepVisual_Invisibility.hxx>
+#include <StepVisual_InvisibleItem.hxx>
+#include <StepVisual_MechanicalDesignGeometricPresentationRepresentation.hxx>
+#include <StepVisual_NullStyleMember.hxx>
+#include <StepVisual_PresentationStyleAssignment.hxx>
+#include <StepVisual_PresentationStyleByContext.hxx>
+#include <StepVisual_PresentationStyleSelect.hxx>
+#include <StepVisual_RenderingPropertiesSelect.hxx>
+#include <StepVisual_StyleContextSelect.hxx>
+#include <StepVisual_StyledItem.hxx>
+#include <StepVisual_SurfaceSideStyle.hxx>
+#include <StepVisual_SurfaceStyleElementSelect.hxx>
+#include <StepVisual_SurfaceStyleFillArea.hxx>
+#include <StepVisual_SurfaceStyleRenderingWithProperties.hxx>
+#include <StepVisual_SurfaceStyleTransparent.hxx>
+#include <StepVisual_SurfaceStyleUsage.hxx>
+#include <TCollection_HAsciiString.hxx>
+#include <TransferBRep.hxx>
+#include <TransferBRep_ShapeMapper.hxx>
+#include <Transfer_FinderProcess.hxx>
+#include <XCAFDoc_ShapeTool.hxx>
+#include <XSControl_TransferWriter.hxx>
+#include <XSControl_WorkSession.hxx>
+#include <algorithm>
+#include <map>
+#include <unordered_map>
+
+#include "host/export/StepEntities.h"
+
+namespace KVR
+{
+
+namespace
+{
+
+using opencascade::handle;
+using Styles = std::vector<handle<StepVisual_StyledItem>>;
+
+// A style that says nothing of the look, for what is to be named in a list of invisible items.
+handle<StepVisual_StyledItem> PlainStyle(handle<StepRepr_RepresentationItem> const& item,
+                                         handle<StepData_StepModel> const& model)
+{
+    handle<StepVisual_NullStyleMember> const none = new StepVisual_NullStyleMember;
+    none->SetEnumText(0, ".NULL.");
+    StepVisual_PresentationStyleSelect select;
+    select.SetValue(none);
+    handle<StepVisual_HArray1OfPresentationStyleSelect> const selects =
+        new StepVisual_HArray1OfPresentationStyleSelect(1, 1);
+    selects->SetValue(1, select);
+    handle<StepVisual_PresentationStyleAssignment> const assignment = new StepVisual_PresentationStyleAssignment;
+    assignment->Init(selects);
+    handle<StepVisual_HArray1OfPresentationStyleAssignment> const assignments =
+        new StepVisual_HArray1OfPresentationStyleAssignment(1, 1);
+    assignments->SetValue(1, assignment);
+    handle<StepVisual_StyledItem> const style = new StepVisual_StyledItem;
+    style->Init(StepString(""), assignments, item);
+    // The member of the selection is no entity, which is why the entities are not added with all they refer to.
+    model->AddEntity(assignment);
+    model->AddEntity(style);
+    return style;
+}
+
+void MakeInvisible(Styles const& styles, handle<StepData_StepModel> const& model)
+{
+    handle<StepVisual_HArray1OfInvisibleItem> const items =
+        new StepVisual_HArray1OfInvisibleItem(1, static_cast<int>(styles.size()));
+    for (std::size_t i = 0; i < styles.size(); ++i)
+    {
+        StepVisual_InvisibleItem item;
+        item.SetValue(styles[i]);
+        items->SetValue(static_cast<int>(i) + 1, item);
+    }
+    handle<StepVisual_Invisibility> const invisibility = new StepVisual_Invisibility;
+    invisibility->Init(items);
+    model->AddEntity(invisibility);
+}
+
+// Adds a rendering with transparency beside the fill colour.
+void MakeTransparent(handle<StepVisual_SurfaceSideStyle> const& side, double transparency,
+                     handle<StepData_StepModel> const& model)
+{
+    handle<StepVisual_Colour> colour;
+    for (int i = 1; i <= side->NbStyles() && colour.IsNull(); ++i)
+    {
+        handle<StepVisual_SurfaceStyleFillArea> const fill = side->StylesValue(i).SurfaceStyleFillArea();
+        if (!side->StylesValue(i).SurfaceStyleRendering().IsNull())
+            return;
+        for (int j = 1; !fill.IsNull() && j <= fill->FillArea()->NbFillStyles() && colour.IsNull(); ++j)
+        {
+            handle<StepVisual_FillAreaStyleColour> const area =
+                fill->FillArea()->FillStylesValue(j).FillAreaStyleColour();
+            if (!area.IsNull())
+                colour = area->FillColour();
+        }
+    }
+    if (colour.IsNull())
+        return;
+    handle<StepVisual_SurfaceStyleTransparent> const transparent = new StepVisual_SurfaceStyleTransparent;
+    transparent->Init(transparency);
+    StepVisual_RenderingPropertiesSelect property;
+    property.SetValue(transparent);
+    handle<StepVisual_HArray1OfRenderingPropertiesSelect> const properties =
+        new StepVisual_HArray1OfRenderingPropertiesSelect(1, 1);
+    properties->SetValue(1, property);
+    handle<StepVisual_SurfaceStyleRenderingWithProperties> const rendering =
+        new StepVisual_SurfaceStyleRenderingWithProperties;
+    rendering->Init(StepVisual_ssmNormalShading, colour, properties);
+    handle<StepVisual_HArray1OfSurfaceStyleElementSelect> const styles =
+        new StepVisual_HArray1OfSurfaceStyleElementSelect(1, side->NbStyles() + 1);
+    for (int i = 1; i <= side->NbStyles(); ++i)
+        styles->SetValue(i, side->StylesValue(i));
+    StepVisual_SurfaceStyleElementSelect element;
+    element.SetValue(rendering);
+    styles->SetValue(side->NbStyles() + 1, element);
+    side->SetStyles(styles);
+    model->AddEntity(transparent);
+    model->AddEntity(rendering);
+}
+
+// The occurrences that a usage names, from the top down.
+std::vector<Standard_Transient const*> UsagePath(StepRepr_SpecifiedHigherUsageOccurrence const& usage)
+{
+    std::vector<Standard_Transient const*> path;
+    path.push_back(usage.NextUsage().get());
+    handle<StepRepr_AssemblyComponentUsage> upper = usage.UpperUsage();
+    for (;;)
+    {
+        auto const* const higher = dynamic_cast<StepRepr_SpecifiedHigherUsageOccurrence const*>(upper.get());
+        if (!higher)
+            break;
+        path.push_back(higher->NextUsage().get());
+        upper = higher->UpperUsage();
+    }
+    path.push_back(upper.get());
+    std::reverse(path.begin(), path.end());
+    return path;
+}
+
+}  // namespace
+
+StepFinish::StepFinish(STEPCAFControl_Writer& writer, ShapeDocument const& document)
+    : m_writer(writer),
+      m_document(document),
+      m_model(handle<StepData_StepModel>::DownCast(writer.ChangeWriter().WS()->Model()))
+{
+}
+
+template <class Entity>
+std::vector<handle<Entity>> StepFinish::EntitiesOf() const
+{
+    std::vector<handle<Entity>> found;
+    for (int i = 1; i <= m_model->NbEntities(); ++i)
+    {
+        handle<Entity> const entity = handle<Entity>::DownCast(m_model->Value(i));
+        if (!entity.IsNull())
+            found.push_back(entity);
+    }
+    return found;
+}
+
+handle<StepRepr_RepresentationItem> StepFinish::ItemOf(TopoDS_Shape const& shape) const
+{
+    return STEPConstruct::FindEntity(m_writer.ChangeWriter().WS()->TransferWriter()->FinderProcess(), shape);
+}
+
+void StepFinish::WriteNames()
+{
+    for (ShapeDocument::Body const& body : m_document.bodies)
+    {
+        if (body.name.empty())
+            continue;
+        handle<StepRepr_RepresentationItem> const item = ItemOf(body.shape);
+        if (!item.IsNull())
+            item->SetName(StepString(body.name));
+    }
+}
+
+void StepFinish::WriteHiddenBodies()
+{
+    bool const hasHidden = std::any_of(m_document.bodies.begin(), m_document.bodies.end(),
+                                       [](ShapeDocument::Body const& body) { return body.isHidden; });
+    if (!hasHidden)
+        return;
+    std::unordered_map<Standard_Transient const*, handle<StepVisual_StyledItem>> known;
+    for (handle<StepVisual_StyledItem> const& style : EntitiesOf<StepVisual_StyledItem>())
+    {
+        // An item's styles in the context of an occurrence do not hide the item itself.
+        if (!style->Item().IsNull() && style->IsInstance(STANDARD_TYPE(StepVisual_StyledItem)))
+            known.emplace(style->Item().get(), style);
+    }
+    STEPConstruct_Styles const contexts(m_writer.ChangeWriter().WS());
+    std::vector<std::pair<handle<StepRepr_RepresentationContext>, Styles>> plain;
+    std::unordered_map<Standard_Transient const*, std::size_t> places;
+    for (ShapeDocument::Body const& body : m_document.bodies)
+    {
+        handle<StepRepr_RepresentationItem> const item =
+            body.isHidden ? ItemOf(body.shape) : handle<StepRepr_RepresentationItem>();
+        if (item.IsNull())
+            continue;
+        auto const found = known.find(item.get());
+        handle<StepVisual_StyledItem> const style = found != known.end() ? found->second : PlainStyle(item, m_model);
+        MakeInvisible({style}, m_model);
+        handle<StepRepr_RepresentationContext> const context =
+            contexts.FindContext(XCAFDoc_ShapeTool::GetShape(body.part));
+        if (found != known.end() || context.IsNull())
+            continue;
+        auto const [place, isNew] = places.emplace(context.get(), plain.size());
+        if (isNew)
+            plain.emplace_back(context, Styles());
+        plain[place->second].second.push_back(style);
+    }
+    for (auto const& [context, styles] : plain)
+    {
+        handle<StepRepr_HArray1OfRepresentationItem> const items =
+            new StepRepr_HArray1OfRepresentationItem(1, static_cast<int>(styles.size()));
+        for (std::size_t i = 0; i < styles.size(); ++i)
+            items->SetValue(static_cast<int>(i) + 1, styles[i]);
+        handle<StepVisual_MechanicalDesignGeometricPresentationRepresentation> const presentation =
+            new StepVisual_MechanicalDesignGeometricPresentationRepresentation;
+        presentation->Init(StepString(""), items, context);
+        m_model->AddEntity(presentation);
+    }
+}
+
+void StepFinish::WriteTransparency()
+{
+    if (m_document.transparencies.empty())
+        return;
+    handle<Transfer_FinderProcess> const& process = m_writer.ChangeWriter().WS()->TransferWriter()->FinderProcess();
+    // The usage of a component is found by its shape, whose location is no other component's.
+    auto const usageOf = [&](TDF_Label const& component) -> Standard_Transient const*
+    {
+        handle<StepShape_ContextDependentShapeRepresentation> representation;
+        handle<TransferBRep_ShapeMapper> const mapper =
+            TransferBRep::ShapeMapper(process, XCAFDoc_ShapeTool::GetShape(component));
+        if (!process->FindTypedTransient(mapper, STANDARD_TYPE(StepShape_ContextDependentShapeRepresentation),
+                                         representation))
+            return nullptr;
+        return representation->RepresentedProductRelation()->Definition().ProductDefinitionRelationship().get();
+    };
+    std::map<std::vector<Standard_Transient const*>, double> opacities;
+    for (ShapeDocument::Transparency const& transparency : m_document.transparencies)
+    {
+        std::vector<Standard_Transient const*> path;
+        for (TDF_Label const& component : transparency.path)
+            path.push_back(usageOf(component));
+        opacities[path] = transparency.opacity;
+    }
+    std::map<Standard_Transient const*, double> byContext;
+    for (auto const& definition : EntitiesOf<StepShape_ShapeDefinitionRepresentation>())
+    {
+        handle<StepRepr_ProductDefinitionShape> const shape =
+            handle<StepRepr_ProductDefinitionShape>::DownCast(definition->Definition().PropertyDefinition());
+        auto const* const usage = shape.IsNull() ? nullptr
+                                                 : dynamic_cast<StepRepr_SpecifiedHigherUsageOccurrence const*>(
+                                                       shape->Definition().ProductDefinitionRelationship().get());
+        auto const found = usage ? opacities.find(UsagePath(*usage)) : opacities.end();
+        if (found != opacities.end())
+            byContext[definition->UsedRepresentation().get()] = found->second;
+    }
+    for (auto const& style : EntitiesOf<StepVisual_PresentationStyleByContext>())
+    {
+        auto const found = byContext.find(style->StyleContext().Value().get());
+        for (int i = 1; found != byContext.end() && i <= style->NbStyles(); ++i)
+        {
+            handle<StepVisual_SurfaceStyleUsage> const usage = style->StylesValue(i).SurfaceStyleUsage();
+            if (!usage.IsNull() && !usage->Style().IsNull())
+                MakeTransparent(usage->Style(), 1.0 - found->second, m_model);
+        }
+    }
+}
+
+}  // namespace KVR
