@@ -16,6 +16,7 @@
 #include "host/SceneFile.h"
 #include "host/SceneProblem.h"
 #include "host/SceneReading.h"
+#include "host/certify/CertifyCommand.h"
 #include "host/dump/Dump.h"
 #include "host/dump/DumpOptions.h"
 #include "host/export/ExportCommand.h"
@@ -221,6 +222,7 @@ int RunProgram(int argc, char const* const* argv)
 
     ImportCommand importing(app);
     ExportCommand exporting(app);
+    CertifyCommand certifying(app);
 
     try
     {
@@ -232,6 +234,8 @@ int RunProgram(int argc, char const* const* argv)
     }
     if (importing.IsChosen())
         return Run([&] { return importing.Run(); });
+    if (certifying.IsChosen())
+        return Run([&] { return certifying.Run(); });
     if (exporting.IsChosen())
         return Run([&] { return exporting.Run(); });
     treeOptions.color = WantsColor(color);

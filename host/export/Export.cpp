@@ -29,8 +29,8 @@ struct ExportFormat
 };
 
 constexpr ExportFormat kFormats[] = {
-    {".glb", &ExportGltf}, {".gltf", &ExportGltf}, {".stl", &ExportStl}, {".obj", &ExportObj}, {".ply", &ExportPly},
-    {".step", &ExportStep}, {".stp", &ExportStep},   {".brep", &ExportBrep},
+    {".glb", &ExportGltf}, {".gltf", &ExportGltf}, {".stl", &ExportStl},  {".obj", &ExportObj},
+    {".ply", &ExportPly},  {".step", &ExportStep}, {".stp", &ExportStep}, {".brep", &ExportBrep},
 };
 
 // What a child answers is lines, each of a letter and a text.

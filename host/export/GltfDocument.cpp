@@ -59,6 +59,20 @@ Matrix TurnUp(std::array<double, 3> const& up)
     return turn;
 }
 
+char const* KindText(ModelComponent::Kind kind)
+{
+    switch (kind)
+    {
+        case ModelComponent::Kind::kFile:
+            return "IFile";
+        case ModelComponent::Kind::kAssembly:
+            return "IAssembly";
+        case ModelComponent::Kind::kPart:
+            break;
+    }
+    return "IPart";
+}
+
 std::string LabelOf(std::string const& label, std::string const& id)
 {
     return label.empty() ? id : label;
@@ -210,6 +224,7 @@ void GltfDocument::AddComponent(ModelComponent const& component, OccurrenceState
         child.name = LabelOf(label, placement.id.empty() ? target.id : placement.id);
         Value::Object extras = ExtrasOf(placement.id.empty() ? target.id : placement.id,
                                         placement.object ? placement.object : target.object);
+        extras["kind"] = Value(std::string(KindText(target.kind)));
         if (!placement.id.empty())
         {
             extras["component"] = Value(target.id);
