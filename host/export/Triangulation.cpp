@@ -50,7 +50,7 @@ std::span<std::uint32_t const> Triangulation::Cut(std::span<Triple const> corner
     Flatten(corners);
     if (IsConvex())
         Fan(corners.size());
-    else if (corners.size() > kMostConcaveCorners)
+    else if (corners.size() > kMostConcaveCorners || m_work > kMostWork)
     {
         ++m_tooLarge;
         Fan(corners.size());
@@ -135,6 +135,7 @@ void Triangulation::CutEars()
         std::size_t const count = m_left.size();
         std::size_t const before = (place + count - 1) % count;
         std::size_t const after = (place + 1) % count;
+        m_work += count;
         // Of a polygon that meets itself no ear may be left: any corner does then.
         if (tries < count && !IsEar(before, place, after))
         {

@@ -14,15 +14,16 @@ using Triple = std::array<double, 3>;
 class Triangulation
 {
 public:
-    /// The largest concave polygon that is cut along its own outline: the time for one grows with the square of its
-    /// corners.
+    /// The largest concave polygon that is cut along its own outline, and the work that all of them together may make:
+    /// the time for one grows faster than its corners.
     static constexpr std::size_t kMostConcaveCorners = 512;
+    static constexpr unsigned long long kMostWork = 1'000'000'000;
 
     /// The triangles of a polygon whose corners are these points, three places for each; n - 2 triangles for n corners.
     /// The list is valid until the next call.
     std::span<std::uint32_t const> Cut(std::span<Triple const> corners);
 
-    /// Concave polygons with more corners, which were cut as if they were convex.
+    /// Concave polygons beyond that, which were cut as if they were convex.
     unsigned long long TooLarge() const noexcept { return m_tooLarge; }
 
 private:
@@ -42,6 +43,7 @@ private:
     std::vector<std::uint32_t> m_left;
     std::vector<std::uint32_t> m_triangles;
     unsigned long long m_tooLarge = 0;
+    unsigned long long m_work = 0;
 };
 
 /// The cross product of two sides of a polygon, summed over it: its normal, with twice its area as its length.
