@@ -34,8 +34,7 @@ Matrix MatrixOf(Matrix3d const* transform)
 
 std::array<double, 3> Triple(Color const& color)
 {
-    return {std::clamp(color.Red(), 0.0, 1.0), std::clamp(color.Green(), 0.0, 1.0),
-            std::clamp(color.Blue(), 0.0, 1.0)};
+    return {std::clamp(color.Red(), 0.0, 1.0), std::clamp(color.Green(), 0.0, 1.0), std::clamp(color.Blue(), 0.0, 1.0)};
 }
 
 ModelOverride& OverrideAt(std::shared_ptr<ModelOverride>& top, IdSet const& path)
@@ -183,8 +182,7 @@ void SceneModelReader::ReadComponent(std::size_t index)
     JoinMeshesAndBodies(m_model.components[index]);
 }
 
-void SceneModelReader::ReadChildren(std::size_t index, unsigned long long count,
-                                    std::unordered_set<std::string>& seen)
+void SceneModelReader::ReadChildren(std::size_t index, unsigned long long count, std::unordered_set<std::string>& seen)
 {
     IObject const* const object = m_model.components[index].object;
     auto const* const file = dynamic_cast<IFile const*>(object);
@@ -477,8 +475,8 @@ void SceneModelReader::CutCycles()
         auto& placements = m_model.components[step.component].placements;
         if (step.next == placements.size())
         {
-            std::erase_if(placements, [](ModelPlacement const& placement)
-                          { return placement.target == SceneModel::kNone; });
+            std::erase_if(placements,
+                          [](ModelPlacement const& placement) { return placement.target == SceneModel::kNone; });
             marks[step.component] = Mark::kDone;
             std::size_t const height = heights[step.component];
             path.pop_back();

@@ -39,13 +39,22 @@ public:
                std::function<UTF8String(TopoDS_Shape const&)> const& styleOf,
                std::function<bool(TopoDS_Shape const&)> const& isVisible) const;
 
-private:
     struct FaceRange
     {
         TopoDS_Shape face;
         std::size_t firstTriangle;
         bool hasTexture;
     };
+    /// The faces that have triangles, each with the first of them.
+    std::vector<FaceRange> const& Faces() const noexcept { return m_faces; }
+    /// Three coordinates for each vertex and each normal.
+    std::vector<double> const& Vertices() const noexcept { return m_vertices; }
+    std::vector<double> const& Normals() const noexcept { return m_normals; }
+    /// The vertex and the normal of each corner of each triangle.
+    std::vector<std::uint64_t> const& Corners() const noexcept { return m_corners; }
+    std::vector<std::uint64_t> const& CornerNormals() const noexcept { return m_cornerNormals; }
+
+private:
     using EdgeVertices = NCollection_DataMap<TopoDS_Shape, std::size_t, TopTools_ShapeMapHasher>;
 
     void AddFace(TopoDS_Face const& face);

@@ -102,6 +102,7 @@ private:
             deflection *= DiagonalOfModel(m_plan);
         if (!(deflection > 0.0))
             return;
+        m_report.deflection = deflection;
         IMeshTools_Parameters parameters;
         parameters.Deflection = deflection;
         parameters.Angle = kAngularDeflection;

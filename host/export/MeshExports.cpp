@@ -1,0 +1,231 @@
+#include <fmt/format.h>
+
+#include <bit>
+#include <cerrno>
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <stdexcept>
+#include <system_error>
+
+#include "host/export/FlatMesh.h"
+#include "host/export/Formats.h"
+
+// Formats of triangles without structure: STL, OBJ and PLY, in the scene's unit of length.
+namespace KVR
+{
+
+namespace
+{
+
+static_assert(std::endian::native == std::endian::little, "the bytes of these formats start with the lowest");
+
+// A file whose every failure is an exception.
+class CheckedFile
+{
+public:
+    explicit CheckedFile(std::string const& path) : m_file(std::fopen(path.c_str(), "wb"))
+    {
+        if (!m_file)
+            Fail();
+    }
+
+    template <class Value>
+    void Put(Value const& value)
+    {
+        Bytes(&value, sizeof value);
+    }
+    void Text(std::string_view text) { Bytes(text.data(), text.size()); }
+    void Bytes(void const* bytes, std::size_t size)
+    {
+        if (size > 0 && std::fwrite(bytes, 1, size, m_file.get()) != size)
+            Fail();
+    }
+    // Writes over what stands at a place.
+    void Patch(long place, std::string_view bytes)
+    {
+        if (std::fseek(m_file.get(), place, SEEK_SET) != 0)
+            Fail();
+        Text(bytes);
+    }
+    void Close()
+    {
+        if (std::fclose(m_file.release()) != 0)
+            Fail();
+    }
+
+private:
+    [[noreturn]] static void Fail() { throw std::system_error(errno != 0 ? errno : EIO, std::generic_category()); }
+
+    struct Closer
+    {
+        void operator()(std::FILE* file) const { std::fclose(file); }
+    };
+    std::unique_ptr<std::FILE, Closer> m_file;
+};
+
+std::array<std::uint32_t, 3> CornersOf(FlatGroup const& group, std::size_t triangle)
+{
+    std::uint32_t const* const corner = group.triangles.indices.data() + 3 * triangle;
+    if (group.isMirrored)
+        return {corner[0], corner[2], corner[1]};
+    return {corner[0], corner[1], corner[2]};
+}
+
+unsigned char ByteOf(double fraction)
+{
+    return static_cast<unsigned char>(std::lround(fraction * 255.0));
+}
+
+// A text for a line of its own.
+std::string Word(std::string text)
+{
+    for (char& c : text)
+        if (static_cast<unsigned char>(c) <= ' ')
+            c = '_';
+    return text.empty() ? "unnamed" : text;
+}
+
+}  // namespace
+
+void ExportStl(ExportTask& task)
+{
+    CheckedFile file(task.path);
+    std::string head(80, ' ');
+    constexpr std::string_view kHead = "kvr_xml_producer";
+    head.replace(0, kHead.size(), kHead);
+    file.Text(head);
+    std::uint32_t count = 0;
+    file.Put(count);
+    ForEachTriangleGroup(
+        task,
+        [&](FlatGroup const& group)
+        {
+            for (std::size_t i = 0; i < group.triangles.indices.size() / 3; ++i)
+            {
+                auto const corners = CornersOf(group, i);
+                std::array<std::array<float, 3>, 3> points;
+                for (std::size_t corner = 0; corner < 3; ++corner)
+                    points[corner] = VertexOf(group, corners[corner]);
+                std::array<float, 3> normal{};
+                double length = 0.0;
+                for (std::size_t axis = 0; axis < 3; ++axis)
+                {
+                    std::size_t const next = (axis + 1) % 3;
+                    std::size_t const last = (axis + 2) % 3;
+                    normal[axis] = (points[1][next] - points[0][next]) * (points[2][last] - points[0][last]) -
+                                   (points[1][last] - points[0][last]) * (points[2][next] - points[0][next]);
+                    length += static_cast<double>(normal[axis]) * static_cast<double>(normal[axis]);
+                }
+                length = std::sqrt(length);
+                for (float& x : normal)
+                    x = length > 0.0 && std::isfinite(length) ? static_cast<float>(static_cast<double>(x) / length)
+                                                              : 0.0f;
+                file.Put(normal);
+                file.Put(points);
+                file.Put(std::uint16_t{0});
+                if (++count == 0)
+                    throw std::runtime_error("it has more triangles than an STL file can hold");
+            }
+        });
+    file.Patch(80, {reinterpret_cast<char const*>(&count), sizeof count});
+    file.Close();
+}
+
+void ExportObj(ExportTask& task)
+{
+    std::filesystem::path const path(task.path);
+    std::string const library = path.stem().string() + ".mtl";
+    CheckedFile file(task.path);
+    file.Text(fmt::format("# kvr_xml_producer\nmtllib {}\n", library));
+    std::map<std::string, ModelStyle const*> materials;
+    std::size_t first = 1;
+    ForEachTriangleGroup(
+        task,
+        [&](FlatGroup const& group)
+        {
+            std::size_t const count = group.triangles.positions.size() / 3;
+            file.Text(fmt::format("o {}\n", Word(group.name)));
+            std::string const material = group.style ? Word(group.style->id) : "default";
+            materials.emplace(material, group.style);
+            file.Text(fmt::format("usemtl {}\n", material));
+            for (std::size_t i = 0; i < count; ++i)
+            {
+                auto const v = VertexOf(group, static_cast<std::uint32_t>(i));
+                file.Text(fmt::format("v {} {} {}\n", v[0], v[1], v[2]));
+            }
+            for (std::size_t i = 0; i < group.triangles.indices.size() / 3; ++i)
+            {
+                auto const corners = CornersOf(group, i);
+                file.Text(fmt::format("f {} {} {}\n", first + corners[0], first + corners[1], first + corners[2]));
+            }
+            first += count;
+        });
+    file.Close();
+    CheckedFile mtl((path.parent_path() / library).string());
+    for (auto const& [name, style] : materials)
+    {
+        std::array<double, 3> const color = style && style->diffuse ? *style->diffuse : std::array{0.7, 0.7, 0.7};
+        mtl.Text(fmt::format("newmtl {}\nKd {} {} {}\nd {}\n", name, color[0], color[1], color[2],
+                             style ? style->opacity : 1.0));
+        if (style && style->emission)
+            mtl.Text(fmt::format("Ke {} {} {}\n", (*style->emission)[0], (*style->emission)[1], (*style->emission)[2]));
+    }
+    mtl.Close();
+}
+
+void ExportPly(ExportTask& task)
+{
+    // The counts stand in the head with room for the longest.
+    static constexpr char kHead[] =
+        "ply\nformat binary_little_endian 1.0\ncomment kvr_xml_producer\nelement vertex {:<10}\nproperty float x\n"
+        "property float y\nproperty float z\nelement face {:<10}\nproperty list uchar int vertex_indices\n"
+        "property uchar red\nproperty uchar green\nproperty uchar blue\nproperty uchar alpha\nend_header\n";
+    std::string const facesPath = task.path + ".faces";
+    std::uint32_t vertexCount = 0;
+    std::uint32_t faceCount = 0;
+    CheckedFile file(task.path);
+    file.Text(fmt::format(kHead, 0, 0));
+    {
+        // Vertices stand in front of all faces, which wait in a file of their own.
+        CheckedFile faces(facesPath);
+        ForEachTriangleGroup(
+            task,
+            [&](FlatGroup const& group)
+            {
+                std::size_t const count = group.triangles.positions.size() / 3;
+                if (count > 0x7FFFFFFF - vertexCount)
+                    throw std::runtime_error("it has more vertices than a PLY file can hold");
+                for (std::size_t i = 0; i < count; ++i)
+                    file.Put(VertexOf(group, static_cast<std::uint32_t>(i)));
+                std::array<double, 3> const color =
+                    group.style && group.style->diffuse ? *group.style->diffuse : std::array{0.7, 0.7, 0.7};
+                std::array<unsigned char, 4> const bytes{ByteOf(color[0]), ByteOf(color[1]), ByteOf(color[2]),
+                                                         ByteOf(group.style ? group.style->opacity : 1.0)};
+                for (std::size_t i = 0; i < group.triangles.indices.size() / 3; ++i, ++faceCount)
+                {
+                    faces.Put(std::uint8_t{3});
+                    for (std::uint32_t const corner : CornersOf(group, i))
+                        faces.Put(vertexCount + corner);
+                    faces.Put(bytes);
+                }
+                vertexCount += static_cast<std::uint32_t>(count);
+            });
+        faces.Close();
+    }
+    std::unique_ptr<std::FILE, int (*)(std::FILE*)> const faces(std::fopen(facesPath.c_str(), "rb"), &std::fclose);
+    if (!faces)
+        throw std::system_error(errno, std::generic_category());
+    std::array<char, 65536> block;
+    for (std::size_t size = std::fread(block.data(), 1, block.size(), faces.get()); size > 0;
+         size = std::fread(block.data(), 1, block.size(), faces.get()))
+        file.Bytes(block.data(), size);
+    std::filesystem::remove(facesPath);
+    file.Patch(0, fmt::format(kHead, vertexCount, faceCount));
+    file.Close();
+}
+
+}  // namespace KVR
