@@ -445,9 +445,9 @@ void SceneModelReader::ReadUpVector()
     if (!universe || universe->ViewingDataOf(viewing) != kIsValueSpecified_Yes)
         return;
     Vector const& up = viewing.UpVector();
-    double const length = std::sqrt(up.X() * up.X() + up.Y() * up.Y() + up.Z() * up.Z());
+    double const length = std::sqrt(up[0] * up[0] + up[1] * up[1] + up[2] * up[2]);
     if (length > 0.0 && std::isfinite(length))
-        m_model.upVector = {up.X() / length, up.Y() / length, up.Z() / length};
+        m_model.upVector = {up[0] / length, up[1] / length, up[2] / length};
 }
 
 // Removes placements that would close a cycle or reach too deep, by one walk that follows each component once.

@@ -25,6 +25,14 @@ public:
     std::size_t FacesWithoutTriangles() const noexcept { return m_bareFaces; }
     std::size_t TriangleCount() const noexcept { return m_corners.size() / 3; }
 
+    /// Three numbers for each vertex and normal, and three indices of each for a triangle.
+    std::vector<double> const& Vertices() const noexcept { return m_vertices; }
+    std::vector<double> const& Normals() const noexcept { return m_normals; }
+    std::vector<std::uint64_t> const& Corners() const noexcept { return m_corners; }
+    std::vector<std::uint64_t> const& CornerNormals() const noexcept { return m_cornerNormals; }
+    /// Calls back for each face that has triangles: the face, its first triangle, and that behind its last.
+    void ForEachFace(std::function<void(TopoDS_Shape const&, std::size_t, std::size_t)> const& visit) const;
+
     /// Writes the mesh and its segments: one of polygons for each face that has triangles, in their order, and one of
     /// vertices for each edge. `styleOf` and `isVisible` are asked for each such face.
     void Write(UTF8String const& id, Authoring::MeshStoreWriter& store, Authoring::SegmentStoreWriter& segments,
