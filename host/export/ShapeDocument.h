@@ -30,6 +30,15 @@ struct ShapeDocument
         bool isHidden = false;
     };
 
+    /// A layer that a point is in, which no document can say.
+    struct LayerOfPoint
+    {
+        std::string layer;
+        bool isVisible = true;
+        /// The place of the point in the list of bodies.
+        std::size_t body = 0;
+    };
+
     /// The transparency of an occurrence: components from the top to the part.
     struct Transparency
     {
@@ -69,6 +78,7 @@ struct ShapeDocument
     std::string author;
     std::string organization;
     std::vector<Body> bodies;
+    std::vector<LayerOfPoint> layersOfPoints;
     std::vector<Transparency> transparencies;
     std::vector<View> views;
     std::vector<Callout> callouts;
