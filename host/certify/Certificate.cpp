@@ -127,6 +127,7 @@ Certificate::Certificate(std::vector<Stage> stages) : m_stages(std::move(stages)
     count("triangles", &ModelFacts::triangles);
     names("names", &ModelFacts::names);
     names("colours", &ModelFacts::colors);
+    names("drawn colours", &ModelFacts::drawnColors);
     names("layers", &ModelFacts::layers);
     count("layer members", &ModelFacts::layerMembers);
     count("annotations", &ModelFacts::annotations);

@@ -42,7 +42,7 @@ public:
     {
         m_facts.occurrences = m_facts.triangles = m_facts.views = m_facts.layerMembers = 0;
         m_facts.names.emplace();
-        m_facts.colors.emplace();
+        m_facts.drawnColors.emplace();
         m_facts.layers.emplace();
         tinygltf::Scene const& scene = m_model.scenes.at(0);
         for (int const node : scene.nodes)
@@ -87,15 +87,15 @@ private:
     {
         for (tinygltf::Primitive const& primitive : mesh.primitives)
         {
+            if (primitive.mode != TINYGLTF_MODE_TRIANGLES)
+                continue;
             if (primitive.material >= 0)
             {
                 auto const& material = m_model.materials.at(static_cast<std::size_t>(primitive.material));
                 auto const& color = material.pbrMetallicRoughness.baseColorFactor;
                 if (material.name != "default")
-                    m_facts.colors->insert(ColorText(Srgb(color[0]), Srgb(color[1]), Srgb(color[2]), color[3]));
+                    m_facts.drawnColors->insert(ColorText(Srgb(color[0]), Srgb(color[1]), Srgb(color[2]), color[3]));
             }
-            if (primitive.mode != TINYGLTF_MODE_TRIANGLES)
-                continue;
             std::vector<Point> points = PointsOf(primitive.attributes.at("POSITION"), place);
             Measures& measures = m_facts.mesh ? *m_facts.mesh : m_facts.mesh.emplace();
             std::vector<std::uint32_t> const indices = IndicesOf(primitive.indices);

@@ -52,6 +52,7 @@ void ForEachMember(Facts& facts, Use use)
     use("triangles", facts.triangles);
     use("names", facts.names);
     use("colors", facts.colors);
+    use("drawnColors", facts.drawnColors);
     use("layers", facts.layers);
     use("layerMembers", facts.layerMembers);
     use("annotations", facts.annotations);

@@ -35,6 +35,8 @@ struct ModelFacts
     std::optional<std::set<std::string>> names;
     /// Different colours in use, as "#rrggbbaa".
     std::optional<std::set<std::string>> colors;
+    /// Those that triangles are seen in.
+    std::optional<std::set<std::string>> drawnColors;
     std::optional<std::set<std::string>> layers;
     std::optional<unsigned long long> layerMembers;
     std::optional<unsigned long long> annotations;

@@ -10,6 +10,7 @@
 #include "framework/api/kvr_api.h"
 #include "framework/kernel/entity.h"
 #include "host/certify/FactReaders.h"
+#include "host/export/OccurrenceState.h"
 #include "host/export/SceneModel.h"
 #include "host/export/TriangleGroups.h"
 
@@ -100,6 +101,7 @@ public:
             m_facts.edges = m_facts.triangles = m_facts.annotations = 0;
         m_facts.names.emplace();
         m_facts.colors.emplace();
+        m_facts.drawnColors.emplace();
         m_facts.layers.emplace();
         m_facts.layerMembers = 0;
         for (ModelComponent const& component : m_scene.components)
@@ -111,7 +113,7 @@ public:
         }
         m_facts.views = m_scene.viewIds.size();
         ModelComponent const& root = m_scene.components[m_scene.root];
-        Walk(root, Scaling(root.metresPerUnit * 1e3));
+        Walk(root, OccurrenceState(root), Scaling(root.metresPerUnit * 1e3));
         return std::move(m_facts);
     }
 
@@ -173,7 +175,7 @@ private:
         }
     }
 
-    void Walk(ModelComponent const& component, Matrix const& place)
+    void Walk(ModelComponent const& component, OccurrenceState const& state, Matrix const& place)
     {
         if (component.kind == ModelComponent::Kind::kPart)
             ++*m_facts.occurrences;
@@ -181,15 +183,39 @@ private:
         {
             Matrix const all = Product(place, geometry.transform);
             if (geometry.mesh)
+            {
                 AddMesh(geometry, all);
+                if (state.IsVisible(geometry))
+                    AddDrawnColors(geometry, state);
+            }
             else if (geometry.body && geometry.body->Body())
                 AddBody(geometry, all);
         }
         for (ModelPlacement const& placement : component.placements)
         {
             ModelComponent const& target = m_scene.components[placement.target];
-            Walk(target,
+            Walk(target, state.Below(placement, target),
                  Product(place, Product(placement.transform, Scaling(target.metresPerUnit / component.metresPerUnit))));
+        }
+    }
+
+    void AddDrawnColors(ModelGeometry const& geometry, OccurrenceState const& state)
+    {
+        auto known = m_faceStyles.find(geometry.object);
+        if (known == m_faceStyles.end())
+        {
+            std::set<std::string> styles;
+            for (TriangleGroups::Group const& group : TriangleGroups::Of(*geometry.mesh).groups)
+                styles.insert(group.style);
+            known = m_faceStyles.emplace(geometry.object, std::move(styles)).first;
+        }
+        for (std::string const& style : known->second)
+        {
+            bool const isOwn = !style.empty() && state.KeepsFaceStyles(geometry);
+            ModelStyle const* const seen = m_scene.StyleOf(isOwn ? style : state.StyleOf(geometry));
+            if (seen && seen->diffuse)
+                m_facts.drawnColors->insert(
+                    ColorText((*seen->diffuse)[0], (*seen->diffuse)[1], (*seen->diffuse)[2], seen->opacity));
         }
     }
 
@@ -250,6 +276,7 @@ private:
     SceneModel const& m_scene;
     ModelFacts m_facts;
     std::map<IObject const*, BodyFacts> m_bodies;
+    std::map<IObject const*, std::set<std::string>> m_faceStyles;
 };
 
 }  // namespace
