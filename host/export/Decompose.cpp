@@ -64,6 +64,17 @@ bool HasRightAngles(Matrix const& transform)
     return true;
 }
 
+bool IsSolid(Matrix const& transform)
+{
+    constexpr double kLeast = 1e-9;
+    Column const across = Cross(ColumnOf(transform, 0), ColumnOf(transform, 1));
+    double const volume = std::abs(Dot(across, ColumnOf(transform, 2)));
+    double lengths = 1.0;
+    for (std::size_t column = 0; column < 3; ++column)
+        lengths *= std::sqrt(Dot(ColumnOf(transform, column), ColumnOf(transform, column)));
+    return volume > kLeast * lengths && std::isfinite(volume);
+}
+
 bool Mirrors(Matrix const& transform)
 {
     return Dot(Cross(ColumnOf(transform, 0), ColumnOf(transform, 1)), ColumnOf(transform, 2)) < 0.0;

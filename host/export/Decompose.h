@@ -19,6 +19,9 @@ struct TwoTransforms
     static TwoTransforms Of(Matrix const& transform);
 };
 
+/// Whether a transform flattens nothing, nor comes so near to it that its axes cannot be told apart.
+bool IsSolid(Matrix const& transform);
+
 /// Whether a transform mirrors.
 bool Mirrors(Matrix const& transform);
 

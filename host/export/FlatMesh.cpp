@@ -2,8 +2,10 @@
 
 #include <map>
 #include <memory>
+#include <stdexcept>
 
 #include "host/export/Decompose.h"
+#include "host/export/GeometryPlace.h"
 #include "host/export/OccurrenceState.h"
 
 namespace KVR
@@ -20,8 +22,10 @@ public:
     void Component(ModelComponent const& component, OccurrenceState const& state, Matrix const& place,
                    std::string const& name)
     {
+        if (++m_occurrences > kMostOccurrences)
+            throw std::runtime_error("the scene has more than 10,000,000 occurrences; --only exports a part of it");
         for (ModelGeometry const& geometry : component.geometry)
-            Geometry(geometry, state, place, name);
+            Geometry(geometry, component, state, place, name);
         for (ModelPlacement const& placement : component.placements)
         {
             ModelComponent const& target = m_task.scene.components[placement.target];
@@ -31,16 +35,15 @@ public:
                 m_task.notCarried.Add("hidden occurrences");
                 continue;
             }
-            Matrix scaling = kIdentity;
-            scaling[0] = scaling[5] = scaling[10] = target.metresPerUnit / component.metresPerUnit;
+            Matrix const scaling = Scaling(target.metresPerUnit / component.metresPerUnit);
             Component(target, below, Product(place, Product(below.transform, scaling)),
                       placement.label.empty() ? target.label : placement.label);
         }
     }
 
 private:
-    void Geometry(ModelGeometry const& geometry, OccurrenceState const& state, Matrix const& place,
-                  std::string const& name)
+    void Geometry(ModelGeometry const& geometry, ModelComponent const& component, OccurrenceState const& state,
+                  Matrix const& place, std::string const& name)
     {
         if (geometry.kind == GeometryKind::kBody && geometry.hasMesh)
             return;
@@ -57,7 +60,7 @@ private:
         TriangleGroups const& groups = GroupsOf(geometry);
         if (groups.groups.empty())
             m_task.notCarried.Add("pieces of geometry without triangles");
-        Matrix const all = Product(place, geometry.transform);
+        Matrix const all = Product(place, PlaceOf(geometry, component, state));
         std::string const style = state.StyleOf(geometry);
         bool const keeps = state.KeepsFaceStyles(geometry);
         for (TriangleGroups::Group const& group : groups.groups)
@@ -82,6 +85,7 @@ private:
     ExportTask& m_task;
     std::function<void(FlatGroup const&)> const& m_use;
     std::map<IObject const*, std::unique_ptr<TriangleGroups>> m_groups;
+    std::size_t m_occurrences = 0;
 };
 
 }  // namespace
@@ -89,9 +93,8 @@ private:
 void ForEachTriangleGroup(ExportTask& task, std::function<void(FlatGroup const&)> const& use)
 {
     ModelComponent const& root = task.scene.components[task.scene.root];
-    Matrix scaling = kIdentity;
-    scaling[0] = scaling[5] = scaling[10] = root.metresPerUnit / task.scene.metresPerUnit;
-    Walk(task, use).Component(root, OccurrenceState(root), scaling, root.label);
+    Walk(task, use).Component(root, OccurrenceState(root), Scaling(root.metresPerUnit / task.scene.metresPerUnit),
+                              root.label);
 }
 
 std::array<float, 3> VertexOf(FlatGroup const& group, std::uint32_t index)

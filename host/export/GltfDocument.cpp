@@ -6,6 +6,7 @@
 
 #include "framework/api/kvr_api.h"
 #include "host/export/Decompose.h"
+#include "host/export/GeometryPlace.h"
 
 namespace KVR
 {
@@ -13,7 +14,6 @@ namespace KVR
 namespace
 {
 
-constexpr std::size_t kMostNodes = 10'000'000;
 // Of a style that says nothing of it.
 constexpr double kRoughness = 0.6;
 
@@ -32,13 +32,6 @@ std::vector<double> ColumnsOf(Matrix const& matrix)
         for (std::size_t row = 0; row < 4; ++row)
             columns.push_back(matrix[4 * row + column]);
     return columns;
-}
-
-Matrix Scaling(double factor)
-{
-    Matrix scaling = kIdentity;
-    scaling[0] = scaling[5] = scaling[10] = factor;
-    return scaling;
 }
 
 // Turns a direction upwards, which in glTF is y, the short way.
@@ -80,7 +73,7 @@ std::string LabelOf(std::string const& label, std::string const& id)
 
 }  // namespace
 
-GltfDocument::GltfDocument(ExportTask& task) : m_task(task), m_scene(task.scene)
+GltfDocument::GltfDocument(ExportTask& task) : m_task(task), m_scene(task.scene), m_colors(task.producer)
 {
     m_model.asset.version = "2.0";
     m_model.asset.generator = "kvr_xml_producer";
@@ -112,7 +105,7 @@ void GltfDocument::Build()
 
 int GltfDocument::AddNode(tinygltf::Node node, int parent)
 {
-    if (m_model.nodes.size() >= kMostNodes)
+    if (m_model.nodes.size() >= kMostOccurrences)
         throw std::runtime_error(
             "the scene has more than 10,000,000 occurrences, which no program would open; --only "
             "exports a part of it");
@@ -171,15 +164,20 @@ Value::Object GltfDocument::ExtrasOf(std::string const& id, IObject const* objec
     return extras;
 }
 
-void GltfDocument::SetTransform(tinygltf::Node& node, Matrix const& transform, int& inner)
+bool GltfDocument::SetTransform(tinygltf::Node& node, Matrix const& transform, int& inner)
 {
     inner = -1;
     if (transform == kIdentity)
-        return;
+        return true;
+    if (!IsSolid(transform))
+    {
+        m_task.notCarried.Add("occurrences of which their transform leaves nothing");
+        return false;
+    }
     if (HasRightAngles(transform))
     {
         node.matrix = ColumnsOf(transform);
-        return;
+        return true;
     }
     TwoTransforms const two = TwoTransforms::Of(transform);
     node.matrix = ColumnsOf(two.outer);
@@ -188,6 +186,7 @@ void GltfDocument::SetTransform(tinygltf::Node& node, Matrix const& transform, i
     inner = static_cast<int>(m_model.nodes.size());
     m_model.nodes.push_back(std::move(below));
     node.children.push_back(inner);
+    return true;
 }
 
 void GltfDocument::AddComponent(ModelComponent const& component, OccurrenceState const& state, int node)
@@ -209,7 +208,7 @@ void GltfDocument::AddComponent(ModelComponent const& component, OccurrenceState
         m_model.nodes[static_cast<std::size_t>(node)].extras = Value(all);
     }
     for (ModelGeometry const& geometry : component.geometry)
-        AddGeometry(geometry, state, node);
+        AddGeometry(geometry, component, state, node);
     for (ModelPlacement const& placement : component.placements)
     {
         ModelComponent const& target = m_scene.components[placement.target];
@@ -232,13 +231,16 @@ void GltfDocument::AddComponent(ModelComponent const& component, OccurrenceState
         }
         child.extras = Value(extras);
         int inner = -1;
-        SetTransform(child, Product(below.transform, Scaling(target.metresPerUnit / component.metresPerUnit)), inner);
+        if (!SetTransform(child, Product(below.transform, Scaling(target.metresPerUnit / component.metresPerUnit)),
+                          inner))
+            continue;
         int const index = AddNode(std::move(child), node);
         AddComponent(target, below, inner >= 0 ? inner : index);
     }
 }
 
-void GltfDocument::AddGeometry(ModelGeometry const& geometry, OccurrenceState const& state, int parent)
+void GltfDocument::AddGeometry(ModelGeometry const& geometry, ModelComponent const& component,
+                               OccurrenceState const& state, int parent)
 {
     // The mesh of a body stands for it, whether the body is shown or not.
     if (geometry.kind == GeometryKind::kBody && geometry.hasMesh)
@@ -264,7 +266,8 @@ void GltfDocument::AddGeometry(ModelGeometry const& geometry, OccurrenceState co
         extras["body"] = Value(geometry.bodyId);
     node.extras = Value(extras);
     int inner = -1;
-    SetTransform(node, geometry.transform, inner);
+    if (!SetTransform(node, PlaceOf(geometry, component, state), inner))
+        return;
     if (inner >= 0)
         std::swap(m_model.nodes[static_cast<std::size_t>(inner)].mesh, node.mesh);
     AddNode(std::move(node), parent);
@@ -326,7 +329,7 @@ void GltfDocument::AddTriangles(tinygltf::Mesh& mesh, TriangleGroups const& grou
     {
         tinygltf::Primitive primitive;
         primitive.mode = TINYGLTF_MODE_TRIANGLES;
-        primitive.material = MaterialOf(keepsFaceStyles && !group.style.empty() ? group.style : style);
+        primitive.material = MaterialOf(keepsFaceStyles && !group.style.empty() ? group.style : style, false);
         primitive.attributes["POSITION"] = AddFloats(group.positions, TINYGLTF_TYPE_VEC3, true);
         if (group.hasNormals)
             primitive.attributes["NORMAL"] = AddFloats(group.normals, TINYGLTF_TYPE_VEC3, false);
@@ -343,7 +346,7 @@ void GltfDocument::AddLines(tinygltf::Mesh& mesh, Polylines const& lines, std::s
     {
         tinygltf::Primitive primitive;
         primitive.mode = TINYGLTF_MODE_LINE_STRIP;
-        primitive.material = MaterialOf(style);
+        primitive.material = MaterialOf(style, true);
         primitive.attributes["POSITION"] = AddFloats(line, TINYGLTF_TYPE_VEC3, true);
         mesh.primitives.push_back(std::move(primitive));
     }
@@ -358,7 +361,7 @@ void GltfDocument::AddPoint(tinygltf::Mesh& mesh, IPoint const& point, std::stri
             return;
     tinygltf::Primitive primitive;
     primitive.mode = TINYGLTF_MODE_POINTS;
-    primitive.material = MaterialOf(style);
+    primitive.material = MaterialOf(style, true);
     primitive.attributes["POSITION"] = AddFloats(position, TINYGLTF_TYPE_VEC3, true);
     mesh.primitives.push_back(std::move(primitive));
 }
@@ -429,15 +432,17 @@ int GltfDocument::AddIndices(std::vector<std::uint32_t> const& indices, std::siz
     return static_cast<int>(m_model.accessors.size()) - 1;
 }
 
-int GltfDocument::MaterialOf(std::string const& style)
+int GltfDocument::MaterialOf(std::string const& style, bool isCurve)
 {
-    auto const [entry, isNew] = m_materials.try_emplace(style, static_cast<int>(m_model.materials.size()));
+    ModelStyle const* const found = m_scene.StyleOf(style);
+    bool const hasColor = found && found->diffuse;
+    auto const [entry, isNew] =
+        m_materials.try_emplace({style, !hasColor && isCurve}, static_cast<int>(m_model.materials.size()));
     if (!isNew)
         return entry->second;
-    ModelStyle const* const found = m_scene.StyleOf(style);
     tinygltf::Material material;
     material.doubleSided = true;
-    std::array<double, 3> color{0.7, 0.7, 0.7};
+    std::array<double, 3> color = isCurve ? m_colors.curve : m_colors.surface;
     double opacity = 1.0;
     if (found)
     {
@@ -446,8 +451,8 @@ int GltfDocument::MaterialOf(std::string const& style)
             color = *found->diffuse;
         opacity = found->opacity;
         if (found->emission)
-            for (std::size_t i = 0; i < 3; ++i)
-                material.emissiveFactor[i] = Linear((*found->emission)[i]);
+            for (double const fraction : *found->emission)
+                material.emissiveFactor.push_back(Linear(fraction));
         Value::Object extras;
         extras["id"] = Value(found->id);
         material.extras = Value(extras);

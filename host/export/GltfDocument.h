@@ -7,6 +7,7 @@
 #include <tuple>
 #include <vector>
 
+#include "host/export/DefaultColors.h"
 #include "host/export/Export.h"
 #include "host/export/OccurrenceState.h"
 #include "host/export/TriangleGroups.h"
@@ -37,11 +38,12 @@ private:
 
     int AddNode(tinygltf::Node node, int parent);
     void AddComponent(ModelComponent const& component, OccurrenceState const& state, int node);
-    void AddGeometry(ModelGeometry const& geometry, OccurrenceState const& state, int parent);
+    void AddGeometry(ModelGeometry const& geometry, ModelComponent const& component, OccurrenceState const& state,
+                     int parent);
     /// -1 for geometry of which there is nothing to draw.
     int MeshOf(ModelGeometry const& geometry, OccurrenceState const& state);
     int MakeMesh(ModelGeometry const& geometry, std::string const& style, bool keepsFaceStyles);
-    int MaterialOf(std::string const& style);
+    int MaterialOf(std::string const& style, bool isCurve);
     void AddTriangles(tinygltf::Mesh& mesh, TriangleGroups const& groups, std::string const& style,
                       bool keepsFaceStyles);
     void AddLines(tinygltf::Mesh& mesh, Polylines const& lines, std::string const& style);
@@ -49,16 +51,19 @@ private:
     int AddFloats(std::vector<float> const& values, int type, bool hasRange);
     int AddIndices(std::vector<std::uint32_t> const& indices, std::size_t vertexCount);
     int AddView(void const* bytes, std::size_t size, int target);
-    void SetTransform(tinygltf::Node& node, Matrix const& transform, int& inner);
+    /// False, and counted, for a transform that leaves nothing of what it places.
+    bool SetTransform(tinygltf::Node& node, Matrix const& transform, int& inner);
     void AddCameras(Matrix const& root);
     void AddExtras();
     tinygltf::Value::Object ExtrasOf(std::string const& id, IObject const* object);
 
     ExportTask& m_task;
     SceneModel const& m_scene;
+    DefaultColors m_colors;
     tinygltf::Model m_model;
     std::map<MeshKey, int> m_meshes;
-    std::map<std::string, int> m_materials;
+    /// By style, and whether it is a curve's own colour.
+    std::map<std::pair<std::string, bool>, int> m_materials;
     std::unordered_map<std::string, std::vector<std::string>> m_layersOf;
     std::map<std::string, int> m_cameraNodes;
 };

@@ -1,10 +1,13 @@
-#include <cerrno>
 #include <filesystem>
-#include <fstream>
-#include <system_error>
+#include <nlohmann/json.hpp>
+#include <ostream>
+#include <sstream>
+#include <stdexcept>
 
+#include "host/export/ExportFile.h"
 #include "host/export/Formats.h"
 #include "host/export/GltfDocument.h"
+#include "host/export/OutputBuffer.h"
 
 namespace KVR
 {
@@ -12,9 +15,59 @@ namespace KVR
 namespace
 {
 
-[[noreturn]] void Fail(int errorNumber)
+// What a file's name is in a URI.
+std::string UriOf(std::string const& name)
 {
-    throw std::system_error(errorNumber != 0 ? errorNumber : EIO, std::generic_category());
+    constexpr char kDigits[] = "0123456789ABCDEF";
+    std::string uri;
+    for (char const character : name)
+    {
+        auto const byte = static_cast<unsigned char>(character);
+        bool const isPlain = (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') ||
+                             (byte >= '0' && byte <= '9') || byte == '-' || byte == '.' || byte == '_' || byte == '~';
+        if (isPlain)
+            uri += character;
+        else
+            uri += {'%', kDigits[byte >> 4U], kDigits[byte & 15U]};
+    }
+    return uri;
+}
+
+void WriteBinary(tinygltf::Model const& model, std::string const& path)
+{
+    ExportFile file(path);
+    OutputBuffer buffer(file.Out());
+    std::ostream stream(&buffer);
+    // What the file refuses is then thrown here.
+    stream.exceptions(std::ios::badbit);
+    if (!tinygltf::TinyGLTF().WriteGltfSceneToStream(&model, stream, false, true))
+        throw std::runtime_error("its document cannot be written");
+    file.Finish();
+}
+
+// As text, with the bytes in a file beside it.
+void WriteText(tinygltf::Model& model, std::filesystem::path const& path)
+{
+    std::vector<unsigned char> bytes;
+    if (!model.buffers.empty())
+        bytes.swap(model.buffers.front().data);
+    // The library would write a buffer into the text.
+    model.buffers.clear();
+    std::ostringstream stream;
+    if (!tinygltf::TinyGLTF().WriteGltfSceneToStream(&model, stream, false, false))
+        throw std::runtime_error("its document cannot be written");
+    nlohmann::ordered_json document = nlohmann::ordered_json::parse(stream.str());
+    if (!bytes.empty())
+    {
+        std::string const name = path.stem().string() + ".bin";
+        document["buffers"] = {{{"byteLength", bytes.size()}, {"uri", UriOf(name)}}};
+        ExportFile file((path.parent_path() / name).string());
+        file.Out().Put({reinterpret_cast<char const*>(bytes.data()), bytes.size()});
+        file.Finish();
+    }
+    ExportFile file(path.string());
+    file.Out().Put(document.dump(2) + '\n');
+    file.Finish();
 }
 
 }  // namespace
@@ -23,46 +76,12 @@ void ExportGltf(ExportTask& task)
 {
     GltfDocument document(task);
     document.Build();
-    tinygltf::Model& model = document.Model();
     std::filesystem::path const path(task.path);
-    std::string extension = path.extension().string();
-    bool const isBinary = extension.size() == 4 && (extension[3] == 'b' || extension[3] == 'B');
-    errno = 0;
-    if (!isBinary)
-    {
-        // With its buffer in a file beside it.
-        if (!model.buffers.empty())
-        {
-            std::string const name = path.stem().string() + ".bin";
-            model.buffers.front().uri = name;
-        }
-        tinygltf::TinyGLTF writer;
-        std::size_t const size = model.buffers.empty() ? 0 : model.buffers.front().data.size();
-        bool isGood = writer.WriteGltfSceneToFile(&model, task.path, false, false, true, false);
-        std::error_code error;
-        if (isGood && size > 0)
-            isGood = std::filesystem::file_size(path.parent_path() / model.buffers.front().uri, error) == size;
-        std::ifstream written(task.path, std::ios::binary | std::ios::ate);
-        // A document that is cut short does not end as one.
-        if (isGood && written && written.tellg() > 2)
-        {
-            written.seekg(-3, std::ios::end);
-            std::string end(3, ' ');
-            written.read(end.data(), 3);
-            isGood = end.find('}') != std::string::npos;
-        }
-        if (!isGood)
-            Fail(errno);
-        return;
-    }
-    std::ofstream file(task.path, std::ios::binary);
-    if (!file)
-        Fail(errno);
-    tinygltf::TinyGLTF writer;
-    bool const isGood = writer.WriteGltfSceneToStream(&model, file, false, true);
-    file.close();
-    if (!isGood || !file)
-        Fail(errno);
+    std::string const extension = path.extension().string();
+    if (extension.size() == 4 && (extension[3] == 'b' || extension[3] == 'B'))
+        WriteBinary(document.Model(), task.path);
+    else
+        WriteText(document.Model(), path);
 }
 
 }  // namespace KVR

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 
 #include "framework/api/kvr_api.h"
@@ -13,7 +14,7 @@ namespace
 using tinygltf::Value;
 using Triple = std::array<double, 3>;
 
-// Of a camera that says nothing of it: an angle in radians, and how near and far it sees by its distance.
+// Of a camera that says nothing of it: an angle in radians, and how near and far it sees in metres.
 constexpr double kViewAngle = 0.8;
 constexpr double kNearest = 1e-4;
 constexpr double kFarthest = 1e4;
@@ -69,6 +70,20 @@ double PositiveOr(IsValueSpecifiedEnum (ICamera::*get)(double&) const, ICamera c
     return (camera.*get)(value) == kIsValueSpecified_Yes && value > 0.0 && std::isfinite(value) ? value : otherwise;
 }
 
+// How far away a plane is along the direction of sight; what the camera does not say, or is behind it, is as given.
+double DepthOr(IsValueSpecifiedEnum (ICamera::*get)(Plane&) const, ICamera const& camera, double otherwise)
+{
+    Plane plane;
+    Triple ahead = TripleOf(camera.CameraDirection());
+    if ((camera.*get)(plane) != kIsValueSpecified_Yes || !Normalize(ahead))
+        return otherwise;
+    Position const eye = camera.CameraPosition();
+    Position const origin = plane.Origin();
+    double const depth =
+        (origin.X() - eye.X()) * ahead[0] + (origin.Y() - eye.Y()) * ahead[1] + (origin.Z() - eye.Z()) * ahead[2];
+    return depth > 0.0 && std::isfinite(depth) ? depth : otherwise;
+}
+
 }  // namespace
 
 void GltfDocument::AddCameras(Matrix const& turn)
@@ -82,6 +97,15 @@ void GltfDocument::AddCameras(Matrix const& turn)
         double metres = m_scene.metresPerUnit;
         if (camera->LengthUnit(unit) == kIsValueSpecified_Yes && MetresPer(unit) > 0.0)
             metres = MetresPer(unit);
+        Matrix const place = Product(turn, PlaceOf(*camera, metres));
+        if (!std::all_of(place.begin(), place.end(), [](double element) { return std::isfinite(element); }))
+        {
+            m_task.notCarried.Add("cameras that stand nowhere");
+            continue;
+        }
+        double const nearest = DepthOr(&ICamera::NearPlane, *camera, kNearest / metres) * metres;
+        double const farthest =
+            std::max(DepthOr(&ICamera::FarPlane, *camera, kFarthest / metres) * metres, nearest * 2.0);
         double const aspect = PositiveOr(&ICamera::AspectRatio, *camera, 1.0);
         double const height = PositiveOr(&ICamera::ViewWindowHeightForParallelCamera, *camera, 1.0 / metres) * metres;
         tinygltf::Camera entry;
@@ -91,21 +115,20 @@ void GltfDocument::AddCameras(Matrix const& turn)
             entry.type = "perspective";
             entry.perspective.yfov = std::min(PositiveOr(&ICamera::ViewAngle, *camera, kViewAngle), 3.1);
             entry.perspective.aspectRatio = aspect;
-            entry.perspective.znear = kNearest;
-            entry.perspective.zfar = kFarthest;
+            entry.perspective.znear = nearest;
+            entry.perspective.zfar = farthest;
         }
         else
         {
             entry.type = "orthographic";
             entry.orthographic.ymag = height / 2.0;
             entry.orthographic.xmag = height * aspect / 2.0;
-            entry.orthographic.znear = kNearest;
-            entry.orthographic.zfar = kFarthest;
+            entry.orthographic.znear = nearest;
+            entry.orthographic.zfar = farthest;
         }
         tinygltf::Node node;
         node.name = entry.name.empty() ? id : entry.name;
         node.camera = static_cast<int>(m_model.cameras.size());
-        Matrix const place = Product(turn, PlaceOf(*camera, metres));
         std::vector<double> columns;
         for (std::size_t column = 0; column < 4; ++column)
             for (std::size_t row = 0; row < 4; ++row)

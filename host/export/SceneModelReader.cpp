@@ -27,9 +27,21 @@ std::string Text(UTF16String const& text)
     return Text(UTF8String(text));
 }
 
+// The identity for what cannot place anything, since it has elements that are no numbers or larger than any place.
 Matrix MatrixOf(Matrix3d const* transform)
 {
-    return transform ? transform->Elements() : kIdentity;
+    constexpr double kMost = 1e30;
+    if (!transform)
+        return kIdentity;
+    Matrix const& elements = transform->Elements();
+    bool const isUsable =
+        std::all_of(elements.begin(), elements.end(), [](double element) { return std::abs(element) < kMost; });
+    if (!isUsable)
+        return kIdentity;
+    // No format has a place for a perspective.
+    Matrix affine = elements;
+    std::copy(kIdentity.begin() + 12, kIdentity.end(), affine.begin() + 12);
+    return affine;
 }
 
 std::array<double, 3> Triple(Color const& color)
@@ -310,7 +322,7 @@ void SceneModelReader::ReadOverrides(ModelComponent& component, IAssembly const&
         Matrix3d transform;
         assembly.CrossLevelTransformAt(i, path, transform);
         if (!path.IsEmpty())
-            OverrideAt(component.overrides, path).transform = transform.Elements();
+            OverrideAt(component.overrides, path).transform = MatrixOf(&transform);
     }
 }
 

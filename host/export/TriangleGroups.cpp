@@ -82,6 +82,11 @@ private:
     std::vector<std::uint32_t> m_slots;
 };
 
+double Usable(double x)
+{
+    return std::abs(x) <= std::numeric_limits<float>::max() ? x : 0.0;
+}
+
 bool IsFinite(std::array<double, 3> const& point)
 {
     constexpr double kMost = std::numeric_limits<float>::max();
@@ -188,7 +193,7 @@ public:
             MeshTextureVertex2D vertex(0.0, 0.0);
             m_texture->VertexAt(i, vertex);
             // Graphics formats count the second one down from the top.
-            return std::array<double, 2>{vertex.U(), 1.0 - vertex.V()};
+            return std::array<double, 2>{Usable(vertex.U()), Usable(1.0 - vertex.V())};
         };
         IdSetSet materials;
         if (mesh.PolygonMaterials(materials) == kIsValueSpecified_Yes)
@@ -198,9 +203,12 @@ public:
 
     void Read()
     {
+        ReadHidden();
         unsigned long const count = m_mesh.PolygonCount();
         for (unsigned long i = 0; i < count; ++i)
         {
+            if (i < m_isHidden.size() && m_isHidden[i])
+                continue;
             EditablePolygon const* polygon = nullptr;
             if (m_mesh.PolygonAt(i, polygon) != kIsValueSpecified_Yes || !polygon || !Read(*polygon, StyleOf(i)))
                 ++m_groups.brokenPolygons;
@@ -208,6 +216,21 @@ public:
     }
 
 private:
+    void ReadHidden()
+    {
+        unsigned long const count = m_mesh.FaceSegmentCount();
+        for (unsigned long i = 0; i < count; ++i)
+        {
+            FaceSegmentInfo segment;
+            if (m_mesh.FaceSegmentAt(i, segment) != kIsValueSpecified_Yes || segment.IsVisible())
+                continue;
+            m_isHidden.resize(m_mesh.PolygonCount());
+            for (unsigned int const polygon : segment.PolygonIndices().Indices())
+                if (polygon < m_isHidden.size())
+                    m_isHidden[polygon] = true;
+        }
+    }
+
     std::string const& StyleOf(unsigned long polygon)
     {
         unsigned int material = 0;
@@ -273,6 +296,8 @@ private:
     unsigned long m_vertexCount = m_mesh.VertexCount();
     unsigned long m_normalCount = m_mesh.NormalCount();
     std::vector<std::string> m_materials;
+    /// Polygons of segments that are not shown.
+    std::vector<bool> m_isHidden;
     std::string m_none;
     std::vector<Corner> m_corners;
     std::vector<std::array<double, 3>> m_points;
