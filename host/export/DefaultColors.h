@@ -7,8 +7,8 @@ namespace KVR
 
 class IProducer;
 
-/// The colours of what has no style, as fractions of sRGB: those that the scene's universe states, else a light grey for
-/// surfaces and black for curves.
+/// The colours of what has no style, as fractions of sRGB: those that the scene's universe states, else a light grey
+/// for surfaces and black for curves.
 struct DefaultColors
 {
     explicit DefaultColors(IProducer& producer);

@@ -95,8 +95,8 @@ UnitTypeEnum UnitOfContexts(Handle(StepData_StepModel) const& step)
     {
         Handle(Standard_Transient) const entity = step->Value(number);
         Handle(StepRepr_GlobalUnitAssignedContext) context;
-        if (auto const plain = Handle(StepGeom_GeometricRepresentationContextAndGlobalUnitAssignedContext)::DownCast(
-                entity);
+        if (auto const plain =
+                Handle(StepGeom_GeometricRepresentationContextAndGlobalUnitAssignedContext)::DownCast(entity);
             !plain.IsNull())
             context = plain->GlobalUnitAssignedContext();
         else if (auto const uncertain =
