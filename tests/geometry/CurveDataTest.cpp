@@ -1,3 +1,4 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -10,6 +11,10 @@ namespace KVR::Test
 
 namespace
 {
+
+using testing::ThrowsMessage;
+
+constexpr char kBadIndex[] = "invalid vector<T> subscript";
 
 // A scene with one curve record "c" of the given type and payload.
 struct CurveScene
@@ -195,9 +200,9 @@ TEST(CurveData, AClosedPolylineRepeatsItsFirstPointAndNotItsVectors)
     EXPECT_TRUE(has);
     polyline.VectorAt(2, x, y, z);
     EXPECT_EQ(z, 200.0);
-    EXPECT_THROW(polyline.VectorAt(3, x, y, z), std::out_of_range);
-    EXPECT_THROW(polyline.Point(4, x, y, z), std::out_of_range);
-    EXPECT_THROW(polyline.Point(-1, x, y, z), std::out_of_range);
+    EXPECT_THAT([&] { polyline.VectorAt(3, x, y, z); }, ThrowsMessage<std::out_of_range>(kBadIndex));
+    EXPECT_THAT([&] { polyline.Point(4, x, y, z); }, ThrowsMessage<std::out_of_range>(kBadIndex));
+    EXPECT_THAT([&] { polyline.Point(-1, x, y, z); }, ThrowsMessage<std::out_of_range>(kBadIndex));
 }
 
 TEST(CurveData, APolylineRunsFromPointToPoint)
@@ -320,8 +325,8 @@ TEST(CurveData, ARationalCurveIsACircle)
         double weight = 0;
         EXPECT_EQ(nurbs.ControlPoint(1, x, y, z, weight), 0);
         EXPECT_EQ(weight, std::sqrt(0.5));
-        EXPECT_THROW(nurbs.ControlPoint(5, x, y, z, weight), std::out_of_range);
-        EXPECT_THROW(nurbs.Knot(8, x), std::out_of_range);
+        EXPECT_THAT([&] { nurbs.ControlPoint(5, x, y, z, weight); }, ThrowsMessage<std::out_of_range>(kBadIndex));
+        EXPECT_THAT([&] { nurbs.Knot(8, x); }, ThrowsMessage<std::out_of_range>(kBadIndex));
     }
 }
 

@@ -22,6 +22,9 @@ namespace
 {
 
 using testing::ElementsAre;
+using testing::ThrowsMessage;
+
+constexpr char kBadIndex[] = "invalid vector<T> subscript";
 
 std::string const kRay = MeshInfoHeader(1).Bytes() + RecordFront(2, "c") + VertexBytes(2);
 
@@ -161,7 +164,7 @@ TEST(XMLCurve, AStoreCurveHasItsDataAndNoKernelCurves)
     EXPECT_NE(test.curve.CurveDataAt(0), nullptr);
     EXPECT_TRUE(test.curve.KernelCurves().empty());
     EXPECT_EQ(test.curve.StylesMap(), nullptr);
-    EXPECT_THROW(test.curve.CurveDataAt(1), std::out_of_range);
+    EXPECT_THAT([&] { test.curve.CurveDataAt(1); }, ThrowsMessage<std::out_of_range>(kBadIndex));
 }
 
 TEST(XMLCurve, AKernelCurveWhoseEntitiesAreUnknownCountsOneNullEntry)
@@ -170,7 +173,7 @@ TEST(XMLCurve, AKernelCurveWhoseEntitiesAreUnknownCountsOneNullEntry)
     ASSERT_TRUE(test.Read(R"(<ICurve ID="c"><GMKEntity EntityId="x"/><GMKEntity/></ICurve>)"));
     EXPECT_EQ(test.curve.CurveDataCount(), 1U);
     EXPECT_EQ(test.curve.CurveDataAt(0), nullptr);
-    EXPECT_THROW(test.curve.CurveDataAt(1), std::out_of_range);
+    EXPECT_THAT([&] { test.curve.CurveDataAt(1); }, ThrowsMessage<std::out_of_range>(kBadIndex));
     EXPECT_EQ(test.curve.KernelCurves().count(), 0);
     ASSERT_TRUE(test.Read(R"(<ICurve ID="c"><GMKEntity EntityId="x"/><GMKEntity EntityId="e"/></ICurve>)"));
     EXPECT_EQ(test.curve.KernelCurves().count(), 1) << "one that is known is found";

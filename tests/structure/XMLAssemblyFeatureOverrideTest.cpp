@@ -19,6 +19,9 @@ namespace
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::ThrowsMessage;
+
+constexpr char kBadIndex[] = "invalid vector<T> subscript";
 
 std::string const kStore =
     MeshInfoHeader(3).Bytes() + TriangleRecord("m1") + TriangleRecord("m2") + RecordFront(2, "c") + VertexBytes(2);
@@ -186,7 +189,7 @@ TEST(XMLAssemblyFeatureOverride, TheNameOfTheChildSetCountsExactly)
 TEST(XMLAssemblyFeatureOverride, ABadChildIndexIsOutOfRange)
 {
     OverrideScene o(Children("<IPolygonMesh ID='m1'/>"));
-    EXPECT_THROW(o->ChildAt(1), std::out_of_range);
+    EXPECT_THAT([&] { o->ChildAt(1); }, ThrowsMessage<std::out_of_range>(kBadIndex));
 }
 
 TEST(XMLAssemblyFeatureOverride, UnderAPrefixItsIdAndItsPathsStayAsWritten)
