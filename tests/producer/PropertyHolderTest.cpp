@@ -7,7 +7,6 @@
 #include <fstream>
 #include <iterator>
 #include <memory>
-#include <regex>
 #include <set>
 
 #include "framework/xml_util/XMLBrep.h"
@@ -129,12 +128,13 @@ public:
                 WithFile(entry.path().filename().string(), BytesOf(entry.path()));
         }
         std::string const xml = Xml();
-        std::regex const idText("ID=\"([^\"]+)\"");
+        std::string const attribute = "ID=\"";
         std::string properties = "<P>";
-        for (std::sregex_iterator at(xml.begin(), xml.end(), idText); at != std::sregex_iterator(); ++at)
+        for (std::size_t at = xml.find(attribute); at != std::string::npos; at = xml.find(attribute, at))
         {
-            std::string const id = (*at)[1];
-            if (ids.insert(id).second)
+            at += attribute.size();
+            std::string const id = xml.substr(at, xml.find('"', at) - at);
+            if (!id.empty() && ids.insert(id).second)
                 properties.append("<Property ID=\"of ").append(id).append("\" ObjectID=\"").append(id).append("\"/>");
         }
         WithFile("complete.kvrproperty", properties + "</P>").Begin();
