@@ -12,18 +12,10 @@ namespace KVR
 DefaultColors::DefaultColors(IProducer& producer)
 {
     IUniverse const* const universe = producer.LoadUniverse();
-    if (!universe)
-        return;
-    auto const take = [](Color const& color, std::array<double, 3>& fractions)
-    {
-        fractions = {std::clamp(color.Red(), 0.0, 1.0), std::clamp(color.Green(), 0.0, 1.0),
-                     std::clamp(color.Blue(), 0.0, 1.0)};
-    };
     Color color;
-    if (universe->DefaultSurfaceColor(color) == kIsValueSpecified_Yes)
-        take(color, surface);
-    if (universe->DefaultCurveColor(color) == kIsValueSpecified_Yes)
-        take(color, curve);
+    if (universe && universe->DefaultCurveColor(color) == kIsValueSpecified_Yes)
+        curve = {std::clamp(color.Red(), 0.0, 1.0), std::clamp(color.Green(), 0.0, 1.0),
+                 std::clamp(color.Blue(), 0.0, 1.0)};
 }
 
 }  // namespace KVR

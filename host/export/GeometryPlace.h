@@ -6,9 +6,6 @@
 namespace KVR
 {
 
-/// More occurrences than these are no scene that another program would open: whoever walks them gives up.
-constexpr std::size_t kMostOccurrences = 10'000'000;
-
 /// A scaling by one factor along all axes.
 Matrix Scaling(double factor);
 

@@ -7,6 +7,7 @@
 #include "framework/api/kvr_api.h"
 #include "host/export/Decompose.h"
 #include "host/export/GeometryPlace.h"
+#include "host/export/OccurrenceLimit.h"
 
 namespace KVR
 {
@@ -14,6 +15,8 @@ namespace KVR
 namespace
 {
 
+// Each is a node, which takes some kilobytes of memory until all is written.
+constexpr unsigned long long kMostOccurrences = 1'000'000;
 // Of a style that says nothing of it.
 constexpr double kRoughness = 0.6;
 
@@ -87,6 +90,7 @@ GltfDocument::GltfDocument(ExportTask& task) : m_task(task), m_scene(task.scene)
 
 void GltfDocument::Build()
 {
+    RefuseMoreOccurrences(m_scene, kMostOccurrences);
     ModelComponent const& root = m_scene.components[m_scene.root];
     Matrix const toScene = Product(TurnUp(m_scene.upVector), Scaling(root.metresPerUnit));
     tinygltf::Node node;
@@ -105,10 +109,6 @@ void GltfDocument::Build()
 
 int GltfDocument::AddNode(tinygltf::Node node, int parent)
 {
-    if (m_model.nodes.size() >= kMostOccurrences)
-        throw std::runtime_error(
-            "the scene has more than 10,000,000 occurrences, which no program would open; --only "
-            "exports a part of it");
     int const index = static_cast<int>(m_model.nodes.size());
     m_model.nodes.push_back(std::move(node));
     if (parent < 0)
@@ -286,84 +286,94 @@ int GltfDocument::MakeMesh(ModelGeometry const& geometry, std::string const& sty
 {
     tinygltf::Mesh mesh;
     mesh.name = LabelOf(geometry.label, geometry.id);
+    for (Drawing const& drawing : DrawingsOf(geometry))
+    {
+        tinygltf::Primitive& primitive = mesh.primitives.emplace_back(drawing.primitive);
+        primitive.material =
+            MaterialOf(keepsFaceStyles && !drawing.style.empty() ? drawing.style : style, drawing.isCurve);
+    }
+    if (mesh.primitives.empty())
+        return -1;
+    m_model.meshes.push_back(std::move(mesh));
+    return static_cast<int>(m_model.meshes.size()) - 1;
+}
+
+std::vector<GltfDocument::Drawing> const& GltfDocument::DrawingsOf(ModelGeometry const& geometry)
+{
+    auto const [entry, isNew] = m_drawings.try_emplace(geometry.object);
+    std::vector<Drawing>& drawings = entry->second;
+    if (!isNew)
+        return drawings;
     switch (geometry.kind)
     {
         case GeometryKind::kMesh:
         {
             TriangleGroups const groups = TriangleGroups::Of(*geometry.mesh);
             m_task.notCarried.Add("polygons whose indices make no sense", groups.brokenPolygons);
-            AddTriangles(mesh, groups, style, keepsFaceStyles);
+            AddTriangles(drawings, groups);
             break;
         }
         case GeometryKind::kBody:
         {
             TriangleGroups const groups = TriangleGroups::Of(*geometry.body, m_task.options.deflection);
             m_task.notCarried.Add("faces that could not be meshed", groups.facesWithoutTriangles);
-            AddTriangles(mesh, groups, style, keepsFaceStyles);
+            AddTriangles(drawings, groups);
             if (groups.groups.empty())
-                AddLines(mesh, EdgesOf(*geometry.body), style);
+                AddLines(drawings, EdgesOf(*geometry.body));
             break;
         }
         case GeometryKind::kCurve:
-            AddLines(mesh, PiecesOf(*geometry.curve), style);
+            AddLines(drawings, PiecesOf(*geometry.curve));
             break;
         case GeometryKind::kPoint:
-            AddPoint(mesh, *geometry.point, style);
+            AddPoint(drawings, *geometry.point);
             break;
         case GeometryKind::kOther:
             break;
     }
-    if (mesh.primitives.empty())
-    {
+    if (drawings.empty())
         m_task.notCarried.Add("pieces of geometry with nothing to draw");
-        return -1;
-    }
-    m_model.meshes.push_back(std::move(mesh));
-    return static_cast<int>(m_model.meshes.size()) - 1;
+    return drawings;
 }
 
-void GltfDocument::AddTriangles(tinygltf::Mesh& mesh, TriangleGroups const& groups, std::string const& style,
-                                bool keepsFaceStyles)
+void GltfDocument::AddTriangles(std::vector<Drawing>& drawings, TriangleGroups const& groups)
 {
     for (TriangleGroups::Group const& group : groups.groups)
     {
-        tinygltf::Primitive primitive;
-        primitive.mode = TINYGLTF_MODE_TRIANGLES;
-        primitive.material = MaterialOf(keepsFaceStyles && !group.style.empty() ? group.style : style, false);
-        primitive.attributes["POSITION"] = AddFloats(group.positions, TINYGLTF_TYPE_VEC3, true);
+        Drawing& drawing = drawings.emplace_back();
+        drawing.style = group.style;
+        drawing.primitive.mode = TINYGLTF_MODE_TRIANGLES;
+        drawing.primitive.attributes["POSITION"] = AddFloats(group.positions, TINYGLTF_TYPE_VEC3, true);
         if (group.hasNormals)
-            primitive.attributes["NORMAL"] = AddFloats(group.normals, TINYGLTF_TYPE_VEC3, false);
+            drawing.primitive.attributes["NORMAL"] = AddFloats(group.normals, TINYGLTF_TYPE_VEC3, false);
         if (group.hasTexture)
-            primitive.attributes["TEXCOORD_0"] = AddFloats(group.texture, TINYGLTF_TYPE_VEC2, false);
-        primitive.indices = AddIndices(group.indices, group.positions.size() / 3);
-        mesh.primitives.push_back(std::move(primitive));
+            drawing.primitive.attributes["TEXCOORD_0"] = AddFloats(group.texture, TINYGLTF_TYPE_VEC2, false);
+        drawing.primitive.indices = AddIndices(group.indices, group.positions.size() / 3);
     }
 }
 
-void GltfDocument::AddLines(tinygltf::Mesh& mesh, Polylines const& lines, std::string const& style)
+void GltfDocument::AddLines(std::vector<Drawing>& drawings, Polylines const& lines)
 {
     for (std::vector<float> const& line : lines)
     {
-        tinygltf::Primitive primitive;
-        primitive.mode = TINYGLTF_MODE_LINE_STRIP;
-        primitive.material = MaterialOf(style, true);
-        primitive.attributes["POSITION"] = AddFloats(line, TINYGLTF_TYPE_VEC3, true);
-        mesh.primitives.push_back(std::move(primitive));
+        Drawing& drawing = drawings.emplace_back();
+        drawing.isCurve = true;
+        drawing.primitive.mode = TINYGLTF_MODE_LINE_STRIP;
+        drawing.primitive.attributes["POSITION"] = AddFloats(line, TINYGLTF_TYPE_VEC3, true);
     }
 }
 
-void GltfDocument::AddPoint(tinygltf::Mesh& mesh, IPoint const& point, std::string const& style)
+void GltfDocument::AddPoint(std::vector<Drawing>& drawings, IPoint const& point)
 {
     std::vector<float> const position{static_cast<float>(point.X()), static_cast<float>(point.Y()),
                                       static_cast<float>(point.Z())};
     for (float const x : position)
         if (!std::isfinite(x))
             return;
-    tinygltf::Primitive primitive;
-    primitive.mode = TINYGLTF_MODE_POINTS;
-    primitive.material = MaterialOf(style, true);
-    primitive.attributes["POSITION"] = AddFloats(position, TINYGLTF_TYPE_VEC3, true);
-    mesh.primitives.push_back(std::move(primitive));
+    Drawing& drawing = drawings.emplace_back();
+    drawing.isCurve = true;
+    drawing.primitive.mode = TINYGLTF_MODE_POINTS;
+    drawing.primitive.attributes["POSITION"] = AddFloats(position, TINYGLTF_TYPE_VEC3, true);
 }
 
 int GltfDocument::AddView(void const* bytes, std::size_t size, int target)

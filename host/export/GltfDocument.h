@@ -36,6 +36,15 @@ private:
         auto operator<=>(MeshKey const&) const = default;
     };
 
+    struct Drawing
+    {
+        /// Of its own; empty for that of the whole.
+        std::string style;
+        tinygltf::Primitive primitive;
+        /// Also for points.
+        bool isCurve = false;
+    };
+
     int AddNode(tinygltf::Node node, int parent);
     void AddComponent(ModelComponent const& component, OccurrenceState const& state, int node);
     void AddGeometry(ModelGeometry const& geometry, ModelComponent const& component, OccurrenceState const& state,
@@ -44,10 +53,11 @@ private:
     int MeshOf(ModelGeometry const& geometry, OccurrenceState const& state);
     int MakeMesh(ModelGeometry const& geometry, std::string const& style, bool keepsFaceStyles);
     int MaterialOf(std::string const& style, bool isCurve);
-    void AddTriangles(tinygltf::Mesh& mesh, TriangleGroups const& groups, std::string const& style,
-                      bool keepsFaceStyles);
-    void AddLines(tinygltf::Mesh& mesh, Polylines const& lines, std::string const& style);
-    void AddPoint(tinygltf::Mesh& mesh, IPoint const& point, std::string const& style);
+    /// The primitives of geometry, without materials; made once for all styles.
+    std::vector<Drawing> const& DrawingsOf(ModelGeometry const& geometry);
+    void AddTriangles(std::vector<Drawing>& drawings, TriangleGroups const& groups);
+    void AddLines(std::vector<Drawing>& drawings, Polylines const& lines);
+    void AddPoint(std::vector<Drawing>& drawings, IPoint const& point);
     int AddFloats(std::vector<float> const& values, int type, bool hasRange);
     int AddIndices(std::vector<std::uint32_t> const& indices, std::size_t vertexCount);
     int AddView(void const* bytes, std::size_t size, int target);
@@ -62,6 +72,7 @@ private:
     DefaultColors m_colors;
     tinygltf::Model m_model;
     std::map<MeshKey, int> m_meshes;
+    std::unordered_map<IObject const*, std::vector<Drawing>> m_drawings;
     /// By style, and whether it is a curve's own colour.
     std::map<std::pair<std::string, bool>, int> m_materials;
     std::unordered_map<std::string, std::vector<std::string>> m_layersOf;

@@ -1,3 +1,4 @@
+#include <fmt/compile.h>
 #include <fmt/format.h>
 
 #include <bit>
@@ -6,11 +7,13 @@
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
+#include <iterator>
 #include <map>
 #include <memory>
 #include <stdexcept>
 #include <system_error>
 
+#include "host/export/DefaultColors.h"
 #include "host/export/FlatMesh.h"
 #include "host/export/Formats.h"
 
@@ -135,46 +138,140 @@ void ExportStl(ExportTask& task)
     file.Close();
 }
 
+namespace
+{
+
+class ObjWriter
+{
+public:
+    explicit ObjWriter(ExportTask& task)
+        : m_task(task),
+          m_colors(task.producer),
+          m_library(std::filesystem::path(task.path).replace_extension(".mtl")),
+          m_file(task.path)
+    {
+    }
+
+    void Write()
+    {
+        m_file.Text(fmt::format("# kvr_xml_producer\nmtllib {}\n", m_library.filename().string()));
+        ForEachTriangleGroup(
+            m_task, [this](FlatGroup const& group) { Put(group); }, [this](FlatLines const& lines) { Put(lines); });
+        m_file.Close();
+        CheckedFile library(m_library.string());
+        library.Text(m_materialText);
+        library.Close();
+    }
+
+private:
+    void Put(FlatGroup const& group)
+    {
+        Begin(group.name, group.style, false);
+        std::size_t const count = group.triangles.positions.size() / 3;
+        for (std::size_t i = 0; i < count; ++i)
+            Put("v", VertexOf(group, static_cast<std::uint32_t>(i)));
+        if (group.triangles.hasNormals)
+            for (std::size_t i = 0; i < count; ++i)
+                Put("vn", NormalOf(group, static_cast<std::uint32_t>(i)));
+        if (group.triangles.hasTexture)
+            for (std::size_t i = 0; i < count; ++i)
+                // Here the second one counts from the bottom.
+                m_text += fmt::format(FMT_COMPILE("vt {} {}\n"), group.triangles.texture[2 * i],
+                                      1.0F - group.triangles.texture[2 * i + 1]);
+        for (std::size_t i = 0; i < group.triangles.indices.size() / 3; ++i)
+        {
+            m_text += 'f';
+            for (std::uint32_t const corner : CornersOf(group, i))
+                PutCorner(group.triangles, corner);
+            m_text += '\n';
+            Flush(kBlock);
+        }
+        m_vertices += count;
+        m_normals += group.triangles.hasNormals ? count : 0;
+        m_textures += group.triangles.hasTexture ? count : 0;
+        Flush(0);
+    }
+
+    void PutCorner(TriangleGroups::Group const& triangles, std::uint32_t corner)
+    {
+        auto const out = std::back_inserter(m_text);
+        fmt::format_to(out, FMT_COMPILE(" {}"), m_vertices + corner + 1);
+        if (triangles.hasTexture)
+            fmt::format_to(out, FMT_COMPILE("/{}"), m_textures + corner + 1);
+        if (triangles.hasNormals)
+            fmt::format_to(out, FMT_COMPILE("{}/{}"), triangles.hasTexture ? "" : "/", m_normals + corner + 1);
+    }
+
+    void Put(FlatLines const& lines)
+    {
+        Begin(lines.name, lines.style, true);
+        for (std::vector<float> const& line : lines.lines)
+        {
+            std::size_t const count = line.size() / 3;
+            for (std::size_t i = 0; i < count; ++i)
+                Put("v", PlacedPoint(lines.transform, line.data() + 3 * i));
+            m_text += count == 1 ? 'p' : 'l';
+            for (std::size_t i = 0; i < count; ++i)
+                fmt::format_to(std::back_inserter(m_text), FMT_COMPILE(" {}"), ++m_vertices);
+            m_text += '\n';
+        }
+        Flush(0);
+    }
+
+    void Put(char const* word, std::array<float, 3> const& numbers)
+    {
+        fmt::format_to(std::back_inserter(m_text), FMT_COMPILE("{} {} {} {}\n"), word, numbers[0], numbers[1],
+                       numbers[2]);
+        Flush(kBlock);
+    }
+
+    void Begin(std::string const& name, ModelStyle const* style, bool isCurve)
+    {
+        bool const hasColor = style && style->diffuse;
+        auto const [entry, isNew] = m_materials.try_emplace({hasColor ? style : nullptr, !hasColor && isCurve});
+        if (isNew)
+        {
+            // With a number, since ids may differ in what a word has no place for.
+            entry->second =
+                fmt::format("{}.{}", hasColor ? Word(style->id) : isCurve ? "curve" : "surface", m_materials.size());
+            std::array<double, 3> const color = hasColor ? *style->diffuse : isCurve ? m_colors.curve : m_colors.surface;
+            m_materialText += fmt::format("newmtl {}\nKd {} {} {}\nd {}\n", entry->second, color[0], color[1],
+                                          color[2], hasColor ? style->opacity : 1.0);
+            if (hasColor && style->emission)
+                m_materialText += fmt::format("Ke {} {} {}\n", (*style->emission)[0], (*style->emission)[1],
+                                              (*style->emission)[2]);
+        }
+        m_text += fmt::format("o {}\nusemtl {}\n", Word(name), entry->second);
+    }
+
+    void Flush(std::size_t above)
+    {
+        if (m_text.size() <= above)
+            return;
+        m_file.Text(m_text);
+        m_text.clear();
+    }
+
+    static constexpr std::size_t kBlock = std::size_t{64} * 1024;
+
+    ExportTask& m_task;
+    DefaultColors m_colors;
+    std::filesystem::path m_library;
+    CheckedFile m_file;
+    std::string m_text;
+    std::string m_materialText;
+    /// The materials' names by style, and whether it is the colour of curves without one.
+    std::map<std::pair<ModelStyle const*, bool>, std::string> m_materials;
+    std::size_t m_vertices = 0;
+    std::size_t m_normals = 0;
+    std::size_t m_textures = 0;
+};
+
+}  // namespace
+
 void ExportObj(ExportTask& task)
 {
-    std::filesystem::path const path(task.path);
-    std::string const library = path.stem().string() + ".mtl";
-    CheckedFile file(task.path);
-    file.Text(fmt::format("# kvr_xml_producer\nmtllib {}\n", library));
-    std::map<std::string, ModelStyle const*> materials;
-    std::size_t first = 1;
-    ForEachTriangleGroup(
-        task,
-        [&](FlatGroup const& group)
-        {
-            std::size_t const count = group.triangles.positions.size() / 3;
-            file.Text(fmt::format("o {}\n", Word(group.name)));
-            std::string const material = group.style ? Word(group.style->id) : "default";
-            materials.emplace(material, group.style);
-            file.Text(fmt::format("usemtl {}\n", material));
-            for (std::size_t i = 0; i < count; ++i)
-            {
-                auto const v = VertexOf(group, static_cast<std::uint32_t>(i));
-                file.Text(fmt::format("v {} {} {}\n", v[0], v[1], v[2]));
-            }
-            for (std::size_t i = 0; i < group.triangles.indices.size() / 3; ++i)
-            {
-                auto const corners = CornersOf(group, i);
-                file.Text(fmt::format("f {} {} {}\n", first + corners[0], first + corners[1], first + corners[2]));
-            }
-            first += count;
-        });
-    file.Close();
-    CheckedFile mtl((path.parent_path() / library).string());
-    for (auto const& [name, style] : materials)
-    {
-        std::array<double, 3> const color = style && style->diffuse ? *style->diffuse : std::array{0.7, 0.7, 0.7};
-        mtl.Text(fmt::format("newmtl {}\nKd {} {} {}\nd {}\n", name, color[0], color[1], color[2],
-                             style ? style->opacity : 1.0));
-        if (style && style->emission)
-            mtl.Text(fmt::format("Ke {} {} {}\n", (*style->emission)[0], (*style->emission)[1], (*style->emission)[2]));
-    }
-    mtl.Close();
+    ObjWriter(task).Write();
 }
 
 void ExportPly(ExportTask& task)
@@ -184,6 +281,7 @@ void ExportPly(ExportTask& task)
         "ply\nformat binary_little_endian 1.0\ncomment kvr_xml_producer\nelement vertex {:<10}\nproperty float x\n"
         "property float y\nproperty float z\nelement face {:<10}\nproperty list uchar int vertex_indices\n"
         "property uchar red\nproperty uchar green\nproperty uchar blue\nproperty uchar alpha\nend_header\n";
+    DefaultColors const colors(task.producer);
     std::string const facesPath = task.path + ".faces";
     std::uint32_t vertexCount = 0;
     std::uint32_t faceCount = 0;
@@ -202,7 +300,7 @@ void ExportPly(ExportTask& task)
                 for (std::size_t i = 0; i < count; ++i)
                     file.Put(VertexOf(group, static_cast<std::uint32_t>(i)));
                 std::array<double, 3> const color =
-                    group.style && group.style->diffuse ? *group.style->diffuse : std::array{0.7, 0.7, 0.7};
+                    group.style && group.style->diffuse ? *group.style->diffuse : colors.surface;
                 std::array<unsigned char, 4> const bytes{ByteOf(color[0]), ByteOf(color[1]), ByteOf(color[2]),
                                                          ByteOf(group.style ? group.style->opacity : 1.0)};
                 for (std::size_t i = 0; i < group.triangles.indices.size() / 3; ++i, ++faceCount)
