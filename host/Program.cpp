@@ -3,23 +3,24 @@
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
-#include <algorithm>
-#include <cstdio>
 #include <cstdlib>
 #include <exception>
 #include <functional>
 #include <string>
 #include <vector>
 
+#include "host/Command.h"
 #include "host/Output.h"
 #include "host/OutputError.h"
 #include "host/SafeText.h"
 #include "host/SceneFile.h"
 #include "host/SceneProblem.h"
 #include "host/SceneReading.h"
+#include "host/certify/CertifyCommand.h"
 #include "host/dump/Dump.h"
 #include "host/dump/DumpOptions.h"
-#include "host/import/Import.h"
+#include "host/export/ExportCommand.h"
+#include "host/import/ImportCommand.h"
 #include "host/notes/Notes.h"
 #include "host/notes/NotesOptions.h"
 #include "host/tree/Tree.h"
@@ -32,27 +33,6 @@ namespace KVR
 
 namespace
 {
-
-enum ExitStatus
-{
-    kExit_Good = 0,
-    kExit_Failed = 1,
-    kExit_BadArguments = 2
-};
-
-void Complain(std::string const& sentence)
-{
-    std::fputs(("kvr: " + sentence + "\n").c_str(), stderr);
-}
-
-void AddSceneOptions(CLI::App& command, SceneOptions& options)
-{
-    command.add_option("scene", options.path, "The scene file")->required()->type_name("SCENE");
-    command.add_option("--prefix", options.prefix, "Give objects new ids: this prefix and a number")->type_name("TEXT");
-    command.add_flag("--allow-dtd", options.allowDtd,
-                     "Allow a document type declaration, and with it entities and references to other documents, "
-                     "also on the network; for scenes that you trust");
-}
 
 bool IsTerminal()
 {
@@ -161,59 +141,6 @@ int Notes(SceneOptions const& scene, NotesOptions const& options)
     return kExit_Good;
 }
 
-// A unit of length by its name: "millimeter", "inch" and so on.
-struct UnitChoice
-{
-    std::string word = "millimeter";
-
-    static std::vector<std::string> Words()
-    {
-        return {"micrometer", "millimeter", "centimeter", "decimeter", "meter", "kilometer",
-                "microinch",  "mil",        "inch",       "foot",      "yard",  "mile"};
-    }
-    // The units stand in this order.
-    UnitTypeEnum Unit() const
-    {
-        std::vector<std::string> const words = Words();
-        auto const place = std::find(words.begin(), words.end(), word) - words.begin();
-        return static_cast<UnitTypeEnum>(kUnitType_Micrometer + place);
-    }
-};
-
-std::string ProblemOfDeflection(std::string const& text)
-{
-    try
-    {
-        DeflectionOf(text);
-        return {};
-    }
-    catch (std::invalid_argument const& error)
-    {
-        return error.what();
-    }
-}
-
-// As shells give it to a program that was ended by SIGINT.
-constexpr int kExit_Interrupted = 130;
-
-int Import(ImportOptions const& options)
-{
-    ImportResult const result = ImportModel(options);
-    if (!result.isGood)
-    {
-        Complain(result.sentence);
-        return result.isInterrupted ? kExit_Interrupted : kExit_Failed;
-    }
-    if (options.isQuiet)
-        return kExit_Good;
-    for (std::string const& remark : result.remarks)
-        Complain(Escaped(options.modelPath) + ": " + Escaped(remark));
-    Output out(STDOUT_FILENO);
-    out.Put(result.sentence + "\n");
-    out.Flush();
-    return kExit_Good;
-}
-
 int Run(std::function<int()> const& command)
 {
     try
@@ -237,7 +164,7 @@ int Run(std::function<int()> const& command)
 
 int RunProgram(int argc, char const* const* argv)
 {
-    CLI::App app("Reads a CAD scene through the producer and shows what it serves.", "kvr");
+    CLI::App app("Shows what a CAD scene serves, makes scenes of models, and writes scenes for other programs.", "kvr");
     app.set_version_flag("--version", "kvr " KVR_VERSION);
     app.require_subcommand(1);
     app.failure_message([](CLI::App const*, CLI::Error const& error)
@@ -293,62 +220,34 @@ int RunProgram(int argc, char const* const* argv)
     notes.add_flag("--json", notesOptions.json, "Print JSON");
     AddColorOption(notes, color);
 
-    ImportOptions importOptions;
-    std::string deflection = "0.1%";
-    bool withoutMeshes = false;
-    bool withoutBreps = false;
-    bool withoutNotes = false;
-    UnitChoice unitChoice;
-    CLI::App& import = *app.add_subcommand(
-        "import", "Make a scene of a model: STEP, IGES, BREP, glTF, STL, OBJ or PLY, told apart by content and name");
-    import.add_option("model", importOptions.modelPath, "The model's file")->required()->type_name("MODEL");
-    import.add_option("scene", importOptions.scenePath, "The scene to be; its side files stand beside it")
-        ->required()
-        ->type_name("SCENE.xml");
-    import.add_option("--deflection", deflection,
-                      "How far meshes may be from bodies: a length in the model's unit, or a percentage of the "
-                      "diagonal of the model's box")
-        ->type_name("LENGTH")
-        ->check([](std::string const& text) { return ProblemOfDeflection(text);
-})
-        ->capture_default_str();
-import.add_option("--unit", unitChoice.word, "The unit of length of a model that states none")
-    ->type_name("UNIT")
-    ->check(CLI::IsMember(unitChoice.Words()))
-    ->capture_default_str();
-import.add_flag("--no-mesh", withoutMeshes, "Write no meshes");
-import.add_flag("--no-brep", withoutBreps, "Write no bodies");
-import.add_flag("--no-pmi", withoutNotes, "Read no annotations and views");
-import.add_flag("--text", importOptions.scene.asText, "Write bodies as text");
-import.add_flag("--quiet", importOptions.isQuiet, "Say nothing but what fails");
+    ImportCommand importing(app);
+    ExportCommand exporting(app);
+    CertifyCommand certifying(app);
 
-try
-{
-    app.parse(argc, argv);
+    try
+    {
+        app.parse(argc, argv);
+    }
+    catch (CLI::ParseError const& error)
+    {
+        return app.exit(error) == 0 ? kExit_Good : kExit_BadArguments;
+    }
+    if (importing.IsChosen())
+        return Run([&] { return importing.Run(); });
+    if (certifying.IsChosen())
+        return Run([&] { return certifying.Run(); });
+    if (exporting.IsChosen())
+        return Run([&] { return exporting.Run(); });
+    treeOptions.color = WantsColor(color);
+    treeOptions.colorBlocks = treeOptions.color && IsTerminal();
+    if (dump.parsed())
+        return Run([&] { return Dump(scene, dumpOptions); });
+    if (views.parsed())
+        return Run([&] { return Views(scene, viewsAsJson); });
+    notesOptions.color = treeOptions.color;
+    if (notes.parsed())
+        return Run([&] { return Notes(scene, notesOptions); });
+    return Run([&] { return Tree(scene, treeOptions); });
 }
-catch (CLI::ParseError const& error)
-{
-    return app.exit(error) == 0 ? kExit_Good : kExit_BadArguments;
-}
-if (import.parsed())
-{
-    importOptions.scene.deflection = DeflectionOf(deflection);
-    importOptions.scene.withMeshes = !withoutMeshes;
-    importOptions.scene.withBreps = !withoutBreps;
-    importOptions.withAnnotations = !withoutNotes;
-    importOptions.unit = unitChoice.Unit();
-    return Run([&] { return Import(importOptions); });
-}
-treeOptions.color = WantsColor(color);
-treeOptions.colorBlocks = treeOptions.color && IsTerminal();
-if (dump.parsed())
-    return Run([&] { return Dump(scene, dumpOptions); });
-if (views.parsed())
-    return Run([&] { return Views(scene, viewsAsJson); });
-notesOptions.color = treeOptions.color;
-if (notes.parsed())
-    return Run([&] { return Notes(scene, notesOptions); });
-return Run([&] { return Tree(scene, treeOptions); });
-}  // namespace KVR
 
 }  // namespace KVR

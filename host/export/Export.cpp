@@ -29,8 +29,8 @@ struct ExportFormat
 };
 
 constexpr ExportFormat kFormats[] = {
-    {".glb", &ExportGltf}, {".gltf", &ExportGltf}, {".stl", &ExportStl}, {".obj", &ExportObj}, {".ply", &ExportPly},
-    {".step", &ExportStep}, {".stp", &ExportStep},   {".brep", &ExportBrep},
+    {".glb", &ExportGltf}, {".gltf", &ExportGltf}, {".stl", &ExportStl},  {".obj", &ExportObj},
+    {".ply", &ExportPly},  {".step", &ExportStep}, {".stp", &ExportStep}, {".brep", &ExportBrep},
 };
 
 // What a child answers is lines, each of a letter and a text.
@@ -56,8 +56,8 @@ std::string Line(char kind, std::string text)
 
 std::string Unwritable(ExportOptions const& options, int errorNumber)
 {
-    return Line(kLine_Error, Escaped(options.path) + ": it cannot be written: " +
-                                 std::generic_category().message(errorNumber));
+    return Line(kLine_Error,
+                Escaped(options.path) + ": it cannot be written: " + std::generic_category().message(errorNumber));
 }
 
 // What the child does.
@@ -159,8 +159,7 @@ ExportResult ExportScene(SceneOptions const& scene, ExportOptions const& options
     try
     {
         WorkFolder const folder(options.path);
-        ChildResult const child =
-            RunInChild([&] { return ExportHere(scene, options, folder.Inside().string()); });
+        ChildResult const child = RunInChild([&] { return ExportHere(scene, options, folder.Inside().string()); });
         if (child.isInterrupted)
         {
             result.isInterrupted = true;
@@ -180,8 +179,8 @@ ExportResult ExportScene(SceneOptions const& scene, ExportOptions const& options
     catch (std::system_error const& error)
     {
         result.isGood = false;
-        result.sentence = Escaped(options.path) + ": it cannot be written: " +
-                          std::generic_category().message(error.code().value());
+        result.sentence =
+            Escaped(options.path) + ": it cannot be written: " + std::generic_category().message(error.code().value());
     }
     return result;
 }

@@ -27,6 +27,12 @@ ModelOverride const* OccurrenceState::OverrideOf(std::string const& id, bool (*h
     return nullptr;
 }
 
+ModelOverride const* OccurrenceState::OverrideOf(ModelGeometry const& geometry, bool (*has)(ModelOverride const&)) const
+{
+    ModelOverride const* const own = OverrideOf(geometry.id, has);
+    return own || geometry.bodyId.empty() ? own : OverrideOf(geometry.bodyId, has);
+}
+
 OccurrenceState OccurrenceState::Below(ModelPlacement const& placement, ModelComponent const& target) const
 {
     OccurrenceState state;
@@ -58,8 +64,15 @@ OccurrenceState OccurrenceState::Below(ModelPlacement const& placement, ModelCom
 bool OccurrenceState::IsVisible(ModelGeometry const& geometry) const
 {
     ModelOverride const* const entry =
-        OverrideOf(geometry.id, [](ModelOverride const& item) { return item.isVisible.has_value(); });
+        OverrideOf(geometry, [](ModelOverride const& item) { return item.isVisible.has_value(); });
     return isVisible && (entry ? *entry->isVisible : geometry.isVisible);
+}
+
+Matrix const& OccurrenceState::TransformOf(ModelGeometry const& geometry) const
+{
+    ModelOverride const* const entry =
+        OverrideOf(geometry, [](ModelOverride const& item) { return item.transform.has_value(); });
+    return entry ? *entry->transform : geometry.transform;
 }
 
 std::string OccurrenceState::StyleOf(ModelGeometry const& geometry) const
@@ -67,7 +80,7 @@ std::string OccurrenceState::StyleOf(ModelGeometry const& geometry) const
     if (!imposedStyle.empty())
         return imposedStyle;
     ModelOverride const* const entry =
-        OverrideOf(geometry.id, [](ModelOverride const& item) { return item.style.has_value(); });
+        OverrideOf(geometry, [](ModelOverride const& item) { return item.style.has_value(); });
     if (entry)
         return *entry->style;
     return geometry.style.empty() ? inheritedStyle : geometry.style;
@@ -76,7 +89,7 @@ std::string OccurrenceState::StyleOf(ModelGeometry const& geometry) const
 bool OccurrenceState::KeepsFaceStyles(ModelGeometry const& geometry) const
 {
     return imposedStyle.empty() &&
-           !OverrideOf(geometry.id, [](ModelOverride const& item) { return item.style.has_value(); });
+           !OverrideOf(geometry, [](ModelOverride const& item) { return item.style.has_value(); });
 }
 
 }  // namespace KVR

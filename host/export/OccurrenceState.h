@@ -27,7 +27,11 @@ public:
     /// The style of the component, or of the nearest one above that has any, for geometry without its own.
     std::string inheritedStyle;
 
+    // What is said of a body holds for its mesh as well.
+
     bool IsVisible(ModelGeometry const& geometry) const;
+    /// From the geometry to its component, in the geometry's own unit.
+    Matrix const& TransformOf(ModelGeometry const& geometry) const;
     /// The style of geometry as a whole, which its faces have unless they have their own; empty for none.
     std::string StyleOf(ModelGeometry const& geometry) const;
     /// Whether faces and materials of geometry keep their own styles.
@@ -38,6 +42,7 @@ private:
 
     void Enter(ModelComponent const& component);
     ModelOverride const* OverrideOf(std::string const& id, bool (*has)(ModelOverride const&)) const;
+    ModelOverride const* OverrideOf(ModelGeometry const& geometry, bool (*has)(ModelOverride const&)) const;
 
     /// Of each assembly above that speaks of this occurrence or of what is below it, the outermost first.
     std::vector<ModelOverride const*> m_overrides;

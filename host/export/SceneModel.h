@@ -90,8 +90,8 @@ struct ModelPlacement
     std::string style;
 };
 
-/// What an assembly says of occurrences below it. Paths are ids of instances, from the assembly down; the last id may be
-/// that of geometry.
+/// What an assembly says of occurrences below it. Paths are ids of instances, from the assembly down; the last id may
+/// be that of geometry.
 struct ModelOverride
 {
     std::optional<bool> isVisible;

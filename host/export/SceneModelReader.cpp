@@ -27,15 +27,26 @@ std::string Text(UTF16String const& text)
     return Text(UTF8String(text));
 }
 
+// The identity for what cannot place anything, since it has elements that are no numbers or larger than any place.
 Matrix MatrixOf(Matrix3d const* transform)
 {
-    return transform ? transform->Elements() : kIdentity;
+    constexpr double kMost = 1e30;
+    if (!transform)
+        return kIdentity;
+    Matrix const& elements = transform->Elements();
+    bool const isUsable =
+        std::all_of(elements.begin(), elements.end(), [](double element) { return std::abs(element) < kMost; });
+    if (!isUsable)
+        return kIdentity;
+    // No format has a place for a perspective.
+    Matrix affine = elements;
+    std::copy(kIdentity.begin() + 12, kIdentity.end(), affine.begin() + 12);
+    return affine;
 }
 
 std::array<double, 3> Triple(Color const& color)
 {
-    return {std::clamp(color.Red(), 0.0, 1.0), std::clamp(color.Green(), 0.0, 1.0),
-            std::clamp(color.Blue(), 0.0, 1.0)};
+    return {std::clamp(color.Red(), 0.0, 1.0), std::clamp(color.Green(), 0.0, 1.0), std::clamp(color.Blue(), 0.0, 1.0)};
 }
 
 ModelOverride& OverrideAt(std::shared_ptr<ModelOverride>& top, IdSet const& path)
@@ -183,8 +194,7 @@ void SceneModelReader::ReadComponent(std::size_t index)
     JoinMeshesAndBodies(m_model.components[index]);
 }
 
-void SceneModelReader::ReadChildren(std::size_t index, unsigned long long count,
-                                    std::unordered_set<std::string>& seen)
+void SceneModelReader::ReadChildren(std::size_t index, unsigned long long count, std::unordered_set<std::string>& seen)
 {
     IObject const* const object = m_model.components[index].object;
     auto const* const file = dynamic_cast<IFile const*>(object);
@@ -312,7 +322,7 @@ void SceneModelReader::ReadOverrides(ModelComponent& component, IAssembly const&
         Matrix3d transform;
         assembly.CrossLevelTransformAt(i, path, transform);
         if (!path.IsEmpty())
-            OverrideAt(component.overrides, path).transform = transform.Elements();
+            OverrideAt(component.overrides, path).transform = MatrixOf(&transform);
     }
 }
 
@@ -477,8 +487,8 @@ void SceneModelReader::CutCycles()
         auto& placements = m_model.components[step.component].placements;
         if (step.next == placements.size())
         {
-            std::erase_if(placements, [](ModelPlacement const& placement)
-                          { return placement.target == SceneModel::kNone; });
+            std::erase_if(placements,
+                          [](ModelPlacement const& placement) { return placement.target == SceneModel::kNone; });
             marks[step.component] = Mark::kDone;
             std::size_t const height = heights[step.component];
             path.pop_back();

@@ -27,8 +27,7 @@ public:
 private:
     std::size_t ComponentOf(UTF8String const& id);
     void ReadComponent(std::size_t index);
-    void ReadChildren(std::size_t index, unsigned long long count,
-                      std::unordered_set<std::string>& seen);
+    void ReadChildren(std::size_t index, unsigned long long count, std::unordered_set<std::string>& seen);
     void ReadChild(std::size_t index, UTF8String const& id);
     void ReadInstance(std::size_t index, IInstance& instance);
     void ReadGeometry(ModelComponent& component, IObject& object, Matrix const& place, bool isVisible,

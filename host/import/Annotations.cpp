@@ -146,12 +146,12 @@ class AnnotationReader
 {
 public:
     AnnotationReader(Annotations& annotations, Handle(TDocStd_Document) const& document, ProductPlan const& plan,
-                     UnitTypeEnum unit, std::function<UTF8String(TDF_Label const&)> const& idOf)
+                     UnitTypeEnum unit, std::function<std::vector<UTF8String>(TDF_Label const&)> const& idsOf)
         : m_annotations(annotations),
           m_tool(XCAFDoc_DocumentTool::DimTolTool(document->Main())),
           m_plan(plan),
           m_unit(unit),
-          m_idOf(idOf)
+          m_idsOf(idsOf)
     {
     }
 
@@ -281,12 +281,12 @@ private:
         {
             if (owner == m_plan.components.size())
                 owner = OwnerOf(shape);
-            UTF8String const id = m_idOf(shape);
-            if (id.IsEmpty())
-                continue;
-            if (!references.empty())
-                references += ',';
-            references += id.View();
+            for (UTF8String const& id : m_idsOf(shape))
+            {
+                if (!references.empty())
+                    references += ',';
+                references += id.View();
+            }
         }
         if (!references.empty())
             callout.extensionData.push_back({kReferencesTypeId, UTF8String(references), {}, {}, {}});
@@ -307,13 +307,13 @@ private:
     Handle(XCAFDoc_DimTolTool) m_tool;
     ProductPlan const& m_plan;
     UnitTypeEnum m_unit;
-    std::function<UTF8String(TDF_Label const&)> const& m_idOf;
+    std::function<std::vector<UTF8String>(TDF_Label const&)> const& m_idsOf;
 };
 
 Annotations::Annotations(Handle(TDocStd_Document) const& document, ProductPlan const& plan, UnitTypeEnum unit,
-                         std::function<UTF8String(TDF_Label const&)> const& idOf, Losses& losses)
+                         std::function<std::vector<UTF8String>(TDF_Label const&)> const& idsOf, Losses& losses)
 {
-    AnnotationReader(*this, document, plan, unit, idOf).Read();
+    AnnotationReader(*this, document, plan, unit, idsOf).Read();
     if (plan.components.empty())
         losses.Add("annotations of no part", m_count);
 }

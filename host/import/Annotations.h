@@ -27,9 +27,9 @@ public:
         std::vector<std::pair<UTF8String, Authoring::PolylineRecord>> polylines;
     };
 
-    /// `idOf` answers the id of a label that stands for a shape: of a body, a face, an edge, or a component.
+    /// `idsOf` answers the ids of what a label became: components, bodies, faces, edges.
     Annotations(Handle(TDocStd_Document) const& document, ProductPlan const& plan, UnitTypeEnum unit,
-                std::function<UTF8String(TDF_Label const&)> const& idOf, Losses& losses);
+                std::function<std::vector<UTF8String>(TDF_Label const&)> const& idsOf, Losses& losses);
 
     /// The notes of a component, by its place in the plan.
     std::vector<Note> const& NotesOf(std::size_t component) const;

@@ -194,13 +194,6 @@ void BodyMesh::AddFace(TopoDS_Face const& face)
     }
 }
 
-void BodyMesh::ForEachFace(std::function<void(TopoDS_Shape const&, std::size_t, std::size_t)> const& visit) const
-{
-    for (std::size_t i = 0; i < m_faces.size(); ++i)
-        visit(m_faces[i].face, m_faces[i].firstTriangle,
-              i + 1 < m_faces.size() ? m_faces[i + 1].firstTriangle : TriangleCount());
-}
-
 void BodyMesh::Write(UTF8String const& id, Authoring::MeshStoreWriter& store, Authoring::SegmentStoreWriter& segments,
                      std::function<UTF8String(TopoDS_Shape const&)> const& styleOf,
                      std::function<bool(TopoDS_Shape const&)> const& isVisible) const

@@ -25,27 +25,28 @@ public:
     std::size_t FacesWithoutTriangles() const noexcept { return m_bareFaces; }
     std::size_t TriangleCount() const noexcept { return m_corners.size() / 3; }
 
-    /// Three numbers for each vertex and normal, and three indices of each for a triangle.
-    std::vector<double> const& Vertices() const noexcept { return m_vertices; }
-    std::vector<double> const& Normals() const noexcept { return m_normals; }
-    std::vector<std::uint64_t> const& Corners() const noexcept { return m_corners; }
-    std::vector<std::uint64_t> const& CornerNormals() const noexcept { return m_cornerNormals; }
-    /// Calls back for each face that has triangles: the face, its first triangle, and that behind its last.
-    void ForEachFace(std::function<void(TopoDS_Shape const&, std::size_t, std::size_t)> const& visit) const;
-
     /// Writes the mesh and its segments: one of polygons for each face that has triangles, in their order, and one of
     /// vertices for each edge. `styleOf` and `isVisible` are asked for each such face.
     void Write(UTF8String const& id, Authoring::MeshStoreWriter& store, Authoring::SegmentStoreWriter& segments,
                std::function<UTF8String(TopoDS_Shape const&)> const& styleOf,
                std::function<bool(TopoDS_Shape const&)> const& isVisible) const;
 
-private:
     struct FaceRange
     {
         TopoDS_Shape face;
         std::size_t firstTriangle;
         bool hasTexture;
     };
+    /// The faces that have triangles, each with the first of them.
+    std::vector<FaceRange> const& Faces() const noexcept { return m_faces; }
+    /// Three coordinates for each vertex and each normal.
+    std::vector<double> const& Vertices() const noexcept { return m_vertices; }
+    std::vector<double> const& Normals() const noexcept { return m_normals; }
+    /// The vertex and the normal of each corner of each triangle.
+    std::vector<std::uint64_t> const& Corners() const noexcept { return m_corners; }
+    std::vector<std::uint64_t> const& CornerNormals() const noexcept { return m_cornerNormals; }
+
+private:
     using EdgeVertices = NCollection_DataMap<TopoDS_Shape, std::size_t, TopTools_ShapeMapHasher>;
 
     void AddFace(TopoDS_Face const& face);

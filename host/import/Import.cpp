@@ -37,6 +37,7 @@ namespace fs = std::filesystem;
 constexpr char kLine_Done = 'D';
 constexpr char kLine_Remark = 'R';
 constexpr char kLine_Error = 'E';
+constexpr char kLine_Deflection = 'M';
 
 std::string Counted(std::size_t count, char const* one, char const* many)
 {
@@ -84,6 +85,8 @@ std::string ImportHere(ImportOptions const& options, ModelFormat format, std::st
         ModelDocument const model = ModelDocument::Read(options.modelPath, format, reading);
         ImportReport const report = WriteSceneOf(model, options.modelPath, scenePath, options.scene);
         std::string answer = kLine_Done + Summary(report, model.unit);
+        answer +=
+            '\n' + std::string(1, kLine_Deflection) + std::to_string(report.deflection * MetresOf(model.unit) * 1e3);
         for (std::string const& warning : model.warnings)
             answer += '\n' + std::string(1, kLine_Remark) + OneLine(warning);
         if (!model.isUnitStated)
@@ -125,7 +128,9 @@ void ReadAnswer(std::string const& answer, ImportResult& result)
         if (line.empty())
             continue;
         std::string text = line.substr(1);
-        if (line.front() == kLine_Remark)
+        if (line.front() == kLine_Deflection)
+            result.deflectionInMillimetres = std::stod(text);
+        else if (line.front() == kLine_Remark)
             result.remarks.push_back(std::move(text));
         else
         {
@@ -138,6 +143,7 @@ void ReadAnswer(std::string const& answer, ImportResult& result)
 ImportResult Import(ImportOptions const& options)
 {
     ImportResult result;
+    result.hasAnnotations = options.withAnnotations;
     std::optional<ModelFormat> const format = FormatOfModel(options.modelPath);
     if (!format)
         throw ModelError("it is in none of the formats STEP, IGES, BREP, glTF, STL, OBJ and PLY");
@@ -149,6 +155,7 @@ ImportResult Import(ImportOptions const& options)
         result.remarks.push_back(
             "the model was read without its annotations and views, since with them its reader ended (" +
             SignalText(child.signal) + ")");
+        result.hasAnnotations = false;
         child = RunInChild([&] { return ImportHere(options, *format, inside, false); });
     }
     if (child.isInterrupted)

@@ -31,6 +31,10 @@ struct ImportResult
     /// Sentences without their full stops, to be shown with a good result: what else there is to know of it, and what
     /// the scene does not hold.
     std::vector<std::string> remarks;
+    /// Whether annotations and views were read.
+    bool hasAnnotations = true;
+    /// How far meshes may be from bodies.
+    double deflectionInMillimetres = 0.0;
 };
 
 /// Reads a model, in a child process, and writes its scene. The scene's files appear whole, the scene itself last, or

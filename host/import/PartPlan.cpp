@@ -176,10 +176,21 @@ void PartPlan::AddBody(Work const& item)
     bodies.push_back(std::move(body));
 }
 
-UTF8String PartPlan::IdOf(TopoDS_Shape const& shape) const
+std::vector<UTF8String> PartPlan::IdsOf(TopoDS_Shape const& shape) const
 {
-    UTF8String const* const id = m_ids.Seek(shape);
-    return id ? *id : UTF8String();
+    std::vector<UTF8String> ids;
+    std::vector<TopoDS_Shape> work{shape};
+    while (!work.empty())
+    {
+        TopoDS_Shape const current = work.back();
+        work.pop_back();
+        if (UTF8String const* const id = m_ids.Seek(current))
+            ids.push_back(*id);
+        else if (current.ShapeType() <= TopAbs_COMPSOLID)
+            for (TopoDS_Iterator child(current); child.More(); child.Next())
+                work.push_back(child.Value());
+    }
+    return ids;
 }
 
 UTF8String PartPlan::FaceId(BodyPlan const& body, std::size_t place)

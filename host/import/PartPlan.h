@@ -66,8 +66,9 @@ public:
     std::vector<BodyPlan> bodies;
     SubShapes subShapes;
 
-    /// The id of the piece that is the shape, or the data id of the face or edge of a piece; empty for none.
-    UTF8String IdOf(TopoDS_Shape const& shape) const;
+    /// The id of the piece that is the shape, or the data id of the face or edge of a piece; of a compound those of
+    /// what is in it. Empty for none.
+    std::vector<UTF8String> IdsOf(TopoDS_Shape const& shape) const;
 
     static UTF8String FaceId(BodyPlan const& body, std::size_t place);
     static UTF8String EdgeId(BodyPlan const& body, std::size_t place);

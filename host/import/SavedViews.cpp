@@ -72,7 +72,7 @@ void ReadSectionPlanes(Authoring::CameraRecord& camera, TDF_LabelSequence const&
 }  // namespace
 
 SavedViews SavedViews::Of(Handle(TDocStd_Document) const& document, UnitTypeEnum unit,
-                          std::function<UTF8String(TDF_Label const&)> const& idOf, Losses& losses)
+                          std::function<std::vector<UTF8String>(TDF_Label const&)> const& idsOf, Losses& losses)
 {
     SavedViews result;
     auto const tool = XCAFDoc_DocumentTool::ViewTool(document->Main());
@@ -108,13 +108,11 @@ SavedViews SavedViews::Of(Handle(TDocStd_Document) const& document, UnitTypeEnum
         named.Append(annotations);
         for (TDF_Label const& member : named)
         {
-            UTF8String const id = idOf(member);
-            if (id.IsEmpty())
-            {
+            std::vector<UTF8String> const ids = idsOf(member);
+            if (ids.empty())
                 losses.Add("members of views that are no objects");
-                continue;
-            }
-            view.members.push_back({{id}, true, {}, {}});
+            for (UTF8String const& id : ids)
+                view.members.push_back({{id}, true, {}, {}});
         }
         result.views.push_back(std::move(view));
         result.cameras.push_back(std::move(camera));

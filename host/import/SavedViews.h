@@ -17,10 +17,10 @@ struct SavedViews
     std::vector<Authoring::ViewRecord> views;
     std::vector<Authoring::CameraRecord> cameras;
 
-    /// `idOf` answers the id of the object that a label became, empty for none. What a view names becomes a member of
+    /// `idsOf` answers the ids of what a label became. What a view names becomes a member of
     /// it.
     static SavedViews Of(Handle(TDocStd_Document) const& document, UnitTypeEnum unit,
-                         std::function<UTF8String(TDF_Label const&)> const& idOf, Losses& losses);
+                         std::function<std::vector<UTF8String>(TDF_Label const&)> const& idsOf, Losses& losses);
 };
 
 }  // namespace KVR

@@ -69,8 +69,8 @@ public:
         PlanParts();
         if (m_options.withMeshes)
             MeshParts();
-        auto const idOf = [this](TDF_Label const& label) { return IdOf(label); };
-        m_annotations = std::make_unique<Annotations>(m_model.document, m_plan, m_model.unit, idOf, m_report.losses);
+        auto const idsOf = [this](TDF_Label const& label) { return IdsOf(label); };
+        m_annotations = std::make_unique<Annotations>(m_model.document, m_plan, m_model.unit, idsOf, m_report.losses);
         WriteUniverse();
         WriteFile();
         for (std::size_t i = 0; i < m_plan.components.size(); ++i)
@@ -102,6 +102,7 @@ private:
             deflection *= DiagonalOfModel(m_plan);
         if (!(deflection > 0.0))
             return;
+        m_report.deflection = deflection;
         IMeshTools_Parameters parameters;
         parameters.Deflection = deflection;
         parameters.Angle = kAngularDeflection;
@@ -111,19 +112,20 @@ private:
                 BRepMesh_IncrementalMesh(component.shape, parameters);
     }
 
-    // The id of the object that a label of the document became: a component, placement, body, face, edge or note.
-    UTF8String IdOf(TDF_Label const& label) const
+    // The ids of what a label of the document became: a component, placement, body, face, edge or note, or for a
+    // compound several of them.
+    std::vector<UTF8String> IdsOf(TDF_Label const& label) const
     {
         if (UTF8String const id = m_plan.IdOf(label); !id.IsEmpty())
-            return id;
+            return {id};
         if (m_annotations)
             if (UTF8String const id = m_annotations->IdOf(label); !id.IsEmpty())
-                return id;
+                return {id};
         std::size_t const component = m_plan.ComponentOf(label.Father());
         if (component >= m_parts.size() || !m_parts[component])
             return {};
         TopoDS_Shape const shape = XCAFDoc_ShapeTool::GetShape(label);
-        return shape.IsNull() ? UTF8String() : m_parts[component]->IdOf(shape);
+        return shape.IsNull() ? std::vector<UTF8String>() : m_parts[component]->IdsOf(shape);
     }
 
     Authoring::UnitRecord Unit() const { return {m_model.unit, m_model.unit, kUnitType_Degree}; }
@@ -152,7 +154,7 @@ private:
         attributes.textures = m_styles.Textures();
         AddLayers(attributes);
         SavedViews views = SavedViews::Of(
-            m_model.document, m_model.unit, [this](TDF_Label const& label) { return IdOf(label); }, m_report.losses);
+            m_model.document, m_model.unit, [this](TDF_Label const& label) { return IdsOf(label); }, m_report.losses);
         attributes.views = std::move(views.views);
         attributes.cameras = std::move(views.cameras);
         m_scene.AttributeSet(attributes);
@@ -190,11 +192,10 @@ private:
             tool->GetShapesOfLayer(label, shapes);
             for (TDF_Label const& shape : shapes)
             {
-                UTF8String const id = IdOf(shape);
-                if (id.IsEmpty())
+                std::vector<UTF8String> const ids = IdsOf(shape);
+                if (ids.empty())
                     m_report.losses.Add("members of layers that are no objects");
-                else
-                    layer.itemIds.push_back(id);
+                layer.itemIds.insert(layer.itemIds.end(), ids.begin(), ids.end());
             }
             attributes.layers.push_back(std::move(layer));
         }

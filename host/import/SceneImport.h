@@ -34,6 +34,8 @@ struct ImportReport
     std::size_t instances = 0;
     std::size_t bodies = 0;
     std::size_t triangles = 0;
+    /// In the model's unit; 0 when nothing was meshed.
+    double deflection = 0.0;
 };
 
 /// Writes the scene of a model. The model's file is named in the scene by `modelPath`. Throws what the writers of the

@@ -27,7 +27,7 @@
 #include <fstream>
 #include <sstream>
 
-#include "tests/host/ExportScene.h"
+#include "tests/host/StepScene.h"
 #include "tests/host/StepRead.h"
 #include "tests/support/Shapes.h"
 
@@ -129,7 +129,7 @@ int CountOf(TopoDS_Shape const& shape, TopAbs_ShapeEnum kind)
     return parts.Extent();
 }
 
-StepRead ReadBack(ExportScene const& scene, std::vector<std::string> const& options = {})
+StepRead ReadBack(StepScene const& scene, std::vector<std::string> const& options = {})
 {
     ToolRun const run = scene.Export("out.step", options);
     EXPECT_EQ(run.status, 0) << run.error;
@@ -140,7 +140,7 @@ StepRead ReadBack(ExportScene const& scene, std::vector<std::string> const& opti
 
 TEST(ExportStepTest, AssembliesPartsAndComponentsKeepTheirNamesInAnyScript)
 {
-    ExportScene scene;
+    StepScene scene;
     scene.Body("body", BoxShape(1, 2, 3))
         .Write(RootFile("top") +
                "<IAssembly ID='top' Label='Gerät &#x65E5;&#x672C; &#x1F527; O&#39;Neill \\X2\\'>"
@@ -160,7 +160,7 @@ TEST(ExportStepTest, AssembliesPartsAndComponentsKeepTheirNamesInAnyScript)
 
 TEST(ExportStepTest, TheFileIsAsciiOfAp242WithTheAuthorAndThisSystem)
 {
-    ExportScene scene;
+    StepScene scene;
     scene.Body("body", BoxShape(1, 1, 1))
         .Write(RootFile("part") +
                "<IPart ID='part' Label='Bügel'><FileProperties><Author>Ä. Autor</Author>"
@@ -177,7 +177,7 @@ TEST(ExportStepTest, TheFileIsAsciiOfAp242WithTheAuthorAndThisSystem)
 
 TEST(ExportStepTest, BodiesOfAPartKeepTheirNamesAndAddUp)
 {
-    ExportScene scene;
+    StepScene scene;
     scene.Body("block", BoxShape(1, 2, 3))
         .Body("cube", BoxShape(2, 2, 2))
         .Write(RootFile("part") +
@@ -191,7 +191,7 @@ TEST(ExportStepTest, BodiesOfAPartKeepTheirNamesAndAddUp)
 
 TEST(ExportStepTest, InstancesStandWhereTheSceneHasThem)
 {
-    ExportScene scene;
+    StepScene scene;
     scene.Body("body", BoxShape(1, 2, 3))
         .Write(RootFile("top") + Assembly("top", Instance("turned", "part", "0 -1 0 10 1 0 0 20 0 0 1 30 0 0 0 1")) +
                Part("part", Brep("body")));
@@ -201,7 +201,7 @@ TEST(ExportStepTest, InstancesStandWhereTheSceneHasThem)
 
 TEST(ExportStepTest, AMirroredInstanceIsAMirroredCopyWithAPositiveVolume)
 {
-    ExportScene scene;
+    StepScene scene;
     scene.Body("body", BoxShape(1, 2, 3))
         .Write(RootFile("top", Styles(Style("red", 1, 0, 0))) +
                Assembly("top",
@@ -217,7 +217,7 @@ TEST(ExportStepTest, AMirroredInstanceIsAMirroredCopyWithAPositiveVolume)
 
 TEST(ExportStepTest, ScaledAndShearedInstancesAreCopies)
 {
-    ExportScene scene;
+    StepScene scene;
     scene.Body("body", BoxShape(1, 2, 3))
         .Write(RootFile("top") +
                Assembly("top", Instance("double", "inner", "2 0 0 1 0 2 0 0 0 0 2 0 0 0 0 1") +
@@ -232,7 +232,7 @@ TEST(ExportStepTest, ScaledAndShearedInstancesAreCopies)
 
 TEST(ExportStepTest, AnOverrideOfAPlaceMovesThatOccurrenceAlone)
 {
-    ExportScene scene;
+    StepScene scene;
     scene.Body("body", BoxShape(1, 1, 1))
         .Write(RootFile("top") +
                Assembly("top", Instance("left", "inner") + Instance("right", "inner", Move(100)),
@@ -247,7 +247,7 @@ TEST(ExportStepTest, AnOverrideOfAPlaceMovesThatOccurrenceAlone)
 
 TEST(ExportStepTest, ColoursOfPartsBodiesFacesAndEdgesAreThoseOfTheScene)
 {
-    ExportScene scene;
+    StepScene scene;
     scene.Body("whole", BoxShape(1, 2, 3), {{0, "face"}}, {{0, "edge"}})
         .Body("one", BoxShape(1, 1, 1))
         .Body("other", BoxShape(2, 2, 2))
@@ -279,7 +279,7 @@ TEST(ExportStepTest, ColoursOfPartsBodiesFacesAndEdgesAreThoseOfTheScene)
 
 TEST(ExportStepTest, FacesOfAMovedAndOfAMirroredBodyKeepTheirColours)
 {
-    ExportScene scene;
+    StepScene scene;
     scene.Body("moved", BoxShape(1, 2, 3), {{0, "face"}})
         .Write(RootFile("top", Styles(Style("green", 0, 1, 0))) +
                Assembly("top",
@@ -298,7 +298,7 @@ TEST(ExportStepTest, FacesOfAMovedAndOfAMirroredBodyKeepTheirColours)
 
 TEST(ExportStepTest, AnInstanceHasItsOwnColourAlsoWhereAnotherStandsInTheSamePlace)
 {
-    ExportScene scene;
+    StepScene scene;
     scene.Body("body", BoxShape(1, 1, 1))
         .Write(RootFile("top", Styles(Style("red", 1, 0, 0) + Style("glass", 0, 0, 1, "Transparency='0.5'"))) +
                Assembly("top", Instance("plain", "part") + Instance("red", "part", kIdentityText, Styled("red")) +
@@ -314,7 +314,7 @@ TEST(ExportStepTest, AnInstanceHasItsOwnColourAlsoWhereAnotherStandsInTheSamePla
 
 TEST(ExportStepTest, OverridesColourAndHideOccurrencesAlongTheirPaths)
 {
-    ExportScene scene;
+    StepScene scene;
     scene.Body("body", BoxShape(1, 1, 1))
         .Write(RootFile("top", Styles(Style("red", 1, 0, 0) + Style("glass", 0, 0, 1, "Transparency='0.75'"))) +
                Assembly("top", Instance("a", "middle") + Instance("b", "middle", Move(10)),
@@ -344,7 +344,7 @@ TEST(ExportStepTest, OverridesColourAndHideOccurrencesAlongTheirPaths)
 
 TEST(ExportStepTest, HiddenInstancesAndBodiesAreHidden)
 {
-    ExportScene scene;
+    StepScene scene;
     scene.Body("one", BoxShape(1, 1, 1))
         .Body("two", BoxShape(2, 2, 2))
         .Body("three", BoxShape(3, 3, 3))
@@ -378,7 +378,7 @@ TEST(ExportStepTest, LayersHoldPartsBodiesFacesAndPoints)
         return "<ILayer ID='" + id + "' Label='" + id + "'><LayerInfo ID='7' Visibility='" + visible +
                "'/><GeometryItems Items='" + items + "'/></ILayer>";
     };
-    ExportScene scene;
+    StepScene scene;
     scene.Body("whole", BoxShape(1, 1, 1), {{0, "face"}})
         .Body("one", BoxShape(2, 2, 2))
         .Write(RootFile("top", "<LayerSet>" + layer("Teile", "single,nobody", "True") +
@@ -418,7 +418,7 @@ TEST(ExportStepTest, EveryUnitKeepsTheSizeOfTheProduct)
           Case{"kUnitType_Foot", 304.8, "'FOOT'"}, Case{"kUnitType_Yard", 914.4, ".MILLI.,.METRE."},
           Case{"kUnitType_Mile", 1609344.0, "'MILE'"}})
     {
-        ExportScene scene;
+        StepScene scene;
         scene.Body("body", BoxShape(1, 2, 3))
             .Write(RootFile("top") + Assembly("top", Instance("moved", "part", Move(4)), "", each.unit) +
                    Part("part", Brep("body"), "", each.unit));
@@ -433,7 +433,7 @@ TEST(ExportStepTest, EveryUnitKeepsTheSizeOfTheProduct)
 
 TEST(ExportStepTest, PartsInOtherUnitsAreScaledOnce)
 {
-    ExportScene scene;
+    StepScene scene;
     scene.Body("metric", BoxShape(1, 1, 1))
         .Body("imperial", BoxShape(1, 1, 1))
         .Write(RootFile("top") +
@@ -452,7 +452,7 @@ TEST(ExportStepTest, SheetsWiresCurvesAndPointsAreCarried)
     TopoDS_Shape const wire = BRepBuilderAPI_MakeWire(BRepBuilderAPI_MakeEdge(gp_Pnt(0, 5, 0), gp_Pnt(10, 5, 0)),
                                                       BRepBuilderAPI_MakeEdge(gp_Pnt(10, 5, 0), gp_Pnt(10, 9, 0)))
                                   .Shape();
-    ExportScene scene;
+    StepScene scene;
     scene.Body("sheet", sheet)
         .Body("wire", wire)
         .Edge("arc", ArcEdge())
@@ -483,7 +483,7 @@ TEST(ExportStepTest, SheetsWiresCurvesAndPointsAreCarried)
 
 TEST(ExportStepTest, APartOfOnePointAndAnEmptyOneKeepTheirNames)
 {
-    ExportScene scene;
+    StepScene scene;
     scene.Write(RootFile("top") + Assembly("top", Instance("a", "pointed") + Instance("b", "empty")) +
                 Part("pointed", "<IPoint ID='p' Label='p'><Point X='1' Y='2' Z='3'/></IPoint>") + Part("empty", ""));
     StepRead const read = ReadBack(scene);
@@ -495,7 +495,7 @@ TEST(ExportStepTest, APartOfOnePointAndAnEmptyOneKeepTheirNames)
 
 TEST(ExportStepTest, ValidationPropertiesAndMaterialsAreThoseOfTheCustomProperties)
 {
-    ExportScene scene;
+    StepScene scene;
     scene.Body("body", BoxShape(1, 2, 3))
         .Write(RootFile("part") +
                Part("part", Brep("body"),
@@ -532,7 +532,7 @@ TEST(ExportStepTest, ValidationPropertiesAndMaterialsAreThoseOfTheCustomProperti
 
 TEST(ExportStepTest, ViewsKeepTheirCamerasAndCuts)
 {
-    ExportScene scene;
+    StepScene scene;
     scene.Body("body", BoxShape(1, 2, 3))
         .Write(RootFile("part",
                         "<CameraSet><ICamera ID='camera' Label='camera' Type='kCameraType_Parallel' "
@@ -567,7 +567,7 @@ TEST(ExportStepTest, ViewsKeepTheirCamerasAndCuts)
 
 TEST(ExportStepTest, CalloutsKeepTheirCurvesPlanesAndTexts)
 {
-    ExportScene scene;
+    StepScene scene;
     scene.Body("body", BoxShape(1, 2, 3))
         .Edge("arc", ArcEdge())
         .Write(RootFile("part") +
@@ -596,7 +596,7 @@ TEST(ExportStepTest, CalloutsKeepTheirCurvesPlanesAndTexts)
 
 TEST(ExportStepTest, WhatIsLeftOutIsCountedByKindUnlessTheToolIsQuiet)
 {
-    ExportScene scene;
+    StepScene scene;
     scene.Body("body", BoxShape(1, 1, 1))
         .Write(RootFile("part") +
                Part("part", Brep("body") +
@@ -612,7 +612,7 @@ TEST(ExportStepTest, WhatIsLeftOutIsCountedByKindUnlessTheToolIsQuiet)
 
 TEST(ExportStepTest, OnlyAndHideChooseWhatIsWritten)
 {
-    ExportScene scene;
+    StepScene scene;
     scene.Body("one", BoxShape(1, 1, 1))
         .Body("two", BoxShape(2, 2, 2))
         .Write(RootFile("top") + Assembly("top", Instance("a", "first") + Instance("b", "second")) +
@@ -623,7 +623,7 @@ TEST(ExportStepTest, OnlyAndHideChooseWhatIsWritten)
 
 TEST(ExportStepTest, AfterOneRoundImportAndExportChangeNothing)
 {
-    ExportScene scene;
+    StepScene scene;
     scene.Body("whole", BoxShape(1, 2, 3), {{0, "face"}})
         .Body("one", BoxShape(2, 2, 2))
         .Body("two", BoxShape(1, 1, 1))
