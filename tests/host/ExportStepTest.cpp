@@ -236,7 +236,7 @@ TEST(ExportStepTest, AnOverrideOfAPlaceMovesThatOccurrenceAlone)
     scene.Body("body", BoxShape(1, 1, 1))
         .Write(RootFile("top") +
                Assembly("top", Instance("left", "inner") + Instance("right", "inner", Move(100)),
-                        "<CrossLevelAttributes><Transformations><EntityTransformation Path='[right inside]' "
+                        "<CrossLevelAttributes><Transformations><EntityTransformation Path='[right][inside]' "
                         "Transformation='" +
                             Move(7) + "'/></Transformations></CrossLevelAttributes>") +
                Assembly("inner", Instance("inside", "part", Move(3))) + Part("part", Brep("body")));
@@ -301,14 +301,14 @@ TEST(ExportStepTest, AnInstanceHasItsOwnColourAlsoWhereAnotherStandsInTheSamePla
     StepScene scene;
     scene.Body("body", BoxShape(1, 1, 1))
         .Write(RootFile("top", Styles(Style("red", 1, 0, 0) + Style("glass", 0, 0, 1, "Transparency='0.5'"))) +
-               Assembly("top", Instance("plain", "part") + Instance("red", "part", kIdentityText, Styled("red")) +
+               Assembly("top", Instance("plain", "part") + Instance("coloured", "part", kIdentityText, Styled("red")) +
                                    Instance("inner", "inner")) +
-               Assembly("inner", Instance("glass", "part", kIdentityText, Styled("glass")) + Instance("bare", "part")) +
+               Assembly("inner", Instance("clear", "part", kIdentityText, Styled("glass")) + Instance("bare", "part")) +
                Part("part", Brep("body")));
     StepRead const read = ReadBack(scene);
-    EXPECT_THAT(read.SurfaceColor(read.Component("top", "red")), IsColor(1, 0, 0));
+    EXPECT_THAT(read.SurfaceColor(read.Component("top", "coloured")), IsColor(1, 0, 0));
     EXPECT_EQ(read.SurfaceColor(read.Component("top", "plain")), std::nullopt);
-    EXPECT_THAT(read.SurfaceColor(read.Component("inner", "glass")), IsColor(0, 0, 1, 0.5));
+    EXPECT_THAT(read.SurfaceColor(read.Component("inner", "clear")), IsColor(0, 0, 1, 0.5));
     EXPECT_EQ(read.SurfaceColor(read.Component("inner", "bare")), std::nullopt);
 }
 
@@ -318,11 +318,11 @@ TEST(ExportStepTest, OverridesColourAndHideOccurrencesAlongTheirPaths)
     scene.Body("body", BoxShape(1, 1, 1))
         .Write(RootFile("top", Styles(Style("red", 1, 0, 0) + Style("glass", 0, 0, 1, "Transparency='0.75'"))) +
                Assembly("top", Instance("a", "middle") + Instance("b", "middle", Move(10)),
-                        "<CrossLevelAttributes><Styles><EntityStyles Path='[a m x]'>" + Styled("glass") +
-                            "</EntityStyles></Styles><Visibilities><EntityVisibility Path='[b m x]' Visibility='0'/>"
+                        "<CrossLevelAttributes><Styles><EntityStyles Path='[a][m][x]'>" + Styled("glass") +
+                            "</EntityStyles></Styles><Visibilities><EntityVisibility Path='[b][m][x]' Visibility='0'/>"
                             "</Visibilities></CrossLevelAttributes>") +
                Assembly("middle", Instance("m", "inner"),
-                        "<CrossLevelAttributes><Styles><EntityStyles Path='[m y]'>" + Styled("red") +
+                        "<CrossLevelAttributes><Styles><EntityStyles Path='[m][y]'>" + Styled("red") +
                             "</EntityStyles></Styles></CrossLevelAttributes>") +
                Assembly("inner", Instance("x", "part") + Instance("y", "part", Move(3))) + Part("part", Brep("body")));
     StepRead const read = ReadBack(scene);
