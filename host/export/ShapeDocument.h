@@ -39,11 +39,14 @@ struct ShapeDocument
         std::size_t body = 0;
     };
 
-    /// The transparency of an occurrence: components from the top to the part.
-    struct Transparency
+    /// What a document cannot say of the look of an occurrence.
+    struct Look
     {
+        /// Components from the top to the part.
         TDF_LabelSequence path;
         double opacity = 1.0;
+        /// Whether the colour in the document is no more than a place for the visibility.
+        bool isColorless = false;
     };
 
     struct View
@@ -79,7 +82,9 @@ struct ShapeDocument
     std::string organization;
     std::vector<Body> bodies;
     std::vector<LayerOfPoint> layersOfPoints;
-    std::vector<Transparency> transparencies;
+    std::vector<Look> looks;
+    /// Parts whose colour in the document is no more than a base for those of their occurrences.
+    std::vector<TDF_Label> colorlessParts;
     std::vector<View> views;
     std::vector<Callout> callouts;
     NotCarriedCounts& notCarried;

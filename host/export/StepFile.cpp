@@ -83,7 +83,7 @@ void WriteStepFile(ShapeDocument& document, Output& out)
     finish.WriteNames();
     finish.WriteLayersOfPoints();
     finish.WriteHiddenBodies();
-    finish.WriteTransparency();
+    finish.WriteLooks();
     StepDrawings drawings(writer, document);
     drawings.WriteCallouts();
     drawings.WriteViews();

@@ -2,6 +2,7 @@
 
 #include <STEPConstruct.hxx>
 #include <STEPConstruct_Styles.hxx>
+#include <StepBasic_ProductDefinitionRelationship.hxx>
 #include <StepData_StepModel.hxx>
 #include <StepGeom_Point.hxx>
 #include <StepRepr_CharacterizedDefinition.hxx>
@@ -47,6 +48,7 @@
 #include <StepVisual_SurfaceStyleTransparent.hxx>
 #include <StepVisual_SurfaceStyleUsage.hxx>
 #include <TCollection_HAsciiString.hxx>
+#include <TDF_LabelMap.hxx>
 #include <TopoDS_Shape.hxx>
 #include <TransferBRep.hxx>
 #include <TransferBRep_ShapeMapper.hxx>
@@ -57,6 +59,7 @@
 #include <algorithm>
 #include <map>
 #include <unordered_map>
+#include <unordered_set>
 
 #include "host/export/StepEntities.h"
 
@@ -69,9 +72,8 @@ namespace
 using opencascade::handle;
 using Styles = std::vector<handle<StepVisual_StyledItem>>;
 
-// A style that says nothing of the look, for what is to be named in a list of invisible items.
-handle<StepVisual_StyledItem> PlainStyle(handle<StepRepr_RepresentationItem> const& item,
-                                         handle<StepData_StepModel> const& model)
+// Styles that say nothing of the look.
+handle<StepVisual_HArray1OfPresentationStyleSelect> NoStyles()
 {
     handle<StepVisual_NullStyleMember> const none = new StepVisual_NullStyleMember;
     none->SetEnumText(0, ".NULL.");
@@ -80,8 +82,15 @@ handle<StepVisual_StyledItem> PlainStyle(handle<StepRepr_RepresentationItem> con
     handle<StepVisual_HArray1OfPresentationStyleSelect> const selects =
         new StepVisual_HArray1OfPresentationStyleSelect(1, 1);
     selects->SetValue(1, select);
+    return selects;
+}
+
+// A style for what is to be named in a list of invisible items.
+handle<StepVisual_StyledItem> PlainStyle(handle<StepRepr_RepresentationItem> const& item,
+                                         handle<StepData_StepModel> const& model)
+{
     handle<StepVisual_PresentationStyleAssignment> const assignment = new StepVisual_PresentationStyleAssignment;
-    assignment->Init(selects);
+    assignment->Init(NoStyles());
     handle<StepVisual_HArray1OfPresentationStyleAssignment> const assignments =
         new StepVisual_HArray1OfPresentationStyleAssignment(1, 1);
     assignments->SetValue(1, assignment);
@@ -151,17 +160,13 @@ void MakeTransparent(handle<StepVisual_SurfaceSideStyle> const& side, double tra
     model->AddEntity(rendering);
 }
 
-// The occurrences that a usage names, from the top down.
-std::vector<Standard_Transient const*> UsagePath(StepRepr_SpecifiedHigherUsageOccurrence const& usage)
+// The occurrences that a relationship of products names, from the top down.
+std::vector<Standard_Transient const*> UsagePath(handle<StepBasic_ProductDefinitionRelationship> const& usage)
 {
     std::vector<Standard_Transient const*> path;
-    path.push_back(usage.NextUsage().get());
-    handle<StepRepr_AssemblyComponentUsage> upper = usage.UpperUsage();
-    for (;;)
+    handle<StepBasic_ProductDefinitionRelationship> upper = usage;
+    while (auto const* const higher = dynamic_cast<StepRepr_SpecifiedHigherUsageOccurrence const*>(upper.get()))
     {
-        auto const* const higher = dynamic_cast<StepRepr_SpecifiedHigherUsageOccurrence const*>(upper.get());
-        if (!higher)
-            break;
         path.push_back(higher->NextUsage().get());
         upper = higher->UpperUsage();
     }
@@ -364,9 +369,32 @@ void StepFinish::WriteHiddenBodies()
     }
 }
 
-void StepFinish::WriteTransparency()
+void StepFinish::TakeColorsOfParts()
 {
-    if (m_document.transparencies.empty())
+    if (m_document.colorlessParts.empty())
+        return;
+    TDF_LabelMap parts;
+    for (TDF_Label const& part : m_document.colorlessParts)
+        parts.Add(part);
+    std::unordered_set<Standard_Transient const*> items;
+    for (std::size_t i = 0; i < m_document.bodies.size(); ++i)
+    {
+        if (parts.Contains(m_document.bodies[i].part))
+            items.insert(ItemOf(i).get());
+    }
+    for (auto const& style : EntitiesOf<StepVisual_StyledItem>())
+    {
+        if (!style->IsInstance(STANDARD_TYPE(StepVisual_StyledItem)) || items.count(style->Item().get()) == 0)
+            continue;
+        for (int i = 1; i <= style->NbStyles(); ++i)
+            style->StylesValue(i)->SetStyles(NoStyles());
+    }
+}
+
+void StepFinish::WriteLooks()
+{
+    TakeColorsOfParts();
+    if (m_document.looks.empty())
         return;
     handle<Transfer_FinderProcess> const& process = m_writer.ChangeWriter().WS()->TransferWriter()->FinderProcess();
     // The usage of a component is found by its shape, whose location is no other component's.
@@ -380,34 +408,41 @@ void StepFinish::WriteTransparency()
             return nullptr;
         return representation->RepresentedProductRelation()->Definition().ProductDefinitionRelationship().get();
     };
-    std::map<std::vector<Standard_Transient const*>, double> opacities;
-    for (ShapeDocument::Transparency const& transparency : m_document.transparencies)
+    std::map<std::vector<Standard_Transient const*>, ShapeDocument::Look const*> byPath;
+    for (ShapeDocument::Look const& look : m_document.looks)
     {
         std::vector<Standard_Transient const*> path;
-        for (TDF_Label const& component : transparency.path)
+        for (TDF_Label const& component : look.path)
             path.push_back(usageOf(component));
-        opacities[path] = transparency.opacity;
+        byPath[path] = &look;
     }
-    std::map<Standard_Transient const*, double> byContext;
+    std::unordered_map<Standard_Transient const*, ShapeDocument::Look const*> byContext;
     for (auto const& definition : EntitiesOf<StepShape_ShapeDefinitionRepresentation>())
     {
         handle<StepRepr_ProductDefinitionShape> const shape =
             handle<StepRepr_ProductDefinitionShape>::DownCast(definition->Definition().PropertyDefinition());
-        auto const* const usage = shape.IsNull() ? nullptr
-                                                 : dynamic_cast<StepRepr_SpecifiedHigherUsageOccurrence const*>(
-                                                       shape->Definition().ProductDefinitionRelationship().get());
-        auto const found = usage ? opacities.find(UsagePath(*usage)) : opacities.end();
-        if (found != opacities.end())
+        handle<StepBasic_ProductDefinitionRelationship> const usage =
+            shape.IsNull() ? handle<StepBasic_ProductDefinitionRelationship>()
+                           : shape->Definition().ProductDefinitionRelationship();
+        auto const found = usage.IsNull() ? byPath.end() : byPath.find(UsagePath(usage));
+        if (found != byPath.end())
             byContext[definition->UsedRepresentation().get()] = found->second;
     }
     for (auto const& style : EntitiesOf<StepVisual_PresentationStyleByContext>())
     {
         auto const found = byContext.find(style->StyleContext().Value().get());
-        for (int i = 1; found != byContext.end() && i <= style->NbStyles(); ++i)
+        if (found == byContext.end())
+            continue;
+        if (found->second->isColorless)
+        {
+            style->SetStyles(NoStyles());
+            continue;
+        }
+        for (int i = 1; i <= style->NbStyles(); ++i)
         {
             handle<StepVisual_SurfaceStyleUsage> const usage = style->StylesValue(i).SurfaceStyleUsage();
             if (!usage.IsNull() && !usage->Style().IsNull())
-                MakeTransparent(usage->Style(), 1.0 - found->second, m_model);
+                MakeTransparent(usage->Style(), 1.0 - found->second->opacity, m_model);
         }
     }
 }

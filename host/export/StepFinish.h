@@ -33,12 +33,13 @@ public:
     void WriteNames();
     /// Hides bodies within parts that are shown.
     void WriteHiddenBodies();
-    /// Gives the colours of occurrences their transparency.
-    void WriteTransparency();
+    /// Gives the colours of occurrences their transparency, and takes colours away that the scene does not have.
+    void WriteLooks();
 
 private:
     template <class Entity>
     std::vector<opencascade::handle<Entity>> EntitiesOf() const;
+    void TakeColorsOfParts();
     void SeparatePoints(std::vector<std::size_t> const& points);
     opencascade::handle<StepRepr_RepresentationItem> ItemOf(std::size_t body) const;
 
