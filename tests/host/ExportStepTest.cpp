@@ -27,8 +27,8 @@
 #include <fstream>
 #include <sstream>
 
-#include "tests/host/StepScene.h"
 #include "tests/host/StepRead.h"
+#include "tests/host/StepScene.h"
 #include "tests/support/Shapes.h"
 
 namespace KVR::Test
