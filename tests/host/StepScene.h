@@ -20,7 +20,7 @@ public:
 
     /// The body of an "IBrep" of that id, with the data ids of its faces and edges by their places.
     StepScene& Body(char const* id, TopoDS_Shape const& shape, std::vector<Authoring::SubEntityId> const& faces = {},
-                      std::vector<Authoring::SubEntityId> const& edges = {})
+                    std::vector<Authoring::SubEntityId> const& edges = {})
     {
         m_store.Body(id, shape, faces, edges);
         return *this;
