@@ -1,5 +1,9 @@
 #include "host/export/DocumentLooks.h"
 
+#include <Quantity_Color.hxx>
+#include <TDF_ChildIterator.hxx>
+#include <TopExp_Explorer.hxx>
+#include <TopoDS_Shape.hxx>
 #include <XCAFDoc_ColorTool.hxx>
 #include <XCAFDoc_DocumentTool.hxx>
 #include <XCAFDoc_GraphNode.hxx>
@@ -100,17 +104,52 @@ void DocumentLooks::CarryTo(DocumentVariant::Child const& child, ModelComponent 
     if (known)
     {
         opencascade::handle<XCAFDoc_GraphNode> usage;
-        if (m_paths == kMostPaths || !shapes->SetSHUO(m_path, usage) || usage.IsNull())
+        TDF_Label target;
+        XCAFDoc_ShapeTool::GetReferredShape(child.label, target);
+        if (m_paths == kMostPaths || !Prepare(target) || !shapes->SetSHUO(m_path, usage) || usage.IsNull())
             return m_document.notCarried.Add("looks of occurrences");
         ++m_paths;
         label = usage->Label();
     }
     ModelStyle const* const style = look.style == knownLook.style ? nullptr : m_task.scene.StyleOf(look.style);
     m_parts.SetColor(label, style, HasSurfaces(part));
+    bool const hasColor = style && style->diffuse;
     if (!look.isVisible)
+    {
         colors->SetVisibility(label, Standard_False);
-    if (known && style && style->diffuse && style->opacity < 1.0)
-        m_document.transparencies.push_back({m_path, style->opacity});
+        // A writer finds the visibility by the colour, and would lend the part's.
+        if (!hasColor)
+            colors->SetColor(label, Quantity_Color(Quantity_NOC_BLACK), XCAFDoc_ColorGen);
+    }
+    double const opacity = known && hasColor ? style->opacity : 1.0;
+    if (opacity < 1.0 || (!look.isVisible && !hasColor))
+        m_document.looks.push_back({m_path, opacity, !hasColor});
+}
+
+bool DocumentLooks::Prepare(TDF_Label const& part)
+{
+    // Points have no look in a file.
+    TopoDS_Shape const shape = XCAFDoc_ShapeTool::GetShape(part);
+    if (!TopExp_Explorer(shape, TopAbs_EDGE).More())
+        return false;
+    if (!m_prepared.Add(part))
+        return true;
+    // Open CASCADE's writer crashes on such a look when nothing of the part itself has a colour.
+    auto const colors = XCAFDoc_DocumentTool::ColorTool(m_document.document->Main());
+    auto const isColored = [&](TDF_Label const& label)
+    {
+        return colors->IsSet(label, XCAFDoc_ColorGen) || colors->IsSet(label, XCAFDoc_ColorSurf) ||
+               colors->IsSet(label, XCAFDoc_ColorCurv);
+    };
+    bool hasColor = isColored(part);
+    for (TDF_ChildIterator child(part); child.More() && !hasColor; child.Next())
+        hasColor = isColored(child.Value());
+    if (!hasColor)
+    {
+        colors->SetColor(part, Quantity_Color(Quantity_NOC_BLACK), XCAFDoc_ColorGen);
+        m_document.colorlessParts.push_back(part);
+    }
+    return true;
 }
 
 DocumentLooks::Look DocumentLooks::LookOf(OccurrenceState const& state, ModelComponent const& part)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <TDF_LabelMap.hxx>
 #include <TDF_LabelSequence.hxx>
 #include <string>
 #include <unordered_map>
@@ -37,6 +38,8 @@ private:
     void CarryBelow(DocumentVariant const& assembly, OccurrenceState const& state, OccurrenceState const& known);
     void CarryTo(DocumentVariant::Child const& child, ModelComponent const& part, OccurrenceState const& state,
                  OccurrenceState const* known);
+    /// Makes a part ready for looks along paths; false for one that can have none.
+    bool Prepare(TDF_Label const& part);
     Look LookOf(OccurrenceState const& state, ModelComponent const& part);
     bool IsUnstyled(ModelComponent const& component);
 
@@ -47,6 +50,7 @@ private:
     TDF_LabelSequence m_path;
     std::size_t m_paths = 0;
     std::unordered_map<ModelComponent const*, bool> m_unstyled;
+    TDF_LabelMap m_prepared;
 };
 
 }  // namespace KVR

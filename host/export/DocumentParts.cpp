@@ -3,6 +3,7 @@
 #include <BRep_Builder.hxx>
 #include <NCollection_DataMap.hxx>
 #include <Quantity_ColorRGBA.hxx>
+#include <TCollection_HAsciiString.hxx>
 #include <TDF_TagSource.hxx>
 #include <TDataStd_Name.hxx>
 #include <TNaming_Builder.hxx>
@@ -14,6 +15,7 @@
 #include <XCAFDoc_ColorTool.hxx>
 #include <XCAFDoc_DocumentTool.hxx>
 #include <XCAFDoc_LayerTool.hxx>
+#include <XCAFDoc_MaterialTool.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
 #include <XCAFDoc_Volume.hxx>
 #include <cmath>
@@ -88,7 +90,9 @@ TDF_Label DocumentParts::Add(ModelComponent const& component, gp_Mat const& chan
 {
     std::vector<PartItem> const items = m_partShapes.Of(component, change);
     // A part of one body is the body itself, unless that has a place, which a part has not.
-    bool const isWhole = items.size() == 1 && items.front().shape.Location().IsIdentity();
+    // A point is no part by itself either.
+    bool const isWhole = items.size() == 1 && items.front().shape.Location().IsIdentity() &&
+                         items.front().geometry->kind != GeometryKind::kPoint;
     TopoDS_Shape shape;
     if (isWhole)
     {
@@ -106,8 +110,10 @@ TDF_Label DocumentParts::Add(ModelComponent const& component, gp_Mat const& chan
     TDF_Label const part = m_shapes->AddShape(shape, Standard_False, Standard_False);
     TDataStd_Name::Set(part, DocumentText(component.label.empty() ? component.id : component.label));
     Style(component, part, items, isWhole);
-    AddValidation(component, part);
-    Note(component.id, part);
+    // Those of an assembly speak of all of it.
+    if (component.kind == ModelComponent::Kind::kPart)
+        AddProperties(component, part);
+    Note(component.id, {part});
     return part;
 }
 
@@ -129,7 +135,7 @@ void DocumentParts::Style(ModelComponent const& component, TDF_Label const& part
         std::string const& style = geometry.style.empty() && isWhole ? component.style : geometry.style;
         ModelStyle const* const look = m_task.scene.StyleOf(style);
         TDF_Label label = part;
-        if (!isWhole && (look || m_layerItems.count(geometry.id) > 0))
+        if (!isWhole && !isPoint && (look || m_layerItems.count(geometry.id) > 0))
             label = subShapes.LabelOf(item.shape);
         if (isPoint && look && look->diffuse)
             m_document.notCarried.Add("colours of points");
@@ -139,7 +145,7 @@ void DocumentParts::Style(ModelComponent const& component, TDF_Label const& part
             m_colors->SetVisibility(part, Standard_False);
         m_document.bodies.push_back(
             {part, item.shape, geometry.label.empty() ? geometry.id : geometry.label, !isWhole && !geometry.isVisible});
-        Note(geometry.id, label);
+        Note(geometry.id, {isPoint ? TDF_Label() : label, m_document.bodies.size() - 1});
         for (auto const& [shape, id] : item.subStyles)
         {
             if (ModelStyle const* const subLook = m_task.scene.StyleOf(id); subLook && subLook->diffuse)
@@ -148,7 +154,7 @@ void DocumentParts::Style(ModelComponent const& component, TDF_Label const& part
         for (auto const& [id, shape] : item.subShapes)
         {
             if (shape.ShapeType() == TopAbs_FACE)
-                Note(id, subShapes.LabelOf(shape));
+                Note(id, {subShapes.LabelOf(shape)});
         }
     }
 }
@@ -163,34 +169,50 @@ void DocumentParts::SetColor(TDF_Label const& label, ModelStyle const* style, bo
     m_colors->SetColor(label, color, hasSurfaces ? XCAFDoc_ColorSurf : XCAFDoc_ColorCurv);
 }
 
-void DocumentParts::Note(std::string const& id, TDF_Label const& label)
+void DocumentParts::Note(std::string const& id, Member const& member)
 {
     auto const found = m_layerItems.find(id);
     if (found != m_layerItems.end())
-        found->second.push_back(label);
+        found->second.push_back(member);
 }
 
-void DocumentParts::AddValidation(ModelComponent const& component, TDF_Label const& part)
+void DocumentParts::AddProperties(ModelComponent const& component, TDF_Label const& label)
 {
     double const scale = component.metresPerUnit / m_document.metresPerUnit;
+    std::string material;
+    std::string description;
+    std::string densityType;
+    double density = 0.0;
     unsigned long long others = 0;
     for (ModelProperty const& property : component.properties)
     {
         nlohmann::json const value = nlohmann::json::parse(property.json, nullptr, false);
-        double x = 0.0;
-        double y = 0.0;
-        double z = 0.0;
+        gp_XYZ point;
         if (property.name == "geometric validation property: volume" && value.is_number())
-            XCAFDoc_Volume::Set(part, value.get<double>() * scale * scale * scale);
+            XCAFDoc_Volume::Set(label, value.get<double>() * scale * scale * scale);
         else if (property.name == "geometric validation property: area" && value.is_number())
-            XCAFDoc_Area::Set(part, value.get<double>() * scale * scale);
+            XCAFDoc_Area::Set(label, value.get<double>() * scale * scale);
         else if (property.name == "geometric validation property: centroid" && value.is_string() &&
-                 ReadTriple(value.get<std::string>(), x, y, z))
-            XCAFDoc_Centroid::Set(part, gp_Pnt(x * scale, y * scale, z * scale));
+                 ReadTriple(value.get<std::string>(), point.ChangeCoord(1), point.ChangeCoord(2), point.ChangeCoord(3)))
+            XCAFDoc_Centroid::Set(label, gp_Pnt(scale * point));
+        else if (property.name == "material" && value.is_string())
+            material = value.get<std::string>();
+        else if (property.name == "material description" && value.is_string())
+            description = value.get<std::string>();
+        else if (property.name == "material density type" && value.is_string())
+            densityType = value.get<std::string>();
+        else if (property.name == "material density" && value.is_number())
+            density = value.get<double>();
         else
             ++others;
     }
-    m_document.notCarried.Add("custom properties", others);
+    if (m_counted.insert(&component).second)
+        m_document.notCarried.Add("custom properties", others);
+    if (!material.empty())
+        XCAFDoc_DocumentTool::MaterialTool(label)->SetMaterial(
+            label, new TCollection_HAsciiString(material.c_str()), new TCollection_HAsciiString(description.c_str()),
+            density, new TCollection_HAsciiString("density measure"),
+            new TCollection_HAsciiString(densityType.empty() ? "POSITIVE_RATIO_MEASURE" : densityType.c_str()));
 }
 
 void DocumentParts::AddLayers()
@@ -200,21 +222,28 @@ void DocumentParts::AddLayers()
     {
         std::string const name = layer.label.empty() ? std::to_string(layer.number) : layer.label;
         TDF_Label label;
+        bool hasMembers = false;
         for (std::string const& item : layer.items)
         {
-            std::vector<TDF_Label> const& members = m_layerItems[item];
+            std::vector<Member> const& members = m_layerItems[item];
             if (members.empty())
                 m_document.notCarried.Add("members of layers that are no parts, bodies or faces");
-            for (TDF_Label const& member : members)
+            for (Member const& member : members)
             {
+                hasMembers = true;
+                if (member.label.IsNull())
+                {
+                    m_document.layersOfPoints.push_back({name, layer.isVisible, member.point});
+                    continue;
+                }
                 if (label.IsNull())
                     label = layers->AddLayer(DocumentText(name), layer.isVisible);
-                layers->SetLayer(member, label);
+                layers->SetLayer(member.label, label);
             }
         }
-        if (label.IsNull())
+        if (!hasMembers)
             m_document.notCarried.Add("layers without members");
-        else if (!layer.isVisible)
+        else if (!label.IsNull() && !layer.isVisible)
             layers->SetVisibility(label, Standard_False);
     }
 }

@@ -4,6 +4,7 @@
 #include <gp_Mat.hxx>
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "host/export/PartShapes.h"
@@ -23,6 +24,8 @@ public:
 
     /// A new part of the component's geometry after a change in its coordinates.
     TDF_Label Add(ModelComponent const& component, gp_Mat const& change);
+    /// Gives a part or an assembly the validation properties and the material that its custom properties tell.
+    void AddProperties(ModelComponent const& component, TDF_Label const& label);
     /// Puts parts, bodies and faces into the layers that name them. What STEP has no place for in a layer is counted.
     void AddLayers();
 
@@ -34,15 +37,23 @@ private:
 
     void Style(ModelComponent const& component, TDF_Label const& part, std::vector<PartItem> const& items,
                bool isWhole);
-    void Note(std::string const& id, TDF_Label const& label);
-    void AddValidation(ModelComponent const& component, TDF_Label const& part);
+    /// What an id in a layer stands for: a label, or a point by its place in the document's list of bodies.
+    struct Member
+    {
+        TDF_Label label;
+        std::size_t point = 0;
+    };
+
+    void Note(std::string const& id, Member const& member);
 
     ExportTask& m_task;
     ShapeDocument& m_document;
     opencascade::handle<XCAFDoc_ShapeTool> m_shapes;
     opencascade::handle<XCAFDoc_ColorTool> m_colors;
-    /// What layers name, with the labels that are it.
-    std::unordered_map<std::string, std::vector<TDF_Label>> m_layerItems;
+    /// What layers name, with all that it is.
+    std::unordered_map<std::string, std::vector<Member>> m_layerItems;
+    /// Components whose properties were counted.
+    std::unordered_set<ModelComponent const*> m_counted;
     PartShapes m_partShapes;
 };
 

@@ -50,6 +50,8 @@ ExportCommand::ExportCommand(CLI::App& program)
         ->type_name("PERCENT")
         ->check(&ProblemOfPercentage)
         ->capture_default_str();
+    m_command.add_flag("--mesh-faces", m_options.meshFaces,
+                       "Write a mesh without a body to STEP and BREP as a shell of flat faces");
     m_command.add_flag("--insecure", m_scene.insecure, "Restore kernel stores that the kernel judges insecure");
     m_command.add_flag("--quiet", m_options.isQuiet, "Say nothing but what fails");
 }

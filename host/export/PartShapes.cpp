@@ -53,6 +53,8 @@ std::vector<PartItem> PartShapes::Of(ModelComponent const& component, gp_Mat con
 {
     gp_Mat unit;
     unit.SetIdentity();
+    NotCarriedCounts ignored;
+    NotCarriedCounts& notCarried = m_counted.insert(&component).second ? m_notCarried : ignored;
     std::vector<PartItem> items;
     for (ModelGeometry const& geometry : component.geometry)
     {
@@ -63,7 +65,7 @@ std::vector<PartItem> PartShapes::Of(ModelComponent const& component, gp_Mat con
         item.geometry = &geometry;
         try
         {
-            TopoDS_Shape const shape = ShapeOf(geometry);
+            TopoDS_Shape const shape = ShapeOf(geometry, notCarried);
             if (shape.IsNull())
                 continue;
             double const ratio = MetresOf(geometry, component) / m_options.metresPerUnit;
@@ -71,7 +73,7 @@ std::vector<PartItem> PartShapes::Of(ModelComponent const& component, gp_Mat con
             auto const placement = ShapePlacement::Of(geometry.transform, scale, change);
             if (!placement)
             {
-                m_notCarried.Add("shapes whose transform leaves nothing of them");
+                notCarried.Add("shapes whose transform leaves nothing of them");
                 continue;
             }
             bool const stays =
@@ -80,7 +82,7 @@ std::vector<PartItem> PartShapes::Of(ModelComponent const& component, gp_Mat con
         }
         catch (Standard_Failure const&)
         {
-            m_notCarried.Add("shapes that Open CASCADE cannot make");
+            notCarried.Add("shapes that Open CASCADE cannot make");
             continue;
         }
         items.push_back(std::move(item));
@@ -88,21 +90,21 @@ std::vector<PartItem> PartShapes::Of(ModelComponent const& component, gp_Mat con
     return items;
 }
 
-TopoDS_Shape PartShapes::ShapeOf(ModelGeometry const& geometry)
+TopoDS_Shape PartShapes::ShapeOf(ModelGeometry const& geometry, NotCarriedCounts& notCarried) const
 {
     switch (geometry.kind)
     {
         case GeometryKind::kBody:
             if (BODY const* const body = geometry.body->Body())
                 return body->Shape();
-            m_notCarried.Add("bodies without a shape");
+            notCarried.Add("bodies without a shape");
             return {};
         case GeometryKind::kCurve:
         {
             CurveShape const made = CurveShape::Of(*geometry.curve);
-            m_notCarried.Add("pieces of curves", made.missing);
+            notCarried.Add("pieces of curves", made.missing);
             if (made.shape.IsNull() && made.missing == 0)
-                m_notCarried.Add("empty curves");
+                notCarried.Add("empty curves");
             return made.shape;
         }
         case GeometryKind::kPoint:
@@ -110,7 +112,7 @@ TopoDS_Shape PartShapes::ShapeOf(ModelGeometry const& geometry)
             gp_Pnt const place(geometry.point->X(), geometry.point->Y(), geometry.point->Z());
             if (std::isfinite(place.X()) && std::isfinite(place.Y()) && std::isfinite(place.Z()))
                 return BRepBuilderAPI_MakeVertex(place).Shape();
-            m_notCarried.Add("points that are nowhere");
+            notCarried.Add("points that are nowhere");
             return {};
         }
         case GeometryKind::kMesh:
@@ -120,11 +122,11 @@ TopoDS_Shape PartShapes::ShapeOf(ModelGeometry const& geometry)
                 return {};
             TopoDS_Shape const shell = m_options.meshFaces ? MeshShell(*geometry.mesh) : TopoDS_Shape();
             if (shell.IsNull())
-                m_notCarried.Add("meshes without a body");
+                notCarried.Add("meshes without a body");
             return shell;
         }
         default:
-            m_notCarried.Add(KindOf(geometry));
+            notCarried.Add(KindOf(geometry));
             return {};
     }
 }

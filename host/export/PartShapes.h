@@ -46,17 +46,19 @@ public:
     PartShapes(Options options, NotCarriedCounts& notCarried);
 
     /// The shapes of a component's geometry after a change in the component's coordinates. What makes no shape is
-    /// counted.
+    /// counted, once for a component.
     std::vector<PartItem> Of(ModelComponent const& component, gp_Mat const& change);
 
 private:
-    TopoDS_Shape ShapeOf(ModelGeometry const& geometry);
+    TopoDS_Shape ShapeOf(ModelGeometry const& geometry, NotCarriedCounts& notCarried) const;
     void Place(PartItem& item, TopoDS_Shape const& shape, ShapePlacement const& placement, bool stays);
     void TakeSubShapes(PartItem& item, BODY const& body, SubEntityToStylesMap const* styles) const;
     bool IsUsed(TopoDS_Shape const& shape);
 
     Options m_options;
     NotCarriedCounts& m_notCarried;
+    /// Components whose losses were counted.
+    std::unordered_set<void const*> m_counted;
     /// The bodies and faces that are in use already.
     std::unordered_set<void const*> m_used;
 };

@@ -30,11 +30,23 @@ struct ShapeDocument
         bool isHidden = false;
     };
 
-    /// The transparency of an occurrence: components from the top to the part.
-    struct Transparency
+    /// A layer that a point is in, which no document can say.
+    struct LayerOfPoint
     {
+        std::string layer;
+        bool isVisible = true;
+        /// The place of the point in the list of bodies.
+        std::size_t body = 0;
+    };
+
+    /// What a document cannot say of the look of an occurrence.
+    struct Look
+    {
+        /// Components from the top to the part.
         TDF_LabelSequence path;
         double opacity = 1.0;
+        /// Whether the colour in the document is no more than a place for the visibility.
+        bool isColorless = false;
     };
 
     struct View
@@ -69,7 +81,10 @@ struct ShapeDocument
     std::string author;
     std::string organization;
     std::vector<Body> bodies;
-    std::vector<Transparency> transparencies;
+    std::vector<LayerOfPoint> layersOfPoints;
+    std::vector<Look> looks;
+    /// Parts whose colour in the document is no more than a base for those of their occurrences.
+    std::vector<TDF_Label> colorlessParts;
     std::vector<View> views;
     std::vector<Callout> callouts;
     NotCarriedCounts& notCarried;

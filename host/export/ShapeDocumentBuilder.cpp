@@ -202,6 +202,7 @@ void ShapeDocumentBuilder::FillAssembly(DocumentVariant& variant, gp_Mat const& 
     ModelComponent const& component = *variant.component;
     variant.label = m_shapes->NewShape();
     TDataStd_Name::Set(variant.label, DocumentText(NameOf(component.label, component.id)));
+    m_parts->AddProperties(component, variant.label);
     if (HasOwnGeometry(component))
     {
         TDF_Label const part = m_parts->Add(component, change);

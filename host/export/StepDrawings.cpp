@@ -55,15 +55,6 @@ namespace
 using opencascade::handle;
 using Items = std::vector<handle<StepRepr_RepresentationItem>>;
 
-handle<StepShape_ShapeDefinitionRepresentation> DefinitionOf(STEPCAFControl_Writer& writer, TopoDS_Shape const& shape)
-{
-    handle<Transfer_FinderProcess> const& process = writer.ChangeWriter().WS()->TransferWriter()->FinderProcess();
-    handle<StepShape_ShapeDefinitionRepresentation> definition;
-    process->FindTypedTransient(TransferBRep::ShapeMapper(process, shape),
-                                STANDARD_TYPE(StepShape_ShapeDefinitionRepresentation), definition);
-    return definition;
-}
-
 handle<StepRepr_HArray1OfRepresentationItem> ArrayOf(Items const& items)
 {
     handle<StepRepr_HArray1OfRepresentationItem> const array =
@@ -170,7 +161,7 @@ void StepDrawings::WriteViews()
     XCAFDoc_DocumentTool::ShapeTool(m_document.document->Main())->GetFreeShapes(roots);
     handle<StepShape_ShapeDefinitionRepresentation> const definition =
         roots.IsEmpty() ? handle<StepShape_ShapeDefinitionRepresentation>()
-                        : DefinitionOf(m_writer, XCAFDoc_ShapeTool::GetShape(roots.First()));
+                        : StepDefinitionOf(m_writer, XCAFDoc_ShapeTool::GetShape(roots.First()));
     if (definition.IsNull())
         return m_document.notCarried.Add("views", m_document.views.size());
     handle<StepRepr_Representation> const product = definition->UsedRepresentation();
@@ -198,7 +189,7 @@ void StepDrawings::WriteCallouts()
     for (ShapeDocument::Callout const& callout : m_document.callouts)
     {
         handle<StepShape_ShapeDefinitionRepresentation> const definition =
-            DefinitionOf(m_writer, XCAFDoc_ShapeTool::GetShape(callout.part));
+            StepDefinitionOf(m_writer, XCAFDoc_ShapeTool::GetShape(callout.part));
         if (definition.IsNull())
         {
             m_document.notCarried.Add("annotation callouts");

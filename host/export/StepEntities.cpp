@@ -5,6 +5,7 @@
 #include <GeomAbs_CurveType.hxx>
 #include <Geom_BSplineCurve.hxx>
 #include <Geom_Curve.hxx>
+#include <STEPCAFControl_Writer.hxx>
 #include <StepGeom_Axis2Placement3d.hxx>
 #include <StepGeom_CartesianPoint.hxx>
 #include <StepGeom_Direction.hxx>
@@ -13,13 +14,18 @@
 #include <StepShape_GeometricCurveSet.hxx>
 #include <StepShape_GeometricSetSelect.hxx>
 #include <StepShape_HArray1OfGeometricSetSelect.hxx>
+#include <StepShape_ShapeDefinitionRepresentation.hxx>
 #include <TColStd_HArray1OfReal.hxx>
 #include <TCollection_HAsciiString.hxx>
 #include <TopExp_Explorer.hxx>
 #include <TopoDS.hxx>
 #include <TopoDSToStep_MakeGeometricCurveSet.hxx>
 #include <TopoDS_Edge.hxx>
+#include <TransferBRep.hxx>
+#include <TransferBRep_ShapeMapper.hxx>
 #include <Transfer_FinderProcess.hxx>
+#include <XSControl_TransferWriter.hxx>
+#include <XSControl_WorkSession.hxx>
 
 namespace KVR
 {
@@ -125,6 +131,16 @@ handle<StepShape_GeometricCurveSet> StepCurves(std::string const& name, std::vec
     handle<StepShape_GeometricCurveSet> const set = new StepShape_GeometricCurveSet;
     set->Init(StepString(name), elements);
     return set;
+}
+
+handle<StepShape_ShapeDefinitionRepresentation> StepDefinitionOf(STEPCAFControl_Writer& writer,
+                                                                 TopoDS_Shape const& shape)
+{
+    handle<Transfer_FinderProcess> const& process = writer.ChangeWriter().WS()->TransferWriter()->FinderProcess();
+    handle<StepShape_ShapeDefinitionRepresentation> definition;
+    process->FindTypedTransient(TransferBRep::ShapeMapper(process, shape),
+                                STANDARD_TYPE(StepShape_ShapeDefinitionRepresentation), definition);
+    return definition;
 }
 
 }  // namespace KVR

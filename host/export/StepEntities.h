@@ -1,6 +1,6 @@
 #pragma once
 
-#include <Standard_Handle.hxx>
+#include <StepShape_ShapeDefinitionRepresentation.hxx>
 #include <TopoDS_Shape.hxx>
 #include <gp_Ax2.hxx>
 #include <string>
@@ -8,6 +8,7 @@
 
 class StepGeom_Axis2Placement3d;
 class StepGeom_CartesianPoint;
+class STEPCAFControl_Writer;
 class StepShape_GeometricCurveSet;
 class TCollection_HAsciiString;
 class Transfer_FinderProcess;
@@ -23,5 +24,9 @@ opencascade::handle<StepGeom_Axis2Placement3d> StepAxes(gp_Ax2 const& axes);
 opencascade::handle<StepShape_GeometricCurveSet> StepCurves(std::string const& name,
                                                             std::vector<TopoDS_Shape> const& shapes,
                                                             opencascade::handle<Transfer_FinderProcess> const& process);
+
+/// What defines the shape of a part or an assembly of the document; null for another shape.
+opencascade::handle<StepShape_ShapeDefinitionRepresentation> StepDefinitionOf(STEPCAFControl_Writer& writer,
+                                                                              TopoDS_Shape const& shape);
 
 }  // namespace KVR

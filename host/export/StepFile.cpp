@@ -61,6 +61,8 @@ void WriteStepFile(ShapeDocument& document, Output& out)
     Interface_Static::SetIVal("write.step.assembly", 2);
     Interface_Static::SetIVal("write.step.vertex.mode", 0);
     Interface_Static::SetIVal("write.stepcaf.subshapes.name", 0);
+    // The uncertainty that the file states is the greatest tolerance: a reader repairs what is wider than it.
+    Interface_Static::SetIVal("write.precision.mode", 1);
     // The document states its unit; the file has the same, so that no number changes.
     Interface_Static::SetCVal("write.step.unit", StepUnitOf(document.unit));
     Interface_Static::SetCVal("xstep.cascade.unit", StepUnitOf(document.unit));
@@ -77,9 +79,11 @@ void WriteStepFile(ShapeDocument& document, Output& out)
         throw std::runtime_error("Open CASCADE finds nothing in the scene that it can write as STEP");
     handle<StepData_StepModel> const model = handle<StepData_StepModel>::DownCast(writer.ChangeWriter().WS()->Model());
     StepFinish finish(writer, document);
+    finish.SeparatePoints();
     finish.WriteNames();
+    finish.WriteLayersOfPoints();
     finish.WriteHiddenBodies();
-    finish.WriteTransparency();
+    finish.WriteLooks();
     StepDrawings drawings(writer, document);
     drawings.WriteCallouts();
     drawings.WriteViews();

@@ -2,7 +2,9 @@
 
 #include <STEPConstruct.hxx>
 #include <STEPConstruct_Styles.hxx>
+#include <StepBasic_ProductDefinitionRelationship.hxx>
 #include <StepData_StepModel.hxx>
+#include <StepGeom_Point.hxx>
 #include <StepRepr_CharacterizedDefinition.hxx>
 #include <StepRepr_HArray1OfRepresentationItem.hxx>
 #include <StepRepr_NextAssemblyUsageOccurrence.hxx>
@@ -12,6 +14,9 @@
 #include <StepRepr_RepresentedDefinition.hxx>
 #include <StepRepr_SpecifiedHigherUsageOccurrence.hxx>
 #include <StepShape_ContextDependentShapeRepresentation.hxx>
+#include <StepShape_GeometricCurveSet.hxx>
+#include <StepShape_GeometricSetSelect.hxx>
+#include <StepShape_HArray1OfGeometricSetSelect.hxx>
 #include <StepShape_ShapeDefinitionRepresentation.hxx>
 #include <StepShape_ShapeRepresentation.hxx>
 #include <StepVisual_Colour.hxx>
@@ -19,14 +24,17 @@
 #include <StepVisual_FillAreaStyleColour.hxx>
 #include <StepVisual_FillStyleSelect.hxx>
 #include <StepVisual_HArray1OfInvisibleItem.hxx>
+#include <StepVisual_HArray1OfLayeredItem.hxx>
 #include <StepVisual_HArray1OfPresentationStyleAssignment.hxx>
 #include <StepVisual_HArray1OfPresentationStyleSelect.hxx>
 #include <StepVisual_HArray1OfRenderingPropertiesSelect.hxx>
 #include <StepVisual_HArray1OfSurfaceStyleElementSelect.hxx>
 #include <StepVisual_Invisibility.hxx>
 #include <StepVisual_InvisibleItem.hxx>
+#include <StepVisual_LayeredItem.hxx>
 #include <StepVisual_MechanicalDesignGeometricPresentationRepresentation.hxx>
 #include <StepVisual_NullStyleMember.hxx>
+#include <StepVisual_PresentationLayerAssignment.hxx>
 #include <StepVisual_PresentationStyleAssignment.hxx>
 #include <StepVisual_PresentationStyleByContext.hxx>
 #include <StepVisual_PresentationStyleSelect.hxx>
@@ -40,6 +48,8 @@
 #include <StepVisual_SurfaceStyleTransparent.hxx>
 #include <StepVisual_SurfaceStyleUsage.hxx>
 #include <TCollection_HAsciiString.hxx>
+#include <TDF_LabelMap.hxx>
+#include <TopoDS_Shape.hxx>
 #include <TransferBRep.hxx>
 #include <TransferBRep_ShapeMapper.hxx>
 #include <Transfer_FinderProcess.hxx>
@@ -49,6 +59,7 @@
 #include <algorithm>
 #include <map>
 #include <unordered_map>
+#include <unordered_set>
 
 #include "host/export/StepEntities.h"
 
@@ -61,9 +72,8 @@ namespace
 using opencascade::handle;
 using Styles = std::vector<handle<StepVisual_StyledItem>>;
 
-// A style that says nothing of the look, for what is to be named in a list of invisible items.
-handle<StepVisual_StyledItem> PlainStyle(handle<StepRepr_RepresentationItem> const& item,
-                                         handle<StepData_StepModel> const& model)
+// Styles that say nothing of the look.
+handle<StepVisual_HArray1OfPresentationStyleSelect> NoStyles()
 {
     handle<StepVisual_NullStyleMember> const none = new StepVisual_NullStyleMember;
     none->SetEnumText(0, ".NULL.");
@@ -72,8 +82,15 @@ handle<StepVisual_StyledItem> PlainStyle(handle<StepRepr_RepresentationItem> con
     handle<StepVisual_HArray1OfPresentationStyleSelect> const selects =
         new StepVisual_HArray1OfPresentationStyleSelect(1, 1);
     selects->SetValue(1, select);
+    return selects;
+}
+
+// A style for what is to be named in a list of invisible items.
+handle<StepVisual_StyledItem> PlainStyle(handle<StepRepr_RepresentationItem> const& item,
+                                         handle<StepData_StepModel> const& model)
+{
     handle<StepVisual_PresentationStyleAssignment> const assignment = new StepVisual_PresentationStyleAssignment;
-    assignment->Init(selects);
+    assignment->Init(NoStyles());
     handle<StepVisual_HArray1OfPresentationStyleAssignment> const assignments =
         new StepVisual_HArray1OfPresentationStyleAssignment(1, 1);
     assignments->SetValue(1, assignment);
@@ -85,7 +102,8 @@ handle<StepVisual_StyledItem> PlainStyle(handle<StepRepr_RepresentationItem> con
     return style;
 }
 
-void MakeInvisible(Styles const& styles, handle<StepData_StepModel> const& model)
+template <class Item>
+void MakeInvisible(std::vector<handle<Item>> const& styles, handle<StepData_StepModel> const& model)
 {
     handle<StepVisual_HArray1OfInvisibleItem> const items =
         new StepVisual_HArray1OfInvisibleItem(1, static_cast<int>(styles.size()));
@@ -142,17 +160,13 @@ void MakeTransparent(handle<StepVisual_SurfaceSideStyle> const& side, double tra
     model->AddEntity(rendering);
 }
 
-// The occurrences that a usage names, from the top down.
-std::vector<Standard_Transient const*> UsagePath(StepRepr_SpecifiedHigherUsageOccurrence const& usage)
+// The occurrences that a relationship of products names, from the top down.
+std::vector<Standard_Transient const*> UsagePath(handle<StepBasic_ProductDefinitionRelationship> const& usage)
 {
     std::vector<Standard_Transient const*> path;
-    path.push_back(usage.NextUsage().get());
-    handle<StepRepr_AssemblyComponentUsage> upper = usage.UpperUsage();
-    for (;;)
+    handle<StepBasic_ProductDefinitionRelationship> upper = usage;
+    while (auto const* const higher = dynamic_cast<StepRepr_SpecifiedHigherUsageOccurrence const*>(upper.get()))
     {
-        auto const* const higher = dynamic_cast<StepRepr_SpecifiedHigherUsageOccurrence const*>(upper.get());
-        if (!higher)
-            break;
         path.push_back(higher->NextUsage().get());
         upper = higher->UpperUsage();
     }
@@ -183,20 +197,127 @@ std::vector<handle<Entity>> StepFinish::EntitiesOf() const
     return found;
 }
 
-handle<StepRepr_RepresentationItem> StepFinish::ItemOf(TopoDS_Shape const& shape) const
+handle<StepRepr_RepresentationItem> StepFinish::ItemOf(std::size_t body) const
 {
-    return STEPConstruct::FindEntity(m_writer.ChangeWriter().WS()->TransferWriter()->FinderProcess(), shape);
+    auto const point = m_points.find(body);
+    if (point != m_points.end())
+        return point->second;
+    return STEPConstruct::FindEntity(m_writer.ChangeWriter().WS()->TransferWriter()->FinderProcess(),
+                                     m_document.bodies[body].shape);
+}
+
+void StepFinish::SeparatePoints()
+{
+    // The bodies of a part stand together.
+    std::vector<std::size_t> points;
+    for (std::size_t i = 0; i < m_document.bodies.size(); ++i)
+    {
+        ShapeDocument::Body const& body = m_document.bodies[i];
+        if (!points.empty() && m_document.bodies[points.front()].part != body.part)
+        {
+            SeparatePoints(points);
+            points.clear();
+        }
+        if (body.shape.ShapeType() == TopAbs_VERTEX)
+            points.push_back(i);
+    }
+    if (!points.empty())
+        SeparatePoints(points);
+}
+
+void StepFinish::SeparatePoints(std::vector<std::size_t> const& points)
+{
+    handle<StepShape_ShapeDefinitionRepresentation> const definition =
+        StepDefinitionOf(m_writer, XCAFDoc_ShapeTool::GetShape(m_document.bodies[points.front()].part));
+    if (definition.IsNull())
+        return;
+    handle<StepRepr_Representation> const part = definition->UsedRepresentation();
+    std::vector<handle<StepRepr_RepresentationItem>> items;
+    for (int i = 1; i <= part->NbItems(); ++i)
+    {
+        handle<StepShape_GeometricCurveSet> const set =
+            handle<StepShape_GeometricCurveSet>::DownCast(part->ItemsValue(i));
+        bool const isOfPoints = !set.IsNull() && set->NbElements() == static_cast<int>(points.size()) &&
+                                !set->ElementsValue(1).Point().IsNull() && m_points.count(points.front()) == 0;
+        if (!isOfPoints)
+        {
+            items.push_back(part->ItemsValue(i));
+            continue;
+        }
+        handle<StepShape_HArray1OfGeometricSetSelect> first;
+        for (std::size_t point = 0; point < points.size(); ++point)
+        {
+            handle<StepShape_HArray1OfGeometricSetSelect> const elements =
+                new StepShape_HArray1OfGeometricSetSelect(1, 1);
+            elements->SetValue(1, set->ElementsValue(static_cast<int>(point) + 1));
+            handle<StepShape_GeometricCurveSet> single = set;
+            // The set of all becomes that of the first; the others are taken from it before.
+            if (point == 0)
+            {
+                first = elements;
+            }
+            else
+            {
+                single = new StepShape_GeometricCurveSet;
+                single->Init(StepString(""), elements);
+                m_model->AddEntity(single);
+            }
+            m_points[points[point]] = single;
+            items.push_back(single);
+        }
+        set->SetElements(first);
+    }
+    if (items.size() == static_cast<std::size_t>(part->NbItems()))
+        return;
+    handle<StepRepr_HArray1OfRepresentationItem> const array =
+        new StepRepr_HArray1OfRepresentationItem(1, static_cast<int>(items.size()));
+    for (std::size_t i = 0; i < items.size(); ++i)
+        array->SetValue(static_cast<int>(i) + 1, items[i]);
+    part->SetItems(array);
+}
+
+void StepFinish::WriteLayersOfPoints()
+{
+    if (m_document.layersOfPoints.empty())
+        return;
+    std::map<std::string, handle<StepVisual_PresentationLayerAssignment>> layers;
+    for (auto const& layer : EntitiesOf<StepVisual_PresentationLayerAssignment>())
+        layers.emplace(layer->Name()->ToCString(), layer);
+    for (ShapeDocument::LayerOfPoint const& point : m_document.layersOfPoints)
+    {
+        handle<StepRepr_RepresentationItem> const item = ItemOf(point.body);
+        if (item.IsNull())
+            continue;
+        handle<StepVisual_PresentationLayerAssignment>& layer = layers[point.layer];
+        int const before = layer.IsNull() ? 0 : layer->NbAssignedItems();
+        handle<StepVisual_HArray1OfLayeredItem> const items = new StepVisual_HArray1OfLayeredItem(1, before + 1);
+        for (int i = 1; i <= before; ++i)
+            items->SetValue(i, layer->AssignedItemsValue(i));
+        StepVisual_LayeredItem member;
+        member.SetValue(item);
+        items->SetValue(before + 1, member);
+        if (!layer.IsNull())
+        {
+            layer->SetAssignedItems(items);
+            continue;
+        }
+        layer = new StepVisual_PresentationLayerAssignment;
+        layer->Init(StepString(point.layer), StepString(point.isVisible ? "visible" : "invisible"), items);
+        m_model->AddEntity(layer);
+        if (!point.isVisible)
+            MakeInvisible(std::vector{layer}, m_model);
+    }
 }
 
 void StepFinish::WriteNames()
 {
-    for (ShapeDocument::Body const& body : m_document.bodies)
+    for (std::size_t i = 0; i < m_document.bodies.size(); ++i)
     {
-        if (body.name.empty())
-            continue;
-        handle<StepRepr_RepresentationItem> const item = ItemOf(body.shape);
+        std::string const& name = m_document.bodies[i].name;
+        handle<StepRepr_RepresentationItem> const item =
+            name.empty() ? handle<StepRepr_RepresentationItem>() : ItemOf(i);
         if (!item.IsNull())
-            item->SetName(StepString(body.name));
+            item->SetName(StepString(name));
     }
 }
 
@@ -216,15 +337,16 @@ void StepFinish::WriteHiddenBodies()
     STEPConstruct_Styles const contexts(m_writer.ChangeWriter().WS());
     std::vector<std::pair<handle<StepRepr_RepresentationContext>, Styles>> plain;
     std::unordered_map<Standard_Transient const*, std::size_t> places;
-    for (ShapeDocument::Body const& body : m_document.bodies)
+    for (std::size_t i = 0; i < m_document.bodies.size(); ++i)
     {
+        ShapeDocument::Body const& body = m_document.bodies[i];
         handle<StepRepr_RepresentationItem> const item =
-            body.isHidden ? ItemOf(body.shape) : handle<StepRepr_RepresentationItem>();
+            body.isHidden ? ItemOf(i) : handle<StepRepr_RepresentationItem>();
         if (item.IsNull())
             continue;
         auto const found = known.find(item.get());
         handle<StepVisual_StyledItem> const style = found != known.end() ? found->second : PlainStyle(item, m_model);
-        MakeInvisible({style}, m_model);
+        MakeInvisible(Styles{style}, m_model);
         handle<StepRepr_RepresentationContext> const context =
             contexts.FindContext(XCAFDoc_ShapeTool::GetShape(body.part));
         if (found != known.end() || context.IsNull())
@@ -247,9 +369,32 @@ void StepFinish::WriteHiddenBodies()
     }
 }
 
-void StepFinish::WriteTransparency()
+void StepFinish::TakeColorsOfParts()
 {
-    if (m_document.transparencies.empty())
+    if (m_document.colorlessParts.empty())
+        return;
+    TDF_LabelMap parts;
+    for (TDF_Label const& part : m_document.colorlessParts)
+        parts.Add(part);
+    std::unordered_set<Standard_Transient const*> items;
+    for (std::size_t i = 0; i < m_document.bodies.size(); ++i)
+    {
+        if (parts.Contains(m_document.bodies[i].part))
+            items.insert(ItemOf(i).get());
+    }
+    for (auto const& style : EntitiesOf<StepVisual_StyledItem>())
+    {
+        if (!style->IsInstance(STANDARD_TYPE(StepVisual_StyledItem)) || items.count(style->Item().get()) == 0)
+            continue;
+        for (int i = 1; i <= style->NbStyles(); ++i)
+            style->StylesValue(i)->SetStyles(NoStyles());
+    }
+}
+
+void StepFinish::WriteLooks()
+{
+    TakeColorsOfParts();
+    if (m_document.looks.empty())
         return;
     handle<Transfer_FinderProcess> const& process = m_writer.ChangeWriter().WS()->TransferWriter()->FinderProcess();
     // The usage of a component is found by its shape, whose location is no other component's.
@@ -263,34 +408,41 @@ void StepFinish::WriteTransparency()
             return nullptr;
         return representation->RepresentedProductRelation()->Definition().ProductDefinitionRelationship().get();
     };
-    std::map<std::vector<Standard_Transient const*>, double> opacities;
-    for (ShapeDocument::Transparency const& transparency : m_document.transparencies)
+    std::map<std::vector<Standard_Transient const*>, ShapeDocument::Look const*> byPath;
+    for (ShapeDocument::Look const& look : m_document.looks)
     {
         std::vector<Standard_Transient const*> path;
-        for (TDF_Label const& component : transparency.path)
+        for (TDF_Label const& component : look.path)
             path.push_back(usageOf(component));
-        opacities[path] = transparency.opacity;
+        byPath[path] = &look;
     }
-    std::map<Standard_Transient const*, double> byContext;
+    std::unordered_map<Standard_Transient const*, ShapeDocument::Look const*> byContext;
     for (auto const& definition : EntitiesOf<StepShape_ShapeDefinitionRepresentation>())
     {
         handle<StepRepr_ProductDefinitionShape> const shape =
             handle<StepRepr_ProductDefinitionShape>::DownCast(definition->Definition().PropertyDefinition());
-        auto const* const usage = shape.IsNull() ? nullptr
-                                                 : dynamic_cast<StepRepr_SpecifiedHigherUsageOccurrence const*>(
-                                                       shape->Definition().ProductDefinitionRelationship().get());
-        auto const found = usage ? opacities.find(UsagePath(*usage)) : opacities.end();
-        if (found != opacities.end())
+        handle<StepBasic_ProductDefinitionRelationship> const usage =
+            shape.IsNull() ? handle<StepBasic_ProductDefinitionRelationship>()
+                           : shape->Definition().ProductDefinitionRelationship();
+        auto const found = usage.IsNull() ? byPath.end() : byPath.find(UsagePath(usage));
+        if (found != byPath.end())
             byContext[definition->UsedRepresentation().get()] = found->second;
     }
     for (auto const& style : EntitiesOf<StepVisual_PresentationStyleByContext>())
     {
         auto const found = byContext.find(style->StyleContext().Value().get());
-        for (int i = 1; found != byContext.end() && i <= style->NbStyles(); ++i)
+        if (found == byContext.end())
+            continue;
+        if (found->second->isColorless)
+        {
+            style->SetStyles(NoStyles());
+            continue;
+        }
+        for (int i = 1; i <= style->NbStyles(); ++i)
         {
             handle<StepVisual_SurfaceStyleUsage> const usage = style->StylesValue(i).SurfaceStyleUsage();
             if (!usage.IsNull() && !usage->Style().IsNull())
-                MakeTransparent(usage->Style(), 1.0 - found->second, m_model);
+                MakeTransparent(usage->Style(), 1.0 - found->second->opacity, m_model);
         }
     }
 }

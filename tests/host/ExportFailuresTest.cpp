@@ -108,8 +108,8 @@ TEST(ExportFailuresTest, AFileThatMayNotGrowIsASentenceAndLeavesWhatWasThere)
         ASSERT_EQ(scene.Export(SceneText(), "small.glb", {"--only", "nothing"}).status, 0);
         scene.Folder().Write("out." + format, "what was there");
         std::vector<std::string> const before = NamesIn(scene.Folder().Path());
-        ToolRun const run = RunToolWithFileLimit(
-            {"export", scene.PathOf("scene.xml"), scene.PathOf("out." + format)}, 20000);
+        ToolRun const run =
+            RunToolWithFileLimit({"export", scene.PathOf("scene.xml"), scene.PathOf("out." + format)}, 20000);
         EXPECT_EQ(run.status, 1) << format;
         ExpectOneSentence(run);
         EXPECT_THAT(run.error, HasSubstr("out." + format + ": it cannot be written: File too large"));
@@ -137,14 +137,15 @@ TEST(ExportFailuresTest, ASceneThatIsNoneIsASentenceAndNoFile)
 
 TEST(ExportFailuresTest, InstancesInACycleOrOfNothingDoNoHarm)
 {
-    std::string const loop =
-        R"(<IAssembly ID="loop" Label="Loop"><ChildSet>)" + Instance("j", "p") + Instance("back", "top") + "</ChildSet></IAssembly>";
+    std::string const loop = R"(<IAssembly ID="loop" Label="Loop"><ChildSet>)" + Instance("j", "p") +
+                             Instance("back", "top") + "</ChildSet></IAssembly>";
     for (std::string const& more : {Instance("self", "top"), Instance("gone", "nowhere"), Instance("down", "loop")})
         for (std::string const& format : kFormats)
         {
             ExportScene scene;
             scene.Triangle("m");
-            ToolRun const run = scene.Export(UnderTop(Instance("i", "p") + more) + loop + PartOfMesh(), "out." + format);
+            ToolRun const run =
+                scene.Export(UnderTop(Instance("i", "p") + more) + loop + PartOfMesh(), "out." + format);
             ASSERT_EQ(run.status, 0) << run.error;
             if (format != "glb")
                 continue;

@@ -1,10 +1,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <assimp/Importer.hpp>
 #include <assimp/material.h>
 #include <assimp/mesh.h>
 #include <assimp/scene.h>
+#include <assimp/Importer.hpp>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -35,8 +35,7 @@ std::string SceneText()
     return R"(<IFile ID="f" Label="file" IsRoot="1"><Unit LengthUnit="kUnitType_Meter"/><AttributeSet>)" + kStyles +
            R"(</AttributeSet><ChildSet><Child ID="top" Type="IAssembly"/></ChildSet></IFile>
 <IAssembly ID="top" Label="Top"><Unit LengthUnit="kUnitType_Meter"/><ChildSet>)" +
-           Instance("i1", "p", "1 0 0 10 0 1 0 0 0 0 1 0 0 0 0 1",
-                    R"(<Styles><StyleRef ID="o range"/></Styles>)") +
+           Instance("i1", "p", "1 0 0 10 0 1 0 0 0 0 1 0 0 0 0 1", R"(<Styles><StyleRef ID="o range"/></Styles>)") +
            Instance("i2", "p", "-1 0 0 0 0 1 0 0 0 0 1 5 0 0 0 1") +
            R"(</ChildSet></IAssembly><IPart ID="p" Label="Part"><UnitAndTolerance LengthUnit="kUnitType_Millimeter"/>
 <ChildSet><IPolygonMesh ID="m" Label="Mesh" Visibility="1"/><ICurve ID="c" Label="Curve" Visibility="1"/></ChildSet></IPart>)";

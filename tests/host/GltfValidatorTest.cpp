@@ -25,8 +25,7 @@ void ExpectExampleIsValid(std::string const& name)
     for (std::string const extension : {".glb", ".gltf"})
     {
         std::string const path = folder.NarrowPathOf(name + " of 1" + extension);
-        ToolRun const run =
-            RunTool({"export", std::string(KVR_EXAMPLES_DIR) + '/' + name + '/' + name + ".xml", path});
+        ToolRun const run = RunTool({"export", std::string(KVR_EXAMPLES_DIR) + '/' + name + '/' + name + ".xml", path});
         ASSERT_EQ(run.status, 0) << run.error;
         ExpectValid(path);
     }
@@ -38,8 +37,7 @@ TEST(GltfValidatorTest, ABrokenFileIsToldFromAGoodOne)
 {
     TempFolder folder;
     folder.Write("bad.gltf", R"({"asset":{"version":"2.0"},"nodes":[{"mesh":3}]})");
-    ToolRun const run =
-        RunProgram({KVR_NODE, KVR_GLTF_SCRIPT, KVR_GLTF_VALIDATOR, folder.NarrowPathOf("bad.gltf")});
+    ToolRun const run = RunProgram({KVR_NODE, KVR_GLTF_SCRIPT, KVR_GLTF_VALIDATOR, folder.NarrowPathOf("bad.gltf")});
     EXPECT_EQ(run.status, 1) << run.error;
     EXPECT_THAT(run.out, HasSubstr("UNRESOLVED_REFERENCE"));
 }
