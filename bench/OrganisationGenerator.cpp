@@ -1,10 +1,11 @@
 #include "bench/OrganisationGenerator.h"
 
-#include <fmt/format.h>
-#include <fstream>
 #include <functional>
-#include <iterator>
-#include <stdexcept>
+#include <string>
+#include <utility>
+
+#include "authoring/SceneWriter.h"
+#include "framework/api/UTF16String.h"
 
 namespace KVR::Bench
 {
@@ -18,98 +19,106 @@ constexpr unsigned kGroups = 10'000;
 constexpr unsigned kItemsPerGroup = 10;
 constexpr unsigned kRepeatsPerPath = 10;
 
-void AddMembers(fmt::memory_buffer& text, std::string_view view, unsigned members, unsigned paths)
+using namespace Authoring;
+
+UTF8String Id(char const* kind, unsigned number)
 {
-    auto const out = std::back_inserter(text);
-    fmt::format_to(out, "    <ViewSet>\n      <IView ID=\"{}\" Label=\"Exploded\">\n        <ViewMember>\n", view);
+    return UTF8String(kind + std::to_string(number));
+}
+
+void AddMembers(AttributeSetRecord& sets, char const* id, unsigned members, unsigned paths)
+{
+    ViewRecord view;
+    view.id = id;
+    view.label = "Exploded";
     for (unsigned i = 0; i < members; ++i)
     {
-        fmt::format_to(
-            out,
-            "          <ViewMemberChild>\n            <OccurrencePath Path=\"[asm{0}][inst{1}][part{2}]\"/>\n"
-            "            <EntityVisibility Visibility=\"{3}\"/>\n",
-            i % paths % 100, i % paths, i % 500, i % 8 == 0 ? 0 : 1);
+        ViewRecord::Member member;
+        member.path = {Id("asm", i % paths % 100), Id("inst", i % paths), Id("part", i % 500)};
+        member.isVisible = i % 8 != 0;
         // Of four members one is moved, and one has a style.
         if (i % 4 == 1)
-            fmt::format_to(out, "            <Transform>1 0 0 {} 0 1 0 {} 0 0 1 0.5 0 0 0 1</Transform>\n", i * 0.25,
-                           i);
+        {
+            member.transform.emplace();
+            member.transform->SetElement(0, 3, i * 0.25);
+            member.transform->SetElement(1, 3, i);
+            member.transform->SetElement(2, 3, 0.5);
+        }
         if (i % 4 == 2)
-            fmt::format_to(out, "            <Styles><StyleRef ID=\"style{}\"/></Styles>\n", i % 50);
-        fmt::format_to(out, "          </ViewMemberChild>\n");
+            member.styles = {Id("style", i % 50)};
+        view.members.push_back(std::move(member));
     }
-    fmt::format_to(out, "        </ViewMember>\n      </IView>\n    </ViewSet>\n");
+    sets.views.push_back(std::move(view));
 }
 
-void AddLayer(fmt::memory_buffer& text, unsigned items)
+void AddLayer(AttributeSetRecord& sets, unsigned items)
 {
-    auto const out = std::back_inserter(text);
-    fmt::format_to(out,
-                   "    <LayerSet>\n      <ILayer ID=\"layer\" Label=\"Everything\">\n        <LayerInfo ID=\"1\"/>\n"
-                   "        <GeometryItems Items=\"");
+    LayerRecord layer;
+    layer.id = "layer";
+    layer.label = "Everything";
+    layer.number = 1;
     for (unsigned i = 0; i < items; ++i)
-        fmt::format_to(out, "{}item{}", i == 0 ? "" : ",", i);
-    fmt::format_to(out, "\"/>\n      </ILayer>\n    </LayerSet>\n");
+        layer.itemIds.push_back(Id("item", i));
+    sets.layers.push_back(std::move(layer));
 }
 
-void AddGroups(fmt::memory_buffer& text, unsigned groups)
+void AddGroups(AttributeSetRecord& sets, unsigned groups)
 {
-    auto const out = std::back_inserter(text);
-    fmt::format_to(out, "    <GroupSet>\n");
     for (unsigned i = 0; i < groups; ++i)
     {
-        fmt::format_to(out, "      <IGroup ID=\"group{0}\" Label=\"Group {0}\">\n        <GeometryItems Items=\"", i);
+        GroupRecord group;
+        group.id = Id("group", i);
+        group.label = Id("Group ", i);
         for (unsigned item = 0; item < kItemsPerGroup; ++item)
-            fmt::format_to(out, "{}item{}", item == 0 ? "" : ",", i * kItemsPerGroup + item);
-        fmt::format_to(out, "\"/>\n      </IGroup>\n");
+            group.itemIds.push_back(Id("item", i * kItemsPerGroup + item));
+        sets.groups.push_back(std::move(group));
     }
-    fmt::format_to(out, "    </GroupSet>\n");
 }
 
-void WriteFile(std::filesystem::path const& path, std::function<void(fmt::memory_buffer&)> const& addSets)
+void WriteFile(std::filesystem::path const& path, std::function<void(AttributeSetRecord&)> const& addSets)
 {
-    fmt::memory_buffer text;
-    auto const out = std::back_inserter(text);
-    fmt::format_to(out,
-                   "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<Scene>\n  <IFile ID=\"file1\" Label=\"Plant\""
-                   " IsRoot=\"1\">\n    <AttributeSet>\n");
-    addSets(text);
-    fmt::format_to(out, "    </AttributeSet>\n  </IFile>\n</Scene>\n");
-    std::ofstream file(path, std::ios::binary);
-    file.write(text.data(), static_cast<std::streamsize>(text.size()));
-    if (!file.flush())
-        throw std::runtime_error("Cannot write " + path.string());
+    AttributeSetRecord sets;
+    addSets(sets);
+    SceneWriter scene(UTF16String(UTF8String(path.string())));
+    FileRecord file;
+    file.id = "file1";
+    file.label = "Plant";
+    scene.BeginFile(file);
+    scene.AttributeSet(sets);
+    scene.EndFile();
+    scene.Finish();
 }
 
 void WriteDistinctView(std::filesystem::path const& path, unsigned count)
 {
-    WriteFile(path, [&](fmt::memory_buffer& text) { AddMembers(text, "view", count, count); });
+    WriteFile(path, [&](AttributeSetRecord& sets) { AddMembers(sets, "view", count, count); });
 }
 
 void WriteRepeatingView(std::filesystem::path const& path, unsigned count)
 {
-    WriteFile(path, [&](fmt::memory_buffer& text) { AddMembers(text, "view", count, count / kRepeatsPerPath); });
+    WriteFile(path, [&](AttributeSetRecord& sets) { AddMembers(sets, "view", count, count / kRepeatsPerPath); });
 }
 
 void WriteLayer(std::filesystem::path const& path, unsigned count)
 {
-    WriteFile(path, [&](fmt::memory_buffer& text) { AddLayer(text, count); });
+    WriteFile(path, [&](AttributeSetRecord& sets) { AddLayer(sets, count); });
 }
 
 void WriteGroups(std::filesystem::path const& path, unsigned count)
 {
-    WriteFile(path, [&](fmt::memory_buffer& text) { AddGroups(text, count); });
+    WriteFile(path, [&](AttributeSetRecord& sets) { AddGroups(sets, count); });
 }
 
 // All in the proportion of their full sizes; the count is that of the members of each view.
 void WriteWhole(std::filesystem::path const& path, unsigned count)
 {
     WriteFile(path,
-              [&](fmt::memory_buffer& text)
+              [&](AttributeSetRecord& sets)
               {
-                  AddMembers(text, "distinct", count, count);
-                  AddMembers(text, "view", count, count / kRepeatsPerPath);
-                  AddLayer(text, count * (kItems / kMembers));
-                  AddGroups(text, count / (kMembers / kGroups));
+                  AddMembers(sets, "distinct", count, count);
+                  AddMembers(sets, "view", count, count / kRepeatsPerPath);
+                  AddLayer(sets, count * (kItems / kMembers));
+                  AddGroups(sets, count / (kMembers / kGroups));
               });
 }
 
@@ -125,7 +134,7 @@ std::string LayerId(unsigned)
 
 std::string LastGroupId(unsigned count)
 {
-    return fmt::format("group{}", count - 1);
+    return "group" + std::to_string(count - 1);
 }
 
 }  // namespace

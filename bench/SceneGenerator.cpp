@@ -1,13 +1,14 @@
 #include "bench/SceneGenerator.h"
 
-#include <fmt/format.h>
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <random>
+#include <string>
 #include <string_view>
 
-#include "bench/SceneFile.h"
+#include "authoring/SceneWriter.h"
+#include "framework/api/UTF16String.h"
 
 namespace KVR::Bench
 {
@@ -31,34 +32,47 @@ constexpr std::array<std::string_view, 8> kNames = {
     "Sensor bracket, welded",
 };
 
+using namespace Authoring;
+
+UTF8String Id(char const* kind, unsigned number)
+{
+    return UTF8String(kind + std::to_string(number));
+}
+
 class Generator
 {
 public:
     Generator(std::filesystem::path const& path, unsigned instances)
-        : m_file(path), m_instances(instances), m_parts(std::max(kFewestParts, instances / kInstancesPerPart))
+        : m_scene(UTF16String(UTF8String(path.string()))),
+          m_instances(instances),
+          m_parts(std::max(kFewestParts, instances / kInstancesPerPart))
     {
     }
 
     void Write()
     {
-        m_file.Put(R"(<?xml version="1.0" encoding="UTF-8"?>
-<Scene>
-  <IUniverse>
-    <ViewData><UpVector>0,0,1</UpVector><FrontVector>0,-1,0</FrontVector></ViewData>
-  </IUniverse>
-  <IFile ID="file1" Label="Plant" IsRoot="1">
-    <ChildSet>
-      <Child ID="asm0" Type="IAssembly"/>
-    </ChildSet>
-  </IFile>
-)");
+        UniverseRecord universe;
+        universe.upVector = {0.0, 0.0, 1.0};
+        universe.frontVector = {0.0, -1.0, 0.0};
+        m_scene.Universe(universe);
+        FileRecord file;
+        file.id = "file1";
+        file.label = "Plant";
+        file.childIds = {"asm0"};
+        m_scene.BeginFile(file);
+        m_scene.EndFile();
         unsigned const assemblies = (m_instances + kInstancesPerAssembly - 1) / kInstancesPerAssembly;
         for (unsigned assembly = 0; assembly < assemblies; ++assembly)
             WriteAssembly(assembly, assemblies);
         for (unsigned part = 0; part < m_parts; ++part)
-            m_file.Put("  <IPart ID=\"part{}\" Label=\"{}\"/>\n", part, Name(part));
-        m_file.Put("</Scene>\n");
-        m_file.Close();
+        {
+            ComponentRecord component;
+            component.id = Id("part", part);
+            component.label = UTF8String(Name(part));
+            m_scene.BeginPart(component);
+            m_scene.EndPart();
+        }
+        m_scene.Finish();
     }
 
 private:
@@ -66,53 +80,62 @@ private:
 
     void WriteAssembly(unsigned assembly, unsigned assemblies)
     {
-        m_file.Put("  <IAssembly ID=\"asm{0}\" Label=\"Module {0}\">\n", assembly);
-        m_file.Put(
-            "    <Unit LengthUnit=\"kUnitType_Millimeter\" DisplayAngleUnit=\"kUnitType_Degree\""
-            " DisplayLengthUnit=\"kUnitType_Millimeter\"/>\n    <ChildSet>\n");
+        ComponentRecord component;
+        component.id = Id("asm", assembly);
+        component.label = Id("Module ", assembly);
+        component.unit = {kUnitType_Millimeter, kUnitType_Millimeter, kUnitType_Degree};
+        m_scene.BeginAssembly(component);
         unsigned const first = assembly * kInstancesPerAssembly;
         unsigned const count = std::min(kInstancesPerAssembly, m_instances - first);
         for (unsigned place = 0; place < count; ++place)
         {
             unsigned const branch = assembly * kBranchesPerAssembly + place + 1;
             if (place < kBranchesPerAssembly && branch < assemblies)
-                WriteInstance(first + place, fmt::format("asm{}", branch), "Module");
+                WriteInstance(first + place, Id("asm", branch), "Module");
             else
                 WritePartInstance(first + place);
         }
-        m_file.Put("    </ChildSet>\n  </IAssembly>\n");
+        m_scene.EndAssembly();
     }
 
     void WritePartInstance(unsigned index)
     {
         unsigned const part = static_cast<unsigned>(m_random() % m_parts);
-        WriteInstance(index, fmt::format("part{}", part), Name(part));
+        WriteInstance(index, Id("part", part), Name(part));
     }
 
-    void WriteInstance(unsigned index, std::string_view target, std::string_view name)
+    void WriteInstance(unsigned index, UTF8String const& target, std::string_view name)
     {
-        m_file.Put("      <IInstance ID=\"{0}\" Label=\"{1}:{2}\" Visibility=\"{3}\" NetVisibility=\"{3}\">\n",
-                   InstanceId(index), name, index % kInstancesPerAssembly + 1, m_random() % 16 == 0 ? 0 : 1);
-        m_file.Put("        <Child ID=\"{}\"", target);
-        WriteTransformation(index);
-        m_file.Put("/>\n      </IInstance>\n");
+        InstanceRecord instance;
+        instance.id = UTF8String(InstanceId(index));
+        instance.label = UTF8String(std::string(name) + ':' + std::to_string(index % kInstancesPerAssembly + 1));
+        instance.isVisible = m_random() % 16 != 0;
+        instance.targetId = target;
+        instance.transform = Transformation(index);
+        m_scene.Instance(instance);
     }
 
     // Of four instances two are turned and moved, one is moved, and one states no transform.
-    void WriteTransformation(unsigned index)
+    Matrix3d Transformation(unsigned index)
     {
+        Matrix3d matrix;
         if (index % 4 == 3)
-            return;
+            return matrix;
         double const angle = index % 4 == 2 ? 0.0 : Uniform(0.0, 6.28);
         double const c = std::cos(angle);
         double const s = std::sin(angle);
-        m_file.Put(" Transformation=\"{} {} 0 {} {} {} 0 {} 0 0 1 {} 0 0 0 1\"", c, s == 0.0 ? 0.0 : -s,
-                   Uniform(-1000.0, 1000.0), s, c, Uniform(-1000.0, 1000.0), Uniform(-1000.0, 1000.0));
+        matrix.SetElement(0, 0, c);
+        matrix.SetElement(0, 1, s == 0.0 ? 0.0 : -s);
+        matrix.SetElement(1, 0, s);
+        matrix.SetElement(1, 1, c);
+        for (int row = 0; row < 3; ++row)
+            matrix.SetElement(row, 3, Uniform(-1000.0, 1000.0));
+        return matrix;
     }
 
     double Uniform(double low, double high) { return low + (high - low) * static_cast<double>(m_random()) / 0x1p64; }
 
-    SceneFile m_file;
+    SceneWriter m_scene;
     unsigned m_instances;
     unsigned m_parts;
     std::mt19937_64 m_random{20240301};
@@ -127,7 +150,7 @@ void WriteScene(std::filesystem::path const& path, unsigned instances)
 
 std::string InstanceId(unsigned index)
 {
-    return fmt::format("inst{}", index);
+    return "inst" + std::to_string(index);
 }
 
 }  // namespace KVR::Bench

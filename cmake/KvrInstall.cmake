@@ -10,6 +10,7 @@ install(TARGETS kvr_api kvr_kernel kvr_gmk_interface kvr_xml_util kvr_xml_produc
   ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}")
 if(TARGET kvr)
   install(TARGETS kvr RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
+  install(FILES docs/kvr.1 DESTINATION "${CMAKE_INSTALL_MANDIR}/man1")
 endif()
 
 foreach(folder framework/api framework/kernel framework/gmk_interface framework/xml_util authoring)

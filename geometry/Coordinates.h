@@ -15,8 +15,12 @@ struct Coordinates
     double y = 0.0;
     double z = 0.0;
 
-    /// One that is absent or no number keeps its value.
-    void Read(xercesc::DOMNode const* node) { Ignored(ReadXYZChecked(node, x, y, z)); }
+    /// One that is absent or no number is zero, whatever an earlier element said.
+    void Read(xercesc::DOMNode const* node)
+    {
+        *this = Coordinates();
+        Ignored(ReadXYZChecked(node, x, y, z));
+    }
     void CopyTo(double& toX, double& toY, double& toZ) const
     {
         toX = x;

@@ -65,10 +65,17 @@ ICurveData* XMLCurve::CurveDataAt(unsigned long long index) const
 
 void XMLCurve::ReadAttributes(xercesc::DOMNode const* node)
 {
-    XMLUtils::GetNodeAttribute(node, u"ID", m_id);
-    m_producer->ApplyIdMapping(m_id);
-    XMLUtils::GetNodeAttribute(node, u"Label", m_label);
-    XMLUtils::GetNodeAttribute(node, u"VersionPersistentId", m_versionPersistentId);
+    // What is absent is empty, also on an object that is read again.
+    UTF8String id;
+    UTF16String label;
+    UTF8String versionPersistentId;
+    XMLUtils::GetNodeAttribute(node, u"ID", id);
+    m_producer->ApplyIdMapping(id);
+    XMLUtils::GetNodeAttribute(node, u"Label", label);
+    XMLUtils::GetNodeAttribute(node, u"VersionPersistentId", versionPersistentId);
+    m_id = std::move(id);
+    m_label = std::move(label);
+    m_versionPersistentId = std::move(versionPersistentId);
     m_visible = ReadBoolean(node, u"Visibility", kVisibility_OneElseHiddenAbsentShown);
     m_netVisible = ReadBoolean(node, u"NetVisibility", kVisibility_OneElseHiddenAbsentShown);
 }

@@ -6,6 +6,7 @@
 #include "geometry/XMLPoint.h"
 #include "geometry/XMLPointCloud.h"
 #include "readers/ChangeKeyReader.h"
+#include "readers/HeldProperties.h"
 
 namespace KVR
 {
@@ -28,6 +29,12 @@ constexpr ChildIdRow kChildRows[] = {
 
 XMLGeometricSet::XMLGeometricSet(XMLProducerImpl* producer, unsigned depth) : GeometryBundleState(producer, depth) {}
 XMLGeometricSet::~XMLGeometricSet() = default;
+
+void XMLGeometricSet::AppendProperty(IProperty const* property)
+{
+    AddPropertyId(property, m_propertyIds);
+    AddPropertyToDatabase(property, m_producer);
+}
 
 GeometricSetChildId XMLGeometricSet::ChildAt(unsigned long long index) const
 {

@@ -7,6 +7,8 @@
 namespace KVR
 {
 
+class IProperty;
+
 /// A named bundle of geometry; sets nest.
 class XMLGeometricSet : public GeometryBundleState<IGeometricSet>
 {
@@ -22,6 +24,10 @@ public:
     /// node.
     [[nodiscard]] bool ReadFromXML(xercesc::DOMNode* node, BodyEntities& bodyEntities, CurveEntities& curveEntities,
                                    MeshStore& meshStore, CurveStore& curveStore);
+
+    /// Lists the property's id, again when it is listed already, and hands the property to the universe's database,
+    /// which shares it; null has no effect.
+    void AppendProperty(IProperty const* property);
 };
 
 }  // namespace KVR

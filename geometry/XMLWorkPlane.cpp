@@ -11,7 +11,9 @@ namespace
 
 void ReadVector(xercesc::DOMNode const* node, Vector& vector)
 {
-    Ignored(ReadXYZChecked(node, vector[0], vector[1], vector[2]));
+    Coordinates coordinates;
+    coordinates.Read(node);
+    coordinates.CopyTo(vector[0], vector[1], vector[2]);
 }
 
 void CopyTo(Vector const& vector, double& x, double& y, double& z)

@@ -9,6 +9,7 @@
 #include "producer/XMLProducerImpl.h"
 #include "readers/ChangeKeyReader.h"
 #include "readers/ExtensionDataReader.h"
+#include "readers/HeldProperties.h"
 #include "readers/Ignored.h"
 #include "readers/ReferenceReader.h"
 #include "readers/UnitReader.h"
@@ -49,6 +50,12 @@ XMLPolygonMesh::XMLPolygonMesh(UTF8String id, XMLProducerImpl* producer)
 }
 
 XMLPolygonMesh::~XMLPolygonMesh() = default;
+
+void XMLPolygonMesh::AppendProperty(IProperty const* property)
+{
+    AddPropertyId(property, m_propertyIds);
+    AddPropertyToDatabase(property, m_producer);
+}
 
 PolygonVertex XMLPolygonMesh::VertexAt(unsigned long index) const
 {

@@ -15,6 +15,7 @@
 namespace KVR
 {
 
+class IProperty;
 class XMLProducerImpl;
 
 /// The marker of a polygon without material: a slot that no mesh's materials reach.
@@ -46,6 +47,10 @@ public:
 
     /// Fills what the element "IPolygonMesh" says; `id` is the object's own id.
     void ReadFromXML(xercesc::DOMNode* node, UTF8String const& id);
+
+    /// Lists the property's id, again when it is listed already, and hands the property to the universe's database,
+    /// which shares it; null has no effect.
+    void AppendProperty(IProperty const* property);
 
     double AngularTolerance() const override { return -1.0; }
     double LinearTolerance() const override { return -1.0; }

@@ -1,16 +1,16 @@
 #include "producer/PropertyAttachment.h"
 
-#include "framework/api/IBrep.h"
-#include "framework/api/IGeometricSet.h"
-#include "framework/api/IInstance.h"
-#include "framework/api/IPolygonMesh.h"
-#include "framework/api/IProperty.h"
+#include <variant>
+
 #include "framework/api/ObjectVisitor.h"
-#include "framework/api/PropertyDatabase.h"
 #include "framework/xml_util/PropertyStream.h"
-#include "framework/xml_util/XMLObject.h"
+#include "framework/xml_util/XMLBrep.h"
+#include "geometry/XMLGeometricSet.h"
+#include "mesh/XMLPolygonMesh.h"
 #include "producer/ClassicLocaleScope.h"
 #include "producer/XMLProducerImpl.h"
+#include "readers/HeldProperties.h"
+#include "structure/XMLInstance.h"
 
 namespace KVR
 {
@@ -18,27 +18,54 @@ namespace KVR
 namespace
 {
 
-// Finds the state of an object that holds properties. Kept: meshes, instances, sets and bodies alone do.
+// Finds an object that holds properties. Kept: meshes, instances, sets and bodies alone do.
 class HolderFinder final : public ObjectVisitor
 {
 public:
-    using ObjectVisitor::Visit;
-    void Visit(IPolygonMesh* object) override { Take(object); }
-    void Visit(IInstance* object) override { Take(object); }
-    void Visit(IGeometricSet* object) override { Take(object); }
-    void Visit(IBrep* object) override { Take(object); }
+    using Holder = std::variant<std::monostate, XMLPolygonMesh*, XMLInstance*, XMLGeometricSet*, XMLBrep*>;
 
-    // Null for an object of any other kind.
-    XMLObject* Holder() const noexcept { return m_holder; }
+    using ObjectVisitor::Visit;
+    void Visit(IPolygonMesh* object) override { Take<XMLPolygonMesh>(object); }
+    void Visit(IInstance* object) override { Take<XMLInstance>(object); }
+    void Visit(IGeometricSet* object) override { Take<XMLGeometricSet>(object); }
+    void Visit(IBrep* object) override { Take<XMLBrep>(object); }
+
+    // Nothing for an object of any other class.
+    Holder const& Found() const noexcept { return m_found; }
 
 private:
-    template <class Interface>
+    template <class Class, class Interface>
     void Take(Interface* object)
     {
-        m_holder = dynamic_cast<XMLObject*>(object);
+        if (auto* const holder = dynamic_cast<Class*>(object))
+            m_found = holder;
     }
 
-    XMLObject* m_holder = nullptr;
+    Holder m_found;
+};
+
+// Hands a property to what holds it.
+class Handover
+{
+public:
+    Handover(IProperty const* property, XMLProducerImpl const& producer) : m_property(property), m_producer(producer) {}
+
+    void operator()(std::monostate) const {}
+    template <class Class>
+    void operator()(Class* holder) const
+    {
+        holder->AppendProperty(m_property);
+    }
+    // A body does not know the producer.
+    void operator()(XMLBrep* brep) const
+    {
+        brep->AppendProperty(m_property);
+        AddPropertyToDatabase(m_property, &m_producer);
+    }
+
+private:
+    IProperty const* m_property;
+    XMLProducerImpl const& m_producer;
 };
 
 class Attachment final : public PropertyReceiver
@@ -53,10 +80,7 @@ public:
             return;
         if (!m_isSearched || !(objectId == m_objectId))
             Search(objectId);
-        if (!m_holder)
-            return;
-        m_holder->AppendProperty(property);
-        AddPropertyToDatabase(property, &m_producer);
+        std::visit(Handover(property, m_producer), m_holder);
     }
 
 private:
@@ -65,7 +89,7 @@ private:
         HolderFinder finder;
         if (IObject* const object = m_producer.Load(objectId))
             object->AcceptVisitor(&finder);
-        m_holder = finder.Holder();
+        m_holder = finder.Found();
         m_objectId = objectId;
         m_isSearched = true;
     }
@@ -73,7 +97,7 @@ private:
     XMLProducerImpl const& m_producer;
     // What was found for the object asked for last: the properties of an object mostly stand together.
     UTF8String m_objectId;
-    XMLObject* m_holder = nullptr;
+    HolderFinder::Holder m_holder;
     bool m_isSearched = false;
 };
 
@@ -86,16 +110,6 @@ void AttachProperties(UTF16String const& sceneFilePath, XMLProducerImpl& produce
     ClassicLocaleScope const classicLocale;
     Attachment attachment(producer);
     StreamProperties(sceneFilePath, attachment);
-}
-
-void AddPropertyToDatabase(IProperty const* property, XMLProducerImpl const* producer)
-{
-    if (!property || !producer)
-        return;
-    IUniverse const* const universe = producer->LoadUniverse();
-    PropertyDatabase* const database = universe ? universe->PropertyDatabaseOf() : nullptr;
-    if (database)
-        database->AddProperty(property);
 }
 
 }  // namespace KVR

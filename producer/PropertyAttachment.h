@@ -5,14 +5,10 @@
 namespace KVR
 {
 
-class IProperty;
 class XMLProducerImpl;
 
 /// Hands each property of the file beside the scene to its object, which lists the id, and to the universe's database,
 /// which shares the property. One for an unknown id, or for an object that holds no properties, is dropped.
 void AttachProperties(UTF16String const& sceneFilePath, XMLProducerImpl& producer);
-
-/// Nothing without a property, a producer or a universe.
-void AddPropertyToDatabase(IProperty const* property, XMLProducerImpl const* producer);
 
 }  // namespace KVR

@@ -17,6 +17,7 @@
 #include "readers/BooleanText.h"
 #include "readers/ChangeKeyReader.h"
 #include "readers/ExtensionDataReader.h"
+#include "readers/HeldProperties.h"
 #include "readers/Ignored.h"
 #include "readers/NodeAttributes.h"
 #include "readers/ReferenceReader.h"
@@ -40,6 +41,12 @@ XMLInstance::XMLInstance(UTF8String id, UTF16String label, Matrix3d const& trans
 }
 
 XMLInstance::~XMLInstance() = default;
+
+void XMLInstance::AppendProperty(IProperty const* property)
+{
+    AddPropertyId(property, m_propertyIds);
+    AddPropertyToDatabase(property, m_producer);
+}
 
 namespace
 {

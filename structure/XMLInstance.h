@@ -12,6 +12,7 @@ namespace KVR
 
 class IComponent;
 class IFile;
+class IProperty;
 class XMLProducerImpl;
 
 /// A component or file placed in an assembly. ReadInstance makes it when its target is known.
@@ -40,6 +41,10 @@ public:
     void SetStyles(IdSet styles) noexcept { m_styles = std::move(styles); }
     void SetNetStyles(IdSet styles) noexcept { m_netStyles = std::move(styles); }
 
+    /// Lists the property's id, again when it is listed already, and hands the property to the universe's database,
+    /// which shares it; null has no effect.
+    void AppendProperty(IProperty const* property);
+
 private:
     InstanceChildId m_targetId;
     Matrix3d m_transform;
@@ -47,8 +52,7 @@ private:
     bool m_netVisible = true;
     IdSet m_styles;
     IdSet m_netStyles;
-    // Every object of a scene knows its producer, whether it has a question for it or not.
-    [[maybe_unused]] XMLProducerImpl* m_producer;
+    XMLProducerImpl* m_producer;
 };
 
 }  // namespace KVR

@@ -18,7 +18,7 @@ DataReturnCodeEnum IBaseData::DataId(UTF8String& id, UTF16String& name) const
 }
 DataReturnCodeEnum IBaseData::EntityColor(double& red, double& green, double& blue) const
 {
-    return m_parent ? m_parent->EntityColor(red, green, blue) : kDataReturnCode_NotAvailable;
+    return m_parent ? m_parent->EntityColor(red, green, blue) : kDataReturnCode_Ok;
 }
 
 IDataResourceManager::~IDataResourceManager() = default;
@@ -55,19 +55,19 @@ DataReturnCodeEnum ICurveData::Param_ex(Position const&, double&) const
 
 DataReturnCodeEnum IPolyLineData::IsPlanar_ex(Matrix3d&) const
 {
-    return kDataReturnCode_NotAvailable;
+    return kDataReturnCode_Ok;
 }
 DataReturnCodeEnum IPolyLineData::IsSelfIntersect_ex() const
 {
-    return kDataReturnCode_NotAvailable;
+    return kDataReturnCode_Ok;
 }
 DataReturnCodeEnum INurbsCurveData::CurveContinuity(int&) const
 {
-    return kDataReturnCode_NotAvailable;
+    return kDataReturnCode_Ok;
 }
 DataReturnCodeEnum INurbsCurveData::Negate_ex()
 {
-    return kDataReturnCode_NotAvailable;
+    return kDataReturnCode_Ok;
 }
 
 IStraightData::IStraightData(IBaseData const* parent) : IBaseData(parent) {}

@@ -16,14 +16,15 @@ namespace KVR
 
 class CurveDataVisitor;
 
-/// What all data interfaces share. Operations return 0 for success.
+/// What all data interfaces share. Operations return 0 for success. Kept: those of these interfaces return it also
+/// where they do nothing, and then leave their outputs alone; who must know sets them before.
 class KVR_API IBaseData
 {
 public:
     virtual ~IBaseData();
     /// An id and a name of the data; both empty here.
     virtual DataReturnCodeEnum DataId(UTF8String& id, UTF16String& name) const;
-    /// A colour of the data's own; answers kDataReturnCode_NotAvailable here, with the outputs left alone.
+    /// A colour of the data's own, or of its parent's; does nothing here.
     virtual DataReturnCodeEnum EntityColor(double& red, double& green, double& blue) const;
 
     IBaseData(IBaseData const&) = delete;
@@ -44,8 +45,8 @@ public:
     virtual ~IDataResourceManager();
 };
 
-/// An analytic curve. Points are in the length unit of the curve object that owns the data. What has no answer returns
-/// another code than 0 and leaves its output alone.
+/// An analytic curve. Points are in the length unit of the curve object that owns the data. An operation of this
+/// interface that has no answer returns another code than 0 and leaves its output alone.
 class KVR_API ICurveData
 {
 public:
@@ -106,9 +107,9 @@ public:
     /// A bad index throws std::out_of_range, here and below.
     virtual DataReturnCodeEnum Point(int index, double& x, double& y, double& z) const = 0;
     virtual DataReturnCodeEnum VectorAt(int index, double& x, double& y, double& z) const = 0;
-    /// Whether the line lies in one plane, and the placement of that plane; not available here.
+    /// Whether the line lies in one plane, and the placement of that plane; does nothing here.
     virtual DataReturnCodeEnum IsPlanar_ex(Matrix3d& placement) const;
-    /// Whether the line meets itself; not available here.
+    /// Whether the line meets itself; does nothing here.
     virtual DataReturnCodeEnum IsSelfIntersect_ex() const;
     DataReturnCodeEnum AcceptVisitor(CurveDataVisitor* visitor) override;
 };
@@ -143,9 +144,9 @@ public:
     virtual DataReturnCodeEnum ControlPoint(int index, double& x, double& y, double& z, double& w) const = 0;
     /// The tolerance to which the curve was fitted; 0 when it is exact.
     virtual DataReturnCodeEnum FitTolerance(double& tolerance) const = 0;
-    /// The order to which the curve is continuous; not available here.
+    /// The order to which the curve is continuous; does nothing here.
     virtual DataReturnCodeEnum CurveContinuity(int& order) const;
-    /// Turns the curve round; not available here.
+    /// Turns the curve round; does nothing here.
     virtual DataReturnCodeEnum Negate_ex();
     /// The parameter by which a periodic curve was shifted; 0 when it was not.
     virtual DataReturnCodeEnum ParameterShift(double& shift) const = 0;

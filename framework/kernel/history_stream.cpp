@@ -105,6 +105,14 @@ std::size_t HISTORY_STREAM::CurveCount() const noexcept
     return count;
 }
 
+std::size_t HISTORY_STREAM::StreamCount() const noexcept
+{
+    std::size_t count = m_streams.size();
+    for (auto const& stream : m_streams)
+        count += stream->StreamCount();
+    return count;
+}
+
 bool gki_is_history_stream(HISTORY_STREAM const* stream)
 {
     Registry& registry = AllStreams();

@@ -34,6 +34,8 @@ public:
     /// The entities and curves in this stream and in those split off; destroyed curves are not counted.
     std::size_t EntityCount() const noexcept;
     std::size_t CurveCount() const noexcept;
+    /// The streams that were split off from this one, and from those.
+    std::size_t StreamCount() const noexcept;
 
 private:
     friend class curve;

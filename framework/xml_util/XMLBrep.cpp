@@ -1,5 +1,7 @@
 #include "framework/xml_util/XMLBrep.h"
 
+#include "framework/api/IProperty.h"
+
 namespace KVR
 {
 
@@ -11,5 +13,11 @@ XMLBrep::XMLBrep(UTF8String const& id, UTF16String const& label, BODY* body, IBr
 }
 
 XMLBrep::~XMLBrep() = default;
+
+void XMLBrep::AppendProperty(IProperty const* property)
+{
+    if (property)
+        m_propertyIds.AddWithoutUniquenessCheck(property->Id());
+}
 
 }  // namespace KVR

@@ -7,6 +7,8 @@
 namespace KVR
 {
 
+class IProperty;
+
 /// A boundary representation of a scene.
 class KVR_XML_UTIL_API XMLBrep : public ObjectState<DetachableGMKBrep>
 {
@@ -14,6 +16,9 @@ public:
     /// Owns the body, which may be null, unless it is detached.
     XMLBrep(UTF8String const& id, UTF16String const& label, BODY* body, IBrep::ProducerGeometryTypeEnum type);
     ~XMLBrep() override;
+
+    /// Lists the property's id, again when it is listed already; null has no effect. The property itself is not kept.
+    void AppendProperty(IProperty const* property);
 };
 
 }  // namespace KVR

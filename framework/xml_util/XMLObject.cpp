@@ -4,7 +4,6 @@
 #include <iterator>
 #include <utility>
 
-#include "framework/api/IProperty.h"
 #include "framework/xml_util/XMLStrUtil.h"
 
 namespace KVR
@@ -22,12 +21,6 @@ void XMLObject::AddExtensionDataContent(std::vector<ExtensionDataContent>& conte
 {
     std::move(contents.begin(), contents.end(), std::back_inserter(m_extensionData));
     contents.clear();
-}
-
-void XMLObject::AppendProperty(IProperty const* property)
-{
-    if (property)
-        m_propertyIds.AddWithoutUniquenessCheck(property->Id());
 }
 
 IsValueSpecifiedEnum XMLObject::ExtensionDataByTypeId_Impl(UTF8String const& typeId,

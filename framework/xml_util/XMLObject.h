@@ -13,8 +13,6 @@
 namespace KVR
 {
 
-class IProperty;
-
 /// The state that most objects of a scene share. Readers write the fields directly.
 class KVR_XML_UTIL_API XMLObject
 {
@@ -27,9 +25,6 @@ public:
     /// Appends the contents, moved out of the vector in the second form.
     void AddExtensionDataContent(ExtensionDataContent const& content);
     void AddExtensionDataContent(std::vector<ExtensionDataContent>& contents);
-
-    /// Lists the property's id, again when it is listed already; null has no effect. The property itself is not kept.
-    void AppendProperty(IProperty const* property);
 
     /// Text of the document, which outlives the object; null when there is none.
     void SetChangeKey(XMLCh const* changeKey) noexcept { m_changeKey = changeKey; }

@@ -183,12 +183,9 @@ int CertifyCommand::Run()
         {
             std::string const step = folder.File("scene.step");
             ExportTo(import.scenePath, step, remarks);
-            ModelFacts facts = FactsInChild("the exported STEP file",
-                                            [&]
-                                            {
-                                                return FactsOfModel(step, true, folder.File("step"),
-                                                                    imported.deflectionInMillimetres);
-                                            });
+            ModelFacts facts = FactsInChild(
+                "the exported STEP file",
+                [&] { return FactsOfModel(step, true, folder.File("step"), imported.deflectionInMillimetres); });
             // Its bodies are meshed anew, which says nothing of them.
             facts.triangles.reset();
             facts.mesh.reset();

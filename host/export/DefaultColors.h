@@ -7,8 +7,8 @@ namespace KVR
 
 class IProducer;
 
-/// The colours of what has no style, as fractions of sRGB: for curves that which the scene's universe states, else black;
-/// for surfaces a light grey, since the surface colour that a universe serves is its curves'.
+/// The colours of what has no style, as fractions of sRGB: for curves that which the scene's universe states, else
+/// black; for surfaces a light grey, since the surface colour that a universe serves is its curves'.
 struct DefaultColors
 {
     explicit DefaultColors(IProducer& producer);

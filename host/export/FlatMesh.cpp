@@ -97,7 +97,8 @@ private:
                 std::vector<float> const point{static_cast<float>(geometry.point->X()),
                                                static_cast<float>(geometry.point->Y()),
                                                static_cast<float>(geometry.point->Z())};
-                bool const isSomewhere = std::all_of(point.begin(), point.end(), [](float x) { return std::isfinite(x); });
+                bool const isSomewhere =
+                    std::all_of(point.begin(), point.end(), [](float x) { return std::isfinite(x); });
                 return isSomewhere ? Polylines{point} : Polylines();
             }
             default:
@@ -151,10 +152,10 @@ std::array<float, 3> PlacedPoint(Matrix const& transform, float const* point)
 {
     std::array<float, 3> placed{};
     for (std::size_t row = 0; row < 3; ++row)
-        placed[row] = static_cast<float>(transform[4 * row] * static_cast<double>(point[0]) +
-                                         transform[4 * row + 1] * static_cast<double>(point[1]) +
-                                         transform[4 * row + 2] * static_cast<double>(point[2]) +
-                                         transform[4 * row + 3]);
+        placed[row] =
+            static_cast<float>(transform[4 * row] * static_cast<double>(point[0]) +
+                               transform[4 * row + 1] * static_cast<double>(point[1]) +
+                               transform[4 * row + 2] * static_cast<double>(point[2]) + transform[4 * row + 3]);
     return placed;
 }
 

@@ -33,8 +33,9 @@ struct FlatLines
     std::string name;
 };
 
-/// Hands out the triangles of all visible occurrences of a scene, for formats without structure, and the lines, for those
-/// that have a place for them. Counts what has neither. Throws std::runtime_error for more than 10,000,000 occurrences.
+/// Hands out the triangles of all visible occurrences of a scene, for formats without structure, and the lines, for
+/// those that have a place for them. Counts what has neither. Throws std::runtime_error for more than 10,000,000
+/// occurrences.
 void ForEachTriangleGroup(ExportTask& task, std::function<void(FlatGroup const&)> const& use,
                           std::function<void(FlatLines const&)> const& useLines = {});
 

@@ -232,14 +232,19 @@ private:
         if (isNew)
         {
             // With a number, since ids may differ in what a word has no place for.
-            entry->second =
-                fmt::format("{}.{}", hasColor ? Word(style->id) : isCurve ? "curve" : "surface", m_materials.size());
-            std::array<double, 3> const color = hasColor ? *style->diffuse : isCurve ? m_colors.curve : m_colors.surface;
-            m_materialText += fmt::format("newmtl {}\nKd {} {} {}\nd {}\n", entry->second, color[0], color[1],
-                                          color[2], hasColor ? style->opacity : 1.0);
+            entry->second = fmt::format("{}.{}",
+                                        hasColor  ? Word(style->id)
+                                        : isCurve ? "curve"
+                                                  : "surface",
+                                        m_materials.size());
+            std::array<double, 3> const color = hasColor  ? *style->diffuse
+                                                : isCurve ? m_colors.curve
+                                                          : m_colors.surface;
+            m_materialText += fmt::format("newmtl {}\nKd {} {} {}\nd {}\n", entry->second, color[0], color[1], color[2],
+                                          hasColor ? style->opacity : 1.0);
             if (hasColor && style->emission)
-                m_materialText += fmt::format("Ke {} {} {}\n", (*style->emission)[0], (*style->emission)[1],
-                                              (*style->emission)[2]);
+                m_materialText +=
+                    fmt::format("Ke {} {} {}\n", (*style->emission)[0], (*style->emission)[1], (*style->emission)[2]);
         }
         m_text += fmt::format("o {}\nusemtl {}\n", Word(name), entry->second);
     }
@@ -290,28 +295,28 @@ void ExportPly(ExportTask& task)
     {
         // Vertices stand in front of all faces, which wait in a file of their own.
         CheckedFile faces(facesPath);
-        ForEachTriangleGroup(
-            task,
-            [&](FlatGroup const& group)
-            {
-                std::size_t const count = group.triangles.positions.size() / 3;
-                if (count > 0x7FFFFFFF - vertexCount)
-                    throw std::runtime_error("it has more vertices than a PLY file can hold");
-                for (std::size_t i = 0; i < count; ++i)
-                    file.Put(VertexOf(group, static_cast<std::uint32_t>(i)));
-                std::array<double, 3> const color =
-                    group.style && group.style->diffuse ? *group.style->diffuse : colors.surface;
-                std::array<unsigned char, 4> const bytes{ByteOf(color[0]), ByteOf(color[1]), ByteOf(color[2]),
-                                                         ByteOf(group.style ? group.style->opacity : 1.0)};
-                for (std::size_t i = 0; i < group.triangles.indices.size() / 3; ++i, ++faceCount)
-                {
-                    faces.Put(std::uint8_t{3});
-                    for (std::uint32_t const corner : CornersOf(group, i))
-                        faces.Put(vertexCount + corner);
-                    faces.Put(bytes);
-                }
-                vertexCount += static_cast<std::uint32_t>(count);
-            });
+        ForEachTriangleGroup(task,
+                             [&](FlatGroup const& group)
+                             {
+                                 std::size_t const count = group.triangles.positions.size() / 3;
+                                 if (count > 0x7FFFFFFF - vertexCount)
+                                     throw std::runtime_error("it has more vertices than a PLY file can hold");
+                                 for (std::size_t i = 0; i < count; ++i)
+                                     file.Put(VertexOf(group, static_cast<std::uint32_t>(i)));
+                                 std::array<double, 3> const color =
+                                     group.style && group.style->diffuse ? *group.style->diffuse : colors.surface;
+                                 std::array<unsigned char, 4> const bytes{
+                                     ByteOf(color[0]), ByteOf(color[1]), ByteOf(color[2]),
+                                     ByteOf(group.style ? group.style->opacity : 1.0)};
+                                 for (std::size_t i = 0; i < group.triangles.indices.size() / 3; ++i, ++faceCount)
+                                 {
+                                     faces.Put(std::uint8_t{3});
+                                     for (std::uint32_t const corner : CornersOf(group, i))
+                                         faces.Put(vertexCount + corner);
+                                     faces.Put(bytes);
+                                 }
+                                 vertexCount += static_cast<std::uint32_t>(count);
+                             });
         faces.Close();
     }
     std::unique_ptr<std::FILE, int (*)(std::FILE*)> const faces(std::fopen(facesPath.c_str(), "rb"), &std::fclose);

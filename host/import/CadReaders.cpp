@@ -6,8 +6,12 @@
 #include <IGESData_IGESModel.hxx>
 #include <Interface_Static.hxx>
 #include <STEPCAFControl_Reader.hxx>
+#include <STEPConstruct_UnitContext.hxx>
 #include <StepData_StepModel.hxx>
 #include <StepData_UndefinedEntity.hxx>
+#include <StepGeom_GeomRepContextAndGlobUnitAssCtxAndGlobUncertaintyAssCtx.hxx>
+#include <StepGeom_GeometricRepresentationContextAndGlobalUnitAssignedContext.hxx>
+#include <StepRepr_GlobalUnitAssignedContext.hxx>
 #include <StepRepr_RepresentationItem.hxx>
 #include <StepShape_EdgeCurve.hxx>
 #include <StepShape_Face.hxx>
@@ -23,7 +27,6 @@
 #include <XSControl_TransferReader.hxx>
 #include <XSControl_WorkSession.hxx>
 #include <algorithm>
-#include <map>
 
 #include "host/import/ModelDocument.h"
 #include "host/import/ModelError.h"
@@ -54,6 +57,9 @@ constexpr std::pair<std::string_view, UnitTypeEnum> kStepUnits[] = {
     {"MIL", kUnitType_Mil},
 };
 
+// Open CASCADE tells the factor of a unit in millimetres.
+constexpr double kMetresPerFactor = 1e-3;
+
 std::string Capitals(std::string text)
 {
     std::transform(text.begin(), text.end(), text.begin(),
@@ -82,29 +88,46 @@ void AddHeader(ModelDocument& model, char const* name, std::string const& text)
         model.header.emplace_back(name, text);
 }
 
-void ReadStepUnit(ModelDocument& model, STEPControl_Reader& reader)
+// The factor of the first context of geometry, for units that are not told by a name of their own.
+UnitTypeEnum UnitOfContexts(Handle(StepData_StepModel) const& step)
+{
+    for (int number = 1; number <= step->NbEntities(); ++number)
+    {
+        Handle(Standard_Transient) const entity = step->Value(number);
+        Handle(StepRepr_GlobalUnitAssignedContext) context;
+        if (auto const plain =
+                Handle(StepGeom_GeometricRepresentationContextAndGlobalUnitAssignedContext)::DownCast(entity);
+            !plain.IsNull())
+            context = plain->GlobalUnitAssignedContext();
+        else if (auto const uncertain =
+                     Handle(StepGeom_GeomRepContextAndGlobUnitAssCtxAndGlobUncertaintyAssCtx)::DownCast(entity);
+                 !uncertain.IsNull())
+            context = uncertain->GlobalUnitAssignedContext();
+        if (context.IsNull())
+            continue;
+        STEPConstruct_UnitContext units;
+        units.ComputeFactors(context);
+        if (units.LengthDone())
+            return UnitOfLength(units.LengthFactor() * kMetresPerFactor);
+    }
+    return kUnitType_Unknown;
+}
+
+void ReadStepUnit(ModelDocument& model, STEPControl_Reader& reader, Handle(StepData_StepModel) const& step)
 {
     TColStd_SequenceOfAsciiString lengths;
     TColStd_SequenceOfAsciiString angles;
     TColStd_SequenceOfAsciiString solidAngles;
     reader.FileUnits(lengths, angles, solidAngles);
     UnitTypeEnum unit = kUnitType_Unknown;
-    std::string name;
     for (TCollection_AsciiString const& length : lengths)
-    {
-        name = Capitals(length.ToCString());
         for (auto const& [known, type] : kStepUnits)
-            if (known == name && unit == kUnitType_Unknown)
+            if (unit == kUnitType_Unknown && known == Capitals(length.ToCString()))
                 unit = type;
-        if (unit != kUnitType_Unknown)
-            break;
-    }
+    if (unit == kUnitType_Unknown)
+        unit = UnitOfContexts(step);
     model.isUnitStated = unit != kUnitType_Unknown;
-    if (!model.isUnitStated && !name.empty())
-        model.warnings.push_back("the unit of length \"" + name +
-                                 "\" is not known; lengths are brought to millimetres");
-    SetDocumentUnit(model, model.isUnitStated || name.empty() ? (unit == kUnitType_Unknown ? model.unit : unit)
-                                                              : kUnitType_Millimeter);
+    SetDocumentUnit(model, model.isUnitStated ? unit : model.unit);
 }
 
 void ReadStepHeader(ModelDocument& model, Handle(StepData_StepModel) const& step)
@@ -200,7 +223,7 @@ void ReadStep(ModelDocument& model, std::string const& path, bool withAnnotation
     Handle(StepData_StepModel) const step = Handle(StepData_StepModel)::DownCast(session->Model());
     if (step.IsNull() || step->NbEntities() == 0)
         throw ModelError("it is a STEP file without content");
-    ReadStepUnit(model, reader.ChangeReader());
+    ReadStepUnit(model, reader.ChangeReader(), step);
     ReadStepHeader(model, step);
     if (reader.NbRootsForTransfer() == 0)
         throw ModelError("it holds no product with a shape");

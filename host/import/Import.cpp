@@ -91,7 +91,8 @@ std::string ImportHere(ImportOptions const& options, ModelFormat format, std::st
             answer += '\n' + std::string(1, kLine_Remark) + OneLine(warning);
         if (!model.isUnitStated)
             answer += '\n' + std::string(1, kLine_Remark) +
-                      "the model states no unit of length; its numbers are taken as " + UnitWord(model.unit) + "s";
+                      "the model states no unit of length; its numbers are taken for " + UnitWord(model.unit) +
+                      " lengths";
         for (auto const& [kind, count] : report.losses.Counts())
             answer += '\n' + std::string(1, kLine_Remark) + "not in the scene: " + std::to_string(count) + ' ' + kind;
         return answer;

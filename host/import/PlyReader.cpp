@@ -21,7 +21,7 @@ Handle(Poly_Triangulation) ReadPly(std::string const& path)
     for (unsigned i = 0; i < scene->mNumMeshes; ++i)
     {
         aiMesh const& mesh = *scene->mMeshes[i];
-        if (mesh.mPrimitiveTypes != aiPrimitiveType_TRIANGLE)
+        if ((mesh.mPrimitiveTypes & aiPrimitiveType_TRIANGLE) == 0)
             continue;
         nodeCount += static_cast<int>(mesh.mNumVertices);
         triangleCount += static_cast<int>(mesh.mNumFaces);
@@ -34,7 +34,7 @@ Handle(Poly_Triangulation) ReadPly(std::string const& path)
     for (unsigned i = 0; i < scene->mNumMeshes; ++i)
     {
         aiMesh const& mesh = *scene->mMeshes[i];
-        if (mesh.mPrimitiveTypes != aiPrimitiveType_TRIANGLE)
+        if ((mesh.mPrimitiveTypes & aiPrimitiveType_TRIANGLE) == 0)
             continue;
         int const first = node + 1;
         for (unsigned vertex = 0; vertex < mesh.mNumVertices; ++vertex)

@@ -22,6 +22,8 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::ThrowsMessage;
 
+constexpr char kBadIndex[] = "invalid vector<T> subscript";
+
 template <class Owner>
 std::vector<std::string> ChildrenOf(Owner const& owner)
 {
@@ -116,7 +118,7 @@ TEST(XMLAnnotationCallout, ABadIndexThrowsAndTheCountItselfIsOutOfRange)
 {
     CalloutElement const test("<ChildSet><Child ID='a'/></ChildSet>", "", "<IPart ID='a'/>");
     ASSERT_EQ(test.callout.ChildCount(), 1U);
-    EXPECT_THROW(static_cast<void>(test.callout.ChildAt(1)), std::out_of_range);
+    EXPECT_THAT([&] { static_cast<void>(test.callout.ChildAt(1)); }, ThrowsMessage<std::out_of_range>(kBadIndex));
     EXPECT_THAT([&] { static_cast<void>(test.callout.ChildAt(2)); },
                 ThrowsMessage<GeneralException>("Invalid index to child of XMLAnnotationCallout."));
 }
@@ -240,7 +242,7 @@ TEST(XMLAnnotationCalloutElement, MeshesAndCurvesComeFromTheirStores)
 TEST(XMLAnnotationCalloutElement, ABadIndexThrowsAndTheCountItselfIsOutOfRange)
 {
     CalloutElementElement const test("<ChildSet><IPoint ID='p'/></ChildSet>");
-    EXPECT_THROW(static_cast<void>(test.element.ChildAt(1)), std::out_of_range);
+    EXPECT_THAT([&] { static_cast<void>(test.element.ChildAt(1)); }, ThrowsMessage<std::out_of_range>(kBadIndex));
     EXPECT_THAT([&] { static_cast<void>(test.element.ChildAt(2)); },
                 ThrowsMessage<GeneralException>("Invalid index to child of XMLAnnotationCalloutElement."));
 }

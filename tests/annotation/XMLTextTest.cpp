@@ -15,6 +15,8 @@ namespace
 
 using testing::ThrowsMessage;
 
+constexpr char kBadIndex[] = "invalid vector<T> subscript";
+
 // The text of a callout, from the content of its element.
 struct TextElement
 {
@@ -162,10 +164,9 @@ TEST(XMLText, LinesAndFragmentsKeepTheirOrder)
 TEST(XMLText, AnIndexBeyondTheEndIsOutOfRange)
 {
     TextElement const test("<ITextLine><ITextFragment/></ITextLine>");
-    EXPECT_THAT([&] { test.text.LineAt(1); }, ThrowsMessage<std::out_of_range>("invalid vector<T> subscript"));
-    EXPECT_THAT([&] { test.text.LineAt(0)->FragmentAt(1); },
-                ThrowsMessage<std::out_of_range>("invalid vector<T> subscript"));
-    EXPECT_THROW(test.text.LineAt(~0ULL), std::out_of_range);
+    EXPECT_THAT([&] { test.text.LineAt(1); }, ThrowsMessage<std::out_of_range>(kBadIndex));
+    EXPECT_THAT([&] { test.text.LineAt(0)->FragmentAt(1); }, ThrowsMessage<std::out_of_range>(kBadIndex));
+    EXPECT_THAT([&] { test.text.LineAt(~0ULL); }, ThrowsMessage<std::out_of_range>(kBadIndex));
 }
 
 TEST(XMLTextLine, AlignmentAndIndentationAreSpecifiedWhenTheyConvert)

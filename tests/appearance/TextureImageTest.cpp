@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <iterator>
+#include <optional>
+
 #include "tests/appearance/AppearanceScene.h"
 
 namespace KVR::Test
@@ -31,6 +35,15 @@ public:
         return {answer, buffer};
     }
     TempFolder& Folder() { return m_folder; }
+    XMLProducer& Producer() { return m_scene.Producer(); }
+    // What the file holds; nothing when it is gone.
+    std::optional<std::string> FileContent() const
+    {
+        std::ifstream file(m_path, std::ios::binary);
+        if (!file)
+            return {};
+        return std::string(std::istreambuf_iterator<char>(file), {});
+    }
     T const& Texture() { return m_scene.Texture(); }
 
 private:
@@ -116,6 +129,21 @@ TEST(TextureImage, IsReadAnewForEachCallAndItsFileIsLeftAlone)
     EXPECT_EQ(scene.Ask(5), Image(1, "first..."));
     scene.Folder().Write("image.bin", "again");
     EXPECT_EQ(scene.Ask(5), Image(1, "again..."));
+}
+
+TEST(TextureImage, ItsFileOutlivesTheTextureAndTheEnd)
+{
+    ImageScene disposed("image");
+    EXPECT_EQ(disposed.Ask(5), Image(1, "image..."));
+    disposed.Producer().Dispose("t");
+    ASSERT_EQ(disposed.Producer().Load("t"), nullptr);
+    EXPECT_EQ(disposed.FileContent(), "image");
+    disposed.Producer().EndProcess();
+    EXPECT_EQ(disposed.FileContent(), "image");
+    ImageScene ended("image");
+    ended.Producer().EndProcess();
+    ASSERT_EQ(ended.Producer().Load("t"), nullptr);
+    EXPECT_EQ(ended.FileContent(), "image");
 }
 
 TEST(TextureImage, SizeAndTypeOnlyRepeatTheAttributes)

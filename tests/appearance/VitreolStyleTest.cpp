@@ -208,19 +208,50 @@ TEST(VitreolStyle, AnInfoSectionBehindTheFileServesItToo)
 
 TEST(VitreolStyle, ReadsColorsFactorsShininessAndTransparency)
 {
-    std::string body = kInfo;
-    for (char const* element : {"DiffuseColor", "AmbientColor", "EmissionColor", "SpecularColor"})
-        body += "<" + std::string(element) +
-                R"( FractionRed="0.1" FractionGreen="0.2" FractionBlue="0.3" ColorFactor="0.5" Shininess="6"
-                    Transparency="0.7"/>)";
-    StyleScene scene(body);
+    StyleScene scene(std::string(kInfo) +
+                     R"(<DiffuseColor FractionRed="0.1" FractionGreen="0.2" FractionBlue="0.3" FractionAlpha="0.4"
+                         ColorFactor="0.5" Shininess="6" Transparency="0.7"/>
+                        <AmbientColor FractionRed="0.11" FractionGreen="0.21" FractionBlue="0.31" FractionAlpha="0.41"
+                         ColorFactor="0.51"/>
+                        <EmissionColor FractionRed="0.12" FractionGreen="0.22" FractionBlue="0.32" FractionAlpha="0.42"
+                         ColorFactor="0.52"/>
+                        <SpecularColor FractionRed="0.13" FractionGreen="0.23" FractionBlue="0.33" ColorFactor="0.53"/>)");
     R const& style = scene.Style();
-    for (auto const getter : {&R::DiffuseColor, &R::AmbientColor, &R::EmissionColor, &R::SpecularColor})
-        EXPECT_EQ(ColorOf(style, getter), (Fractions{0.1, 0.2, 0.3, 1.0}));
-    for (auto const getter : {&R::DiffuseFactor, &R::AmbientFactor, &R::EmissionFactor, &R::SpecularFactor})
-        EXPECT_EQ(AnswerOf(style, getter), 0.5);
+    EXPECT_EQ(ColorOf(style, &R::DiffuseColor), (Fractions{0.1, 0.2, 0.3, 0.4}));
+    EXPECT_EQ(ColorOf(style, &R::AmbientColor), (Fractions{0.11, 0.21, 0.31, 0.41}));
+    EXPECT_EQ(ColorOf(style, &R::EmissionColor), (Fractions{0.12, 0.22, 0.32, 0.42}));
+    EXPECT_EQ(ColorOf(style, &R::SpecularColor), (Fractions{0.13, 0.23, 0.33, 1.0}));
+    EXPECT_EQ(AnswerOf(style, &R::DiffuseFactor), 0.5);
+    EXPECT_EQ(AnswerOf(style, &R::AmbientFactor), 0.51);
+    EXPECT_EQ(AnswerOf(style, &R::EmissionFactor), 0.52);
+    EXPECT_EQ(AnswerOf(style, &R::SpecularFactor), 0.53);
     EXPECT_EQ(AnswerOf(style, &R::Shininess), 6.0);
     EXPECT_EQ(TransparencyOf(style), 0.7);
+}
+
+TEST(VitreolStyle, AColorByItselfSaysNothingOfTheOtherThree)
+{
+    struct Row
+    {
+        char const* element;
+        IsValueSpecifiedEnum (R::*color)(Color&) const;
+        IsValueSpecifiedEnum (R::*factor)(double&) const;
+    };
+    constexpr Row kRows[] = {{"DiffuseColor", &R::DiffuseColor, &R::DiffuseFactor},
+                             {"AmbientColor", &R::AmbientColor, &R::AmbientFactor},
+                             {"EmissionColor", &R::EmissionColor, &R::EmissionFactor},
+                             {"SpecularColor", &R::SpecularColor, &R::SpecularFactor}};
+    for (Row const& written : kRows)
+    {
+        StyleScene scene(std::string(kInfo) + "<" + written.element +
+                         R"( FractionRed="0.1" FractionGreen="0.2" FractionBlue="0.3" ColorFactor="0.5"/>)");
+        for (Row const& asked : kRows)
+        {
+            bool const isIt = &asked == &written;
+            EXPECT_EQ(ColorOf(scene.Style(), asked.color).has_value(), isIt) << written.element << asked.element;
+            EXPECT_EQ(AnswerOf(scene.Style(), asked.factor).has_value(), isIt) << written.element << asked.element;
+        }
+    }
 }
 
 TEST(VitreolStyle, ShininessAndTransparencyStandOnTheDiffuseColorAlone)

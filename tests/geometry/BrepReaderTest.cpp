@@ -8,7 +8,13 @@
 
 #include "framework/gmk_interface/DetachableGMKBrep.h"
 #include "framework/kernel/entity.h"
+#include "geometry/XMLCurve.h"
+#include "geometry/XMLPoint.h"
+#include "mesh/XMLPolygonMesh.h"
+#include "producer/ElementReaders.h"
+#include "readers/RegisterObject.h"
 #include "tests/support/KernelBytes.h"
+#include "tests/support/ReadElement.h"
 #include "tests/support/Shapes.h"
 #include "tests/support/TestScene.h"
 
@@ -248,6 +254,16 @@ TEST(BrepReader, TheTransformIsTheLastAndTheIdentityIsNull)
     BrepElement test("", "<Transform>1 0 0 5 0 1 0 0 0 0 1 0 0 0 0 1</Transform>");
     ASSERT_TRUE(test.Brep().Transform());
     EXPECT_EQ(test.Brep().Transform()->Elements()[3], 5.0);
+    BrepElement two("",
+                    "<Transform>1 0 0 5 0 1 0 0 0 0 1 0 0 0 0 1</Transform>"
+                    "<Transform>1 0 0 6 0 1 0 7 0 0 1 0 0 0 0 1</Transform>");
+    ASSERT_TRUE(two.Brep().Transform());
+    EXPECT_EQ(two.Brep().Transform()->Elements()[3], 6.0);
+    EXPECT_EQ(two.Brep().Transform()->Elements()[7], 7.0);
+    BrepElement undone("",
+                       "<Transform>1 0 0 5 0 1 0 0 0 0 1 0 0 0 0 1</Transform>"
+                       "<Transform>1 0 0 0 0 1 0 0 0 0 1 0 0 0 0 1</Transform>");
+    EXPECT_EQ(undone.Brep().Transform(), nullptr);
 }
 
 TEST(BrepReader, EveryExtensionDataAndTheLastChangeKeyAreKept)
@@ -275,6 +291,51 @@ TEST(BrepReader, TwoElementsOfOneIdGiveOneObjectTheFirst)
     scene.WithFile("s.sab", BoxStore()).Begin();
     EXPECT_EQ(Text(scene.Get<IBrep>("b").Label()), "first");
     EXPECT_THAT(scene.ChildIds("p"), ElementsAre("b", "b"));
+}
+
+// The second object would end the body that the first one has.
+TEST(BrepReader, ASecondElementThatSaysOtherThingsChangesNothing)
+{
+    TestScene scene(
+        "<Scene><SatInfo Path='s.sab'/><IPart ID='p' Label=''><ChildSet><IBrep ID='b' Label='first' Visibility='1'/>"
+        "<IGeometricSet ID='g'><ChildSet><IBrep ID='b' Label='second' Type='kProducerGeometryType_Curve'"
+        " NetVisibility='1' VersionPersistentId='v'><ChangeKey>k</ChangeKey><Styles><StyleRef ID='s'/></Styles>"
+        "<Transform>1 0 0 5 0 1 0 0 0 0 1 0 0 0 0 1</Transform><Tolerance LinearTolerance='1'/></IBrep></ChildSet>"
+        "</IGeometricSet></ChildSet></IPart></Scene>");
+    scene.WithFile("s.sab", BoxStore()).Begin();
+    IBrep const& brep = scene.Get<IBrep>("b");
+    EXPECT_EQ(Text(brep.Label()), "first");
+    EXPECT_TRUE(brep.IsVisible());
+    EXPECT_FALSE(brep.IsNetVisible());
+    EXPECT_EQ(brep.SrcGeomType(), IBrep::kProducerGeometryType_BrepSolid);
+    UTF8String text;
+    EXPECT_EQ(brep.VersionPersistentId(text), kIsValueSpecified_No);
+    EXPECT_EQ(brep.ChangeKey(kSnapshotVersion_Current, text), kIsValueSpecified_No);
+    EXPECT_TRUE(brep.Styles().IsEmpty());
+    EXPECT_EQ(brep.Transform(), nullptr);
+    EXPECT_EQ(brep.LinearTolerance(), -1.0);
+    EXPECT_TRUE(brep.Body());
+    EXPECT_EQ(scene.Get<IGeometricSet>("g").ChildCount(), 1U) << "both lists have it";
+    scene.Producer().Dispose("b");
+    EXPECT_FALSE(scene.Has("b"));
+}
+
+// An object of another kind has the id; the element has its persistent ids taken out of the table all the same.
+TEST(BrepReader, PersistentIdsAreHandedOutAlsoWhereTheIdIsTaken)
+{
+    ReadElement reading;
+    SubObjectPersistentIds& table = reading.Index().subObjectPersistentIds;
+    table["b"] = new EditableDataIdToPersistentIdMap;
+    table["other"] = new EditableDataIdToPersistentIdMap;
+    ASSERT_TRUE(ReadAndRegister<XMLPoint>(&reading.Producer(), reading.Parse("<IPoint ID='b'/>")));
+    IObject const* const point = reading.Producer().Load("b");
+    UTF8String id;
+    EXPECT_TRUE(ReadBrep(&reading.Producer(), reading.Parse("<IBrep ID='b'/>"), reading.Index().bodyEntities, id));
+    EXPECT_EQ(Text(id), "b");
+    EXPECT_EQ(reading.Producer().Load("b"), point) << "no body was made";
+    ASSERT_EQ(table.count("b"), 1U) << "the entry stays, without its ids";
+    EXPECT_EQ(table["b"], nullptr);
+    EXPECT_NE(table["other"], nullptr);
 }
 
 TEST(BrepReader, BodiesAreChildrenOfPartsAssembliesSetsAndOverrides)

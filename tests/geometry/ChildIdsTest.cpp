@@ -3,9 +3,15 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <TopoDS_Shape.hxx>
+#include <memory>
+
+#include "framework/gmk_interface/DetachableGMKBrep.h"
+#include "framework/kernel/entity.h"
 #include "framework/xml_util/XMLUtils.h"
 #include "geometry/XMLPoint.h"
 #include "tests/support/ReadElement.h"
+#include "tests/support/Shapes.h"
 #include "tests/support/TestScene.h"
 
 namespace KVR::Test
@@ -28,10 +34,8 @@ bool Fail(ChildContext const&, xercesc::DOMNode*, std::vector<UTF8String>&)
 }
 
 constexpr ChildIdRow kRows[] = {
-    {u"Good", &AddItsId, kOnFailure_Abort},
-    {u"Next", &Fail, kOnFailure_Next},
-    {u"Stop", &Fail, kOnFailure_Stop},
-    {u"Abort", &Fail, kOnFailure_Abort},
+    {u"Good", &AddItsId, kOnFailure_Abort}, {u"Next", &Fail, kOnFailure_Next},     {u"Stop", &Fail, kOnFailure_Stop},
+    {u"Abort", &Fail, kOnFailure_Abort},    {u"IBrep", &AddBrep, kOnFailure_Stop},
 };
 
 class ChildIds : public testing::Test
@@ -90,6 +94,24 @@ TEST_F(ChildIds, AReaderThatFailsLeavesWhatItRegisteredOnTheWay)
     };
     EXPECT_EQ(ReadAndRegister<FailingOwner>(&m_reading.Producer(), m_reading.Parse("<IPoint ID='p'/>")), nullptr);
     EXPECT_TRUE(m_reading.Has("p"));
+}
+
+TEST_F(ChildIds, OfBodiesAreTheMappedOnesUnderAPrefix)
+{
+    auto* const body = new BODY(BoxShape(1, 2, 3));
+    m_reading.Index().bodyEntities["b"] = body;
+    m_reading.Producer().SetNewObjectIdPrefix("n");
+    EXPECT_EQ(Read("<IBrep ID='a'/><IBrep ID='b'/><IBrep ID='a' Label='again'/>"), ChildSetEnd::kDone);
+    EXPECT_THAT(Ids(m_ids), ElementsAre("n1", "n2"));
+    EXPECT_FALSE(m_reading.Has("a"));
+    EXPECT_FALSE(m_reading.Has("b"));
+    auto const* const first = dynamic_cast<DetachableGMKBrep*>(m_reading.Producer().Load("n1"));
+    auto* const second = dynamic_cast<DetachableGMKBrep*>(m_reading.Producer().Load("n2"));
+    ASSERT_TRUE(first && second);
+    EXPECT_EQ(Text(first->Label()), "");
+    EXPECT_EQ(first->Body(), nullptr);
+    std::unique_ptr<BODY> const detached(second->DetachBody());
+    EXPECT_EQ(detached.get(), body) << "looked up by the id of the document";
 }
 
 TEST_F(ChildIds, ManyAreListedInLinearTime)

@@ -96,7 +96,8 @@ TEST_P(WorkFeature, AnEmptyPersistentIdAndAMissingKeyAreNotSpecified)
 {
     auto const test = Element("<changekey>k</changekey>", "VersionPersistentId=''");
     EXPECT_EQ(TextOf(test.feature, &IObject::VersionPersistentId), std::nullopt);
-    EXPECT_EQ(ChangeKeyOf(test.feature), std::nullopt);
+    for (int const version : {0, 1, 77})
+        EXPECT_EQ(ChangeKeyOf(test.feature, static_cast<SnapshotVersionEnum>(version)), std::nullopt) << version;
     EXPECT_EQ(ChangeKeyOf(Element("<ChangeKey/>").feature), "");
 }
 
@@ -154,6 +155,51 @@ TEST(XMLWorkAxis, WhatItsElementsDoNotSayIsZero)
     EXPECT_EQ(Ask(test.feature, &IWorkAxis::StartPoint), (Triple{0, 0, 0}));
     EXPECT_EQ(Ask(test.feature, &IWorkAxis::EndPoint), (Triple{0, 0, 0}));
     EXPECT_EQ(Ask(test.feature, &IWorkAxis::Axis), (Triple{1, 0, 0}));
+}
+
+// The first element of a name says all three, the second one of them.
+std::string Twice(std::string const& name)
+{
+    return "<" + name + " X='1' Y='2' Z='3'/><" + name + " Y='9'/>";
+}
+
+constexpr Triple kSecond = {0, 9, 0};
+
+TEST(XMLWorkAxis, OfARepeatedElementTheLastAloneCounts)
+{
+    AxisElement const test(Twice("StartPoint") + Twice("EndPoint") + Twice("Axis"));
+    EXPECT_EQ(Ask(test.feature, &IWorkAxis::StartPoint), kSecond);
+    EXPECT_EQ(Ask(test.feature, &IWorkAxis::EndPoint), kSecond);
+    EXPECT_EQ(Ask(test.feature, &IWorkAxis::Axis), kSecond);
+}
+
+TEST(XMLWorkPoint, OfARepeatedElementTheLastAloneCounts)
+{
+    EXPECT_EQ(Ask(PointElement(Twice("WorkPoint")).feature, &IWorkPoint::Position), kSecond);
+    EXPECT_EQ(Ask(PointElement("<WorkPoint X='1'/><WorkPoint X='b'/>").feature, &IWorkPoint::Position), Triple());
+}
+
+TEST(XMLWorkPlane, OfARepeatedElementTheLastAloneCounts)
+{
+    PlaneElement const test(Twice("Origin") + Twice("Normal") + Twice("Reference") + "<DisplayRange>" +
+                            Twice("MinPoint") + Twice("MaxPoint") + "</DisplayRange>");
+    EXPECT_EQ(Ask(test.feature, &IWorkPlane::Origin), kSecond);
+    EXPECT_EQ(Ask(test.feature, &IWorkPlane::Normal), kSecond);
+    EXPECT_EQ(Ask(test.feature, &IWorkPlane::Reference), kSecond);
+    EXPECT_EQ(RangeOf(test.feature), (std::array<double, 6>{0, 9, 0, 0, 9, 0}));
+}
+
+TEST(XMLWorkPlane, AnEmptyReferenceTakesAnEarlierOneAway)
+{
+    EXPECT_EQ(Ask(PlaneElement("<Reference X='1'/><Reference/>").feature, &IWorkPlane::Reference), kAlone);
+}
+
+TEST(XMLWorkPlane, ASecondDisplayRangeReplacesThePointsThatItHas)
+{
+    PlaneElement const test(
+        "<DisplayRange><MinPoint X='1' Y='2' Z='3'/><MaxPoint X='4' Y='5' Z='6'/></DisplayRange>"
+        "<DisplayRange><MinPoint X='7'/></DisplayRange>");
+    EXPECT_EQ(RangeOf(test.feature), (std::array<double, 6>{7, 0, 0, 4, 5, 6}));
 }
 
 TEST(XMLWorkPoint, ReadsItsPosition)

@@ -1,13 +1,19 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <TopoDS_Shape.hxx>
 #include <stdexcept>
 
+#include "framework/gmk_interface/GMKGlobalDataSaveRestore.h"
+#include "framework/gmk_interface/GMKHistoryUtil.h"
+#include "framework/kernel/curve.h"
+#include "framework/kernel/entity.h"
 #include "framework/kernel/gmk_array.h"
 #include "framework/xml_util/DomWalk.h"
 #include "geometry/XMLCurve.h"
 #include "tests/support/MeshBytes.h"
-#include "tests/support/ParsedDocument.h"
+#include "tests/support/ReadElement.h"
+#include "tests/support/Shapes.h"
 
 namespace KVR::Test
 {
@@ -16,6 +22,9 @@ namespace
 {
 
 using testing::ElementsAre;
+using testing::ThrowsMessage;
+
+constexpr char kBadIndex[] = "invalid vector<T> subscript";
 
 std::string const kRay = MeshInfoHeader(1).Bytes() + RecordFront(2, "c") + VertexBytes(2);
 
@@ -29,6 +38,27 @@ struct CurveElement
     }
     TestScene scene;
     ICurve& curve;
+};
+
+// A curve of the kernel form, and one curve of the kernel, "e", that elements may name.
+struct KernelCurve
+{
+    KernelCurve() : curve(&reading.Producer())
+    {
+        GMKGlobalDataSaveRestore const guard;
+        GMKHistoryUtil::SetActiveHistoryStream(reading.Producer().GetHistoryStream());
+        EDGE edge(ArcEdge());
+        KVR::curve* made = nullptr;
+        EXPECT_TRUE(GKI_MAKE_CURVE::from_edge(&edge, false, made).ok());
+        reading.Index().curveEntities["e"] = made;
+    }
+    bool Read(std::string const& element)
+    {
+        return curve.ReadFromXML(reading.Parse(element), reading.Index().curveEntities);
+    }
+
+    ReadElement reading;
+    XMLCurve curve;
 };
 
 TEST(XMLCurve, WithoutVisibilityItIsShown)
@@ -88,6 +118,29 @@ TEST(XMLCurve, UnitsTolerancesStylesAndKeysAreReadInAnyOrder)
     }
 }
 
+TEST(XMLCurve, AUnitAndATransformGiveTheSameInEitherOrder)
+{
+    std::string const unit =
+        R"(<Unit LengthUnit="kUnitType_Inch" DisplayAngleUnit="kUnitType_Degree" DisplayLengthUnit="kUnitType_Foot"/>)";
+    std::string const transform = "<Transform>1 0 0 2 0 1 0 3 0 0 1 4 0 0 0 1</Transform>";
+    for (std::string const& children : {unit + transform, transform + unit})
+    {
+        CurveElement const test("", children);
+        UnitTypeEnum value = kUnitType_Unknown;
+        EXPECT_EQ(test.curve.LengthUnit(value), kIsValueSpecified_Yes);
+        EXPECT_EQ(value, kUnitType_Inch) << children;
+        EXPECT_EQ(test.curve.DisplayAngleUnit(value), kIsValueSpecified_Yes);
+        EXPECT_EQ(value, kUnitType_Degree) << children;
+        EXPECT_EQ(test.curve.DisplayLengthUnit(value), kIsValueSpecified_Yes);
+        EXPECT_EQ(value, kUnitType_Foot) << children;
+        ASSERT_NE(test.curve.Transform(), nullptr) << children;
+        // Its lengths are as written, whatever the unit.
+        EXPECT_EQ(test.curve.Transform()->Element(0, 3), 2.0) << children;
+        EXPECT_EQ(test.curve.Transform()->Element(1, 3), 3.0) << children;
+        EXPECT_EQ(test.curve.Transform()->Element(2, 3), 4.0) << children;
+    }
+}
+
 TEST(XMLCurve, UnsetTolerancesAreMinusOneAndUnitsZero)
 {
     CurveElement const test("", R"(<tolerance AngularTolerance="1"/><unit LengthUnit="kUnitType_Inch"/>)");
@@ -111,18 +164,49 @@ TEST(XMLCurve, AStoreCurveHasItsDataAndNoKernelCurves)
     EXPECT_NE(test.curve.CurveDataAt(0), nullptr);
     EXPECT_TRUE(test.curve.KernelCurves().empty());
     EXPECT_EQ(test.curve.StylesMap(), nullptr);
-    EXPECT_THROW(test.curve.CurveDataAt(1), std::out_of_range);
+    EXPECT_THAT([&] { test.curve.CurveDataAt(1); }, ThrowsMessage<std::out_of_range>(kBadIndex));
 }
 
 TEST(XMLCurve, AKernelCurveWhoseEntitiesAreUnknownCountsOneNullEntry)
 {
-    ParsedDocument const document(R"(<ICurve ID="c"><GMKEntity EntityId="x"/><GMKEntity/></ICurve>)");
-    TestScene scene("<S/>");
-    XMLCurve curve(nullptr);
-    EXPECT_EQ(curve.CurveDataCount(), 1U);
-    EXPECT_EQ(curve.CurveDataAt(0), nullptr);
-    EXPECT_THROW(curve.CurveDataAt(1), std::out_of_range);
-    EXPECT_TRUE(curve.KernelCurves().empty());
+    KernelCurve test;
+    ASSERT_TRUE(test.Read(R"(<ICurve ID="c"><GMKEntity EntityId="x"/><GMKEntity/></ICurve>)"));
+    EXPECT_EQ(test.curve.CurveDataCount(), 1U);
+    EXPECT_EQ(test.curve.CurveDataAt(0), nullptr);
+    EXPECT_THAT([&] { test.curve.CurveDataAt(1); }, ThrowsMessage<std::out_of_range>(kBadIndex));
+    EXPECT_EQ(test.curve.KernelCurves().count(), 0);
+    ASSERT_TRUE(test.Read(R"(<ICurve ID="c"><GMKEntity EntityId="x"/><GMKEntity EntityId="e"/></ICurve>)"));
+    EXPECT_EQ(test.curve.KernelCurves().count(), 1) << "one that is known is found";
+    EXPECT_EQ(test.curve.CurveDataCount(), 1U);
+}
+
+TEST(XMLCurve, WhatASecondElementDoesNotSayIsEmpty)
+{
+    KernelCurve test;
+    ASSERT_TRUE(test.Read(R"(<ICurve ID="c" Label="L" VersionPersistentId="v" Visibility="0" NetVisibility="0">
+                             <GMKEntity EntityId="e"/></ICurve>)"));
+    EXPECT_EQ(Text(test.curve.Id()), "c");
+    EXPECT_EQ(Text(test.curve.Label()), "L");
+    UTF8String version;
+    EXPECT_EQ(test.curve.VersionPersistentId(version), kIsValueSpecified_Yes);
+    EXPECT_FALSE(test.curve.IsVisible());
+    EXPECT_EQ(test.curve.KernelCurves().count(), 1);
+    ASSERT_TRUE(test.Read("<ICurve/>"));
+    EXPECT_EQ(Text(test.curve.Id()), "");
+    EXPECT_EQ(Text(test.curve.Label()), "");
+    EXPECT_EQ(test.curve.VersionPersistentId(version), kIsValueSpecified_No);
+    EXPECT_TRUE(test.curve.IsVisible());
+    EXPECT_TRUE(test.curve.IsNetVisible());
+    EXPECT_EQ(test.curve.KernelCurves().count(), 0);
+}
+
+TEST(XMLCurve, WhatIsNoElementIsRefusedAndChangesNothing)
+{
+    KernelCurve test;
+    ASSERT_TRUE(test.Read(R"(<ICurve ID="c"><GMKEntity EntityId="e"/></ICurve>)"));
+    EXPECT_FALSE(test.curve.ReadFromXML(nullptr, test.reading.Index().curveEntities));
+    EXPECT_EQ(Text(test.curve.Id()), "c");
+    EXPECT_EQ(test.curve.KernelCurves().count(), 1);
 }
 
 TEST(XMLCurve, WithoutAnyStoreAnElementReadsToNothing)

@@ -17,6 +17,9 @@ namespace
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::ThrowsMessage;
+
+constexpr char kBadIndex[] = "invalid vector<T> subscript";
 
 struct SketchElement
 {
@@ -135,11 +138,13 @@ TEST_F(SketchOf, ChildIdAtAsksTheCurvesFirstAndThenThePointsByTheSameIndex)
     ASSERT_EQ(sketch.ChildCount(), 7U);
     EXPECT_EQ(Text(sketch.ChildIdAt(0)), "c0");
     EXPECT_EQ(Text(sketch.ChildIdAt(1)), "c1");
-    EXPECT_THROW(sketch.ChildIdAt(2), std::out_of_range) << "the curves are asked, which have no third";
+    EXPECT_THAT([&] { sketch.ChildIdAt(2); }, ThrowsMessage<std::out_of_range>(kBadIndex))
+        << "the curves are asked, which have no third";
     EXPECT_EQ(Text(sketch.ChildIdAt(3)), "p3") << "the first points are not reached";
     EXPECT_EQ(Text(sketch.ChildIdAt(4)), "p4");
-    EXPECT_THROW(sketch.ChildIdAt(5), std::out_of_range);
-    EXPECT_THROW(sketch.ChildIdAt(7), std::out_of_range) << "the count itself passes the test";
+    EXPECT_THAT([&] { sketch.ChildIdAt(5); }, ThrowsMessage<std::out_of_range>(kBadIndex));
+    EXPECT_THAT([&] { sketch.ChildIdAt(7); }, ThrowsMessage<std::out_of_range>(kBadIndex))
+        << "the count itself passes the test";
     EXPECT_EQ(Text(sketch.ChildIdAt(8)), "");
     EXPECT_EQ(Text(sketch.ChildIdAt(~0ULL)), "");
 }
@@ -147,9 +152,9 @@ TEST_F(SketchOf, ChildIdAtAsksTheCurvesFirstAndThenThePointsByTheSameIndex)
 TEST_F(SketchOf, ChildIdAtOfPointsAloneDoesNotReachTheFirst)
 {
     XMLSketch const& sketch = Read(0, 2);
-    EXPECT_THROW(sketch.ChildIdAt(0), std::out_of_range);
+    EXPECT_THAT([&] { sketch.ChildIdAt(0); }, ThrowsMessage<std::out_of_range>(kBadIndex));
     EXPECT_EQ(Text(sketch.ChildIdAt(1)), "p1");
-    EXPECT_THROW(sketch.ChildIdAt(2), std::out_of_range);
+    EXPECT_THAT([&] { sketch.ChildIdAt(2); }, ThrowsMessage<std::out_of_range>(kBadIndex));
     EXPECT_EQ(Text(sketch.ChildIdAt(3)), "");
 }
 

@@ -66,9 +66,9 @@ TEST(ExportGltfTest, APartInInchesIsItsSizeInAnAssemblyInMillimetres)
 {
     ExportScene scene;
     scene.Triangle("m");
-    GltfFile const file = Exported(
-        scene, UnderTop(Instance("i", "p", "1 0 0 10 0 1 0 0 0 0 1 0 0 0 0 1")) +
-                   R"(<IPart ID="p" Label="Part"><UnitAndTolerance LengthUnit="kUnitType_Inch"/><ChildSet>
+    GltfFile const file =
+        Exported(scene, UnderTop(Instance("i", "p", "1 0 0 10 0 1 0 0 0 0 1 0 0 0 0 1")) +
+                            R"(<IPart ID="p" Label="Part"><UnitAndTolerance LengthUnit="kUnitType_Inch"/><ChildSet>
 <IPolygonMesh ID="m" Label="Mesh" Visibility="1"/></ChildSet></IPart>)");
     EXPECT_THAT(file.At("/Mesh").points, ElementsAre(Near(0.010, 0, 0), Near(0.0354, 0, 0), Near(0.010, 0, -0.0254)));
 }
@@ -133,8 +133,9 @@ TEST(ExportGltfTest, SurfacesWithoutStyleAreGreyAndCurvesHaveTheColourOfTheUnive
                    R"(<IPart ID="p" Label="Part"><ChildSet><IPolygonMesh ID="m" Label="Mesh" Visibility="1"/>
 <ICurve ID="c" Label="Curve" Visibility="1"/><IPoint ID="d" Label="Dot" Visibility="1"><Point X="1" Y="2" Z="3"/></IPoint>
 </ChildSet></IPart>)");
-    EXPECT_THAT(file.At("/Mesh").material["pbrMetallicRoughness"]["baseColorFactor"].get<std::vector<double>>(),
-                ElementsAre(DoubleNear(0.4479884, 1e-6), DoubleNear(0.4479884, 1e-6), DoubleNear(0.4479884, 1e-6), 1.0));
+    EXPECT_THAT(
+        file.At("/Mesh").material["pbrMetallicRoughness"]["baseColorFactor"].get<std::vector<double>>(),
+        ElementsAre(DoubleNear(0.4479884, 1e-6), DoubleNear(0.4479884, 1e-6), DoubleNear(0.4479884, 1e-6), 1.0));
     GltfFile::Shown const curve = file.At("/Curve");
     EXPECT_EQ(curve.primitive["mode"], 3);
     EXPECT_THAT(curve.points, ElementsAre(Near(0, 0, 0), Near(0.001, 0, 0), Near(0.001, 0, -0.002)));
@@ -158,10 +159,10 @@ TEST(ExportGltfTest, TheOutermostAssemblyThatNamesAnOccurrenceDecides)
                                   R"(</EntityStyles></Styles><Transformations>
 <EntityTransformation Path="[a1][i]" Transformation="1 0 0 9 0 1 0 0 0 0 1 0 0 0 0 1"/></Transformations>
 <Visibilities><EntityVisibility Path="[a3][i]" Visibility="0"/></Visibilities>)";
-    GltfFile const file =
-        Exported(scene, UnderTop(Instance("a1", "inner") + Instance("a2", "inner") + Instance("a3", "inner"), overrides,
-                                 kStyles) +
-                            inner + PartOfMesh());
+    GltfFile const file = Exported(
+        scene,
+        UnderTop(Instance("a1", "inner") + Instance("a2", "inner") + Instance("a3", "inner"), overrides, kStyles) +
+            inner + PartOfMesh());
     EXPECT_EQ(file.At("/a1/i/Mesh").material["name"], "Red");
     EXPECT_THAT(file.At("/a1/i/Mesh").points.front(), Near(0.009, 0, 0));
     EXPECT_EQ(file.At("/a2/i/Mesh").material["name"], "Grey");
@@ -176,9 +177,9 @@ TEST(ExportGltfTest, WhatAnAssemblySaysOfABodyHoldsForItsMesh)
     std::string const overrides = R"(<Styles><EntityStyles Path="[i1][body]">)" + StyleRef("red") +
                                   R"(</EntityStyles></Styles>
 <Visibilities><EntityVisibility Path="[i2][body]" Visibility="0"/></Visibilities>)";
-    GltfFile const file = Exported(
-        scene, UnderTop(Instance("i1", "p") + Instance("i2", "p") + Instance("i3", "p"), overrides, kStyles) +
-                   R"(<IPart ID="p" Label="Part"><ChildSet><IBrep ID="body" Label="Body" Visibility="1"/>
+    GltfFile const file =
+        Exported(scene, UnderTop(Instance("i1", "p") + Instance("i2", "p") + Instance("i3", "p"), overrides, kStyles) +
+                            R"(<IPart ID="p" Label="Part"><ChildSet><IBrep ID="body" Label="Body" Visibility="1"/>
 <IPolygonMesh ID="m" Label="Mesh" Visibility="1"><ExtensionData TypeId="kvr.body" Content="body"/></IPolygonMesh>
 </ChildSet></IPart>)");
     ASSERT_EQ(file.shown.size(), 2U);

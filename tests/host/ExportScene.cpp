@@ -38,7 +38,8 @@ ToolRun ExportScene::Export(std::string const& text, std::string const& name, st
         m_store->Finish();
     m_store.reset();
     m_folder.Write("scene.xml", R"(<Scene><MeshInfo GenerateMesh="True" Path="s.mesh"/>
-<MeshSegmentInfo GenerateMeshSegment="True" Path="s.seg"/>)" + text + "</Scene>");
+<MeshSegmentInfo GenerateMeshSegment="True" Path="s.seg"/>)" +
+                                    text + "</Scene>");
     std::vector<std::string> arguments{"export", PathOf("scene.xml"), PathOf(name)};
     arguments.insert(arguments.end(), options.begin(), options.end());
     return RunTool(arguments);

@@ -85,8 +85,8 @@ void GltfFile::Walk(std::size_t index, Matrix const& above, std::string const& p
             {
                 Point& point = entry.points.emplace_back();
                 for (std::size_t row = 0; row < 3; ++row)
-                    point[row] = place[row] * p.at(0) + place[4 + row] * p.at(1) + place[8 + row] * p.at(2) +
-                                 place[12 + row];
+                    point[row] =
+                        place[row] * p.at(0) + place[4 + row] * p.at(1) + place[8 + row] * p.at(2) + place[12 + row];
             }
             if (primitive.contains("indices"))
                 for (std::vector<double> const& number : Numbers(primitive["indices"]))

@@ -228,11 +228,22 @@ TEST(MeshStore, AnyByteButZeroSaysYes)
     EXPECT_EQ(SlotOf(scene.WithFile("s.mesh", bytes).Begin().Get<IPolygonMesh>("m"), 0), 0);
 }
 
-TEST(MeshStore, ARecordOfAnUnknownTypeConsumesNothing)
+TEST(MeshStore, ARecordOfAnUnknownTypeConsumesAndMakesNothing)
 {
-    TestScene scene(StoreScene(kMeshInfo, {"m"}));
-    std::string const bytes = MeshInfoHeader(2).Bytes() + RecordFront(7, "u") + TriangleRecord("m");
-    EXPECT_EQ(scene.WithFile("s.mesh", bytes).Begin().Get<IPolygonMesh>("m").VertexCount(), 3U);
+    for (std::uint64_t const type : {std::uint64_t{7}, std::uint64_t{8}, ~std::uint64_t{0}})
+    {
+        // "c" is a curve that the store does hold: there, elements are read from it.
+        std::string const bytes = MeshInfoHeader(3).Bytes() + RecordFront(type, "u") + TriangleRecord("m") +
+                                  RecordFront(2, "c") + VertexBytes(2);
+        TestScene asMesh(StoreScene(kMeshInfo, {"m", "u"}, {"c"}));
+        asMesh.WithFile("s.mesh", bytes).Begin();
+        EXPECT_EQ(asMesh.Get<IPolygonMesh>("m").VertexCount(), 3U) << type;
+        EXPECT_TRUE(asMesh.Has("c")) << type;
+        EXPECT_FALSE(asMesh.Has("u")) << type;
+        TestScene asCurve(StoreScene(kMeshInfo, {"m"}, {"c", "u"}));
+        EXPECT_TRUE(asCurve.WithFile("s.mesh", bytes).Begin().Has("c")) << type;
+        EXPECT_FALSE(asCurve.Has("u")) << type;
+    }
 }
 
 TEST(MeshStore, ARecordWithAnEmptyIdConsumesNothingMore)

@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "tests/support/TestScene.h"
 
@@ -35,5 +36,14 @@ public:
 private:
     std::unique_ptr<TestScene> m_scene;
 };
+
+/// The ids that a reader of sets told, in its order.
+inline std::vector<std::string> Texts(std::vector<UTF8String> const& ids)
+{
+    std::vector<std::string> texts;
+    for (UTF8String const& id : ids)
+        texts.push_back(Text(id));
+    return texts;
+}
 
 }  // namespace KVR::Test

@@ -6,6 +6,8 @@
 #include "producer/ElementReaders.h"
 #include "tests/organisation/SetScene.h"
 #include "tests/structure/Answers.h"
+#include "tests/support/ReadElement.h"
+#include "tests/support/ResidentMemory.h"
 
 namespace KVR::Test
 {
@@ -194,6 +196,40 @@ TEST(XMLCamera, UnderAPrefixItsIdIsMapped)
     EXPECT_EQ(Text(scene.Get<ICamera>("n5").Id()), "n5");
     EXPECT_FALSE(scene.Has("k"));
     EXPECT_THAT(Ids(scene.Get<IPart>("n4").CameraSet()), ElementsAre("n5"));
+}
+
+TEST(XMLCamera, ARepeatedIdIsToldTwiceAndMakesOneObject)
+{
+    ReadElement reading;
+    std::vector<UTF8String> ids;
+    ASSERT_TRUE(
+        ReadCameraSet(&reading.Producer(), reading.Parse("<CameraSet><ICamera ID='k' Label='1'/></CameraSet>"), ids));
+    IObject const* const first = reading.Producer().Load("k");
+    ASSERT_TRUE(ReadCameraSet(&reading.Producer(),
+                              reading.Parse("<CameraSet><ICamera ID='k' Label='2'/><ICamera ID='j'/>"
+                                            "<ICamera ID='k' Label='3'><ISectionCamera> </ISectionCamera></ICamera>"
+                                            "</CameraSet>"),
+                              ids));
+    EXPECT_THAT(Texts(ids), ElementsAre("k", "k", "j", "k"));
+    EXPECT_EQ(reading.Producer().Load("k"), first);
+    EXPECT_EQ(Text(first->Label()), "1");
+}
+
+// Objects that nobody is served would show in the memory: a camera takes more than half a kB.
+TEST(XMLCamera, ManyOfOneIdMakeNoMoreThanOneObject)
+{
+    constexpr unsigned kMany = 100'000;
+    std::string set = "<CameraSet>";
+    for (unsigned i = 0; i < kMany; ++i)
+        set += "<ICamera ID='k'/>";
+    ReadElement reading;
+    xercesc::DOMNode* const node = reading.Parse(set + "</CameraSet>");
+    std::vector<UTF8String> ids;
+    ids.reserve(kMany);
+    long const before = ResidentMemoryKB();
+    ASSERT_TRUE(ReadCameraSet(&reading.Producer(), node, ids));
+    EXPECT_EQ(ids.size(), kMany);
+    EXPECT_LT(ResidentMemoryKB(), before + 20 * 1024);
 }
 
 TEST(XMLCamera, ANullSetIsRefused)

@@ -6,6 +6,7 @@
 #include "producer/ElementReaders.h"
 #include "tests/organisation/SetScene.h"
 #include "tests/structure/Answers.h"
+#include "tests/support/ReadElement.h"
 
 namespace KVR::Test
 {
@@ -167,6 +168,27 @@ TEST(XMLGroup, ARepeatedIdIsReadAgainAndTheFirstIsServed)
     EXPECT_THAT(Ids(scene.Owner().GroupSet()), ElementsAre("g", "h"));
     EXPECT_EQ(Text(scene.Get<IGroup>("g").Label()), "1");
     EXPECT_THAT(Items(scene, "h"), ElementsAre("a"));
+}
+
+TEST(XMLGroup, ARepeatedIdIsToldTwice)
+{
+    ReadElement reading;
+    std::vector<UTF8String> ids;
+    ASSERT_TRUE(ReadGroupSet(
+        &reading.Producer(),
+        reading.Parse("<GroupSet><IGroup ID='g' Label='1'/><IGroup ID='h'/><IGroup ID='g' Label='2'/></GroupSet>"),
+        ids));
+    EXPECT_THAT(Texts(ids), ElementsAre("g", "h", "g"));
+    EXPECT_EQ(Text(reading.Producer().Load("g")->Label()), "1");
+}
+
+TEST(XMLGroup, UnderAPrefixARepeatedOneMapsItsItems)
+{
+    SetScene scene = Groups(
+        "<IGroup ID='g'/><IGroup ID='g'><GeometryItems Items='x,y'/></IGroup><IGroup ID='h'><GeometryItems/></IGroup>",
+        "n");
+    EXPECT_THAT(Ids(scene.Get<IPart>("n4").GroupSet()), ElementsAre("n5", "n8"));
+    EXPECT_THAT(Items(scene, "n5"), IsEmpty());
 }
 
 TEST(XMLGroup, UnderAPrefixItsIdAndItsItemsAreMapped)

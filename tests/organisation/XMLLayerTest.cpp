@@ -6,6 +6,7 @@
 #include "producer/ElementReaders.h"
 #include "tests/organisation/SetScene.h"
 #include "tests/structure/Answers.h"
+#include "tests/support/ReadElement.h"
 
 namespace KVR::Test
 {
@@ -177,6 +178,30 @@ TEST(XMLLayer, ARepeatedIdIsReadAgainAndTheFirstIsServed)
     SetScene scene("<LayerSet><ILayer ID='l' Label='1'/><ILayer ID='l' Label='2'/></LayerSet>");
     EXPECT_THAT(Ids(scene.Owner().LayerSet()), ElementsAre("l"));
     EXPECT_EQ(Text(scene.Get<ILayer>("l").Label()), "1");
+}
+
+TEST(XMLLayer, ARepeatedIdIsToldTwice)
+{
+    ReadElement reading;
+    std::vector<UTF8String> ids;
+    ASSERT_TRUE(ReadLayerSet(
+        &reading.Producer(),
+        reading.Parse("<LayerSet><ILayer ID='l' Label='1'/><ILayer ID='m'/><ILayer ID='l' Label='2'/></LayerSet>"),
+        ids));
+    EXPECT_THAT(Texts(ids), ElementsAre("l", "m", "l"));
+    EXPECT_EQ(Text(reading.Producer().Load("l")->Label()), "1");
+}
+
+// What the second names gets its new ids all the same.
+TEST(XMLLayer, UnderAPrefixARepeatedOneMapsItsItemsAndStyles)
+{
+    SetScene scene(
+        "<LayerSet><ILayer ID='l'/><ILayer ID='l'><GeometryItems Items='x'/><Styles><StyleRef "
+        "ID='s'/></Styles></ILayer>"
+        "<ILayer ID='m'/></LayerSet>",
+        "n");
+    EXPECT_THAT(Ids(scene.Get<IPart>("n4").LayerSet()), ElementsAre("n5", "n8"));
+    EXPECT_THAT(Ids(scene.Get<ILayer>("n5").GeometryItems()), IsEmpty());
 }
 
 TEST(XMLLayer, WithoutAnIdItHasTheEmptyOne)

@@ -15,6 +15,9 @@ namespace
 {
 
 using testing::ElementsAre;
+using testing::ThrowsMessage;
+
+constexpr char kBadIndex[] = "invalid vector<T> subscript";
 
 // A camera "k" with attributes and content of which some may make a section camera of it.
 class SectionScene : public SetScene
@@ -104,7 +107,7 @@ TEST(XMLSectionCamera, WhatTheCameraLacksItLacks)
 TEST(XMLSectionCamera, ABadPlaneIndexIsOutOfRange)
 {
     SectionScene camera(Section(PlaneAt(1)));
-    EXPECT_THROW(camera->SectionPlaneAt(1), std::out_of_range);
+    EXPECT_THAT([&] { camera->SectionPlaneAt(1); }, ThrowsMessage<std::out_of_range>(kBadIndex));
 }
 
 TEST(XMLSectionCamera, SeveralElementsFeedOneInTheirOrder)
@@ -120,7 +123,7 @@ TEST(XMLSectionCamera, WhiteSpaceAloneMakesOneWithoutPlanes)
     SectionScene camera(Section(" \n "));
     ASSERT_TRUE(camera.IsSectionCamera());
     EXPECT_EQ(camera->SectionPlaneCount(), 0U);
-    EXPECT_THROW(camera->SectionPlaneAt(0), std::out_of_range);
+    EXPECT_THAT([&] { camera->SectionPlaneAt(0); }, ThrowsMessage<std::out_of_range>(kBadIndex));
 }
 
 TEST(XMLSectionCamera, ACommentOrAnUnknownElementAloneMakesOneToo)

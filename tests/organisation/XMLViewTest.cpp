@@ -8,6 +8,7 @@
 #include "producer/ElementReaders.h"
 #include "tests/organisation/SetScene.h"
 #include "tests/structure/Answers.h"
+#include "tests/support/ReadElement.h"
 
 namespace KVR::Test
 {
@@ -18,6 +19,9 @@ namespace
 using testing::ElementsAre;
 using testing::ElementsAreArray;
 using testing::IsEmpty;
+using testing::ThrowsMessage;
+
+constexpr char kBadIndex[] = "invalid vector<T> subscript";
 
 // A view "v" with the attributes and content.
 class ViewScene : public SetScene
@@ -190,10 +194,10 @@ TEST(XMLView, ATransformWithoutTextOrWithABadOneIsTheIdentity)
 TEST(XMLView, ABadIndexIsOutOfRange)
 {
     ViewScene view(Members(Member("[a]", "1")));
-    EXPECT_THROW(view->OccurrencePathAt(1), std::out_of_range);
-    EXPECT_THROW(view->EntityVisibilityAt(1), std::out_of_range);
-    EXPECT_THROW(view->EntityTransformAt(1), std::out_of_range);
-    EXPECT_THROW(view->EntityStylesAt(~0ULL), std::out_of_range);
+    EXPECT_THAT([&] { view->OccurrencePathAt(1); }, ThrowsMessage<std::out_of_range>(kBadIndex));
+    EXPECT_THAT([&] { view->EntityVisibilityAt(1); }, ThrowsMessage<std::out_of_range>(kBadIndex));
+    EXPECT_THAT([&] { view->EntityTransformAt(1); }, ThrowsMessage<std::out_of_range>(kBadIndex));
+    EXPECT_THAT([&] { view->EntityStylesAt(~0ULL); }, ThrowsMessage<std::out_of_range>(kBadIndex));
 }
 
 TEST(XMLView, CameraSetsAddUpAndNeedNotExist)
@@ -252,6 +256,27 @@ TEST(XMLView, UnderAPrefixAllIdsButThoseOfPathsAreMapped)
     EXPECT_THAT(Ids(view.OccurrencePathAt(0)), ElementsAre("a", "x"));
     EXPECT_THAT(Ids(view.EntityStylesAt(0)), ElementsAre("n7"));
     EXPECT_THAT(Ids(scene.Get<IPart>("n4").ViewSet()), ElementsAre("n6"));
+}
+
+TEST(XMLView, ARepeatedIdIsToldTwiceAndMakesOneObject)
+{
+    ReadElement reading;
+    std::vector<UTF8String> ids;
+    ASSERT_TRUE(ReadViewSet(
+        &reading.Producer(),
+        reading.Parse("<ViewSet><IView ID='v' Label='1'/><IView ID='w'/><IView ID='v' Label='2'/></ViewSet>"), ids));
+    EXPECT_THAT(Texts(ids), ElementsAre("v", "w", "v"));
+    EXPECT_EQ(Text(reading.Producer().Load("v")->Label()), "1");
+}
+
+TEST(XMLView, UnderAPrefixARepeatedOneIsNotReadAndMapsNothing)
+{
+    SetScene scene("<ViewSet><IView ID='v'/><IView ID='v'>" +
+                       Members(Member("<OccurrencePath Path='[a]'/><Styles><StyleRef ID='s'/></Styles>")) +
+                       "</IView><IView ID='w'/></ViewSet>",
+                   "n");
+    EXPECT_THAT(Ids(scene.Get<IPart>("n4").ViewSet()), ElementsAre("n5", "n6"));
+    EXPECT_EQ(scene.Get<IView>("n5").ViewMemberCount(), 0U);
 }
 
 TEST(XMLView, ANullSetIsRefused)

@@ -5,8 +5,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "framework/xml_util/XMLObject.h"
+#include "framework/xml_util/XMLBrep.h"
+#include "geometry/XMLGeometricSet.h"
+#include "mesh/XMLPolygonMesh.h"
 #include "producer/XMLProducerImpl.h"
+#include "readers/HeldProperties.h"
+#include "structure/XMLInstance.h"
 #include "tests/framework/xml_util/Damage.h"
 #include "tests/support/MeshBytes.h"
 #include "tests/support/TestScene.h"
@@ -30,7 +34,8 @@ std::string Properties(std::string const& elements)
     return "<Properties>" + elements + "</Properties>";
 }
 
-// A file "f" with an assembly "a" that places a part "p" by an instance "i", and a mesh "m" in the part.
+// A file "f" with an assembly "a" that places a part "p" by an instance "i"; in the part a mesh "m", a set "g" and a
+// body "b".
 class PropertyScene : public TestScene
 {
 public:
@@ -39,7 +44,8 @@ public:
             <IFile ID="f" Label=""><AttributeSet><StyleSet><IRenderStyle ID="s"/></StyleSet><TextureSet>
               <IMaterialTexture ID="t"/></TextureSet></AttributeSet></IFile>
             <IAssembly ID="a" Label=""><ChildSet><IInstance ID="i"><Child ID="p"/></IInstance></ChildSet></IAssembly>
-            <IPart ID="p" Label=""><ChildSet><IPolygonMesh ID="m"/></ChildSet></IPart></Scene>)")
+            <IPart ID="p" Label=""><ChildSet><IPolygonMesh ID="m"/><IGeometricSet ID="g"/><IBrep ID="b"/>
+            </ChildSet></IPart></Scene>)")
     {
         WithFile("m.mesh", MeshInfoHeader(1).Bytes() + TriangleRecord("m"));
         WithFile("scene.kvrproperty", Properties(elements));
@@ -60,20 +66,15 @@ public:
     }
 };
 
-TEST(Properties, ReachAMeshAndTheDatabase)
+TEST(Properties, ReachMeshesInstancesSetsAndBodiesAndTheDatabase)
 {
-    PropertyScene scene(Property("p1", "m", "ACME"));
-    scene.Begin();
-    EXPECT_THAT(scene.PropertyIdsOf("m"), ElementsAre("p1"));
-    EXPECT_EQ(scene.InDatabase("p1"), "ACME");
-}
-
-TEST(Properties, ReachAnInstanceAndTheDatabase)
-{
-    PropertyScene scene(Property("p1", "i", "ACME"));
-    scene.Begin();
-    EXPECT_THAT(scene.PropertyIdsOf("i"), ElementsAre("p1"));
-    EXPECT_EQ(scene.InDatabase("p1"), "ACME");
+    for (char const* const id : {"m", "i", "g", "b"})
+    {
+        PropertyScene scene(Property("p1", id, "ACME"));
+        scene.Begin();
+        EXPECT_THAT(scene.PropertyIdsOf(id), ElementsAre("p1")) << id;
+        EXPECT_EQ(scene.InDatabase("p1"), "ACME") << id;
+    }
 }
 
 TEST(Properties, OfAnyOtherObjectAreDropped)
@@ -247,16 +248,6 @@ TEST(Properties, AHundredThousandOfOneObjectAreRead)
     EXPECT_EQ(scene.InDatabase("p99999"), "99999");
 }
 
-TEST(AppendProperty, ANullPropertyHasNoEffect)
-{
-    PropertyScene scene("");
-    scene.Begin();
-    auto* const object = dynamic_cast<XMLObject*>(&scene.Get<IPolygonMesh>("m"));
-    ASSERT_NE(object, nullptr);
-    object->AppendProperty(nullptr);
-    EXPECT_THAT(scene.PropertyIdsOf("m"), IsEmpty());
-}
-
 // A property that says when it ends.
 class Watched final : public IProperty
 {
@@ -275,6 +266,64 @@ private:
     ~Watched() override { m_isGone = true; }
     bool& m_isGone;
 };
+
+template <class Class>
+void ExpectAppendedToObjectAndDatabase(char const* id)
+{
+    bool isGone = false;
+    auto const* const property = new Watched(isGone);
+    PropertyScene scene("");
+    scene.Begin();
+    auto& object = dynamic_cast<Class&>(scene.Get<IObject>(id));
+    object.AppendProperty(property);
+    property->Release();
+    EXPECT_THAT(scene.PropertyIdsOf(id), ElementsAre("watched"));
+    EXPECT_EQ(scene.InDatabase("watched"), "") << "the database has it";
+    object.AppendProperty(nullptr);
+    EXPECT_THAT(scene.PropertyIdsOf(id), ElementsAre("watched"));
+    EXPECT_FALSE(isGone);
+    scene.Producer().EndProcess();
+    EXPECT_TRUE(isGone) << "the database alone held it";
+}
+
+TEST(AppendProperty, OfAMeshInstanceOrSetListsTheIdAndReachesTheDatabase)
+{
+    ExpectAppendedToObjectAndDatabase<XMLPolygonMesh>("m");
+    ExpectAppendedToObjectAndDatabase<XMLInstance>("i");
+    ExpectAppendedToObjectAndDatabase<XMLGeometricSet>("g");
+}
+
+TEST(AppendProperty, OfABodyListsTheIdAlone)
+{
+    bool isGone = false;
+    auto const* const property = new Watched(isGone);
+    PropertyScene scene("");
+    scene.Begin();
+    auto& body = dynamic_cast<XMLBrep&>(scene.Get<IBrep>("b"));
+    body.AppendProperty(nullptr);
+    EXPECT_THAT(scene.PropertyIdsOf("b"), IsEmpty());
+    body.AppendProperty(property);
+    body.AppendProperty(property);
+    EXPECT_THAT(scene.PropertyIdsOf("b"), ElementsAre("watched", "watched"));
+    EXPECT_FALSE(scene.InDatabase("watched"));
+    property->Release();
+    EXPECT_TRUE(isGone);
+}
+
+TEST(AddPropertyId, AppendsTheIdWithRepeatsAndNothingForNull)
+{
+    bool isGone = false;
+    auto const* const property = new Watched(isGone);
+    IdSet ids;
+    ids.AddWithoutUniquenessCheck("first");
+    AddPropertyId(nullptr, ids);
+    EXPECT_THAT(Ids(ids), ElementsAre("first"));
+    AddPropertyId(property, ids);
+    AddPropertyId(property, ids);
+    EXPECT_THAT(Ids(ids), ElementsAre("first", "watched", "watched"));
+    property->Release();
+    EXPECT_TRUE(isGone);
+}
 
 TEST(AddPropertyToDatabase, DoesNothingWithoutPropertyProducerOrUniverse)
 {

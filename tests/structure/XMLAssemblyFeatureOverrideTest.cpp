@@ -5,9 +5,11 @@
 
 #include <stdexcept>
 
+#include "framework/xml_util/XMLStrUtil.h"
 #include "mesh/XMLPolygonMesh.h"
 #include "tests/structure/Answers.h"
 #include "tests/support/MeshBytes.h"
+#include "tests/support/ParsedDocument.h"
 
 namespace KVR::Test
 {
@@ -17,17 +19,22 @@ namespace
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::ThrowsMessage;
 
-std::string const kStore = MeshInfoHeader(2).Bytes() + TriangleRecord("m1") + TriangleRecord("m2");
+constexpr char kBadIndex[] = "invalid vector<T> subscript";
 
-// An assembly "top" with an override "o", in a scene whose store holds the meshes "m1" and "m2".
+std::string const kStore =
+    MeshInfoHeader(3).Bytes() + TriangleRecord("m1") + TriangleRecord("m2") + RecordFront(2, "c") + VertexBytes(2);
+
+// An assembly "top" with an override "o", in a scene whose store holds the meshes "m1" and "m2" and the curve "c", and
+// which has a part "x".
 class OverrideScene
 {
 public:
     explicit OverrideScene(std::string const& content, std::string const& attributes = "", char const* prefix = nullptr)
         : m_scene(std::string("<Scene>") + kMeshInfo +
                   "<IAssembly ID='top'><ChildSet><IAssemblyFeatureOverride ID='o' " + attributes + ">" + content +
-                  "</IAssemblyFeatureOverride></ChildSet></IAssembly></Scene>")
+                  "</IAssemblyFeatureOverride></ChildSet></IAssembly><IPart ID='x'/></Scene>")
     {
         if (prefix)
             m_scene.WithPrefix(prefix);
@@ -137,10 +144,21 @@ TEST(XMLAssemblyFeatureOverride, RepeatedAndEmptyBasePathsStay)
 TEST(XMLAssemblyFeatureOverride, ChildrenOfOtherKindsAreSkipped)
 {
     OverrideScene o(
-        Children("<ICurve ID='c'/><IInstance ID='i'><Child ID='x'/></IInstance><Child ID='m1'/>"
+        Children("<ICurve ID='c'/><IInstance ID='i'><Child ID='x'/></IInstance><IPolygonMesh ID='m1'/><Child ID='m1'/>"
                  "<IAssemblyFeatureOverride ID='inner'/><IPolygonMesh ID='m2'/>"));
-    EXPECT_THAT(o.Children(), ElementsAre("m2"));
-    EXPECT_FALSE(o.Scene().Has("inner"));
+    EXPECT_THAT(o.Children(), ElementsAre("m1", "m2"));
+    for (char const* const id : {"c", "i", "inner"})
+        EXPECT_FALSE(o.Scene().Has(id)) << id;
+}
+
+// What the skipped elements name is there: elsewhere in an assembly they make children.
+TEST(XMLAssemblyFeatureOverride, TheSkippedChildrenAreReadInTheAssembly)
+{
+    TestScene scene(std::string("<Scene>") + kMeshInfo +
+                    "<IAssembly ID='top'><ChildSet><ICurve ID='c'/><IInstance ID='i'><Child ID='x'/></IInstance>"
+                    "</ChildSet></IAssembly><IPart ID='x'/></Scene>");
+    scene.WithFile("s.mesh", kStore).Begin();
+    EXPECT_THAT(scene.ChildIds("top"), ElementsAre("c", "i"));
 }
 
 TEST(XMLAssemblyFeatureOverride, ABodyIsReadRegisteredAndListedInDocumentOrder)
@@ -171,7 +189,7 @@ TEST(XMLAssemblyFeatureOverride, TheNameOfTheChildSetCountsExactly)
 TEST(XMLAssemblyFeatureOverride, ABadChildIndexIsOutOfRange)
 {
     OverrideScene o(Children("<IPolygonMesh ID='m1'/>"));
-    EXPECT_THROW(o->ChildAt(1), std::out_of_range);
+    EXPECT_THAT([&] { o->ChildAt(1); }, ThrowsMessage<std::out_of_range>(kBadIndex));
 }
 
 TEST(XMLAssemblyFeatureOverride, UnderAPrefixItsIdAndItsPathsStayAsWritten)
@@ -216,6 +234,12 @@ TEST(XMLAssemblyFeatureOverride, WhatIsNoElementIsRefused)
     BodyEntities bodyEntities;
     MeshStore meshStore;
     EXPECT_FALSE(o.ReadFromXML(nullptr, bodyEntities, meshStore));
+    ParsedDocument const document("<S>text<?instruction?><!--comment--></S>");
+    for (xercesc::DOMNode* node = document.Root()->getFirstChild(); node; node = node->getNextSibling())
+        EXPECT_FALSE(o.ReadFromXML(node, bodyEntities, meshStore))
+            << Text(XMLStrUtil::XMLStrToAStr(node->getNodeName()));
+    EXPECT_FALSE(o.ReadFromXML(&document.Document(), bodyEntities, meshStore));
+    EXPECT_TRUE(o.ReadFromXML(document.Root(), bodyEntities, meshStore)) << "an element without attributes will do";
 }
 
 }  // namespace KVR::Test

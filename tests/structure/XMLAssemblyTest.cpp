@@ -20,6 +20,8 @@ namespace
 using testing::ElementsAre;
 using testing::ThrowsMessage;
 
+constexpr char kBadIndex[] = "invalid vector<T> subscript";
+
 std::string AssemblyText(std::string const& content)
 {
     return "<IAssembly ID='m' Label='L'>" + content + "</IAssembly>";
@@ -207,11 +209,11 @@ TEST(XMLAssembly, ABadCrossLevelIndexThrowsOutOfRangeAndWritesNothing)
     for (unsigned long long const index : {1ull, 2ull, ~0ull})
     {
         EXPECT_THAT([&] { assembly.CrossLevelVisibilityAt(index, path, visible); },
-                    ThrowsMessage<std::out_of_range>("invalid vector<T> subscript"));
+                    ThrowsMessage<std::out_of_range>(kBadIndex));
         EXPECT_THAT([&] { assembly.CrossLevelStyleAt(index, path, styles); },
-                    ThrowsMessage<std::out_of_range>("invalid vector<T> subscript"));
+                    ThrowsMessage<std::out_of_range>(kBadIndex));
         EXPECT_THAT([&] { assembly.CrossLevelTransformAt(index, path, transform); },
-                    ThrowsMessage<std::out_of_range>("invalid vector<T> subscript"));
+                    ThrowsMessage<std::out_of_range>(kBadIndex));
     }
     EXPECT_THAT(Ids(path), ElementsAre("before"));
     EXPECT_THAT(Ids(styles), ElementsAre("before"));
@@ -228,7 +230,8 @@ TEST(XMLAssembly, WithoutCrossLevelAttributesItsThreeListsAreEmpty)
     EXPECT_EQ(assembly.CrossLevelTransformCount(), 0u);
     IdSet path;
     bool visible = false;
-    EXPECT_THROW(assembly.CrossLevelVisibilityAt(0, path, visible), std::out_of_range);
+    EXPECT_THAT([&] { assembly.CrossLevelVisibilityAt(0, path, visible); },
+                ThrowsMessage<std::out_of_range>(kBadIndex));
 }
 
 TEST(XMLAssembly, TwoElementsOfOneIdAreOneObjectOfTheSecond)

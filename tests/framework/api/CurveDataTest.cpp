@@ -169,7 +169,7 @@ TYPED_TEST(CurveDataOf, HasNoGeometryOfItsOwnAndLeavesTheOutputsAlone)
     EXPECT_EQ(parameter, 9.0);
 }
 
-TYPED_TEST(CurveDataOf, HasAnEmptyIdAndNameAndNoColor)
+TYPED_TEST(CurveDataOf, HasAnEmptyIdAndNameAndLeavesTheColorAlone)
 {
     TypeParam const fake;
     UTF8String id("before");
@@ -180,7 +180,7 @@ TYPED_TEST(CurveDataOf, HasAnEmptyIdAndNameAndNoColor)
     EXPECT_EQ(fake.DataId(id, name), kDataReturnCode_Ok);
     EXPECT_TRUE(id.IsEmpty());
     EXPECT_TRUE(name.IsEmpty());
-    EXPECT_EQ(fake.EntityColor(red, green, blue), kDataReturnCode_NotAvailable);
+    EXPECT_EQ(fake.EntityColor(red, green, blue), kDataReturnCode_Ok);
     EXPECT_EQ(red, 0.25);
     EXPECT_EQ(green, 0.5);
     EXPECT_EQ(blue, 0.75);
@@ -231,23 +231,23 @@ TYPED_TEST(CurveDataOf, IsDestroyedThroughAnyBaseAndNeverCopied)
     EXPECT_TRUE((std::is_base_of_v<IDataResourceManager, TypeParam>));
 }
 
-TEST(IPolyLineData, DoesNotKnowWhetherItIsPlanarOrMeetsItself)
+TEST(IPolyLineData, DoesNothingWhenAskedWhetherItIsPlanarOrMeetsItself)
 {
     FakePolyLineData const data;
     Matrix3d placement;
     placement.SetElement(0, 3, 2.5);
-    EXPECT_EQ(data.IsPlanar_ex(placement), kDataReturnCode_NotAvailable);
+    EXPECT_EQ(data.IsPlanar_ex(placement), kDataReturnCode_Ok);
     EXPECT_EQ(placement.Element(0, 3), 2.5);
-    EXPECT_EQ(data.IsSelfIntersect_ex(), kDataReturnCode_NotAvailable);
+    EXPECT_EQ(data.IsSelfIntersect_ex(), kDataReturnCode_Ok);
 }
 
-TEST(INurbsCurveData, HasNoContinuityAndIsNotTurnedRound)
+TEST(INurbsCurveData, DoesNothingWhenAskedForItsContinuityOrToTurnRound)
 {
     FakeNurbsCurveData data;
     int order = 7;
-    EXPECT_EQ(data.CurveContinuity(order), kDataReturnCode_NotAvailable);
+    EXPECT_EQ(data.CurveContinuity(order), kDataReturnCode_Ok);
     EXPECT_EQ(order, 7);
-    EXPECT_EQ(data.Negate_ex(), kDataReturnCode_NotAvailable);
+    EXPECT_EQ(data.Negate_ex(), kDataReturnCode_Ok);
 }
 
 }  // namespace

@@ -61,6 +61,20 @@ TEST(Layout, BasesStandInTheirOrder)
     EXPECT_TRUE((StandsBefore<IGeometry, ISubEntityStyles>(brep)));
     EXPECT_TRUE((StandsBefore<ISubEntityStyles, ISubObjectPersistentIds>(brep)));
 
+    FakeAssemblyFeatureOverride const fakeOverride;
+    IAssemblyFeatureOverride const& featureOverride = fakeOverride;
+    EXPECT_TRUE(StandsFirst<IObject>(featureOverride));
+    EXPECT_TRUE((StandsBefore<IObject, IVisible>(featureOverride)));
+
+    FakeVitreolRenderStyle const fakeStyle;
+    IVitreolRenderStyle const& style = fakeStyle;
+    EXPECT_TRUE(StandsFirst<IRenderStyle>(style));
+    EXPECT_TRUE(StandsFirst<IObject>(style));
+
+    FakeMaterialTexture const fakeTexture;
+    IMaterialTexture const& texture = fakeTexture;
+    EXPECT_TRUE(StandsFirst<IObject>(texture));
+
     FakeLayer const fakeLayer;
     ILayer const& layer = fakeLayer;
     EXPECT_TRUE(StandsFirst<IObject>(layer));
@@ -112,6 +126,54 @@ TEST(Layout, OperationsOfAComponentStandBehindThoseOfAnObject)
     ExpectSlots(kBehindObject, &IComponent::FileProperties, &IComponent::Styles, &IComponent::IsSingleUnderRoot,
                 &IComponent::ChildCount, &IAssembly::ChildAt);
     ExpectSlots(kBehindObject + 4, &IPart::ChildAt);
+}
+
+template <class Style>
+using ColorGetter = IsValueSpecifiedEnum (Style::*)(Color&) const;
+template <class Style>
+using NumberGetter = IsValueSpecifiedEnum (Style::*)(double&) const;
+
+// A library style has the operations of a style in the same slots.
+template <class Style>
+void ExpectStyleSlots()
+{
+    ExpectSlots(kBehindObject, &Style::DiffuseColor, &Style::DiffuseTexture, &Style::DiffuseFactor,
+                &Style::AmbientColor, &Style::AmbientTexture, &Style::AmbientFactor, &Style::EmissionColor,
+                &Style::EmissionTexture, &Style::EmissionFactor, &Style::SpecularColor, &Style::SpecularTexture,
+                &Style::SpecularFactor, &Style::Shininess, &Style::ShaderType, &Style::Reflection, &Style::Eccentricity,
+                &Style::Rolloff, static_cast<ColorGetter<Style>>(&Style::Transparency),
+                static_cast<NumberGetter<Style>>(&Style::Transparency), &Style::BumpMap, &Style::CutoutTexture,
+                &Style::PointStyleMarker, &Style::PointStyleMarkerSize, &Style::CurveStyleFont, &Style::CurveStyleWidth,
+                &Style::CurveStyleFillArea);
+}
+
+TEST(Layout, OperationsOfAStyleStandBehindThoseOfAnObject)
+{
+    ExpectStyleSlots<IRenderStyle>();
+}
+
+TEST(Layout, OperationsOfALibraryStyleStandBehindThoseOfAStyle)
+{
+    ExpectStyleSlots<IVitreolRenderStyle>();
+    ExpectSlots(kBehindObject + 26, &IVitreolRenderStyle::SerializedAsset, &IVitreolRenderStyle::VitreolLibraryId,
+                &IVitreolRenderStyle::AssetDefinitionId, &IVitreolRenderStyle::AssetInstanceVersionGUID,
+                &IVitreolRenderStyle::BestFitDiffuseColor);
+}
+
+TEST(Layout, OperationsOfATextureStandBehindThoseOfAnObject)
+{
+    using T = IMaterialTexture;
+    ExpectSlots(kBehindObject, &T::TextureType, &T::TextureFileReference, &T::EmbeddedTextureImageSize,
+                &T::EmbeddedTextureImage, &T::EmbeddedTextureImageType, &T::TextureDimensions, &T::TextureCenter,
+                &T::TextureOffset, &T::TextureScale, &T::TextureSizeForScale, &T::RotateAngle, &T::ProjectType,
+                &T::ProcedureU, &T::RepeatU, &T::ProcedureV, &T::RepeatV, &T::ProceduralName, &T::TintColor,
+                &T::AssetId, &T::TextureTransform);
+}
+
+TEST(Layout, OperationsOfAFeatureOverrideStandBehindThoseOfAnObject)
+{
+    ExpectSlots(kBehindObject, &IAssemblyFeatureOverride::ChildCount, &IAssemblyFeatureOverride::ChildAt,
+                &IAssemblyFeatureOverride::BaseOccPaths);
 }
 
 TEST(Layout, OperationsOfTheMixinsStandBeforeTheDestructor)

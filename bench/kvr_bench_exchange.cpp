@@ -1,0 +1,190 @@
+// What importing a model and exporting its scene cost beside Open CASCADE's own reading, meshing and writing.
+
+#include <fmt/format.h>
+#include <BRepMesh_IncrementalMesh.hxx>
+#include <CLI/CLI.hpp>
+#include <Message_ProgressRange.hxx>
+#include <RWGltf_CafWriter.hxx>
+#include <TColStd_IndexedDataMapOfStringString.hxx>
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <exception>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "bench/ChildProcess.h"
+#include "bench/Goals.h"
+#include "bench/ScratchFolder.h"
+#include "framework/api/UTF8String.h"
+#include "host/SceneFile.h"
+#include "host/SceneReading.h"
+#include "host/export/Export.h"
+#include "host/export/Formats.h"
+#include "host/import/Import.h"
+#include "host/import/ModelBox.h"
+#include "host/import/ModelDocument.h"
+#include "host/import/ProductPlan.h"
+
+namespace
+{
+
+using namespace KVR::Bench;
+
+template <class Work>
+double WallSecondsOf(Work work)
+{
+    auto const start = std::chrono::steady_clock::now();
+    work();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+// As Open CASCADE does it when asked for nothing else: one thread.
+void Mesh(KVR::ModelDocument const& model)
+{
+    KVR::ProductPlan const plan(model.document);
+    double const deflection = KVR::DiagonalOfModel(plan) * KVR::Deflection().value;
+    for (KVR::ComponentPlan const& component : plan.components)
+        if (!component.shape.IsNull())
+            BRepMesh_IncrementalMesh(component.shape, deflection, false, 0.5, false);
+}
+
+// Times of Open CASCADE alone, in the order of its work.
+Figures OpenCascade(std::string const& path, std::string const& glb)
+{
+    KVR::ModelDocument model;
+    double const read = WallSecondsOf(
+        [&]
+        {
+            model = KVR::ModelDocument::Read(path, KVR::ModelFormat::kStep, {});
+            Mesh(model);
+        });
+    double const write = WallSecondsOf(
+        [&]
+        {
+            RWGltf_CafWriter writer(glb.c_str(), true);
+            if (!writer.Perform(model.document, TColStd_IndexedDataMapOfStringString(), Message_ProgressRange()))
+                throw std::runtime_error("Open CASCADE did not write " + glb);
+        });
+    return {{"read", read}, {"write", write}};
+}
+
+double ImportSeconds(std::string const& path, std::string const& scene)
+{
+    KVR::ImportOptions options;
+    options.modelPath = path;
+    options.scenePath = scene;
+    options.isQuiet = true;
+    return WallSecondsOf(
+        [&]
+        {
+            if (KVR::ImportResult const result = KVR::ImportModel(options); !result.isGood)
+                throw std::runtime_error(result.sentence);
+        });
+}
+
+double ExportSeconds(std::string const& scene, std::string const& glb)
+{
+    KVR::SceneOptions options;
+    options.path = scene;
+    KVR::ExportOptions target;
+    target.path = glb;
+    return WallSecondsOf(
+        [&]
+        {
+            if (KVR::ExportResult const result = KVR::ExportScene(options, target); !result.isGood)
+                throw std::runtime_error(result.sentence);
+        });
+}
+
+// Of a scene that the producer holds.
+double WriteSeconds(std::string const& scene, std::string const& glb)
+{
+    KVR::SceneOptions options;
+    options.path = scene;
+    KVR::SceneFile file(options);
+    KVR::SceneReading const reading = KVR::SceneReading::Of(file.Producer());
+    if (!reading.rootId)
+        throw std::runtime_error("The scene cannot be read");
+    KVR::ExportOptions target;
+    target.path = glb;
+    return WallSecondsOf(
+        [&]
+        {
+            KVR::SceneModel const model(file.Producer(), *reading.rootId, {});
+            KVR::ExportTask task{file.Producer(), model, target, glb, {}};
+            KVR::ExportGltf(task);
+        });
+}
+
+double Median(std::vector<double> values)
+{
+    auto const middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+    std::nth_element(values.begin(), middle, values.end());
+    return *middle;
+}
+
+void Run(std::string const& path, int repeat)
+{
+    ScratchFolder const folder;
+    std::string const scene = (folder.Path() / "scene.xml").string();
+    std::vector<double> reads;
+    std::vector<double> imports;
+    std::vector<double> importRatios;
+    std::vector<double> writes;
+    std::vector<double> exports;
+    std::vector<double> ourWrites;
+    std::vector<double> writeRatios;
+    for (int i = 0; i < repeat; ++i)
+    {
+        Figures const theirs =
+            InChildProcess([&] { return OpenCascade(path, (folder.Path() / "theirs.glb").string()); });
+        reads.push_back(theirs.at("read"));
+        writes.push_back(theirs.at("write"));
+        imports.push_back(ImportSeconds(path, scene));
+        exports.push_back(ExportSeconds(scene, (folder.Path() / "ours.glb").string()));
+        importRatios.push_back(imports.back() / reads.back());
+        ourWrites.push_back(
+            InChildProcess(
+                [&] {
+                    return Figures{{"write", WriteSeconds(scene, (folder.Path() / "ours.glb").string())}};
+                })
+                .at("write"));
+        writeRatios.push_back(ourWrites.back() / writes.back());
+    }
+    fmt::print("{:<52} {:>10}\n", path, "ms");
+    auto const line = [](char const* name, std::vector<double> const& seconds)
+    { fmt::print("{:<52} {:>10.1f}\n", name, Median(seconds) * 1e3); };
+    line("Open CASCADE: read and mesh", reads);
+    line("import: read, mesh and write the scene", imports);
+    line("Open CASCADE: write GLB of the document in memory", writes);
+    line("export: write GLB of the scene in memory", ourWrites);
+    line("export: read the scene and write GLB", exports);
+    std::fputs(GoalsText({{"import / Open CASCADE's reading and meshing", "", 1.3, Median(importRatios)},
+                          {"writing GLB / Open CASCADE's glTF writer", "", 1.0, Median(writeRatios)}})
+                   .c_str(),
+               stdout);
+}
+
+}  // namespace
+
+int main(int argc, char** argv)
+{
+    CLI::App app("Measures import and export beside Open CASCADE, in one run.");
+    std::string model = KVR_BENCH_MODEL;
+    int repeat = 5;
+    app.add_option("model", model, "A STEP file")->capture_default_str();
+    app.add_option("--repeat", repeat, "Rounds, of which the median counts")->check(CLI::PositiveNumber);
+    CLI11_PARSE(app, argc, argv);
+    try
+    {
+        Run(model, repeat);
+        return 0;
+    }
+    catch (std::exception const& error)
+    {
+        std::fprintf(stderr, "%s\n", error.what());
+        return 1;
+    }
+}
