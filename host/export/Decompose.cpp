@@ -103,6 +103,8 @@ TwoTransforms TwoTransforms::Of(Matrix const& transform)
     }
     if (Dot(Cross(v[0], v[1]), v[2]) < 0.0)
         v[2] = Scaled(v[2], -1.0);
+    // What the small ones have lost of their digits must not slant the result: each is made at right angles to those
+    // before it, and the last one takes its direction alone from what it should be.
     std::array<Column, 3> u{};
     double const least = 1e-12 * scale[0];
     for (std::size_t i = 0; i < 3; ++i)
@@ -110,10 +112,21 @@ TwoTransforms TwoTransforms::Of(Matrix const& transform)
         Column image{};
         for (std::size_t row = 0; row < 3; ++row)
             image[row] = Dot({transform[4 * row], transform[4 * row + 1], transform[4 * row + 2]}, v[i]);
-        if (scale[i] > least)
-            u[i] = Scaled(image, 1.0 / scale[i]);
-        else
-            u[i] = i == 0 ? Column{1.0, 0.0, 0.0} : i == 1 ? Beside(u[0]) : Cross(u[0], u[1]);
+        if (i == 2)
+        {
+            u[2] = Cross(u[0], u[1]);
+            if (Dot(u[2], image) < 0.0)
+                u[2] = Scaled(u[2], -1.0);
+            continue;
+        }
+        if (i == 1)
+        {
+            double const along = Dot(image, u[0]);
+            for (std::size_t row = 0; row < 3; ++row)
+                image[row] -= along * u[0][row];
+        }
+        double const length = std::sqrt(Dot(image, image));
+        u[i] = length > least ? Scaled(image, 1.0 / length) : i == 0 ? Column{1.0, 0.0, 0.0} : Beside(u[0]);
     }
     TwoTransforms result{kIdentity, kIdentity};
     for (std::size_t row = 0; row < 3; ++row)

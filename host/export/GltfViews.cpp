@@ -18,6 +18,8 @@ using Triple = std::array<double, 3>;
 constexpr double kViewAngle = 0.8;
 constexpr double kNearest = 1e-4;
 constexpr double kFarthest = 1e4;
+// Beyond this a camera stands nowhere.
+constexpr double kFurthest = 1e30;
 
 double Length(Triple const& v)
 {
@@ -98,7 +100,7 @@ void GltfDocument::AddCameras(Matrix const& turn)
         if (camera->LengthUnit(unit) == kIsValueSpecified_Yes && MetresPer(unit) > 0.0)
             metres = MetresPer(unit);
         Matrix const place = Product(turn, PlaceOf(*camera, metres));
-        if (!std::all_of(place.begin(), place.end(), [](double element) { return std::isfinite(element); }))
+        if (!std::all_of(place.begin(), place.end(), [](double element) { return std::abs(element) < kFurthest; }))
         {
             m_task.notCarried.Add("cameras that stand nowhere");
             continue;

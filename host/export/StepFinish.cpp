@@ -416,14 +416,23 @@ void StepFinish::WriteLooks()
             path.push_back(usageOf(component));
         byPath[path] = &look;
     }
+    // The writer makes a chain of usages for a path of its own, and gives the look to the first of them.
+    std::unordered_map<Standard_Transient const*, handle<StepBasic_ProductDefinitionRelationship>> longer;
+    for (auto const& usage : EntitiesOf<StepRepr_SpecifiedHigherUsageOccurrence>())
+    {
+        if (usage->UpperUsage()->IsKind(STANDARD_TYPE(StepRepr_SpecifiedHigherUsageOccurrence)))
+            longer.emplace(usage->UpperUsage().get(), usage.get());
+    }
     std::unordered_map<Standard_Transient const*, ShapeDocument::Look const*> byContext;
     for (auto const& definition : EntitiesOf<StepShape_ShapeDefinitionRepresentation>())
     {
         handle<StepRepr_ProductDefinitionShape> const shape =
             handle<StepRepr_ProductDefinitionShape>::DownCast(definition->Definition().PropertyDefinition());
-        handle<StepBasic_ProductDefinitionRelationship> const usage =
+        handle<StepBasic_ProductDefinitionRelationship> usage =
             shape.IsNull() ? handle<StepBasic_ProductDefinitionRelationship>()
                            : shape->Definition().ProductDefinitionRelationship();
+        for (auto next = longer.find(usage.get()); next != longer.end(); next = longer.find(usage.get()))
+            usage = next->second;
         auto const found = usage.IsNull() ? byPath.end() : byPath.find(UsagePath(usage));
         if (found != byPath.end())
             byContext[definition->UsedRepresentation().get()] = found->second;

@@ -12,6 +12,7 @@
 #include <STEPCAFControl_Reader.hxx>
 #include <StepRepr_RepresentationItem.hxx>
 #include <TCollection_HAsciiString.hxx>
+#include <TDF_ChildIterator.hxx>
 #include <TDF_LabelSequence.hxx>
 #include <TDataStd_Name.hxx>
 #include <TopoDS_Compound.hxx>
@@ -58,6 +59,7 @@ StepRead::StepRead(std::string const& path)
     Message::DefaultMessenger()->ChangePrinters().Clear();
     XCAFApp_Application::GetApplication()->NewDocument("BinXCAF", m_document);
     STEPCAFControl_Reader reader;
+    reader.SetSHUOMode(Standard_True);
     reader.SetGDTMode(Standard_True);
     reader.SetViewMode(Standard_True);
     reader.SetMatMode(Standard_True);
@@ -199,11 +201,27 @@ std::vector<TDF_Label> StepRead::SubShapesOf(TDF_Label const& part) const
 
 TDF_Label StepRead::Usage(std::vector<TDF_Label> const& path) const
 {
-    TDF_LabelSequence labels;
-    for (TDF_Label const& component : path)
-        labels.Append(component);
-    opencascade::handle<XCAFDoc_GraphNode> usage;
-    return XCAFDoc_ShapeTool::FindSHUO(labels, usage) ? usage->Label() : TDF_Label();
+    // What is said of a path stands below its first component, and goes on below those that follow.
+    auto const usageOf = [](TDF_Label const& label)
+    {
+        opencascade::handle<XCAFDoc_GraphNode> usage;
+        XCAFDoc_ShapeTool::GetSHUO(label, usage);
+        return usage;
+    };
+    for (TDF_ChildIterator child(path.front()); child.More(); child.Next())
+    {
+        opencascade::handle<XCAFDoc_GraphNode> usage = usageOf(child.Value());
+        std::size_t length = usage.IsNull() ? 0 : 1;
+        while (length > 0 && length < path.size() && usage->NbChildren() == 1 &&
+               usage->GetChild(1)->Label().Father() == path[length])
+        {
+            usage = usage->GetChild(1);
+            ++length;
+        }
+        if (length == path.size() && usage->NbChildren() == 0)
+            return child.Value();
+    }
+    return {};
 }
 
 double VolumeOf(TopoDS_Shape const& shape)

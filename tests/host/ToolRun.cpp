@@ -26,10 +26,15 @@ std::string Content(std::string const& path)
     return text.str();
 }
 
-pid_t Start(std::vector<std::string> const& arguments, int out, int error)
+std::vector<std::string> WithTool(std::vector<std::string> const& arguments)
 {
     std::vector<std::string> words = {KVR_TOOL};
     words.insert(words.end(), arguments.begin(), arguments.end());
+    return words;
+}
+
+pid_t Start(std::vector<std::string> words, int out, int error, rlim_t mostBytes = RLIM_INFINITY)
+{
     std::vector<char*> pointers;
     for (std::string& word : words)
         pointers.push_back(word.data());
@@ -37,9 +42,14 @@ pid_t Start(std::vector<std::string> const& arguments, int out, int error)
     pid_t const child = ::fork();
     if (child != 0)
         return child;
+    if (mostBytes != RLIM_INFINITY)
+    {
+        struct rlimit const limit = {mostBytes, mostBytes};
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+    }
     ::dup2(out, STDOUT_FILENO);
     ::dup2(error, STDERR_FILENO);
-    ::execv(KVR_TOOL, pointers.data());
+    ::execv(pointers.front(), pointers.data());
     ::_exit(127);
 }
 
@@ -48,16 +58,14 @@ int StatusOf(int status)
     return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
 }
 
-}  // namespace
-
-ToolRun RunTool(std::vector<std::string> const& arguments)
+ToolRun Run(std::vector<std::string> const& words, rlim_t mostBytes)
 {
     TempFolder folder;
     std::string const outPath = folder.NarrowPathOf("out");
     std::string const errorPath = folder.NarrowPathOf("error");
     int const out = ::open(outPath.c_str(), O_WRONLY | O_CREAT, 0600);
     int const error = ::open(errorPath.c_str(), O_WRONLY | O_CREAT, 0600);
-    pid_t const child = Start(arguments, out, error);
+    pid_t const child = Start(words, out, error, mostBytes);
     ::close(out);
     ::close(error);
     int status = 0;
@@ -67,13 +75,30 @@ ToolRun RunTool(std::vector<std::string> const& arguments)
     return {StatusOf(status), Content(outPath), Content(errorPath), usage.ru_maxrss};
 }
 
+}  // namespace
+
+ToolRun RunTool(std::vector<std::string> const& arguments)
+{
+    return Run(WithTool(arguments), RLIM_INFINITY);
+}
+
+ToolRun RunProgram(std::vector<std::string> const& words)
+{
+    return Run(words, RLIM_INFINITY);
+}
+
+ToolRun RunToolWithFileLimit(std::vector<std::string> const& arguments, unsigned long long bytes)
+{
+    return Run(WithTool(arguments), bytes);
+}
+
 ToolRun RunToolOnTerminal(std::vector<std::string> const& arguments)
 {
     int const terminal = ::posix_openpt(O_RDWR | O_NOCTTY);
     if (terminal < 0 || ::grantpt(terminal) != 0 || ::unlockpt(terminal) != 0)
         throw std::runtime_error("no terminal");
     int const out = ::open(::ptsname(terminal), O_RDWR | O_NOCTTY);
-    pid_t const child = Start(arguments, out, STDERR_FILENO);
+    pid_t const child = Start(WithTool(arguments), out, STDERR_FILENO);
     ::close(out);
     ToolRun run;
     char buffer[4096];
@@ -94,7 +119,7 @@ int RunToolWithoutReader(std::vector<std::string> const& arguments)
     if (::pipe(ends) != 0)
         throw std::runtime_error("no pipe");
     ::close(ends[0]);
-    pid_t const child = Start(arguments, ends[1], STDERR_FILENO);
+    pid_t const child = Start(WithTool(arguments), ends[1], STDERR_FILENO);
     ::close(ends[1]);
     int status = 0;
     if (child < 0 || ::waitpid(child, &status, 0) != child)

@@ -19,6 +19,12 @@ struct ToolRun
 /// Runs the program with the arguments, and waits for it; a signal that ended it gives a status of 128 and its number.
 ToolRun RunTool(std::vector<std::string> const& arguments);
 
+/// Runs another program, by its path, in the same way.
+ToolRun RunProgram(std::vector<std::string> const& words);
+
+/// Runs it where no file may grow beyond so many bytes.
+ToolRun RunToolWithFileLimit(std::vector<std::string> const& arguments, unsigned long long bytes);
+
 /// Runs it with a terminal as standard output, whose line ends are those of a terminal.
 ToolRun RunToolOnTerminal(std::vector<std::string> const& arguments);
 
