@@ -2,6 +2,7 @@
 
 #include <STEPConstruct.hxx>
 #include <STEPConstruct_Styles.hxx>
+#include <StepBasic_Product.hxx>
 #include <StepBasic_ProductDefinitionRelationship.hxx>
 #include <StepData_StepModel.hxx>
 #include <StepGeom_Point.hxx>
@@ -319,6 +320,17 @@ void StepFinish::WriteNames()
         if (!item.IsNull())
             item->SetName(StepString(name));
     }
+    // The writer makes up names and numbers for what has none, and a reader would take them for names.
+    constexpr std::string_view kMadeUp = "Open CASCADE STEP translator";
+    for (auto const& product : EntitiesOf<StepBasic_Product>())
+        if (std::string_view(product->Name()->ToCString()).starts_with(kMadeUp))
+        {
+            product->SetName(StepString(""));
+            product->SetId(StepString(""));
+        }
+    for (auto const& usage : EntitiesOf<StepRepr_NextAssemblyUsageOccurrence>())
+        if (usage->Name().IsNull() || usage->Name()->IsEmpty())
+            usage->SetId(StepString(""));
 }
 
 void StepFinish::WriteHiddenBodies()
