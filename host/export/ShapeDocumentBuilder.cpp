@@ -7,7 +7,6 @@
 #include <XCAFDoc_ShapeTool.hxx>
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <stdexcept>
 
 #include "framework/api/FileProperties.h"
@@ -44,16 +43,11 @@ std::string NameOf(std::string const& label, std::string const& id)
 std::string KeyOf(std::size_t component, gp_Mat const& change, std::vector<ModelOverride const*> const& overrides)
 {
     std::string key;
-    auto const append = [&](auto const& value)
-    {
-        char bytes[sizeof value];
-        std::memcpy(bytes, &value, sizeof value);
-        key.append(bytes, sizeof value);
-    };
-    append(component);
-    append(ElementsOf(change));
-    for (ModelOverride const* const entry : overrides)
-        append(entry);
+    auto const append = [&](void const* bytes, std::size_t size) { key.append(static_cast<char const*>(bytes), size); };
+    auto const elements = ElementsOf(change);
+    append(&component, sizeof component);
+    append(elements.data(), sizeof elements);
+    append(overrides.data(), overrides.size() * sizeof(void*));
     return key;
 }
 

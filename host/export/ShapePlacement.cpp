@@ -5,6 +5,7 @@
 #include <Standard_Failure.hxx>
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <gp_GTrsf.hxx>
 #include <gp_Trsf.hxx>
 
@@ -120,11 +121,12 @@ std::unique_ptr<ShapePlacement> ShapePlacement::Of(Matrix const& transform, doub
 {
     gp_Mat linear;
     gp_XYZ translation;
-    for (int row = 0; row < 3; ++row)
+    for (int row = 1; row <= 3; ++row)
     {
-        for (int column = 0; column < 3; ++column)
-            linear(row + 1, column + 1) = scale * transform[static_cast<std::size_t>(4 * row + column)];
-        translation.SetCoord(row + 1, scale * transform[static_cast<std::size_t>(4 * row + 3)]);
+        double const* const numbers = transform.data() + std::ptrdiff_t{4} * (row - 1);
+        for (int column = 1; column <= 3; ++column)
+            linear(row, column) = scale * numbers[column - 1];
+        translation.SetCoord(row, scale * numbers[3]);
     }
     linear = change * linear;
     translation.Multiply(change);

@@ -57,7 +57,7 @@ using Items = std::vector<handle<StepRepr_RepresentationItem>>;
 
 handle<StepRepr_HArray1OfRepresentationItem> ArrayOf(Items const& items)
 {
-    handle<StepRepr_HArray1OfRepresentationItem> const array =
+    handle<StepRepr_HArray1OfRepresentationItem> array =
         new StepRepr_HArray1OfRepresentationItem(1, static_cast<int>(items.size()));
     for (std::size_t i = 0; i < items.size(); ++i)
         array->SetValue(static_cast<int>(i) + 1, items[i]);
@@ -67,7 +67,7 @@ handle<StepRepr_HArray1OfRepresentationItem> ArrayOf(Items const& items)
 handle<StepVisual_HArray1OfPresentationStyleAssignment> LineStyles(STEPCAFControl_Writer& writer)
 {
     STEPConstruct_Styles const styles(writer.ChangeWriter().WS());
-    handle<StepVisual_HArray1OfPresentationStyleAssignment> const array =
+    handle<StepVisual_HArray1OfPresentationStyleAssignment> array =
         new StepVisual_HArray1OfPresentationStyleAssignment(1, 1);
     array->SetValue(1, styles.MakeColorPSA({}, {}, STEPConstruct_Styles::EncodeColor(Quantity_NOC_BLACK), {}, 0.0));
     return array;
@@ -75,7 +75,7 @@ handle<StepVisual_HArray1OfPresentationStyleAssignment> LineStyles(STEPCAFContro
 
 handle<StepGeom_Plane> StepPlane(gp_Ax2 const& axes)
 {
-    handle<StepGeom_Plane> const plane = new StepGeom_Plane;
+    handle<StepGeom_Plane> plane = new StepGeom_Plane;
     plane->Init(StepString(""), StepAxes(axes));
     return plane;
 }
@@ -87,7 +87,7 @@ handle<StepVisual_ViewVolume> VolumeOf(ShapeDocument::View const& view)
     placement.SetValue(StepAxes(corner));
     handle<StepVisual_PlanarBox> const window = new StepVisual_PlanarBox;
     window->Init(StepString(""), view.width, view.height, placement);
-    handle<StepVisual_ViewVolume> const volume = new StepVisual_ViewVolume;
+    handle<StepVisual_ViewVolume> volume = new StepVisual_ViewVolume;
     volume->Init(view.isPerspective ? StepVisual_copCentral : StepVisual_copParallel, StepPoint(gp::Origin()),
                  view.distance, view.nearDistance.value_or(0.0), view.nearDistance.has_value(),
                  view.farDistance.value_or(0.0), view.farDistance.has_value(), Standard_False, window);
@@ -98,7 +98,7 @@ handle<StepVisual_CameraModelD3> CameraOf(ShapeDocument::View const& view)
 {
     if (view.cuts.empty())
     {
-        handle<StepVisual_CameraModelD3> const camera = new StepVisual_CameraModelD3;
+        handle<StepVisual_CameraModelD3> camera = new StepVisual_CameraModelD3;
         camera->Init(StepString(view.name), StepAxes(view.eye), VolumeOf(view));
         return camera;
     }
@@ -110,7 +110,7 @@ handle<StepVisual_CameraModelD3> CameraOf(ShapeDocument::View const& view)
         select.SetValue(StepPlane(view.cuts[i]));
         planes->SetValue(static_cast<int>(i) + 1, select);
     }
-    handle<StepVisual_CameraModelD3MultiClipping> const camera = new StepVisual_CameraModelD3MultiClipping;
+    handle<StepVisual_CameraModelD3MultiClipping> camera = new StepVisual_CameraModelD3MultiClipping;
     camera->Init(StepString(view.name), StepAxes(view.eye), VolumeOf(view), planes);
     return camera.get();
 }
@@ -126,7 +126,7 @@ handle<StepVisual_DraughtingCallout> CalloutOf(std::string const& name,
     handle<StepVisual_HArray1OfDraughtingCalloutElement> const elements =
         new StepVisual_HArray1OfDraughtingCalloutElement(1, 1);
     elements->SetValue(1, element);
-    handle<StepVisual_DraughtingCallout> const callout = new StepVisual_DraughtingCallout;
+    handle<StepVisual_DraughtingCallout> callout = new StepVisual_DraughtingCallout;
     callout->Init(StepString(name), elements);
     return callout;
 }
@@ -139,7 +139,7 @@ handle<StepVisual_AnnotationPlane> PlaneWith(gp_Ax2 const& axes, handle<StepVisu
     handle<StepVisual_HArray1OfAnnotationPlaneElement> const elements =
         new StepVisual_HArray1OfAnnotationPlaneElement(1, 1);
     elements->SetValue(1, element);
-    handle<StepVisual_AnnotationPlane> const plane = new StepVisual_AnnotationPlane;
+    handle<StepVisual_AnnotationPlane> plane = new StepVisual_AnnotationPlane;
     plane->Init(StepString(""), styles, StepPlane(axes), elements);
     return plane;
 }

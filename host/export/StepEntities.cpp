@@ -6,6 +6,7 @@
 #include <Geom_BSplineCurve.hxx>
 #include <Geom_Curve.hxx>
 #include <STEPCAFControl_Writer.hxx>
+#include <StepData_StepModel.hxx>
 #include <StepGeom_Axis2Placement3d.hxx>
 #include <StepGeom_CartesianPoint.hxx>
 #include <StepGeom_Direction.hxx>
@@ -15,6 +16,9 @@
 #include <StepShape_GeometricSetSelect.hxx>
 #include <StepShape_HArray1OfGeometricSetSelect.hxx>
 #include <StepShape_ShapeDefinitionRepresentation.hxx>
+#include <StepVisual_HArray1OfInvisibleItem.hxx>
+#include <StepVisual_Invisibility.hxx>
+#include <StepVisual_InvisibleItem.hxx>
 #include <TColStd_HArray1OfReal.hxx>
 #include <TCollection_HAsciiString.hxx>
 #include <TopExp_Explorer.hxx>
@@ -41,7 +45,7 @@ handle<StepGeom_Direction> StepDirection(gp_Dir const& direction)
     handle<TColStd_HArray1OfReal> const ratios = new TColStd_HArray1OfReal(1, 3);
     for (int i = 1; i <= 3; ++i)
         ratios->SetValue(i, direction.Coord(i));
-    handle<StepGeom_Direction> const made = new StepGeom_Direction;
+    handle<StepGeom_Direction> made = new StepGeom_Direction;
     made->Init(StepString(""), ratios);
     return made;
 }
@@ -86,7 +90,7 @@ void AddEdge(TopoDS_Edge const& edge, handle<Transfer_FinderProcess> const& proc
     TopoDSToStep_MakeGeometricCurveSet const maker(edge, process);
     if (!maker.IsDone())
         return;
-    handle<StepShape_GeometricCurveSet> const made = maker.Value();
+    handle<StepShape_GeometricCurveSet> const& made = maker.Value();
     for (int i = 1; i <= made->NbElements(); ++i)
         selects.push_back(made->ElementsValue(i));
 }
@@ -100,14 +104,14 @@ handle<TCollection_HAsciiString> StepString(std::string const& text)
 
 handle<StepGeom_CartesianPoint> StepPoint(gp_Pnt const& point)
 {
-    handle<StepGeom_CartesianPoint> const made = new StepGeom_CartesianPoint;
+    handle<StepGeom_CartesianPoint> made = new StepGeom_CartesianPoint;
     made->Init3D(StepString(""), point.X(), point.Y(), point.Z());
     return made;
 }
 
 handle<StepGeom_Axis2Placement3d> StepAxes(gp_Ax2 const& axes)
 {
-    handle<StepGeom_Axis2Placement3d> const made = new StepGeom_Axis2Placement3d;
+    handle<StepGeom_Axis2Placement3d> made = new StepGeom_Axis2Placement3d;
     made->Init(StepString(""), StepPoint(axes.Location()), Standard_True, StepDirection(axes.Direction()),
                Standard_True, StepDirection(axes.XDirection()));
     return made;
@@ -128,9 +132,24 @@ handle<StepShape_GeometricCurveSet> StepCurves(std::string const& name, std::vec
         new StepShape_HArray1OfGeometricSetSelect(1, static_cast<int>(selects.size()));
     for (std::size_t i = 0; i < selects.size(); ++i)
         elements->SetValue(static_cast<int>(i) + 1, selects[i]);
-    handle<StepShape_GeometricCurveSet> const set = new StepShape_GeometricCurveSet;
+    handle<StepShape_GeometricCurveSet> set = new StepShape_GeometricCurveSet;
     set->Init(StepString(name), elements);
     return set;
+}
+
+void AddInvisibility(std::vector<handle<Standard_Transient>> const& items, handle<StepData_StepModel> const& model)
+{
+    handle<StepVisual_HArray1OfInvisibleItem> const selects =
+        new StepVisual_HArray1OfInvisibleItem(1, static_cast<int>(items.size()));
+    for (std::size_t i = 0; i < items.size(); ++i)
+    {
+        StepVisual_InvisibleItem select;
+        select.SetValue(items[i]);
+        selects->SetValue(static_cast<int>(i) + 1, select);
+    }
+    handle<StepVisual_Invisibility> const invisibility = new StepVisual_Invisibility;
+    invisibility->Init(selects);
+    model->AddEntity(invisibility);
 }
 
 handle<StepShape_ShapeDefinitionRepresentation> StepDefinitionOf(STEPCAFControl_Writer& writer,

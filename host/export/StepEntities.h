@@ -9,6 +9,7 @@
 class StepGeom_Axis2Placement3d;
 class StepGeom_CartesianPoint;
 class STEPCAFControl_Writer;
+class StepData_StepModel;
 class StepShape_GeometricCurveSet;
 class TCollection_HAsciiString;
 class Transfer_FinderProcess;
@@ -25,6 +26,9 @@ opencascade::handle<StepShape_GeometricCurveSet> StepCurves(std::string const& n
                                                             std::vector<TopoDS_Shape> const& shapes,
                                                             opencascade::handle<Transfer_FinderProcess> const& process);
 
+/// Adds to a model that these items are not shown: styled items and layers.
+void AddInvisibility(std::vector<opencascade::handle<Standard_Transient>> const& items,
+                     opencascade::handle<StepData_StepModel> const& model);
 /// What defines the shape of a part or an assembly of the document; null for another shape.
 opencascade::handle<StepShape_ShapeDefinitionRepresentation> StepDefinitionOf(STEPCAFControl_Writer& writer,
                                                                               TopoDS_Shape const& shape);

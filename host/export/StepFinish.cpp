@@ -63,6 +63,7 @@
 #include <unordered_set>
 
 #include "host/export/StepEntities.h"
+#include "host/export/StepModelEntities.h"
 
 namespace KVR
 {
@@ -80,8 +81,7 @@ handle<StepVisual_HArray1OfPresentationStyleSelect> NoStyles()
     none->SetEnumText(0, ".NULL.");
     StepVisual_PresentationStyleSelect select;
     select.SetValue(none);
-    handle<StepVisual_HArray1OfPresentationStyleSelect> const selects =
-        new StepVisual_HArray1OfPresentationStyleSelect(1, 1);
+    handle<StepVisual_HArray1OfPresentationStyleSelect> selects = new StepVisual_HArray1OfPresentationStyleSelect(1, 1);
     selects->SetValue(1, select);
     return selects;
 }
@@ -95,28 +95,12 @@ handle<StepVisual_StyledItem> PlainStyle(handle<StepRepr_RepresentationItem> con
     handle<StepVisual_HArray1OfPresentationStyleAssignment> const assignments =
         new StepVisual_HArray1OfPresentationStyleAssignment(1, 1);
     assignments->SetValue(1, assignment);
-    handle<StepVisual_StyledItem> const style = new StepVisual_StyledItem;
+    handle<StepVisual_StyledItem> style = new StepVisual_StyledItem;
     style->Init(StepString(""), assignments, item);
     // The member of the selection is no entity, which is why the entities are not added with all they refer to.
     model->AddEntity(assignment);
     model->AddEntity(style);
     return style;
-}
-
-template <class Item>
-void MakeInvisible(std::vector<handle<Item>> const& styles, handle<StepData_StepModel> const& model)
-{
-    handle<StepVisual_HArray1OfInvisibleItem> const items =
-        new StepVisual_HArray1OfInvisibleItem(1, static_cast<int>(styles.size()));
-    for (std::size_t i = 0; i < styles.size(); ++i)
-    {
-        StepVisual_InvisibleItem item;
-        item.SetValue(styles[i]);
-        items->SetValue(static_cast<int>(i) + 1, item);
-    }
-    handle<StepVisual_Invisibility> const invisibility = new StepVisual_Invisibility;
-    invisibility->Init(items);
-    model->AddEntity(invisibility);
 }
 
 // Adds a rendering with transparency beside the fill colour.
@@ -185,19 +169,6 @@ StepFinish::StepFinish(STEPCAFControl_Writer& writer, ShapeDocument const& docum
 {
 }
 
-template <class Entity>
-std::vector<handle<Entity>> StepFinish::EntitiesOf() const
-{
-    std::vector<handle<Entity>> found;
-    for (int i = 1; i <= m_model->NbEntities(); ++i)
-    {
-        handle<Entity> const entity = handle<Entity>::DownCast(m_model->Value(i));
-        if (!entity.IsNull())
-            found.push_back(entity);
-    }
-    return found;
-}
-
 handle<StepRepr_RepresentationItem> StepFinish::ItemOf(std::size_t body) const
 {
     auto const point = m_points.find(body);
@@ -205,109 +176,6 @@ handle<StepRepr_RepresentationItem> StepFinish::ItemOf(std::size_t body) const
         return point->second;
     return STEPConstruct::FindEntity(m_writer.ChangeWriter().WS()->TransferWriter()->FinderProcess(),
                                      m_document.bodies[body].shape);
-}
-
-void StepFinish::SeparatePoints()
-{
-    // The bodies of a part stand together.
-    std::vector<std::size_t> points;
-    for (std::size_t i = 0; i < m_document.bodies.size(); ++i)
-    {
-        ShapeDocument::Body const& body = m_document.bodies[i];
-        if (!points.empty() && m_document.bodies[points.front()].part != body.part)
-        {
-            SeparatePoints(points);
-            points.clear();
-        }
-        if (body.shape.ShapeType() == TopAbs_VERTEX)
-            points.push_back(i);
-    }
-    if (!points.empty())
-        SeparatePoints(points);
-}
-
-void StepFinish::SeparatePoints(std::vector<std::size_t> const& points)
-{
-    handle<StepShape_ShapeDefinitionRepresentation> const definition =
-        StepDefinitionOf(m_writer, XCAFDoc_ShapeTool::GetShape(m_document.bodies[points.front()].part));
-    if (definition.IsNull())
-        return;
-    handle<StepRepr_Representation> const part = definition->UsedRepresentation();
-    std::vector<handle<StepRepr_RepresentationItem>> items;
-    for (int i = 1; i <= part->NbItems(); ++i)
-    {
-        handle<StepShape_GeometricCurveSet> const set =
-            handle<StepShape_GeometricCurveSet>::DownCast(part->ItemsValue(i));
-        bool const isOfPoints = !set.IsNull() && set->NbElements() == static_cast<int>(points.size()) &&
-                                !set->ElementsValue(1).Point().IsNull() && m_points.count(points.front()) == 0;
-        if (!isOfPoints)
-        {
-            items.push_back(part->ItemsValue(i));
-            continue;
-        }
-        handle<StepShape_HArray1OfGeometricSetSelect> first;
-        for (std::size_t point = 0; point < points.size(); ++point)
-        {
-            handle<StepShape_HArray1OfGeometricSetSelect> const elements =
-                new StepShape_HArray1OfGeometricSetSelect(1, 1);
-            elements->SetValue(1, set->ElementsValue(static_cast<int>(point) + 1));
-            handle<StepShape_GeometricCurveSet> single = set;
-            // The set of all becomes that of the first; the others are taken from it before.
-            if (point == 0)
-            {
-                first = elements;
-            }
-            else
-            {
-                single = new StepShape_GeometricCurveSet;
-                single->Init(StepString(""), elements);
-                m_model->AddEntity(single);
-            }
-            m_points[points[point]] = single;
-            items.push_back(single);
-        }
-        set->SetElements(first);
-    }
-    if (items.size() == static_cast<std::size_t>(part->NbItems()))
-        return;
-    handle<StepRepr_HArray1OfRepresentationItem> const array =
-        new StepRepr_HArray1OfRepresentationItem(1, static_cast<int>(items.size()));
-    for (std::size_t i = 0; i < items.size(); ++i)
-        array->SetValue(static_cast<int>(i) + 1, items[i]);
-    part->SetItems(array);
-}
-
-void StepFinish::WriteLayersOfPoints()
-{
-    if (m_document.layersOfPoints.empty())
-        return;
-    std::map<std::string, handle<StepVisual_PresentationLayerAssignment>> layers;
-    for (auto const& layer : EntitiesOf<StepVisual_PresentationLayerAssignment>())
-        layers.emplace(layer->Name()->ToCString(), layer);
-    for (ShapeDocument::LayerOfPoint const& point : m_document.layersOfPoints)
-    {
-        handle<StepRepr_RepresentationItem> const item = ItemOf(point.body);
-        if (item.IsNull())
-            continue;
-        handle<StepVisual_PresentationLayerAssignment>& layer = layers[point.layer];
-        int const before = layer.IsNull() ? 0 : layer->NbAssignedItems();
-        handle<StepVisual_HArray1OfLayeredItem> const items = new StepVisual_HArray1OfLayeredItem(1, before + 1);
-        for (int i = 1; i <= before; ++i)
-            items->SetValue(i, layer->AssignedItemsValue(i));
-        StepVisual_LayeredItem member;
-        member.SetValue(item);
-        items->SetValue(before + 1, member);
-        if (!layer.IsNull())
-        {
-            layer->SetAssignedItems(items);
-            continue;
-        }
-        layer = new StepVisual_PresentationLayerAssignment;
-        layer->Init(StepString(point.layer), StepString(point.isVisible ? "visible" : "invisible"), items);
-        m_model->AddEntity(layer);
-        if (!point.isVisible)
-            MakeInvisible(std::vector{layer}, m_model);
-    }
 }
 
 void StepFinish::WriteNames()
@@ -340,7 +208,7 @@ void StepFinish::WriteHiddenBodies()
     if (!hasHidden)
         return;
     std::unordered_map<Standard_Transient const*, handle<StepVisual_StyledItem>> known;
-    for (handle<StepVisual_StyledItem> const& style : EntitiesOf<StepVisual_StyledItem>())
+    for (handle<StepVisual_StyledItem> const& style : StepEntitiesOf<StepVisual_StyledItem>(m_model))
     {
         // An item's styles in the context of an occurrence do not hide the item itself.
         if (!style->Item().IsNull() && style->IsInstance(STANDARD_TYPE(StepVisual_StyledItem)))
@@ -357,8 +225,8 @@ void StepFinish::WriteHiddenBodies()
         if (item.IsNull())
             continue;
         auto const found = known.find(item.get());
-        handle<StepVisual_StyledItem> const style = found != known.end() ? found->second : PlainStyle(item, m_model);
-        MakeInvisible(Styles{style}, m_model);
+        handle<StepVisual_StyledItem> style = found != known.end() ? found->second : PlainStyle(item, m_model);
+        AddInvisibility({style}, m_model);
         handle<StepRepr_RepresentationContext> const context =
             contexts.FindContext(XCAFDoc_ShapeTool::GetShape(body.part));
         if (found != known.end() || context.IsNull())
@@ -394,7 +262,7 @@ void StepFinish::TakeColorsOfParts()
         if (parts.Contains(m_document.bodies[i].part))
             items.insert(ItemOf(i).get());
     }
-    for (auto const& style : EntitiesOf<StepVisual_StyledItem>())
+    for (auto const& style : StepEntitiesOf<StepVisual_StyledItem>(m_model))
     {
         if (!style->IsInstance(STANDARD_TYPE(StepVisual_StyledItem)) || items.count(style->Item().get()) == 0)
             continue;
@@ -430,13 +298,13 @@ void StepFinish::WriteLooks()
     }
     // The writer makes a chain of usages for a path of its own, and gives the look to the first of them.
     std::unordered_map<Standard_Transient const*, handle<StepBasic_ProductDefinitionRelationship>> longer;
-    for (auto const& usage : EntitiesOf<StepRepr_SpecifiedHigherUsageOccurrence>())
+    for (auto const& usage : StepEntitiesOf<StepRepr_SpecifiedHigherUsageOccurrence>(m_model))
     {
         if (usage->UpperUsage()->IsKind(STANDARD_TYPE(StepRepr_SpecifiedHigherUsageOccurrence)))
             longer.emplace(usage->UpperUsage().get(), usage.get());
     }
     std::unordered_map<Standard_Transient const*, ShapeDocument::Look const*> byContext;
-    for (auto const& definition : EntitiesOf<StepShape_ShapeDefinitionRepresentation>())
+    for (auto const& definition : StepEntitiesOf<StepShape_ShapeDefinitionRepresentation>(m_model))
     {
         handle<StepRepr_ProductDefinitionShape> const shape =
             handle<StepRepr_ProductDefinitionShape>::DownCast(definition->Definition().PropertyDefinition());
@@ -449,7 +317,7 @@ void StepFinish::WriteLooks()
         if (found != byPath.end())
             byContext[definition->UsedRepresentation().get()] = found->second;
     }
-    for (auto const& style : EntitiesOf<StepVisual_PresentationStyleByContext>())
+    for (auto const& style : StepEntitiesOf<StepVisual_PresentationStyleByContext>(m_model))
     {
         auto const found = byContext.find(style->StyleContext().Value().get());
         if (found == byContext.end())

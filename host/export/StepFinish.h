@@ -37,8 +37,6 @@ public:
     void WriteLooks();
 
 private:
-    template <class Entity>
-    std::vector<opencascade::handle<Entity>> EntitiesOf() const;
     void TakeColorsOfParts();
     void SeparatePoints(std::vector<std::size_t> const& points);
     opencascade::handle<StepRepr_RepresentationItem> ItemOf(std::size_t body) const;
