@@ -190,13 +190,13 @@ void StepFinish::WriteNames()
     }
     // The writer makes up names and numbers for what has none, and a reader would take them for names.
     constexpr std::string_view kMadeUp = "Open CASCADE STEP translator";
-    for (auto const& product : EntitiesOf<StepBasic_Product>())
+    for (auto const& product : StepEntitiesOf<StepBasic_Product>(m_model))
         if (std::string_view(product->Name()->ToCString()).starts_with(kMadeUp))
         {
             product->SetName(StepString(""));
             product->SetId(StepString(""));
         }
-    for (auto const& usage : EntitiesOf<StepRepr_NextAssemblyUsageOccurrence>())
+    for (auto const& usage : StepEntitiesOf<StepRepr_NextAssemblyUsageOccurrence>(m_model))
         if (usage->Name().IsNull() || usage->Name()->IsEmpty())
             usage->SetId(StepString(""));
 }
