@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -175,6 +176,33 @@ TEST(ExportFailuresTest, AFewComponentsThatStandForBillionsAreRefusedAtOnce)
         EXPECT_THAT(run.error, HasSubstr("000 occurrences"));
         EXPECT_LT(run.peakMemory, 500'000);
         EXPECT_FALSE(std::filesystem::exists(scene.PathOf("out." + format)));
+    }
+}
+
+TEST(ExportFailuresTest, AnEndBySignalLeavesWhatWasThereAndNothingElse)
+{
+    // So many occurrences that the program is at it for seconds.
+    std::string inner;
+    std::string outer;
+    for (int i = 0; i < 900; ++i)
+    {
+        outer += Instance("o" + std::to_string(i), "level");
+        inner += Instance("i" + std::to_string(i), "p");
+    }
+    ExportScene scene;
+    ASSERT_EQ(scene.Export(SceneText(), "small.glb").status, 0);
+    std::string const text = "<Scene>" + UnderTop(outer) + "<IAssembly ID=\"level\"><ChildSet>" + inner +
+                             R"(</ChildSet></IAssembly><IPart ID="p" Label="Part"/></Scene>)";
+    scene.Folder().Write("scene.xml", text);
+    scene.Folder().Write("out.glb", "what was there");
+    std::vector<std::string> const before = NamesIn(scene.Folder().Path());
+    for (int const signal : {SIGINT, SIGTERM})
+    {
+        auto const isAtIt = [&] { return NamesIn(scene.Folder().Path()).size() > before.size(); };
+        EXPECT_EQ(RunToolUntil({"export", scene.PathOf("scene.xml"), scene.PathOf("out.glb")}, isAtIt, signal), 130);
+        EXPECT_THAT(NamesIn(scene.Folder().Path()), UnorderedElementsAreArray(before));
+        std::ifstream file(scene.PathOf("out.glb"));
+        EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), "what was there");
     }
 }
 

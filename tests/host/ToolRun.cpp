@@ -1,9 +1,12 @@
 #include "tests/host/ToolRun.h"
 
 #include <fcntl.h>
+#include <sched.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include <csignal>
 
 #include <cstdlib>
 
@@ -90,6 +93,25 @@ ToolRun RunProgram(std::vector<std::string> const& words)
 ToolRun RunToolWithFileLimit(std::vector<std::string> const& arguments, unsigned long long bytes)
 {
     return Run(WithTool(arguments), bytes);
+}
+
+int RunToolUntil(std::vector<std::string> const& arguments, std::function<bool()> const& isTime, int signal)
+{
+    int const nowhere = ::open("/dev/null", O_WRONLY);
+    pid_t const child = Start(WithTool(arguments), nowhere, nowhere);
+    ::close(nowhere);
+    int status = 0;
+    // A program that ends by itself ends the wait, too.
+    while (!isTime())
+    {
+        if (pid_t const ended = ::waitpid(child, &status, WNOHANG); ended == child)
+            return StatusOf(status);
+        ::sched_yield();
+    }
+    ::kill(child, signal);
+    if (child < 0 || ::waitpid(child, &status, 0) != child)
+        throw std::runtime_error("the program could not be run");
+    return StatusOf(status);
 }
 
 ToolRun RunToolOnTerminal(std::vector<std::string> const& arguments)

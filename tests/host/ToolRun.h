@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -24,6 +25,9 @@ ToolRun RunProgram(std::vector<std::string> const& words);
 
 /// Runs it where no file may grow beyond so many bytes.
 ToolRun RunToolWithFileLimit(std::vector<std::string> const& arguments, unsigned long long bytes);
+
+/// Runs it until that is so, sends it the signal then, and answers its status. What it writes is lost.
+int RunToolUntil(std::vector<std::string> const& arguments, std::function<bool()> const& isTime, int signal);
 
 /// Runs it with a terminal as standard output, whose line ends are those of a terminal.
 ToolRun RunToolOnTerminal(std::vector<std::string> const& arguments);
