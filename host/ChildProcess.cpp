@@ -1,6 +1,7 @@
 #include "host/ChildProcess.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -25,32 +26,6 @@ extern "C" void NoteInterruption(int)
     interrupted = 1;
 }
 
-// Notes signals that ask the program to end, instead of ending it, while it lives.
-class SignalScope
-{
-public:
-    SignalScope()
-    {
-        interrupted = 0;
-        struct sigaction action = {};
-        action.sa_handler = &NoteInterruption;
-        for (std::size_t i = 0; i < m_former.size(); ++i)
-            sigaction(kSignals[i], &action, &m_former[i]);
-    }
-    ~SignalScope() { Restore(); }
-    SignalScope(SignalScope const&) = delete;
-    SignalScope& operator=(SignalScope const&) = delete;
-
-    void Restore() const
-    {
-        for (std::size_t i = 0; i < m_former.size(); ++i)
-            sigaction(kSignals[i], &m_former[i], nullptr);
-    }
-
-private:
-    std::array<struct sigaction, std::size(kSignals)> m_former{};
-};
-
 [[noreturn]] void Fail(char const* what)
 {
     throw std::system_error(errno, std::generic_category(), what);
@@ -72,14 +47,51 @@ private:
     _exit(EXIT_SUCCESS);
 }
 
+// Waits until there is something to read; an interruption ends the wait.
+void WaitFor(int pipe)
+{
+    sigset_t mask;
+    sigprocmask(SIG_SETMASK, nullptr, &mask);
+    for (int const signal : kSignals)
+        sigdelset(&mask, signal);
+    struct pollfd entry = {pipe, POLLIN, 0};
+    // Signals arrive here and nowhere else, so that none gets lost between a look and the wait.
+    ppoll(&entry, 1, nullptr, &mask);
+}
+
 }  // namespace
+
+InterruptionScope::InterruptionScope()
+{
+    sigset_t mask;
+    sigemptyset(&mask);
+    struct sigaction action = {};
+    action.sa_handler = &NoteInterruption;
+    for (std::size_t i = 0; i < m_actions.size(); ++i)
+    {
+        sigaddset(&mask, kSignals[i]);
+        sigaction(kSignals[i], nullptr, &m_actions[i]);
+        // What whoever started the program wants to be ignored stays so.
+        if (m_actions[i].sa_handler != SIG_IGN)
+            sigaction(kSignals[i], &action, nullptr);
+    }
+    sigprocmask(SIG_BLOCK, &mask, &m_mask);
+}
+
+InterruptionScope::~InterruptionScope()
+{
+    for (std::size_t i = 0; i < m_actions.size(); ++i)
+        sigaction(kSignals[i], &m_actions[i], nullptr);
+    sigprocmask(SIG_SETMASK, &m_mask, nullptr);
+}
 
 ChildResult RunInChild(std::function<std::string()> const& work)
 {
     std::array<int, 2> ends{};
     if (pipe2(ends.data(), O_CLOEXEC) != 0)
         Fail("a pipe");
-    SignalScope const signals;
+    interrupted = 0;
+    InterruptionScope const signals;
     pid_t const child = fork();
     if (child < 0)
     {
@@ -89,20 +101,23 @@ ChildResult RunInChild(std::function<std::string()> const& work)
     }
     if (child == 0)
     {
-        signals.Restore();
         close(ends[0]);
+        // Signals stay held back: whoever started this ends it.
         RunAndExit(work, ends[1]);
     }
     close(ends[1]);
     ChildResult result;
     std::string answer;
     std::array<char, 4096> bytes;
-    for (;;)
+    while (!interrupted)
     {
+        WaitFor(ends[0]);
+        if (interrupted)
+            break;
         ssize_t const count = read(ends[0], bytes.data(), bytes.size());
         if (count > 0)
             answer.append(bytes.data(), static_cast<std::size_t>(count));
-        else if (count == 0 || errno != EINTR || interrupted)
+        else if (count == 0 || errno != EINTR)
             break;
     }
     close(ends[0]);
@@ -110,8 +125,8 @@ ChildResult RunInChild(std::function<std::string()> const& work)
         kill(child, SIGKILL);
     int status = 0;
     while (waitpid(child, &status, 0) < 0 && errno == EINTR)
-        if (interrupted)
-            kill(child, SIGKILL);
+    {
+    }
     result.isInterrupted = interrupted != 0;
     if (WIFSIGNALED(status))
         result.signal = WTERMSIG(status);

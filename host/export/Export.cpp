@@ -158,6 +158,7 @@ ExportResult ExportScene(SceneOptions const& scene, ExportOptions const& options
     ExportResult result;
     try
     {
+        InterruptionScope const signals;
         WorkFolder const folder(options.path);
         ChildResult const child = RunInChild([&] { return ExportHere(scene, options, folder.Inside().string()); });
         if (child.isInterrupted)

@@ -148,6 +148,7 @@ ImportResult Import(ImportOptions const& options)
     std::optional<ModelFormat> const format = FormatOfModel(options.modelPath);
     if (!format)
         throw ModelError("it is in none of the formats STEP, IGES, BREP, glTF, STL, OBJ and PLY");
+    InterruptionScope const signals;
     WorkFolder const folder(options.scenePath);
     std::string const inside = folder.Inside().string();
     ChildResult child = RunInChild([&] { return ImportHere(options, *format, inside, options.withAnnotations); });
