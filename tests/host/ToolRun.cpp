@@ -50,6 +50,9 @@ pid_t Start(std::vector<std::string> words, int out, int error, rlim_t mostBytes
         struct rlimit const limit = {mostBytes, mostBytes};
         ::setrlimit(RLIMIT_FSIZE, &limit);
     }
+    // Whoever runs the tests in the background may have them ignored.
+    for (int const signal : {SIGINT, SIGTERM, SIGHUP})
+        std::signal(signal, SIG_DFL);
     ::dup2(out, STDOUT_FILENO);
     ::dup2(error, STDERR_FILENO);
     ::execv(pointers.front(), pointers.data());
