@@ -131,6 +131,7 @@ Certificate::Certificate(std::vector<Stage> stages) : m_stages(std::move(stages)
     names("layers", &ModelFacts::layers);
     count("layer members", &ModelFacts::layerMembers);
     count("annotations", &ModelFacts::annotations);
+    count("drawn annotations", &ModelFacts::drawings);
     count("views", &ModelFacts::views);
     number("volume", [](ModelFacts const& facts)
            { return facts.bodies ? std::optional<double>(facts.bodies->volume) : std::nullopt; });

@@ -9,8 +9,14 @@
 #include <TopTools_IndexedMapOfShape.hxx>
 #include <TopoDS.hxx>
 #include <TopoDS_Face.hxx>
+#include <XCAFDimTolObjects_DatumObject.hxx>
+#include <XCAFDimTolObjects_DimensionObject.hxx>
+#include <XCAFDimTolObjects_GeomToleranceObject.hxx>
+#include <XCAFDoc_Datum.hxx>
 #include <XCAFDoc_DimTolTool.hxx>
+#include <XCAFDoc_Dimension.hxx>
 #include <XCAFDoc_DocumentTool.hxx>
+#include <XCAFDoc_GeomTolerance.hxx>
 #include <XCAFDoc_LayerTool.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
 #include <XCAFDoc_ViewTool.hxx>
@@ -185,6 +191,22 @@ private:
         *m_facts.triangles += static_cast<unsigned long long>(triangles->NbTriangles());
     }
 
+    template <class Attribute>
+    void CountAnnotations(Handle(XCAFDoc_DimTolTool) const& tool,
+                          void (XCAFDoc_DimTolTool::*get)(TDF_LabelSequence&) const)
+    {
+        TDF_LabelSequence labels;
+        (tool.get()->*get)(labels);
+        *m_facts.annotations += static_cast<unsigned long long>(labels.Length());
+        for (TDF_Label const& label : labels)
+        {
+            Handle(Attribute) attribute;
+            if (label.FindAttribute(Attribute::GetID(), attribute) && !attribute->GetObject().IsNull() &&
+                !attribute->GetObject()->GetPresentation().IsNull())
+                ++*m_facts.drawings;
+        }
+    }
+
     void ReadTables()
     {
         TDF_Label const main = m_model.document->Main();
@@ -205,13 +227,10 @@ private:
         }
         auto const annotations = XCAFDoc_DocumentTool::DimTolTool(main);
         m_facts.annotations = 0;
-        for (auto const get : {&XCAFDoc_DimTolTool::GetDimensionLabels, &XCAFDoc_DimTolTool::GetGeomToleranceLabels,
-                               &XCAFDoc_DimTolTool::GetDatumLabels})
-        {
-            TDF_LabelSequence found;
-            (annotations.get()->*get)(found);
-            *m_facts.annotations += static_cast<unsigned long long>(found.Length());
-        }
+        m_facts.drawings = 0;
+        CountAnnotations<XCAFDoc_Dimension>(annotations, &XCAFDoc_DimTolTool::GetDimensionLabels);
+        CountAnnotations<XCAFDoc_GeomTolerance>(annotations, &XCAFDoc_DimTolTool::GetGeomToleranceLabels);
+        CountAnnotations<XCAFDoc_Datum>(annotations, &XCAFDoc_DimTolTool::GetDatumLabels);
         TDF_LabelSequence views;
         XCAFDoc_DocumentTool::ViewTool(main)->GetViewLabels(views);
         m_facts.views = static_cast<unsigned long long>(views.Length());

@@ -56,6 +56,7 @@ void ForEachMember(Facts& facts, Use use)
     use("layers", facts.layers);
     use("layerMembers", facts.layerMembers);
     use("annotations", facts.annotations);
+    use("drawings", facts.drawings);
     use("views", facts.views);
     use("bodies", facts.bodies);
     use("mesh", facts.mesh);

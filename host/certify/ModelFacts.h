@@ -40,6 +40,8 @@ struct ModelFacts
     std::optional<std::set<std::string>> layers;
     std::optional<unsigned long long> layerMembers;
     std::optional<unsigned long long> annotations;
+    /// Those of them that are drawn.
+    std::optional<unsigned long long> drawings;
     std::optional<unsigned long long> views;
     /// Of bodies, by their surfaces.
     std::optional<Measures> bodies;

@@ -93,12 +93,12 @@ private:
 class SceneReader
 {
 public:
-    explicit SceneReader(SceneModel const& scene) : m_scene(scene) {}
+    SceneReader(IProducer& producer, SceneModel const& scene) : m_producer(producer), m_scene(scene) {}
 
     ModelFacts Read()
     {
         m_facts.assemblies = m_facts.parts = m_facts.instances = m_facts.occurrences = m_facts.solids = m_facts.faces =
-            m_facts.edges = m_facts.triangles = m_facts.annotations = 0;
+            m_facts.edges = m_facts.triangles = m_facts.annotations = m_facts.drawings = 0;
         m_facts.names.emplace();
         m_facts.colors.emplace();
         m_facts.drawnColors.emplace();
@@ -118,6 +118,16 @@ public:
     }
 
 private:
+    // Whether a callout has an element of its own.
+    bool IsDrawn(IObject const& object)
+    {
+        auto const& callout = dynamic_cast<IAnnotationCallout const&>(object);
+        for (unsigned long long i = 0; i < callout.ChildCount(); ++i)
+            if (dynamic_cast<IAnnotationCalloutElement const*>(m_producer.Load(callout.ChildAt(i).Id())))
+                return true;
+        return false;
+    }
+
     void AddName(std::string const& name)
     {
         if (!name.empty())
@@ -161,7 +171,10 @@ private:
         {
             AddStyle(geometry.style);
             if (geometry.className == "IAnnotationCallout")
+            {
                 ++*m_facts.annotations;
+                *m_facts.drawings += IsDrawn(*geometry.object) ? 1 : 0;
+            }
             if (geometry.body)
                 if (SubEntityToStylesMap const* const map = geometry.body->StylesMap())
                     for (unsigned long long i = 0; i < map->Size(); ++i)
@@ -273,6 +286,7 @@ private:
         }
     }
 
+    IProducer& m_producer;
     SceneModel const& m_scene;
     ModelFacts m_facts;
     std::map<IObject const*, BodyFacts> m_bodies;
@@ -284,7 +298,7 @@ private:
 ModelFacts FactsOfScene(IProducer& producer, UTF8String const& rootId)
 {
     SceneModel const scene(producer, rootId, {});
-    return SceneReader(scene).Read();
+    return SceneReader(producer, scene).Read();
 }
 
 }  // namespace KVR

@@ -108,7 +108,7 @@ TDF_Label DocumentParts::Add(ModelComponent const& component, gp_Mat const& chan
         shape = compound;
     }
     TDF_Label const part = m_shapes->AddShape(shape, Standard_False, Standard_False);
-    TDataStd_Name::Set(part, DocumentText(component.label.empty() ? component.id : component.label));
+    TDataStd_Name::Set(part, DocumentText(component.label));
     Style(component, part, items, isWhole);
     // Those of an assembly speak of all of it.
     if (component.kind == ModelComponent::Kind::kPart)
@@ -143,8 +143,7 @@ void DocumentParts::Style(ModelComponent const& component, TDF_Label const& part
             SetColor(label, look, HasFaces(item.shape));
         if (isWhole && !geometry.isVisible)
             m_colors->SetVisibility(part, Standard_False);
-        m_document.bodies.push_back(
-            {part, item.shape, geometry.label.empty() ? geometry.id : geometry.label, !isWhole && !geometry.isVisible});
+        m_document.bodies.push_back({part, item.shape, geometry.label, !isWhole && !geometry.isVisible});
         Note(geometry.id, {isPoint ? TDF_Label() : label, m_document.bodies.size() - 1});
         for (auto const& [shape, id] : item.subStyles)
         {

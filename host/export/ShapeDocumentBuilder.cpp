@@ -195,13 +195,13 @@ void ShapeDocumentBuilder::FillAssembly(DocumentVariant& variant, gp_Mat const& 
 {
     ModelComponent const& component = *variant.component;
     variant.label = m_shapes->NewShape();
-    TDataStd_Name::Set(variant.label, DocumentText(NameOf(component.label, component.id)));
+    TDataStd_Name::Set(variant.label, DocumentText(component.label));
     m_parts->AddProperties(component, variant.label);
     if (HasOwnGeometry(component))
     {
         TDF_Label const part = m_parts->Add(component, change);
         TDF_Label const label = m_shapes->AddComponent(variant.label, part, TopLoc_Location(gp_Trsf()));
-        TDataStd_Name::Set(label, DocumentText(NameOf(component.label, component.id)));
+        TDataStd_Name::Set(label, DocumentText(component.label));
         variant.children.push_back({nullptr, label, nullptr});
     }
     for (ModelPlacement const& placement : component.placements)
@@ -241,8 +241,7 @@ void ShapeDocumentBuilder::Place(DocumentVariant& assembly, ModelPlacement const
         return m_document.notCarried.Add("instances whose transform leaves nothing of them");
     DocumentVariant const* const variant = VariantOf(placement.target, where->change, below);
     TDF_Label const label = m_shapes->AddComponent(assembly.label, variant->label, where->motion);
-    std::string const name = NameOf(placement.label, placement.id);
-    TDataStd_Name::Set(label, DocumentText(name.empty() ? NameOf(target.label, target.id) : name));
+    TDataStd_Name::Set(label, DocumentText(placement.label.empty() ? target.label : placement.label));
     assembly.children.push_back({&placement, label, variant});
 }
 
