@@ -278,7 +278,7 @@ int GltfDocument::MeshOf(ModelGeometry const& geometry, OccurrenceState const& s
     MeshKey const key{geometry.object, state.StyleOf(geometry), state.KeepsFaceStyles(geometry)};
     auto const [entry, isNew] = m_meshes.try_emplace(key, -1);
     if (isNew)
-        entry->second = MakeMesh(geometry, key.style, key.keepsFaceStyles);
+        entry->second = MakeMesh(geometry, std::get<1>(key), std::get<2>(key));
     return entry->second;
 }
 

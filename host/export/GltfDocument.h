@@ -27,14 +27,8 @@ public:
     tinygltf::Model& Model() noexcept { return m_model; }
 
 private:
-    struct MeshKey
-    {
-        IObject const* object;
-        std::string style;
-        bool keepsFaceStyles;
-
-        auto operator<=>(MeshKey const&) const = default;
-    };
+    /// An object, its style, and whether its faces keep theirs.
+    using MeshKey = std::tuple<IObject const*, std::string, bool>;
 
     struct Drawing
     {

@@ -330,7 +330,7 @@ std::string SceneModelReader::FirstStyle(IdSet const& styles)
 {
     if (styles.IsEmpty())
         return {};
-    std::string const id = Text(styles.At(0));
+    std::string id = Text(styles.At(0));
     ReadStyle(id);
     return id;
 }
