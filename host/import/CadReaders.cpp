@@ -9,6 +9,8 @@
 #include <STEPConstruct_UnitContext.hxx>
 #include <StepData_StepModel.hxx>
 #include <StepData_UndefinedEntity.hxx>
+#include <StepGeom_Axis2Placement3d.hxx>
+#include <StepGeom_CartesianPoint.hxx>
 #include <StepGeom_GeomRepContextAndGlobUnitAssCtxAndGlobUncertaintyAssCtx.hxx>
 #include <StepGeom_GeometricRepresentationContextAndGlobalUnitAssignedContext.hxx>
 #include <StepRepr_GlobalUnitAssignedContext.hxx>
@@ -17,6 +19,7 @@
 #include <StepShape_Face.hxx>
 #include <StepShape_ShellBasedSurfaceModel.hxx>
 #include <StepShape_SolidModel.hxx>
+#include <StepVisual_CameraModelD3.hxx>
 #include <TColStd_SequenceOfAsciiString.hxx>
 #include <TCollection_HAsciiString.hxx>
 #include <TopoDS_Shape.hxx>
@@ -146,7 +149,19 @@ void ReadStepHeader(ModelDocument& model, Handle(StepData_StepModel) const& step
     }
 }
 
-// The names of bodies, and the numbers of the entities of faces and edges, by what Open CASCADE made of them.
+void ReadEye(ModelDocument& model, StepVisual_CameraModelD3 const& camera)
+{
+    Handle(StepGeom_Axis2Placement3d) const axes = camera.ViewReferenceSystem();
+    if (axes.IsNull() || axes->Location().IsNull() || axes->Location()->NbCoordinates() != 3)
+        return;
+    Handle(StepGeom_CartesianPoint) const eye = axes->Location();
+    // A file's unit is the document's.
+    model.eyes.emplace(TextOf(camera.Name()),
+                       std::array{eye->CoordinatesValue(1), eye->CoordinatesValue(2), eye->CoordinatesValue(3)});
+}
+
+// The names of bodies, the eyes of views, and the numbers of the entities of faces and edges, by what Open CASCADE made
+// of them.
 void ReadEntityIds(ModelDocument& model, Handle(XSControl_WorkSession) const& session)
 {
     Handle(Transfer_TransientProcess) const process = session->TransferReader()->TransientProcess();
@@ -154,6 +169,8 @@ void ReadEntityIds(ModelDocument& model, Handle(XSControl_WorkSession) const& se
     for (int number = 1; number <= step->NbEntities(); ++number)
     {
         Handle(Standard_Transient) const entity = step->Value(number);
+        if (auto const camera = Handle(StepVisual_CameraModelD3)::DownCast(entity); !camera.IsNull())
+            ReadEye(model, *camera);
         bool const isBody = entity->IsKind(STANDARD_TYPE(StepShape_SolidModel)) ||
                             entity->IsKind(STANDARD_TYPE(StepShape_ShellBasedSurfaceModel));
         if (!isBody && !entity->IsKind(STANDARD_TYPE(StepShape_Face)) &&

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <TDocStd_Document.hxx>
+#include <array>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -41,6 +42,8 @@ struct ModelDocument
     /// What the model calls its bodies, and by what its faces and edges are known in it, by the shape without place.
     std::unordered_map<TopoDS_TShape const*, std::string> bodyNames;
     std::unordered_map<TopoDS_TShape const*, std::string> entityIds;
+    /// Where the eyes of saved views are, by the names of the views; Open CASCADE's documents do not tell.
+    std::unordered_map<std::string, std::array<double, 3>> eyes;
     /// What was found and is not in the document, by kind.
     std::vector<std::pair<std::string, unsigned long long>> losses;
     /// Sentences for the user.

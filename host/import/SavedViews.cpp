@@ -23,12 +23,13 @@ Authoring::XYZ Triple(gp_XYZ const& value)
     return {value.X() + 0.0, value.Y() + 0.0, value.Z() + 0.0};
 }
 
-Authoring::CameraRecord CameraOf(Handle(XCAFView_Object) const& view)
+// Open CASCADE's direction is that to the eye, from which distances are taken.
+Authoring::CameraRecord CameraOf(Handle(XCAFView_Object) const& view, gp_XYZ const& eye)
 {
     Authoring::CameraRecord camera;
     camera.isPerspective = view->Type() == XCAFView_ProjectionType_Central;
-    camera.position = Triple(view->ProjectionPoint().XYZ());
-    camera.direction = Triple(view->ViewDirection().XYZ());
+    camera.position = Triple(eye);
+    camera.direction = Triple(view->ViewDirection().XYZ().Reversed());
     camera.up = Triple(view->UpDirection().XYZ());
     if (view->WindowVerticalSize() > 0.0)
     {
@@ -40,8 +41,8 @@ Authoring::CameraRecord CameraOf(Handle(XCAFView_Object) const& view)
     {
         Authoring::PlaneRecord plane;
         gp_XYZ const direction = view->ViewDirection().XYZ();
-        plane.origin = Triple(view->ProjectionPoint().XYZ() + direction * distance);
-        plane.normal = Triple(direction);
+        plane.origin = Triple(eye + direction * distance);
+        plane.normal = Triple(direction.Reversed());
         return plane;
     };
     if (view->HasFrontPlaneClipping())
@@ -71,12 +72,12 @@ void ReadSectionPlanes(Authoring::CameraRecord& camera, TDF_LabelSequence const&
 
 }  // namespace
 
-SavedViews SavedViews::Of(Handle(TDocStd_Document) const& document, UnitTypeEnum unit,
+SavedViews SavedViews::Of(ModelDocument const& model,
                           std::function<std::vector<UTF8String>(TDF_Label const&)> const& idsOf, Losses& losses)
 {
     SavedViews result;
-    auto const tool = XCAFDoc_DocumentTool::ViewTool(document->Main());
-    auto const planes = XCAFDoc_DocumentTool::ClippingPlaneTool(document->Main());
+    auto const tool = XCAFDoc_DocumentTool::ViewTool(model.document->Main());
+    auto const planes = XCAFDoc_DocumentTool::ClippingPlaneTool(model.document->Main());
     TDF_LabelSequence labels;
     tool->GetViewLabels(labels);
     for (TDF_Label const& label : labels)
@@ -90,12 +91,15 @@ SavedViews SavedViews::Of(Handle(TDocStd_Document) const& document, UnitTypeEnum
         view.id = UTF8String("view" + number);
         if (!object->Name().IsNull())
             view.label = CleanText(object->Name()->ToCString());
-        view.lengthUnit = unit;
+        view.lengthUnit = model.unit;
         view.cameraIds.push_back(UTF8String("camera" + number));
-        Authoring::CameraRecord camera = CameraOf(object);
+        auto const known = object->Name().IsNull() ? model.eyes.end() : model.eyes.find(object->Name()->ToCString());
+        gp_XYZ const eye = known == model.eyes.end() ? object->ProjectionPoint().XYZ()
+                                                     : gp_XYZ(known->second[0], known->second[1], known->second[2]);
+        Authoring::CameraRecord camera = CameraOf(object, eye);
         camera.id = view.cameraIds.front();
         camera.label = view.label;
-        camera.lengthUnit = unit;
+        camera.lengthUnit = model.unit;
         TDF_LabelSequence clipping;
         tool->GetRefClippingPlaneLabel(label, clipping);
         ReadSectionPlanes(camera, clipping, planes);

@@ -1,17 +1,17 @@
 #pragma once
 
 #include <TDF_Label.hxx>
-#include <TDocStd_Document.hxx>
 #include <functional>
 #include <vector>
 
 #include "authoring/SceneRecords.h"
 #include "host/import/Losses.h"
+#include "host/import/ModelDocument.h"
 
 namespace KVR
 {
 
-/// The saved views of a document, each with a camera of its own; clipping planes are section planes of the camera.
+/// The saved views of a model, each with a camera of its own; clipping planes are section planes of the camera.
 struct SavedViews
 {
     std::vector<Authoring::ViewRecord> views;
@@ -19,7 +19,7 @@ struct SavedViews
 
     /// `idsOf` answers the ids of what a label became. What a view names becomes a member of
     /// it.
-    static SavedViews Of(Handle(TDocStd_Document) const& document, UnitTypeEnum unit,
+    static SavedViews Of(ModelDocument const& model,
                          std::function<std::vector<UTF8String>(TDF_Label const&)> const& idsOf, Losses& losses);
 };
 

@@ -154,7 +154,7 @@ private:
         attributes.textures = m_styles.Textures();
         AddLayers(attributes);
         SavedViews views = SavedViews::Of(
-            m_model.document, m_model.unit, [this](TDF_Label const& label) { return IdsOf(label); }, m_report.losses);
+            m_model, [this](TDF_Label const& label) { return IdsOf(label); }, m_report.losses);
         attributes.views = std::move(views.views);
         attributes.cameras = std::move(views.cameras);
         m_scene.AttributeSet(attributes);

@@ -211,6 +211,13 @@ TEST(Import, SavedViewsAndTheirClippingPlanesBecomeViewsAndCameras)
     ASSERT_EQ(sections.size(), 1u);
     EXPECT_EQ(sections.front().at("Label"), "Section #1");
     EXPECT_EQ(sections.front().at("SectionPlanes").size(), 1u);
+    for (json const& camera : scene.OfClass("ICamera"))
+        if (camera.at("Label") == "Top")
+        {
+            // From the eye, which the file places below, towards the product.
+            EXPECT_NEAR(camera.at("CameraPosition").at(2), -115.664672851563, 1e-9);
+            EXPECT_EQ(camera.at("CameraDirection"), json({0, 0, 1}));
+        }
 }
 
 TEST(Import, AnnotationsBecomeCalloutsWithTextPlaneAndLines)
