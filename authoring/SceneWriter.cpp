@@ -1,16 +1,12 @@
 #include "authoring/SceneWriter.h"
 
-#include <xxhash.h>
-#include <boost/filesystem/operations.hpp>
-#include <boost/filesystem/path.hpp>
-#include <optional>
-#include <unordered_map>
-#include <unordered_set>
+#include <vector>
 
-#include "authoring/PropertyWriter.h"
 #include "authoring/XmlFile.h"
 #include "authoring/elements/ElementWriters.h"
 #include "authoring/elements/PropertyText.h"
+#include "authoring/elements/SceneIds.h"
+#include "authoring/elements/SideFiles.h"
 #include "framework/api/Exception.h"
 
 namespace KVR::Authoring
@@ -24,20 +20,6 @@ void Check(bool holds, char const* message)
     if (!holds)
         throw GeneralException(message);
 }
-
-// Ids are known by their digests: two that differ and share one do not come up in practice.
-struct IdDigest
-{
-    XXH128_hash_t digest;
-
-    explicit IdDigest(UTF8String const& id) : digest(XXH3_128bits(id.Value(), id.Size())) {}
-    bool operator==(IdDigest const& other) const { return XXH128_isEqual(digest, other.digest) != 0; }
-};
-
-struct IdDigestHash
-{
-    std::size_t operator()(IdDigest const& id) const { return id.digest.low64; }
-};
 
 enum class Owner
 {
@@ -53,95 +35,30 @@ enum class SetKind
     kExtension
 };
 
-UTF8String Removed(UTF8String const& path, std::string_view extension)
-{
-    std::string_view const text = path.View();
-    return UTF8String(text.substr(0, text.size() - extension.size()));
-}
-
 }  // namespace
 
 struct SceneWriter::State
 {
-    State(UTF16String const& path, SceneWriterOptions const& chosen)
-        : options(chosen),
-          extension(boost::filesystem::path(UTF8String(path).Value()).extension().string()),
-          stem(Removed(UTF8String(path), extension)),
-          document(path, "Scene")
+    State(UTF16String const& path, SceneWriterOptions const& options)
+        : sideFiles(path, options), document(path, "Scene")
     {
     }
 
-    SceneWriterOptions options;
-    std::string extension;
-    /// The scene's path without its extension.
-    UTF8String stem;
+    SideFiles sideFiles;
     XmlFile document;
+    SceneIds ids;
     Owner owner = Owner::kNone;
     std::vector<SetKind> sets;
     bool isChildSetOpen = false;
-    std::unordered_set<IdDigest, IdDigestHash> ids;
-    /// Ids that were named and have not come yet.
-    std::unordered_map<IdDigest, UTF8String, IdDigestHash> wanted;
     unsigned long long propertyCount = 0;
-    unsigned long long blobCount = 0;
-    std::optional<MeshStoreWriter> meshes;
-    std::optional<SegmentStoreWriter> segments;
-    std::optional<KernelStoreWriter> kernel;
-    std::optional<SubObjectPersistentIdWriter> persistentIds;
-    std::optional<VitreolAssetWriter> assets;
-    std::optional<PropertyWriter> properties;
-    /// Side files that stand already, and go again when the scene is not finished.
-    std::vector<UTF16String> standing;
 
-    ~State()
-    {
-        boost::system::error_code ignored;
-        for (UTF16String const& path : standing)
-            boost::filesystem::remove(UTF8String(path).Value(), ignored);
-    }
-    State(State const&) = delete;
-    State& operator=(State const&) = delete;
-
-    template <class Writer>
-    void FinishSideFile(std::optional<Writer>& writer, std::string_view ending)
-    {
-        if (!writer)
-            return;
-        writer->Finish();
-        standing.push_back(Beside(ending));
-    }
-
-    UTF16String Beside(std::string_view ending) const { return UTF16String(stem + UTF8String(ending)); }
-    /// As the scene names a file beside it.
-    std::string NameOf(std::string_view ending) const
-    {
-        return boost::filesystem::path(stem.Value()).filename().string() + std::string(ending);
-    }
-    char const* MeshEnding() const { return options.meshLayout == MeshStoreLayout::kMeshInfo ? ".mesh" : ".geometry"; }
-    char const* KernelEnding() const { return options.kernelForm == KernelStoreForm::kBinary ? ".sab" : ".sat"; }
-
-    void Define(ObjectRecord const& object)
-    {
-        if (object.id.IsEmpty())
-            throw GeneralException("an object needs an id");
-        IdDigest const digest(object.id);
-        if (!ids.insert(digest).second)
-            throw GeneralException(UTF8String("two objects have the id ") + object.id);
-        wanted.erase(digest);
-    }
+    void Define(ObjectRecord const& object) { ids.Define(object.id); }
 
     template <class Records>
     void DefineAll(Records const& records)
     {
         for (auto const& record : records)
             Define(record);
-    }
-
-    void Want(UTF8String const& id)
-    {
-        IdDigest const digest(id);
-        if (!ids.contains(digest))
-            wanted.emplace(digest, id);
     }
 
     void Begin(Owner kind, std::string_view name, ObjectRecord const& object)
@@ -202,15 +119,6 @@ struct SceneWriter::State
         Authoring::BeginSet(document, name, set);
         sets.push_back(kind);
     }
-
-    void Section(std::string_view name, std::string_view condition, std::string_view ending)
-    {
-        document.Begin(name);
-        if (!condition.empty())
-            document.Attribute(condition, "True");
-        document.Attribute("Path", std::string_view(NameOf(ending)));
-        document.End();
-    }
 };
 
 SceneWriter::SceneWriter(UTF16String const& path, SceneWriterOptions const& options)
@@ -255,7 +163,7 @@ void SceneWriter::BeginFile(FileRecord const& file)
     document.Begin("ChildSet");
     for (UTF8String const& id : file.childIds)
     {
-        m_state->Want(id);
+        m_state->ids.Want(id);
         document.Begin("Child");
         document.Attribute("ID", id.View());
         document.End();
@@ -305,7 +213,7 @@ void SceneWriter::Instance(InstanceRecord const& instance)
 {
     Check(m_state->owner == Owner::kAssembly && m_state->sets.empty(), "an instance stands in an assembly");
     m_state->OpenGeometry(instance);
-    m_state->Want(instance.targetId);
+    m_state->ids.Want(instance.targetId);
     WriteInstance(m_state->document, instance);
 }
 
@@ -412,7 +320,7 @@ void SceneWriter::Callout(CalloutRecord const& callout)
         m_state->DefineAll(element.meshes);
     }
     for (UTF8String const& id : callout.childIds)
-        m_state->Want(id);
+        m_state->ids.Want(id);
     WriteCallout(m_state->document, callout);
 }
 
@@ -437,90 +345,50 @@ void SceneWriter::EndSet()
 
 void SceneWriter::Property(UTF8String const& objectId, PropertyValue const& property)
 {
-    if (!m_state->properties)
-        m_state->properties.emplace(m_state->Beside(".kvrproperty"));
-    m_state->Want(objectId);
+    m_state->ids.Want(objectId);
     UTF8String const id("property" + std::to_string(++m_state->propertyCount));
-    m_state->properties->Property(id, objectId, property);
+    m_state->sideFiles.Properties().Property(id, objectId, property);
 }
 
 MeshStoreWriter& SceneWriter::Meshes()
 {
-    if (!m_state->meshes)
-        m_state->meshes.emplace(m_state->Beside(m_state->MeshEnding()), m_state->options.meshLayout);
-    return *m_state->meshes;
+    return m_state->sideFiles.Meshes();
 }
 
 SegmentStoreWriter& SceneWriter::Segments()
 {
-    if (!m_state->segments)
-        m_state->segments.emplace(m_state->Beside(".seg"));
-    return *m_state->segments;
+    return m_state->sideFiles.Segments();
 }
 
 KernelStoreWriter& SceneWriter::Kernel()
 {
-    if (!m_state->kernel)
-        m_state->kernel.emplace(m_state->Beside(m_state->KernelEnding()), m_state->options.kernelForm);
-    return *m_state->kernel;
+    return m_state->sideFiles.Kernel();
 }
 
 SubObjectPersistentIdWriter& SceneWriter::PersistentIds()
 {
-    if (!m_state->persistentIds)
-        m_state->persistentIds.emplace(m_state->Beside(".ids.xml"));
-    return *m_state->persistentIds;
+    return m_state->sideFiles.PersistentIds();
 }
 
 VitreolAssetWriter& SceneWriter::Assets()
 {
-    if (!m_state->assets)
-        m_state->assets.emplace(m_state->Beside(".assets"));
-    return *m_state->assets;
+    return m_state->sideFiles.Assets();
 }
 
 UTF8String SceneWriter::Blob(void const* bytes, std::size_t size)
 {
-    std::string const ending = ".blob" + std::to_string(++m_state->blobCount);
-    StoreFile file(m_state->Beside(ending));
-    file.Bytes(bytes, size);
-    file.Commit();
-    m_state->standing.push_back(m_state->Beside(ending));
-    return UTF8String(m_state->NameOf(ending));
+    return m_state->sideFiles.Blob(bytes, size);
 }
 
 void SceneWriter::Finish()
 {
-    State& state = *m_state;
-    Check(state.owner == Owner::kNone && state.sets.empty(), "a scene is finished when what was opened is closed");
-    if (!state.wanted.empty())
-        throw GeneralException(UTF8String("no object has the id ") + state.wanted.begin()->second);
-    if (state.kernel)
-        state.Section("SatInfo", {}, state.KernelEnding());
-    if (state.meshes && state.options.meshLayout == MeshStoreLayout::kMeshInfo)
-        state.Section("MeshInfo", "GenerateMesh", state.MeshEnding());
-    else if (state.meshes)
-        state.Section("GeometryInfo", "GenerateGeometry", state.MeshEnding());
-    // Behind the meshes: a reader takes segments only for meshes that it knows.
-    if (state.segments)
-        state.Section("MeshSegmentInfo", "GenerateMeshSegment", ".seg");
-    if (state.assets)
-        state.Section("VitreolMaterialInfo", "GenerateSerializedVitreol", ".assets");
-    if (state.persistentIds)
-        state.Section("SubObjectPersistentIdInfo", "GenerateSubObjectPersistentId", ".ids.xml");
-    state.FinishSideFile(state.kernel, state.KernelEnding());
-    state.FinishSideFile(state.meshes, state.MeshEnding());
-    state.FinishSideFile(state.segments, ".seg");
-    state.FinishSideFile(state.assets, ".assets");
-    state.FinishSideFile(state.persistentIds, ".ids.xml");
-    state.FinishSideFile(state.properties, ".kvrproperty");
-    if (!state.properties)
-    {
-        boost::system::error_code ignored;
-        boost::filesystem::remove(UTF8String(state.Beside(".kvrproperty")).Value(), ignored);
-    }
-    state.document.Finish();
-    state.standing.clear();
+    Check(m_state->owner == Owner::kNone && m_state->sets.empty(),
+          "a scene is finished when what was opened is closed");
+    m_state->ids.CheckAllCame();
+    m_state->sideFiles.WriteSections(m_state->document);
+    m_state->sideFiles.Finish();
+    m_state->document.Finish();
+    m_state->sideFiles.Keep();
 }
 
 }  // namespace KVR::Authoring

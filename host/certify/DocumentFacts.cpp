@@ -22,6 +22,7 @@
 #include <XCAFDoc_ViewTool.hxx>
 #include <gp_Trsf.hxx>
 
+#include "host/LengthUnits.h"
 #include "host/certify/FactReaders.h"
 #include "host/certify/OccurrenceCounts.h"
 #include "host/import/CleanText.h"

@@ -1,4 +1,5 @@
 #include "host/export/DocumentDrawings.h"
+#include "host/LengthUnits.h"
 
 #include <BRepBuilderAPI_Transform.hxx>
 #include <Standard_Failure.hxx>
@@ -77,7 +78,7 @@ public:
     void Visit(ICurve* curve) override
     {
         UnitTypeEnum unit = kUnitType_Unknown;
-        double const own = curve->LengthUnit(unit) == kIsValueSpecified_Yes ? MetresPer(unit) : 0.0;
+        double const own = curve->LengthUnit(unit) == kIsValueSpecified_Yes ? MetresOf(unit) : 0.0;
         double const scale = (own > 0.0 ? own : m_variant.component->metresPerUnit) / m_document.metresPerUnit;
         CurveShape const made = CurveShape::Of(*curve);
         m_document.notCarried.Add("pieces of curves", made.missing);
@@ -165,7 +166,7 @@ void DocumentDrawings::AddViews()
 void DocumentDrawings::AddCamera(ICamera const& camera, std::string const& name)
 {
     UnitTypeEnum unit = kUnitType_Unknown;
-    double const own = camera.LengthUnit(unit) == kIsValueSpecified_Yes ? MetresPer(unit) : 0.0;
+    double const own = camera.LengthUnit(unit) == kIsValueSpecified_Yes ? MetresOf(unit) : 0.0;
     double const scale = (own > 0.0 ? own : m_task.scene.metresPerUnit) / m_document.metresPerUnit;
     gp_XYZ const eye = scale * Triple(camera.CameraPosition());
     gp_XYZ const direction = Triple(camera.CameraDirection());
@@ -243,7 +244,7 @@ void DocumentDrawings::AddCallouts(DocumentVariant const& variant)
         if (plane)
         {
             UnitTypeEnum unit = kUnitType_Unknown;
-            double const own = plane->LengthUnit(unit) == kIsValueSpecified_Yes ? MetresPer(unit) : 0.0;
+            double const own = plane->LengthUnit(unit) == kIsValueSpecified_Yes ? MetresOf(unit) : 0.0;
             double const scale = (own > 0.0 ? own : component.metresPerUnit) / m_document.metresPerUnit;
             gp_XYZ origin;
             gp_XYZ normal;

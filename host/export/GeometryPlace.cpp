@@ -1,4 +1,5 @@
 #include "host/export/GeometryPlace.h"
+#include "host/LengthUnits.h"
 
 #include "framework/api/IObject.h"
 #include "framework/api/Mixins.h"
@@ -18,7 +19,7 @@ Matrix PlaceOf(ModelGeometry const& geometry, ModelComponent const& component, O
     Matrix const& own = state.TransformOf(geometry);
     UnitTypeEnum unit = kUnitType_Unknown;
     auto const* const measured = dynamic_cast<IUnit const*>(geometry.object);
-    double const metres = measured && measured->LengthUnit(unit) == kIsValueSpecified_Yes ? MetresPer(unit) : 0.0;
+    double const metres = measured && measured->LengthUnit(unit) == kIsValueSpecified_Yes ? MetresOf(unit) : 0.0;
     // Also the place is in the geometry's own unit.
     return metres > 0.0 && metres != component.metresPerUnit ? Product(Scaling(metres / component.metresPerUnit), own)
                                                              : own;

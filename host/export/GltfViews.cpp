@@ -2,6 +2,7 @@
 #include <cmath>
 
 #include "framework/api/kvr_api.h"
+#include "host/LengthUnits.h"
 #include "host/export/GltfDocument.h"
 
 // Cameras and views of a glTF document.
@@ -97,8 +98,8 @@ void GltfDocument::AddCameras(Matrix const& turn)
             continue;
         UnitTypeEnum unit = kUnitType_Unknown;
         double metres = m_scene.metresPerUnit;
-        if (camera->LengthUnit(unit) == kIsValueSpecified_Yes && MetresPer(unit) > 0.0)
-            metres = MetresPer(unit);
+        if (camera->LengthUnit(unit) == kIsValueSpecified_Yes && MetresOf(unit) > 0.0)
+            metres = MetresOf(unit);
         Matrix const place = Product(turn, PlaceOf(*camera, metres));
         if (!std::all_of(place.begin(), place.end(), [](double element) { return std::abs(element) < kFurthest; }))
         {

@@ -1,4 +1,5 @@
 #include "host/export/PartShapes.h"
+#include "host/LengthUnits.h"
 
 #include <BRepBuilderAPI_MakeVertex.hxx>
 #include <Standard_Failure.hxx>
@@ -29,7 +30,7 @@ double MetresOf(ModelGeometry const& geometry, ModelComponent const& component)
 {
     UnitTypeEnum unit = kUnitType_Unknown;
     auto const* const measured = dynamic_cast<IUnit const*>(geometry.object);
-    double const metres = measured && measured->LengthUnit(unit) == kIsValueSpecified_Yes ? MetresPer(unit) : 0.0;
+    double const metres = measured && measured->LengthUnit(unit) == kIsValueSpecified_Yes ? MetresOf(unit) : 0.0;
     return metres > 0.0 ? metres : component.metresPerUnit;
 }
 

@@ -181,7 +181,4 @@ private:
     IProducer& m_producer;
 };
 
-/// How long a unit is in metres; 0 for one that is no unit of length.
-double MetresPer(UnitTypeEnum unit);
-
 }  // namespace KVR

@@ -1,4 +1,6 @@
 #include "host/export/SceneModelReader.h"
+#include "host/ExtensionTypes.h"
+#include "host/LengthUnits.h"
 
 #include <algorithm>
 #include <cmath>
@@ -14,8 +16,6 @@ namespace
 
 // Of sets of geometry in one another.
 constexpr std::size_t kMostSets = 1000;
-constexpr char kBodyTypeId[] = "kvr.body";
-constexpr char kPbrTypeId[] = "gltf.pbrMetallicRoughness";
 
 std::string Text(UTF8String const& text)
 {
@@ -170,7 +170,7 @@ void SceneModelReader::ReadComponent(std::size_t index)
     UnitTypeEnum unit = kUnitType_Unknown;
     if (auto const* const measured = dynamic_cast<IUnit const*>(object);
         measured && measured->LengthUnit(unit) == kIsValueSpecified_Yes)
-        metres = MetresPer(unit);
+        metres = MetresOf(unit);
     m_model.components[index].metresPerUnit = metres;
     if (metres > 0.0 && !m_hasUnit)
     {

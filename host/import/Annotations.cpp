@@ -21,6 +21,7 @@
 #include <charconv>
 #include <gp_Ax2.hxx>
 
+#include "host/ExtensionTypes.h"
 #include "host/import/CleanText.h"
 
 namespace KVR
@@ -29,9 +30,6 @@ namespace KVR
 namespace
 {
 
-// Under which a note keeps the faces and edges that it speaks of, which are no objects.
-constexpr char kReferencesTypeId[] = "kvr.annotation.references";
-constexpr char kKindTypeId[] = "kvr.annotation.kind";
 // How far a drawn arc may be from its polyline, by the angle between two pieces.
 constexpr double kArcAngle = 0.2;
 
@@ -217,7 +215,7 @@ private:
         Authoring::CalloutRecord& callout = note.callout;
         callout.id = UTF8String("note" + std::to_string(++m_annotations.m_count));
         callout.label = UTF8String(TextOf(object.GetSemanticName()));
-        callout.extensionData.push_back({kKindTypeId, kind, {}, {}, {}});
+        callout.extensionData.push_back({kAnnotationKindTypeId, kind, {}, {}, {}});
         if (callout.label.IsEmpty())
             callout.label = UTF8String(TextOf(object.GetPresentationName()));
         callout.text.emplace();
@@ -289,7 +287,7 @@ private:
             }
         }
         if (!references.empty())
-            callout.extensionData.push_back({kReferencesTypeId, UTF8String(references), {}, {}, {}});
+            callout.extensionData.push_back({kAnnotationReferencesTypeId, UTF8String(references), {}, {}, {}});
         if (owner < m_plan.components.size())
             return owner;
         return m_plan.roots.empty() ? 0 : m_plan.roots.front();

@@ -1,4 +1,5 @@
 #include "host/import/CadReaders.h"
+#include "host/LengthUnits.h"
 
 #include <APIHeaderSection_MakeHeader.hxx>
 #include <IGESCAFControl_Reader.hxx>

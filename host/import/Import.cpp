@@ -1,4 +1,5 @@
 #include "host/import/Import.h"
+#include "host/LengthUnits.h"
 
 #include <unistd.h>
 #include <Standard_Failure.hxx>

@@ -53,9 +53,4 @@ struct ModelDocument
     static ModelDocument Read(std::string const& path, ModelFormat format, ModelReadOptions const& options);
 };
 
-/// A length unit by its length in metres, kUnitType_Unknown for one that has no text.
-UnitTypeEnum UnitOfLength(double metres);
-/// How long a unit is; 0 for one that is no unit of length.
-double MetresOf(UnitTypeEnum unit);
-
 }  // namespace KVR

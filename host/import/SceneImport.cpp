@@ -19,6 +19,7 @@
 #include "framework/api/DataIdToPersistentIdMap.h"
 #include "framework/api/Time.h"
 #include "framework/api/UTF16String.h"
+#include "host/ExtensionTypes.h"
 #include "host/import/Annotations.h"
 #include "host/import/BodyMesh.h"
 #include "host/import/CleanText.h"
@@ -37,8 +38,6 @@ namespace
 
 // The angle between the normals of neighbouring triangles, in radians.
 constexpr double kAngularDeflection = 0.5;
-// Under which a mesh names the body that it is the mesh of.
-constexpr char kBodyTypeId[] = "kvr.body";
 
 std::string StemOf(std::string const& path)
 {

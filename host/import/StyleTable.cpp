@@ -10,6 +10,7 @@
 #include <fstream>
 #include <nlohmann/json.hpp>
 
+#include "host/ExtensionTypes.h"
 #include "host/import/CleanText.h"
 
 namespace KVR
@@ -17,9 +18,6 @@ namespace KVR
 
 namespace
 {
-
-// Under which a style keeps what the scene has no attribute for.
-constexpr char kPbrTypeId[] = "gltf.pbrMetallicRoughness";
 
 // Open CASCADE keeps colours linear.
 Authoring::ColorRecord SceneColor(Quantity_ColorRGBA const& color)

@@ -1,0 +1,18 @@
+#pragma once
+
+namespace KVR
+{
+
+// The type ids of extension data that the program writes into scenes and understands in them; docs/tool.md tells what
+// stands in it.
+
+/// On a mesh: the id of the body that it is the mesh of.
+inline constexpr char kBodyTypeId[] = "kvr.body";
+/// On a style: what glTF's metallic-roughness model says, as JSON.
+inline constexpr char kPbrTypeId[] = "gltf.pbrMetallicRoughness";
+/// On a callout: "dimension", "tolerance" or "datum".
+inline constexpr char kAnnotationKindTypeId[] = "kvr.annotation.kind";
+/// On a callout: what it speaks of, by ids with commas between them.
+inline constexpr char kAnnotationReferencesTypeId[] = "kvr.annotation.references";
+
+}  // namespace KVR

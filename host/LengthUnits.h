@@ -1,0 +1,13 @@
+#pragma once
+
+#include "framework/api/Enums.h"
+
+namespace KVR
+{
+
+/// How long a unit is in metres; 0 for one that is no unit of length.
+double MetresOf(UnitTypeEnum unit) noexcept;
+/// The unit of a length in metres, to a relative 1e-9; kUnitType_Unknown for none.
+UnitTypeEnum UnitOfLength(double metres) noexcept;
+
+}  // namespace KVR
