@@ -7,6 +7,7 @@
 #include <nlohmann/json.hpp>
 
 #include "framework/api/kvr_api.h"
+#include "host/export/GeometryFinder.h"
 
 namespace KVR
 {
@@ -16,6 +17,8 @@ namespace
 
 // Of sets of geometry in one another.
 constexpr std::size_t kMostSets = 1000;
+// Of ids in an occurrence path: no scene is read deeper.
+constexpr unsigned long long kLongestPath = 1000;
 
 std::string Text(UTF8String const& text)
 {
@@ -26,26 +29,14 @@ std::string Text(UTF16String const& text)
     return Text(UTF8String(text));
 }
 
-// The identity for what cannot place anything, since it has elements that are no numbers or larger than any place.
-Matrix MatrixOf(Matrix3d const* transform)
-{
-    constexpr double kMost = 1e30;
-    if (!transform)
-        return kIdentity;
-    Matrix const& elements = transform->Elements();
-    bool const isUsable =
-        std::all_of(elements.begin(), elements.end(), [](double element) { return std::abs(element) < kMost; });
-    if (!isUsable)
-        return kIdentity;
-    // No format has a place for a perspective.
-    Matrix affine = elements;
-    std::copy(kIdentity.begin() + 12, kIdentity.end(), affine.begin() + 12);
-    return affine;
-}
-
 std::array<double, 3> Triple(Color const& color)
 {
     return {std::clamp(color.Red(), 0.0, 1.0), std::clamp(color.Green(), 0.0, 1.0), std::clamp(color.Blue(), 0.0, 1.0)};
+}
+
+bool IsUsable(IdSet const& path)
+{
+    return !path.IsEmpty() && path.Size() <= kLongestPath;
 }
 
 ModelOverride& OverrideAt(std::shared_ptr<ModelOverride>& top, IdSet const& path)
@@ -62,58 +53,6 @@ ModelOverride& OverrideAt(std::shared_ptr<ModelOverride>& top, IdSet const& path
     }
     return *entry;
 }
-
-// What of an object is geometry, and of which kind.
-class KindFinder final : public ObjectVisitor
-{
-public:
-    using ObjectVisitor::Visit;
-    void Visit(IBrep* object) override
-    {
-        Dress(object, "IBrep", GeometryKind::kBody);
-        geometry.body = object;
-    }
-    void Visit(IPolygonMesh* object) override
-    {
-        Dress(object, "IPolygonMesh", GeometryKind::kMesh);
-        geometry.mesh = object;
-    }
-    void Visit(ICurve* object) override
-    {
-        Dress(object, "ICurve", GeometryKind::kCurve);
-        geometry.curve = object;
-    }
-    void Visit(IPoint* object) override
-    {
-        Dress(object, "IPoint", GeometryKind::kPoint);
-        geometry.point = object;
-    }
-    void Visit(IPointCloud* object) override { Dress(object, "IPointCloud", GeometryKind::kOther); }
-    void Visit(ISketch* object) override { Dress(object, "ISketch", GeometryKind::kOther); }
-    void Visit(IWorkAxis* object) override { Dress(object, "IWorkAxis", GeometryKind::kOther); }
-    void Visit(IWorkPlane* object) override { Dress(object, "IWorkPlane", GeometryKind::kOther); }
-    void Visit(IWorkPoint* object) override { Dress(object, "IWorkPoint", GeometryKind::kOther); }
-    void Visit(IAnnotationCallout* object) override
-    {
-        geometry.className = "IAnnotationCallout";
-        geometry.isVisible = object->IsVisible();
-    }
-
-    ModelGeometry geometry;
-    IdSet styles;
-
-private:
-    template <class Object>
-    void Dress(Object* object, char const* name, GeometryKind kind)
-    {
-        geometry.kind = kind;
-        geometry.className = name;
-        geometry.isVisible = object->IsVisible();
-        styles = object->Styles();
-        if (auto const* const placed = dynamic_cast<ITransformable const*>(object))
-            geometry.transform = MatrixOf(placed->Transform());
-    }
-};
 
 }  // namespace
 
@@ -243,7 +182,7 @@ void SceneModelReader::ReadInstance(std::size_t index, IInstance& instance)
     placement.id = Text(instance.Id());
     placement.label = Text(instance.Label());
     placement.target = target;
-    placement.transform = MatrixOf(instance.Transform());
+    placement.transform = PlaceOf(instance.Transform());
     placement.isVisible = instance.IsVisible();
     placement.style = FirstStyle(instance.Styles());
     m_model.components[index].placements.push_back(std::move(placement));
@@ -256,7 +195,7 @@ void SceneModelReader::ReadGeometry(ModelComponent& component, IObject& object, 
     {
         if (depth >= kMostSets)
             return;
-        Matrix const inner = Product(place, MatrixOf(set.Transform()));
+        Matrix const inner = Product(place, PlaceOf(set.Transform()));
         for (unsigned long long i = 0; i < set.ChildCount(); ++i)
         {
             UTF8String const id = set.ChildAt(i).Id();
@@ -269,7 +208,7 @@ void SceneModelReader::ReadGeometry(ModelComponent& component, IObject& object, 
         return readSet(*set);
     if (auto const* const set = dynamic_cast<IExtensionGeometry const*>(&object))
         return readSet(*set);
-    KindFinder finder;
+    GeometryFinder finder;
     object.AcceptVisitor(&finder);
     ModelGeometry& geometry = finder.geometry;
     if (geometry.className.empty())
@@ -304,7 +243,7 @@ void SceneModelReader::ReadOverrides(ModelComponent& component, IAssembly const&
         IdSet path;
         bool isVisible = true;
         assembly.CrossLevelVisibilityAt(i, path, isVisible);
-        if (!path.IsEmpty())
+        if (IsUsable(path))
             OverrideAt(component.overrides, path).isVisible = isVisible;
     }
     for (unsigned long long i = 0; i < assembly.CrossLevelStyleCount(); ++i)
@@ -312,7 +251,7 @@ void SceneModelReader::ReadOverrides(ModelComponent& component, IAssembly const&
         IdSet path;
         IdSet styles;
         assembly.CrossLevelStyleAt(i, path, styles);
-        if (!path.IsEmpty() && !styles.IsEmpty())
+        if (IsUsable(path) && !styles.IsEmpty())
             OverrideAt(component.overrides, path).style = FirstStyle(styles);
     }
     for (unsigned long long i = 0; i < assembly.CrossLevelTransformCount(); ++i)
@@ -320,8 +259,8 @@ void SceneModelReader::ReadOverrides(ModelComponent& component, IAssembly const&
         IdSet path;
         Matrix3d transform;
         assembly.CrossLevelTransformAt(i, path, transform);
-        if (!path.IsEmpty())
-            OverrideAt(component.overrides, path).transform = MatrixOf(&transform);
+        if (IsUsable(path))
+            OverrideAt(component.overrides, path).transform = PlaceOf(&transform);
     }
 }
 
