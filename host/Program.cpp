@@ -167,6 +167,16 @@ int RunProgram(int argc, char const* const* argv)
     CLI::App app("Shows what a CAD scene serves, makes scenes of models, and writes scenes for other programs.", "kvr");
     app.set_version_flag("--version", "kvr " KVR_VERSION);
     app.require_subcommand(1);
+    app.footer(
+        "Examples:\n"
+        "  kvr import examples/models/as1-oc-214.stp as1.xml\n"
+        "  kvr tree --styles as1.xml\n"
+        "  kvr dump --summary as1.xml\n"
+        "  kvr views as1.xml\n"
+        "  kvr notes as1.xml\n"
+        "  kvr export as1.xml as1.glb\n"
+        "  kvr export --only l-bracket as1.xml bracket.step\n"
+        "  kvr certify examples/models/as1-oc-214.stp");
     app.failure_message([](CLI::App const*, CLI::Error const& error)
                         { return std::string("kvr: ") + error.what() + "; see kvr --help\n"; });
 

@@ -263,7 +263,7 @@ void ReadIges(ModelDocument& model, std::string const& path, Message_ProgressRan
     if (iges.IsNull() || iges->NbEntities() == 0)
         throw ModelError("it is an IGES file without content");
     IGESData_GlobalSection const& global = iges->GlobalSection();
-    UnitTypeEnum const unit = UnitOfLength(global.UnitValue());
+    UnitTypeEnum const unit = UnitOfLength(global.UnitValue() * kMetresPerFactor);
     model.isUnitStated = unit != kUnitType_Unknown;
     SetDocumentUnit(model, model.isUnitStated ? unit : kUnitType_Millimeter);
     AddHeader(model, "Author", TextOf(global.AuthorName()));

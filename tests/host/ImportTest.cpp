@@ -1,6 +1,11 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <unistd.h>
+#include <BRepTools.hxx>
+#include <BinTools.hxx>
+#include <IGESControl_Controller.hxx>
+#include <IGESControl_Writer.hxx>
+#include <TopoDS_Shape.hxx>
 
 #include <algorithm>
 #include <csignal>
@@ -11,6 +16,7 @@
 #include <sstream>
 
 #include "tests/host/ToolRun.h"
+#include "tests/support/Shapes.h"
 #include "tests/support/TempFolder.h"
 
 namespace KVR::Test
@@ -281,6 +287,38 @@ TEST(Import, TrianglesOfStlObjAndPlyComeInTheUnitThatIsSaid)
         EXPECT_EQ(meshes.front().at("PolygonCount"), entry.triangles) << entry.name;
         EXPECT_EQ(scene.OfClass("IPart").front().at("LengthUnit"), "kUnitType_Inch") << entry.name;
     }
+}
+
+TEST(Import, BodiesOfBrepAndIgesFilesComeWithTheirMeasures)
+{
+    TempFolder const folder;
+    TopoDS_Shape const box = BoxShape(1.0, 2.0, 3.0);
+    std::string const text = folder.NarrowPathOf("box.brep");
+    ASSERT_TRUE(BRepTools::Write(box, text.c_str()));
+    std::string const binary = folder.NarrowPathOf("box.bin");
+    ASSERT_TRUE(BinTools::Write(box, binary.c_str()));
+    for (std::string const& path : {text, binary})
+    {
+        // The binary form is told by its extension.
+        std::string const model = path == binary ? folder.NarrowPathOf("binary.brep") : path;
+        if (model != path)
+            fs::rename(path, model);
+        Imported scene(model);
+        ASSERT_EQ(scene.run.status, 0) << scene.run.error;
+        EXPECT_NEAR(Sum(scene.OfClass("IBrep"), "Volume"), 6.0, 1e-9);
+        EXPECT_NE(scene.run.error.find("states no unit of length"), std::string::npos);
+    }
+    IGESControl_Controller::Init();
+    IGESControl_Writer writer("IN", 0);
+    ASSERT_TRUE(writer.AddShape(box));
+    std::string const iges = folder.NarrowPathOf("box.igs");
+    ASSERT_TRUE(writer.Write(iges.c_str()));
+    Imported scene(iges);
+    ASSERT_EQ(scene.run.status, 0) << scene.run.error;
+    EXPECT_NE(scene.run.out.find("unit of length: inch"), std::string::npos) << scene.run.out;
+    // A box of 1 by 2 by 3 millimetres, as faces.
+    EXPECT_NEAR(Sum(scene.OfClass("IBrep"), "Area") * 25.4 * 25.4, 22.0, 1e-6);
+    EXPECT_EQ(Sum(scene.OfClass("IBrep"), "Faces"), 6.0);
 }
 
 TEST(Import, TheFormatIsToldByContentWhateverTheExtension)
