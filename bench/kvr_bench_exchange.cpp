@@ -171,14 +171,14 @@ void Run(std::string const& path, int repeat)
 
 int main(int argc, char** argv)
 {
-    CLI::App app("Measures import and export beside Open CASCADE, in one run.");
-    std::string model = KVR_BENCH_MODEL;
-    int repeat = 5;
-    app.add_option("model", model, "A STEP file")->capture_default_str();
-    app.add_option("--repeat", repeat, "Rounds, of which the median counts")->check(CLI::PositiveNumber);
-    CLI11_PARSE(app, argc, argv);
     try
     {
+        CLI::App app("Measures import and export beside Open CASCADE, in one run.");
+        std::string model = KVR_BENCH_MODEL;
+        int repeat = 5;
+        app.add_option("model", model, "A STEP file")->capture_default_str();
+        app.add_option("--repeat", repeat, "Rounds, of which the median counts")->check(CLI::PositiveNumber);
+        CLI11_PARSE(app, argc, argv);
         Run(model, repeat);
         return 0;
     }

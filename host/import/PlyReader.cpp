@@ -28,7 +28,7 @@ Handle(Poly_Triangulation) ReadPly(std::string const& path)
     }
     if (triangleCount == 0)
         throw ModelError("it holds no triangles");
-    Handle(Poly_Triangulation) const result = new Poly_Triangulation(nodeCount, triangleCount, false);
+    Handle(Poly_Triangulation) result = new Poly_Triangulation(nodeCount, triangleCount, false);
     int node = 0;
     int triangle = 0;
     for (unsigned i = 0; i < scene->mNumMeshes; ++i)
