@@ -19,7 +19,7 @@ std::string Model(std::string const& name)
     return std::string(KVR_EXAMPLES_DIR) + "/models/" + name;
 }
 
-class BundledModel : public testing::TestWithParam<char const*>
+class CertifiedModel : public testing::TestWithParam<char const*>
 {
 };
 
@@ -33,7 +33,7 @@ Certificate::Row const& RowOf(Certificate const& certificate, std::string const&
 
 }  // namespace
 
-TEST_P(BundledModel, Certifies)
+TEST_P(CertifiedModel, HoldsTheSame)
 {
     ToolRun const run = RunTool({"certify", "--json", Model(GetParam())});
     EXPECT_EQ(run.status, 0) << run.error << run.out;
@@ -43,7 +43,7 @@ TEST_P(BundledModel, Certifies)
         EXPECT_LE(row.at("Difference").get<double>(), 1e-6) << row;
 }
 
-INSTANTIATE_TEST_SUITE_P(Certify, BundledModel,
+INSTANTIATE_TEST_SUITE_P(Certify, CertifiedModel,
                          testing::Values("as1-oc-214.stp", "nist_ctc_03_ap203.stp", "iso14405_fig17a.stp",
                                          "nist_plate_creo_lbls.stp"));
 

@@ -8,6 +8,7 @@
 #include <TopoDS_Shape.hxx>
 
 #include <algorithm>
+#include <cmath>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
@@ -84,6 +85,10 @@ public:
 private:
     TempFolder m_folder;
     json m_objects;
+};
+
+class BundledModel : public testing::TestWithParam<char const*>
+{
 };
 
 double Sum(std::vector<json> const& bodies, char const* measure)
@@ -250,6 +255,34 @@ TEST(Import, MeshesOrBodiesMayBeLeftOutAndBodiesWrittenAsText)
     EXPECT_EQ(FilesIn(text.Folder()), (std::vector<std::string>{"scene.ids.xml", "scene.sat", "scene.xml"}));
     EXPECT_NEAR(Sum(text.OfClass("IBrep"), "Volume"), Sum(noMesh.OfClass("IBrep"), "Volume"), 1e-6);
 }
+
+TEST_P(BundledModel, HasTheSameBodiesAsTextAndAsBytes)
+{
+    Imported bytes(Model(GetParam()), {"--no-mesh"});
+    Imported text(Model(GetParam()), {"--no-mesh", "--text"});
+    ASSERT_EQ(bytes.run.status, 0) << bytes.run.error;
+    ASSERT_EQ(text.run.status, 0) << text.run.error;
+    auto const first = bytes.OfClass("IBrep");
+    auto const second = text.OfClass("IBrep");
+    ASSERT_EQ(first.size(), second.size());
+    ASSERT_FALSE(first.empty());
+    for (std::size_t i = 0; i < first.size(); ++i)
+    {
+        json const& a = first[i].at("Body");
+        json const& b = second[i].at("Body");
+        for (char const* const count : {"Solids", "Faces", "Edges", "Vertices"})
+            EXPECT_EQ(a.at(count), b.at(count)) << first[i].at("Id");
+        for (char const* const measure : {"Volume", "Area"})
+            EXPECT_NEAR(a.at(measure).get<double>(), b.at(measure).get<double>(),
+                        1e-9 * std::abs(a.at(measure).get<double>()))
+                << first[i].at("Id");
+        EXPECT_EQ(first[i].at("PersistentIDsMap"), second[i].at("PersistentIDsMap"));
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Import, BundledModel,
+                         testing::Values("as1-oc-214.stp", "nist_ctc_03_ap203.stp", "iso14405_fig17a.stp",
+                                         "nist_plate_creo_lbls.stp", "lcr_follower_arm.step"));
 
 TEST(Import, AFinerDeflectionMakesMoreTriangles)
 {
