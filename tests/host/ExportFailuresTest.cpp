@@ -9,6 +9,8 @@
 
 #include "tests/host/ExportScene.h"
 #include "tests/host/GltfFile.h"
+#include "tests/host/ResourceLimit.h"
+#include "tests/support/SanitizedBuild.h"
 
 namespace KVR::Test
 {
@@ -213,6 +215,8 @@ TEST(ExportFailuresTest, WhatIsDeeperThanAThousandLevelsIsLeftOut)
         text += "<IAssembly ID=\"level" + std::to_string(i) + "\"><ChildSet>" +
                 Instance("a" + std::to_string(i + 1), "level" + std::to_string(i + 1)) + "</ChildSet></IAssembly>";
     text += R"(<IPart ID="level3000" Label="Part"/>)";
+    // What sanitizers add to each level does not fit the usual stack.
+    ResourceLimit const stack(RLIMIT_STACK, kIsSanitized ? rlim_t{512} << 20 : rlim_t{8} << 20);
     for (std::string const& format : kFormats)
     {
         ExportScene scene;

@@ -23,13 +23,12 @@
 #include <XCAFDoc_Volume.hxx>
 #include <XCAFView_Object.hxx>
 
-#include <sys/resource.h>
-
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 
+#include "tests/host/ResourceLimit.h"
 #include "tests/host/StepRead.h"
 #include "tests/host/StepScene.h"
 #include "tests/support/Shapes.h"
@@ -680,25 +679,6 @@ TEST(ExportStepTest, AfterOneRoundImportAndExportChangeNothing)
 namespace
 {
 
-// Files of this process and of those it starts end here, so long as the object lives.
-class FileSizeLimit
-{
-public:
-    explicit FileSizeLimit(rlim_t bytes)
-    {
-        ::getrlimit(RLIMIT_FSIZE, &m_former);
-        rlimit limit = m_former;
-        limit.rlim_cur = bytes;
-        ::setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit() { ::setrlimit(RLIMIT_FSIZE, &m_former); }
-    FileSizeLimit(FileSizeLimit const&) = delete;
-    FileSizeLimit& operator=(FileSizeLimit const&) = delete;
-
-private:
-    rlimit m_former{};
-};
-
 std::vector<std::string> NamesIn(std::string const& folder)
 {
     std::vector<std::string> names;
@@ -747,7 +727,7 @@ TEST(ExportFailureTest, AFileThatGrowsTooLargeLeavesOneSentenceAndNoFile)
         std::vector<std::string> const before = NamesIn(scene.Folder().Path());
         ToolRun run;
         {
-            FileSizeLimit const limit(1000);
+            ResourceLimit const limit(RLIMIT_FSIZE, 1000);
             run = scene.Export(name);
         }
         EXPECT_EQ(run.status, 1) << name;
@@ -772,7 +752,7 @@ TEST(ExportFailureTest, AFormerFileStaysWhenTheExportFails)
     WriteTwoBlocks(scene);
     scene.Folder().Write("out.step", "former");
     {
-        FileSizeLimit const limit(1000);
+        ResourceLimit const limit(RLIMIT_FSIZE, 1000);
         EXPECT_EQ(scene.Export("out.step").status, 1);
     }
     EXPECT_EQ(ContentOf(scene.PathOf("out.step")), "former");

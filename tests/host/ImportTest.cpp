@@ -1,5 +1,4 @@
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <unistd.h>
 #include <BRepTools.hxx>
 #include <BinTools.hxx>
@@ -16,6 +15,7 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
+#include "tests/host/ResourceLimit.h"
 #include "tests/host/ToolRun.h"
 #include "tests/support/Shapes.h"
 #include "tests/support/TempFolder.h"
@@ -462,13 +462,8 @@ TEST(ImportFailures, AFullDiskLeavesNothingAndTheFormerScene)
     TempFolder const folder;
     folder.Write("scene.xml", "the former scene");
     // Files of the program may not grow beyond 64 kB, as on a disk that is full.
-    struct rlimit former = {};
-    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &former), 0);
-    struct rlimit small = former;
-    small.rlim_cur = 64 * 1024;
-    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
+    ResourceLimit const limit(RLIMIT_FSIZE, 64 * 1024);
     ToolRun const run = RunTool({"import", Model("as1-oc-214.stp"), folder.NarrowPathOf("scene.xml")});
-    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &former), 0);
     ExpectCleanFailure(run, folder, {"scene.xml"}, "its scene cannot be written: File too large");
     EXPECT_EQ(Bytes(folder.NarrowPathOf("scene.xml")), "the former scene");
 }

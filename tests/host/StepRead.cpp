@@ -15,8 +15,8 @@
 #include <TDF_ChildIterator.hxx>
 #include <TDF_LabelSequence.hxx>
 #include <TDataStd_Name.hxx>
+#include <TDocStd_Document.hxx>
 #include <TopoDS_Compound.hxx>
-#include <XCAFApp_Application.hxx>
 #include <XCAFDoc_ColorTool.hxx>
 #include <XCAFDoc_DocumentTool.hxx>
 #include <XCAFDoc_GraphNode.hxx>
@@ -57,7 +57,7 @@ std::optional<StepRead::Rgba> ColorOf(opencascade::handle<TDocStd_Document> cons
 StepRead::StepRead(std::string const& path)
 {
     Message::DefaultMessenger()->ChangePrinters().Clear();
-    XCAFApp_Application::GetApplication()->NewDocument("BinXCAF", m_document);
+    m_document = new TDocStd_Document("BinXCAF");
     STEPCAFControl_Reader reader;
     reader.SetSHUOMode(Standard_True);
     reader.SetGDTMode(Standard_True);
