@@ -54,6 +54,12 @@ std::optional<StepRead::Rgba> ColorOf(opencascade::handle<TDocStd_Document> cons
 
 }  // namespace
 
+// Layers and views hold one another by their links, which a document ends only when it is told to.
+StepRead::~StepRead()
+{
+    m_document->Main().Root().ForgetAllAttributes(true);
+}
+
 StepRead::StepRead(std::string const& path)
 {
     Message::DefaultMessenger()->ChangePrinters().Clear();

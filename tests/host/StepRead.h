@@ -17,6 +17,9 @@ class StepRead
 {
 public:
     explicit StepRead(std::string const& path);
+    ~StepRead();
+    StepRead(StepRead const&) = delete;
+    StepRead& operator=(StepRead const&) = delete;
 
     /// The names of the products that stand in no other.
     std::vector<std::string> Roots() const;
