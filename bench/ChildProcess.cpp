@@ -81,6 +81,16 @@ Figures InChildProcess(std::function<Figures()> const& work)
     return figures;
 }
 
+void DoInChildProcess(std::function<void()> const& work)
+{
+    InChildProcess(
+        [&]
+        {
+            work();
+            return Figures();
+        });
+}
+
 double PeakResidentBytes()
 {
     rusage usage{};

@@ -125,7 +125,7 @@ void Run(Options const& options)
 {
     ScratchFolder const folder;
     std::filesystem::path const scene = folder.Path() / "cloud.xml";
-    WriteCloud(scene, options.points, options.decimals);
+    DoInChildProcess([&] { WriteCloud(scene, options.points, options.decimals); });
     std::vector<Figures> rounds;
     for (int i = 0; i < options.repeat; ++i)
     {

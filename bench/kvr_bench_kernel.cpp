@@ -121,13 +121,7 @@ void Run(unsigned bodies, int repeat)
 {
     ScratchFolder const folder;
     Files const files{(folder.Path() / "s.sab").string(), (folder.Path() / "s.bin").string()};
-    // In a process of its own, whose memory the measured ones do not begin with.
-    InChildProcess(
-        [&]
-        {
-            Write(files, bodies);
-            return Figures();
-        });
+    DoInChildProcess([&] { Write(files, bodies); });
     std::vector<Figures> theirs;
     std::vector<Figures> ours;
     for (int i = 0; i < repeat; ++i)

@@ -4,10 +4,13 @@
 #include <fmt/format.h>
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <cstddef>
 #include <cstdio>
+#include <cstring>
 #include <exception>
 #include <filesystem>
 #include <memory>
+#include <new>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <string>
@@ -20,6 +23,7 @@
 #include "bench/ProcessorTime.h"
 #include "bench/ScratchFolder.h"
 #include "geometry/XMLCurve.h"
+#include "mesh/LargePages.h"
 #include "mesh/SideStoreReader.h"
 #include "mesh/XMLPolygonMesh.h"
 #include "producer/XMLProducerImpl.h"
@@ -33,6 +37,13 @@ constexpr std::uint64_t kLargeTriangles = 5'000'000;
 constexpr std::uint64_t kSmallMeshes = 100'000;
 constexpr std::uint64_t kSmallMeshTriangles = 50;
 constexpr std::uint64_t kComparedTriangles = 2'000'000;
+
+constexpr std::align_val_t kLargePageAlignment{KVR::kLargePage};
+
+struct FreeAligned
+{
+    void operator()(std::byte* block) const noexcept { ::operator delete(block, kLargePageAlignment); }
+};
 
 struct Options
 {
@@ -121,6 +132,34 @@ Figures MeasureStore(StoreCase const& measured)
     return figures;
 }
 
+// What the system takes to hand out so much memory in large pages, each written to once.
+double SecondsOfFreshMemory(double bytes)
+{
+    constexpr std::size_t kBlock = 8 * 1024 * 1024;
+    std::vector<std::unique_ptr<std::byte, FreeAligned>> blocks(static_cast<std::size_t>(bytes) / kBlock + 1);
+    return SecondsOf(
+        [&]
+        {
+            for (auto& block : blocks)
+            {
+                block.reset(static_cast<std::byte*>(::operator new(kBlock, kLargePageAlignment)));
+                KVR::AdviseLargePages(block.get(), kBlock);
+                std::memset(block.get(), 1, kBlock);
+            }
+        });
+}
+
+// The store in one process, and in another the memory that it took.
+Figures MeasureRound(StoreCase const& measured)
+{
+    Figures figures = InChildProcess([&] { return MeasureStore(measured); });
+    double const bytes = figures.at("memory");
+    figures.merge(InChildProcess([&] { return Figures{{"fresh", SecondsOfFreshMemory(bytes)}}; }));
+    figures["bareAndFresh"] = figures.at("bare") + figures.at("fresh");
+    figures["everything"] = figures.at("read") + (figures.contains("readSegments") ? figures.at("readSegments") : 0.0);
+    return figures;
+}
+
 Figures MeasureImport(ImportCase const& measured, double triangles)
 {
     ReadBare(measured.file);
@@ -168,7 +207,8 @@ std::vector<Goal> Goals(std::vector<StoreCase> const& stores, StoreCase const& c
     for (StoreCase const& store : stores)
     {
         goals.push_back({store.name + ": read / bare read", "", 3.0, MedianRatio(store.rounds, "read", "bare")});
-        goals.push_back({store.name + ": freeing / reading", "", 0.15, MedianRatio(store.rounds, "free", "read")});
+        goals.push_back(
+            {store.name + ": freeing / reading", "", 0.15, MedianRatio(store.rounds, "free", "everything")});
         goals.push_back({store.name + ": memory per triangle", " B", 1.6 * AnsweredBytes(store) + 24.0,
                          Median(store.rounds, "memory") / store.Triangles()});
     }
@@ -179,46 +219,49 @@ std::vector<Goal> Goals(std::vector<StoreCase> const& stores, StoreCase const& c
          Median(large.rounds, "read") / large.Triangles() / (Median(quarter.rounds, "read") / quarter.Triangles())});
     double const perTriangle = Median(compared.rounds, "read") / compared.Triangles();
     double const perByte = Median(compared.rounds, "read") / SizeOf(compared.stores.meshes);
-    for (ImportCase const& import : imports)
+    for (ImportCase const& imported : imports)
     {
-        double const seconds = Median(import.rounds, "read");
-        if (import.importer.name == "assimp")
+        double const seconds = Median(imported.rounds, "read");
+        if (imported.importer.name == "assimp")
             goals.push_back(
-                {fmt::format("time per triangle beside {} {}", import.importer.name, import.importer.format), "", 1.0,
-                 perTriangle / (seconds / compared.Triangles())});
+                {fmt::format("time per triangle beside {} {}", imported.importer.name, imported.importer.format), "",
+                 1.0, perTriangle / (seconds / compared.Triangles())});
         else
-            goals.push_back({fmt::format("time per byte beside {} {}", import.importer.name, import.importer.format),
-                             "", 1.0, perByte / (seconds / SizeOf(import.file))});
+            goals.push_back(
+                {fmt::format("time per byte beside {} {}", imported.importer.name, imported.importer.format), "", 1.0,
+                 perByte / (seconds / SizeOf(imported.file))});
     }
     return goals;
 }
 
 void PrintText(std::vector<StoreCase> const& stores, StoreCase const& compared, std::vector<ImportCase> const& imports)
 {
-    fmt::print("{:<26} {:>9} {:>10} {:>10} {:>7} {:>10} {:>10} {:>12} {:>10}\n", "", "file", "bare read", "read",
-               "ratio", "free", "segments", "memory", "rate");
-    fmt::print("{:<26} {:>9} {:>10} {:>10} {:>7} {:>10} {:>10} {:>12} {:>10}\n", "", "MB", "ms", "ms", "", "ms", "ms",
-               "B/triangle", "Mtri/s");
-    auto const printStore = [](StoreCase const& store)
+    char const* const row = "{:<18} {:>9} {:>10} {:>13} {:>10} {:>12} {:>15} {:>10} {:>10} {:>12} {:>10}\n";
+    fmt::print(fmt::runtime(row), "", "file", "bare read", "fresh memory", "read", "/ bare read", "/ bare and fresh",
+               "segments", "free", "memory", "rate");
+    fmt::print(fmt::runtime(row), "", "MB", "ms", "ms", "ms", "", "", "ms", "ms", "B/triangle", "Mtri/s");
+    auto const ms = [](std::vector<Figures> const& rounds, char const* name)
+    { return fmt::format("{:.1f}", Median(rounds, name) * 1e3); };
+    auto const number = [](double value, int decimals) { return fmt::format("{:.{}f}", value, decimals); };
+    auto const printStore = [&](StoreCase const& store)
     {
         std::vector<Figures> const& rounds = store.rounds;
-        double const read = Median(rounds, "read");
-        std::string const segments =
-            store.stores.segments.empty() ? "" : fmt::format("{:.1f}", Median(rounds, "readSegments") * 1e3);
-        fmt::print("{:<26} {:>9.1f} {:>10.1f} {:>10.1f} {:>7.2f} {:>10.2f} {:>10} {:>12.1f} {:>10.1f}\n", store.name,
-                   SizeOf(store.stores.meshes) / 1e6, Median(rounds, "bare") * 1e3, read * 1e3,
-                   MedianRatio(rounds, "read", "bare"), Median(rounds, "free") * 1e3, segments,
-                   Median(rounds, "memory") / store.Triangles(), store.Triangles() / read / 1e6);
+        fmt::print(fmt::runtime(row), store.name, number(SizeOf(store.stores.meshes) / 1e6, 1), ms(rounds, "bare"),
+                   ms(rounds, "fresh"), ms(rounds, "read"), number(MedianRatio(rounds, "read", "bare"), 2),
+                   number(MedianRatio(rounds, "read", "bareAndFresh"), 2),
+                   store.stores.segments.empty() ? "" : ms(rounds, "readSegments"), ms(rounds, "free"),
+                   number(Median(rounds, "memory") / store.Triangles(), 1),
+                   number(store.Triangles() / Median(rounds, "read") / 1e6, 1));
     };
     for (StoreCase const& store : stores)
         printStore(store);
     printStore(compared);
-    for (ImportCase const& import : imports)
+    for (ImportCase const& imported : imports)
     {
-        double const read = Median(import.rounds, "read");
-        fmt::print("{:<26} {:>9.1f} {:>10} {:>10.1f} {:>7} {:>10} {:>10} {:>12.1f} {:>10.1f}\n",
-                   import.importer.name + " " + import.importer.format, SizeOf(import.file) / 1e6, "", read * 1e3, "",
-                   "", "", Median(import.rounds, "memory") / compared.Triangles(), compared.Triangles() / read / 1e6);
+        fmt::print(fmt::runtime(row), imported.importer.name + " " + imported.importer.format,
+                   number(SizeOf(imported.file) / 1e6, 1), "", "", ms(imported.rounds, "read"), "", "", "", "",
+                   number(Median(imported.rounds, "memory") / compared.Triangles(), 1),
+                   number(compared.Triangles() / Median(imported.rounds, "read") / 1e6, 1));
     }
     std::fputs(GoalsText(Goals(stores, compared, imports)).c_str(), stdout);
 }
@@ -238,12 +281,12 @@ void PrintJson(std::vector<StoreCase> const& stores, StoreCase const& compared, 
     for (StoreCase const& store : stores)
         json["stores"].push_back(ToJson(store));
     json["stores"].push_back(ToJson(compared));
-    for (ImportCase const& import : imports)
-        json["importers"].push_back({{"name", import.importer.name},
-                                     {"format", import.importer.format},
-                                     {"fileBytes", SizeOf(import.file)},
-                                     {"read", Median(import.rounds, "read")},
-                                     {"memory", Median(import.rounds, "memory")}});
+    for (ImportCase const& imported : imports)
+        json["importers"].push_back({{"name", imported.importer.name},
+                                     {"format", imported.importer.format},
+                                     {"fileBytes", SizeOf(imported.file)},
+                                     {"read", Median(imported.rounds, "read")},
+                                     {"memory", Median(imported.rounds, "memory")}});
     for (Goal const& goal : Goals(stores, compared, imports))
         json["goals"].push_back({{"name", goal.name},
                                  {"atMost", goal.limit},
@@ -272,7 +315,7 @@ void Run(Options const& options)
         StoreCase store{name, {folder.Path() / (name + ".mesh"), {}}, grid, meshCount, {}};
         if (hasSegments)
             store.stores.segments = folder.Path() / (name + ".segments");
-        WriteStores(store.stores, grid, meshCount);
+        DoInChildProcess([&] { WriteStores(store.stores, grid, meshCount); });
         return store;
     };
     std::vector<StoreCase> stores;
@@ -286,24 +329,23 @@ void Run(Options const& options)
     {
         std::filesystem::path const file = folder.Path() / ("compared." + importer.format);
         if (!std::filesystem::exists(file))
-            WriteGrid(file, importer.format, grid);
+            DoInChildProcess([&] { WriteGrid(file, importer.format, grid); });
         imports.push_back({importer, file, {}});
     }
     for (int round = 0; round < options.repeat; ++round)
     {
         for (StoreCase& store : stores)
-            store.rounds.push_back(InChildProcess([&] { return MeasureStore(store); }));
-        compared.rounds.push_back(InChildProcess([&] { return MeasureStore(compared); }));
-        for (ImportCase& import : imports)
-            import.rounds.push_back(InChildProcess([&] { return MeasureImport(import, compared.Triangles());
-    }));
-    fmt::print(stderr, "round {} done\n", round + 1);
+            store.rounds.push_back(MeasureRound(store));
+        compared.rounds.push_back(MeasureRound(compared));
+        for (ImportCase& imported : imports)
+            imported.rounds.push_back(InChildProcess([&] { return MeasureImport(imported, compared.Triangles()); }));
+        fmt::print(stderr, "round {} done\n", round + 1);
+    }
+    if (options.json)
+        PrintJson(stores, compared, imports);
+    else
+        PrintText(stores, compared, imports);
 }
-if (options.json)
-    PrintJson(stores, compared, imports);
-else
-    PrintText(stores, compared, imports);
-}  // namespace
 
 }  // namespace
 

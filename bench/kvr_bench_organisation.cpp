@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "bench/ChildProcess.h"
 #include "bench/OrganisationGenerator.h"
 #include "bench/SceneGenerator.h"
 #include "bench/ScratchFolder.h"
@@ -119,7 +120,7 @@ void Run(int repeat)
 {
     ScratchFolder const folder;
     std::filesystem::path const smallest = folder.Path() / "smallest.xml";
-    WriteScene(smallest, 1);
+    DoInChildProcess([&] { WriteScene(smallest, 1); });
     std::vector<Scene> scenes;
     for (OrganisationCase const& kind : OrganisationCases())
     {
@@ -128,7 +129,7 @@ void Run(int repeat)
     }
     for (Scene& scene : scenes)
     {
-        scene.kind.write(scene.files.measured, scene.count);
+        DoInChildProcess([&] { scene.kind.write(scene.files.measured, scene.count); });
         benchmark::RegisterBenchmark(fmt::format("{}/{}", scene.kind.name, scene.count).c_str(), RunRound,
                                      std::ref(scene))
             ->Iterations(1)

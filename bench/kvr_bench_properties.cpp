@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "bench/ChildProcess.h"
 #include "bench/PropertyMeasures.h"
 #include "bench/ScratchFolder.h"
 
@@ -28,7 +29,7 @@ struct Options
 PropertyScene SceneIn(ScratchFolder const& folder, std::string const& name, unsigned entries, bool isKept)
 {
     PropertyScene scene{folder.Path() / (name + ".xml"), folder.Path() / (name + ".kvrproperty"), entries, isKept};
-    WritePropertyScene(scene);
+    DoInChildProcess([&] { WritePropertyScene(scene); });
     return scene;
 }
 

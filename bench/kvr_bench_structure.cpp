@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "bench/ChildProcess.h"
 #include "bench/SceneGenerator.h"
 #include "bench/ScratchFolder.h"
 #include "bench/StructureMeasures.h"
@@ -113,7 +114,7 @@ void Run(Options const& options)
 {
     ScratchFolder const folder;
     std::filesystem::path const smallest = folder.Path() / "1.xml";
-    WriteScene(smallest, 1);
+    DoInChildProcess([&] { WriteScene(smallest, 1); });
     std::vector<Scene> scenes;
     for (unsigned const instances : kSizes)
     {
@@ -122,7 +123,7 @@ void Run(Options const& options)
     }
     for (Scene& scene : scenes)
     {
-        WriteScene(scene.files.measured, scene.instances);
+        DoInChildProcess([&] { WriteScene(scene.files.measured, scene.instances); });
         benchmark::RegisterBenchmark(fmt::format("Structure/{}", scene.instances).c_str(), RunRound, std::ref(scene))
             ->Iterations(1)
             ->Repetitions(options.repeat)

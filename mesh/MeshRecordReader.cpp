@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <span>
+#include <utility>
 
 #include "framework/api/Subscript.h"
 #include "framework/xml_util/StoreCursor.h"
@@ -213,7 +214,7 @@ std::uint32_t MeshRecordReader::SlotOf(unsigned long long material)
     {
         IdSet ids;
         ids.AddWithUniquenessCheck(m_materials.table[static_cast<std::size_t>(material)]);
-        m_content.materialSets.AddWithUniquenessCheck(ids);
+        m_content.materialSets.AddWithUniquenessCheck(std::move(ids));
     }
     m_lastMaterial = material;
     m_lastSlot = place->second;

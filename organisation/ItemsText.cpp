@@ -1,5 +1,6 @@
 #include "organisation/ItemsText.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <string_view>
 #include <utility>
@@ -26,11 +27,19 @@ std::string_view TakeStretch(std::string_view& text)
     return stretch;
 }
 
+// An empty piece is dropped, so that the text has room for one in two bytes at the most.
+std::size_t MostPieces(std::string_view text)
+{
+    auto const commas = static_cast<std::size_t>(std::count(text.begin(), text.end(), ','));
+    return std::min(commas + 1, (text.size() + 1) / 2);
+}
+
 }  // namespace
 
 void AddItems(XMLProducerImpl& producer, XMLCh const* text, IdSet& items)
 {
     UTF8String const narrow = XMLStrUtil::XMLStrToAStr(text);
+    items.Reserve(items.Size() + MostPieces(narrow.View()));
     std::vector<UTF8String> pieces;
     for (std::string_view rest = narrow.View(); !rest.empty();)
     {

@@ -33,6 +33,13 @@ struct IdSet::Content
         return Find(id, HashOf(id));
     }
 
+    void Reserve(std::size_t count)
+    {
+        ids.reserve(count);
+        if (count > UniqueIndex::kShortList)
+            index.Reserve(count);
+    }
+
     template <class Id>
     void AddUnlessFound(Id&& id)
     {
@@ -112,6 +119,12 @@ void IdSet::AddWithoutUniquenessCheck(UTF8String const& id)
 void IdSet::AddWithoutUniquenessCheck(UTF8String&& id)
 {
     Owned().ids.push_back(std::move(id));
+}
+
+void IdSet::Reserve(unsigned long long count)
+{
+    if (count > 0)
+        Owned().Reserve(static_cast<std::size_t>(count));
 }
 
 bool IdSet::Contains(UTF8String const& id) const

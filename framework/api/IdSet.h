@@ -28,6 +28,9 @@ public:
     void AddWithoutUniquenessCheck(UTF8String const& id);
     void AddWithoutUniquenessCheck(UTF8String&& id);
 
+    /// Makes room for so many ids in all, for a list whose length is known: growing takes no further memory then.
+    void Reserve(unsigned long long count);
+
     bool Contains(UTF8String const& id) const;
     unsigned long long Size() const noexcept;
     bool IsEmpty() const noexcept;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <vector>
 
 #include "framework/api/Export.h"
@@ -22,6 +24,7 @@ public:
 
     /// Appends the set unless an equal one is there already; constant time also for a long list.
     void AddWithUniquenessCheck(IdSet const& set);
+    void AddWithUniquenessCheck(IdSet&& set);
     unsigned long long Size() const noexcept { return m_sets.size(); }
     bool IsEmpty() const noexcept { return m_sets.empty(); }
     /// Throws std::out_of_range for an index at or beyond the size.
@@ -29,7 +32,12 @@ public:
     IdSet const& operator[](unsigned long long index) const { return At(index); }
 
 private:
+    template <class Set>
+    void AddUnlessFound(Set&& set);
+    std::uint32_t Find(IdSet const& set, std::size_t hash) const;
+
     std::vector<IdSet> m_sets;
+    // Covers all sets once the list has grown long, and none before.
     UniqueIndex m_index;
 };
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <utility>
+
 #include "framework/api/Export.h"
 #include "framework/api/IndexSets.h"
 
@@ -12,10 +14,12 @@ class KVR_API EdgeSegmentInfo
 public:
     EdgeSegmentInfo();
     EdgeSegmentInfo(EdgeSegmentInfo const&) = default;
+    EdgeSegmentInfo(EdgeSegmentInfo&&) noexcept = default;
     EdgeSegmentInfo& operator=(EdgeSegmentInfo const&) = default;
+    EdgeSegmentInfo& operator=(EdgeSegmentInfo&&) noexcept = default;
     virtual ~EdgeSegmentInfo();
 
-    void SetVertexIndexSet(VertexIndexSet const& vertices) { m_vertices = vertices; }
+    void SetVertexIndexSet(VertexIndexSet vertices) noexcept { m_vertices = std::move(vertices); }
     VertexIndexSet const& VertexIndices() const noexcept { return m_vertices; }
 
 private:
@@ -28,12 +32,14 @@ class KVR_API FaceSegmentInfo
 public:
     FaceSegmentInfo();
     FaceSegmentInfo(FaceSegmentInfo const&) = default;
+    FaceSegmentInfo(FaceSegmentInfo&&) noexcept = default;
     FaceSegmentInfo& operator=(FaceSegmentInfo const&) = default;
+    FaceSegmentInfo& operator=(FaceSegmentInfo&&) noexcept = default;
     virtual ~FaceSegmentInfo();
 
     void SetVisible(bool visible) noexcept { m_visible = visible; }
     bool IsVisible() const noexcept { return m_visible; }
-    void SetPolygonIndexSet(PolygonIndexSet const& polygons) { m_polygons = polygons; }
+    void SetPolygonIndexSet(PolygonIndexSet polygons) noexcept { m_polygons = std::move(polygons); }
     PolygonIndexSet const& PolygonIndices() const noexcept { return m_polygons; }
 
 private:

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -34,6 +36,14 @@ public:
         }
     }
 
+    /// Makes room for so many positions in all.
+    void Reserve(std::size_t count)
+    {
+        if (std::size_t const slotCount = std::bit_ceil(2 * std::max(count, kShortList)); slotCount > m_slots.size())
+            Grow(slotCount);
+    }
+
+    bool IsEmpty() const noexcept { return m_count == 0; }
     /// Enters a position.
     void Add(std::size_t hash, std::uint32_t position)
     {
@@ -65,9 +75,11 @@ private:
         m_slots[i] = slot;
     }
 
-    void Grow()
+    void Grow() { Grow(m_slots.empty() ? 4 * kShortList : 2 * m_slots.size()); }
+
+    void Grow(std::size_t slotCount)
     {
-        std::vector<Slot> former(m_slots.empty() ? 4 * kShortList : 2 * m_slots.size());
+        std::vector<Slot> former(slotCount);
         former.swap(m_slots);
         for (Slot const& slot : former)
         {
