@@ -1,6 +1,7 @@
 #include "mesh/SideStoreReader.h"
 
 #include <algorithm>
+#include <array>
 #include <memory>
 #include <utility>
 
@@ -35,18 +36,44 @@ void Enter(std::map<UTF8String, StoreEntry<Object>>& store, UTF8String const& id
     place->second.owned = std::move(object);
 }
 
-// Reads a list of u64 into an index set.
-template <class Add>
-void ReadIndexList(StoreCursor& store, std::vector<std::int32_t>& buffer, Add add)
+void Append(PolygonIndexSet& polygons, std::int32_t index)
+{
+    polygons.Add(static_cast<std::uint32_t>(index));
+}
+void Append(VertexIndexSet& vertices, std::int32_t index)
+{
+    vertices.Append(index);
+}
+
+// Reads a list of u64 into an index set, a piece at a time, with zeros for what the file does not hold.
+template <class IndexSet>
+IndexSet ReadIndexSet(StoreCursor& store)
 {
     unsigned long long count = 0;
     store.Read(count);
     store.Expect(count, sizeof(unsigned long long), sizeof(std::int32_t));
-    buffer.resize(static_cast<std::size_t>(count));
-    std::size_t const read = store.ReadIndices(buffer.data(), buffer.size());
-    std::fill(buffer.begin() + static_cast<std::ptrdiff_t>(read), buffer.end(), 0);
-    for (std::int32_t const index : buffer)
-        add(index);
+    IndexSet indices;
+    indices.Reserve(count);
+    std::array<std::int32_t, 1024> piece;
+    for (unsigned long long read = 0; read < count;)
+    {
+        auto const size = static_cast<std::size_t>(std::min<unsigned long long>(count - read, piece.size()));
+        std::size_t const held = store.ReadIndices(piece.data(), size);
+        std::fill(piece.begin() + held, piece.begin() + size, 0);
+        for (std::size_t i = 0; i < size; ++i)
+            Append(indices, piece[i]);
+        read += size;
+    }
+    return indices;
+}
+
+// Makes room for so many more items. Many records may add to one mesh, so that the list at least doubles when it grows.
+template <class Item>
+void ReserveMore(std::vector<Item>& list, unsigned long long count)
+{
+    std::size_t const needed = list.size() + static_cast<std::size_t>(count);
+    if (needed > list.capacity())
+        list.reserve(std::max(needed, 2 * list.size()));
 }
 
 void ReadSegments(StoreCursor& store, XMLPolygonMesh::Content& mesh)
@@ -68,28 +95,22 @@ void ReadSegments(StoreCursor& store, XMLPolygonMesh::Content& mesh)
         flags[i] = flag;
     }
 
-    std::vector<std::int32_t> buffer;
     store.Expect(faceCount, sizeof(unsigned long long), sizeof(FaceSegmentInfo));
-    mesh.faceSegments.reserve(mesh.faceSegments.size() + static_cast<std::size_t>(faceCount));
+    ReserveMore(mesh.faceSegments, faceCount);
     for (unsigned long long i = 0; i < faceCount; ++i)
     {
-        PolygonIndexSet polygons;
-        ReadIndexList(store, buffer, [&](std::int32_t index) { polygons.Add(static_cast<std::uint32_t>(index)); });
-        FaceSegmentInfo segment;
+        auto const polygons = ReadIndexSet<PolygonIndexSet>(store);
+        FaceSegmentInfo& segment = mesh.faceSegments.emplace_back();
         segment.SetPolygonIndexSet(polygons);
         if (i < flags.size())
             segment.SetVisible(flags[static_cast<std::size_t>(i)]);
-        mesh.faceSegments.push_back(segment);
     }
     store.Expect(edgeCount, sizeof(unsigned long long), sizeof(EdgeSegmentInfo));
-    mesh.edgeSegments.reserve(mesh.edgeSegments.size() + static_cast<std::size_t>(edgeCount));
+    ReserveMore(mesh.edgeSegments, edgeCount);
     for (unsigned long long i = 0; i < edgeCount; ++i)
     {
-        VertexIndexSet vertices;
-        ReadIndexList(store, buffer, [&](std::int32_t index) { vertices.Append(index); });
-        EdgeSegmentInfo segment;
-        segment.SetVertexIndexSet(vertices);
-        mesh.edgeSegments.push_back(segment);
+        auto const vertices = ReadIndexSet<VertexIndexSet>(store);
+        mesh.edgeSegments.emplace_back().SetVertexIndexSet(vertices);
     }
 }
 

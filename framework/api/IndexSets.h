@@ -20,6 +20,8 @@ public:
 
     /// Appends the index, narrowed to 32 bits.
     void Add(unsigned long index) { m_indices.push_back(static_cast<unsigned int>(index)); }
+    /// Makes room for so many indices in all.
+    void Reserve(unsigned long count) { m_indices.reserve(count); }
     void Clear() noexcept { m_indices.clear(); }
     std::vector<unsigned int> const& Indices() const noexcept { return m_indices; }
 
@@ -39,6 +41,8 @@ public:
     VertexIndexSet& operator=(VertexIndexSet&&) noexcept = default;
 
     void Append(int index) { m_indices.push_back(index); }
+    /// Makes room for so many indices in all.
+    void Reserve(unsigned long count) { m_indices.reserve(count); }
     void Clear() noexcept { m_indices.clear(); }
     std::vector<int> const& Indices() const noexcept { return m_indices; }
 

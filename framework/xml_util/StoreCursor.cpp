@@ -42,7 +42,9 @@ bool StoreCursor::Fill(std::size_t count)
 {
     if (Remaining() < count)
     {
-        Seek(m_size);
+        // Behind the end a list may still be long, and every seek costs a call of the system.
+        if (!HasEnded())
+            Seek(m_size);
         return false;
     }
     std::size_t const held = m_end - m_next;

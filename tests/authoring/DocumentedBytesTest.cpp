@@ -5,6 +5,7 @@
 
 #include <TopoDS_Shape.hxx>
 
+#include <cmath>
 #include <fstream>
 #include <sstream>
 #include <string>
@@ -74,6 +75,24 @@ CompositeSegment Segment(char const* id, CurveRecord record, std::uint32_t flag,
                          std::uint32_t value)
 {
     return {UTF8String(id), std::make_shared<CurveRecord const>(std::move(record)), flag, start, end, value};
+}
+
+template <class Data>
+Data& DataOf(TestScene& scene, char const* id)
+{
+    return dynamic_cast<Data&>(*scene.Get<ICurve>(id).CurveDataAt(0));
+}
+
+void ExpectEnds(TestScene& scene, char const* id, Triple const& start, Triple const& end)
+{
+    auto const& curve = DataOf<ICurveData>(scene, id);
+    Position point;
+    ASSERT_EQ(curve.StartPoint_ex(point), kDataReturnCode_Ok) << id;
+    EXPECT_EQ((Triple{point.X(), point.Y(), point.Z()}), start) << id;
+    ASSERT_EQ(curve.EndPoint_ex(point), kDataReturnCode_Ok) << id;
+    EXPECT_NEAR(point.X(), end[0], 1e-12) << id;
+    EXPECT_NEAR(point.Y(), end[1], 1e-12) << id;
+    EXPECT_NEAR(point.Z(), end[2], 1e-12) << id;
 }
 
 TEST(DocumentedBytes, AMeshStoreIsAsDescribed)
@@ -147,9 +166,35 @@ TEST(DocumentedBytes, AGeometryStoreIsAsDescribed)
                     "<IPolygonMesh ID='leaf'/><ICurve ID='line'/><ICurve ID='ray'/><ICurve ID='arc'/>"
                     "<ICurve ID='path'/><ICurve ID='both'/><ICurve ID='bow'/></Scene>");
     scene.WithFile("s.mesh", DocumentedBytes("wires.geometry")).Begin();
-    EXPECT_EQ(scene.Get<IPolygonMesh>("leaf").PolygonCount(), 1U);
-    for (char const* const id : {"line", "ray", "arc", "path", "both", "bow"})
-        EXPECT_TRUE(scene.Has(id)) << id;
+    auto& leaf = scene.Get<IPolygonMesh>("leaf");
+    ASSERT_EQ(leaf.PolygonCount(), 1U);
+    EXPECT_THAT(List(PolygonOf(leaf, 0).VertexIndices()), ElementsAre(0, 1, 2));
+    EXPECT_THAT(List(PolygonOf(leaf, 0).TextureVertexIndices()), ElementsAre(0, 1, 1));
+    EXPECT_EQ(SlotOf(leaf, 0), -1);
+    ExpectEnds(scene, "line", {1, 2, 3}, {1, 2, 8});
+    ExpectEnds(scene, "arc", {2, 0, 0}, {2 * std::cos(1.5), std::sin(1.5), 0});
+    ExpectEnds(scene, "path", {0, 0, 0}, {1, 1, 0});
+    ExpectEnds(scene, "bow", {0, 0, 0}, {2, 0, 0});
+    double x = 0;
+    double y = 0;
+    double z = 0;
+    DataOf<IRayData>(scene, "ray").Direction(x, y, z);
+    EXPECT_EQ(x, 1.0);
+    DataOf<IPolyLineData>(scene, "path").VectorAt(1, x, y, z);
+    EXPECT_EQ(y, 1.0);
+    auto const& both = DataOf<ICompositeCurveData>(scene, "both");
+    std::uint32_t value = 0;
+    both.SegmentValue(1, value);
+    EXPECT_EQ(value, 1U);
+    bool flag = false;
+    both.SegmentFlag(0, flag);
+    EXPECT_TRUE(flag);
+    both.SegmentInterval(1, x, y);
+    EXPECT_EQ(x, 5.0);
+    EXPECT_EQ(y, 6.0);
+    double weight = 0;
+    DataOf<INurbsCurveData>(scene, "bow").ControlPoint(1, x, y, z, weight);
+    EXPECT_EQ(weight, 0.5);
 }
 
 TEST(DocumentedBytes, ASegmentStoreIsAsDescribed)
@@ -161,6 +206,19 @@ TEST(DocumentedBytes, ASegmentStoreIsAsDescribed)
     writer.Mesh(UTF8String("plate"), faces, edges, {false});
     writer.Finish();
     EXPECT_EQ(Content(folder, "plate.segments"), DocumentedBytes("plate.segments"));
+
+    TestScene scene(StoreScene(std::string(kMeshInfo) + kSegmentInfo, {"plate"}));
+    scene.WithFile("s.mesh", DocumentedBytes("plate.mesh")).WithFile("s.seg", DocumentedBytes("plate.segments"));
+    auto& mesh = scene.Begin().Get<IPolygonMesh>("plate");
+    FaceSegmentInfo face;
+    ASSERT_EQ(mesh.FaceSegmentCount(), 1U);
+    ASSERT_EQ(mesh.FaceSegmentAt(0, face), kIsValueSpecified_Yes);
+    EXPECT_FALSE(face.IsVisible());
+    EXPECT_THAT(face.PolygonIndices().Indices(), ElementsAre(0U));
+    EdgeSegmentInfo edge;
+    ASSERT_EQ(mesh.EdgeSegmentCount(), 1U);
+    ASSERT_EQ(mesh.EdgeSegmentInfoAt(0, edge), kIsValueSpecified_Yes);
+    EXPECT_THAT(edge.VertexIndices().Indices(), ElementsAre(0, 1));
 }
 
 TEST(DocumentedBytes, HeadAndTableOfAKernelStoreAreAsDescribed)

@@ -1,8 +1,9 @@
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <rapidcheck.h>
 
+#include <bit>
 #include <filesystem>
+#include <map>
 
 #include "authoring/MeshStoreWriter.h"
 #include "framework/api/Exception.h"
@@ -15,14 +16,18 @@ namespace
 {
 
 using namespace Authoring;
-using testing::ElementsAre;
 
 // A mesh as lists, made by chance; what is written and what is read are compared through it.
 struct MeshLists
 {
+    struct TextureSet
+    {
+        std::uint32_t dimension = 2;
+        std::vector<double> coordinates;
+    };
     std::vector<double> vertices;
     std::vector<double> normals;
-    std::vector<std::vector<double>> textureSets;
+    std::vector<TextureSet> textureSets;
     struct PolygonLists
     {
         std::vector<std::uint64_t> vertices;
@@ -33,9 +38,22 @@ struct MeshLists
     std::vector<PolygonLists> polygons;
 };
 
+// Numbers of every form: infinite ones, and those that are none, too.
+rc::Gen<double> AnyDouble()
+{
+    return rc::gen::oneOf(rc::gen::arbitrary<double>(),
+                          rc::gen::map(rc::gen::arbitrary<std::uint64_t>(),
+                                       [](std::uint64_t bits) { return std::bit_cast<double>(bits); }));
+}
+
 std::vector<double> Doubles(std::size_t count)
 {
-    return *rc::gen::container<std::vector<double>>(count, rc::gen::arbitrary<double>());
+    return *rc::gen::container<std::vector<double>>(count, AnyDouble());
+}
+
+bool IsSame(double a, double b)
+{
+    return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b);
 }
 
 std::vector<std::uint64_t> Indices(std::size_t count)
@@ -50,7 +68,10 @@ MeshLists AnyMesh(MeshStoreLayout layout)
     mesh.normals = Doubles(3 * *rc::gen::inRange<std::size_t>(0, 5));
     std::size_t const sets = *rc::gen::inRange<std::size_t>(0, layout == MeshStoreLayout::kMeshInfo ? 4 : 2);
     for (std::size_t i = 0; i < sets; ++i)
-        mesh.textureSets.push_back(Doubles(2 * *rc::gen::inRange<std::size_t>(1, 5)));
+    {
+        std::uint32_t const dimension = layout == MeshStoreLayout::kMeshInfo ? *rc::gen::element(2U, 3U) : 2U;
+        mesh.textureSets.push_back({dimension, Doubles(dimension * *rc::gen::inRange<std::size_t>(1, 5))});
+    }
     std::size_t const polygons = *rc::gen::inRange<std::size_t>(0, 30);
     for (std::size_t i = 0; i < polygons; ++i)
     {
@@ -77,14 +98,14 @@ void WriteMesh(MeshStoreWriter& writer, MeshLists const& mesh, MeshStoreLayout l
 {
     MeshHead head{mesh.vertices.size() / 3, mesh.normals.size() / 3, mesh.polygons.size(), mesh.textureSets.size(), 0};
     if (layout == MeshStoreLayout::kGeometryInfo && !mesh.textureSets.empty())
-        head.textureVertexCount = mesh.textureSets.front().size() / 2;
+        head.textureVertexCount = mesh.textureSets.front().coordinates.size() / 2;
     for (char const* const material : {"a", "b", "c"})
         writer.AddMaterial(material);
     writer.BeginMesh("m", head);
     writer.Vertices(mesh.vertices);
     writer.Normals(mesh.normals);
-    for (std::vector<double> const& set : mesh.textureSets)
-        writer.TextureSet(2, set);
+    for (MeshLists::TextureSet const& set : mesh.textureSets)
+        writer.TextureSet(set.dimension, set.coordinates);
     for (MeshLists::PolygonLists const& polygon : mesh.polygons)
         writer.Polygon({polygon.vertices, polygon.material, polygon.normals, polygon.textures});
     writer.EndMesh();
@@ -103,6 +124,44 @@ std::vector<int> TextureIndices(std::vector<TextureReference> const& textures)
     return indices.empty() ? kNoList : indices;
 }
 
+// The sets of a polygon's first vertex.
+std::vector<int> TextureSets(MeshLists::PolygonLists const& polygon)
+{
+    std::vector<int> sets;
+    for (std::size_t i = 0; i < polygon.textures.size() / polygon.vertices.size(); ++i)
+        sets.push_back(static_cast<int>(polygon.textures[i].set));
+    return sets.empty() ? kNoList : sets;
+}
+
+template <class Item>
+bool IsSame(std::vector<double> const& written, unsigned long index, Item const& read)
+{
+    return IsSame(read.x, written[3 * index]) && IsSame(read.y, written[3 * index + 1]) &&
+           IsSame(read.z, written[3 * index + 2]);
+}
+
+void ExpectEqual(MeshLists::TextureSet const& written, ITextureVertexSet const& read)
+{
+    RC_ASSERT(read.VertexDimension() == static_cast<int>(written.dimension));
+    RC_ASSERT(read.VertexCount() == written.coordinates.size() / written.dimension);
+    for (unsigned long i = 0; i < read.VertexCount(); ++i)
+    {
+        double const* const expected = written.coordinates.data() + i * written.dimension;
+        MeshTextureVertex2D flat(0, 0);
+        MeshTextureVertex3D deep(0, 0, 0);
+        if (written.dimension == 2)
+        {
+            RC_ASSERT(read.VertexAt(i, flat) == kIsValueSpecified_Yes);
+            RC_ASSERT(IsSame(flat.U(), expected[0]) && IsSame(flat.V(), expected[1]));
+        }
+        else
+        {
+            RC_ASSERT(read.VertexAt(i, deep) == kIsValueSpecified_Yes);
+            RC_ASSERT(IsSame(deep.U(), expected[0]) && IsSame(deep.V(), expected[1]) && IsSame(deep.W(), expected[2]));
+        }
+    }
+}
+
 std::string MaterialOf(IPolygonMesh const& mesh, unsigned long polygon)
 {
     IdSetSet sets;
@@ -116,13 +175,13 @@ void ExpectEqual(MeshLists const& written, IPolygonMesh const& read)
 {
     RC_ASSERT(read.VertexCount() == written.vertices.size() / 3);
     for (unsigned long i = 0; i < read.VertexCount(); ++i)
-    {
-        PolygonVertex const vertex = read.VertexAt(i);
-        RC_ASSERT(vertex.x == written.vertices[3 * i] && vertex.y == written.vertices[3 * i + 1] &&
-                  vertex.z == written.vertices[3 * i + 2]);
-    }
+        RC_ASSERT(IsSame(written.vertices, i, read.VertexAt(i)));
     RC_ASSERT(read.NormalCount() == written.normals.size() / 3);
+    for (unsigned long i = 0; i < read.NormalCount(); ++i)
+        RC_ASSERT(IsSame(written.normals, i, read.NormalAt(i)));
     RC_ASSERT(read.TextureVertexSetCount() == written.textureSets.size());
+    for (unsigned long i = 0; i < read.TextureVertexSetCount(); ++i)
+        ExpectEqual(written.textureSets[i], *read.TextureVertexSetAt(i));
     RC_ASSERT(read.PolygonCount() == written.polygons.size());
     for (unsigned long i = 0; i < read.PolygonCount(); ++i)
     {
@@ -130,6 +189,7 @@ void ExpectEqual(MeshLists const& written, IPolygonMesh const& read)
         EditablePolygon const& polygon = PolygonOf(read, i);
         RC_ASSERT(List(polygon.VertexIndices()) == Narrow(expected.vertices));
         RC_ASSERT(List(polygon.NormalIndices()) == Narrow(expected.normals));
+        RC_ASSERT(List(polygon.TextureSetIndices()) == TextureSets(expected));
         RC_ASSERT(List(polygon.TextureVertexIndices()) == TextureIndices(expected.textures));
         RC_ASSERT(MaterialOf(read, i) ==
                   (expected.material ? std::string(1, static_cast<char>('a' + *expected.material)) : ""));
@@ -153,82 +213,69 @@ TEST(MeshStoreWriter, WhatIsWrittenIsReadInBothLayouts)
         }));
 }
 
-TEST(MeshStoreWriter, CurvesOfEveryKindAreReadAsTheyWereWritten)
+// The segments of a mesh as they are written.
+struct SegmentLists
 {
-    EXPECT_TRUE(rc::check(
-        []
-        {
-            std::vector<double> const numbers = *rc::gen::container<std::vector<double>>(
-                12, rc::gen::map(rc::gen::arbitrary<int>(), [](int i) { return i / 64.0; }));
-            Triple const a{numbers[0], numbers[1], numbers[2]};
-            Triple const b{numbers[3], numbers[4], numbers[5]};
-            std::vector<CurveRecord> const curves = {
-                {LineRecord{a, b, numbers[6], numbers[7]}},
-                {RayRecord{a, b}},
-                {EllipseRecord{*rc::gen::arbitrary<bool>(),
-                               *rc::gen::arbitrary<bool>(),
-                               a,
-                               b,
-                               {numbers[8], numbers[9], numbers[10]},
-                               numbers[11],
-                               numbers[6],
-                               numbers[7]}},
-                {PolylineRecord{false, false, {a, b}, std::vector<Triple>{b, a}}},
-                {NurbsRecord{false, false, {0, 0, 1, 1}, {a, b}, std::nullopt, 1, 0, 1}},
-            };
-            TestScene scene(StoreScene(kMeshInfo, {}, {"0", "1", "2", "3", "4", "all"}));
-            MeshStoreWriter writer(Wide((scene.Folder() + "/s.mesh").c_str()), MeshStoreLayout::kMeshInfo);
-            CompositeRecord composite;
-            for (std::size_t i = 0; i < curves.size(); ++i)
-            {
-                writer.Curve(UTF8String(std::to_string(i).c_str()), curves[i]);
-                composite.segments.push_back(
-                    {"s", std::make_shared<CurveRecord>(curves[i]), 1, static_cast<double>(i), i + 1.0, 7});
-            }
-            writer.Curve("all", {composite});
-            writer.Finish();
-            scene.Begin();
-            double x = 0;
-            double y = 0;
-            double z = 0;
-            auto const data = [&](char const* id) { return scene.Get<ICurve>(id).CurveDataAt(0); };
-            dynamic_cast<IStraightData&>(*data("0")).Direction(x, y, z);
-            RC_ASSERT((Triple{x, y, z} == b));
-            dynamic_cast<IRayData&>(*data("1")).Origin(x, y, z);
-            RC_ASSERT((Triple{x, y, z} == a));
-            dynamic_cast<IEllipseData&>(*data("2")).Normal(x, y, z);
-            RC_ASSERT((Triple{x, y, z} == Triple{numbers[8], numbers[9], numbers[10]}));
-            dynamic_cast<IPolyLineData&>(*data("3")).VectorAt(0, x, y, z);
-            RC_ASSERT((Triple{x, y, z} == b));
-            double weight = 0;
-            dynamic_cast<INurbsCurveData&>(*data("4")).ControlPoint(1, x, y, z, weight);
-            RC_ASSERT((Triple{x, y, z} == b) && weight == 1.0);
-            std::uint32_t count = 0;
-            dynamic_cast<ICompositeCurveData&>(*data("all")).SegmentCount(count);
-            RC_ASSERT(count == curves.size());
-        }));
+    std::vector<SegmentStoreWriter::Indices> faces;
+    std::vector<SegmentStoreWriter::Indices> edges;
+    std::vector<bool> visible;
+};
+
+SegmentLists AnySegments()
+{
+    SegmentLists segments;
+    for (std::size_t i = *rc::gen::inRange<std::size_t>(0, 6); i > 0; --i)
+        segments.faces.push_back(Indices(*rc::gen::inRange<std::size_t>(0, 30)));
+    for (std::size_t i = *rc::gen::inRange<std::size_t>(0, 6); i > 0; --i)
+        segments.edges.push_back(Indices(*rc::gen::inRange<std::size_t>(0, 30)));
+    segments.visible = *rc::gen::container<std::vector<bool>>(
+        *rc::gen::inRange<std::size_t>(0, segments.faces.size() + 1), rc::gen::arbitrary<bool>());
+    return segments;
+}
+
+void ExpectEqual(SegmentLists const& written, IPolygonMesh const& read)
+{
+    RC_ASSERT(read.FaceSegmentCount() == written.faces.size());
+    for (unsigned long i = 0; i < read.FaceSegmentCount(); ++i)
+    {
+        FaceSegmentInfo face;
+        RC_ASSERT(read.FaceSegmentAt(i, face) == kIsValueSpecified_Yes);
+        std::vector<unsigned int> const indices = face.PolygonIndices().Indices();
+        RC_ASSERT(SegmentStoreWriter::Indices(indices.begin(), indices.end()) == written.faces[i]);
+        RC_ASSERT(face.IsVisible() == (i >= written.visible.size() || written.visible[i]));
+    }
+    RC_ASSERT(read.EdgeSegmentCount() == written.edges.size());
+    for (unsigned long i = 0; i < read.EdgeSegmentCount(); ++i)
+    {
+        VertexIndexSet vertices;
+        RC_ASSERT(read.EdgeSegmentAt(i, vertices) == kIsValueSpecified_Yes);
+        std::vector<int> const indices = vertices.Indices();
+        RC_ASSERT(SegmentStoreWriter::Indices(indices.begin(), indices.end()) == written.edges[i]);
+    }
 }
 
 TEST(MeshStoreWriter, SegmentsAreReadAsTheyWereWritten)
 {
-    TestScene scene(StoreScene(std::string(kMeshInfo) + kSegmentInfo, {"m"}));
-    MeshStoreWriter meshes(Wide((scene.Folder() + "/s.mesh").c_str()), MeshStoreLayout::kMeshInfo);
-    meshes.BeginMesh("m", {});
-    meshes.EndMesh();
-    meshes.Finish();
-    SegmentStoreWriter segments(Wide((scene.Folder() + "/s.seg").c_str()));
-    std::vector<SegmentStoreWriter::Indices> const faces = {{1, 2, 3}, {}};
-    std::vector<SegmentStoreWriter::Indices> const edges = {{9, 8}};
-    segments.Mesh("m", faces, edges, {false});
-    segments.Finish();
-    auto& mesh = scene.Begin().Get<IPolygonMesh>("m");
-    FaceSegmentInfo face;
-    ASSERT_EQ(mesh.FaceSegmentAt(0, face), kIsValueSpecified_Yes);
-    EXPECT_THAT(face.PolygonIndices().Indices(), ElementsAre(1U, 2U, 3U));
-    EXPECT_FALSE(face.IsVisible());
-    VertexIndexSet vertices;
-    ASSERT_EQ(mesh.EdgeSegmentAt(0, vertices), kIsValueSpecified_Yes);
-    EXPECT_THAT(vertices.Indices(), ElementsAre(9, 8));
+    EXPECT_TRUE(rc::check(
+        []
+        {
+            TestScene scene(StoreScene(std::string(kMeshInfo) + kSegmentInfo, {"m", "n"}));
+            MeshStoreWriter meshes(Wide((scene.Folder() + "/s.mesh").c_str()), MeshStoreLayout::kMeshInfo);
+            SegmentStoreWriter segments(Wide((scene.Folder() + "/s.seg").c_str()));
+            std::map<std::string, SegmentLists> written;
+            for (char const* const id : {"m", "n"})
+            {
+                meshes.BeginMesh(id, {});
+                meshes.EndMesh();
+                SegmentLists const& lists = written[id] = AnySegments();
+                segments.Mesh(id, lists.faces, lists.edges, lists.visible);
+            }
+            meshes.Finish();
+            segments.Finish();
+            scene.Begin();
+            for (auto const& [id, lists] : written)
+                ExpectEqual(lists, scene.Get<IPolygonMesh>(id.c_str()));
+        }));
 }
 
 TEST(MeshStoreWriter, AFileAppearsWholeOrNotAtAll)

@@ -2,8 +2,10 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <memory>
 #include <stdexcept>
 
+#include "geometry/curvedata/CreateCurveData.h"
 #include "tests/support/MeshBytes.h"
 
 namespace KVR::Test
@@ -260,13 +262,83 @@ void ExpectTooLong(std::uint64_t type, std::string const& payload)
 
 TEST(CurveData, CountsThatAreNegativeIn32BitsOrBeyondTheFileAreLengthErrors)
 {
-    for (std::uint64_t const count : {std::uint64_t{1} << 31, std::uint64_t{1} << 40,
+    for (std::uint64_t const count : {std::uint64_t{1} << 31, std::uint64_t{1} << 32, std::uint64_t{1} << 40,
                                       (std::uint64_t{1} << 32) + (1U << 31), std::uint64_t{1} << 63, ~std::uint64_t{0}})
     {
         for (std::uint64_t const type : {4, 5, 6})
             ExpectTooLong(type, ByteBuilder().BoolPair(false, false).U64(count).Bytes());
         ExpectTooLong(6, ByteBuilder().BoolPair(false, false).U64(0).U64(count).Bytes());
     }
+}
+
+TEST(CurveData, AnyWordButZeroSaysYes)
+{
+    std::uint64_t const high = std::uint64_t{1} << 40;
+    CurveScene polyline(4, ByteBuilder().BoolPair(false, false).U64(1).Bytes() + VertexBytes(1) +
+                               ByteBuilder().U64(high).Bytes() + VertexBytes(1));
+    bool is = false;
+    polyline.Get<IPolyLineData>().HasVectors(is);
+    EXPECT_TRUE(is);
+    CurveScene nurbs(6, ByteBuilder().Byte(0x80).Byte(2).U64(0).U64(1).Bytes() + VertexBytes(1) +
+                            ByteBuilder().U64(high).F64(3).U64(1).F64(0).F64(1).Bytes());
+    is = false;
+    nurbs.Get<INurbsCurveData>().IsRational(is);
+    EXPECT_TRUE(is);
+    double x = 0;
+    double weight = 0;
+    nurbs.Get<INurbsCurveData>().ControlPoint(0, x, x, x, weight);
+    EXPECT_EQ(weight, 3.0);
+    is = false;
+    nurbs.Any().IsClosed(is);
+    EXPECT_TRUE(is);
+    is = false;
+    nurbs.Any().IsPeriodic(is);
+    EXPECT_TRUE(is);
+}
+
+// A payload of each kind, from 1 on.
+std::vector<std::string> Payloads()
+{
+    std::string const numbers = VertexBytes(2);
+    std::string const line = numbers + ByteBuilder().F64(0).F64(1).Bytes();
+    std::string const flags = ByteBuilder().BoolPair(true, false).Bytes();
+    return {
+        line,
+        numbers,
+        flags + VertexBytes(3) + ByteBuilder().F64(0.5).F64(0).F64(1).Bytes(),
+        flags + ByteBuilder().U64(2).Bytes() + numbers + ByteBuilder().U64(1).Bytes() + numbers,
+        flags + ByteBuilder().U64(1).U64(0).U64(1).String("s").Raw(line).U64(0).F64(0).F64(1).U64(0).Bytes(),
+        flags +
+            ByteBuilder().U64(2).F64(0).F64(1).U64(2).Raw(numbers).U64(1).F64(1).F64(1).U64(1).F64(0).F64(1).Bytes()};
+}
+
+TEST(CurveData, APayloadIsConsumedExactly)
+{
+    TempFolder folder;
+    std::vector<std::string> const payloads = Payloads();
+    for (std::uint32_t kind = 1; kind <= 6; ++kind)
+    {
+        std::string const& payload = payloads[kind - 1];
+        folder.Write("c", payload + "behind");
+        FilePtr const file(UTF8String(folder.NarrowPathOf("c")), "rb");
+        std::unique_ptr<ICurveData> const curve(CreateCurveData(file, kind, IOUtil::IsBigEndian()));
+        EXPECT_TRUE(curve) << kind;
+        EXPECT_EQ(std::ftell(file), static_cast<long>(payload.size())) << kind;
+    }
+}
+
+TEST(CurveData, WithoutAKnownKindOrAFileThereIsNone)
+{
+    TempFolder folder;
+    folder.Write("c", Payloads().front());
+    FilePtr const file(UTF8String(folder.NarrowPathOf("c")), "rb");
+    for (std::uint32_t const kind : {0U, 7U, 8U, 0xFFFFFFFFU})
+    {
+        EXPECT_EQ(CreateCurveData(file, kind, IOUtil::IsBigEndian()), nullptr) << kind;
+        EXPECT_EQ(std::ftell(file), 0) << kind;
+    }
+    for (std::uint32_t kind = 0; kind <= 7; ++kind)
+        EXPECT_EQ(CreateCurveData(nullptr, kind, false), nullptr) << kind;
 }
 
 TEST(CurveData, ShortRecordsLeaveZerosBehind)

@@ -89,6 +89,11 @@ TEST(XMLCurve, AnIdentityTransformIsNull)
     CurveElement const moved("", "<Transform>1 0 0 2 0 1 0 0 0 0 1 0 0 0 0 1</Transform>");
     ASSERT_NE(moved.curve.Transform(), nullptr);
     EXPECT_EQ(moved.curve.Transform()->Element(0, 3), 2.0);
+    EXPECT_EQ(CurveElement("",
+                           "<Transform>1 0 0 2 0 1 0 0 0 0 1 0 0 0 0 1</Transform>"
+                           "<Transform>1 0 0 0 0 1 0 0 0 0 1 0 0 0 0 1</Transform>")
+                  .curve.Transform(),
+              nullptr);
 }
 
 TEST(XMLCurve, UnitsTolerancesStylesAndKeysAreReadInAnyOrder)
@@ -175,6 +180,8 @@ TEST(XMLCurve, AKernelCurveWhoseEntitiesAreUnknownCountsOneNullEntry)
     EXPECT_EQ(test.curve.CurveDataAt(0), nullptr);
     EXPECT_THAT([&] { test.curve.CurveDataAt(1); }, ThrowsMessage<std::out_of_range>(kBadIndex));
     EXPECT_EQ(test.curve.KernelCurves().count(), 0);
+    ASSERT_TRUE(test.Read(R"(<ICurve ID="c"><gmkentity EntityId="e"/><GMKENTITY EntityId="e"/></ICurve>)"));
+    EXPECT_EQ(test.curve.KernelCurves().count(), 0) << "the name is exact";
     ASSERT_TRUE(test.Read(R"(<ICurve ID="c"><GMKEntity EntityId="x"/><GMKEntity EntityId="e"/></ICurve>)"));
     EXPECT_EQ(test.curve.KernelCurves().count(), 1) << "one that is known is found";
     EXPECT_EQ(test.curve.CurveDataCount(), 1U);

@@ -3,6 +3,10 @@
 
 #include <stdexcept>
 
+#include "framework/api/ICurveData.h"
+#include "geometry/XMLCurve.h"
+#include "mesh/SideStoreReader.h"
+#include "mesh/XMLPolygonMesh.h"
 #include "tests/support/MeshBytes.h"
 
 namespace KVR::Test
@@ -58,13 +62,77 @@ TEST(MeshStore, AMissingStoreIsPassedOver)
     EXPECT_TRUE(scene.Has("m"));
 }
 
+struct StoreElement
+{
+    char const* name;
+    char const* switchName;
+};
+
+constexpr StoreElement kStoreElements[] = {
+    {"MeshInfo", "GenerateMesh"}, {"GeometryInfo", "GenerateGeometry"}, {"MeshSegmentInfo", "GenerateMeshSegment"}};
+
+// Whether an element with the attributes reads its store, which stands behind a mesh store that is read in any case.
+bool IsRead(StoreElement const& element, std::string const& attributes)
+{
+    std::string const name = element.name;
+    TestScene scene(StoreScene(std::string(kMeshInfo) + "<" + name + " " + attributes + "/>", {"m", "t"}));
+    scene.WithFile("s.mesh", kOneTriangle)
+        .WithFile("MeshInfo", MeshInfoHeader(1).Bytes() + TriangleRecord("t"))
+        .WithFile("GeometryInfo", GeometryInfoHeader(1).Bytes() + TriangleRecord("t"))
+        .WithFile("MeshSegmentInfo", ByteBuilder().U64(1).String("m").U64(1).U64(0).U64(0).U64(0).Bytes());
+    scene.Begin();
+    return scene.Has("t") || scene.Get<IPolygonMesh>("m").FaceSegmentCount() > 0;
+}
+
 TEST(MeshStore, OnlyTheWordTrueSwitchesAStoreOn)
 {
-    for (char const* const word : {"true", "1", "TRUE", "False", ""})
+    for (StoreElement const& element : kStoreElements)
     {
-        TestScene scene(StoreScene(std::string(R"(<MeshInfo GenerateMesh=")") + word + R"(" Path="s.mesh"/>)", {"m"}));
-        EXPECT_FALSE(scene.WithFile("s.mesh", kOneTriangle).Begin().Has("m")) << word;
+        std::string const name = element.name;
+        std::string const path = "Path='" + name + "'";
+        std::string const on = std::string(element.switchName) + "='True'";
+        EXPECT_TRUE(IsRead(element, on + " " + path)) << name;
+        for (char const* const word : {"true", "1", "TRUE", "False", "", " True"})
+            EXPECT_FALSE(IsRead(element, std::string(element.switchName) + "='" + word + "' " + path)) << name << word;
+        EXPECT_FALSE(IsRead(element, path)) << name << " without its switch";
+        EXPECT_FALSE(IsRead(element, on)) << name << " without a path";
+        EXPECT_FALSE(IsRead(element, on + " path='" + name + "'")) << name << " without a path";
     }
+}
+
+TEST(MeshStore, AReaderAnswersWhetherThereWasAnythingToRead)
+{
+    TempFolder folder;
+    folder.Write("empty", "");
+    folder.Write("none", MeshInfoHeader(0).Bytes());
+    folder.Write("cut", MeshInfoHeader(9).Bytes());
+    folder.Write("whole", kOneTriangle);
+    MeshStore meshes;
+    CurveStore curves;
+    SideStoreReader reader(folder.PathOf("scene.xml"), nullptr, false);
+    EXPECT_TRUE(reader.ReadMeshSegmentStore(folder.PathOf("missing"), meshes)) << "there is no mesh: nothing is opened";
+    EXPECT_FALSE(reader.ReadMeshStore(L"missing", meshes, curves));
+    EXPECT_FALSE(reader.ReadMeshStore(L"empty", meshes, curves));
+    EXPECT_FALSE(reader.ReadMeshStore(L"none", meshes, curves));
+    EXPECT_TRUE(meshes.empty());
+    EXPECT_TRUE(reader.ReadMeshStore(L"cut", meshes, curves)) << "whatever is missing";
+    EXPECT_TRUE(reader.ReadMeshStore(L"whole", meshes, curves));
+    EXPECT_EQ(meshes.size(), 1U);
+    EXPECT_FALSE(reader.ReadMeshSegmentStore(folder.PathOf("missing"), meshes));
+    EXPECT_FALSE(reader.ReadMeshSegmentStore(folder.PathOf("empty"), meshes));
+    folder.Write("segments", ByteBuilder().U64(9).Bytes());
+    EXPECT_TRUE(reader.ReadMeshSegmentStore(folder.PathOf("segments"), meshes));
+}
+
+TEST(MeshStore, WordsThatAreNotUsedMayHoldAnything)
+{
+    std::uint64_t const any = ~std::uint64_t{0};
+    std::string const head = ByteBuilder().U64(3).U64(0).U64(1).U64(any).U64(0).Bytes();
+    std::string const record = ByteBuilder().U64(any).U64(0).String("m").Raw(head).Raw(VertexBytes(3)).Bytes() +
+                               PolygonFront({0, 1, 2}).Byte(0).Bytes();
+    TestScene scene(StoreScene(kMeshInfo, {"m"}));
+    scene.WithFile("s.mesh", ByteBuilder().U64(any).U64(1).U64(0).Raw(record).Bytes()).Begin();
+    EXPECT_EQ(scene.Get<IPolygonMesh>("m").PolygonCount(), 1U);
 }
 
 TEST(MeshStore, TwoStoresFillOneIndexAndTheFirstMeshOfAnIdStays)
@@ -79,11 +147,12 @@ TEST(MeshStore, TwoStoresFillOneIndexAndTheFirstMeshOfAnIdStays)
 }
 
 // A store of one mesh whose polygons have the given store materials; `table` is what stands at the material table.
-std::string StoreWithMaterials(std::vector<std::uint64_t> const& materials, std::string const& table)
+std::string StoreWithMaterials(std::vector<std::uint64_t> const& materials, std::string const& table,
+                               std::size_t vertexCount = 3)
 {
     std::string record = RecordFront(0, "m") + MeshHeadBytes(3, 0, materials.size(), 0) + VertexBytes(3);
     for (std::uint64_t const material : materials)
-        record += PolygonFront({0, 1, 2}).Byte(1).U64(material).Bytes();
+        record += PolygonFront(std::vector<std::uint64_t>(vertexCount, 1)).Byte(1).U64(material).Bytes();
     return MeshInfoHeader(1, 24 + record.size()).Bytes() + record + table;
 }
 
@@ -121,13 +190,54 @@ TEST(MeshStore, MaterialsGetSlotsInTheOrderOfTheirFirstUse)
     EXPECT_THAT(MaterialsOf(mesh), ElementsAre("seven", "three"));
 }
 
-TEST(MeshStore, AMaterialIndexEqualToTheCountIsNoMaterial)
+TEST(MeshStore, AMaterialIndexOfTheCountOrAboveIsNoMaterial)
 {
+    // Small polygons are read in another way than large ones.
+    for (std::size_t const vertexCount : {1U, 3U, 16U, 17U, 40U})
+    {
+        TestScene scene(StoreScene(kMeshInfo, {"m"}));
+        std::string const store =
+            StoreWithMaterials({2, 1, std::uint64_t{1} << 32, ~std::uint64_t{0}, 1}, Table({"a", "b"}), vertexCount);
+        auto& mesh = scene.WithFile("s.mesh", store).Begin().Get<IPolygonMesh>("m");
+        ASSERT_EQ(mesh.PolygonCount(), 5U) << vertexCount;
+        EXPECT_EQ(SlotOf(mesh, 0), -1) << vertexCount;
+        EXPECT_EQ(SlotOf(mesh, 1), 0) << vertexCount;
+        EXPECT_EQ(SlotOf(mesh, 2), -1) << vertexCount;
+        EXPECT_EQ(SlotOf(mesh, 3), -1) << vertexCount;
+        EXPECT_EQ(SlotOf(mesh, 4), 0) << vertexCount;
+        EXPECT_THAT(MaterialsOf(mesh), ElementsAre("b")) << vertexCount;
+    }
+}
+
+TEST(MeshStore, TheNumberOfMaterialsIsKeptAs32Bits)
+{
+    auto const table = [](std::uint64_t count)
+    { return ByteBuilder().U64(count).String("a").String("b").String("c").Bytes(); };
+    std::uint64_t const beyond = std::uint64_t{1} << 32;
     TestScene scene(StoreScene(kMeshInfo, {"m"}));
-    auto& mesh = scene.WithFile("s.mesh", StoreWithMaterials({2, 1}, Table({"a", "b"}))).Begin().Get<IPolygonMesh>("m");
-    EXPECT_EQ(SlotOf(mesh, 0), -1);
-    EXPECT_EQ(SlotOf(mesh, 1), 0);
-    EXPECT_THAT(MaterialsOf(mesh), ElementsAre("b"));
+    scene.WithFile("s.mesh", StoreWithMaterials({0, 1}, table(beyond + 1)));
+    auto& mesh = scene.Begin().Get<IPolygonMesh>("m");
+    EXPECT_EQ(SlotOf(mesh, 0), 0);
+    EXPECT_EQ(SlotOf(mesh, 1), -1);
+    TestScene none(StoreScene(kMeshInfo, {"m"}));
+    none.WithFile("s.mesh", StoreWithMaterials({0}, table(beyond)));
+    EXPECT_EQ(SlotOf(none.Begin().Get<IPolygonMesh>("m"), 0), -1);
+}
+
+TEST(MeshStore, AStoreHasTheMaterialsOfItsOwnTableAlone)
+{
+    TempFolder folder;
+    folder.Write("with", StoreWithMaterials({0}, Table({"a"})));
+    std::string const record =
+        RecordFront(0, "n") + MeshHeadBytes(0, 0, 1, 0) + PolygonFront({0}).Byte(1).U64(0).Bytes();
+    folder.Write("without", MeshInfoHeader(1).Bytes() + record);
+    MeshStore meshes;
+    CurveStore curves;
+    SideStoreReader reader(folder.PathOf("scene.xml"), nullptr, false);
+    ASSERT_TRUE(reader.ReadMeshStore(L"with", meshes, curves));
+    ASSERT_TRUE(reader.ReadMeshStore(L"without", meshes, curves));
+    EXPECT_THAT(MaterialsOf(*meshes["m"].object), ElementsAre("a"));
+    EXPECT_THAT(MaterialsOf(*meshes["n"].object), ElementsAre("(none)"));
 }
 
 TEST(MeshStore, AnEmptyMaterialIdIsDroppedAndThoseBehindItMoveUp)
@@ -230,7 +340,8 @@ TEST(MeshStore, AnyByteButZeroSaysYes)
 
 TEST(MeshStore, ARecordOfAnUnknownTypeConsumesAndMakesNothing)
 {
-    for (std::uint64_t const type : {std::uint64_t{7}, std::uint64_t{8}, ~std::uint64_t{0}})
+    for (std::uint64_t const type :
+         {std::uint64_t{7}, std::uint64_t{8}, std::uint64_t{1} << 32, (std::uint64_t{1} << 32) + 2, ~std::uint64_t{0}})
     {
         // "c" is a curve that the store does hold: there, elements are read from it.
         std::string const bytes = MeshInfoHeader(3).Bytes() + RecordFront(type, "u") + TriangleRecord("m") +
@@ -264,6 +375,20 @@ TEST(MeshStore, MeshesAndCurvesMayBeMixed)
         EXPECT_EQ(scene.Get<IPolygonMesh>("n").VertexCount(), 3U);
         EXPECT_TRUE(scene.Has("c"));
     }
+}
+
+TEST(MeshStore, AMeshAndACurveMayShareAnIdAndTheFirstOfEachStays)
+{
+    TempFolder folder;
+    folder.Write("s", MeshInfoHeader(3).Bytes() + TriangleRecord("x") + RecordFront(2, "x") + VertexBytes(2) +
+                          RecordFront(4, "x") + ByteBuilder().BoolPair(false, false).U64(0).U64(0).Bytes());
+    MeshStore meshes;
+    CurveStore curves;
+    SideStoreReader reader(folder.PathOf("scene.xml"), nullptr, false);
+    ASSERT_TRUE(reader.ReadMeshStore(L"s", meshes, curves));
+    EXPECT_TRUE(meshes["x"].object);
+    ASSERT_TRUE(curves["x"].object);
+    EXPECT_TRUE(dynamic_cast<IRayData*>(curves["x"].object->CurveDataAt(0)));
 }
 
 TEST(MeshStore, AShortFileGivesWhatItHolds)

@@ -118,7 +118,75 @@ TEST(SegmentStore, ItsPathIsTakenFromTheScenesFolder)
     EXPECT_EQ(scene.Begin().Get<IPolygonMesh>("m").FaceSegmentCount(), 1U);
 }
 
-TEST(SegmentStore, HostileCountsAreALengthErrorAndWhatWasBuiltStays)
+TEST(SegmentStore, AnIdThatIsNamedBeforeItsMeshIsBuiltStaysWithoutOne)
+{
+    TestScene scene(StoreScene(std::string(kMeshInfo) + kSegmentInfo + R"(<MeshInfo GenerateMesh="True" Path="t"/>)",
+                               {"m", "late", "other"}));
+    scene.WithFile("s.mesh", kMeshes)
+        .WithFile("s.seg", ByteBuilder().U64(1).String("late").Bytes())
+        .WithFile("t", MeshInfoHeader(2).Bytes() + TriangleRecord("late") + TriangleRecord("other"));
+    scene.Begin();
+    EXPECT_TRUE(scene.Has("m"));
+    EXPECT_TRUE(scene.Has("other"));
+    EXPECT_FALSE(scene.Has("late"));
+}
+
+TEST(SegmentStore, AShortFileGivesWhatItHolds)
+{
+    // Two polygons of three, one edge segment of two.
+    SegmentScene faces(ByteBuilder().U64(9).Bytes() +
+                       Front("m", 2, 1, 3).Byte(0).Byte(7).Byte(0).U64(3).U64(4).U64(5).Bytes());
+    IPolygonMesh& mesh = faces.Mesh("m");
+    ASSERT_EQ(mesh.FaceSegmentCount(), 2U) << "built to the count";
+    FaceSegmentInfo face;
+    mesh.FaceSegmentAt(0, face);
+    EXPECT_THAT(face.PolygonIndices().Indices(), ElementsAre(4U, 5U, 0U));
+    EXPECT_FALSE(face.IsVisible());
+    mesh.FaceSegmentAt(1, face);
+    EXPECT_THAT(face.PolygonIndices().Indices(), ElementsAre());
+    EXPECT_TRUE(face.IsVisible()) << "any byte but 0";
+    ASSERT_EQ(mesh.EdgeSegmentCount(), 1U);
+    EXPECT_EQ(faces.Mesh("n").FaceSegmentCount(), 0U);
+}
+
+TEST(SegmentStore, IndicesAreNarrowedTo32Bits)
+{
+    SegmentScene test(
+        ByteBuilder().U64(1).Bytes() +
+        Front("m", 1, 1, 0).U64(2).U64((std::uint64_t{5} << 32) + 1).U64(0xFFFFFFFF).U64(1).U64(0xFFFFFFFF).Bytes());
+    FaceSegmentInfo face;
+    test.Mesh("m").FaceSegmentAt(0, face);
+    EXPECT_THAT(face.PolygonIndices().Indices(), ElementsAre(1U, 0xFFFFFFFFU));
+    EdgeSegmentInfo edge;
+    test.Mesh("m").EdgeSegmentInfoAt(0, edge);
+    EXPECT_THAT(edge.VertexIndices().Indices(), ElementsAre(-1));
+}
+
+TEST(SegmentStore, ALongListComesThroughWhole)
+{
+    constexpr std::uint64_t kCount = 5000;
+    ByteBuilder bytes = Front("m", 1, 1, 0);
+    for (int list = 0; list < 2; ++list)
+    {
+        bytes.U64(kCount);
+        for (std::uint64_t i = 0; i < kCount; ++i)
+            bytes.U64(3 * i);
+    }
+    SegmentScene test(ByteBuilder().U64(1).Bytes() + bytes.Bytes());
+    FaceSegmentInfo face;
+    EdgeSegmentInfo edge;
+    test.Mesh("m").FaceSegmentAt(0, face);
+    test.Mesh("m").EdgeSegmentInfoAt(0, edge);
+    ASSERT_EQ(face.PolygonIndices().Indices().size(), kCount);
+    ASSERT_EQ(edge.VertexIndices().Indices().size(), kCount);
+    for (std::size_t i = 0; i < kCount; ++i)
+    {
+        ASSERT_EQ(face.PolygonIndices().Indices()[i], 3 * i);
+        ASSERT_EQ(edge.VertexIndices().Indices()[i], static_cast<int>(3 * i));
+    }
+}
+
+TEST(SegmentStore, HostileCountsAreALengthError)
 {
     for (std::uint64_t const count :
          {std::uint64_t{1} << 32, std::uint64_t{1} << 40, std::uint64_t{1} << 63, ~std::uint64_t{0}})

@@ -3,6 +3,7 @@
 
 #include <stdexcept>
 
+#include "mesh/XMLPolygonMesh.h"
 #include "tests/support/MeshBytes.h"
 
 namespace KVR::Test
@@ -34,6 +35,36 @@ TEST(XMLPolygonMesh, AnIdThatNoStoreHoldsGivesNoObject)
     scene.WithFile("s.mesh", kStore).Begin();
     EXPECT_TRUE(scene.Has("m"));
     EXPECT_FALSE(scene.Has("x"));
+}
+
+TEST(XMLPolygonMesh, AnIdThatNoStoreHoldsIsNotFoundByASecondElementEither)
+{
+    TestScene scene(std::string("<Scene>") + kMeshInfo +
+                    R"(<IPart ID="p" Label=""><ChildSet><IPolygonMesh ID="x"/><IPolygonMesh ID="x"/>
+                       <IPolygonMesh ID="m"/></ChildSet></IPart><IPolygonMesh ID="x"/></Scene>)");
+    scene.WithFile("s.mesh", kStore).Begin();
+    EXPECT_THAT(scene.ChildIds("p"), ElementsAre("m"));
+    EXPECT_FALSE(scene.Has("x"));
+}
+
+TEST(XMLPolygonMesh, WithoutAnIdItIsNoObject)
+{
+    TestScene scene(std::string("<Scene>") + kMeshInfo +
+                    R"(<IPart ID="p" Label=""><ChildSet><IPolygonMesh/></ChildSet></IPart></Scene>)");
+    EXPECT_TRUE(scene.WithFile("s.mesh", kStore).Begin().ChildIds("p").empty());
+}
+
+TEST(XMLPolygonMesh, BeforeAnElementDressesItItIsShownAndPlain)
+{
+    XMLPolygonMesh const mesh("m", nullptr);
+    EXPECT_TRUE(mesh.IsVisible());
+    EXPECT_EQ(Text(mesh.Id()), "m");
+    EXPECT_TRUE(mesh.Label().IsEmpty());
+    EXPECT_EQ(mesh.PolygonCount(), 0U);
+    EXPECT_EQ(mesh.Transform(), nullptr);
+    EXPECT_EQ(mesh.FaceSegmentCount(), 0U);
+    IdSetSet materials;
+    EXPECT_EQ(mesh.PolygonMaterials(materials), kIsValueSpecified_No);
 }
 
 TEST(XMLPolygonMesh, AMeshThatNoElementNamesIsNotServed)
@@ -68,7 +99,10 @@ TEST(XMLPolygonMesh, TheTypeIsOneOfFourTextsAndRegularOtherwise)
 
 TEST(XMLPolygonMesh, EveryMeshIsCounterClockwise)
 {
-    EXPECT_EQ(MeshScene(R"(Orientation="kPolygonMeshOrientation_ClockWise")").mesh.MeshOrientation(), 0);
+    for (char const* const text :
+         {"kPolygonMeshOrientation_ClockWise", "kPolygonMeshOrientation_CounterClockWise", "1"})
+        EXPECT_EQ(MeshScene(std::string("Orientation=\"") + text + "\"").mesh.MeshOrientation(), 0) << text;
+    EXPECT_EQ(MeshScene("").mesh.MeshOrientation(), 0);
 }
 
 TEST(XMLPolygonMesh, SingleSidednessIsNeverSpecified)
@@ -128,6 +162,34 @@ TEST(XMLPolygonMesh, AnIdentityTransformIsNull)
     EXPECT_EQ(moved.mesh.Transform(), nullptr);
 }
 
+TEST(XMLPolygonMesh, TheLastTransformCounts)
+{
+    std::string const moved = "<Transform>1 0 0 5 0 1 0 6 0 0 1 7 0 0 0 1</Transform>";
+    std::string const identity = "<Transform>1 0 0 0 0 1 0 0 0 0 1 0 0 0 0 1</Transform>";
+    EXPECT_EQ(MeshScene("", moved + identity).mesh.Transform(), nullptr);
+    EXPECT_NE(MeshScene("", identity + moved).mesh.Transform(), nullptr);
+    EXPECT_EQ(MeshScene("", "<Transform>1 0 0 5 nonsense</Transform>").mesh.Transform(), nullptr);
+    EXPECT_EQ(MeshScene("", "<Transform/>").mesh.Transform(), nullptr);
+}
+
+TEST(XMLPolygonMesh, ChildrenAreKnownByTheirExactNames)
+{
+    MeshScene test(
+        "", R"(<unit LengthUnit="kUnitType_Inch"/><CHANGEKEY>k</CHANGEKEY><NetStyles><StyleRef ID="s"/></NetStyles>
+                          <styles><StyleRef ID="s"/></styles><extensionData TypeId="t"/>
+                          <transform>1 0 0 5 0 1 0 6 0 0 1 7 0 0 0 1</transform>)");
+    UnitTypeEnum unit = kUnitType_Inch;
+    EXPECT_EQ(test.mesh.LengthUnit(unit), kIsValueSpecified_Yes);
+    EXPECT_EQ(unit, kUnitType_Unknown);
+    UTF8String key;
+    EXPECT_EQ(test.mesh.ChangeKey(kSnapshotVersion_Current, key), kIsValueSpecified_No);
+    EXPECT_TRUE(test.mesh.Styles().IsEmpty());
+    EXPECT_TRUE(test.mesh.NetStyles().IsEmpty());
+    ExtensionDataContent content;
+    EXPECT_EQ(test.mesh.ExtensionDataByTypeId("t", content), kIsValueSpecified_No);
+    EXPECT_EQ(test.mesh.Transform(), nullptr);
+}
+
 TEST(XMLPolygonMesh, CommonChildrenAreRead)
 {
     MeshScene test(R"(Label="L" VersionPersistentId="v")",
@@ -182,6 +244,18 @@ TEST(XMLPolygonMesh, AMeshNamedTwiceIsDressedByTheFirst)
     scene.WithFile("s.mesh", kStore).Begin();
     EXPECT_EQ(Text(scene.Get<IPolygonMesh>("m").Label()), "first");
     EXPECT_THAT(scene.ChildIds("a"), ElementsAre("m", "m"));
+}
+
+TEST(XMLPolygonMesh, UnderAPrefixBothElementsOfAMeshLeadToOneObject)
+{
+    TestScene scene(
+        std::string("<Scene>") + kMeshInfo +
+        R"(<IAssembly ID="a" Label=""><ChildSet><IPolygonMesh ID="m" Label="first"/><IPolygonMesh ID="m" Label="second"/></ChildSet></IAssembly></Scene>)");
+    scene.WithPrefix("n").WithFile("s.mesh", kStore).Begin();
+    std::vector<std::string> const ids = scene.ChildIds("n1");
+    ASSERT_EQ(ids.size(), 2U);
+    EXPECT_EQ(ids[0], ids[1]);
+    EXPECT_EQ(Text(scene.Get<IPolygonMesh>(ids[0].c_str()).Label()), "first");
 }
 
 TEST(XMLPolygonMesh, AMissingMeshLeavesNoGapAmongAPartsChildren)

@@ -2,6 +2,7 @@
 
 #include <malloc.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cstdlib>
 #include <new>
@@ -13,9 +14,8 @@ std::atomic<std::size_t> g_count{0};
 std::atomic<std::ptrdiff_t> g_live{0};
 std::atomic<std::ptrdiff_t> g_peak{0};
 
-void* TakeOrNull(std::size_t size) noexcept
+void* Count(void* memory) noexcept
 {
-    void* const memory = std::malloc(size > 0 ? size : 1);
     if (!memory)
         return nullptr;
     auto const taken = static_cast<std::ptrdiff_t>(malloc_usable_size(memory));
@@ -28,12 +28,26 @@ void* TakeOrNull(std::size_t size) noexcept
     return memory;
 }
 
+void* TakeOrNull(std::size_t size) noexcept
+{
+    return Count(std::malloc(size > 0 ? size : 1));
+}
+
 void* Take(std::size_t size)
 {
     void* const memory = TakeOrNull(size);
     if (!memory)
         throw std::bad_alloc();
     return memory;
+}
+
+void* TakeAligned(std::size_t size, std::align_val_t alignment)
+{
+    std::size_t const unit = std::max(static_cast<std::size_t>(alignment), sizeof(void*));
+    void* memory = nullptr;
+    if (::posix_memalign(&memory, unit, std::max<std::size_t>(size, 1)) != 0)
+        throw std::bad_alloc();
+    return Count(memory);
 }
 
 void GiveBack(void* memory) noexcept
@@ -62,6 +76,14 @@ void* operator new[](std::size_t size, std::nothrow_t const&) noexcept
 {
     return TakeOrNull(size);
 }
+void* operator new(std::size_t size, std::align_val_t alignment)
+{
+    return TakeAligned(size, alignment);
+}
+void* operator new[](std::size_t size, std::align_val_t alignment)
+{
+    return TakeAligned(size, alignment);
+}
 void operator delete(void* memory) noexcept
 {
     GiveBack(memory);
@@ -83,6 +105,22 @@ void operator delete(void* memory, std::nothrow_t const&) noexcept
     GiveBack(memory);
 }
 void operator delete[](void* memory, std::nothrow_t const&) noexcept
+{
+    GiveBack(memory);
+}
+void operator delete(void* memory, std::align_val_t) noexcept
+{
+    GiveBack(memory);
+}
+void operator delete[](void* memory, std::align_val_t) noexcept
+{
+    GiveBack(memory);
+}
+void operator delete(void* memory, std::size_t, std::align_val_t) noexcept
+{
+    GiveBack(memory);
+}
+void operator delete[](void* memory, std::size_t, std::align_val_t) noexcept
 {
     GiveBack(memory);
 }

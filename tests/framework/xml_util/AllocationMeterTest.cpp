@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <new>
 #include <xercesc/framework/MemoryManager.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
@@ -24,6 +25,17 @@ TEST(AllocationMeter, TellsWhatIsLiveAndTheMostThatWas)
     EXPECT_LT(meter.Peak(), 110000);
     EXPECT_EQ(AllocationMeter::Count(), 2U);
     ::operator delete(second);
+    EXPECT_EQ(meter.Live(), 0);
+}
+
+TEST(AllocationMeter, SeesAlignedMemory)
+{
+    constexpr std::align_val_t kAlignment{4096};
+    AllocationMeter const meter;
+    void* const memory = ::operator new(100000, kAlignment);
+    EXPECT_EQ(reinterpret_cast<std::uintptr_t>(memory) % 4096, 0U);
+    EXPECT_GE(meter.Live(), 100000);
+    ::operator delete(memory, kAlignment);
     EXPECT_EQ(meter.Live(), 0);
 }
 
