@@ -99,9 +99,9 @@ void ReadSegments(StoreCursor& store, XMLPolygonMesh::Content& mesh)
     ReserveMore(mesh.faceSegments, faceCount);
     for (unsigned long long i = 0; i < faceCount; ++i)
     {
-        auto const polygons = ReadIndexSet<PolygonIndexSet>(store);
+        auto polygons = ReadIndexSet<PolygonIndexSet>(store);
         FaceSegmentInfo& segment = mesh.faceSegments.emplace_back();
-        segment.SetPolygonIndexSet(polygons);
+        segment.SetPolygonIndexSet(std::move(polygons));
         if (i < flags.size())
             segment.SetVisible(flags[static_cast<std::size_t>(i)]);
     }
@@ -109,8 +109,8 @@ void ReadSegments(StoreCursor& store, XMLPolygonMesh::Content& mesh)
     ReserveMore(mesh.edgeSegments, edgeCount);
     for (unsigned long long i = 0; i < edgeCount; ++i)
     {
-        auto const vertices = ReadIndexSet<VertexIndexSet>(store);
-        mesh.edgeSegments.emplace_back().SetVertexIndexSet(vertices);
+        auto vertices = ReadIndexSet<VertexIndexSet>(store);
+        mesh.edgeSegments.emplace_back().SetVertexIndexSet(std::move(vertices));
     }
 }
 
