@@ -327,6 +327,27 @@ TEST(CurveData, APayloadIsConsumedExactly)
     }
 }
 
+TEST(CurveData, APayloadOfTheOtherByteOrderIsReadTurnedRound)
+{
+    std::string bytes;
+    for (double const number : {1.0, 2.0, 3.0, 0.0, 0.0, 0.5})
+    {
+        std::string const own = ByteBuilder().F64(number).Bytes();
+        bytes.append(own.rbegin(), own.rend());
+    }
+    TempFolder folder;
+    FilePtr const file(UTF8String(folder.Write("c", bytes)), "rb");
+    std::unique_ptr<ICurveData> const curve(CreateCurveData(file, 2, !IOUtil::IsBigEndian()));
+    auto const& ray = dynamic_cast<IRayData const&>(*curve);
+    double x = 0;
+    double y = 0;
+    double z = 0;
+    ray.Origin(x, y, z);
+    EXPECT_EQ(y, 2.0);
+    ray.Direction(x, y, z);
+    EXPECT_EQ(z, 0.5);
+}
+
 TEST(CurveData, WithoutAKnownKindOrAFileThereIsNone)
 {
     TempFolder folder;
