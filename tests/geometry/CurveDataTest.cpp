@@ -327,6 +327,24 @@ TEST(CurveData, APayloadIsConsumedExactly)
     }
 }
 
+TEST(CurveData, EveryPrefixOfAPayloadGivesACurve)
+{
+    TempFolder folder;
+    std::vector<std::string> const payloads = Payloads();
+    for (std::uint32_t kind = 1; kind <= 6; ++kind)
+    {
+        std::string const& payload = payloads[kind - 1];
+        for (std::size_t size = 0; size < payload.size(); ++size)
+        {
+            folder.Write("c", payload.substr(0, size));
+            FilePtr const file(UTF8String(folder.NarrowPathOf("c")), "rb");
+            std::unique_ptr<ICurveData> const curve(CreateCurveData(file, kind, IOUtil::IsBigEndian()));
+            EXPECT_TRUE(curve) << kind << " of " << size << " bytes";
+            EXPECT_EQ(std::ftell(file), static_cast<long>(size)) << "nothing is left";
+        }
+    }
+}
+
 TEST(CurveData, APayloadOfTheOtherByteOrderIsReadTurnedRound)
 {
     std::string bytes;
