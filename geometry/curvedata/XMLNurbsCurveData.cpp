@@ -12,8 +12,11 @@ namespace
 {
 // Beyond this degree no modeller goes, and the evaluation would be slow without end.
 constexpr std::uint32_t kHighestDegree = 64;
-// Samples per span of the basis from which the nearest point is sought.
+// Samples per span of the basis from which the nearest point is sought: as many for each degree, and fewer on a curve
+// of so many spans that they would take long.
 constexpr int kSamplesPerDegree = 8;
+constexpr int kFewestSamples = 2;
+constexpr double kMostSampleSteps = 2e7;
 }  // namespace
 
 XMLNurbsCurveData::XMLNurbsCurveData(StoreCursor& store) : INurbsCurveData(nullptr)
@@ -198,6 +201,15 @@ DataReturnCodeEnum XMLNurbsCurveData::Evaluate_ex(double parameter, Position& po
     return CurveMath::Answer(PointAt(parameter), point);
 }
 
+int XMLNurbsCurveData::SamplesPerSpan() const
+{
+    // The point at a parameter takes about half as many steps as the square of the degree.
+    double const degree = m_degree;
+    double const spanCount = static_cast<double>(m_points.size()) - degree;
+    return static_cast<int>(std::clamp<double>(kMostSampleSteps / (0.5 * degree * degree * spanCount), kFewestSamples,
+                                               kSamplesPerDegree * degree));
+}
+
 DataReturnCodeEnum XMLNurbsCurveData::Param_ex(Position const& point, double& parameter) const
 {
     if (!m_makesCurve)
@@ -206,12 +218,12 @@ DataReturnCodeEnum XMLNurbsCurveData::Param_ex(Position const& point, double& pa
     auto const pointAt = [&](double t) { return PointAt(t); };
     double const first = FirstParameter();
     double const last = LastParameter();
+    int const count = SamplesPerSpan();
     std::vector<double> samples = {first};
     for (std::size_t i = m_degree; i < m_points.size(); ++i)
     {
         double const low = std::max(first, FullKnot(i));
         double const high = std::min(last, FullKnot(i + 1));
-        int const count = kSamplesPerDegree * static_cast<int>(m_degree);
         for (int k = 1; k <= count && low < high; ++k)
             samples.push_back(low + (high - low) * k / count);
     }

@@ -43,6 +43,7 @@ private:
     double FirstParameter() const;
     double LastParameter() const;
     KVR::CurveVector PointAt(double parameter) const;
+    int SamplesPerSpan() const;
 
     bool m_isClosed = false;
     bool m_isPeriodic = false;

@@ -327,6 +327,45 @@ TEST(CurveData, APayloadIsConsumedExactly)
     }
 }
 
+TEST(CurveData, EveryPrefixOfAPayloadGivesACurve)
+{
+    TempFolder folder;
+    std::vector<std::string> const payloads = Payloads();
+    for (std::uint32_t kind = 1; kind <= 6; ++kind)
+    {
+        std::string const& payload = payloads[kind - 1];
+        for (std::size_t size = 0; size < payload.size(); ++size)
+        {
+            folder.Write("c", payload.substr(0, size));
+            FilePtr const file(UTF8String(folder.NarrowPathOf("c")), "rb");
+            std::unique_ptr<ICurveData> const curve(CreateCurveData(file, kind, IOUtil::IsBigEndian()));
+            EXPECT_TRUE(curve) << kind << " of " << size << " bytes";
+            EXPECT_EQ(std::ftell(file), static_cast<long>(size)) << "nothing is left";
+        }
+    }
+}
+
+TEST(CurveData, APayloadOfTheOtherByteOrderIsReadTurnedRound)
+{
+    std::string bytes;
+    for (double const number : {1.0, 2.0, 3.0, 0.0, 0.0, 0.5})
+    {
+        std::string const own = ByteBuilder().F64(number).Bytes();
+        bytes.append(own.rbegin(), own.rend());
+    }
+    TempFolder folder;
+    FilePtr const file(UTF8String(folder.Write("c", bytes)), "rb");
+    std::unique_ptr<ICurveData> const curve(CreateCurveData(file, 2, !IOUtil::IsBigEndian()));
+    auto const& ray = dynamic_cast<IRayData const&>(*curve);
+    double x = 0;
+    double y = 0;
+    double z = 0;
+    ray.Origin(x, y, z);
+    EXPECT_EQ(y, 2.0);
+    ray.Direction(x, y, z);
+    EXPECT_EQ(z, 0.5);
+}
+
 TEST(CurveData, WithoutAKnownKindOrAFileThereIsNone)
 {
     TempFolder folder;

@@ -4,8 +4,12 @@
 #include <stdexcept>
 
 #include "framework/api/ICurveData.h"
+#include "framework/api/IOUtil.h"
+#include "framework/xml_util/StoreCursor.h"
 #include "geometry/XMLCurve.h"
+#include "mesh/MeshRecordReader.h"
 #include "mesh/SideStoreReader.h"
+#include "mesh/StoreMemory.h"
 #include "mesh/XMLPolygonMesh.h"
 #include "tests/support/MeshBytes.h"
 
@@ -431,6 +435,73 @@ TEST(MeshStore, AHostileNumberOfRecordsOrPolygonsEndsWithTheFile)
                                PolygonFront({0, 1, 2}).Byte(0).Bytes();
     scene.WithFile("s.mesh", MeshInfoHeader(~std::uint64_t{0}).Bytes() + record).Begin();
     EXPECT_EQ(scene.Get<IPolygonMesh>("m").PolygonCount(), 1U);
+}
+
+TEST(MeshStore, APolygonThatIsCutShortHasZerosForWhatIsMissing)
+{
+    // Small polygons are read in another way than large ones.
+    for (std::size_t const vertexCount : {3U, 20U})
+    {
+        TestScene scene(StoreScene(kMeshInfo, {"m"}));
+        std::string const bytes = MeshInfoHeader(1).Bytes() + RecordFront(0, "m") + MeshHeadBytes(0, 0, 2, 0) +
+                                  ByteBuilder().U64(vertexCount).U64(5).Raw("1234").Bytes();
+        auto& mesh = scene.WithFile("s.mesh", bytes).Begin().Get<IPolygonMesh>("m");
+        ASSERT_EQ(mesh.PolygonCount(), 1U);
+        std::vector<int> expected(vertexCount, 0);
+        expected.front() = 5;
+        EXPECT_EQ(List(PolygonOf(mesh, 0).VertexIndices()), expected);
+        EXPECT_EQ(SlotOf(mesh, 0), -1);
+    }
+}
+
+// Bytes as a machine of the other byte order would have written them.
+class OtherOrder
+{
+public:
+    OtherOrder& U32(std::uint32_t value) { return Turned(ByteBuilder().U32(value).Bytes()); }
+    OtherOrder& U64(std::uint64_t value) { return Turned(ByteBuilder().U64(value).Bytes()); }
+    OtherOrder& F64(double value) { return Turned(ByteBuilder().F64(value).Bytes()); }
+    OtherOrder& Byte(unsigned value) { return Turned(ByteBuilder().Byte(value).Bytes()); }
+    std::string const& Bytes() const { return m_bytes; }
+
+private:
+    OtherOrder& Turned(std::string const& bytes)
+    {
+        m_bytes.append(bytes.rbegin(), bytes.rend());
+        return *this;
+    }
+
+    std::string m_bytes;
+};
+
+TEST(MeshStore, ABodyOfTheOtherByteOrderIsReadTurnedRound)
+{
+    OtherOrder body;
+    body.U64(1).U64(1).U64(2).U64(0).U64(1).F64(1).F64(2).F64(3).F64(0).F64(0).F64(1);
+    body.U32(2).U64(1).F64(0.25).F64(0.75);
+    body.U64(3).U64(7).U64(8).U64(9).Byte(1).U64(0).Byte(1).U64(0).U64(0).U64(0).Byte(1);
+    for (std::uint64_t vertex = 0; vertex < 3; ++vertex)
+        body.U32(1).U64(0).U64(vertex);
+    body.U64(1).U64(6).Byte(0).Byte(0).Byte(0);
+    TempFolder folder;
+    FilePtr const file(UTF8String(folder.Write("s", body.Bytes())), "rb");
+    StoreCursor store(file, !IOUtil::IsBigEndian(), StoreCursor::kWholeStore);
+    StoreMemory memory(store.Remaining());
+    std::vector<UTF8String> const table = {"a"};
+    XMLPolygonMesh mesh("m", nullptr);
+    MeshRecordReader(store, {table, 1}, false, memory, mesh.StoreContent()).Read();
+    EXPECT_TRUE(store.HasEnded());
+    EXPECT_EQ(mesh.VertexAt(0).y, 2.0);
+    EXPECT_EQ(mesh.NormalAt(0).z, 1.0);
+    MeshTextureVertex2D uv(0, 0);
+    mesh.TextureVertexSetAt(0)->VertexAt(0, uv);
+    EXPECT_EQ(uv.V(), 0.75);
+    ASSERT_EQ(mesh.PolygonCount(), 2U);
+    EXPECT_THAT(List(PolygonOf(mesh, 0).VertexIndices()), ElementsAre(7, 8, 9));
+    EXPECT_THAT(List(PolygonOf(mesh, 0).NormalIndices()), ElementsAre(0, 0, 0));
+    EXPECT_THAT(List(PolygonOf(mesh, 0).TextureVertexIndices()), ElementsAre(0, 1, 2));
+    EXPECT_THAT(List(PolygonOf(mesh, 1).VertexIndices()), ElementsAre(6));
+    EXPECT_THAT(MaterialsOf(mesh), ElementsAre("a"));
 }
 
 TEST(MeshStore, AHostileNumberOfMaterialsEndsWithTheFile)

@@ -1,6 +1,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <memory>
+
+#include "mesh/SideStoreReader.h"
+#include "mesh/XMLPolygonMesh.h"
 #include "tests/support/MeshBytes.h"
 
 namespace KVR::Test
@@ -160,6 +164,23 @@ TEST(SegmentStore, IndicesAreNarrowedTo32Bits)
     EdgeSegmentInfo edge;
     test.Mesh("m").EdgeSegmentInfoAt(0, edge);
     EXPECT_THAT(edge.VertexIndices().Indices(), ElementsAre(-1));
+}
+
+TEST(SegmentStore, WhetherThereWereFlagsIsNoted)
+{
+    TempFolder folder;
+    MeshStore meshes;
+    for (char const* const id : {"m", "n"})
+    {
+        meshes[id].owned = std::make_unique<XMLPolygonMesh>(UTF8String(id), nullptr);
+        meshes[id].object = meshes[id].owned.get();
+    }
+    folder.Write("s", ByteBuilder().U64(2).Bytes() + Front("m", 1, 0, 1).Byte(0).U64(0).Bytes() +
+                          Front("n", 1, 0, 0).U64(0).Bytes());
+    SideStoreReader reader(folder.PathOf("scene.xml"), nullptr, false);
+    ASSERT_TRUE(reader.ReadMeshSegmentStore(folder.PathOf("s"), meshes));
+    EXPECT_TRUE(meshes["m"].object->StoreContent().isSegmentVisibilityStored);
+    EXPECT_FALSE(meshes["n"].object->StoreContent().isSegmentVisibilityStored);
 }
 
 TEST(SegmentStore, ALongListComesThroughWhole)

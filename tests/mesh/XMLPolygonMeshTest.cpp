@@ -130,6 +130,15 @@ TEST(XMLPolygonMesh, UnderAPrefixTheStoreIsAskedForTheWrittenId)
     EXPECT_EQ(Text(scene.Get<IPolygonMesh>("n1").Id()), "n1");
 }
 
+TEST(XMLPolygonMesh, AnElementWithoutAMeshTakesNoNewId)
+{
+    TestScene scene(
+        std::string("<Scene>") + kMeshInfo +
+        R"(<IPart ID="p" Label=""><ChildSet><IPolygonMesh ID="x"/><IPolygonMesh ID="m"/></ChildSet></IPart></Scene>)");
+    scene.WithPrefix("n").WithFile("s.mesh", kStore).Begin();
+    EXPECT_THAT(scene.ChildIds("n1"), ElementsAre("n2"));
+}
+
 TEST(XMLPolygonMesh, UnitsGiveLengthAndDisplayLengthAlone)
 {
     MeshScene test(

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <ctime>
 #include <memory>
 #include <stdexcept>
@@ -216,10 +217,14 @@ public:
                     SideStoreReader reader(m_folder.PathOf("scene.xml"), nullptr, geometryInfo);
                     static_cast<void>(reader.ReadMeshStore(L"s", meshes, curves));
                 });
-        for (auto const& [id, entry] : meshes)
-            Ask(*entry.object);
-        for (auto const& [id, entry] : curves)
-            Ask(*entry.object);
+        InTime(
+            [&]
+            {
+                for (auto const& [id, entry] : meshes)
+                    Ask(*entry.object);
+                for (auto const& [id, entry] : curves)
+                    Ask(*entry.object);
+            });
         m_objects = meshes.size() + curves.size();
     }
 
@@ -261,21 +266,31 @@ private:
 
     static double Seconds() { return static_cast<double>(std::clock()) / CLOCKS_PER_SEC; }
 
+    template <class Action>
+    static void InTime(Action action)
+    {
+        double const begin = Seconds();
+        action();
+        ASSERT_LT(Seconds() - begin, kMostSeconds);
+    }
+
     template <class Read>
     void Bounded(std::size_t size, Read read)
     {
-        double const begin = Seconds();
         AllocationMeter const meter;
-        try
-        {
-            read();
-        }
-        catch (std::length_error const& error)
-        {
-            ASSERT_STREQ(error.what(), kTooLong);
-            ++m_lengthErrors;
-        }
-        ASSERT_LT(Seconds() - begin, kMostSeconds);
+        InTime(
+            [&]
+            {
+                try
+                {
+                    read();
+                }
+                catch (std::length_error const& error)
+                {
+                    ASSERT_STREQ(error.what(), kTooLong);
+                    ++m_lengthErrors;
+                }
+            });
         ASSERT_LT(static_cast<std::size_t>(meter.Peak()), kMostTimesTheSize * size + kMostOnClaim);
     }
 
@@ -452,6 +467,25 @@ TEST(HostileStore, CompositesNestedWithoutEndTakeTimeInProportion)
         for (int level = 0; level < 200'000; ++level)
             bytes.BoolPair(false, false).U64(segments).U64(0).U64(5).String("x");
         run.MeshStoreOf(CurveStoreOf(5, bytes.Bytes()), false);
+        EXPECT_EQ(run.Objects(), 1U);
+    }
+}
+
+TEST(HostileStore, ThePointsOfACurveOfManySpansAndAHighDegreeAreFoundInTime)
+{
+    StoreRun run;
+    for (std::uint64_t const pointCount : {100, 1000, 10'000})
+    {
+        constexpr std::uint64_t kDegree = 64;
+        ByteBuilder bytes;
+        bytes.BoolPair(false, false).U64(pointCount + kDegree + 1);
+        for (std::uint64_t i = 0; i < pointCount + kDegree + 1; ++i)
+            bytes.F64(static_cast<double>(i));
+        bytes.U64(pointCount);
+        for (std::uint64_t i = 0; i < pointCount; ++i)
+            bytes.F64(std::cos(static_cast<double>(i))).F64(std::sin(static_cast<double>(i))).F64(0);
+        bytes.U64(0).U64(kDegree).F64(kDegree).F64(static_cast<double>(pointCount));
+        run.MeshStoreOf(CurveStoreOf(6, bytes.Bytes()), false);
         EXPECT_EQ(run.Objects(), 1U);
     }
 }
