@@ -1,0 +1,71 @@
+#pragma once
+
+#include <TopAbs_ShapeEnum.hxx>
+#include <string>
+#include <vector>
+
+#include "framework/kernel/store/ShapeBytes.h"
+
+namespace KVR
+{
+
+/// The fields of shapes in Open CASCADE's text form: words with blanks between them.
+class TextShapes final : public ShapeBytes
+{
+public:
+    using ShapeBytes::ShapeBytes;
+
+    /// Versions 2 and 3. In version 1 faces are measured as they are read: that one is not for stores.
+    void Version();
+    bool HasUVPoints() const noexcept { return m_version == 2; }
+    bool HasNormals() const noexcept { return m_version == 3; }
+
+    /// What says of which kind a thing is.
+    int Kind() { return Integer(); }
+    bool Flag();
+    int Degree() { return Integer(); }
+    int Integer();
+    double Real();
+    void Reals(std::uint64_t count);
+    /// None of them without a value.
+    void FiniteReals(std::uint64_t count);
+    void Normals(std::uint64_t count) { Reals(3 * count); }
+    void Continuity() { Continuity(Word()); }
+    /// With nothing between them.
+    int IntegerAndContinuity();
+    /// Of a polygon on a triangulation.
+    void Deflection();
+
+    TopAbs_ShapeEnum ShapeKind();
+    /// What a vertex has of a point, with its parameter.
+    int PointKind();
+    void EndOfFace(int& triangulation);
+    void ShapeFlags();
+    /// False at the end of a shape's children.
+    bool Child(int& index, int& location);
+
+    /// Around a curve or surface that another one stands on. Open CASCADE makes nothing of one with bad numbers, and
+    /// then builds the other one on that nothing: it is read by itself first.
+    void BeginBasis();
+    template <class Geometry>
+    void EndBasis()
+    {
+        Require(IsGood() && IsRead<Geometry>(m_words.substr(m_begins.back())));
+        m_begins.pop_back();
+        if (m_begins.empty())
+            m_words.clear();
+    }
+
+private:
+    std::string_view Word();
+    void Continuity(std::string_view word);
+    template <class Geometry>
+    static bool IsRead(std::string const& words);
+
+    int m_version = 0;
+    /// The words since the outermost basis began, and where in them each began.
+    std::string m_words;
+    std::vector<std::size_t> m_begins;
+};
+
+}  // namespace KVR
