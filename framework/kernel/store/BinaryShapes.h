@@ -30,6 +30,11 @@ public:
     void Reals(std::uint64_t count) { SkipItems(count, sizeof(double)); }
     /// None of them without a value.
     void FiniteReals(std::uint64_t count);
+    /// With weights behind their coordinates, or without.
+    void Poles(std::uint64_t count, int space, bool haveWeights)
+    {
+        FiniteReals(count * static_cast<std::uint64_t>(haveWeights ? space + 1 : space));
+    }
     void Normals(std::uint64_t count) { SkipItems(count, 3 * sizeof(float)); }
     void Continuity() { Require(Kind() <= 6); }
     int IntegerAndContinuity()
@@ -48,10 +53,10 @@ public:
     /// False at the end of a shape's children.
     bool Child(int& index, int& location);
 
-    /// Around a curve or surface that another one stands on.
-    void BeginBasis() {}
+    /// Around a curve or surface. What Open CASCADE cannot make ends its reading.
+    void BeginGeometry() {}
     template <class Geometry>
-    void EndBasis()
+    void EndGeometry(bool)
     {
     }
 

@@ -4,6 +4,8 @@
 #include <Geom_BSplineCurve.hxx>
 #include <Geom_Curve.hxx>
 #include <Geom_Surface.hxx>
+#include <Standard_Real.hxx>
+#include <array>
 #include <cmath>
 #include <cstdint>
 #include <limits>
@@ -73,85 +75,173 @@ private:
     // Open CASCADE reads what a curve or surface stands on on the stack, and copies it each time.
     static constexpr int kDeepestBasis = 10;
 
-    static constexpr std::uint64_t kPoint = 3;
-    static constexpr std::uint64_t kAxes3 = 12;
+    static constexpr double kLeastSquare = 0.25;
+    static constexpr double kLargestCosine = 0.1;
+    static constexpr double kLeastAngle = 1e-9;
+    static constexpr double kLargestAngle = 1.57;
+
+    // What is read of a curve or surface here is what Open CASCADE makes one of.
+    template <class Geometry, class Walk>
+    void Made(int depth, Walk const& walk)
+    {
+        m_source.Require(depth < kDeepestBasis);
+        if (!m_source.IsGood())
+            return;
+        m_source.BeginGeometry();
+        m_source.template EndGeometry<Geometry>(walk());
+    }
+
+    // The walks below answer whether Open CASCADE makes something of such numbers in any case.
 
     template <class Geometry>
     void Curve(int depth)
     {
+        Made<Geometry>(depth, [&] { return CurveOfKind<Geometry>(m_source.Kind(), depth); });
+    }
+
+    template <class Geometry>
+    bool CurveOfKind(int kind, int depth)
+    {
         constexpr bool kIsPlane = std::is_same_v<Geometry, Geom2d_Curve>;
-        constexpr std::uint64_t kPole = kIsPlane ? 2 : 3;
-        constexpr std::uint64_t kAxes = kIsPlane ? 6 : kAxes3;
-        m_source.Require(depth < kDeepestBasis);
-        if (!m_source.IsGood())
-            return;
-        switch (m_source.Kind())
+        constexpr int kSpace = kIsPlane ? 2 : 3;
+        switch (kind)
         {
             case kLine:
-                return m_source.FiniteReals(2 * kPole);
+                m_source.FiniteReals(kSpace);
+                return Direction(kSpace);
             case kCircle:
             case kParabola:
-                return m_source.FiniteReals(kAxes + 1);
+                return IsRound(Placed(kSpace, 1));
             case kEllipse:
+            {
+                Placement const ellipse = Placed(kSpace, 2);
+                return IsRound(ellipse) && ellipse.numbers[0] >= ellipse.numbers[1];
+            }
             case kHyperbola:
-                return m_source.FiniteReals(kAxes + 2);
+                return IsRound(Placed(kSpace, 2));
             case kBezier:
-                return BezierCurve(kPole);
+                return BezierCurve(kSpace);
             case kBSpline:
-                return BSplineCurve(kPole);
+                return BSplineCurve(kSpace);
             case kTrimmed:
                 m_source.FiniteReals(2);
-                return Basis<Geometry>([&] { Curve<Geometry>(depth + 1); });
+                Curve<Geometry>(depth + 1);
+                return false;
             case kOffset:
-                m_source.FiniteReals(kIsPlane ? 1 : 1 + kPoint);
-                return Basis<Geometry>([&] { Curve<Geometry>(depth + 1); });
+                m_source.FiniteReals(kIsPlane ? 1 : 4);
+                Curve<Geometry>(depth + 1);
+                return false;
             default:
                 m_source.Require(false);
+                return false;
         }
     }
 
     void Surface(int depth)
     {
-        m_source.Require(depth < kDeepestBasis);
-        if (!m_source.IsGood())
-            return;
-        switch (m_source.Kind())
+        Made<Geom_Surface>(depth, [&] { return SurfaceOfKind(m_source.Kind(), depth); });
+    }
+
+    bool SurfaceOfKind(int kind, int depth)
+    {
+        constexpr int kSpace = 3;
+        switch (kind)
         {
             case kPlane:
-                return m_source.FiniteReals(kAxes3);
+                return Placed(kSpace, 0).haveDirections;
             case kCylinder:
             case kSphere:
-                return m_source.FiniteReals(kAxes3 + 1);
+                return IsRound(Placed(kSpace, 1));
             case kCone:
+            {
+                Placement const cone = Placed(kSpace, 2);
+                double const angle = std::abs(cone.numbers[1]);
+                return cone.haveDirections && cone.numbers[0] >= 0.0 && angle > kLeastAngle && angle < kLargestAngle;
+            }
             case kTorus:
-                return m_source.FiniteReals(kAxes3 + 2);
+            {
+                Placement const torus = Placed(kSpace, 2);
+                return IsRound(torus) && torus.numbers[0] > torus.numbers[1];
+            }
             case kExtrusion:
-                m_source.FiniteReals(kPoint);
-                return Basis<Geom_Curve>([&] { Curve<Geom_Curve>(depth + 1); });
+                m_source.FiniteReals(kSpace);
+                Curve<Geom_Curve>(depth + 1);
+                return false;
             case kRevolution:
-                m_source.FiniteReals(2 * kPoint);
-                return Basis<Geom_Curve>([&] { Curve<Geom_Curve>(depth + 1); });
+                m_source.FiniteReals(2 * kSpace);
+                Curve<Geom_Curve>(depth + 1);
+                return false;
             case kBezierSurface:
                 return BezierSurface();
             case kBSplineSurface:
                 return BSplineSurface();
             case kRectangle:
                 m_source.FiniteReals(4);
-                return Basis<Geom_Surface>([&] { Surface(depth + 1); });
+                Surface(depth + 1);
+                return false;
             case kOffsetSurface:
                 m_source.FiniteReals(1);
-                return Basis<Geom_Surface>([&] { Surface(depth + 1); });
+                Surface(depth + 1);
+                return false;
             default:
                 m_source.Require(false);
+                return false;
         }
     }
 
-    template <class Geometry, class Walk>
-    void Basis(Walk const& walk)
+    double Number()
     {
-        m_source.BeginBasis();
-        walk();
-        m_source.template EndBasis<Geometry>();
+        double const value = m_source.Real();
+        m_source.Require(std::isfinite(value));
+        return value;
+    }
+
+    using Vector = std::array<double, 3>;
+
+    // Directions are of length 1; whether this one is near enough to be made one.
+    bool Direction(int space, Vector& direction)
+    {
+        double square = 0.0;
+        for (int i = 0; i < space; ++i)
+        {
+            double& component = direction[static_cast<std::size_t>(i)];
+            component = Number();
+            square += component * component;
+        }
+        return square > kLeastSquare && square < 1.0 / kLeastSquare;
+    }
+    bool Direction(int space)
+    {
+        Vector direction{};
+        return Direction(space, direction);
+    }
+
+    struct Placement
+    {
+        bool haveDirections = false;
+        std::array<double, 2> numbers{};
+    };
+
+    // An origin with directions, two in the plane, and in space three, of which the last follows of the others; behind
+    // it radii or angles.
+    Placement Placed(int space, int count)
+    {
+        m_source.FiniteReals(static_cast<std::uint64_t>(space));
+        Vector main{};
+        Vector side{};
+        bool const hasMain = Direction(space, main);
+        bool const hasSide = Direction(space, side);
+        bool const hasLast = space == 2 || Direction(space);
+        double const cosine = main[0] * side[0] + main[1] * side[1] + main[2] * side[2];
+        Placement placement;
+        placement.haveDirections = hasMain && hasSide && hasLast && std::abs(cosine) < kLargestCosine;
+        for (int i = 0; i < count; ++i)
+            placement.numbers[static_cast<std::size_t>(i)] = Number();
+        return placement;
+    }
+    static bool IsRound(Placement const& placement)
+    {
+        return placement.haveDirections && placement.numbers[0] >= 0.0 && placement.numbers[1] >= 0.0;
     }
 
     int Degree()
@@ -169,34 +259,36 @@ private:
         return m_source.IsGood() ? count : 2;
     }
 
-    void BezierCurve(std::uint64_t pole)
+    bool BezierCurve(int space)
     {
-        std::uint64_t const weight = m_source.Flag() ? 1 : 0;
+        bool const isRational = m_source.Flag();
         auto const poles = static_cast<std::uint64_t>(Degree()) + 1;
-        m_source.FiniteReals(poles * (pole + weight));
+        m_source.Poles(poles, space, isRational);
+        return true;
     }
 
-    void BSplineCurve(std::uint64_t pole)
+    bool BSplineCurve(int space)
     {
-        std::uint64_t const weight = m_source.Flag() ? 1 : 0;
+        bool const isRational = m_source.Flag();
         bool const isPeriodic = m_source.Flag();
         int const degree = Degree();
         int const poles = Count();
         int const knots = Count();
-        m_source.FiniteReals(static_cast<std::uint64_t>(poles) * (pole + weight));
-        Knots(degree, isPeriodic, poles, knots);
+        m_source.Poles(static_cast<std::uint64_t>(poles), space, isRational);
+        return Knots(degree, isPeriodic, poles, knots);
     }
 
-    void BezierSurface()
+    bool BezierSurface()
     {
         bool const isURational = m_source.Flag();
         bool const isVRational = m_source.Flag();
         auto const uPoles = static_cast<std::uint64_t>(Degree()) + 1;
         auto const vPoles = static_cast<std::uint64_t>(Degree()) + 1;
-        m_source.FiniteReals(uPoles * vPoles * (isURational || isVRational ? kPoint + 1 : kPoint));
+        m_source.Poles(uPoles * vPoles, 3, isURational || isVRational);
+        return true;
     }
 
-    void BSplineSurface()
+    bool BSplineSurface()
     {
         bool const isURational = m_source.Flag();
         bool const isVRational = m_source.Flag();
@@ -211,14 +303,15 @@ private:
         auto const poles = static_cast<std::uint64_t>(uPoles) * static_cast<std::uint64_t>(vPoles);
         // Open CASCADE counts the poles of a surface in an int.
         m_source.Require(poles <= std::numeric_limits<int>::max());
-        m_source.FiniteReals(m_source.IsGood() ? poles * (isURational || isVRational ? kPoint + 1 : kPoint) : 0);
-        Knots(uDegree, isUPeriodic, uPoles, uKnots);
-        Knots(vDegree, isVPeriodic, vPoles, vKnots);
+        m_source.Poles(m_source.IsGood() ? poles : 0, 3, isURational || isVRational);
+        bool const isMade = Knots(uDegree, isUPeriodic, uPoles, uKnots);
+        return Knots(vDegree, isVPeriodic, vPoles, vKnots) && isMade;
     }
 
     // Each knot with its multiplicity; together they say how many poles there are.
-    void Knots(int degree, bool isPeriodic, int poles, int count)
+    bool Knots(int degree, bool isPeriodic, int poles, int count)
     {
+        bool areApart = true;
         std::int64_t sum = 0;
         int firstMultiplicity = 0;
         int multiplicity = 0;
@@ -227,22 +320,25 @@ private:
         for (int i = 0; i < count && m_source.IsGood(); ++i)
         {
             double const before = knot;
-            knot = m_source.Real();
+            knot = Number();
             multiplicity = m_source.Integer();
             bool const isEnd = i == 0 || i == count - 1;
-            m_source.Require(std::isfinite(knot) && (i == 0 || knot > before));
             m_source.Require(multiplicity >= 1 && multiplicity <= (isEnd && !isPeriodic ? degree + 1 : degree));
             sum += multiplicity;
             if (i == 0)
             {
                 first = knot;
                 firstMultiplicity = multiplicity;
+                continue;
             }
+            m_source.Require(knot > before);
+            areApart &= knot - before > 2 * Epsilon(std::abs(before));
         }
         m_source.Require(isPeriodic ? firstMultiplicity == multiplicity && sum - multiplicity == poles
                                     : sum - degree - 1 == poles);
         m_hasPeriod |= isPeriodic;
         m_period = {first, knot - first};
+        return areApart;
     }
 
     Source& m_source;

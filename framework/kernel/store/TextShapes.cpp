@@ -27,6 +27,9 @@ constexpr std::size_t kLongestWord = 24;
 // And no longer line behind a face.
 constexpr std::size_t kLongestLine = 255;
 
+// Open CASCADE takes none for a weight that is not well above 0.
+constexpr double kLeastWeight = 1e-300;
+
 constexpr std::array<std::string_view, 8> kShapeKinds = {"Co", "CS", "So", "Sh", "Fa", "Wi", "Ed", "Ve"};
 constexpr std::array<std::string_view, 7> kContinuities = {"C0", "G1", "C1", "G2", "C2", "C3", "CN"};
 
@@ -92,6 +95,19 @@ void TextShapes::FiniteReals(std::uint64_t count)
 {
     for (; count > 0 && IsGood(); --count)
         Require(std::isfinite(Real()));
+}
+
+void TextShapes::Poles(std::uint64_t count, int space, bool haveWeights)
+{
+    for (; count > 0 && IsGood(); --count)
+    {
+        FiniteReals(static_cast<std::uint64_t>(space));
+        if (haveWeights)
+        {
+            double const weight = Real();
+            Require(std::isfinite(weight) && weight > kLeastWeight);
+        }
+    }
 }
 
 void TextShapes::Continuity(std::string_view word)
@@ -169,13 +185,13 @@ bool TextShapes::Child(int& index, int& location)
     return IsGood();
 }
 
-void TextShapes::BeginBasis()
+void TextShapes::BeginGeometry()
 {
     m_begins.push_back(m_words.size());
 }
 
 template <class Geometry>
-bool TextShapes::IsRead(std::string const& words)
+bool TextShapes::IsMade(std::string const& words)
 {
     std::istringstream in(words);
     in.imbue(std::locale::classic());
@@ -185,8 +201,8 @@ bool TextShapes::IsRead(std::string const& words)
     return !geometry.IsNull();
 }
 
-template bool TextShapes::IsRead<Geom_Curve>(std::string const&);
-template bool TextShapes::IsRead<Geom2d_Curve>(std::string const&);
-template bool TextShapes::IsRead<Geom_Surface>(std::string const&);
+template bool TextShapes::IsMade<Geom_Curve>(std::string const&);
+template bool TextShapes::IsMade<Geom2d_Curve>(std::string const&);
+template bool TextShapes::IsMade<Geom_Surface>(std::string const&);
 
 }  // namespace KVR

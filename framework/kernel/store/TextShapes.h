@@ -29,6 +29,8 @@ public:
     void Reals(std::uint64_t count);
     /// None of them without a value.
     void FiniteReals(std::uint64_t count);
+    /// With weights behind their coordinates, or without.
+    void Poles(std::uint64_t count, int space, bool haveWeights);
     void Normals(std::uint64_t count) { Reals(3 * count); }
     void Continuity() { Continuity(Word()); }
     /// With nothing between them.
@@ -44,13 +46,14 @@ public:
     /// False at the end of a shape's children.
     bool Child(int& index, int& location);
 
-    /// Around a curve or surface that another one stands on. Open CASCADE makes nothing of one with bad numbers, and
-    /// then builds the other one on that nothing: it is read by itself first.
-    void BeginBasis();
+    /// Around a curve or surface, of which is known whether Open CASCADE makes one of it in any case. Where it cannot,
+    /// it goes on in the midst of the numbers, or builds another one on nothing: in doubt it is let read this one
+    /// alone.
+    void BeginGeometry();
     template <class Geometry>
-    void EndBasis()
+    void EndGeometry(bool isMade)
     {
-        Require(IsGood() && IsRead<Geometry>(m_words.substr(m_begins.back())));
+        Require(IsGood() && (isMade || IsMade<Geometry>(m_words.substr(m_begins.back()))));
         m_begins.pop_back();
         if (m_begins.empty())
             m_words.clear();
@@ -60,10 +63,10 @@ private:
     std::string_view Word();
     void Continuity(std::string_view word);
     template <class Geometry>
-    static bool IsRead(std::string const& words);
+    static bool IsMade(std::string const& words);
 
     int m_version = 0;
-    /// The words since the outermost basis began, and where in them each began.
+    /// The words of the geometry, and where in them it and what it stands on began.
     std::string m_words;
     std::vector<std::size_t> m_begins;
 };
