@@ -1,9 +1,14 @@
-// A kernel store of any content. The first byte says how it is read: as a store in one form or the other, with damaged
-// bytes kept from Open CASCADE by the digest, or as the table of one.
+// A kernel store of any content. The first byte says how it is read: as a store in one form or the other, as the table
+// of one, or as the content of one, to which a head is made that fits.
 
+#include <xxhash.h>
 #include <cstdlib>
+#include <cstring>
 #include <memory>
+#include <string>
+#include <string_view>
 
+#include "framework/kernel/curve.h"
 #include "framework/kernel/entity.h"
 #include "framework/kernel/entity_list.h"
 #include "framework/kernel/global_data.h"
@@ -17,6 +22,51 @@ namespace
 
 using namespace KVR;
 
+using File = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
+
+File FileOf(std::string_view bytes)
+{
+    return {fmemopen(const_cast<char*>(bytes.data()), bytes.size(), "rb"), &std::fclose};
+}
+
+template <class Number>
+void Append(std::string& bytes, Number number)
+{
+    char raw[sizeof number];
+    std::memcpy(raw, &number, sizeof number);
+    bytes.append(raw, sizeof number);
+}
+
+std::string WithHead(std::string_view content, bool isText)
+{
+    std::uint64_t const digest = XXH3_64bits(content.data(), content.size());
+    std::string bytes = isText ? "KVRKERNT " : "KVRKERNB";
+    if (isText)
+    {
+        char numbers[64];
+        std::snprintf(numbers, sizeof numbers, "%016x %016llx %016zx\n", 1U, static_cast<unsigned long long>(digest),
+                      content.size());
+        bytes += numbers;
+    }
+    else
+    {
+        Append(bytes, std::uint64_t{1});
+        Append(bytes, digest);
+        Append(bytes, std::uint64_t{content.size()});
+    }
+    return bytes.append(content);
+}
+
+void Ask(BODY const& body)
+{
+    body.FaceList();
+    for (std::unique_ptr<EDGE> const& edge : body.EdgeList())
+    {
+        curve* made = nullptr;
+        static_cast<void>(GKI_MAKE_CURVE::from_edge(edge.get(), false, made));
+    }
+}
+
 void RestoreStore(std::FILE* file, bool isText)
 {
     HISTORY_STREAM stream;
@@ -29,7 +79,7 @@ void RestoreStore(std::FILE* file, bool isText)
     for (int i = 0; i < entities.count(); ++i)
     {
         if (BODY const* const body = GMK::BODY_xs(entities[i]).body)
-            body->FaceList();
+            Ask(*body);
     }
 }
 
@@ -48,15 +98,21 @@ void ReadTable(std::FILE* file, std::size_t size, bool isText)
 
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size)
 {
+    constexpr int kText = 1;
+    constexpr int kTable = 2;
+    constexpr int kContent = 4;
     if (size < 2)
         return 0;
-    std::unique_ptr<std::FILE, int (*)(std::FILE*)> const file(
-        fmemopen(const_cast<std::uint8_t*>(data) + 1, size - 1, "rb"), &std::fclose);
+    std::string_view bytes(reinterpret_cast<char const*>(data) + 1, size - 1);
+    bool const isText = (data[0] & kText) != 0;
+    std::string whole;
+    if ((data[0] & kContent) != 0)
+        bytes = whole = WithHead(bytes, isText);
+    File const file = FileOf(bytes);
     if (!file)
         return 0;
-    bool const isText = (data[0] & 1) != 0;
-    if ((data[0] & 2) != 0)
-        ReadTable(file.get(), size - 1, isText);
+    if ((data[0] & (kTable | kContent)) == kTable)
+        ReadTable(file.get(), bytes.size(), isText);
     else
         RestoreStore(file.get(), isText);
     return 0;

@@ -3,7 +3,6 @@
 #include <Standard_Failure.hxx>
 #include <TopoDS_Shape.hxx>
 #include <algorithm>
-#include <istream>
 #include <locale>
 #include <memory>
 #include <ostream>
@@ -108,10 +107,7 @@ bool Decode(std::FILE* file, std::uint64_t size, bool textMode, std::vector<std:
     if (!table.Read(content, textMode))
         return false;
     std::vector<TopoDS_Shape> shapes;
-    std::istream in(&content);
-    in.imbue(std::locale::classic());
-    in.exceptions(std::ios_base::failbit | std::ios_base::badbit);
-    if (!ReadShapes(in, textMode, shapes) || shapes.size() != table.rows.size())
+    if (!ReadShapes(content, textMode, shapes) || shapes.size() != table.rows.size())
         return false;
     for (std::size_t i = 0; i < shapes.size(); ++i)
     {

@@ -84,10 +84,10 @@ std::string NestedStoreBytes(int depth, bool isText)
     return bytes;
 }
 
-StoreFileOfBytes::StoreFileOfBytes(std::string const& bytes) : m_file(std::tmpfile())
+StoreFileOfBytes::StoreFileOfBytes(std::string const& bytes)
+    : m_file(bytes.empty() ? std::tmpfile() : ::fmemopen(const_cast<char*>(bytes.data()), bytes.size(), "rb"))
 {
-    EXPECT_EQ(std::fwrite(bytes.data(), 1, bytes.size(), m_file), bytes.size());
-    std::rewind(m_file);
+    EXPECT_NE(m_file, nullptr);
 }
 
 StoreFileOfBytes::~StoreFileOfBytes()

@@ -23,7 +23,7 @@ std::string WordBytes(std::uint64_t value);
 /// A store of one body of compounds in one another, so many, around a box.
 std::string NestedStoreBytes(int depth, bool isText);
 
-/// A file of the bytes, open for reading, gone with the scope.
+/// A file of the bytes, which have to outlive it, open for reading, gone with the scope.
 class StoreFileOfBytes
 {
 public:

@@ -6,9 +6,14 @@
 #include <TopoDS_Compound.hxx>
 #include <TopoDS_Iterator.hxx>
 #include <TopoDS_Shape.hxx>
-#include <algorithm>
 #include <istream>
+#include <locale>
 #include <ostream>
+
+#include "framework/kernel/store/BinaryShapes.h"
+#include "framework/kernel/store/ShapeWalk.h"
+#include "framework/kernel/store/StoreStream.h"
+#include "framework/kernel/store/TextShapes.h"
 
 namespace KVR
 {
@@ -44,49 +49,20 @@ public:
     SetReading(SetReading const&) = delete;
     SetReading& operator=(SetReading const&) = delete;
 
-    bool IsSafe()
-    {
-        std::vector<int> depths(static_cast<std::size_t>(m_set.NbShapes()) + 1, 1);
-        for (int i = 1; i <= m_set.NbShapes(); ++i)
-        {
-            if (!AreChildrenSafe(m_set.Shape(i), i, depths))
-                return false;
-        }
-        return true;
-    }
-
 private:
-    static bool IsBelow(TopoDS_Shape const& child, TopoDS_Shape const& parent)
-    {
-        if (child.IsNull() || child.Orientation() < TopAbs_FORWARD || child.Orientation() > TopAbs_EXTERNAL)
-            return false;
-        // Kinds count up from the compound; only compounds stand within their own kind.
-        return child.ShapeType() > parent.ShapeType() || parent.ShapeType() == TopAbs_COMPOUND;
-    }
-
-    bool AreChildrenSafe(TopoDS_Shape const& shape, int index, std::vector<int>& depths)
-    {
-        if (shape.IsNull())
-            return false;
-        for (TopoDS_Iterator child(shape, Standard_False, Standard_False); child.More(); child.Next())
-        {
-            if (!IsBelow(child.Value(), shape))
-                return false;
-            if (child.Value().ShapeType() != TopAbs_COMPOUND)
-                continue;
-            int const at = m_set.Index(child.Value());
-            if (at < 1 || at >= index)
-                return false;
-            int& depth = depths[static_cast<std::size_t>(index)];
-            depth = std::max(depth, depths[static_cast<std::size_t>(at)] + 1);
-            if (depth > kDeepestShape)
-                return false;
-        }
-        return true;
-    }
-
     Set& m_set;
 };
+
+// Open CASCADE's readers believe what they read: they make room for as many poles as a number says, follow indices out
+// of their tables, and go down chains on the stack. They are let at shapes of which all that was looked at before.
+template <class Source>
+bool AreSafe(StoreReadBuffer& content)
+{
+    auto const start = content.pubseekoff(0, std::ios_base::cur, std::ios_base::in);
+    Source source(content);
+    ShapeWalk<Source>(source, content.Remaining()).Read();
+    return source.IsGood() && content.pubseekpos(start, std::ios_base::in) == start;
+}
 
 bool ChildrenOf(TopoDS_Shape const& root, std::vector<TopoDS_Shape>& shapes)
 {
@@ -111,10 +87,8 @@ bool ReadBinary(std::istream& in, std::vector<TopoDS_Shape>& shapes)
 {
     BinTools_ShapeSet set;
     set.SetWithTriangles(Standard_True);
-    SetReading reading(set);
+    SetReading const reading(set);
     set.Read(in);
-    if (!reading.IsSafe())
-        return false;
     TopoDS_Shape root;
     set.ReadSubs(root, in, set.NbShapes());
     return ChildrenOf(root, shapes);
@@ -124,10 +98,8 @@ bool ReadText(std::istream& in, std::vector<TopoDS_Shape>& shapes)
 {
     BRep_Builder const builder;
     BRepTools_ShapeSet set(builder);
-    SetReading reading(set);
+    SetReading const reading(set);
     set.Read(in);
-    if (!reading.IsSafe())
-        return false;
     TopoDS_Shape root;
     static_cast<TopTools_ShapeSet&>(set).Read(root, in);
     return ChildrenOf(root, shapes);
@@ -154,8 +126,14 @@ void WriteShapes(std::vector<TopoDS_Shape const*> const& shapes, std::ostream& o
     set.Write(compound, out);
 }
 
-bool ReadShapes(std::istream& in, bool textMode, std::vector<TopoDS_Shape>& shapes)
+bool ReadShapes(StoreReadBuffer& content, bool textMode, std::vector<TopoDS_Shape>& shapes)
 {
+    if (textMode ? !AreSafe<TextShapes>(content) : !AreSafe<BinaryShapes>(content))
+        return false;
+    std::istream in(&content);
+    in.imbue(std::locale::classic());
+    // The text form's reader would not end at the end of a stream.
+    in.exceptions(std::ios_base::failbit | std::ios_base::badbit);
     return textMode ? ReadText(in, shapes) : ReadBinary(in, shapes);
 }
 

@@ -8,6 +8,8 @@ class TopoDS_Shape;
 namespace KVR
 {
 
+class StoreReadBuffer;
+
 /// The deepest nesting of shapes in a store.
 inline constexpr int kDeepestShape = 1000;
 
@@ -15,10 +17,9 @@ inline constexpr int kDeepestShape = 1000;
 /// passes through.
 void WriteShapes(std::vector<TopoDS_Shape const*> const& shapes, std::ostream& out, bool textMode);
 
-/// Reads what WriteShapes wrote. False, with the output left alone, for what is no such compound and for one that would
-/// not be safe to walk: shapes that are nothing, children of a kind not below their parent's, or deeper nesting. The
-/// stream has to throw on failure, since the text form's reader would not end at the end of a stream; what it and Open
-/// CASCADE throw passes through.
-bool ReadShapes(std::istream& in, bool textMode, std::vector<TopoDS_Shape>& shapes);
+/// Reads what WriteShapes wrote. False, with the output left alone, for what is no such compound and for what would not
+/// be safe to read or to walk: counts of more than there is, indices of what there is not, children of a kind not below
+/// their parent's, or deeper nesting. What Open CASCADE and its stream throw passes through.
+bool ReadShapes(StoreReadBuffer& content, bool textMode, std::vector<TopoDS_Shape>& shapes);
 
 }  // namespace KVR

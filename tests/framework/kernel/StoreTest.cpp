@@ -145,7 +145,8 @@ TEST_P(KernelStore, RestoredEntitiesBelongToTheActiveStream)
 
 TEST_P(KernelStore, WithoutAnActiveStreamNothingIsRestored)
 {
-    StoreFileOfBytes const file(Saved(OneBox()));
+    std::string const bytes = Saved(OneBox());
+    StoreFileOfBytes const file(bytes);
     ENTITY_LIST entities(false);
     EXPECT_FALSE(GKI_RESTORE(file.File(), IsText(), -1).execute_restore(entities).ok());
     EXPECT_EQ(entities.count(), 0);

@@ -1,0 +1,123 @@
+#include "framework/kernel/store/ShapeTables.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "framework/kernel/store/StoreShapes.h"
+
+namespace KVR
+{
+
+namespace
+{
+
+// Open CASCADE follows the parts of a location on the stack.
+constexpr int kLongestPlacing = 5000;
+constexpr int kLargestPower = 1 << 30;
+
+// Each representation of an edge is compared with all others, and their locations part by part.
+constexpr std::uint64_t kMostComparisons = 1'000'000;
+
+// Open CASCADE gets to a parameter outside a curve's period one period at a time.
+constexpr double kMostPeriods = 1000.0;
+
+// A shape may be in others many times, and these in others: a few bytes would keep a host busy for years.
+constexpr std::uint64_t kMostUnfolded = 1'000'000;
+constexpr std::uint64_t kMostUnfoldedPerByte = 1000;
+
+}  // namespace
+
+// Open CASCADE keeps no location twice and shortens chains: an index behind one that it dropped would name another
+// location, and the last ones none. Its writers write the short form.
+bool ShapeTables::AddLocation(Chain&& chain)
+{
+    if (chain.empty() || chain.size() > kLongestPlacing || (chain.size() == 1 && chain[0].second == 1))
+        return false;
+    int before = 0;
+    for (auto const& [index, power] : chain)
+    {
+        if (!Has(m_locations, index) || m_locations[static_cast<std::size_t>(index) - 1] != 1 || index == before)
+            return false;
+        if (power == 0 || power < -kLargestPower || power > kLargestPower)
+            return false;
+        before = index;
+    }
+    m_locations.push_back(static_cast<int>(std::max<std::size_t>(chain.size(), 2)));
+    return m_chains.insert(std::move(chain)).second;
+}
+
+bool ShapeTables::IsOnTriangulation(int nodes, int triangulation) const noexcept
+{
+    return Has(m_lastNodes, nodes) && Has(m_triangulations, triangulation) &&
+           m_lastNodes[static_cast<std::size_t>(nodes) - 1] <=
+               m_triangulations[static_cast<std::size_t>(triangulation) - 1];
+}
+
+void ShapeTables::BeginEdge()
+{
+    m_representations = 0;
+    m_longestPlacing = 0;
+    m_first = std::numeric_limits<double>::infinity();
+    m_last = -m_first;
+    m_periods.clear();
+}
+
+bool ShapeTables::AddToEdge(int location)
+{
+    if (!IsLocation(location))
+        return false;
+    ++m_representations;
+    m_longestPlacing = std::max(m_longestPlacing, static_cast<std::uint64_t>(LengthOf(location)));
+    return m_representations * m_representations * (1 + m_longestPlacing) <= kMostComparisons;
+}
+
+bool ShapeTables::AddToEdge(double first, double last)
+{
+    m_first = std::min({m_first, first, last});
+    m_last = std::max({m_last, first, last});
+    return !std::isnan(first) && !std::isnan(last);
+}
+
+void ShapeTables::AddToEdge(Curves const& table, int curve)
+{
+    auto const found = std::lower_bound(table.periods.begin(), table.periods.end(), curve,
+                                        [](auto const& entry, int index) { return entry.first < index; });
+    if (found != table.periods.end() && found->first == curve)
+        m_periods.push_back(found->second);
+}
+
+bool ShapeTables::IsEdgeSafe() const noexcept
+{
+    return std::all_of(m_periods.begin(), m_periods.end(),
+                       [&](Period const& period)
+                       {
+                           double const most = kMostPeriods * period.length;
+                           return m_first >= period.first - most && m_last <= period.first + most;
+                       });
+}
+
+bool ShapeTables::BeginShape(TopAbs_ShapeEnum kind)
+{
+    m_shapes.push_back({kind});
+    return kind >= TopAbs_COMPOUND && kind <= TopAbs_VERTEX;
+}
+
+// Kinds count up from the compound; only compounds stand within their own kind.
+bool ShapeTables::AddChild(int index, int location)
+{
+    Shape& parent = m_shapes.back();
+    if (index < 1 || index >= ShapeCount() || !IsLocation(location))
+        return false;
+    Shape const& child = m_shapes[static_cast<std::size_t>(index) - 1];
+    if (child.kind <= parent.kind && parent.kind != TopAbs_COMPOUND)
+        return false;
+    if (child.kind == TopAbs_COMPOUND)
+        parent.depth = std::max(parent.depth, child.depth + 1);
+    parent.placing = std::max(parent.placing, child.placing + LengthOf(location));
+    parent.unfolded += child.unfolded;
+    return parent.depth <= kDeepestShape && parent.placing <= kLongestPlacing &&
+           parent.unfolded <= kMostUnfolded + kMostUnfoldedPerByte * m_size;
+}
+
+}  // namespace KVR
