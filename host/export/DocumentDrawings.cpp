@@ -7,6 +7,7 @@
 #include <gp_Trsf.hxx>
 
 #include "framework/api/kvr_api.h"
+#include "host/export/CalloutFacts.h"
 #include "host/export/CurveShape.h"
 #include "host/export/ShapePlacement.h"
 
@@ -71,6 +72,8 @@ public:
         // An element has no elements of its own.
         if (m_isInElement)
             return;
+        if (label.empty())
+            label = Text(element->Label());
         m_isInElement = true;
         VisitChildren(*element);
         m_isInElement = false;
@@ -104,6 +107,8 @@ public:
     }
 
     std::vector<TopoDS_Shape> curves;
+    /// Of the first element.
+    std::string label;
 
 private:
     IProducer& m_producer;
@@ -130,7 +135,10 @@ std::string TextOf(IText const* text)
 
 }  // namespace
 
-DocumentDrawings::DocumentDrawings(ExportTask& task, ShapeDocument& document) : m_task(task), m_document(document) {}
+DocumentDrawings::DocumentDrawings(ExportTask& task, ShapeDocument& document, DocumentParts const& parts)
+    : m_task(task), m_document(document), m_parts(parts)
+{
+}
 
 void DocumentDrawings::AddViews()
 {
@@ -212,6 +220,25 @@ void DocumentDrawings::AddCamera(ICamera const& camera, std::string const& name)
     m_document.views.push_back(std::move(view));
 }
 
+void DocumentDrawings::AddFacts(ShapeDocument::Callout& drawn, IAnnotationCallout const& callout)
+{
+    drawn.kind = KindOf(callout);
+    drawn.details = DetailsOf(callout);
+    drawn.references = ReferencesOf(callout);
+    // Those that the annotation goes to are the last ones.
+    std::size_t const seconds = drawn.details.second ? drawn.details.second->size() : 0;
+    for (std::size_t i = 0; i < drawn.references.size(); ++i)
+    {
+        std::optional<ShapeDocument::Target> const target = m_parts.TargetOf(drawn.references[i], drawn.part);
+        if (!target)
+        {
+            m_document.notCarried.Add("references of annotation callouts");
+            continue;
+        }
+        (i + seconds < drawn.references.size() ? drawn.first : drawn.second).push_back(*target);
+    }
+}
+
 void DocumentDrawings::AddCallouts(DocumentVariant const& variant)
 {
     ModelComponent const& component = *variant.component;
@@ -224,8 +251,11 @@ void DocumentDrawings::AddCallouts(DocumentVariant const& variant)
             m_document.notCarried.Add("visibilities of annotation callouts");
         ShapeDocument::Callout drawn;
         drawn.part = variant.label;
-        drawn.name = geometry.label.empty() ? geometry.id : geometry.label;
+        drawn.id = geometry.id;
+        drawn.variant = variant.key;
+        drawn.label = geometry.label;
         drawn.text = TextOf(callout->Text());
+        AddFacts(drawn, *callout);
         CurveCollector collector(m_task.producer, m_document, variant);
         try
         {
@@ -237,6 +267,7 @@ void DocumentDrawings::AddCallouts(DocumentVariant const& variant)
             continue;
         }
         drawn.curves = std::move(collector.curves);
+        drawn.drawingLabel = collector.label;
         UTF8String planeId;
         auto const* const plane = callout->AnnotationPlaneId(planeId) == kIsValueSpecified_Yes
                                       ? dynamic_cast<IWorkPlane const*>(m_task.producer.Load(planeId))

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "framework/api/Enums.h"
+#include "host/AnnotationDetails.h"
 #include "host/export/Export.h"
 
 namespace KVR
@@ -64,14 +65,33 @@ struct ShapeDocument
         std::vector<gp_Ax2> cuts;
     };
 
+    /// A shape that an annotation speaks of.
+    struct Target
+    {
+        TDF_Label part;
+        /// Null for all of a part of several bodies.
+        TopoDS_Shape shape;
+    };
+
     struct Callout
     {
         TDF_Label part;
-        std::string name;
+        std::string id;
+        /// Which copy of its component it belongs to; its own is the empty one.
+        std::string variant;
+        std::string label;
         std::string text;
         std::optional<gp_Ax2> plane;
-        /// Curves in the coordinates of the part.
+        /// Curves in the coordinates of the part, and what their element is called.
         std::vector<TopoDS_Shape> curves;
+        std::string drawingLabel;
+        /// "dimension", "tolerance" or "datum"; empty for what is only drawn.
+        std::string kind;
+        AnnotationDetails details;
+        /// What it speaks of, by ids and by shapes; of a distance, what it goes to apart from the rest.
+        std::vector<std::string> references;
+        std::vector<Target> first;
+        std::vector<Target> second;
     };
 
     opencascade::handle<TDocStd_Document> document;

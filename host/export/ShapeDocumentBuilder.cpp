@@ -93,7 +93,7 @@ void ShapeDocumentBuilder::Build()
         looks.Carry(*variant);
     looks.CountOverridesOfGeometry();
     m_parts->AddLayers();
-    DocumentDrawings drawings(m_task, m_document);
+    DocumentDrawings drawings(m_task, m_document, *m_parts);
     drawings.AddViews();
     for (DocumentVariant const* const variant : m_inOrder)
         drawings.AddCallouts(*variant);
@@ -178,6 +178,8 @@ DocumentVariant const* ShapeDocumentBuilder::VariantOf(std::size_t component, gp
     if (variant)
         return variant.get();
     variant = std::make_unique<DocumentVariant>();
+    if (std::size_t const copies = m_copies[component]++; copies > 0)
+        variant->key = std::to_string(copies);
     variant->component = &source;
     variant->change = change;
     m_inOrder.push_back(variant.get());

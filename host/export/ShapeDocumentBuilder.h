@@ -46,6 +46,8 @@ private:
     std::unique_ptr<DocumentParts> m_parts;
     std::map<std::string, std::unique_ptr<DocumentVariant>> m_variants;
     std::vector<DocumentVariant const*> m_inOrder;
+    /// How many variants there are of a component.
+    std::unordered_map<std::size_t, std::size_t> m_copies;
     std::unordered_map<ModelOverride const*, bool> m_moving;
 };
 
