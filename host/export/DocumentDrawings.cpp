@@ -140,22 +140,49 @@ DocumentDrawings::DocumentDrawings(ExportTask& task, ShapeDocument& document, Do
 {
 }
 
-void DocumentDrawings::AddViews()
+void DocumentDrawings::FindProducts(std::vector<DocumentVariant const*> const& variants)
 {
+    for (DocumentVariant const* const variant : variants)
+    {
+        m_products.emplace(variant->component->id, variant->label);
+        for (ModelGeometry const& geometry : variant->component->geometry)
+            if (dynamic_cast<IAnnotationCallout const*>(geometry.object))
+                m_callouts.insert(geometry.id);
+    }
+}
+
+void DocumentDrawings::AddMembers(ShapeDocument::View& view, IView const& source)
+{
+    view.showsAll = false;
+    for (unsigned long long i = 0; i < source.ViewMemberCount(); ++i)
+    {
+        IdSet const path = source.OccurrencePathAt(i);
+        std::string const id = path.Size() == 1 ? path.At(0).Value() : std::string();
+        auto const product = m_products.find(id);
+        bool const isCallout = m_callouts.count(id) > 0;
+        if (!source.EntityVisibilityAt(i) || (!isCallout && product == m_products.end()))
+            m_document.notCarried.Add("members of views");
+        else
+            view.members.push_back({isCallout ? TDF_Label() : product->second, isCallout ? id : std::string()});
+    }
+}
+
+void DocumentDrawings::AddViews(std::vector<DocumentVariant const*> const& variants)
+{
+    FindProducts(variants);
     std::unordered_set<std::string> used;
     for (std::string const& id : m_task.scene.viewIds)
     {
         auto const* const view = dynamic_cast<IView const*>(m_task.producer.Load(UTF8String(id)));
         if (!view)
             continue;
-        m_document.notCarried.Add("members of views", view->ViewMemberCount());
         IdSet const cameras = view->CameraSet();
         bool hasCamera = false;
         for (unsigned long long i = 0; i < cameras.Size(); ++i)
         {
             if (auto const* const camera = dynamic_cast<ICamera const*>(m_task.producer.Load(cameras.At(i))))
             {
-                AddCamera(*camera, view->Label().IsEmpty() ? id : Text(view->Label()));
+                AddCamera(*camera, view->Label().IsEmpty() ? id : Text(view->Label()), view);
                 used.insert(cameras.At(i).Value());
                 hasCamera = true;
             }
@@ -167,11 +194,11 @@ void DocumentDrawings::AddViews()
     {
         auto const* const camera = dynamic_cast<ICamera const*>(m_task.producer.Load(UTF8String(id)));
         if (camera && used.count(id) == 0)
-            AddCamera(*camera, camera->Label().IsEmpty() ? id : Text(camera->Label()));
+            AddCamera(*camera, camera->Label().IsEmpty() ? id : Text(camera->Label()), nullptr);
     }
 }
 
-void DocumentDrawings::AddCamera(ICamera const& camera, std::string const& name)
+void DocumentDrawings::AddCamera(ICamera const& camera, std::string const& name, IView const* source)
 {
     UnitTypeEnum unit = kUnitType_Unknown;
     double const own = camera.LengthUnit(unit) == kIsValueSpecified_Yes ? MetresOf(unit) : 0.0;
@@ -217,6 +244,8 @@ void DocumentDrawings::AddCamera(ICamera const& camera, std::string const& name)
                 view.cuts.push_back(*cut);
         }
     }
+    if (source)
+        AddMembers(view, *source);
     m_document.views.push_back(std::move(view));
 }
 

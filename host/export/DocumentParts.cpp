@@ -173,7 +173,7 @@ void DocumentParts::Style(ModelComponent const& component, TDF_Label const& part
         for (auto const& [id, shape] : item.subShapes)
         {
             NoteTarget(id, part, shape);
-            if (shape.ShapeType() == TopAbs_FACE && m_layerItems.count(id) > 0)
+            if (m_layerItems.count(id) > 0)
                 Note(id, {subShapes.LabelOf(shape)});
         }
     }
@@ -259,6 +259,7 @@ void DocumentParts::AddLayers()
     for (ModelLayer const& layer : m_task.scene.layers)
     {
         std::string const name = layer.label.empty() ? std::to_string(layer.number) : layer.label;
+        m_document.layers.push_back(name);
         TDF_Label label;
         bool hasMembers = false;
         for (std::string const& item : layer.items)

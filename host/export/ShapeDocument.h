@@ -63,6 +63,15 @@ struct ShapeDocument
         std::optional<double> farDistance;
         /// Planes that cut away what their main directions point at.
         std::vector<gp_Ax2> cuts;
+        /// A camera by itself looks at everything.
+        bool showsAll = true;
+        /// What the view names: products by their labels, or callouts by their ids.
+        struct Member
+        {
+            TDF_Label product;
+            std::string callout;
+        };
+        std::vector<Member> members;
     };
 
     /// A shape that an annotation speaks of.
@@ -100,8 +109,11 @@ struct ShapeDocument
     std::string title;
     std::string author;
     std::string organization;
+    std::string authorisation;
     std::vector<Body> bodies;
     std::vector<LayerOfPoint> layersOfPoints;
+    /// The names of all layers, in the scene's order.
+    std::vector<std::string> layers;
     std::vector<Look> looks;
     /// Parts whose colour in the document is no more than a base for those of their occurrences.
     std::vector<TDF_Label> colorlessParts;

@@ -47,6 +47,7 @@
 #include <XSControl_WorkSession.hxx>
 #include <gp.hxx>
 #include <unordered_map>
+#include <unordered_set>
 
 #include "host/export/StepEntities.h"
 
@@ -122,6 +123,16 @@ handle<StepVisual_CameraModelD3> CameraOf(ShapeDocument::View const& view)
     return camera.get();
 }
 
+// All of a product, for a view.
+handle<StepRepr_RepresentationItem> ShownItem(handle<StepRepr_Representation> const& product)
+{
+    handle<StepRepr_RepresentationMap> const map = new StepRepr_RepresentationMap;
+    map->Init(StepAxes(gp::XOY()), product);
+    handle<StepRepr_MappedItem> shown = new StepRepr_MappedItem;
+    shown->Init(StepString(""), map, StepAxes(gp::XOY()));
+    return shown.get();
+}
+
 handle<StepVisual_AnnotationOccurrence> CurvesOf(std::string const& name,
                                                  handle<StepShape_GeometricCurveSet> const& curves,
                                                  handle<StepVisual_HArray1OfPresentationStyleAssignment> const& styles)
@@ -168,6 +179,20 @@ std::string NameOf(ShapeDocument::Callout const& callout)
     return callout.drawingLabel.empty() && StepNotes::IsPicture(callout) ? callout.label : callout.drawingLabel;
 }
 
+// Those that stand for what views name.
+std::unordered_set<ShapeDocument::Callout const*> InViews(ShapeDocument const& document, StepNotes const& notes)
+{
+    std::unordered_set<std::string> ids;
+    for (ShapeDocument::View const& view : document.views)
+        for (ShapeDocument::View::Member const& member : view.members)
+            ids.insert(member.callout);
+    std::unordered_set<ShapeDocument::Callout const*> found;
+    for (ShapeDocument::Callout const& callout : document.callouts)
+        if (ids.count(callout.id) > 0)
+            found.insert(&notes.DrawnAs(callout));
+    return found;
+}
+
 handle<StepVisual_AnnotationPlane> PlaneWith(gp_Ax2 const& axes, handle<StepVisual_DraughtingCallout> const& callout,
                                              handle<StepVisual_HArray1OfPresentationStyleAssignment> const& styles)
 {
@@ -204,13 +229,34 @@ void StepDrawings::WriteViews()
     handle<StepRepr_Representation> const product = definition->UsedRepresentation();
     for (ShapeDocument::View const& view : m_document.views)
     {
-        handle<StepRepr_RepresentationMap> const map = new StepRepr_RepresentationMap;
-        map->Init(StepAxes(gp::XOY()), product);
-        handle<StepRepr_MappedItem> const shown = new StepRepr_MappedItem;
-        shown->Init(StepString(""), map, StepAxes(gp::XOY()));
+        Items items{CameraOf(view)};
+        if (view.showsAll)
+            items.push_back(ShownItem(product));
+        AddMembers(items, view);
         handle<StepVisual_DraughtingModel> const model = new StepVisual_DraughtingModel;
-        model->Init(StepString(view.name), ArrayOf({CameraOf(view).get(), shown.get()}), product->ContextOfItems());
+        model->Init(StepString(view.name), ArrayOf(items), product->ContextOfItems());
         m_model->AddWithRefs(model);
+    }
+}
+
+void StepDrawings::AddMembers(Items& items, ShapeDocument::View const& view)
+{
+    std::unordered_set<Standard_Transient const*> known;
+    for (ShapeDocument::View::Member const& member : view.members)
+    {
+        Items shown;
+        if (auto const drawn = m_drawnById.find(member.callout); drawn != m_drawnById.end())
+            shown = drawn->second;
+        handle<StepShape_ShapeDefinitionRepresentation> const definition =
+            member.product.IsNull() ? handle<StepShape_ShapeDefinitionRepresentation>()
+                                    : StepDefinitionOf(m_writer, XCAFDoc_ShapeTool::GetShape(member.product));
+        if (!definition.IsNull())
+            shown.push_back(ShownItem(definition->UsedRepresentation()));
+        if (shown.empty())
+            m_document.notCarried.Add("members of views");
+        for (handle<StepRepr_RepresentationItem> const& item : shown)
+            if (known.insert(item.get()).second)
+                items.push_back(item);
     }
 }
 
@@ -225,20 +271,24 @@ void StepDrawings::WriteCallouts()
     {
         notes.Add(*callout);
         if (StepNotes::IsPicture(*callout))
-            Draw(*callout);
+            Draw(*callout, false);
     }
+    std::unordered_set<ShapeDocument::Callout const*> const inViews = InViews(m_document, notes);
     for (ShapeDocument::Callout const* const callout : notes.InOrder())
     {
         bool const isKnown = !notes.EntityOf(*callout).IsNull();
-        if (!StepNotes::IsPicture(*callout) && !notes.IsRepeated(*callout))
-            Draw(*callout);
+        if (!StepNotes::IsPicture(*callout) && &notes.DrawnAs(*callout) == callout)
+            Draw(*callout, isKnown && inViews.count(callout) > 0);
         if (!isKnown && m_drawn.count(callout) == 0)
             m_document.notCarried.Add("annotation callouts that are not drawn and speak of nothing in the file");
     }
     Associate(notes);
+    for (ShapeDocument::Callout const* const callout : notes.InOrder())
+        if (auto const drawn = m_drawn.find(&notes.DrawnAs(*callout)); drawn != m_drawn.end())
+            m_drawnById[callout->id].push_back(drawn->second.callout);
 }
 
-void StepDrawings::Draw(ShapeDocument::Callout const& callout)
+void StepDrawings::Draw(ShapeDocument::Callout const& callout, bool isInView)
 {
     handle<Transfer_FinderProcess> const& process = m_writer.ChangeWriter().WS()->TransferWriter()->FinderProcess();
     std::string const name = NameOf(callout);
@@ -246,8 +296,8 @@ void StepDrawings::Draw(ShapeDocument::Callout const& callout)
     handle<StepVisual_AnnotationOccurrence> content;
     if (!curves.IsNull())
         content = CurvesOf(name, curves, m_styles);
-    else if (callout.plane && !StepNotes::IsPicture(callout))
-        content = TextOf(callout.text, *callout.plane, m_styles);
+    else if (!StepNotes::IsPicture(callout) && (callout.plane || isInView))
+        content = TextOf(callout.text, callout.plane.value_or(gp::XOY()), m_styles);
     if (content.IsNull())
         return;
     Drawing& drawn = m_drawn[&callout];

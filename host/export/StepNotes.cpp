@@ -116,10 +116,10 @@ handle<Standard_Transient> StepNotes::EntityOf(Callout const& callout) const
     return found == m_entities.end() ? handle<Standard_Transient>() : found->second;
 }
 
-bool StepNotes::IsRepeated(Callout const& callout) const
+Callout const& StepNotes::DrawnAs(Callout const& callout) const
 {
     auto const found = m_firsts.find(&callout);
-    return found != m_firsts.end() && found->second != &callout;
+    return found == m_firsts.end() ? callout : *found->second;
 }
 
 handle<Standard_Transient> StepNotes::Dimension(Callout const& callout)

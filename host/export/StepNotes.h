@@ -31,8 +31,8 @@ public:
     opencascade::handle<Standard_Transient> EntityOf(ShapeDocument::Callout const& callout) const;
     /// Whether a callout is only drawn.
     static bool IsPicture(ShapeDocument::Callout const& callout);
-    /// Whether the datum of a callout is that of an earlier one, which has the drawing.
-    bool IsRepeated(ShapeDocument::Callout const& callout) const;
+    /// The callout whose drawing stands for that of another one: the first one of a datum, or itself.
+    ShapeDocument::Callout const& DrawnAs(ShapeDocument::Callout const& callout) const;
 
 private:
     using Callout = ShapeDocument::Callout;

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 #include <BRepAdaptor_Curve.hxx>
 #include <BRep_Tool.hxx>
+#include <Bnd_Box.hxx>
 #include <GCPnts_TangentialDeflection.hxx>
 #include <STEPCAFControl_GDTProperty.hxx>
 #include <TCollection_HAsciiString.hxx>
@@ -22,6 +23,7 @@
 #include <gp_Ax2.hxx>
 
 #include "host/AnnotationDetails.h"
+#include "host/EdgeCorners.h"
 #include "host/ExtensionTypes.h"
 #include "host/import/CleanText.h"
 
@@ -81,13 +83,12 @@ private:
     {
         if (BRep_Tool::Degenerated(edge))
             return;
-        BRepAdaptor_Curve const curve(edge);
         std::vector<Authoring::Triple> points;
-        if (curve.GetType() == GeomAbs_Line)
-            points = {Triple(curve.Value(curve.FirstParameter()).XYZ()),
-                      Triple(curve.Value(curve.LastParameter()).XYZ())};
-        else
+        for (gp_Pnt const& corner : CornersOf(edge))
+            points.push_back(Triple(corner.XYZ()));
+        if (points.empty())
         {
+            BRepAdaptor_Curve const curve(edge);
             GCPnts_TangentialDeflection const pieces(curve, kArcAngle, 1e9);
             for (int i = 1; i <= pieces.NbPoints(); ++i)
                 points.push_back(Triple(pieces.Value(i).XYZ()));
@@ -243,6 +244,7 @@ private:
         callout.text->lines.push_back({{UTF8String(text), {}, {}, {}, {}, {}}});
         ReadPlane(callout, object);
         ReadDrawing(note, object.GetPresentation(), object.GetPresentationName());
+        CentreText(note, object.GetPointTextAttach().XYZ());
         std::size_t const owner = ReadReferences(callout, details, label);
         callout.extensionData.push_back({kAnnotationDetailsTypeId, UTF8String(details.Text()), {}, {}, {}});
         m_annotations.m_ids.Bind(label, callout.id);
@@ -285,6 +287,21 @@ private:
         }
         if (number > 0)
             note.callout.elements.push_back(std::move(element));
+    }
+
+    // A text that is not at the origin of its plane is in the middle of its drawing; Open CASCADE takes that of poles,
+    // which another form of the same curves does not have.
+    static void CentreText(Annotations::Note& note, gp_XYZ const& known)
+    {
+        Authoring::CalloutRecord& callout = note.callout;
+        if (!callout.plane || note.polylines.empty() || known.Modulus() == 0.0 ||
+            callout.plane->plane.origin == Triple(known))
+            return;
+        Bnd_Box box;
+        for (auto const& [id, line] : note.polylines)
+            for (Authoring::Triple const& point : line.points)
+                box.Add(gp_Pnt(point[0], point[1], point[2]));
+        callout.text->origin = Triple(0.5 * (box.CornerMin().XYZ() + box.CornerMax().XYZ()));
     }
 
     // Notes what the annotation speaks of; the answer is the component that it belongs to.

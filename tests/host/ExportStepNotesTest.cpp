@@ -4,6 +4,7 @@
 
 #include <fstream>
 #include <nlohmann/json.hpp>
+#include <regex>
 #include <sstream>
 
 #include "tests/host/SceneNotes.h"
@@ -26,6 +27,14 @@ constexpr char kPlane[] =
 constexpr char kDrawing[] =
     "<IAnnotationCalloutElement ID='drawing' Label='ad8'><ChildSet><ICurve ID='line'><GMKEntity EntityId='arc'/>"
     "</ICurve></ChildSet></IAnnotationCalloutElement>";
+
+std::string ContentOf(std::string const& path)
+{
+    std::ifstream file(path);
+    std::ostringstream text;
+    text << file.rdbuf();
+    return text.str();
+}
 
 std::string Quoted(std::string text)
 {
@@ -62,7 +71,7 @@ class NotedBox
 {
 public:
     explicit NotedBox(std::vector<SceneNote> const& notes, std::string const& plane = "",
-                      std::string const& drawing = "")
+                      std::string const& drawing = "", std::string const& attributes = "")
     {
         std::vector<Authoring::SubEntityId> faces;
         std::vector<Authoring::SubEntityId> edges;
@@ -75,11 +84,11 @@ public:
             callouts += &note == &notes.back() ? Xml(note, plane, drawing) : Xml(note);
         m_scene.Body("body1", BoxShape(10, 20, 30), faces, edges)
             .Edge("arc", ArcEdge())
-            .Write(
-                "<IFile ID='file1'><ChildSet><Child ID='part1'/></ChildSet></IFile><IPart ID='part1' Label='box'>"
-                "<Unit LengthUnit='kUnitType_Millimeter'/><ChildSet><IBrep ID='body1' Label='' Visibility='1' "
-                "NetVisibility='1'/>" +
-                callouts + "</ChildSet></IPart>");
+            .Write("<IFile ID='file1'><ChildSet><Child ID='part1'/></ChildSet>" + attributes +
+                   "</IFile><IPart ID='part1' Label='box'>"
+                   "<Unit LengthUnit='kUnitType_Millimeter'/><ChildSet><IBrep ID='body1' Label='' Visibility='1' "
+                   "NetVisibility='1'/>" +
+                   callouts + "</ChildSet></IPart>");
         exported = m_scene.Export("out.step");
     }
 
@@ -156,10 +165,7 @@ TEST(ExportStepNotes, TolerancesOfEveryTypeKeepTheirDatums)
 TEST(ExportStepNotes, AToleranceStatesNoMagnitudeSinceTheSceneHasNone)
 {
     NotedBox const box({Note(1, "flat", "flatness", "tolerance", "body1.f1", {{"type", "flatness"}})});
-    std::ifstream file(box.Scene().PathOf("out.step"));
-    std::ostringstream text;
-    text << file.rdbuf();
-    EXPECT_THAT(text.str(), HasSubstr("FLATNESS_TOLERANCE('flat','',$ "));
+    EXPECT_THAT(ContentOf(box.Scene().PathOf("out.step")), HasSubstr("FLATNESS_TOLERANCE('flat','',$ "));
 }
 
 TEST(ExportStepNotes, WhatIsBothDrawnAndMeantComesBackAsOne)
@@ -196,6 +202,46 @@ TEST(ExportStepNotes, APictureSpeaksOfItsFacesAlthoughOthersDoToo)
     EXPECT_EQ(NotedBox(notes, kPlane, kDrawing).ReadBack(), notes);
 }
 
+TEST(ExportStepNotes, ViewsNameNotesAndPartsInTheirOrder)
+{
+    std::vector<SceneNote> const notes{
+        Note(1, "diameter", "diameter 12.5", "dimension", "body1.f2", {{"type", "diameter"}, {"value", 12.5}}),
+        Note(2, "thickness", "thickness", "dimension", "body1.f6", json::object()),
+        Note(3, "ad8", "presentation", "dimension", "body1.f2", {{"type", "presentation"}}),
+    };
+    auto const member = [](std::string const& path, char const* visible = "1")
+    {
+        return "<ViewMemberChild><OccurrencePath Path='[" + path + "]'/><EntityVisibility Visibility='" + visible +
+               "'/></ViewMemberChild>";
+    };
+    auto const view = [&](char const* id, std::string const& members)
+    {
+        return std::string("<IView ID='") + id + "' Label='" + id + "' Visibility='1'><ViewMember>" + members +
+               "</ViewMember><CameraSet><CameraRef ID='camera'/></CameraSet></IView>";
+    };
+    std::string const attributes =
+        "<AttributeSet><CameraSet><ICamera ID='camera' Label='' Type='kCameraType_Parallel' AspectRatio='2' "
+        "ViewWindowHeightForParallelCamera='8'><CameraPosition X='1' Y='-20' Z='3'/><CameraDirection X='0' Y='1' "
+        "Z='0'/><CameraUpDirection X='0' Y='0' Z='1'/></ICamera></CameraSet><ViewSet>" +
+        view("some", member("note3") + member("part1") + member("note2") + member("note1")) + view("none", "") +
+        view("odd", member("note2", "0") + member("body1") + member("note1")) + "</ViewSet></AttributeSet>";
+    NotedBox const box(notes, kPlane, kDrawing, attributes);
+    // What is hidden, and what is a body.
+    EXPECT_THAT(box.exported.error, HasSubstr("2 members of views"));
+    EXPECT_EQ(box.ReadBack(), notes);
+    json const dump = json::parse(RunTool({"dump", "--summary", box.Scene().PathOf("back.xml")}).out).at("Objects");
+    auto const members = [&](char const* id)
+    {
+        std::vector<std::string> paths;
+        for (json const& entry : dump.at(id).at("ViewMembers"))
+            paths.push_back(entry.at("OccurrencePath").at(0));
+        return paths;
+    };
+    EXPECT_EQ(members("view1"), (std::vector<std::string>{"part1", "note3", "note2", "note1"}));
+    EXPECT_THAT(members("view2"), IsEmpty());
+    EXPECT_EQ(members("view3"), std::vector<std::string>{"note1"});
+}
+
 TEST(ExportStepNotes, WhatIsNotDrawnAndSpeaksOfNothingIsCounted)
 {
     NotedBox const box({Note(1, "diameter", "diameter 1", "dimension", "", {{"type", "diameter"}, {"value", 1.0}}),
@@ -206,6 +252,35 @@ TEST(ExportStepNotes, WhatIsNotDrawnAndSpeaksOfNothingIsCounted)
     EXPECT_THAT(box.exported.error,
                 HasSubstr("3 annotation callouts that are not drawn and speak of nothing in the file"));
     EXPECT_THAT(box.ReadBack(), IsEmpty());
+}
+
+TEST(ExportStepNotes, AValueWithAQualifierComesInTheUnitOfTheModel)
+{
+    NotedBox const box(
+        {Note(1, "diameter", "diameter 1.5", "dimension", "body1.f2", {{"type", "diameter"}, {"value", 1.5}})});
+    std::string step = ContentOf(box.Scene().PathOf("out.step"));
+    // A line may end anywhere.
+    step = std::regex_replace(step, std::regex("\n *"), "");
+    std::string const plain = "MEASURE_WITH_UNIT(LENGTH_MEASURE(1.5),";
+    std::size_t const value = step.find(plain);
+    ASSERT_NE(value, std::string::npos);
+    std::size_t const unit = value + plain.size();
+    std::size_t const end = step.find(')', unit);
+    std::string const millimetre = step.substr(unit, end - unit);
+    step.replace(unit, end - unit, "#9002");
+    step.insert(step.find("REPRESENTATION_ITEM('nominal value')", unit), "QUALIFIED_REPRESENTATION_ITEM((#9004)) ");
+    step.insert(step.rfind("ENDSEC;"),
+                "#9001 = DIMENSIONAL_EXPONENTS(1.,0.,0.,0.,0.,0.,0.);\n"
+                "#9002 = ( CONVERSION_BASED_UNIT('INCH',#9003) LENGTH_UNIT() "
+                "NAMED_UNIT(#9001) );\n#9003 = LENGTH_MEASURE_WITH_UNIT(LENGTH_MEASURE(25.4)," +
+                    millimetre + ");\n#9004 = VALUE_FORMAT_TYPE_QUALIFIER('NR2 1.1');\n");
+    box.Scene().Folder().Write("inch.step", step);
+    ToolRun const run = RunTool({"import", box.Scene().PathOf("inch.step"), box.Scene().PathOf("inch.xml")});
+    ASSERT_EQ(run.status, 0) << run.error;
+    std::vector<SceneNote> const notes = NotesOf(box.Scene().PathOf("inch.xml"));
+    ASSERT_EQ(notes.size(), 1u);
+    EXPECT_EQ(notes[0].text, "diameter 38.1");
+    EXPECT_THAT(notes[0].details, HasSubstr("\"value\":38.1"));
 }
 
 TEST(ExportStepNotes, DetailsThatAreNoneDoNoHarm)
