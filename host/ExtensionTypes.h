@@ -14,5 +14,7 @@ inline constexpr char kPbrTypeId[] = "gltf.pbrMetallicRoughness";
 inline constexpr char kAnnotationKindTypeId[] = "kvr.annotation.kind";
 /// On a callout: what it speaks of, by ids with commas between them.
 inline constexpr char kAnnotationReferencesTypeId[] = "kvr.annotation.references";
+/// On a callout: what AnnotationDetails tells, as JSON.
+inline constexpr char kAnnotationDetailsTypeId[] = "kvr.annotation.details";
 
 }  // namespace KVR

@@ -189,8 +189,6 @@ int CertifyCommand::Run()
                 [&] { return FactsOfModel(step, true, folder.File("step"), imported.deflectionInMillimetres); });
             // Its bodies are meshed anew, which says nothing of them.
             facts.triangles.reset();
-            // Annotations that nothing draws have no place in the file, which the remarks tell.
-            facts.annotations.reset();
             facts.mesh.reset();
             stages.push_back({"STEP", std::move(facts)});
         }

@@ -7,6 +7,7 @@
 #include <gp_Trsf.hxx>
 
 #include "framework/api/kvr_api.h"
+#include "host/export/CalloutFacts.h"
 #include "host/export/CurveShape.h"
 #include "host/export/ShapePlacement.h"
 
@@ -71,6 +72,8 @@ public:
         // An element has no elements of its own.
         if (m_isInElement)
             return;
+        if (label.empty())
+            label = Text(element->Label());
         m_isInElement = true;
         VisitChildren(*element);
         m_isInElement = false;
@@ -104,6 +107,8 @@ public:
     }
 
     std::vector<TopoDS_Shape> curves;
+    /// Of the first element.
+    std::string label;
 
 private:
     IProducer& m_producer;
@@ -130,24 +135,54 @@ std::string TextOf(IText const* text)
 
 }  // namespace
 
-DocumentDrawings::DocumentDrawings(ExportTask& task, ShapeDocument& document) : m_task(task), m_document(document) {}
-
-void DocumentDrawings::AddViews()
+DocumentDrawings::DocumentDrawings(ExportTask& task, ShapeDocument& document, DocumentParts const& parts)
+    : m_task(task), m_document(document), m_parts(parts)
 {
+}
+
+void DocumentDrawings::FindProducts(std::vector<DocumentVariant const*> const& variants)
+{
+    for (DocumentVariant const* const variant : variants)
+    {
+        m_products.emplace(variant->component->id, variant->label);
+        for (ModelGeometry const& geometry : variant->component->geometry)
+            if (dynamic_cast<IAnnotationCallout const*>(geometry.object))
+                m_callouts.insert(geometry.id);
+    }
+}
+
+void DocumentDrawings::AddMembers(ShapeDocument::View& view, IView const& source)
+{
+    view.showsAll = false;
+    for (unsigned long long i = 0; i < source.ViewMemberCount(); ++i)
+    {
+        IdSet const path = source.OccurrencePathAt(i);
+        std::string const id = path.Size() == 1 ? path.At(0).Value() : std::string();
+        auto const product = m_products.find(id);
+        bool const isCallout = m_callouts.count(id) > 0;
+        if (!source.EntityVisibilityAt(i) || (!isCallout && product == m_products.end()))
+            m_document.notCarried.Add("members of views");
+        else
+            view.members.push_back({isCallout ? TDF_Label() : product->second, isCallout ? id : std::string()});
+    }
+}
+
+void DocumentDrawings::AddViews(std::vector<DocumentVariant const*> const& variants)
+{
+    FindProducts(variants);
     std::unordered_set<std::string> used;
     for (std::string const& id : m_task.scene.viewIds)
     {
         auto const* const view = dynamic_cast<IView const*>(m_task.producer.Load(UTF8String(id)));
         if (!view)
             continue;
-        m_document.notCarried.Add("members of views", view->ViewMemberCount());
         IdSet const cameras = view->CameraSet();
         bool hasCamera = false;
         for (unsigned long long i = 0; i < cameras.Size(); ++i)
         {
             if (auto const* const camera = dynamic_cast<ICamera const*>(m_task.producer.Load(cameras.At(i))))
             {
-                AddCamera(*camera, view->Label().IsEmpty() ? id : Text(view->Label()));
+                AddCamera(*camera, view->Label().IsEmpty() ? id : Text(view->Label()), view);
                 used.insert(cameras.At(i).Value());
                 hasCamera = true;
             }
@@ -159,11 +194,11 @@ void DocumentDrawings::AddViews()
     {
         auto const* const camera = dynamic_cast<ICamera const*>(m_task.producer.Load(UTF8String(id)));
         if (camera && used.count(id) == 0)
-            AddCamera(*camera, camera->Label().IsEmpty() ? id : Text(camera->Label()));
+            AddCamera(*camera, camera->Label().IsEmpty() ? id : Text(camera->Label()), nullptr);
     }
 }
 
-void DocumentDrawings::AddCamera(ICamera const& camera, std::string const& name)
+void DocumentDrawings::AddCamera(ICamera const& camera, std::string const& name, IView const* source)
 {
     UnitTypeEnum unit = kUnitType_Unknown;
     double const own = camera.LengthUnit(unit) == kIsValueSpecified_Yes ? MetresOf(unit) : 0.0;
@@ -209,7 +244,28 @@ void DocumentDrawings::AddCamera(ICamera const& camera, std::string const& name)
                 view.cuts.push_back(*cut);
         }
     }
+    if (source)
+        AddMembers(view, *source);
     m_document.views.push_back(std::move(view));
+}
+
+void DocumentDrawings::AddFacts(ShapeDocument::Callout& drawn, IAnnotationCallout const& callout)
+{
+    drawn.kind = KindOf(callout);
+    drawn.details = DetailsOf(callout);
+    drawn.references = ReferencesOf(callout);
+    // Those that the annotation goes to are the last ones.
+    std::size_t const seconds = drawn.details.second ? drawn.details.second->size() : 0;
+    for (std::size_t i = 0; i < drawn.references.size(); ++i)
+    {
+        std::optional<ShapeDocument::Target> const target = m_parts.TargetOf(drawn.references[i], drawn.part);
+        if (!target)
+        {
+            m_document.notCarried.Add("references of annotation callouts");
+            continue;
+        }
+        (i + seconds < drawn.references.size() ? drawn.first : drawn.second).push_back(*target);
+    }
 }
 
 void DocumentDrawings::AddCallouts(DocumentVariant const& variant)
@@ -224,8 +280,11 @@ void DocumentDrawings::AddCallouts(DocumentVariant const& variant)
             m_document.notCarried.Add("visibilities of annotation callouts");
         ShapeDocument::Callout drawn;
         drawn.part = variant.label;
-        drawn.name = geometry.label.empty() ? geometry.id : geometry.label;
+        drawn.id = geometry.id;
+        drawn.variant = variant.key;
+        drawn.label = geometry.label;
         drawn.text = TextOf(callout->Text());
+        AddFacts(drawn, *callout);
         CurveCollector collector(m_task.producer, m_document, variant);
         try
         {
@@ -237,6 +296,7 @@ void DocumentDrawings::AddCallouts(DocumentVariant const& variant)
             continue;
         }
         drawn.curves = std::move(collector.curves);
+        drawn.drawingLabel = collector.label;
         UTF8String planeId;
         auto const* const plane = callout->AnnotationPlaneId(planeId) == kIsValueSpecified_Yes
                                       ? dynamic_cast<IWorkPlane const*>(m_task.producer.Load(planeId))

@@ -24,6 +24,8 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
+#include "framework/api/IAnnotationCallout.h"
+#include "host/export/CalloutFacts.h"
 #include "host/export/DocumentText.h"
 
 namespace KVR
@@ -39,6 +41,18 @@ bool HasFaces(TopoDS_Shape const& shape)
     return TopExp_Explorer(shape, TopAbs_FACE).More();
 }
 
+// What the annotations of a scene speak of.
+std::vector<std::string> ReferencesOf(ExportTask const& task)
+{
+    std::vector<std::string> all;
+    for (ModelComponent const& component : task.scene.components)
+        for (ModelGeometry const& geometry : component.geometry)
+            if (auto const* const callout = dynamic_cast<IAnnotationCallout const*>(geometry.object))
+                for (std::string& id : ReferencesOf(*callout))
+                    all.push_back(std::move(id));
+    return all;
+}
+
 PartShapes::Options OptionsOf(ExportTask const& task, ShapeDocument const& document)
 {
     PartShapes::Options options;
@@ -46,6 +60,8 @@ PartShapes::Options OptionsOf(ExportTask const& task, ShapeDocument const& docum
     options.meshFaces = task.options.meshFaces;
     for (ModelLayer const& layer : task.scene.layers)
         options.wantedSubShapes.insert(layer.items.begin(), layer.items.end());
+    for (std::string const& id : ReferencesOf(task))
+        options.wantedSubShapes.insert(id);
     return options;
 }
 
@@ -84,6 +100,8 @@ DocumentParts::DocumentParts(ExportTask& task, ShapeDocument& document)
         for (std::string const& item : layer.items)
             m_layerItems.try_emplace(item);
     }
+    for (std::string const& id : ReferencesOf(task))
+        m_targets.try_emplace(id);
 }
 
 TDF_Label DocumentParts::Add(ModelComponent const& component, gp_Mat const& change)
@@ -114,6 +132,7 @@ TDF_Label DocumentParts::Add(ModelComponent const& component, gp_Mat const& chan
     if (component.kind == ModelComponent::Kind::kPart)
         AddProperties(component, part);
     Note(component.id, {part});
+    NoteTarget(component.id, part, items.size() == 1 ? items.front().shape : TopoDS_Shape());
     return part;
 }
 
@@ -145,6 +164,7 @@ void DocumentParts::Style(ModelComponent const& component, TDF_Label const& part
             m_colors->SetVisibility(part, Standard_False);
         m_document.bodies.push_back({part, item.shape, geometry.label, !isWhole && !geometry.isVisible});
         Note(geometry.id, {isPoint ? TDF_Label() : label, m_document.bodies.size() - 1});
+        NoteTarget(geometry.id, part, item.shape);
         for (auto const& [shape, id] : item.subStyles)
         {
             if (ModelStyle const* const subLook = m_task.scene.StyleOf(id); subLook && subLook->diffuse)
@@ -152,7 +172,8 @@ void DocumentParts::Style(ModelComponent const& component, TDF_Label const& part
         }
         for (auto const& [id, shape] : item.subShapes)
         {
-            if (shape.ShapeType() == TopAbs_FACE)
+            NoteTarget(id, part, shape);
+            if (m_layerItems.count(id) > 0)
                 Note(id, {subShapes.LabelOf(shape)});
         }
     }
@@ -173,6 +194,24 @@ void DocumentParts::Note(std::string const& id, Member const& member)
     auto const found = m_layerItems.find(id);
     if (found != m_layerItems.end())
         found->second.push_back(member);
+}
+
+void DocumentParts::NoteTarget(std::string const& id, TDF_Label const& part, TopoDS_Shape const& shape)
+{
+    auto const found = m_targets.find(id);
+    if (found != m_targets.end())
+        found->second.push_back({part, shape});
+}
+
+std::optional<ShapeDocument::Target> DocumentParts::TargetOf(std::string const& id, TDF_Label const& part) const
+{
+    auto const found = m_targets.find(id);
+    if (found == m_targets.end() || found->second.empty())
+        return std::nullopt;
+    for (ShapeDocument::Target const& target : found->second)
+        if (target.part == part)
+            return target;
+    return found->second.front();
 }
 
 void DocumentParts::AddProperties(ModelComponent const& component, TDF_Label const& label)
@@ -220,6 +259,7 @@ void DocumentParts::AddLayers()
     for (ModelLayer const& layer : m_task.scene.layers)
     {
         std::string const name = layer.label.empty() ? std::to_string(layer.number) : layer.label;
+        m_document.layers.push_back(name);
         TDF_Label label;
         bool hasMembers = false;
         for (std::string const& item : layer.items)

@@ -2,6 +2,7 @@
 
 #include <TDF_Label.hxx>
 #include <gp_Mat.hxx>
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
@@ -29,6 +30,10 @@ public:
     /// Puts parts, bodies and faces into the layers that name them. What STEP has no place for in a layer is counted.
     void AddLayers();
 
+    /// What an id in the references of an annotation stands for: the shape in the part, or else the first one there is.
+    /// Nothing for what is no shape.
+    std::optional<ShapeDocument::Target> TargetOf(std::string const& id, TDF_Label const& part) const;
+
     /// Colours a label, and what is below it; a style without a colour has no effect.
     void SetColor(TDF_Label const& label, ModelStyle const* style, bool hasSurfaces) const;
 
@@ -45,6 +50,7 @@ private:
     };
 
     void Note(std::string const& id, Member const& member);
+    void NoteTarget(std::string const& id, TDF_Label const& part, TopoDS_Shape const& shape);
 
     ExportTask& m_task;
     ShapeDocument& m_document;
@@ -52,6 +58,8 @@ private:
     opencascade::handle<XCAFDoc_ColorTool> m_colors;
     /// What layers name, with all that it is.
     std::unordered_map<std::string, std::vector<Member>> m_layerItems;
+    /// What annotations speak of, with all that it is.
+    std::unordered_map<std::string, std::vector<ShapeDocument::Target>> m_targets;
     /// Components whose properties were counted.
     std::unordered_set<ModelComponent const*> m_counted;
     PartShapes m_partShapes;

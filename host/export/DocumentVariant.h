@@ -2,6 +2,7 @@
 
 #include <TDF_Label.hxx>
 #include <gp_Mat.hxx>
+#include <string>
 #include <vector>
 
 #include "host/export/SceneModel.h"
@@ -23,6 +24,8 @@ struct DocumentVariant
     };
 
     ModelComponent const* component = nullptr;
+    /// Tells it from other variants of the component; empty for the first one.
+    std::string key;
     TDF_Label label;
     bool isAssembly = false;
     /// What changes the component's shapes, in its coordinates; the identity for the component as itself.

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "framework/api/Enums.h"
+#include "host/AnnotationDetails.h"
 #include "host/export/Export.h"
 
 namespace KVR
@@ -62,16 +63,44 @@ struct ShapeDocument
         std::optional<double> farDistance;
         /// Planes that cut away what their main directions point at.
         std::vector<gp_Ax2> cuts;
+        /// A camera by itself looks at everything.
+        bool showsAll = true;
+        /// What the view names: products by their labels, or callouts by their ids.
+        struct Member
+        {
+            TDF_Label product;
+            std::string callout;
+        };
+        std::vector<Member> members;
+    };
+
+    /// A shape that an annotation speaks of.
+    struct Target
+    {
+        TDF_Label part;
+        /// Null for all of a part of several bodies.
+        TopoDS_Shape shape;
     };
 
     struct Callout
     {
         TDF_Label part;
-        std::string name;
+        std::string id;
+        /// Which copy of its component it belongs to; its own is the empty one.
+        std::string variant;
+        std::string label;
         std::string text;
         std::optional<gp_Ax2> plane;
-        /// Curves in the coordinates of the part.
+        /// Curves in the coordinates of the part, and what their element is called.
         std::vector<TopoDS_Shape> curves;
+        std::string drawingLabel;
+        /// "dimension", "tolerance" or "datum"; empty for what is only drawn.
+        std::string kind;
+        AnnotationDetails details;
+        /// What it speaks of, by ids and by shapes; of a distance, what it goes to apart from the rest.
+        std::vector<std::string> references;
+        std::vector<Target> first;
+        std::vector<Target> second;
     };
 
     opencascade::handle<TDocStd_Document> document;
@@ -80,8 +109,11 @@ struct ShapeDocument
     std::string title;
     std::string author;
     std::string organization;
+    std::string authorisation;
     std::vector<Body> bodies;
     std::vector<LayerOfPoint> layersOfPoints;
+    /// The names of all layers, in the scene's order.
+    std::vector<std::string> layers;
     std::vector<Look> looks;
     /// Parts whose colour in the document is no more than a base for those of their occurrences.
     std::vector<TDF_Label> colorlessParts;

@@ -11,6 +11,7 @@
 
 #include "framework/api/FileProperties.h"
 #include "framework/api/IComponent.h"
+#include "framework/api/IFile.h"
 #include "framework/api/UTF16String.h"
 #include "framework/api/UTF8String.h"
 #include "host/export/DocumentDrawings.h"
@@ -93,8 +94,8 @@ void ShapeDocumentBuilder::Build()
         looks.Carry(*variant);
     looks.CountOverridesOfGeometry();
     m_parts->AddLayers();
-    DocumentDrawings drawings(m_task, m_document);
-    drawings.AddViews();
+    DocumentDrawings drawings(m_task, m_document, *m_parts);
+    drawings.AddViews(m_inOrder);
     for (DocumentVariant const* const variant : m_inOrder)
         drawings.AddCallouts(*variant);
 }
@@ -140,20 +141,28 @@ void ShapeDocumentBuilder::AddRoots()
         for (ModelPlacement const& placement : root.placements)
             tops.push_back(placement.target);
     }
+    if (auto const* const file = dynamic_cast<IFile const*>(root.object))
+        AddFileProperties(file->FileProperties());
     for (std::size_t const top : tops)
     {
-        ModelComponent const& component = m_scene.components[top];
-        auto const* const owner = dynamic_cast<IComponent const*>(component.object);
-        UTF16String text;
-        if (FileProperties const* const properties = owner ? owner->FileProperties() : nullptr)
-        {
-            if (m_document.author.empty() && properties->Author(text) == kIsValueSpecified_Yes)
-                m_document.author = UTF8String(text).Value();
-            if (m_document.organization.empty() && properties->Organization(text) == kIsValueSpecified_Yes)
-                m_document.organization = UTF8String(text).Value();
-        }
+        if (auto const* const owner = dynamic_cast<IComponent const*>(m_scene.components[top].object))
+            AddFileProperties(owner->FileProperties());
         VariantOf(top, Unit(), {});
     }
+}
+
+// The first one that states something is heard.
+void ShapeDocumentBuilder::AddFileProperties(FileProperties const* properties)
+{
+    if (!properties)
+        return;
+    UTF16String text;
+    if (m_document.author.empty() && properties->Author(text) == kIsValueSpecified_Yes)
+        m_document.author = UTF8String(text).Value();
+    if (m_document.organization.empty() && properties->Organization(text) == kIsValueSpecified_Yes)
+        m_document.organization = UTF8String(text).Value();
+    if (m_document.authorisation.empty() && properties->Authorisation(text) == kIsValueSpecified_Yes)
+        m_document.authorisation = UTF8String(text).Value();
 }
 
 // Whether the entry, or one below it, gives something another place.
@@ -178,6 +187,8 @@ DocumentVariant const* ShapeDocumentBuilder::VariantOf(std::size_t component, gp
     if (variant)
         return variant.get();
     variant = std::make_unique<DocumentVariant>();
+    if (std::size_t const copies = m_copies[component]++; copies > 0)
+        variant->key = std::to_string(copies);
     variant->component = &source;
     variant->change = change;
     m_inOrder.push_back(variant.get());

@@ -17,6 +17,8 @@ class XCAFDoc_ShapeTool;
 namespace KVR
 {
 
+class FileProperties;
+
 /// Makes a document of a scene.
 class ShapeDocumentBuilder
 {
@@ -33,6 +35,7 @@ private:
 
     void CheckSize() const;
     void AddRoots();
+    void AddFileProperties(FileProperties const* properties);
     DocumentVariant const* VariantOf(std::size_t component, gp_Mat const& change, Overrides overrides);
     void FillAssembly(DocumentVariant& variant, gp_Mat const& change, Overrides const& overrides);
     void Place(DocumentVariant& assembly, ModelPlacement const& placement, gp_Mat const& change,
@@ -46,6 +49,8 @@ private:
     std::unique_ptr<DocumentParts> m_parts;
     std::map<std::string, std::unique_ptr<DocumentVariant>> m_variants;
     std::vector<DocumentVariant const*> m_inOrder;
+    /// How many variants there are of a component.
+    std::unordered_map<std::size_t, std::size_t> m_copies;
     std::unordered_map<ModelOverride const*, bool> m_moving;
 };
 

@@ -1,9 +1,6 @@
 #include "host/export/StepEntities.h"
 
-#include <BRepAdaptor_Curve.hxx>
 #include <BRep_Tool.hxx>
-#include <GeomAbs_CurveType.hxx>
-#include <Geom_BSplineCurve.hxx>
 #include <Geom_Curve.hxx>
 #include <STEPCAFControl_Writer.hxx>
 #include <StepData_StepModel.hxx>
@@ -31,6 +28,8 @@
 #include <XSControl_TransferWriter.hxx>
 #include <XSControl_WorkSession.hxx>
 
+#include "host/EdgeCorners.h"
+
 namespace KVR
 {
 
@@ -48,25 +47,6 @@ handle<StepGeom_Direction> StepDirection(gp_Dir const& direction)
     handle<StepGeom_Direction> made = new StepGeom_Direction;
     made->Init(StepString(""), ratios);
     return made;
-}
-
-// The corners of an edge that is straight, or a chain of straight lines; empty for any other.
-std::vector<gp_Pnt> CornersOf(TopoDS_Edge const& edge)
-{
-    BRepAdaptor_Curve const curve(edge);
-    if (curve.GetType() == GeomAbs_Line)
-        return {curve.Value(curve.FirstParameter()), curve.Value(curve.LastParameter())};
-    if (curve.GetType() != GeomAbs_BSplineCurve || curve.Degree() != 1)
-        return {};
-    handle<Geom_BSplineCurve> const spline = curve.BSpline();
-    std::vector<gp_Pnt> corners{curve.Value(curve.FirstParameter())};
-    for (int i = 1; i <= spline->NbKnots(); ++i)
-    {
-        if (spline->Knot(i) > curve.FirstParameter() && spline->Knot(i) < curve.LastParameter())
-            corners.push_back(curve.Value(spline->Knot(i)));
-    }
-    corners.push_back(curve.Value(curve.LastParameter()));
-    return corners;
 }
 
 StepShape_GeometricSetSelect PolylineOf(std::vector<gp_Pnt> const& corners)

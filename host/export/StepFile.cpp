@@ -45,7 +45,7 @@ void WriteHeader(ShapeDocument const& document, handle<StepData_StepModel> const
     header.SetAuthor(OneText(document.author));
     header.SetOrganization(OneText(document.organization));
     header.SetOriginatingSystem(new TCollection_HAsciiString("kvr_xml_producer"));
-    header.SetAuthorisation(new TCollection_HAsciiString(""));
+    header.SetAuthorisation(new TCollection_HAsciiString(document.authorisation.c_str()));
     header.SetDescription(OneText(document.title));
     header.Apply(model);
 }
@@ -82,6 +82,7 @@ void WriteStepFile(ShapeDocument& document, Output& out)
     finish.SeparatePoints();
     finish.WriteNames();
     finish.WriteLayersOfPoints();
+    finish.OrderLayers();
     finish.WriteHiddenBodies();
     finish.WriteLooks();
     StepDrawings drawings(writer, document);

@@ -29,6 +29,8 @@ public:
     void SeparatePoints();
     /// Puts points into their layers.
     void WriteLayersOfPoints();
+    /// Puts layers into the document's order. To be called after WriteLayersOfPoints.
+    void OrderLayers();
     /// Gives bodies their names.
     void WriteNames();
     /// Hides bodies within parts that are shown.

@@ -17,7 +17,9 @@
 #include <StepVisual_PresentationLayerAssignment.hxx>
 #include <TCollection_HAsciiString.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
+#include <algorithm>
 #include <map>
+#include <unordered_map>
 
 #include "host/export/StepEntities.h"
 #include "host/export/StepModelEntities.h"
@@ -128,6 +130,49 @@ void StepFinish::WriteLayersOfPoints()
         if (!point.isVisible)
             AddInvisibility({layer}, m_model);
     }
+}
+
+// The entities keep their places, and change what they say.
+void StepFinish::OrderLayers()
+{
+    using Layer = handle<StepVisual_PresentationLayerAssignment>;
+    std::unordered_map<std::string, std::size_t> ranks;
+    for (std::string const& name : m_document.layers)
+        ranks.emplace(name, ranks.size());
+    struct Content
+    {
+        Layer entity;
+        handle<TCollection_HAsciiString> name;
+        handle<TCollection_HAsciiString> description;
+        handle<StepVisual_HArray1OfLayeredItem> items;
+        std::size_t rank = 0;
+    };
+    std::vector<Layer> const layers = StepEntitiesOf<StepVisual_PresentationLayerAssignment>(m_model);
+    std::vector<Content> contents;
+    for (Layer const& layer : layers)
+    {
+        auto const rank = ranks.find(layer->Name()->ToCString());
+        contents.push_back({layer, layer->Name(), layer->Description(), layer->AssignedItems(),
+                            rank == ranks.end() ? ranks.size() : rank->second});
+    }
+    std::stable_sort(contents.begin(), contents.end(),
+                     [](Content const& a, Content const& b) { return a.rank < b.rank; });
+    std::unordered_map<Standard_Transient const*, Layer> moved;
+    for (std::size_t i = 0; i < layers.size(); ++i)
+    {
+        layers[i]->Init(contents[i].name, contents[i].description, contents[i].items);
+        moved[contents[i].entity.get()] = layers[i];
+    }
+    for (auto const& invisibility : StepEntitiesOf<StepVisual_Invisibility>(m_model))
+        for (int i = 1; i <= invisibility->NbInvisibleItems(); ++i)
+        {
+            auto const found = moved.find(invisibility->InvisibleItemsValue(i).Value().get());
+            if (found == moved.end())
+                continue;
+            StepVisual_InvisibleItem select;
+            select.SetValue(found->second);
+            invisibility->InvisibleItems()->SetValue(i, select);
+        }
 }
 
 }  // namespace KVR

@@ -1,8 +1,11 @@
 #include "host/import/Annotations.h"
 
+#include <fmt/format.h>
 #include <BRepAdaptor_Curve.hxx>
 #include <BRep_Tool.hxx>
+#include <Bnd_Box.hxx>
 #include <GCPnts_TangentialDeflection.hxx>
+#include <STEPCAFControl_GDTProperty.hxx>
 #include <TCollection_HAsciiString.hxx>
 #include <TDF_LabelSequence.hxx>
 #include <TopExp.hxx>
@@ -17,10 +20,10 @@
 #include <XCAFDoc_DocumentTool.hxx>
 #include <XCAFDoc_GeomTolerance.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
-#include <array>
-#include <charconv>
 #include <gp_Ax2.hxx>
 
+#include "host/AnnotationDetails.h"
+#include "host/EdgeCorners.h"
 #include "host/ExtensionTypes.h"
 #include "host/import/CleanText.h"
 
@@ -33,62 +36,29 @@ namespace
 // How far a drawn arc may be from its polyline, by the angle between two pieces.
 constexpr double kArcAngle = 0.2;
 
-constexpr std::string_view kDimensionTypes[] = {
-    "location",
-    "curved distance",
-    "linear distance",
-    "linear distance from centre to outer",
-    "linear distance from centre to inner",
-    "linear distance from outer to centre",
-    "linear distance from outer to outer",
-    "linear distance from outer to inner",
-    "linear distance from inner to centre",
-    "linear distance from inner to outer",
-    "linear distance from inner to inner",
-    "angle",
-    "oriented",
-    "location with path",
-    "curve length",
-    "diameter",
-    "spherical diameter",
-    "radius",
-    "spherical radius",
-    "toroidal minor diameter",
-    "toroidal major diameter",
-    "toroidal minor radius",
-    "toroidal major radius",
-    "toroidal high major diameter",
-    "toroidal low major diameter",
-    "toroidal high major radius",
-    "toroidal low major radius",
-    "thickness",
-    "angle",
-    "size with path",
-    "label",
-    "presentation",
-};
-
-constexpr std::string_view kToleranceTypes[] = {
-    "tolerance",          "angularity",   "circular run-out", "circularity",      "coaxiality", "concentricity",
-    "cylindricity",       "flatness",     "parallelism",      "perpendicularity", "position",   "profile of line",
-    "profile of surface", "straightness", "symmetry",         "total run-out",
-};
-
-template <std::size_t size>
-std::string NameOf(std::string_view const (&names)[size], int index)
-{
-    return index >= 0 && static_cast<std::size_t>(index) < size ? std::string(names[index]) : std::string("annotation");
-}
+// What Open CASCADE calls annotations without a name.
+constexpr std::string_view kMadeUpName = "DGT:";
 
 std::string TextOf(Handle(TCollection_HAsciiString) const& text)
 {
     return text.IsNull() ? std::string() : std::string(CleanText(text->ToCString()).View());
 }
 
+std::string NameOf(Handle(TCollection_HAsciiString) const& name)
+{
+    std::string text = TextOf(name);
+    return text.starts_with(kMadeUpName) ? std::string() : text;
+}
+
+// Files hold a dozen digits; what lies beyond is left of conversions.
+double Rounded(double value)
+{
+    return std::stod(fmt::format("{:.12g}", value));
+}
+
 std::string NumberText(double value)
 {
-    std::array<char, 32> text;
-    return {text.data(), std::to_chars(text.data(), text.data() + text.size(), value).ptr};
+    return fmt::format("{:.10g}", value);
 }
 
 Authoring::XYZ Triple(gp_XYZ const& value)
@@ -113,13 +83,12 @@ private:
     {
         if (BRep_Tool::Degenerated(edge))
             return;
-        BRepAdaptor_Curve const curve(edge);
         std::vector<Authoring::Triple> points;
-        if (curve.GetType() == GeomAbs_Line)
-            points = {Triple(curve.Value(curve.FirstParameter()).XYZ()),
-                      Triple(curve.Value(curve.LastParameter()).XYZ())};
-        else
+        for (gp_Pnt const& corner : CornersOf(edge))
+            points.push_back(Triple(corner.XYZ()));
+        if (points.empty())
         {
+            BRepAdaptor_Curve const curve(edge);
             GCPnts_TangentialDeflection const pieces(curve, kArcAngle, 1e9);
             for (int i = 1; i <= pieces.NbPoints(); ++i)
                 points.push_back(Triple(pieces.Value(i).XYZ()));
@@ -178,10 +147,50 @@ private:
         Handle(XCAFDimTolObjects_DimensionObject) const object = attribute->GetObject();
         if (object.IsNull())
             return;
-        std::string value;
-        if (auto const values = object->GetValues(); !values.IsNull() && values->Length() > 0)
-            value = NumberText(object->GetValue());
-        Add(label, "dimension", NameOf(kDimensionTypes, static_cast<int>(object->GetType())), value, *object);
+        AnnotationDetails details;
+        auto const type = static_cast<int>(object->GetType());
+        details.type = DimensionTypeName(type);
+        ReadValues(*object, details);
+        ReadModifiers(*object, details);
+        if (IsLocation(type))
+            details.second.emplace();
+        // One without a value arrives without its type; the name often tells it.
+        std::string text = details.type.empty() ? NameOf(object->GetSemanticName()) : details.type;
+        if (text.empty())
+            text = "dimension";
+        if (details.value)
+            text += ' ' + NumberText(*details.value);
+        else if (details.lower && details.upper)
+            text += ' ' + NumberText(0.5 * (*details.lower + *details.upper));
+        Add(label, "dimension", text, std::move(details), *object);
+    }
+
+    static void ReadValues(XCAFDimTolObjects_DimensionObject const& object, AnnotationDetails& details)
+    {
+        auto const values = object.GetValues();
+        if (values.IsNull() || values->Length() == 0)
+            return;
+        auto const at = [&](int place) { return Rounded(values->Value(values->Lower() + place)); };
+        // A plus below zero arrives as the upper end of a range.
+        if (values->Length() == 2 && at(0) <= at(1))
+        {
+            details.lower = at(0);
+            details.upper = at(1);
+            return;
+        }
+        details.value = at(0);
+        if (values->Length() > 2)
+        {
+            details.minus = at(1);
+            details.plus = at(2);
+        }
+    }
+
+    static void ReadModifiers(XCAFDimTolObjects_DimensionObject const& object, AnnotationDetails& details)
+    {
+        for (int const modifier : object.GetModifiers())
+            details.modifiers.push_back(TextOf(STEPCAFControl_GDTProperty::GetDimModifierName(
+                static_cast<XCAFDimTolObjects_DimensionModif>(modifier))));
     }
 
     void ReadTolerance(TDF_Label const& label)
@@ -193,7 +202,10 @@ private:
         if (object.IsNull())
             return;
         // The magnitude cannot be trusted as it arrives: it is left to the drawing.
-        Add(label, "tolerance", NameOf(kToleranceTypes, static_cast<int>(object->GetType())), {}, *object);
+        AnnotationDetails details;
+        details.type = ToleranceTypeName(static_cast<int>(object->GetType()));
+        std::string const text = details.type.empty() ? "tolerance" : details.type;
+        Add(label, "tolerance", text, std::move(details), *object);
     }
 
     void ReadDatum(TDF_Label const& label)
@@ -204,26 +216,37 @@ private:
         Handle(XCAFDimTolObjects_DatumObject) const object = attribute->GetObject();
         if (object.IsNull())
             return;
-        Add(label, "datum", "datum", TextOf(object->GetName()), *object);
+        AnnotationDetails details;
+        details.letter = TextOf(object->GetName());
+        details.position = object->GetPosition();
+        TDF_LabelSequence tolerances;
+        m_tool->GetTolerOfDatumLabels(label, tolerances);
+        if (!tolerances.IsEmpty())
+            details.tolerance = m_annotations.IdOf(tolerances.First()).View();
+        std::string const text = details.letter.empty() ? "datum" : "datum " + details.letter;
+        Add(label, "datum", text, std::move(details), *object);
     }
 
     template <class Object>
-    void Add(TDF_Label const& label, char const* kind, std::string const& type, std::string const& value,
+    void Add(TDF_Label const& label, char const* kind, std::string const& text, AnnotationDetails details,
              Object const& object)
     {
         Annotations::Note note;
         Authoring::CalloutRecord& callout = note.callout;
         callout.id = UTF8String("note" + std::to_string(++m_annotations.m_count));
-        callout.label = UTF8String(TextOf(object.GetSemanticName()));
+        details.number = static_cast<int>(m_annotations.m_count);
+        callout.label = UTF8String(NameOf(object.GetSemanticName()));
         callout.extensionData.push_back({kAnnotationKindTypeId, kind, {}, {}, {}});
         if (callout.label.IsEmpty())
             callout.label = UTF8String(TextOf(object.GetPresentationName()));
         callout.text.emplace();
         callout.text->lengthUnit = m_unit;
-        callout.text->lines.push_back({{UTF8String(value.empty() ? type : type + ' ' + value), {}, {}, {}, {}, {}}});
+        callout.text->lines.push_back({{UTF8String(text), {}, {}, {}, {}, {}}});
         ReadPlane(callout, object);
         ReadDrawing(note, object.GetPresentation(), object.GetPresentationName());
-        std::size_t const owner = ReadReferences(callout, label);
+        CentreText(note, object.GetPointTextAttach().XYZ());
+        std::size_t const owner = ReadReferences(callout, details, label);
+        callout.extensionData.push_back({kAnnotationDetailsTypeId, UTF8String(details.Text()), {}, {}, {}});
         m_annotations.m_ids.Bind(label, callout.id);
         if (m_annotations.m_notes.size() <= owner)
             m_annotations.m_notes.resize(owner + 1);
@@ -266,31 +289,56 @@ private:
             note.callout.elements.push_back(std::move(element));
     }
 
+    // A text that is not at the origin of its plane is in the middle of its drawing; Open CASCADE takes that of poles,
+    // which another form of the same curves does not have.
+    static void CentreText(Annotations::Note& note, gp_XYZ const& known)
+    {
+        Authoring::CalloutRecord& callout = note.callout;
+        if (!callout.plane || note.polylines.empty() || known.Modulus() == 0.0 ||
+            callout.plane->plane.origin == Triple(known))
+            return;
+        Bnd_Box box;
+        for (auto const& [id, line] : note.polylines)
+            for (Authoring::Triple const& point : line.points)
+                box.Add(gp_Pnt(point[0], point[1], point[2]));
+        callout.text->origin = Triple(0.5 * (box.CornerMin().XYZ() + box.CornerMax().XYZ()));
+    }
+
     // Notes what the annotation speaks of; the answer is the component that it belongs to.
-    std::size_t ReadReferences(Authoring::CalloutRecord& callout, TDF_Label const& label)
+    std::size_t ReadReferences(Authoring::CalloutRecord& callout, AnnotationDetails& details, TDF_Label const& label)
     {
         TDF_LabelSequence first;
         TDF_LabelSequence second;
         m_tool->GetRefShapeLabel(label, first, second);
-        first.Append(second);
         std::size_t owner = m_plan.components.size();
         std::string references;
-        for (TDF_Label const& shape : first)
+        for (std::string const& id : IdsOf(first, owner))
+            references += (references.empty() ? "" : ",") + id;
+        if (!second.IsEmpty())
+            details.second.emplace();
+        for (std::string const& id : IdsOf(second, owner))
         {
-            if (owner == m_plan.components.size())
-                owner = OwnerOf(shape);
-            for (UTF8String const& id : m_idsOf(shape))
-            {
-                if (!references.empty())
-                    references += ',';
-                references += id.View();
-            }
+            references += (references.empty() ? "" : ",") + id;
+            details.second->push_back(id);
         }
         if (!references.empty())
             callout.extensionData.push_back({kAnnotationReferencesTypeId, UTF8String(references), {}, {}, {}});
         if (owner < m_plan.components.size())
             return owner;
         return m_plan.roots.empty() ? 0 : m_plan.roots.front();
+    }
+
+    std::vector<std::string> IdsOf(TDF_LabelSequence const& shapes, std::size_t& owner) const
+    {
+        std::vector<std::string> ids;
+        for (TDF_Label const& shape : shapes)
+        {
+            if (owner == m_plan.components.size())
+                owner = OwnerOf(shape);
+            for (UTF8String const& id : m_idsOf(shape))
+                ids.emplace_back(id.View());
+        }
+        return ids;
     }
 
     std::size_t OwnerOf(TDF_Label label) const

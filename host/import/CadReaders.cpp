@@ -8,6 +8,10 @@
 #include <Interface_Static.hxx>
 #include <STEPCAFControl_Reader.hxx>
 #include <STEPConstruct_UnitContext.hxx>
+#include <StepBasic_MeasureWithUnit.hxx>
+#include <StepBasic_NamedUnit.hxx>
+#include <StepBasic_Unit.hxx>
+#include <StepData_GlobalFactors.hxx>
 #include <StepData_StepModel.hxx>
 #include <StepData_UndefinedEntity.hxx>
 #include <StepGeom_Axis2Placement3d.hxx>
@@ -15,6 +19,8 @@
 #include <StepGeom_GeomRepContextAndGlobUnitAssCtxAndGlobUncertaintyAssCtx.hxx>
 #include <StepGeom_GeometricRepresentationContextAndGlobalUnitAssignedContext.hxx>
 #include <StepRepr_GlobalUnitAssignedContext.hxx>
+#include <StepRepr_ReprItemAndLengthMeasureWithUnitAndQRI.hxx>
+#include <StepRepr_ReprItemAndPlaneAngleMeasureWithUnitAndQRI.hxx>
 #include <StepRepr_RepresentationItem.hxx>
 #include <StepShape_EdgeCurve.hxx>
 #include <StepShape_Face.hxx>
@@ -31,6 +37,7 @@
 #include <XSControl_TransferReader.hxx>
 #include <XSControl_WorkSession.hxx>
 #include <algorithm>
+#include <cmath>
 
 #include "host/import/ModelDocument.h"
 #include "host/import/ModelError.h"
@@ -150,6 +157,31 @@ void ReadStepHeader(ModelDocument& model, Handle(StepData_StepModel) const& step
     }
 }
 
+// Open CASCADE takes a value with a qualifier as it stands, whatever its unit is: its numbers become those of the
+// document's units, and degrees.
+void ScaleQualifiedValues(ModelDocument const& model, Handle(StepData_StepModel) const& step)
+{
+    double const unit = MetresOf(model.unit) / kMetresPerFactor;
+    for (int number = 1; number <= step->NbEntities(); ++number)
+    {
+        auto const item = Handle(StepRepr_ReprItemAndMeasureWithUnitAndQRI)::DownCast(step->Value(number));
+        if (item.IsNull() || item->GetMeasureWithUnit().IsNull())
+            continue;
+        Handle(StepBasic_MeasureWithUnit) const measure = item->GetMeasureWithUnit();
+        STEPConstruct_UnitContext units;
+        units.ComputeFactors(measure->UnitComponent().NamedUnit());
+        double factor = 1.0;
+        if (item->IsKind(STANDARD_TYPE(StepRepr_ReprItemAndLengthMeasureWithUnitAndQRI)) && units.LengthDone())
+            factor = units.LengthFactor() * StepData_GlobalFactors::Intance().CascadeUnit() / unit;
+        else if (item->IsKind(STANDARD_TYPE(StepRepr_ReprItemAndPlaneAngleMeasureWithUnitAndQRI)) &&
+                 units.PlaneAngleDone())
+            factor = units.PlaneAngleFactor() * 180.0 / M_PI;
+        // Numbers that need no change keep their digits.
+        if (std::abs(factor - 1.0) > 1e-9)
+            measure->SetValueComponent(measure->ValueComponent() * factor);
+    }
+}
+
 void ReadEye(ModelDocument& model, StepVisual_CameraModelD3 const& camera)
 {
     Handle(StepGeom_Axis2Placement3d) const axes = camera.ViewReferenceSystem();
@@ -245,6 +277,7 @@ void ReadStep(ModelDocument& model, std::string const& path, bool withAnnotation
     ReadStepHeader(model, step);
     if (reader.NbRootsForTransfer() == 0)
         throw ModelError("it holds no product with a shape");
+    ScaleQualifiedValues(model, step);
     if (!reader.Transfer(model.document, progress))
         throw ModelError("its content cannot be made a document");
     ReadEntityIds(model, session);

@@ -1,5 +1,6 @@
 #include "host/import/DocumentProperties.h"
 
+#include <fmt/format.h>
 #include <TColStd_DataMapOfStringInteger.hxx>
 #include <TCollection_HAsciiString.hxx>
 #include <TDataStd_NamedData.hxx>
@@ -10,7 +11,6 @@
 #include <XCAFDoc_DocumentTool.hxx>
 #include <XCAFDoc_MaterialTool.hxx>
 #include <XCAFDoc_Volume.hxx>
-#include <charconv>
 #include <cmath>
 
 #include "framework/api/UTF16String.h"
@@ -60,10 +60,10 @@ private:
     Losses& m_losses;
 };
 
+// As many digits as files hold.
 std::string NumberText(double value)
 {
-    char text[32];
-    return {text, std::to_chars(text, text + sizeof text, value).ptr};
+    return fmt::format("{:.12g}", value);
 }
 
 void AddValidation(Collector& collector, TDF_Label const& label)

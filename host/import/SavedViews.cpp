@@ -9,6 +9,7 @@
 #include <XCAFDoc_ViewTool.hxx>
 #include <XCAFView_Object.hxx>
 #include <gp_Pln.hxx>
+#include <unordered_set>
 
 #include "host/import/CleanText.h"
 
@@ -110,13 +111,16 @@ SavedViews SavedViews::Of(ModelDocument const& model,
         tool->GetRefShapeLabel(label, named);
         tool->GetRefGDTLabel(label, annotations);
         named.Append(annotations);
+        // A file may name one twice.
+        std::unordered_set<std::string> taken;
         for (TDF_Label const& member : named)
         {
             std::vector<UTF8String> const ids = idsOf(member);
             if (ids.empty())
                 losses.Add("members of views that are no objects");
             for (UTF8String const& id : ids)
-                view.members.push_back({{id}, true, {}, {}});
+                if (taken.insert(std::string(id.View())).second)
+                    view.members.push_back({{id}, true, {}, {}});
         }
         result.views.push_back(std::move(view));
         result.cameras.push_back(std::move(camera));

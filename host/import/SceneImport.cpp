@@ -312,7 +312,8 @@ private:
                 UTF8String const id = isFace ? PartPlan::FaceId(body, place) : PartPlan::EdgeId(body, place);
                 (isFace ? faceIds : edgeIds).push_back({place, id});
                 UTF8String const style = StyleOf(part, shapes(i));
-                if (!style.IsEmpty())
+                // That of a body which is a face or an edge is the body's.
+                if (!style.IsEmpty() && !shapes(i).IsSame(body.shape))
                     (isFace ? record.faces : record.edges).push_back({id, {style}});
                 auto const entity = m_model.entityIds.find(shapes(i).TShape().get());
                 if (entity != m_model.entityIds.end())

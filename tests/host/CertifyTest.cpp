@@ -1,8 +1,10 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>
 
 #include "host/certify/Certificate.h"
+#include "tests/host/SceneComparison.h"
 #include "tests/host/ToolRun.h"
 #include "tests/support/TempFolder.h"
 
@@ -13,6 +15,7 @@ namespace
 {
 
 using nlohmann::json;
+using testing::IsEmpty;
 
 std::string Model(std::string const& name)
 {
@@ -20,6 +23,10 @@ std::string Model(std::string const& name)
 }
 
 class CertifiedModel : public testing::TestWithParam<char const*>
+{
+};
+
+class RoundModel : public testing::TestWithParam<char const*>
 {
 };
 
@@ -70,6 +77,33 @@ TEST(Certify, ThreeRoundsOfImportAndExportChangeNothing)
         model = step;
     }
 }
+
+TEST_P(RoundModel, ThreeRoundsChangeNothing)
+{
+    TempFolder const folder;
+    std::string model = Model(GetParam());
+    json first;
+    for (int round = 0; round <= 3; ++round)
+    {
+        std::string const number = std::to_string(round);
+        std::string const scene = folder.NarrowPathOf("scene" + number + ".xml");
+        ASSERT_EQ(RunTool({"import", "--quiet", "--no-mesh", model, scene}).status, 0);
+        json const content = SceneContent(scene);
+        if (round == 0)
+            first = content;
+        EXPECT_THAT(DifferencesOf(first, content), IsEmpty()) << "round " << round;
+        if (round == 3)
+            break;
+        model = folder.NarrowPathOf("round" + number + ".step");
+        ToolRun const exported = RunTool({"export", scene, model});
+        ASSERT_EQ(exported.status, 0);
+        EXPECT_EQ(exported.error, "");
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Certify, RoundModel,
+                         testing::Values("as1-oc-214.stp", "nist_ctc_03_ap203.stp", "iso14405_fig17a.stp",
+                                         "nist_plate_creo_lbls.stp", "lcr_follower_arm.step"));
 
 TEST(Certify, AModelOfMeshesHasNoStepColumn)
 {

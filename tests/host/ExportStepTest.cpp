@@ -26,6 +26,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <nlohmann/json.hpp>
 #include <sstream>
 
 #include "tests/host/ResourceLimit.h"
@@ -565,6 +566,47 @@ TEST(ExportStepTest, ViewsKeepTheirCamerasAndCuts)
     TDF_LabelSequence cuts;
     tool->GetRefClippingPlaneLabel(labels.First(), cuts);
     EXPECT_EQ(cuts.Length(), 1);
+}
+
+TEST(ExportStepTest, TheFileSaysWhoMadeTheScene)
+{
+    StepScene scene;
+    scene.Body("body", BoxShape(1, 2, 3))
+        .Write(
+            "<IFile ID='file'><FileProperties><Author>Ann</Author><Organization>Works</Organization>"
+            "<Authorisation>yes</Authorisation></FileProperties><ChildSet><Child ID='part'/></ChildSet></IFile>" +
+            Part("part", Brep("body")));
+    ASSERT_EQ(scene.Export("out.step").status, 0);
+    EXPECT_THAT(ContentOf(scene.PathOf("out.step")), HasSubstr("('Ann'),('Works')"));
+    EXPECT_THAT(ContentOf(scene.PathOf("out.step")), HasSubstr("'kvr_xml_producer','yes');"));
+}
+
+TEST(ExportStepTest, LayersStayInTheirOrderAndMayHoldEdges)
+{
+    auto const layer = [](char const* name, char const* items, char const* visible)
+    {
+        return std::string("<ILayer ID='layer ") + name + "' Label='" + name + "'><LayerInfo ID='1' Visibility='" +
+               visible + "'/><GeometryItems Items='" + items + "'/></ILayer>";
+    };
+    StepScene scene;
+    scene.Body("body", BoxShape(1, 2, 3), {}, {{4, "edge"}})
+        .Write(RootFile("part", "<LayerSet>" + layer("points", "point", "False") + layer("edges", "edge", "True") +
+                                    layer("bodies", "body", "False") + "</LayerSet>") +
+               Part("part", Brep("body") + "<IPoint ID='point' Label='' Visibility='1' NetVisibility='1'><Point X='1' "
+                                           "Y='2' Z='3'/></IPoint>"));
+    ASSERT_EQ(scene.Export("out.step").error, "");
+    ASSERT_EQ(RunTool({"import", scene.PathOf("out.step"), scene.PathOf("back.xml")}).status, 0);
+    auto const objects =
+        nlohmann::json::parse(RunTool({"dump", "--summary", scene.PathOf("back.xml")}).out).at("Objects");
+    auto const expect = [&](char const* id, char const* name, char const* item, bool isVisible)
+    {
+        EXPECT_EQ(objects.at(id).at("Label"), name);
+        EXPECT_EQ(objects.at(id).at("GeometryItems"), nlohmann::json({item})) << name;
+        EXPECT_EQ(objects.at(id).at("IsVisible"), isVisible) << name;
+    };
+    expect("layer1", "points", "point1", false);
+    expect("layer2", "edges", "body1.e5", true);
+    expect("layer3", "bodies", "body1", false);
 }
 
 TEST(ExportStepTest, CalloutsKeepTheirCurvesPlanesAndTexts)
