@@ -1,6 +1,7 @@
 #include "host/AnnotationDetails.h"
 
 #include <algorithm>
+#include <cmath>
 #include <iterator>
 #include <nlohmann/json.hpp>
 
@@ -150,6 +151,16 @@ void ForEachMember(Details& details, Use use)
 
 }  // namespace
 
+void AnnotationDetails::Scale(double factor)
+{
+    // Numbers that need no change keep their digits.
+    if (std::abs(factor - 1.0) < 1e-12)
+        return;
+    for (std::optional<double>* const length : {&value, &minus, &plus, &lower, &upper})
+        if (*length)
+            **length *= factor;
+}
+
 std::string AnnotationDetails::Text() const
 {
     json object = json::object();
@@ -190,6 +201,11 @@ int DimensionTypeOf(std::string_view name)
 int ToleranceTypeOf(std::string_view name)
 {
     return TypeOf(kToleranceTypes, name);
+}
+
+bool IsAngle(int dimensionType)
+{
+    return dimensionType == kDimensionType_AngularLocation || dimensionType == kDimensionType_AngularSize;
 }
 
 bool IsLocation(int dimensionType)

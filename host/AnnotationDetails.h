@@ -31,6 +31,9 @@ struct AnnotationDetails
     /// As ISO 10303 calls them.
     std::vector<std::string> modifiers;
 
+    /// Multiplies the lengths.
+    void Scale(double factor);
+
     std::string Text() const;
     /// Nothing for a text that is no such object; members of another kind count for nothing.
     static std::optional<AnnotationDetails> Of(std::string const& text);
@@ -50,6 +53,7 @@ std::string_view ToleranceTypeName(int type);
 /// The first type of this name; none for another text.
 int DimensionTypeOf(std::string_view name);
 int ToleranceTypeOf(std::string_view name);
+bool IsAngle(int dimensionType);
 /// Whether a dimension of the type lies between two sets of references.
 bool IsLocation(int dimensionType);
 

@@ -249,10 +249,15 @@ void DocumentDrawings::AddCamera(ICamera const& camera, std::string const& name,
     m_document.views.push_back(std::move(view));
 }
 
-void DocumentDrawings::AddFacts(ShapeDocument::Callout& drawn, IAnnotationCallout const& callout)
+void DocumentDrawings::AddFacts(ShapeDocument::Callout& drawn, IAnnotationCallout const& callout, double metresPerUnit)
 {
     drawn.kind = KindOf(callout);
     drawn.details = DetailsOf(callout);
+    UnitTypeEnum unit = kUnitType_Unknown;
+    IText const* const text = callout.Text();
+    double const own = text && text->LengthUnit(unit) == kIsValueSpecified_Yes ? MetresOf(unit) : 0.0;
+    if (!IsAngle(DimensionTypeOf(drawn.details.type)))
+        drawn.details.Scale((own > 0.0 ? own : metresPerUnit) / m_document.metresPerUnit);
     drawn.references = ReferencesOf(callout);
     // Those that the annotation goes to are the last ones.
     std::size_t const seconds = drawn.details.second ? drawn.details.second->size() : 0;
@@ -284,7 +289,7 @@ void DocumentDrawings::AddCallouts(DocumentVariant const& variant)
         drawn.variant = variant.key;
         drawn.label = geometry.label;
         drawn.text = TextOf(callout->Text());
-        AddFacts(drawn, *callout);
+        AddFacts(drawn, *callout, component.metresPerUnit);
         CurveCollector collector(m_task.producer, m_document, variant);
         try
         {

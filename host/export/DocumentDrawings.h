@@ -30,7 +30,7 @@ private:
     void AddCamera(ICamera const& camera, std::string const& name, IView const* view);
     void AddMembers(ShapeDocument::View& view, IView const& source);
     void FindProducts(std::vector<DocumentVariant const*> const& variants);
-    void AddFacts(ShapeDocument::Callout& drawn, IAnnotationCallout const& callout);
+    void AddFacts(ShapeDocument::Callout& drawn, IAnnotationCallout const& callout, double metresPerUnit);
 
     ExportTask& m_task;
     ShapeDocument& m_document;

@@ -154,6 +154,8 @@ StepBasic_Unit StepMeasures::Degrees()
         new StepBasic_ConversionBasedUnitAndPlaneAngleUnit;
     degree->Init(exponents, StepString("DEGREE"), BoundOf(kRadiansPerDegree, true, base));
     m_degrees.SetValue(degree);
+    // Open CASCADE does not count it among what an item refers to.
+    m_model->AddWithRefs(degree);
     return m_degrees;
 }
 

@@ -105,7 +105,13 @@ void StepNotes::Add(Callout const& callout)
     else if (callout.kind == "dimension")
         entity = Dimension(callout);
     else if (callout.kind == "tolerance")
-        entity = Tolerance(callout, m_frames[{callout.variant, callout.id}]);
+    {
+        // The datums of a copy may stand in what is no copy.
+        auto frame = m_frames.find({callout.variant, callout.id});
+        if (frame == m_frames.end())
+            frame = m_frames.find({std::string(), callout.id});
+        entity = Tolerance(callout, frame == m_frames.end() ? Frame() : frame->second);
+    }
     if (!entity.IsNull())
         m_entities[&callout] = entity;
 }
@@ -128,7 +134,7 @@ handle<Standard_Transient> StepNotes::Dimension(Callout const& callout)
     if (first.IsNull())
         return {};
     int const type = DimensionType(callout.details);
-    bool const isAngle = type == kDimensionType_AngularLocation || type == kDimensionType_AngularSize;
+    bool const isAngle = IsAngle(type);
     handle<TCollection_HAsciiString> const name = StepString(DimensionName(callout, type));
     TDF_Label const& part = callout.first.front().part;
     StepShape_DimensionalCharacteristic dimension;

@@ -58,12 +58,13 @@ SceneNote Note(int number, std::string const& label, std::string const& text, st
     return {"note" + std::to_string(number), label, text, kind, references, details.dump()};
 }
 
-std::string Xml(SceneNote const& note, std::string const& plane = "", std::string const& drawing = "")
+std::string Xml(SceneNote const& note, std::string const& unit, std::string const& plane = "",
+                std::string const& drawing = "")
 {
-    return "<IAnnotationCallout ID='" + note.id + "' Label='" + note.label +
-           "' Visibility='1'><IText LengthUnit='kUnitType_Millimeter'><ITextLine><ITextFragment Value='" + note.text +
-           "'/></ITextLine></IText>" + plane + "<ChildSet>" + drawing + "</ChildSet>" + Extension("kind", note.kind) +
-           Extension("references", note.references) + Extension("details", note.details) + "</IAnnotationCallout>";
+    return "<IAnnotationCallout ID='" + note.id + "' Label='" + note.label + "' Visibility='1'><IText LengthUnit='" +
+           unit + "'><ITextLine><ITextFragment Value='" + note.text + "'/></ITextLine></IText>" + plane + "<ChildSet>" +
+           drawing + "</ChildSet>" + Extension("kind", note.kind) + Extension("references", note.references) +
+           Extension("details", note.details) + "</IAnnotationCallout>";
 }
 
 // A box with notes, whose parts have the ids that an import gives them. The last one has the plane and the drawing.
@@ -71,7 +72,8 @@ class NotedBox
 {
 public:
     explicit NotedBox(std::vector<SceneNote> const& notes, std::string const& plane = "",
-                      std::string const& drawing = "", std::string const& attributes = "")
+                      std::string const& drawing = "", std::string const& attributes = "",
+                      std::string const& unit = "kUnitType_Millimeter")
     {
         std::vector<Authoring::SubEntityId> faces;
         std::vector<Authoring::SubEntityId> edges;
@@ -81,7 +83,7 @@ public:
             edges.push_back({i, UTF8String("body1.e" + std::to_string(i + 1))});
         std::string callouts;
         for (SceneNote const& note : notes)
-            callouts += &note == &notes.back() ? Xml(note, plane, drawing) : Xml(note);
+            callouts += &note == &notes.back() ? Xml(note, unit, plane, drawing) : Xml(note, unit);
         m_scene.Body("body1", BoxShape(10, 20, 30), faces, edges)
             .Edge("arc", ArcEdge())
             .Write("<IFile ID='file1'><ChildSet><Child ID='part1'/></ChildSet>" + attributes +
@@ -281,6 +283,20 @@ TEST(ExportStepNotes, AValueWithAQualifierComesInTheUnitOfTheModel)
     ASSERT_EQ(notes.size(), 1u);
     EXPECT_EQ(notes[0].text, "diameter 38.1");
     EXPECT_THAT(notes[0].details, HasSubstr("\"value\":38.1"));
+}
+
+TEST(ExportStepNotes, ValuesInAnotherUnitThanThePartsAreScaledAndAnglesAreNot)
+{
+    std::vector<SceneNote> const notes{
+        Note(1, "diameter", "diameter 2.5", "dimension", "body1.f2",
+             {{"type", "diameter"}, {"value", 2.5}, {"minus", 0.5}, {"plus", 1.0}}),
+        Note(2, "taper", "angle 30", "dimension", "body1.f6", {{"type", "angle"}, {"value", 30.0}}),
+    };
+    std::vector<SceneNote> scaled = notes;
+    scaled[0] = Note(1, "diameter", "diameter 25", "dimension", "body1.f2",
+                     {{"type", "diameter"}, {"value", 25.0}, {"minus", 5.0}, {"plus", 10.0}});
+    NotedBox const box(notes, "", "", "", "kUnitType_Centimeter");
+    EXPECT_EQ(box.ReadBack(), scaled);
 }
 
 TEST(ExportStepNotes, DetailsThatAreNoneDoNoHarm)
