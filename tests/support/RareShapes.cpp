@@ -215,9 +215,9 @@ handle<Poly_Triangulation> Triangles(bool hasUV, bool hasNormals)
     handle<Poly_Triangulation> const triangles = new Poly_Triangulation(4, 2, hasUV, hasNormals);
     for (int i = 1; i <= 4; ++i)
     {
-        triangles->SetNode(i, gp_Pnt(i % 2, i / 3, 0));
+        triangles->SetNode(i, gp_Pnt(i % 2, i > 2 ? 1 : 0, 0));
         if (hasUV)
-            triangles->SetUVNode(i, gp_Pnt2d(i % 2, i / 3));
+            triangles->SetUVNode(i, gp_Pnt2d(i % 2, i > 2 ? 1 : 0));
         if (hasNormals)
             triangles->SetNormal(i, gp_Vec3f(0, 0, 1));
     }

@@ -51,6 +51,13 @@ void BinaryShapes::FiniteReals(std::uint64_t count)
     }
 }
 
+TopAbs_ShapeEnum BinaryShapes::ShapeKind()
+{
+    int const kind = Kind();
+    Require(kind <= TopAbs_VERTEX);
+    return kind <= TopAbs_VERTEX ? static_cast<TopAbs_ShapeEnum>(kind) : TopAbs_SHAPE;
+}
+
 // Of another version than 3 Open CASCADE looks first whether the kind stands behind the parameter, as it once did.
 int BinaryShapes::PointKind()
 {

@@ -45,7 +45,7 @@ public:
     }
     void Deflection() { Real(); }
 
-    TopAbs_ShapeEnum ShapeKind() { return static_cast<TopAbs_ShapeEnum>(Kind()); }
+    TopAbs_ShapeEnum ShapeKind();
     /// What a vertex has of a point, with its parameter.
     int PointKind();
     void EndOfFace(int& triangulation);

@@ -47,8 +47,12 @@ void ShapeBytes::Skip(std::uint64_t count)
 
 void ShapeBytes::SkipBlanks()
 {
-    while (!Ahead(1).empty() && IsBlank(*m_at))
-        ++m_at;
+    while (m_at != m_end || !Ahead(1).empty())
+    {
+        m_at = std::find_if_not(m_at, m_end, IsBlank);
+        if (m_at != m_end)
+            return;
+    }
 }
 
 void ShapeBytes::Expect(std::string_view text)

@@ -16,6 +16,14 @@ namespace
 constexpr int kLongestPlacing = 5000;
 constexpr int kLargestPower = 1 << 30;
 
+// And joins the parts one by one, each time going down all there are.
+constexpr std::uint64_t kMostJoins = 15'000'000;
+constexpr std::uint64_t kMostJoinsPerByte = 5;
+
+// Each part takes it some two hundred bytes, and a text some four.
+constexpr std::uint64_t kMostParts = 250'000;
+constexpr std::uint64_t kBytesPerPart = 16;
+
 // Each representation of an edge is compared with all others, and their locations part by part.
 constexpr std::uint64_t kMostComparisons = 1'000'000;
 
@@ -44,6 +52,10 @@ bool ShapeTables::AddLocation(Chain&& chain)
         before = index;
     }
     m_locations.push_back(static_cast<int>(std::max<std::size_t>(chain.size(), 2)));
+    m_joins += chain.size() * chain.size();
+    m_parts += chain.size();
+    if (m_joins > kMostJoins + kMostJoinsPerByte * m_size || m_parts > kMostParts + m_size / kBytesPerPart)
+        return false;
     return m_chains.insert(std::move(chain)).second;
 }
 

@@ -90,6 +90,9 @@ private:
     /// How many elementary locations each consists of.
     std::vector<int> m_locations;
     std::set<Chain> m_chains;
+    /// What it takes Open CASCADE to put the chains together, and their parts.
+    std::uint64_t m_joins = 0;
+    std::uint64_t m_parts = 0;
     std::vector<int> m_lastNodes;
     std::vector<int> m_triangulations;
     std::vector<Shape> m_shapes;

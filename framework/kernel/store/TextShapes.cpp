@@ -87,8 +87,9 @@ double TextShapes::Real()
 
 void TextShapes::Reals(std::uint64_t count)
 {
+    // Open CASCADE makes a number of any word.
     for (; count > 0 && IsGood(); --count)
-        Real();
+        Word();
 }
 
 void TextShapes::FiniteReals(std::uint64_t count)
@@ -128,7 +129,7 @@ int TextShapes::IntegerAndContinuity()
 void TextShapes::Deflection()
 {
     Require(Word() == "p");
-    Real();
+    Word();
 }
 
 TopAbs_ShapeEnum TextShapes::ShapeKind()
@@ -140,7 +141,7 @@ TopAbs_ShapeEnum TextShapes::ShapeKind()
 
 int TextShapes::PointKind()
 {
-    Real();
+    Word();
     return Integer();
 }
 

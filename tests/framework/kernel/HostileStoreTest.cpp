@@ -285,7 +285,12 @@ TEST(HostileShapes, ChainsNameElementaryLocationsInTheirShortForm)
     EXPECT_FALSE(areLocations("2  0\n", 1));
     EXPECT_FALSE(areLocations("2  3 1 0\n", 1)) << "itself";
     EXPECT_FALSE(areLocations("2  1 2 2 2 0\n2  3 2 0\n", 2)) << "a chain of chains";
+    EXPECT_TRUE(areLocations("2  " + Repeated("1 1 2 1 ", 500) + "0\n", 1));
     EXPECT_FALSE(areLocations("2  " + Repeated("1 1 2 1 ", 100'000) + "0\n", 1));
+    std::string many;
+    for (int power = 2; power < 100; ++power)
+        many += "2  " + Repeated("1 1 2 1 ", 2000) + "1 " + std::to_string(power) + " 0\n";
+    EXPECT_FALSE(areLocations(many, 98));
 }
 
 TEST(HostileShapes, ARangeIsNotFarFromThePeriodOfACurve)
