@@ -344,10 +344,18 @@ private:
 CurveShape CurveShape::Of(ICurve const& curve)
 {
     EdgeMaker maker;
+    bool isOfKernel = false;
     for (auto const* const kernelCurve : curve.KernelCurves())
+    {
+        isOfKernel = true;
         maker.MakeOfKernel(kernelCurve);
+    }
     for (unsigned long long i = 0; i < curve.CurveDataCount(); ++i)
-        maker.Make(curve.CurveDataAt(i));
+    {
+        // A curve of the kernel alone has one piece of data, null.
+        if (ICurveData* const data = curve.CurveDataAt(i); data || !isOfKernel)
+            maker.Make(data);
+    }
     return maker.Take();
 }
 
