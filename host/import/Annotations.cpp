@@ -113,12 +113,14 @@ class AnnotationReader
 {
 public:
     AnnotationReader(Annotations& annotations, Handle(TDocStd_Document) const& document, ProductPlan const& plan,
-                     UnitTypeEnum unit, std::function<std::vector<UTF8String>(TDF_Label const&)> const& idsOf)
+                     UnitTypeEnum unit, std::function<std::vector<UTF8String>(TDF_Label const&)> const& idsOf,
+                     Losses& losses)
         : m_annotations(annotations),
           m_tool(XCAFDoc_DocumentTool::DimTolTool(document->Main())),
           m_plan(plan),
           m_unit(unit),
-          m_idsOf(idsOf)
+          m_idsOf(idsOf),
+          m_losses(losses)
     {
     }
 
@@ -193,6 +195,12 @@ private:
                 static_cast<XCAFDimTolObjects_DimensionModif>(modifier))));
     }
 
+    template <class Sequence>
+    static unsigned long long CountOf(Sequence const& sequence)
+    {
+        return static_cast<unsigned long long>(sequence.Length());
+    }
+
     void ReadTolerance(TDF_Label const& label)
     {
         Handle(XCAFDoc_GeomTolerance) attribute;
@@ -202,6 +210,12 @@ private:
         if (object.IsNull())
             return;
         // The magnitude cannot be trusted as it arrives: it is left to the drawing.
+        m_losses.Add("magnitudes of tolerances");
+        bool const hasMaterialModifier =
+            object->GetMaterialRequirementModifier() != XCAFDimTolObjects_GeomToleranceMatReqModif_None;
+        m_losses.Add("modifiers of tolerances", CountOf(object->GetModifiers()) + (hasMaterialModifier ? 1 : 0));
+        if (object->GetZoneModifier() != XCAFDimTolObjects_GeomToleranceZoneModif_None)
+            m_losses.Add("zones of tolerances");
         AnnotationDetails details;
         details.type = ToleranceTypeName(static_cast<int>(object->GetType()));
         std::string const text = details.type.empty() ? "tolerance" : details.type;
@@ -217,6 +231,9 @@ private:
         if (object.IsNull())
             return;
         AnnotationDetails details;
+        m_losses.Add("modifiers of datums", CountOf(object->GetModifiers()));
+        if (object->IsDatumTarget())
+            m_losses.Add("datum targets");
         details.letter = TextOf(object->GetName());
         details.position = object->GetPosition();
         TDF_LabelSequence tolerances;
@@ -354,12 +371,13 @@ private:
     ProductPlan const& m_plan;
     UnitTypeEnum m_unit;
     std::function<std::vector<UTF8String>(TDF_Label const&)> const& m_idsOf;
+    Losses& m_losses;
 };
 
 Annotations::Annotations(Handle(TDocStd_Document) const& document, ProductPlan const& plan, UnitTypeEnum unit,
                          std::function<std::vector<UTF8String>(TDF_Label const&)> const& idsOf, Losses& losses)
 {
-    AnnotationReader(*this, document, plan, unit, idsOf).Read();
+    AnnotationReader(*this, document, plan, unit, idsOf, losses).Read();
     if (plan.components.empty())
         losses.Add("annotations of no part", m_count);
 }

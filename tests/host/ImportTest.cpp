@@ -239,6 +239,8 @@ TEST(Import, AnnotationsBecomeCalloutsWithTextPlaneAndLines)
     EXPECT_EQ(scene.OfClass("IAnnotationCalloutElement").size(), 9u);
     EXPECT_GT(scene.OfClass("ICurve").size(), 9u);
     EXPECT_NE(RunTool({"notes", scene.Path()}).out.find("diameter 19"), std::string::npos);
+    EXPECT_NE(scene.run.error.find("not in the scene: 1 magnitudes of tolerances\n"), std::string::npos)
+        << scene.run.error;
 
     Imported without(Model("nist_plate_creo_lbls.stp"), {"--no-pmi"});
     EXPECT_EQ(without.run.status, 0);
