@@ -43,13 +43,10 @@ void AddItems(XMLProducerImpl& producer, XMLCh const* text, IdSet& items)
     std::vector<UTF8String> pieces;
     for (std::string_view rest = narrow.View(); !rest.empty();)
     {
-        pieces.clear();
         XMLStrUtil::SplitStr(UTF8String(TakeStretch(rest)), ",", pieces);
         for (UTF8String& piece : pieces)
-        {
             producer.ApplyIdMapping(piece);
-            items.AddWithUniquenessCheck(std::move(piece));
-        }
+        items.AddAllWithUniquenessCheck(pieces);
     }
 }
 

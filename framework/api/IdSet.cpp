@@ -51,14 +51,39 @@ struct IdSet::Content
         }
         CompleteIndex();
         // One hash for both, which is much of the time that a long list takes.
-        std::size_t const hash = HashOf(id);
+        AddUnlessFound(std::forward<Id>(id), HashOf(id));
+    }
+
+    // A table of many ids is beyond the processor's caches: its places are fetched together, ahead of their use.
+    void AddAllUnlessFound(std::vector<UTF8String>& added)
+    {
+        std::size_t next = 0;
+        for (; next < added.size() && IsShort(); ++next)
+            AddUnlessFound(std::move(added[next]));
+        if (next == added.size())
+            return;
+        CompleteIndex();
+        std::vector<std::size_t> hashes;
+        hashes.reserve(added.size() - next);
+        for (std::size_t i = next; i < added.size(); ++i)
+        {
+            hashes.push_back(HashOf(added[i]));
+            index.Prefetch(hashes.back());
+        }
+        for (std::size_t i = next; i < added.size(); ++i)
+            AddUnlessFound(std::move(added[i]), hashes[i - next]);
+    }
+
+private:
+    template <class Id>
+    void AddUnlessFound(Id&& id, std::size_t hash)
+    {
         if (Find(id, hash))
             return;
         ids.push_back(std::forward<Id>(id));
         index.Add(hash, static_cast<std::uint32_t>(indexed++));
     }
 
-private:
     bool IsShort() const { return ids.size() <= UniqueIndex::kShortList; }
 
     bool Find(UTF8String const& id, std::size_t hash) const
@@ -110,6 +135,13 @@ void IdSet::AddWithUniquenessCheck(UTF8String const& id)
 void IdSet::AddWithUniquenessCheck(UTF8String&& id)
 {
     Owned().AddUnlessFound(std::move(id));
+}
+
+void IdSet::AddAllWithUniquenessCheck(std::vector<UTF8String>& ids)
+{
+    if (!ids.empty())
+        Owned().AddAllUnlessFound(ids);
+    ids.clear();
 }
 
 void IdSet::AddWithoutUniquenessCheck(UTF8String const& id)

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <vector>
 
 #include "framework/api/Export.h"
 #include "framework/api/UTF8String.h"
@@ -24,6 +25,8 @@ public:
     /// Appends the id unless an equal one is there already.
     void AddWithUniquenessCheck(UTF8String const& id);
     void AddWithUniquenessCheck(UTF8String&& id);
+    /// Adds each id in turn as above, and empties the list.
+    void AddAllWithUniquenessCheck(std::vector<UTF8String>& ids);
     /// Appends the id in any case, so that repeats stay.
     void AddWithoutUniquenessCheck(UTF8String const& id);
     void AddWithoutUniquenessCheck(UTF8String&& id);

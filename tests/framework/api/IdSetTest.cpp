@@ -260,6 +260,36 @@ TEST(IdSet, EqualityIsEqualIdsInEqualOrder)
     EXPECT_EQ(touched, IdSet());
 }
 
+TEST(IdSet, ManyIdsAddedTogetherAreThoseAddedOneByOne)
+{
+    // Lists that stay short, that grow long on the way, and that were long before; repeats within and across.
+    for (std::size_t const before : {0, 3, 100})
+    {
+        for (std::size_t const count : {0, 1, 10, 17, 1000})
+        {
+            IdSet together;
+            IdSet oneByOne;
+            for (std::size_t i = 0; i < before; ++i)
+            {
+                together.AddWithoutUniquenessCheck(Id(i));
+                oneByOne.AddWithoutUniquenessCheck(Id(i));
+            }
+            std::vector<UTF8String> added;
+            for (std::size_t i = 0; i < count; ++i)
+                added.push_back(Id(i % 700 * 2));
+            for (UTF8String const& id : added)
+                oneByOne.AddWithUniquenessCheck(id);
+            together.Reserve(before + count);
+            together.AddAllWithUniquenessCheck(added);
+            EXPECT_EQ(together, oneByOne) << before << ' ' << count;
+            EXPECT_TRUE(added.empty());
+            together.AddWithUniquenessCheck(Id(0));
+            oneByOne.AddWithUniquenessCheck(Id(0));
+            EXPECT_EQ(together, oneByOne) << before << ' ' << count;
+        }
+    }
+}
+
 TEST(IdSet, EqualSetsHashEqually)
 {
     EXPECT_EQ(Ids({"a", "b"}).Hash(), Ids({"a", "b"}).Hash());
