@@ -6,7 +6,7 @@
 #include <unordered_set>
 #include <vector>
 
-#include "host/UnitText.h"
+#include "framework/api/UnitText.h"
 #include "host/views/SceneViews.h"
 #include "host/views/Views.h"
 #include "output/Output.h"
@@ -33,8 +33,8 @@ std::string Quoted(UTF16String const& label)
 std::string Unit(std::optional<UnitTypeEnum> unit)
 {
     constexpr std::string_view kPrefix = "kUnitType_";
-    std::string_view const text = unit ? UnitText(*unit) : std::string_view();
-    return std::string(text.starts_with(kPrefix) ? text.substr(kPrefix.size()) : kNone);
+    char const* const text = unit ? TextOfUnit(*unit) : nullptr;
+    return std::string(text ? text + kPrefix.size() : kNone);
 }
 
 std::string Triple(double x, double y, double z)
