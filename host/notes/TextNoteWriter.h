@@ -1,7 +1,6 @@
 #pragma once
 
-#include <string_view>
-
+#include "host/PaintedText.h"
 #include "host/notes/Note.h"
 #include "host/notes/NoteWriter.h"
 
@@ -20,14 +19,13 @@ public:
     void Finish() override;
 
 private:
-    void Paint(std::string_view code);
-    void PutObject(std::string_view kind, UTF16String const& label, UTF8String const& id);
+    void PutObject(ProductNode const& object);
     void PutLine(Note::Line const& line);
     void PutPlane(Note::Plane const& plane);
     void PutTargets(Note const& note);
 
     Output& m_out;
-    bool m_color;
+    PaintedText m_text;
     unsigned long long m_count = 0;
 };
 
