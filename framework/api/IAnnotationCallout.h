@@ -37,7 +37,7 @@ public:
     /// The child's id; empty when there is no object behind it. An index beyond the count throws GeneralException, the
     /// count itself std::out_of_range.
     virtual AnnotationCalloutElementChildId ChildAt(unsigned long long index) const = 0;
-    /// The ids of the styles that the element is drawn with, the strongest first; empty when there are none.
+    /// The ids of the styles that the element is drawn with, in document order; empty when there are none.
     virtual IdSet Styles() const = 0;
 };
 

@@ -8,7 +8,8 @@ namespace KVR
 class BODY;
 class IBodyData;
 
-/// A boundary representation: a body of the geometry kernel with what the scene says of it.
+/// A boundary representation: a body of the geometry kernel with what the scene says of it. A body of a scene reports
+/// no length unit: it is in that of its component.
 class KVR_API IBrep : public IGeometry, public ISubEntityStyles, public ISubObjectPersistentIds
 {
 public:

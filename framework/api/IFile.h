@@ -10,7 +10,7 @@ namespace KVR
 
 class Time;
 
-/// One design file: the top of a product tree.
+/// One design file: the top of a product tree. Of its units it reports the one in which to show lengths alone.
 class KVR_API IFile : public IAttributeSets, public IObject, public IUnit
 {
 public:

@@ -21,9 +21,9 @@ public:
     virtual double ParamTolerance() const = 0;
     /// The visibility as the scene resolved it, from what stands above the object too; that of IsVisible here.
     virtual bool IsNetVisible() const;
-    /// The ids of the object's styles, the strongest first; empty here.
+    /// The ids of the object's styles, in document order; empty here. `kvr export` takes the first.
     virtual IdSet Styles() const;
-    /// The ids of the styles as the scene resolved them, the strongest first; empty here.
+    /// The ids of the styles as the scene resolved them, in document order; empty here.
     virtual IdSet NetStyles() const;
 };
 

@@ -7,7 +7,7 @@
 namespace KVR
 {
 
-/// A component or file placed in an assembly.
+/// A component or file placed in an assembly. Its transform is never null and goes from the target to the assembly.
 class KVR_API IInstance : public ITransformable, public IObject, public IUnit, public IVisible
 {
 public:
@@ -18,9 +18,9 @@ public:
     /// The visibility as the scene resolved it, from what stands above the instance too; false when the scene does not
     /// say.
     virtual bool IsNetVisible() const = 0;
-    /// The ids of the instance's styles, the strongest first; empty when there are none.
+    /// The ids of the instance's styles, in document order; empty when there are none.
     virtual IdSet Styles() const = 0;
-    /// The ids of the styles as the scene resolved them; empty when there are none.
+    /// The ids of the styles as the scene resolved them, in document order; empty when there are none.
     virtual IdSet NetStyles() const = 0;
     /// Sets what LengthUnit answers; nothing is converted.
     virtual void SetLengthUnit(UnitTypeEnum unit) = 0;

@@ -18,7 +18,7 @@ public:
     virtual int LayerNumber() const = 0;
     /// The ids of the members, each once and in document order; owned by the layer.
     virtual IdSet const& GeometryItems() const = 0;
-    /// The ids of the layer's styles, the strongest first; owned by the layer.
+    /// The ids of the layer's styles, in document order; owned by the layer.
     virtual IdSet const& Styles() const = 0;
 };
 

@@ -62,7 +62,7 @@ public:
 
     ~IRenderStyle() override;
     void AcceptVisitor(ObjectVisitor* visitor) override;
-    /// The colour of the lit surface, sRGB and not linear, with its opacity as alpha.
+    /// The colour of the lit surface, with its opacity as alpha. `kvr` takes it for sRGB, not linear.
     virtual IsValueSpecifiedEnum DiffuseColor(Color& color) const;
     /// The id of the texture that stands for the diffuse colour.
     virtual IsValueSpecifiedEnum DiffuseTexture(UTF8String& textureId) const;

@@ -42,7 +42,7 @@ public:
     virtual IsValueSpecifiedEnum FontSize(double& size) const = 0;
     /// The room between characters, a number as the scene has it, in a unit like that of Height.
     virtual IsValueSpecifiedEnum Gap(double& gap) const = 0;
-    /// Raised, lowered or the like: an integer as the scene has it, whose meaning the format leaves open.
+    /// The kind of script: an integer as the scene has it, whose meaning the format leaves open.
     virtual IsValueSpecifiedEnum ScriptType(int& type) const = 0;
 };
 

@@ -14,7 +14,7 @@ class KVR_API IView : public IObject, public IVisible
 public:
     ~IView() override;
     void AcceptVisitor(ObjectVisitor* visitor) override;
-    /// Whether this is the view to show first; true when the scene does not say.
+    /// Whether the view is the active one; true when the scene does not say.
     virtual bool IsActive() const = 0;
     /// The number of members; 0 when there are none.
     virtual unsigned long long ViewMemberCount() const = 0;
@@ -29,7 +29,7 @@ public:
     /// The unit of the members' transforms; not specified when the scene has no "Unit", kUnitType_Unknown for a text
     /// that is no unit.
     virtual IsValueSpecifiedEnum LengthUnit(UnitTypeEnum& unit) const = 0;
-    /// The ids of the styles that the member has in this view, the strongest first; empty when there are none. A bad
+    /// The ids of the styles that the member has in this view, in document order; empty when there are none. A bad
     /// index throws std::out_of_range.
     virtual IdSet EntityStylesAt(unsigned long long index) const = 0;
     /// The ids of the view's cameras; empty when there are none. Nobody checks that they exist.

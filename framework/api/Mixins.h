@@ -20,7 +20,9 @@ public:
     virtual ~ITransformable();
 };
 
-/// An object that states its units. Every answer is "not specified" unless a class says otherwise.
+/// An object that states its units. Every answer is "not specified" unless a class says otherwise. In a scene,
+/// components, instances, curves, sketches and sets report all three; points, clouds and meshes no angle; work features
+/// the lengths alone; bodies the two of showing; files that of showing lengths.
 class KVR_API IUnit
 {
 public:
@@ -38,7 +40,8 @@ public:
 class KVR_API IVisible
 {
 public:
-    /// Whether the object itself is shown; what stands above it is not asked.
+    /// Whether the object itself is shown; what stands above it is not asked. When the scene does not say, instances,
+    /// bodies, meshes, sketches and feature overrides are hidden, and all else is shown.
     virtual bool IsVisible() const = 0;
     virtual ~IVisible();
 };
