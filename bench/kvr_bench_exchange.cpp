@@ -17,15 +17,15 @@
 #include "bench/ChildProcess.h"
 #include "bench/Goals.h"
 #include "bench/ScratchFolder.h"
+#include "exchange/export/Export.h"
+#include "exchange/export/Formats.h"
+#include "exchange/import/Import.h"
+#include "exchange/import/ModelBox.h"
+#include "exchange/import/ProductPlan.h"
+#include "exchange/model/ModelDocument.h"
+#include "exchange/source/SceneFile.h"
+#include "exchange/source/SceneReading.h"
 #include "framework/api/UTF8String.h"
-#include "host/SceneFile.h"
-#include "host/SceneReading.h"
-#include "host/export/Export.h"
-#include "host/export/Formats.h"
-#include "host/import/Import.h"
-#include "host/import/ModelBox.h"
-#include "host/import/ModelDocument.h"
-#include "host/import/ProductPlan.h"
 
 namespace
 {

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "host/SceneOptions.h"
+#include "exchange/source/SceneOptions.h"
 
 namespace CLI
 {

@@ -9,24 +9,24 @@
 #include <string>
 #include <vector>
 
+#include "exchange/source/SceneFile.h"
+#include "exchange/source/SceneProblem.h"
+#include "exchange/source/SceneReading.h"
+#include "host/CertifyCommand.h"
 #include "host/Command.h"
-#include "host/Output.h"
-#include "host/OutputError.h"
-#include "host/SafeText.h"
-#include "host/SceneFile.h"
-#include "host/SceneProblem.h"
-#include "host/SceneReading.h"
-#include "host/certify/CertifyCommand.h"
+#include "host/ExportCommand.h"
+#include "host/ImportCommand.h"
 #include "host/dump/Dump.h"
 #include "host/dump/DumpOptions.h"
-#include "host/export/ExportCommand.h"
-#include "host/import/ImportCommand.h"
 #include "host/notes/Notes.h"
 #include "host/notes/NotesOptions.h"
 #include "host/tree/Tree.h"
 #include "host/tree/TreeOptions.h"
 #include "host/views/SceneViews.h"
 #include "host/views/Views.h"
+#include "output/Output.h"
+#include "output/OutputError.h"
+#include "output/SafeText.h"
 
 namespace KVR
 {

@@ -16,8 +16,8 @@
 
 #include "framework/kernel/curve.h"
 #include "framework/kernel/entity.h"
-#include "host/JsonWriter.h"
 #include "host/dump/DumpValues.h"
+#include "output/JsonWriter.h"
 
 namespace KVR
 {

@@ -4,18 +4,18 @@
 #include <unordered_set>
 #include <vector>
 
+#include "exchange/source/SceneReading.h"
 #include "framework/api/FileProperties.h"
 #include "framework/api/IObject.h"
 #include "framework/api/IProducer.h"
 #include "framework/api/IUniverse.h"
-#include "host/JsonWriter.h"
-#include "host/SceneReading.h"
 #include "host/dump/DumpContext.h"
 #include "host/dump/DumpOptions.h"
 #include "host/dump/Members.h"
 #include "host/dump/ObjectDump.h"
 #include "host/dump/References.h"
 #include "host/dump/UniverseDump.h"
+#include "output/JsonWriter.h"
 
 namespace KVR
 {

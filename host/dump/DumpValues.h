@@ -6,7 +6,7 @@
 #include <type_traits>
 
 #include "framework/api/Enums.h"
-#include "host/JsonWriter.h"
+#include "output/JsonWriter.h"
 
 namespace KVR
 {

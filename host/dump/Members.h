@@ -4,9 +4,9 @@
 #include <utility>
 
 #include "framework/api/Enums.h"
-#include "host/JsonWriter.h"
 #include "host/dump/Ask.h"
 #include "host/dump/DumpValues.h"
+#include "output/JsonWriter.h"
 
 namespace KVR
 {

@@ -2,7 +2,6 @@
 
 #include "framework/api/IGenericObject.h"
 #include "framework/api/ObjectVisitor.h"
-#include "host/JsonWriter.h"
 #include "host/dump/AnnotationDump.h"
 #include "host/dump/AppearanceDump.h"
 #include "host/dump/DumpContext.h"
@@ -11,6 +10,7 @@
 #include "host/dump/OrganisationDump.h"
 #include "host/dump/SharedDump.h"
 #include "host/dump/StructureDump.h"
+#include "output/JsonWriter.h"
 
 namespace KVR
 {

@@ -2,8 +2,8 @@
 
 #include <fmt/format.h>
 
-#include "host/Output.h"
-#include "host/SafeText.h"
+#include "output/Output.h"
+#include "output/SafeText.h"
 
 namespace KVR
 {

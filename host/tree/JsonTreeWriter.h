@@ -1,7 +1,7 @@
 #pragma once
 
-#include "host/JsonWriter.h"
 #include "host/tree/TreeWriter.h"
+#include "output/JsonWriter.h"
 
 namespace KVR
 {

@@ -6,13 +6,13 @@
 #include <cmath>
 #include <string>
 
-#include "host/Output.h"
-#include "host/SafeText.h"
 #include "host/tree/GeometryFacts.h"
 #include "host/tree/ProductNode.h"
 #include "host/tree/ProductTotals.h"
 #include "host/tree/StyleColors.h"
 #include "host/tree/TreeOptions.h"
+#include "output/Output.h"
+#include "output/SafeText.h"
 
 namespace KVR
 {

@@ -1,7 +1,7 @@
-#include "host/JsonWriter.h"
 #include "host/dump/DumpValues.h"
 #include "host/views/SceneViews.h"
 #include "host/views/Views.h"
+#include "output/JsonWriter.h"
 
 namespace KVR
 {

@@ -6,11 +6,11 @@
 #include <unordered_set>
 #include <vector>
 
-#include "host/Output.h"
-#include "host/SafeText.h"
 #include "host/UnitText.h"
 #include "host/views/SceneViews.h"
 #include "host/views/Views.h"
+#include "output/Output.h"
+#include "output/SafeText.h"
 
 namespace KVR
 {

@@ -12,8 +12,8 @@
 
 #include <nlohmann/json.hpp>
 
-#include "tests/host/ToolRun.h"
 #include "tests/support/TempFolder.h"
+#include "tests/tool/ToolRun.h"
 
 namespace KVR::Test
 {

@@ -3,9 +3,9 @@
 
 #include <nlohmann/json.hpp>
 
-#include "tests/host/ToolRun.h"
 #include "tests/support/ByteBuilder.h"
 #include "tests/support/TempFolder.h"
+#include "tests/tool/ToolRun.h"
 
 namespace KVR::Test
 {

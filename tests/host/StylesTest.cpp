@@ -5,10 +5,10 @@
 
 #include <nlohmann/json.hpp>
 
-#include "tests/host/ToolRun.h"
 #include "tests/support/ByteBuilder.h"
 #include "tests/support/MeshBytes.h"
 #include "tests/support/TempFolder.h"
+#include "tests/tool/ToolRun.h"
 
 namespace KVR::Test
 {

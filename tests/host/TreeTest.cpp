@@ -4,11 +4,11 @@
 #include <TopoDS_Shape.hxx>
 #include <nlohmann/json.hpp>
 
-#include "tests/host/ToolRun.h"
 #include "tests/support/KernelBytes.h"
 #include "tests/support/MeshBytes.h"
 #include "tests/support/Shapes.h"
 #include "tests/support/TempFolder.h"
+#include "tests/tool/ToolRun.h"
 
 namespace KVR::Test
 {

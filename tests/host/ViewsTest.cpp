@@ -4,8 +4,8 @@
 #include <nlohmann/json.hpp>
 
 #include "tests/host/OrganisationScene.h"
-#include "tests/host/ToolRun.h"
 #include "tests/support/TempFolder.h"
+#include "tests/tool/ToolRun.h"
 
 namespace KVR::Test
 {

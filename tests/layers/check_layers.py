@@ -34,6 +34,16 @@ GROUPS = (
     ("annotation/", "annotation"),
     ("structure/", "structure"),
     ("authoring/", "authoring"),
+    ("output/", "output"),
+    ("describe/", "describe"),
+    ("scene/", "scene"),
+    ("exchange/run/", "run"),
+    ("exchange/conventions/", "conventions"),
+    ("exchange/source/", "source"),
+    ("exchange/model/", "model"),
+    ("exchange/import/", "import"),
+    ("exchange/export/", "export"),
+    ("exchange/certify/", "certify"),
     ("host/", "host"),
 )
 
@@ -61,7 +71,19 @@ MAY_INCLUDE = {
     "structure": MESHES,
     "producer": MESHES + ("structure",),
     "authoring": FRAMEWORK,
-    "host": FRAMEWORK + ("facade", "authoring"),
+    "output": ("api",),
+    "describe": ("api", "kernel", "gmk_interface", "output"),
+    "scene": ("api", "kernel", "gmk_interface"),
+    # What touches files and processes; what a scene of the exchange says in extension data; how a scene file is opened;
+    # models of other programs as documents of Open CASCADE.
+    "run": ("api", "output"),
+    "conventions": ("api",),
+    "source": ("api", "facade", "output"),
+    "model": ("api", "kernel"),
+    "import": ("api", "kernel", "authoring", "xml_util", "output", "run", "conventions", "model"),
+    "export": ("api", "kernel", "gmk_interface", "scene", "output", "run", "conventions", "source"),
+    "certify": ("api", "kernel", "scene", "output", "run", "conventions", "source", "model"),
+    "host": ("api", "kernel", "facade", "output", "describe", "scene", "run", "source", "import", "export", "certify"),
 }
 
 # Headers that everybody below the producer's top sees, and that therefore name other classes by declaration only.

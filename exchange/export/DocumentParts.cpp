@@ -1,0 +1,290 @@
+#include "exchange/export/DocumentParts.h"
+
+#include <BRep_Builder.hxx>
+#include <NCollection_DataMap.hxx>
+#include <Quantity_ColorRGBA.hxx>
+#include <TCollection_HAsciiString.hxx>
+#include <TDF_TagSource.hxx>
+#include <TDataStd_Name.hxx>
+#include <TNaming_Builder.hxx>
+#include <TopExp_Explorer.hxx>
+#include <TopTools_ShapeMapHasher.hxx>
+#include <TopoDS_Compound.hxx>
+#include <XCAFDoc_Area.hxx>
+#include <XCAFDoc_Centroid.hxx>
+#include <XCAFDoc_ColorTool.hxx>
+#include <XCAFDoc_DocumentTool.hxx>
+#include <XCAFDoc_LayerTool.hxx>
+#include <XCAFDoc_MaterialTool.hxx>
+#include <XCAFDoc_ShapeTool.hxx>
+#include <XCAFDoc_Volume.hxx>
+#include <cmath>
+#include <cstdlib>
+#include <limits>
+#include <nlohmann/json.hpp>
+#include <sstream>
+
+#include "exchange/export/CalloutFacts.h"
+#include "exchange/export/DocumentText.h"
+#include "framework/api/IAnnotationCallout.h"
+
+namespace KVR
+{
+
+namespace
+{
+
+using opencascade::handle;
+
+bool HasFaces(TopoDS_Shape const& shape)
+{
+    return TopExp_Explorer(shape, TopAbs_FACE).More();
+}
+
+// What the annotations of a scene speak of.
+std::vector<std::string> ReferencesOf(ExportTask const& task)
+{
+    std::vector<std::string> all;
+    for (ModelComponent const& component : task.scene.components)
+        for (ModelGeometry const& geometry : component.geometry)
+            if (auto const* const callout = dynamic_cast<IAnnotationCallout const*>(geometry.object))
+                for (std::string& id : ReferencesOf(*callout))
+                    all.push_back(std::move(id));
+    return all;
+}
+
+PartShapes::Options OptionsOf(ExportTask const& task, ShapeDocument const& document)
+{
+    PartShapes::Options options;
+    options.metresPerUnit = document.metresPerUnit;
+    options.meshFaces = task.options.meshFaces;
+    for (ModelLayer const& layer : task.scene.layers)
+        options.wantedSubShapes.insert(layer.items.begin(), layer.items.end());
+    for (std::string const& id : ReferencesOf(task))
+        options.wantedSubShapes.insert(id);
+    return options;
+}
+
+}  // namespace
+
+// The labels of bodies, faces and edges of a part, each made once.
+class DocumentParts::SubShapes
+{
+public:
+    explicit SubShapes(TDF_Label const& part) : m_part(part) {}
+
+    TDF_Label LabelOf(TopoDS_Shape const& shape)
+    {
+        if (TDF_Label const* const known = m_labels.Seek(shape))
+            return *known;
+        TDF_Label const label = TDF_TagSource::NewChild(m_part);
+        TNaming_Builder(label).Select(shape, shape);
+        m_labels.Bind(shape, label);
+        return label;
+    }
+
+private:
+    TDF_Label m_part;
+    NCollection_DataMap<TopoDS_Shape, TDF_Label, TopTools_ShapeMapHasher> m_labels;
+};
+
+DocumentParts::DocumentParts(ExportTask& task, ShapeDocument& document)
+    : m_task(task),
+      m_document(document),
+      m_shapes(XCAFDoc_DocumentTool::ShapeTool(document.document->Main())),
+      m_colors(XCAFDoc_DocumentTool::ColorTool(document.document->Main())),
+      m_partShapes(OptionsOf(task, document), document.notCarried)
+{
+    for (ModelLayer const& layer : task.scene.layers)
+    {
+        for (std::string const& item : layer.items)
+            m_layerItems.try_emplace(item);
+    }
+    for (std::string const& id : ReferencesOf(task))
+        m_targets.try_emplace(id);
+}
+
+TDF_Label DocumentParts::Add(ModelComponent const& component, gp_Mat const& change)
+{
+    std::vector<PartItem> const items = m_partShapes.Of(component, change);
+    // A part of one body is the body itself, unless that has a place, which a part has not.
+    // A point is no part by itself either.
+    bool const isWhole = items.size() == 1 && items.front().shape.Location().IsIdentity() &&
+                         items.front().geometry->kind != GeometryKind::kPoint;
+    TopoDS_Shape shape;
+    if (isWhole)
+    {
+        shape = items.front().shape;
+    }
+    else
+    {
+        TopoDS_Compound compound;
+        BRep_Builder builder;
+        builder.MakeCompound(compound);
+        for (PartItem const& item : items)
+            builder.Add(compound, item.shape);
+        shape = compound;
+    }
+    TDF_Label const part = m_shapes->AddShape(shape, Standard_False, Standard_False);
+    TDataStd_Name::Set(part, DocumentText(component.label));
+    Style(component, part, items, isWhole);
+    // Those of an assembly speak of all of it.
+    if (component.kind == ModelComponent::Kind::kPart)
+        AddProperties(component, part);
+    Note(component.id, {part});
+    NoteTarget(component.id, part, items.size() == 1 ? items.front().shape : TopoDS_Shape());
+    return part;
+}
+
+void DocumentParts::Style(ModelComponent const& component, TDF_Label const& part, std::vector<PartItem> const& items,
+                          bool isWhole)
+{
+    SubShapes subShapes(part);
+    if (!isWhole)
+    {
+        bool hasSurfaces = false;
+        for (PartItem const& item : items)
+            hasSurfaces = hasSurfaces || HasFaces(item.shape);
+        SetColor(part, m_task.scene.StyleOf(component.style), hasSurfaces);
+    }
+    for (PartItem const& item : items)
+    {
+        ModelGeometry const& geometry = *item.geometry;
+        bool const isPoint = geometry.kind == GeometryKind::kPoint;
+        std::string const& style = geometry.style.empty() && isWhole ? component.style : geometry.style;
+        ModelStyle const* const look = m_task.scene.StyleOf(style);
+        TDF_Label label = part;
+        if (!isWhole && !isPoint && (look || m_layerItems.count(geometry.id) > 0))
+            label = subShapes.LabelOf(item.shape);
+        if (isPoint && look && look->diffuse)
+            m_document.notCarried.Add("colours of points");
+        else if (look)
+            SetColor(label, look, HasFaces(item.shape));
+        if (isWhole && !geometry.isVisible)
+            m_colors->SetVisibility(part, Standard_False);
+        m_document.bodies.push_back({part, item.shape, geometry.label, !isWhole && !geometry.isVisible});
+        Note(geometry.id, {isPoint ? TDF_Label() : label, m_document.bodies.size() - 1});
+        NoteTarget(geometry.id, part, item.shape);
+        for (auto const& [shape, id] : item.subStyles)
+        {
+            if (ModelStyle const* const subLook = m_task.scene.StyleOf(id); subLook && subLook->diffuse)
+                SetColor(subShapes.LabelOf(shape), subLook, shape.ShapeType() == TopAbs_FACE);
+        }
+        for (auto const& [id, shape] : item.subShapes)
+        {
+            NoteTarget(id, part, shape);
+            if (m_layerItems.count(id) > 0)
+                Note(id, {subShapes.LabelOf(shape)});
+        }
+    }
+}
+
+void DocumentParts::SetColor(TDF_Label const& label, ModelStyle const* style, bool hasSurfaces) const
+{
+    if (!style || !style->diffuse)
+        return;
+    auto const& [red, green, blue] = *style->diffuse;
+    Quantity_ColorRGBA const color(Quantity_Color(red, green, blue, Quantity_TOC_sRGB),
+                                   static_cast<float>(style->opacity));
+    m_colors->SetColor(label, color, hasSurfaces ? XCAFDoc_ColorSurf : XCAFDoc_ColorCurv);
+}
+
+void DocumentParts::Note(std::string const& id, Member const& member)
+{
+    auto const found = m_layerItems.find(id);
+    if (found != m_layerItems.end())
+        found->second.push_back(member);
+}
+
+void DocumentParts::NoteTarget(std::string const& id, TDF_Label const& part, TopoDS_Shape const& shape)
+{
+    auto const found = m_targets.find(id);
+    if (found != m_targets.end())
+        found->second.push_back({part, shape});
+}
+
+std::optional<ShapeDocument::Target> DocumentParts::TargetOf(std::string const& id, TDF_Label const& part) const
+{
+    auto const found = m_targets.find(id);
+    if (found == m_targets.end() || found->second.empty())
+        return std::nullopt;
+    for (ShapeDocument::Target const& target : found->second)
+        if (target.part == part)
+            return target;
+    return found->second.front();
+}
+
+void DocumentParts::AddProperties(ModelComponent const& component, TDF_Label const& label)
+{
+    double const scale = component.metresPerUnit / m_document.metresPerUnit;
+    std::string material;
+    std::string description;
+    std::string densityType;
+    double density = 0.0;
+    unsigned long long others = 0;
+    for (ModelProperty const& property : component.properties)
+    {
+        nlohmann::json const value = nlohmann::json::parse(property.json, nullptr, false);
+        gp_XYZ point;
+        if (property.name == "geometric validation property: volume" && value.is_number())
+            XCAFDoc_Volume::Set(label, value.get<double>() * scale * scale * scale);
+        else if (property.name == "geometric validation property: area" && value.is_number())
+            XCAFDoc_Area::Set(label, value.get<double>() * scale * scale);
+        else if (property.name == "geometric validation property: centroid" && value.is_string() &&
+                 ReadTriple(value.get<std::string>(), point.ChangeCoord(1), point.ChangeCoord(2), point.ChangeCoord(3)))
+            XCAFDoc_Centroid::Set(label, gp_Pnt(scale * point));
+        else if (property.name == "material" && value.is_string())
+            material = value.get<std::string>();
+        else if (property.name == "material description" && value.is_string())
+            description = value.get<std::string>();
+        else if (property.name == "material density type" && value.is_string())
+            densityType = value.get<std::string>();
+        else if (property.name == "material density" && value.is_number())
+            density = value.get<double>();
+        else
+            ++others;
+    }
+    if (m_counted.insert(&component).second)
+        m_document.notCarried.Add("custom properties", others);
+    if (!material.empty())
+        XCAFDoc_DocumentTool::MaterialTool(label)->SetMaterial(
+            label, new TCollection_HAsciiString(material.c_str()), new TCollection_HAsciiString(description.c_str()),
+            density, new TCollection_HAsciiString("density measure"),
+            new TCollection_HAsciiString(densityType.empty() ? "POSITIVE_RATIO_MEASURE" : densityType.c_str()));
+}
+
+void DocumentParts::AddLayers()
+{
+    handle<XCAFDoc_LayerTool> const layers = XCAFDoc_DocumentTool::LayerTool(m_document.document->Main());
+    for (ModelLayer const& layer : m_task.scene.layers)
+    {
+        std::string const name = layer.label.empty() ? std::to_string(layer.number) : layer.label;
+        m_document.layers.push_back(name);
+        TDF_Label label;
+        bool hasMembers = false;
+        for (std::string const& item : layer.items)
+        {
+            std::vector<Member> const& members = m_layerItems[item];
+            if (members.empty())
+                m_document.notCarried.Add("members of layers that are no parts, bodies or faces");
+            for (Member const& member : members)
+            {
+                hasMembers = true;
+                if (member.label.IsNull())
+                {
+                    m_document.layersOfPoints.push_back({name, layer.isVisible, member.point});
+                    continue;
+                }
+                if (label.IsNull())
+                    label = layers->AddLayer(DocumentText(name), layer.isVisible);
+                layers->SetLayer(member.label, label);
+            }
+        }
+        if (!hasMembers)
+            m_document.notCarried.Add("layers without members");
+        else if (!label.IsNull() && !layer.isVisible)
+            layers->SetVisibility(label, Standard_False);
+    }
+}
+
+}  // namespace KVR

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <TDF_Label.hxx>
+#include <gp_Mat.hxx>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+#include "exchange/export/PartShapes.h"
+#include "exchange/export/ShapeDocument.h"
+
+class XCAFDoc_ColorTool;
+class XCAFDoc_ShapeTool;
+
+namespace KVR
+{
+
+/// Adds the geometry of components to a document as parts, with names, colours and validation properties.
+class DocumentParts
+{
+public:
+    DocumentParts(ExportTask& task, ShapeDocument& document);
+
+    /// A new part of the component's geometry after a change in its coordinates.
+    TDF_Label Add(ModelComponent const& component, gp_Mat const& change);
+    /// Gives a part or an assembly the validation properties and the material that its custom properties tell.
+    void AddProperties(ModelComponent const& component, TDF_Label const& label);
+    /// Puts parts, bodies and faces into the layers that name them. What STEP has no place for in a layer is counted.
+    void AddLayers();
+
+    /// What an id in the references of an annotation stands for: the shape in the part, or else the first one there is.
+    /// Nothing for what is no shape.
+    std::optional<ShapeDocument::Target> TargetOf(std::string const& id, TDF_Label const& part) const;
+
+    /// Colours a label, and what is below it; a style without a colour has no effect.
+    void SetColor(TDF_Label const& label, ModelStyle const* style, bool hasSurfaces) const;
+
+private:
+    class SubShapes;
+
+    void Style(ModelComponent const& component, TDF_Label const& part, std::vector<PartItem> const& items,
+               bool isWhole);
+    /// What an id in a layer stands for: a label, or a point by its place in the document's list of bodies.
+    struct Member
+    {
+        TDF_Label label;
+        std::size_t point = 0;
+    };
+
+    void Note(std::string const& id, Member const& member);
+    void NoteTarget(std::string const& id, TDF_Label const& part, TopoDS_Shape const& shape);
+
+    ExportTask& m_task;
+    ShapeDocument& m_document;
+    opencascade::handle<XCAFDoc_ShapeTool> m_shapes;
+    opencascade::handle<XCAFDoc_ColorTool> m_colors;
+    /// What layers name, with all that it is.
+    std::unordered_map<std::string, std::vector<Member>> m_layerItems;
+    /// What annotations speak of, with all that it is.
+    std::unordered_map<std::string, std::vector<ShapeDocument::Target>> m_targets;
+    /// Components whose properties were counted.
+    std::unordered_set<ModelComponent const*> m_counted;
+    PartShapes m_partShapes;
+};
+
+}  // namespace KVR

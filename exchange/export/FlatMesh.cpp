@@ -1,0 +1,186 @@
+#include "exchange/export/FlatMesh.h"
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <memory>
+
+#include "exchange/export/Decompose.h"
+#include "exchange/export/GeometryPlace.h"
+#include "exchange/export/OccurrenceLimit.h"
+#include "exchange/export/OccurrenceState.h"
+#include "framework/api/IPoint.h"
+
+namespace KVR
+{
+
+namespace
+{
+
+constexpr unsigned long long kMostOccurrences = 10'000'000;
+
+class Walk
+{
+public:
+    Walk(ExportTask& task, std::function<void(FlatGroup const&)> const& use,
+         std::function<void(FlatLines const&)> const& useLines)
+        : m_task(task), m_use(use), m_useLines(useLines)
+    {
+    }
+
+    void Component(ModelComponent const& component, OccurrenceState const& state, Matrix const& place,
+                   std::string const& name)
+    {
+        for (ModelGeometry const& geometry : component.geometry)
+            Geometry(geometry, component, state, place, name);
+        for (ModelPlacement const& placement : component.placements)
+        {
+            ModelComponent const& target = m_task.scene.components[placement.target];
+            OccurrenceState const below = state.Below(placement, target);
+            if (!below.isVisible)
+            {
+                m_task.notCarried.Add("hidden occurrences");
+                continue;
+            }
+            Matrix const scaling = Scaling(target.metresPerUnit / component.metresPerUnit);
+            Component(target, below, Product(place, Product(below.transform, scaling)),
+                      placement.label.empty() ? target.label : placement.label);
+        }
+    }
+
+private:
+    void Geometry(ModelGeometry const& geometry, ModelComponent const& component, OccurrenceState const& state,
+                  Matrix const& place, std::string const& name)
+    {
+        if (geometry.kind == GeometryKind::kBody && geometry.hasMesh)
+            return;
+        if (!state.IsVisible(geometry))
+        {
+            m_task.notCarried.Add("hidden pieces of geometry");
+            return;
+        }
+        bool const hasTriangles = geometry.kind == GeometryKind::kMesh || geometry.kind == GeometryKind::kBody;
+        if (geometry.kind == GeometryKind::kOther || (!hasTriangles && !m_useLines))
+        {
+            m_task.notCarried.Add("objects of the kind " + geometry.className);
+            return;
+        }
+        Matrix const all = Product(place, PlaceOf(geometry, component, state));
+        std::string const style = state.StyleOf(geometry);
+        bool const keeps = state.KeepsFaceStyles(geometry);
+        std::string const& label = name.empty() ? geometry.label : name;
+        if (hasTriangles)
+        {
+            for (TriangleGroups::Group const& group : GroupsOf(geometry).groups)
+                m_use({group, all, Mirrors(all),
+                       m_task.scene.StyleOf(keeps && !group.style.empty() ? group.style : style), label});
+            if (!GroupsOf(geometry).groups.empty())
+                return;
+        }
+        Polylines const lines = m_useLines ? LinesOf(geometry) : Polylines();
+        if (lines.empty())
+            m_task.notCarried.Add("pieces of geometry with nothing to draw");
+        else
+            m_useLines({lines, all, m_task.scene.StyleOf(style), label});
+    }
+
+    static Polylines LinesOf(ModelGeometry const& geometry)
+    {
+        switch (geometry.kind)
+        {
+            case GeometryKind::kBody:
+                return EdgesOf(*geometry.body);
+            case GeometryKind::kCurve:
+                return PiecesOf(*geometry.curve);
+            case GeometryKind::kPoint:
+            {
+                std::vector<float> const point{static_cast<float>(geometry.point->X()),
+                                               static_cast<float>(geometry.point->Y()),
+                                               static_cast<float>(geometry.point->Z())};
+                bool const isSomewhere =
+                    std::all_of(point.begin(), point.end(), [](float x) { return std::isfinite(x); });
+                return isSomewhere ? Polylines{point} : Polylines();
+            }
+            default:
+                return {};
+        }
+    }
+
+    TriangleGroups const& GroupsOf(ModelGeometry const& geometry)
+    {
+        auto& entry = m_groups[geometry.object];
+        if (!entry)
+        {
+            entry = std::make_unique<TriangleGroups>(
+                geometry.mesh ? TriangleGroups::Of(*geometry.mesh)
+                              : TriangleGroups::Of(*geometry.body, m_task.options.deflection));
+            m_task.notCarried.Add("polygons whose indices make no sense", entry->brokenPolygons);
+            m_task.notCarried.Add("faces that could not be meshed", entry->facesWithoutTriangles);
+        }
+        return *entry;
+    }
+
+    ExportTask& m_task;
+    std::function<void(FlatGroup const&)> const& m_use;
+    std::function<void(FlatLines const&)> const& m_useLines;
+    std::map<IObject const*, std::unique_ptr<TriangleGroups>> m_groups;
+};
+
+}  // namespace
+
+void ForEachTriangleGroup(ExportTask& task, std::function<void(FlatGroup const&)> const& use,
+                          std::function<void(FlatLines const&)> const& useLines)
+{
+    RefuseMoreOccurrences(task.scene, kMostOccurrences);
+    ModelComponent const& root = task.scene.components[task.scene.root];
+    Walk(task, use, useLines)
+        .Component(root, OccurrenceState(root), Scaling(root.metresPerUnit / task.scene.metresPerUnit), root.label);
+}
+
+namespace
+{
+
+std::array<double, 3> Turned(std::array<double, 3> const& v, std::array<double, 9> const& rows)
+{
+    return {rows[0] * v[0] + rows[1] * v[1] + rows[2] * v[2], rows[3] * v[0] + rows[4] * v[1] + rows[5] * v[2],
+            rows[6] * v[0] + rows[7] * v[1] + rows[8] * v[2]};
+}
+
+}  // namespace
+
+std::array<float, 3> PlacedPoint(Matrix const& transform, float const* point)
+{
+    std::array<float, 3> placed{};
+    for (std::size_t row = 0; row < 3; ++row)
+        placed[row] =
+            static_cast<float>(transform[4 * row] * static_cast<double>(point[0]) +
+                               transform[4 * row + 1] * static_cast<double>(point[1]) +
+                               transform[4 * row + 2] * static_cast<double>(point[2]) + transform[4 * row + 3]);
+    return placed;
+}
+
+std::array<float, 3> VertexOf(FlatGroup const& group, std::uint32_t index)
+{
+    return PlacedPoint(group.transform, group.triangles.positions.data() + 3 * std::size_t{index});
+}
+
+std::array<float, 3> NormalOf(FlatGroup const& group, std::uint32_t index)
+{
+    // By the cofactors, which keep it at right angles to the surface.
+    Matrix const& m = group.transform;
+    double const sign = group.isMirrored ? -1.0 : 1.0;
+    float const* const normal = group.triangles.normals.data() + 3 * std::size_t{index};
+    std::array<double, 3> const placed =
+        Turned({sign * static_cast<double>(normal[0]), sign * static_cast<double>(normal[1]),
+                sign * static_cast<double>(normal[2])},
+               {m[5] * m[10] - m[6] * m[9], m[6] * m[8] - m[4] * m[10], m[4] * m[9] - m[5] * m[8],
+                m[2] * m[9] - m[1] * m[10], m[0] * m[10] - m[2] * m[8], m[1] * m[8] - m[0] * m[9],
+                m[1] * m[6] - m[2] * m[5], m[2] * m[4] - m[0] * m[6], m[0] * m[5] - m[1] * m[4]});
+    double const length = std::hypot(placed[0], placed[1], placed[2]);
+    if (!(length > 0.0) || !std::isfinite(length))
+        return {0.0F, 0.0F, 1.0F};
+    return {static_cast<float>(placed[0] / length), static_cast<float>(placed[1] / length),
+            static_cast<float>(placed[2] / length)};
+}
+
+}  // namespace KVR

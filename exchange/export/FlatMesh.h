@@ -1,0 +1,48 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include "exchange/export/Export.h"
+#include "exchange/export/TriangleGroups.h"
+
+namespace KVR
+{
+
+/// An occurrence's triangles of one style, with the transform that brings them to the scene's coordinates and unit.
+struct FlatGroup
+{
+    TriangleGroups::Group const& triangles;
+    Matrix const& transform;
+    /// Whether triangles have to be turned over, since the transform mirrors.
+    bool isMirrored;
+    /// Null for none.
+    ModelStyle const* style;
+    std::string name;
+};
+
+/// An occurrence's curves, or the edges of a body without faces; a point is a line of one.
+struct FlatLines
+{
+    Polylines const& lines;
+    Matrix const& transform;
+    /// Null for none.
+    ModelStyle const* style;
+    std::string name;
+};
+
+/// Hands out the triangles of all visible occurrences of a scene, for formats without structure, and the lines, for
+/// those that have a place for them. Counts what has neither. Throws std::runtime_error for more than 10,000,000
+/// occurrences.
+void ForEachTriangleGroup(ExportTask& task, std::function<void(FlatGroup const&)> const& use,
+                          std::function<void(FlatLines const&)> const& useLines = {});
+
+/// A point of three numbers after a transform.
+std::array<float, 3> PlacedPoint(Matrix const& transform, float const* point);
+/// A vertex of a group, and its normal, in the scene's coordinates.
+std::array<float, 3> VertexOf(FlatGroup const& group, std::uint32_t index);
+std::array<float, 3> NormalOf(FlatGroup const& group, std::uint32_t index);
+
+}  // namespace KVR

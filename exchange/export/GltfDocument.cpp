@@ -1,0 +1,372 @@
+#include "exchange/export/GltfDocument.h"
+
+#include <cmath>
+#include <nlohmann/json.hpp>
+#include <stdexcept>
+
+#include "exchange/export/Decompose.h"
+#include "exchange/export/GeometryPlace.h"
+#include "exchange/export/OccurrenceLimit.h"
+#include "framework/api/kvr_api.h"
+
+namespace KVR
+{
+
+namespace
+{
+
+// Each is a node, which takes some kilobytes of memory until all is written.
+constexpr unsigned long long kMostOccurrences = 1'000'000;
+
+using tinygltf::Value;
+
+// glTF writes matrices column by column.
+std::vector<double> ColumnsOf(Matrix const& matrix)
+{
+    std::vector<double> columns;
+    for (std::size_t column = 0; column < 4; ++column)
+        for (std::size_t row = 0; row < 4; ++row)
+            columns.push_back(matrix[4 * row + column]);
+    return columns;
+}
+
+// Turns a direction upwards, which in glTF is y, the short way.
+Matrix TurnUp(std::array<double, 3> const& up)
+{
+    // The axis is up x y, and the cosine the y of up.
+    double const x = -up[2];
+    double const z = up[0];
+    double const cosine = up[1];
+    Matrix turn = kIdentity;
+    if (cosine < -1.0 + 1e-12)
+    {
+        turn[5] = turn[10] = -1.0;
+        return turn;
+    }
+    double const k = 1.0 / (1.0 + cosine);
+    turn = {cosine + x * x * k, -z, x * z * k, 0, z, cosine, -x, 0, x * z * k, x, cosine + z * z * k, 0, 0, 0, 0, 1};
+    return turn;
+}
+
+char const* KindText(ModelComponent::Kind kind)
+{
+    switch (kind)
+    {
+        case ModelComponent::Kind::kFile:
+            return "IFile";
+        case ModelComponent::Kind::kAssembly:
+            return "IAssembly";
+        case ModelComponent::Kind::kPart:
+            break;
+    }
+    return "IPart";
+}
+
+std::string LabelOf(std::string const& label, std::string const& id)
+{
+    return label.empty() ? id : label;
+}
+
+}  // namespace
+
+GltfDocument::GltfDocument(ExportTask& task) : m_task(task), m_scene(task.scene), m_colors(task.producer)
+{
+    m_model.asset.version = "2.0";
+    m_model.asset.generator = "kvr_xml_producer";
+    m_model.defaultScene = 0;
+    m_model.scenes.emplace_back();
+    m_model.buffers.emplace_back();
+    for (ModelLayer const& layer : m_scene.layers)
+        for (std::string const& item : layer.items)
+            m_layersOf[item].push_back(LabelOf(layer.label, layer.id));
+}
+
+void GltfDocument::Build()
+{
+    RefuseMoreOccurrences(m_scene, kMostOccurrences);
+    ModelComponent const& root = m_scene.components[m_scene.root];
+    Matrix const toScene = Product(TurnUp(m_scene.upVector), Scaling(root.metresPerUnit));
+    tinygltf::Node node;
+    node.name = LabelOf(root.label, root.id);
+    node.extras = Value(ExtrasOf(root.id, root.object));
+    if (toScene != kIdentity)
+        node.matrix = ColumnsOf(toScene);
+    int const index = AddNode(std::move(node), -1);
+    AddComponent(root, OccurrenceState(root), index);
+    AddCameras(TurnUp(m_scene.upVector));
+    AddExtras();
+    // A buffer without content is none.
+    if (m_model.buffers.front().data.empty())
+        m_model.buffers.clear();
+}
+
+int GltfDocument::AddNode(tinygltf::Node node, int parent)
+{
+    int const index = static_cast<int>(m_model.nodes.size());
+    m_model.nodes.push_back(std::move(node));
+    if (parent < 0)
+        m_model.scenes.front().nodes.push_back(index);
+    else
+        m_model.nodes[static_cast<std::size_t>(parent)].children.push_back(index);
+    return index;
+}
+
+Value::Object GltfDocument::ExtrasOf(std::string const& id, IObject const* object)
+{
+    Value::Object extras;
+    if (!id.empty())
+        extras["id"] = Value(id);
+    auto const layers = m_layersOf.find(id);
+    if (layers != m_layersOf.end())
+    {
+        Value::Array list;
+        for (std::string const& layer : layers->second)
+            list.emplace_back(layer);
+        extras["layers"] = Value(list);
+    }
+    if (!object)
+        return extras;
+    UTF8String persistentId;
+    if (object->VersionPersistentId(persistentId) == kIsValueSpecified_Yes)
+        extras["versionPersistentId"] = Value(std::string(persistentId.View()));
+    IUniverse const* const universe = m_task.producer.LoadUniverse();
+    PropertyDatabase const* const database = universe ? universe->PropertyDatabaseOf() : nullptr;
+    IdSet const ids = database ? object->PropertyIds() : IdSet();
+    Value::Object properties;
+    for (unsigned long long i = 0; i < ids.Size(); ++i)
+    {
+        IProperty const* property = nullptr;
+        if (database->PropertyAt(ids.At(i), property) != kIsValueSpecified_Yes || !property)
+            continue;
+        std::string const name(UTF8String(property->Name()).View());
+        UTF16String text;
+        double number = 0.0;
+        int integer = 0;
+        bool flag = false;
+        if (property->Value(text) == kIsValueSpecified_Yes)
+            properties[name] = Value(std::string(UTF8String(text).View()));
+        else if (property->Value(number) == kIsValueSpecified_Yes)
+            properties[name] = Value(number);
+        else if (property->Value(integer) == kIsValueSpecified_Yes)
+            properties[name] = Value(integer);
+        else if (property->Value(flag) == kIsValueSpecified_Yes)
+            properties[name] = Value(flag);
+    }
+    if (!properties.empty())
+        extras["properties"] = Value(properties);
+    return extras;
+}
+
+bool GltfDocument::SetTransform(tinygltf::Node& node, Matrix const& transform, int& inner)
+{
+    inner = -1;
+    if (transform == kIdentity)
+        return true;
+    if (!IsSolid(transform))
+    {
+        m_task.notCarried.Add("occurrences of which their transform leaves nothing");
+        return false;
+    }
+    if (HasRightAngles(transform))
+    {
+        node.matrix = ColumnsOf(transform);
+        return true;
+    }
+    TwoTransforms const two = TwoTransforms::Of(transform);
+    node.matrix = ColumnsOf(two.outer);
+    tinygltf::Node below;
+    below.matrix = ColumnsOf(two.inner);
+    inner = static_cast<int>(m_model.nodes.size());
+    m_model.nodes.push_back(std::move(below));
+    node.children.push_back(inner);
+    return true;
+}
+
+void GltfDocument::AddComponent(ModelComponent const& component, OccurrenceState const& state, int node)
+{
+    if (!component.properties.empty())
+    {
+        Value::Object properties;
+        for (ModelProperty const& property : component.properties)
+        {
+            auto const value = nlohmann::json::parse(property.json, nullptr, false);
+            properties[property.name] = value.is_string()    ? Value(value.get<std::string>())
+                                        : value.is_boolean() ? Value(value.get<bool>())
+                                        : value.is_number()  ? Value(value.get<double>())
+                                                             : Value();
+        }
+        Value const& extras = m_model.nodes[static_cast<std::size_t>(node)].extras;
+        Value::Object all = extras.IsObject() ? extras.Get<Value::Object>() : Value::Object();
+        all["componentProperties"] = Value(properties);
+        m_model.nodes[static_cast<std::size_t>(node)].extras = Value(all);
+    }
+    for (ModelGeometry const& geometry : component.geometry)
+        AddGeometry(geometry, component, state, node);
+    for (ModelPlacement const& placement : component.placements)
+    {
+        ModelComponent const& target = m_scene.components[placement.target];
+        OccurrenceState const below = state.Below(placement, target);
+        if (!below.isVisible)
+        {
+            m_task.notCarried.Add("hidden occurrences");
+            continue;
+        }
+        tinygltf::Node child;
+        std::string const& label = placement.label.empty() ? target.label : placement.label;
+        child.name = LabelOf(label, placement.id.empty() ? target.id : placement.id);
+        Value::Object extras = ExtrasOf(placement.id.empty() ? target.id : placement.id,
+                                        placement.object ? placement.object : target.object);
+        extras["kind"] = Value(std::string(KindText(target.kind)));
+        if (!placement.id.empty())
+        {
+            extras["component"] = Value(target.id);
+            extras["componentLabel"] = Value(target.label);
+        }
+        child.extras = Value(extras);
+        int inner = -1;
+        if (!SetTransform(child, Product(below.transform, Scaling(target.metresPerUnit / component.metresPerUnit)),
+                          inner))
+            continue;
+        int const index = AddNode(std::move(child), node);
+        AddComponent(target, below, inner >= 0 ? inner : index);
+    }
+}
+
+void GltfDocument::AddGeometry(ModelGeometry const& geometry, ModelComponent const& component,
+                               OccurrenceState const& state, int parent)
+{
+    // The mesh of a body stands for it, whether the body is shown or not.
+    if (geometry.kind == GeometryKind::kBody && geometry.hasMesh)
+        return;
+    if (!state.IsVisible(geometry))
+    {
+        m_task.notCarried.Add("hidden pieces of geometry");
+        return;
+    }
+    if (geometry.kind == GeometryKind::kOther)
+    {
+        m_task.notCarried.Add("objects of the kind " + geometry.className);
+        return;
+    }
+    int const mesh = MeshOf(geometry, state);
+    if (mesh < 0)
+        return;
+    tinygltf::Node node;
+    node.name = LabelOf(geometry.label, geometry.id);
+    node.mesh = mesh;
+    Value::Object extras = ExtrasOf(geometry.id, geometry.object);
+    if (!geometry.bodyId.empty())
+        extras["body"] = Value(geometry.bodyId);
+    node.extras = Value(extras);
+    int inner = -1;
+    if (!SetTransform(node, PlaceOf(geometry, component, state), inner))
+        return;
+    if (inner >= 0)
+        std::swap(m_model.nodes[static_cast<std::size_t>(inner)].mesh, node.mesh);
+    AddNode(std::move(node), parent);
+}
+
+int GltfDocument::MeshOf(ModelGeometry const& geometry, OccurrenceState const& state)
+{
+    MeshKey const key{geometry.object, state.StyleOf(geometry), state.KeepsFaceStyles(geometry)};
+    auto const [entry, isNew] = m_meshes.try_emplace(key, -1);
+    if (isNew)
+        entry->second = MakeMesh(geometry, std::get<1>(key), std::get<2>(key));
+    return entry->second;
+}
+
+int GltfDocument::MakeMesh(ModelGeometry const& geometry, std::string const& style, bool keepsFaceStyles)
+{
+    tinygltf::Mesh mesh;
+    mesh.name = LabelOf(geometry.label, geometry.id);
+    for (Drawing const& drawing : DrawingsOf(geometry))
+    {
+        tinygltf::Primitive& primitive = mesh.primitives.emplace_back(drawing.primitive);
+        primitive.material =
+            MaterialOf(keepsFaceStyles && !drawing.style.empty() ? drawing.style : style, drawing.isCurve);
+    }
+    if (mesh.primitives.empty())
+        return -1;
+    m_model.meshes.push_back(std::move(mesh));
+    return static_cast<int>(m_model.meshes.size()) - 1;
+}
+
+std::vector<GltfDocument::Drawing> const& GltfDocument::DrawingsOf(ModelGeometry const& geometry)
+{
+    auto const [entry, isNew] = m_drawings.try_emplace(geometry.object);
+    std::vector<Drawing>& drawings = entry->second;
+    if (!isNew)
+        return drawings;
+    switch (geometry.kind)
+    {
+        case GeometryKind::kMesh:
+        {
+            TriangleGroups const groups = TriangleGroups::Of(*geometry.mesh);
+            m_task.notCarried.Add("polygons whose indices make no sense", groups.brokenPolygons);
+            AddTriangles(drawings, groups);
+            break;
+        }
+        case GeometryKind::kBody:
+        {
+            TriangleGroups const groups = TriangleGroups::Of(*geometry.body, m_task.options.deflection);
+            m_task.notCarried.Add("faces that could not be meshed", groups.facesWithoutTriangles);
+            AddTriangles(drawings, groups);
+            if (groups.groups.empty())
+                AddLines(drawings, EdgesOf(*geometry.body));
+            break;
+        }
+        case GeometryKind::kCurve:
+            AddLines(drawings, PiecesOf(*geometry.curve));
+            break;
+        case GeometryKind::kPoint:
+            AddPoint(drawings, *geometry.point);
+            break;
+        case GeometryKind::kOther:
+            break;
+    }
+    if (drawings.empty())
+        m_task.notCarried.Add("pieces of geometry with nothing to draw");
+    return drawings;
+}
+
+void GltfDocument::AddTriangles(std::vector<Drawing>& drawings, TriangleGroups const& groups)
+{
+    for (TriangleGroups::Group const& group : groups.groups)
+    {
+        Drawing& drawing = drawings.emplace_back();
+        drawing.style = group.style;
+        drawing.primitive.mode = TINYGLTF_MODE_TRIANGLES;
+        drawing.primitive.attributes["POSITION"] = AddFloats(group.positions, TINYGLTF_TYPE_VEC3, true);
+        if (group.hasNormals)
+            drawing.primitive.attributes["NORMAL"] = AddFloats(group.normals, TINYGLTF_TYPE_VEC3, false);
+        if (group.hasTexture)
+            drawing.primitive.attributes["TEXCOORD_0"] = AddFloats(group.texture, TINYGLTF_TYPE_VEC2, false);
+        drawing.primitive.indices = AddIndices(group.indices, group.positions.size() / 3);
+    }
+}
+
+void GltfDocument::AddLines(std::vector<Drawing>& drawings, Polylines const& lines)
+{
+    for (std::vector<float> const& line : lines)
+    {
+        Drawing& drawing = drawings.emplace_back();
+        drawing.isCurve = true;
+        drawing.primitive.mode = TINYGLTF_MODE_LINE_STRIP;
+        drawing.primitive.attributes["POSITION"] = AddFloats(line, TINYGLTF_TYPE_VEC3, true);
+    }
+}
+
+void GltfDocument::AddPoint(std::vector<Drawing>& drawings, IPoint const& point)
+{
+    std::vector<float> const position{static_cast<float>(point.X()), static_cast<float>(point.Y()),
+                                      static_cast<float>(point.Z())};
+    for (float const x : position)
+        if (!std::isfinite(x))
+            return;
+    Drawing& drawing = drawings.emplace_back();
+    drawing.isCurve = true;
+    drawing.primitive.mode = TINYGLTF_MODE_POINTS;
+    drawing.primitive.attributes["POSITION"] = AddFloats(position, TINYGLTF_TYPE_VEC3, true);
+}
+
+}  // namespace KVR

@@ -1,0 +1,76 @@
+#pragma once
+
+#include <tiny_gltf.h>
+
+#include <map>
+#include <string>
+#include <tuple>
+#include <vector>
+
+#include "exchange/export/DefaultColors.h"
+#include "exchange/export/Export.h"
+#include "exchange/export/OccurrenceState.h"
+#include "exchange/export/TriangleGroups.h"
+
+namespace KVR
+{
+
+/// Builds a glTF document of a scene. Lengths in it are metres, and up is y.
+class GltfDocument
+{
+public:
+    explicit GltfDocument(ExportTask& task);
+
+    /// Throws std::runtime_error for a scene of more occurrences than a document can hold.
+    void Build();
+
+    tinygltf::Model& Model() noexcept { return m_model; }
+
+private:
+    /// An object, its style, and whether its faces keep theirs.
+    using MeshKey = std::tuple<IObject const*, std::string, bool>;
+
+    struct Drawing
+    {
+        /// Of its own; empty for that of the whole.
+        std::string style;
+        tinygltf::Primitive primitive;
+        /// Also for points.
+        bool isCurve = false;
+    };
+
+    int AddNode(tinygltf::Node node, int parent);
+    void AddComponent(ModelComponent const& component, OccurrenceState const& state, int node);
+    void AddGeometry(ModelGeometry const& geometry, ModelComponent const& component, OccurrenceState const& state,
+                     int parent);
+    /// -1 for geometry of which there is nothing to draw.
+    int MeshOf(ModelGeometry const& geometry, OccurrenceState const& state);
+    int MakeMesh(ModelGeometry const& geometry, std::string const& style, bool keepsFaceStyles);
+    int MaterialOf(std::string const& style, bool isCurve);
+    /// The primitives of geometry, without materials; made once for all styles.
+    std::vector<Drawing> const& DrawingsOf(ModelGeometry const& geometry);
+    void AddTriangles(std::vector<Drawing>& drawings, TriangleGroups const& groups);
+    void AddLines(std::vector<Drawing>& drawings, Polylines const& lines);
+    void AddPoint(std::vector<Drawing>& drawings, IPoint const& point);
+    int AddFloats(std::vector<float> const& values, int type, bool hasRange);
+    int AddIndices(std::vector<std::uint32_t> const& indices, std::size_t vertexCount);
+    int AddView(void const* bytes, std::size_t size, int target);
+    /// False, and counted, for a transform that leaves nothing of what it places.
+    bool SetTransform(tinygltf::Node& node, Matrix const& transform, int& inner);
+    void AddCameras(Matrix const& root);
+    void AddExtras();
+    tinygltf::Value::Object ExtrasOf(std::string const& id, IObject const* object);
+
+    ExportTask& m_task;
+    SceneModel const& m_scene;
+    DefaultColors m_colors;
+    tinygltf::Model m_model;
+    std::map<MeshKey, int> m_meshes;
+    std::unordered_map<IObject const*, std::vector<Drawing>> m_drawings;
+    /// By style, and whether it is a curve's own colour.
+    std::map<std::pair<std::string, bool>, int> m_materials;
+    std::unordered_map<std::string, std::vector<std::string>> m_layersOf;
+    std::map<std::string, int> m_cameraNodes;
+};
+
+}  // namespace KVR

@@ -1,0 +1,334 @@
+#include <fmt/compile.h>
+#include <fmt/format.h>
+
+#include <bit>
+#include <cerrno>
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <iterator>
+#include <map>
+#include <memory>
+#include <stdexcept>
+#include <system_error>
+
+#include "exchange/export/DefaultColors.h"
+#include "exchange/export/FlatMesh.h"
+#include "exchange/export/Formats.h"
+
+// Formats of triangles without structure: STL, OBJ and PLY, in the scene's unit of length.
+namespace KVR
+{
+
+namespace
+{
+
+static_assert(std::endian::native == std::endian::little, "the bytes of these formats start with the lowest");
+
+// A file whose every failure is an exception.
+class CheckedFile
+{
+public:
+    explicit CheckedFile(std::string const& path) : m_file(std::fopen(path.c_str(), "wb"))
+    {
+        if (!m_file)
+            Fail();
+    }
+
+    template <class Value>
+    void Put(Value const& value)
+    {
+        Bytes(&value, sizeof value);
+    }
+    void Text(std::string_view text) { Bytes(text.data(), text.size()); }
+    void Bytes(void const* bytes, std::size_t size)
+    {
+        if (size > 0 && std::fwrite(bytes, 1, size, m_file.get()) != size)
+            Fail();
+    }
+    // Writes over what stands at a place.
+    void Patch(long place, std::string_view bytes)
+    {
+        if (std::fseek(m_file.get(), place, SEEK_SET) != 0)
+            Fail();
+        Text(bytes);
+    }
+    void Close()
+    {
+        if (std::fclose(m_file.release()) != 0)
+            Fail();
+    }
+
+private:
+    [[noreturn]] static void Fail() { throw std::system_error(errno != 0 ? errno : EIO, std::generic_category()); }
+
+    struct Closer
+    {
+        void operator()(std::FILE* file) const { std::fclose(file); }
+    };
+    std::unique_ptr<std::FILE, Closer> m_file;
+};
+
+std::array<std::uint32_t, 3> CornersOf(FlatGroup const& group, std::size_t triangle)
+{
+    std::uint32_t const* const corner = group.triangles.indices.data() + 3 * triangle;
+    if (group.isMirrored)
+        return {corner[0], corner[2], corner[1]};
+    return {corner[0], corner[1], corner[2]};
+}
+
+unsigned char ByteOf(double fraction)
+{
+    return static_cast<unsigned char>(std::lround(fraction * 255.0));
+}
+
+// A text for a line of its own.
+std::string Word(std::string text)
+{
+    for (char& c : text)
+        if (static_cast<unsigned char>(c) <= ' ')
+            c = '_';
+    return text.empty() ? "unnamed" : text;
+}
+
+}  // namespace
+
+void ExportStl(ExportTask& task)
+{
+    CheckedFile file(task.path);
+    std::string head(80, ' ');
+    constexpr std::string_view kHead = "kvr_xml_producer";
+    head.replace(0, kHead.size(), kHead);
+    file.Text(head);
+    std::uint32_t count = 0;
+    file.Put(count);
+    ForEachTriangleGroup(
+        task,
+        [&](FlatGroup const& group)
+        {
+            for (std::size_t i = 0; i < group.triangles.indices.size() / 3; ++i)
+            {
+                auto const corners = CornersOf(group, i);
+                std::array<std::array<float, 3>, 3> points;
+                for (std::size_t corner = 0; corner < 3; ++corner)
+                    points[corner] = VertexOf(group, corners[corner]);
+                std::array<float, 3> normal{};
+                double length = 0.0;
+                for (std::size_t axis = 0; axis < 3; ++axis)
+                {
+                    std::size_t const next = (axis + 1) % 3;
+                    std::size_t const last = (axis + 2) % 3;
+                    normal[axis] = (points[1][next] - points[0][next]) * (points[2][last] - points[0][last]) -
+                                   (points[1][last] - points[0][last]) * (points[2][next] - points[0][next]);
+                    length += static_cast<double>(normal[axis]) * static_cast<double>(normal[axis]);
+                }
+                length = std::sqrt(length);
+                for (float& x : normal)
+                    x = length > 0.0 && std::isfinite(length) ? static_cast<float>(static_cast<double>(x) / length)
+                                                              : 0.0f;
+                file.Put(normal);
+                file.Put(points);
+                file.Put(std::uint16_t{0});
+                if (++count == 0)
+                    throw std::runtime_error("it has more triangles than an STL file can hold");
+            }
+        });
+    file.Patch(80, {reinterpret_cast<char const*>(&count), sizeof count});
+    file.Close();
+}
+
+namespace
+{
+
+class ObjWriter
+{
+public:
+    explicit ObjWriter(ExportTask& task)
+        : m_task(task),
+          m_colors(task.producer),
+          m_library(std::filesystem::path(task.path).replace_extension(".mtl")),
+          m_file(task.path)
+    {
+    }
+
+    void Write()
+    {
+        m_file.Text(fmt::format("# kvr_xml_producer\nmtllib {}\n", m_library.filename().string()));
+        ForEachTriangleGroup(
+            m_task, [this](FlatGroup const& group) { Put(group); }, [this](FlatLines const& lines) { Put(lines); });
+        m_file.Close();
+        CheckedFile library(m_library.string());
+        library.Text(m_materialText);
+        library.Close();
+    }
+
+private:
+    void Put(FlatGroup const& group)
+    {
+        Begin(group.name, group.style, false);
+        std::size_t const count = group.triangles.positions.size() / 3;
+        for (std::size_t i = 0; i < count; ++i)
+            Put("v", VertexOf(group, static_cast<std::uint32_t>(i)));
+        if (group.triangles.hasNormals)
+            for (std::size_t i = 0; i < count; ++i)
+                Put("vn", NormalOf(group, static_cast<std::uint32_t>(i)));
+        if (group.triangles.hasTexture)
+            for (std::size_t i = 0; i < count; ++i)
+                // Here the second one counts from the bottom.
+                m_text += fmt::format(FMT_COMPILE("vt {} {}\n"), group.triangles.texture[2 * i],
+                                      1.0F - group.triangles.texture[2 * i + 1]);
+        for (std::size_t i = 0; i < group.triangles.indices.size() / 3; ++i)
+        {
+            m_text += 'f';
+            for (std::uint32_t const corner : CornersOf(group, i))
+                PutCorner(group.triangles, corner);
+            m_text += '\n';
+            Flush(kBlock);
+        }
+        m_vertices += count;
+        m_normals += group.triangles.hasNormals ? count : 0;
+        m_textures += group.triangles.hasTexture ? count : 0;
+        Flush(0);
+    }
+
+    void PutCorner(TriangleGroups::Group const& triangles, std::uint32_t corner)
+    {
+        auto const out = std::back_inserter(m_text);
+        fmt::format_to(out, FMT_COMPILE(" {}"), m_vertices + corner + 1);
+        if (triangles.hasTexture)
+            fmt::format_to(out, FMT_COMPILE("/{}"), m_textures + corner + 1);
+        if (triangles.hasNormals)
+            fmt::format_to(out, FMT_COMPILE("{}/{}"), triangles.hasTexture ? "" : "/", m_normals + corner + 1);
+    }
+
+    void Put(FlatLines const& lines)
+    {
+        Begin(lines.name, lines.style, true);
+        for (std::vector<float> const& line : lines.lines)
+        {
+            std::size_t const count = line.size() / 3;
+            for (std::size_t i = 0; i < count; ++i)
+                Put("v", PlacedPoint(lines.transform, line.data() + 3 * i));
+            m_text += count == 1 ? 'p' : 'l';
+            for (std::size_t i = 0; i < count; ++i)
+                fmt::format_to(std::back_inserter(m_text), FMT_COMPILE(" {}"), ++m_vertices);
+            m_text += '\n';
+        }
+        Flush(0);
+    }
+
+    void Put(char const* word, std::array<float, 3> const& numbers)
+    {
+        fmt::format_to(std::back_inserter(m_text), FMT_COMPILE("{} {} {} {}\n"), word, numbers[0], numbers[1],
+                       numbers[2]);
+        Flush(kBlock);
+    }
+
+    void Begin(std::string const& name, ModelStyle const* style, bool isCurve)
+    {
+        bool const hasColor = style && style->diffuse;
+        auto const [entry, isNew] = m_materials.try_emplace({hasColor ? style : nullptr, !hasColor && isCurve});
+        if (isNew)
+        {
+            // With a number, since ids may differ in what a word has no place for.
+            entry->second = fmt::format("{}.{}",
+                                        hasColor  ? Word(style->id)
+                                        : isCurve ? "curve"
+                                                  : "surface",
+                                        m_materials.size());
+            std::array<double, 3> const color = hasColor  ? *style->diffuse
+                                                : isCurve ? m_colors.curve
+                                                          : m_colors.surface;
+            m_materialText += fmt::format("newmtl {}\nKd {} {} {}\nd {}\n", entry->second, color[0], color[1], color[2],
+                                          hasColor ? style->opacity : 1.0);
+            if (hasColor && style->emission)
+                m_materialText +=
+                    fmt::format("Ke {} {} {}\n", (*style->emission)[0], (*style->emission)[1], (*style->emission)[2]);
+        }
+        m_text += fmt::format("o {}\nusemtl {}\n", Word(name), entry->second);
+    }
+
+    void Flush(std::size_t above)
+    {
+        if (m_text.size() <= above)
+            return;
+        m_file.Text(m_text);
+        m_text.clear();
+    }
+
+    static constexpr std::size_t kBlock = std::size_t{64} * 1024;
+
+    ExportTask& m_task;
+    DefaultColors m_colors;
+    std::filesystem::path m_library;
+    CheckedFile m_file;
+    std::string m_text;
+    std::string m_materialText;
+    /// The materials' names by style, and whether it is the colour of curves without one.
+    std::map<std::pair<ModelStyle const*, bool>, std::string> m_materials;
+    std::size_t m_vertices = 0;
+    std::size_t m_normals = 0;
+    std::size_t m_textures = 0;
+};
+
+}  // namespace
+
+void ExportObj(ExportTask& task)
+{
+    ObjWriter(task).Write();
+}
+
+void ExportPly(ExportTask& task)
+{
+    // The counts stand in the head with room for the longest.
+    static constexpr char kHead[] =
+        "ply\nformat binary_little_endian 1.0\ncomment kvr_xml_producer\nelement vertex {:<10}\nproperty float x\n"
+        "property float y\nproperty float z\nelement face {:<10}\nproperty list uchar int vertex_indices\n"
+        "property uchar red\nproperty uchar green\nproperty uchar blue\nproperty uchar alpha\nend_header\n";
+    DefaultColors const colors(task.producer);
+    std::string const facesPath = task.path + ".faces";
+    std::uint32_t vertexCount = 0;
+    std::uint32_t faceCount = 0;
+    CheckedFile file(task.path);
+    file.Text(fmt::format(kHead, 0, 0));
+    {
+        // Vertices stand in front of all faces, which wait in a file of their own.
+        CheckedFile faces(facesPath);
+        ForEachTriangleGroup(task,
+                             [&](FlatGroup const& group)
+                             {
+                                 std::size_t const count = group.triangles.positions.size() / 3;
+                                 if (count > 0x7FFFFFFF - vertexCount)
+                                     throw std::runtime_error("it has more vertices than a PLY file can hold");
+                                 for (std::size_t i = 0; i < count; ++i)
+                                     file.Put(VertexOf(group, static_cast<std::uint32_t>(i)));
+                                 std::array<double, 3> const color =
+                                     group.style && group.style->diffuse ? *group.style->diffuse : colors.surface;
+                                 std::array<unsigned char, 4> const bytes{
+                                     ByteOf(color[0]), ByteOf(color[1]), ByteOf(color[2]),
+                                     ByteOf(group.style ? group.style->opacity : 1.0)};
+                                 for (std::size_t i = 0; i < group.triangles.indices.size() / 3; ++i, ++faceCount)
+                                 {
+                                     faces.Put(std::uint8_t{3});
+                                     for (std::uint32_t const corner : CornersOf(group, i))
+                                         faces.Put(vertexCount + corner);
+                                     faces.Put(bytes);
+                                 }
+                                 vertexCount += static_cast<std::uint32_t>(count);
+                             });
+        faces.Close();
+    }
+    std::unique_ptr<std::FILE, int (*)(std::FILE*)> const faces(std::fopen(facesPath.c_str(), "rb"), &std::fclose);
+    if (!faces)
+        throw std::system_error(errno, std::generic_category());
+    std::array<char, 65536> block;
+    for (std::size_t size = std::fread(block.data(), 1, block.size(), faces.get()); size > 0;
+         size = std::fread(block.data(), 1, block.size(), faces.get()))
+        file.Bytes(block.data(), size);
+    std::filesystem::remove(facesPath);
+    file.Patch(0, fmt::format(kHead, vertexCount, faceCount));
+    file.Close();
+}
+
+}  // namespace KVR

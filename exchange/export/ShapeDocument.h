@@ -1,0 +1,125 @@
+#pragma once
+
+#include <TDF_Label.hxx>
+#include <TDF_LabelSequence.hxx>
+#include <TDocStd_Document.hxx>
+#include <TopoDS_Shape.hxx>
+#include <gp_Ax2.hxx>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "exchange/conventions/AnnotationDetails.h"
+#include "exchange/export/Export.h"
+#include "framework/api/Enums.h"
+
+namespace KVR
+{
+
+/// A document of Open CASCADE (XCAF) with what a scene serves, and beside it what such a document has no place for. All
+/// texts are UTF-8, all lengths in the document's unit.
+struct ShapeDocument
+{
+    explicit ShapeDocument(NotCarriedCounts& counts) : notCarried(counts) {}
+
+    /// A body, as the shape that stands in the document.
+    struct Body
+    {
+        TDF_Label part;
+        TopoDS_Shape shape;
+        std::string name;
+        bool isHidden = false;
+    };
+
+    /// A layer that a point is in, which no document can say.
+    struct LayerOfPoint
+    {
+        std::string layer;
+        bool isVisible = true;
+        /// The place of the point in the list of bodies.
+        std::size_t body = 0;
+    };
+
+    /// What a document cannot say of the look of an occurrence.
+    struct Look
+    {
+        /// Components from the top to the part.
+        TDF_LabelSequence path;
+        double opacity = 1.0;
+        /// Whether the colour in the document is no more than a place for the visibility.
+        bool isColorless = false;
+    };
+
+    struct View
+    {
+        std::string name;
+        bool isPerspective = false;
+        /// The eye, with the direction to the eye as its main direction, and upwards as its y direction.
+        gp_Ax2 eye;
+        double distance = 0.0;
+        double width = 0.0;
+        double height = 0.0;
+        std::optional<double> nearDistance;
+        std::optional<double> farDistance;
+        /// Planes that cut away what their main directions point at.
+        std::vector<gp_Ax2> cuts;
+        /// A camera by itself looks at everything.
+        bool showsAll = true;
+        /// What the view names: products by their labels, or callouts by their ids.
+        struct Member
+        {
+            TDF_Label product;
+            std::string callout;
+        };
+        std::vector<Member> members;
+    };
+
+    /// A shape that an annotation speaks of.
+    struct Target
+    {
+        TDF_Label part;
+        /// Null for all of a part of several bodies.
+        TopoDS_Shape shape;
+    };
+
+    struct Callout
+    {
+        TDF_Label part;
+        std::string id;
+        /// Which copy of its component it belongs to; its own is the empty one.
+        std::string variant;
+        std::string label;
+        std::string text;
+        std::optional<gp_Ax2> plane;
+        /// Curves in the coordinates of the part, and what their element is called.
+        std::vector<TopoDS_Shape> curves;
+        std::string drawingLabel;
+        /// "dimension", "tolerance" or "datum"; empty for what is only drawn.
+        std::string kind;
+        AnnotationDetails details;
+        /// What it speaks of, by ids and by shapes; of a distance, what it goes to apart from the rest.
+        std::vector<std::string> references;
+        std::vector<Target> first;
+        std::vector<Target> second;
+    };
+
+    opencascade::handle<TDocStd_Document> document;
+    UnitTypeEnum unit = kUnitType_Millimeter;
+    double metresPerUnit = 1e-3;
+    std::string title;
+    std::string author;
+    std::string organization;
+    std::string authorisation;
+    std::vector<Body> bodies;
+    std::vector<LayerOfPoint> layersOfPoints;
+    /// The names of all layers, in the scene's order.
+    std::vector<std::string> layers;
+    std::vector<Look> looks;
+    /// Parts whose colour in the document is no more than a base for those of their occurrences.
+    std::vector<TDF_Label> colorlessParts;
+    std::vector<View> views;
+    std::vector<Callout> callouts;
+    NotCarriedCounts& notCarried;
+};
+
+}  // namespace KVR

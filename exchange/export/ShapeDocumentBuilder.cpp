@@ -1,0 +1,259 @@
+#include "exchange/export/ShapeDocumentBuilder.h"
+
+#include <TDataStd_Name.hxx>
+#include <UnitsMethods_LengthUnit.hxx>
+#include <XCAFApp_Application.hxx>
+#include <XCAFDoc_DocumentTool.hxx>
+#include <XCAFDoc_ShapeTool.hxx>
+#include <algorithm>
+#include <cmath>
+#include <stdexcept>
+
+#include "exchange/export/DocumentDrawings.h"
+#include "exchange/export/DocumentLooks.h"
+#include "exchange/export/DocumentText.h"
+#include "exchange/export/ShapePlacement.h"
+#include "exchange/export/StepUnit.h"
+#include "framework/api/FileProperties.h"
+#include "framework/api/IComponent.h"
+#include "framework/api/IFile.h"
+#include "framework/api/UTF16String.h"
+#include "framework/api/UTF8String.h"
+
+namespace KVR
+{
+
+namespace
+{
+
+// Open CASCADE's writer goes through every occurrence.
+constexpr double kMostOccurrences = 1'000'000.0;
+
+gp_Mat Unit()
+{
+    gp_Mat unit;
+    unit.SetIdentity();
+    return unit;
+}
+
+std::string NameOf(std::string const& label, std::string const& id)
+{
+    return label.empty() ? id : label;
+}
+
+std::string KeyOf(std::size_t component, gp_Mat const& change, std::vector<ModelOverride const*> const& overrides)
+{
+    std::string key;
+    auto const append = [&](void const* bytes, std::size_t size) { key.append(static_cast<char const*>(bytes), size); };
+    auto const elements = ElementsOf(change);
+    append(&component, sizeof component);
+    append(elements.data(), sizeof elements);
+    append(overrides.data(), overrides.size() * sizeof(void*));
+    return key;
+}
+
+bool IsFreeFile(ModelComponent const& component)
+{
+    return component.kind == ModelComponent::Kind::kFile && component.geometry.empty() &&
+           std::all_of(component.placements.begin(), component.placements.end(),
+                       [](ModelPlacement const& placement) { return placement.object == nullptr; });
+}
+
+// Whether there is geometry that may become a shape.
+bool HasOwnGeometry(ModelComponent const& component)
+{
+    return std::any_of(component.geometry.begin(), component.geometry.end(),
+                       [](ModelGeometry const& geometry)
+                       { return geometry.kind != GeometryKind::kOther && geometry.bodyId.empty(); });
+}
+
+}  // namespace
+
+ShapeDocumentBuilder::ShapeDocumentBuilder(ExportTask& task, ShapeDocument& document)
+    : m_task(task), m_scene(task.scene), m_document(document)
+{
+}
+
+void ShapeDocumentBuilder::Build()
+{
+    CheckSize();
+    if (StepUnitOf(m_scene.unit))
+    {
+        m_document.unit = m_scene.unit;
+        m_document.metresPerUnit = m_scene.metresPerUnit;
+    }
+    XCAFApp_Application::GetApplication()->NewDocument("BinXCAF", m_document.document);
+    XCAFDoc_DocumentTool::SetLengthUnit(m_document.document, m_document.metresPerUnit, UnitsMethods_LengthUnit_Meter);
+    XCAFDoc_ShapeTool::SetAutoNaming(Standard_False);
+    m_shapes = XCAFDoc_DocumentTool::ShapeTool(m_document.document->Main());
+    m_parts = std::make_unique<DocumentParts>(m_task, m_document);
+    AddRoots();
+    m_shapes->UpdateAssemblies();
+    DocumentLooks looks(m_task, m_document, *m_parts);
+    for (DocumentVariant const* const variant : m_inOrder)
+        looks.Carry(*variant);
+    looks.CountOverridesOfGeometry();
+    m_parts->AddLayers();
+    DocumentDrawings drawings(m_task, m_document, *m_parts);
+    drawings.AddViews(m_inOrder);
+    for (DocumentVariant const* const variant : m_inOrder)
+        drawings.AddCallouts(*variant);
+}
+
+void ShapeDocumentBuilder::CheckSize() const
+{
+    // Occurrences below a component, each counted once it is known of all below.
+    std::vector<double> counts(m_scene.components.size(), -1.0);
+    std::vector<std::pair<std::size_t, std::size_t>> path;
+    if (m_scene.root != SceneModel::kNone)
+        path.emplace_back(m_scene.root, 0);
+    while (!path.empty())
+    {
+        auto& [component, next] = path.back();
+        std::vector<ModelPlacement> const& placements = m_scene.components[component].placements;
+        if (next < placements.size())
+        {
+            std::size_t const target = placements[next++].target;
+            if (counts[target] < 0.0)
+                path.emplace_back(target, 0);
+            continue;
+        }
+        counts[component] = 1.0;
+        for (ModelPlacement const& placement : placements)
+            counts[component] += std::max(counts[placement.target], 0.0);
+        path.pop_back();
+    }
+    if (m_scene.root == SceneModel::kNone)
+        throw std::runtime_error("the scene has no component to write");
+    if (counts[m_scene.root] > kMostOccurrences)
+        throw std::runtime_error(
+            "the scene has more than 1,000,000 occurrences, beyond what is written in this format");
+}
+
+void ShapeDocumentBuilder::AddRoots()
+{
+    ModelComponent const& root = m_scene.components[m_scene.root];
+    m_document.title = NameOf(root.label, root.id);
+    std::vector<std::size_t> tops{m_scene.root};
+    if (IsFreeFile(root))
+    {
+        tops.clear();
+        for (ModelPlacement const& placement : root.placements)
+            tops.push_back(placement.target);
+    }
+    if (auto const* const file = dynamic_cast<IFile const*>(root.object))
+        AddFileProperties(file->FileProperties());
+    for (std::size_t const top : tops)
+    {
+        if (auto const* const owner = dynamic_cast<IComponent const*>(m_scene.components[top].object))
+            AddFileProperties(owner->FileProperties());
+        VariantOf(top, Unit(), {});
+    }
+}
+
+// The first one that states something is heard.
+void ShapeDocumentBuilder::AddFileProperties(FileProperties const* properties)
+{
+    if (!properties)
+        return;
+    UTF16String text;
+    if (m_document.author.empty() && properties->Author(text) == kIsValueSpecified_Yes)
+        m_document.author = UTF8String(text).Value();
+    if (m_document.organization.empty() && properties->Organization(text) == kIsValueSpecified_Yes)
+        m_document.organization = UTF8String(text).Value();
+    if (m_document.authorisation.empty() && properties->Authorisation(text) == kIsValueSpecified_Yes)
+        m_document.authorisation = UTF8String(text).Value();
+}
+
+// Whether the entry, or one below it, gives something another place.
+bool ShapeDocumentBuilder::Moves(ModelOverride const& entry)
+{
+    auto const [known, isNew] = m_moving.try_emplace(&entry, false);
+    if (!isNew)
+        return known->second;
+    bool moves = entry.transform.has_value();
+    for (auto const& [id, below] : entry.below)
+        moves = Moves(*below) || moves;
+    return m_moving[&entry] = moves;
+}
+
+DocumentVariant const* ShapeDocumentBuilder::VariantOf(std::size_t component, gp_Mat const& change, Overrides overrides)
+{
+    ModelComponent const& source = m_scene.components[component];
+    if (source.overrides)
+        overrides.push_back(source.overrides.get());
+    std::erase_if(overrides, [&](ModelOverride const* entry) { return !Moves(*entry); });
+    std::unique_ptr<DocumentVariant>& variant = m_variants[KeyOf(component, change, overrides)];
+    if (variant)
+        return variant.get();
+    variant = std::make_unique<DocumentVariant>();
+    if (std::size_t const copies = m_copies[component]++; copies > 0)
+        variant->key = std::to_string(copies);
+    variant->component = &source;
+    variant->change = change;
+    m_inOrder.push_back(variant.get());
+    variant->isAssembly = source.kind != ModelComponent::Kind::kPart;
+    // The reference to the pointer is void once more variants are made.
+    DocumentVariant* const made = variant.get();
+    if (made->isAssembly)
+        FillAssembly(*made, change, overrides);
+    else
+        made->label = m_parts->Add(source, change);
+    return made;
+}
+
+void ShapeDocumentBuilder::FillAssembly(DocumentVariant& variant, gp_Mat const& change, Overrides const& overrides)
+{
+    ModelComponent const& component = *variant.component;
+    variant.label = m_shapes->NewShape();
+    TDataStd_Name::Set(variant.label, DocumentText(component.label));
+    m_parts->AddProperties(component, variant.label);
+    if (HasOwnGeometry(component))
+    {
+        TDF_Label const part = m_parts->Add(component, change);
+        TDF_Label const label = m_shapes->AddComponent(variant.label, part, TopLoc_Location(gp_Trsf()));
+        TDataStd_Name::Set(label, DocumentText(component.label));
+        variant.children.push_back({nullptr, label, nullptr});
+    }
+    for (ModelPlacement const& placement : component.placements)
+        Place(variant, placement, change, overrides);
+}
+
+void ShapeDocumentBuilder::Place(DocumentVariant& assembly, ModelPlacement const& placement, gp_Mat const& change,
+                                 Overrides const& overrides)
+{
+    ModelComponent const& target = m_scene.components[placement.target];
+    Matrix transform = placement.transform;
+    bool isMoved = false;
+    Overrides below;
+    for (ModelOverride const* const outer : overrides)
+    {
+        auto const found = outer->below.find(placement.id);
+        if (found == outer->below.end())
+            continue;
+        if (!isMoved && found->second->transform)
+        {
+            transform = *found->second->transform;
+            isMoved = true;
+        }
+        below.push_back(found->second.get());
+        // A path may name what an instance places as well.
+        auto const placed = found->second->below.find(target.id);
+        if (placed != found->second->below.end())
+            below.push_back(placed->second.get());
+    }
+    // Lengths of the place are in the unit of the assembly. They alone are scaled, since each part is in the document's
+    // unit already.
+    double const scale = assembly.component->metresPerUnit / m_document.metresPerUnit;
+    for (std::size_t row = 0; row < 3; ++row)
+        transform[4 * row + 3] *= scale;
+    auto const where = ShapePlacement::Of(transform, 1.0, change);
+    if (!where)
+        return m_document.notCarried.Add("instances whose transform leaves nothing of them");
+    DocumentVariant const* const variant = VariantOf(placement.target, where->change, below);
+    TDF_Label const label = m_shapes->AddComponent(assembly.label, variant->label, where->motion);
+    TDataStd_Name::Set(label, DocumentText(placement.label.empty() ? target.label : placement.label));
+    assembly.children.push_back({&placement, label, variant});
+}
+
+}  // namespace KVR

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <TDF_Label.hxx>
+#include <gp_Mat.hxx>
+#include <map>
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "exchange/export/DocumentParts.h"
+#include "exchange/export/DocumentVariant.h"
+#include "exchange/export/ShapeDocument.h"
+
+class XCAFDoc_ShapeTool;
+
+namespace KVR
+{
+
+class FileProperties;
+
+/// Makes a document of a scene.
+class ShapeDocumentBuilder
+{
+public:
+    /// The document is empty; its unit becomes that of the scene, or millimetres where STEP has no such unit.
+    ShapeDocumentBuilder(ExportTask& task, ShapeDocument& document);
+
+    /// Throws std::runtime_error when the scene has more occurrences than a STEP writer can go through.
+    void Build();
+
+private:
+    /// What assemblies above say of what is below, as far as it moves something; the outermost first.
+    using Overrides = std::vector<ModelOverride const*>;
+
+    void CheckSize() const;
+    void AddRoots();
+    void AddFileProperties(FileProperties const* properties);
+    DocumentVariant const* VariantOf(std::size_t component, gp_Mat const& change, Overrides overrides);
+    void FillAssembly(DocumentVariant& variant, gp_Mat const& change, Overrides const& overrides);
+    void Place(DocumentVariant& assembly, ModelPlacement const& placement, gp_Mat const& change,
+               Overrides const& overrides);
+    bool Moves(ModelOverride const& entry);
+
+    ExportTask& m_task;
+    SceneModel const& m_scene;
+    ShapeDocument& m_document;
+    opencascade::handle<XCAFDoc_ShapeTool> m_shapes;
+    std::unique_ptr<DocumentParts> m_parts;
+    std::map<std::string, std::unique_ptr<DocumentVariant>> m_variants;
+    std::vector<DocumentVariant const*> m_inOrder;
+    /// How many variants there are of a component.
+    std::unordered_map<std::size_t, std::size_t> m_copies;
+    std::unordered_map<ModelOverride const*, bool> m_moving;
+};
+
+}  // namespace KVR

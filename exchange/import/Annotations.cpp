@@ -1,0 +1,397 @@
+#include "exchange/import/Annotations.h"
+
+#include <fmt/format.h>
+#include <BRepAdaptor_Curve.hxx>
+#include <BRep_Tool.hxx>
+#include <Bnd_Box.hxx>
+#include <GCPnts_TangentialDeflection.hxx>
+#include <STEPCAFControl_GDTProperty.hxx>
+#include <TCollection_HAsciiString.hxx>
+#include <TDF_LabelSequence.hxx>
+#include <TopExp.hxx>
+#include <TopExp_Explorer.hxx>
+#include <TopoDS.hxx>
+#include <XCAFDimTolObjects_DatumObject.hxx>
+#include <XCAFDimTolObjects_DimensionObject.hxx>
+#include <XCAFDimTolObjects_GeomToleranceObject.hxx>
+#include <XCAFDoc_Datum.hxx>
+#include <XCAFDoc_DimTolTool.hxx>
+#include <XCAFDoc_Dimension.hxx>
+#include <XCAFDoc_DocumentTool.hxx>
+#include <XCAFDoc_GeomTolerance.hxx>
+#include <XCAFDoc_ShapeTool.hxx>
+#include <gp_Ax2.hxx>
+
+#include "exchange/conventions/AnnotationDetails.h"
+#include "exchange/conventions/ExtensionTypes.h"
+#include "exchange/model/CleanText.h"
+#include "framework/kernel/tessellation/EdgeCorners.h"
+
+namespace KVR
+{
+
+namespace
+{
+
+// How far a drawn arc may be from its polyline, by the angle between two pieces.
+constexpr double kArcAngle = 0.2;
+
+// What Open CASCADE calls annotations without a name.
+constexpr std::string_view kMadeUpName = "DGT:";
+
+std::string TextOf(Handle(TCollection_HAsciiString) const& text)
+{
+    return text.IsNull() ? std::string() : std::string(CleanText(text->ToCString()).View());
+}
+
+std::string NameOf(Handle(TCollection_HAsciiString) const& name)
+{
+    std::string text = TextOf(name);
+    return text.starts_with(kMadeUpName) ? std::string() : text;
+}
+
+// Files hold a dozen digits; what lies beyond is left of conversions.
+double Rounded(double value)
+{
+    return std::stod(fmt::format("{:.12g}", value));
+}
+
+std::string NumberText(double value)
+{
+    return fmt::format("{:.10g}", value);
+}
+
+Authoring::XYZ Triple(gp_XYZ const& value)
+{
+    return {value.X() + 0.0, value.Y() + 0.0, value.Z() + 0.0};
+}
+
+// Joins edges that follow one another.
+class Polylines
+{
+public:
+    explicit Polylines(TopoDS_Shape const& drawing)
+    {
+        for (TopExp_Explorer edge(drawing, TopAbs_EDGE); edge.More(); edge.Next())
+            Add(TopoDS::Edge(edge.Current()));
+    }
+
+    std::vector<Authoring::PolylineRecord> lines;
+
+private:
+    void Add(TopoDS_Edge const& edge)
+    {
+        if (BRep_Tool::Degenerated(edge))
+            return;
+        std::vector<Authoring::Triple> points;
+        for (gp_Pnt const& corner : CornersOf(edge))
+            points.push_back(Triple(corner.XYZ()));
+        if (points.empty())
+        {
+            BRepAdaptor_Curve const curve(edge);
+            GCPnts_TangentialDeflection const pieces(curve, kArcAngle, 1e9);
+            for (int i = 1; i <= pieces.NbPoints(); ++i)
+                points.push_back(Triple(pieces.Value(i).XYZ()));
+        }
+        if (edge.Orientation() == TopAbs_REVERSED)
+            std::reverse(points.begin(), points.end());
+        if (points.size() < 2)
+            return;
+        if (!lines.empty() && lines.back().points.back() == points.front())
+            lines.back().points.insert(lines.back().points.end(), points.begin() + 1, points.end());
+        else
+        {
+            lines.emplace_back();
+            lines.back().points = std::move(points);
+        }
+    }
+};
+
+}  // namespace
+
+class AnnotationReader
+{
+public:
+    AnnotationReader(Annotations& annotations, Handle(TDocStd_Document) const& document, ProductPlan const& plan,
+                     UnitTypeEnum unit, std::function<std::vector<UTF8String>(TDF_Label const&)> const& idsOf,
+                     Losses& losses)
+        : m_annotations(annotations),
+          m_tool(XCAFDoc_DocumentTool::DimTolTool(document->Main())),
+          m_plan(plan),
+          m_unit(unit),
+          m_idsOf(idsOf),
+          m_losses(losses)
+    {
+    }
+
+    void Read()
+    {
+        TDF_LabelSequence labels;
+        m_tool->GetDimensionLabels(labels);
+        for (TDF_Label const& label : labels)
+            ReadDimension(label);
+        labels.Clear();
+        m_tool->GetGeomToleranceLabels(labels);
+        for (TDF_Label const& label : labels)
+            ReadTolerance(label);
+        labels.Clear();
+        m_tool->GetDatumLabels(labels);
+        for (TDF_Label const& label : labels)
+            ReadDatum(label);
+    }
+
+private:
+    void ReadDimension(TDF_Label const& label)
+    {
+        Handle(XCAFDoc_Dimension) attribute;
+        if (!label.FindAttribute(XCAFDoc_Dimension::GetID(), attribute))
+            return;
+        Handle(XCAFDimTolObjects_DimensionObject) const object = attribute->GetObject();
+        if (object.IsNull())
+            return;
+        AnnotationDetails details;
+        auto const type = static_cast<int>(object->GetType());
+        details.type = DimensionTypeName(type);
+        ReadValues(*object, details);
+        ReadModifiers(*object, details);
+        if (IsLocation(type))
+            details.second.emplace();
+        // One without a value arrives without its type; the name often tells it.
+        std::string text = details.type.empty() ? NameOf(object->GetSemanticName()) : details.type;
+        if (text.empty())
+            text = "dimension";
+        if (details.value)
+            text += ' ' + NumberText(*details.value);
+        else if (details.lower && details.upper)
+            text += ' ' + NumberText(0.5 * (*details.lower + *details.upper));
+        Add(label, "dimension", text, std::move(details), *object);
+    }
+
+    static void ReadValues(XCAFDimTolObjects_DimensionObject const& object, AnnotationDetails& details)
+    {
+        auto const values = object.GetValues();
+        if (values.IsNull() || values->Length() == 0)
+            return;
+        auto const at = [&](int place) { return Rounded(values->Value(values->Lower() + place)); };
+        // A plus below zero arrives as the upper end of a range.
+        if (values->Length() == 2 && at(0) <= at(1))
+        {
+            details.lower = at(0);
+            details.upper = at(1);
+            return;
+        }
+        details.value = at(0);
+        if (values->Length() > 2)
+        {
+            details.minus = at(1);
+            details.plus = at(2);
+        }
+    }
+
+    static void ReadModifiers(XCAFDimTolObjects_DimensionObject const& object, AnnotationDetails& details)
+    {
+        for (int const modifier : object.GetModifiers())
+            details.modifiers.push_back(TextOf(STEPCAFControl_GDTProperty::GetDimModifierName(
+                static_cast<XCAFDimTolObjects_DimensionModif>(modifier))));
+    }
+
+    template <class Sequence>
+    static unsigned long long CountOf(Sequence const& sequence)
+    {
+        return static_cast<unsigned long long>(sequence.Length());
+    }
+
+    void ReadTolerance(TDF_Label const& label)
+    {
+        Handle(XCAFDoc_GeomTolerance) attribute;
+        if (!label.FindAttribute(XCAFDoc_GeomTolerance::GetID(), attribute))
+            return;
+        Handle(XCAFDimTolObjects_GeomToleranceObject) const object = attribute->GetObject();
+        if (object.IsNull())
+            return;
+        // The magnitude cannot be trusted as it arrives: it is left to the drawing.
+        m_losses.Add("magnitudes of tolerances");
+        bool const hasMaterialModifier =
+            object->GetMaterialRequirementModifier() != XCAFDimTolObjects_GeomToleranceMatReqModif_None;
+        m_losses.Add("modifiers of tolerances", CountOf(object->GetModifiers()) + (hasMaterialModifier ? 1 : 0));
+        if (object->GetZoneModifier() != XCAFDimTolObjects_GeomToleranceZoneModif_None)
+            m_losses.Add("zones of tolerances");
+        AnnotationDetails details;
+        details.type = ToleranceTypeName(static_cast<int>(object->GetType()));
+        std::string const text = details.type.empty() ? "tolerance" : details.type;
+        Add(label, "tolerance", text, std::move(details), *object);
+    }
+
+    void ReadDatum(TDF_Label const& label)
+    {
+        Handle(XCAFDoc_Datum) attribute;
+        if (!label.FindAttribute(XCAFDoc_Datum::GetID(), attribute))
+            return;
+        Handle(XCAFDimTolObjects_DatumObject) const object = attribute->GetObject();
+        if (object.IsNull())
+            return;
+        AnnotationDetails details;
+        m_losses.Add("modifiers of datums", CountOf(object->GetModifiers()));
+        if (object->IsDatumTarget())
+            m_losses.Add("datum targets");
+        details.letter = TextOf(object->GetName());
+        details.position = object->GetPosition();
+        TDF_LabelSequence tolerances;
+        m_tool->GetTolerOfDatumLabels(label, tolerances);
+        if (!tolerances.IsEmpty())
+            details.tolerance = m_annotations.IdOf(tolerances.First()).View();
+        std::string const text = details.letter.empty() ? "datum" : "datum " + details.letter;
+        Add(label, "datum", text, std::move(details), *object);
+    }
+
+    template <class Object>
+    void Add(TDF_Label const& label, char const* kind, std::string const& text, AnnotationDetails details,
+             Object const& object)
+    {
+        Annotations::Note note;
+        Authoring::CalloutRecord& callout = note.callout;
+        callout.id = UTF8String("note" + std::to_string(++m_annotations.m_count));
+        details.number = static_cast<int>(m_annotations.m_count);
+        callout.label = UTF8String(NameOf(object.GetSemanticName()));
+        callout.extensionData.push_back({kAnnotationKindTypeId, kind, {}, {}, {}});
+        if (callout.label.IsEmpty())
+            callout.label = UTF8String(TextOf(object.GetPresentationName()));
+        callout.text.emplace();
+        callout.text->lengthUnit = m_unit;
+        callout.text->lines.push_back({{UTF8String(text), {}, {}, {}, {}, {}}});
+        ReadPlane(callout, object);
+        ReadDrawing(note, object.GetPresentation(), object.GetPresentationName());
+        CentreText(note, object.GetPointTextAttach().XYZ());
+        std::size_t const owner = ReadReferences(callout, details, label);
+        callout.extensionData.push_back({kAnnotationDetailsTypeId, UTF8String(details.Text()), {}, {}, {}});
+        m_annotations.m_ids.Bind(label, callout.id);
+        if (m_annotations.m_notes.size() <= owner)
+            m_annotations.m_notes.resize(owner + 1);
+        m_annotations.m_notes[owner].push_back(std::move(note));
+    }
+
+    template <class Object>
+    void ReadPlane(Authoring::CalloutRecord& callout, Object const& object)
+    {
+        if constexpr (requires { object.HasPlane(); })
+            if (!object.HasPlane())
+                return;
+        gp_Ax2 const& plane = object.GetPlane();
+        callout.plane.emplace();
+        callout.plane->id = callout.id + UTF8String(".plane");
+        callout.plane->unit.length = m_unit;
+        callout.plane->plane.origin = Triple(plane.Location().XYZ());
+        callout.plane->plane.normal = Triple(plane.Direction().XYZ());
+        callout.plane->plane.reference = Triple(plane.XDirection().XYZ());
+        callout.text->origin = Triple(object.GetPointTextAttach().XYZ());
+    }
+
+    void ReadDrawing(Annotations::Note& note, TopoDS_Shape const& drawing, Handle(TCollection_HAsciiString) const& name)
+    {
+        if (drawing.IsNull())
+            return;
+        Authoring::CalloutElementRecord element;
+        element.id = note.callout.id + UTF8String(".drawing");
+        element.label = UTF8String(TextOf(name));
+        std::size_t number = 0;
+        for (Authoring::PolylineRecord& line : Polylines(drawing).lines)
+        {
+            Authoring::CurveElementRecord curve;
+            curve.id = element.id + UTF8String("." + std::to_string(++number));
+            curve.unit.length = m_unit;
+            note.polylines.emplace_back(curve.id, std::move(line));
+            element.curves.push_back(std::move(curve));
+        }
+        if (number > 0)
+            note.callout.elements.push_back(std::move(element));
+    }
+
+    // A text that is not at the origin of its plane is in the middle of its drawing; Open CASCADE takes that of poles,
+    // which another form of the same curves does not have.
+    static void CentreText(Annotations::Note& note, gp_XYZ const& known)
+    {
+        Authoring::CalloutRecord& callout = note.callout;
+        if (!callout.plane || note.polylines.empty() || known.Modulus() == 0.0 ||
+            callout.plane->plane.origin == Triple(known))
+            return;
+        Bnd_Box box;
+        for (auto const& [id, line] : note.polylines)
+            for (Authoring::Triple const& point : line.points)
+                box.Add(gp_Pnt(point[0], point[1], point[2]));
+        callout.text->origin = Triple(0.5 * (box.CornerMin().XYZ() + box.CornerMax().XYZ()));
+    }
+
+    // Notes what the annotation speaks of; the answer is the component that it belongs to.
+    std::size_t ReadReferences(Authoring::CalloutRecord& callout, AnnotationDetails& details, TDF_Label const& label)
+    {
+        TDF_LabelSequence first;
+        TDF_LabelSequence second;
+        m_tool->GetRefShapeLabel(label, first, second);
+        std::size_t owner = m_plan.components.size();
+        std::string references;
+        for (std::string const& id : IdsOf(first, owner))
+            references += (references.empty() ? "" : ",") + id;
+        if (!second.IsEmpty())
+            details.second.emplace();
+        for (std::string const& id : IdsOf(second, owner))
+        {
+            references += (references.empty() ? "" : ",") + id;
+            details.second->push_back(id);
+        }
+        if (!references.empty())
+            callout.extensionData.push_back({kAnnotationReferencesTypeId, UTF8String(references), {}, {}, {}});
+        if (owner < m_plan.components.size())
+            return owner;
+        return m_plan.roots.empty() ? 0 : m_plan.roots.front();
+    }
+
+    std::vector<std::string> IdsOf(TDF_LabelSequence const& shapes, std::size_t& owner) const
+    {
+        std::vector<std::string> ids;
+        for (TDF_Label const& shape : shapes)
+        {
+            if (owner == m_plan.components.size())
+                owner = OwnerOf(shape);
+            for (UTF8String const& id : m_idsOf(shape))
+                ids.emplace_back(id.View());
+        }
+        return ids;
+    }
+
+    std::size_t OwnerOf(TDF_Label label) const
+    {
+        for (; !label.IsRoot(); label = label.Father())
+            if (std::size_t const component = m_plan.ComponentOf(label); component < m_plan.components.size())
+                return component;
+        return m_plan.components.size();
+    }
+
+    Annotations& m_annotations;
+    Handle(XCAFDoc_DimTolTool) m_tool;
+    ProductPlan const& m_plan;
+    UnitTypeEnum m_unit;
+    std::function<std::vector<UTF8String>(TDF_Label const&)> const& m_idsOf;
+    Losses& m_losses;
+};
+
+Annotations::Annotations(Handle(TDocStd_Document) const& document, ProductPlan const& plan, UnitTypeEnum unit,
+                         std::function<std::vector<UTF8String>(TDF_Label const&)> const& idsOf, Losses& losses)
+{
+    AnnotationReader(*this, document, plan, unit, idsOf, losses).Read();
+    if (plan.components.empty())
+        losses.Add("annotations of no part", m_count);
+}
+
+std::vector<Annotations::Note> const& Annotations::NotesOf(std::size_t component) const
+{
+    static std::vector<Note> const none;
+    return component < m_notes.size() ? m_notes[component] : none;
+}
+
+UTF8String Annotations::IdOf(TDF_Label const& label) const
+{
+    UTF8String const* const id = m_ids.Seek(label);
+    return id ? *id : UTF8String();
+}
+
+}  // namespace KVR

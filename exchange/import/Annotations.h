@@ -1,0 +1,48 @@
+#pragma once
+
+#include <NCollection_DataMap.hxx>
+#include <TDF_Label.hxx>
+#include <TDF_LabelMapHasher.hxx>
+#include <TDocStd_Document.hxx>
+#include <TopoDS_Shape.hxx>
+#include <functional>
+#include <vector>
+
+#include "authoring/CurveRecord.h"
+#include "authoring/SceneRecords.h"
+#include "exchange/import/Losses.h"
+#include "exchange/import/ProductPlan.h"
+
+namespace KVR
+{
+
+/// Dimensions, tolerances and datums of a document as the notes of a scene.
+class Annotations
+{
+public:
+    struct Note
+    {
+        Authoring::CalloutRecord callout;
+        /// The polylines that the elements of the callout are drawn with, by the ids of their curves.
+        std::vector<std::pair<UTF8String, Authoring::PolylineRecord>> polylines;
+    };
+
+    /// `idsOf` answers the ids of what a label became: components, bodies, faces, edges.
+    Annotations(Handle(TDocStd_Document) const& document, ProductPlan const& plan, UnitTypeEnum unit,
+                std::function<std::vector<UTF8String>(TDF_Label const&)> const& idsOf, Losses& losses);
+
+    /// The notes of a component, by its place in the plan.
+    std::vector<Note> const& NotesOf(std::size_t component) const;
+    /// The id of the note that a label became; empty for another label.
+    UTF8String IdOf(TDF_Label const& label) const;
+    std::size_t Count() const noexcept { return m_count; }
+
+private:
+    std::vector<std::vector<Note>> m_notes;
+    NCollection_DataMap<TDF_Label, UTF8String, TDF_LabelMapHasher> m_ids;
+    std::size_t m_count = 0;
+
+    friend class AnnotationReader;
+};
+
+}  // namespace KVR

@@ -1,0 +1,133 @@
+#include "exchange/import/DocumentProperties.h"
+
+#include <fmt/format.h>
+#include <TColStd_DataMapOfStringInteger.hxx>
+#include <TCollection_HAsciiString.hxx>
+#include <TDataStd_NamedData.hxx>
+#include <TDataStd_TreeNode.hxx>
+#include <XCAFDoc.hxx>
+#include <XCAFDoc_Area.hxx>
+#include <XCAFDoc_Centroid.hxx>
+#include <XCAFDoc_DocumentTool.hxx>
+#include <XCAFDoc_MaterialTool.hxx>
+#include <XCAFDoc_Volume.hxx>
+#include <cmath>
+
+#include "exchange/model/CleanText.h"
+#include "framework/api/UTF16String.h"
+
+namespace KVR
+{
+
+namespace
+{
+
+class Collector
+{
+public:
+    explicit Collector(Losses& losses) : m_losses(losses) {}
+
+    std::vector<Authoring::PropertyValue> properties;
+
+    void Add(UTF8String const& name, double value)
+    {
+        // A scene has no text for these.
+        if (!std::isfinite(value))
+        {
+            m_losses.Add("properties that are no number");
+            return;
+        }
+        properties.emplace_back();
+        properties.back().SetProperty(UTF16String(name), value);
+    }
+    void Add(UTF8String const& name, int value)
+    {
+        properties.emplace_back();
+        properties.back().SetProperty(UTF16String(name), value);
+    }
+    void Add(UTF8String const& name, UTF8String const& text)
+    {
+        properties.emplace_back();
+        properties.back().SetProperty(UTF16String(name), UTF16String(text));
+    }
+    void AddText(char const* name, Handle(TCollection_HAsciiString) const& text)
+    {
+        if (!text.IsNull() && text->Length() > 0)
+            Add(UTF8String(name), CleanText(text->ToCString()));
+    }
+
+private:
+    Losses& m_losses;
+};
+
+// As many digits as files hold.
+std::string NumberText(double value)
+{
+    return fmt::format("{:.12g}", value);
+}
+
+void AddValidation(Collector& collector, TDF_Label const& label)
+{
+    Standard_Real value = 0.0;
+    if (XCAFDoc_Volume::Get(label, value))
+        collector.Add("geometric validation property: volume", value);
+    if (XCAFDoc_Area::Get(label, value))
+        collector.Add("geometric validation property: area", value);
+    gp_Pnt centroid;
+    if (XCAFDoc_Centroid::Get(label, centroid))
+        collector.Add("geometric validation property: centroid",
+                      UTF8String(NumberText(centroid.X() + 0.0) + ' ' + NumberText(centroid.Y() + 0.0) + ' ' +
+                                 NumberText(centroid.Z() + 0.0)));
+}
+
+void AddMaterial(Collector& collector, TDF_Label const& label)
+{
+    Handle(TDataStd_TreeNode) node;
+    if (!label.FindAttribute(XCAFDoc::MaterialRefGUID(), node) || !node->HasFather())
+        return;
+    Handle(TCollection_HAsciiString) name;
+    Handle(TCollection_HAsciiString) description;
+    Handle(TCollection_HAsciiString) densityName;
+    Handle(TCollection_HAsciiString) densityType;
+    Standard_Real density = 0.0;
+    auto const tool = XCAFDoc_DocumentTool::MaterialTool(label);
+    if (!tool->GetMaterial(node->Father()->Label(), name, description, density, densityName, densityType))
+        return;
+    collector.AddText("material", name);
+    collector.AddText("material description", description);
+    if (density > 0.0)
+    {
+        collector.Add("material density", density);
+        collector.AddText("material density type", densityType);
+    }
+}
+
+void AddNamedData(Collector& collector, TDF_Label const& label)
+{
+    Handle(TDataStd_NamedData) data;
+    if (!label.FindAttribute(TDataStd_NamedData::GetID(), data))
+        return;
+    data->LoadDeferredData(false);
+    if (data->HasIntegers())
+        for (TColStd_DataMapOfStringInteger::Iterator entry(data->GetIntegersContainer()); entry.More(); entry.Next())
+            collector.Add(CleanExtendedText(entry.Key()), entry.Value());
+    if (data->HasReals())
+        for (TDataStd_DataMapOfStringReal::Iterator entry(data->GetRealsContainer()); entry.More(); entry.Next())
+            collector.Add(CleanExtendedText(entry.Key()), entry.Value());
+    if (data->HasStrings())
+        for (TDataStd_DataMapOfStringString::Iterator entry(data->GetStringsContainer()); entry.More(); entry.Next())
+            collector.Add(CleanExtendedText(entry.Key()), CleanExtendedText(entry.Value()));
+}
+
+}  // namespace
+
+std::vector<Authoring::PropertyValue> PropertiesOfLabel(TDF_Label const& label, Losses& losses)
+{
+    Collector collector(losses);
+    AddValidation(collector, label);
+    AddMaterial(collector, label);
+    AddNamedData(collector, label);
+    return std::move(collector.properties);
+}
+
+}  // namespace KVR

@@ -1,0 +1,76 @@
+#include "exchange/import/InstanceStyles.h"
+
+#include <TDF_AttributeSequence.hxx>
+#include <TDF_LabelSequence.hxx>
+#include <XCAFDoc_GraphNode.hxx>
+#include <XCAFDoc_ShapeTool.hxx>
+
+#include "exchange/import/StyleTable.h"
+
+namespace KVR
+{
+
+namespace
+{
+
+// An occurrence is a chain of usages, each the child of the placement that it passes through. More than this are a
+// damaged document's.
+constexpr std::size_t kMostLevels = 1000;
+
+struct Usage
+{
+    TDF_Label label;
+    Authoring::OccurrencePath path;
+    UTF8String style;
+};
+
+}  // namespace
+
+std::vector<std::pair<Authoring::OccurrencePath, std::vector<UTF8String>>> InstanceStyles(ProductPlan const& plan,
+                                                                                          ComponentPlan const& assembly,
+                                                                                          StyleTable& styles,
+                                                                                          Losses& losses)
+{
+    std::vector<std::pair<Authoring::OccurrencePath, std::vector<UTF8String>>> result;
+    for (PlacementPlan const& placement : assembly.placements)
+    {
+        if (UTF8String const style = styles.StyleOf(placement.label, false); !style.IsEmpty())
+            result.push_back({{placement.id}, {style}});
+        TDF_AttributeSequence usages;
+        XCAFDoc_ShapeTool::GetAllComponentSHUO(placement.label, usages);
+        std::vector<Usage> work;
+        for (Handle(TDF_Attribute) const& attribute : usages)
+        {
+            TDF_LabelSequence upper;
+            // A usage within a longer one is met on the way down from that.
+            if (!XCAFDoc_ShapeTool::GetSHUOUpperUsage(attribute->Label(), upper) || upper.IsEmpty())
+                work.push_back({attribute->Label(), {placement.id}, {}});
+        }
+        while (!work.empty())
+        {
+            Usage usage = std::move(work.back());
+            work.pop_back();
+            if (UTF8String const style = styles.StyleOf(usage.label, false); !style.IsEmpty())
+                usage.style = style;
+            TDF_LabelSequence next;
+            XCAFDoc_ShapeTool::GetSHUONextUsage(usage.label, next);
+            if (next.IsEmpty() && !usage.style.IsEmpty())
+                result.push_back({usage.path, {usage.style}});
+            for (TDF_Label const& label : next)
+            {
+                UTF8String const id = plan.IdOf(label.Father());
+                if (id.IsEmpty() || usage.path.size() >= kMostLevels)
+                {
+                    losses.Add("styles of occurrences that are no objects");
+                    continue;
+                }
+                Usage below{label, usage.path, usage.style};
+                below.path.push_back(id);
+                work.push_back(std::move(below));
+            }
+        }
+    }
+    return result;
+}
+
+}  // namespace KVR

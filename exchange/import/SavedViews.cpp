@@ -1,0 +1,131 @@
+#include "exchange/import/SavedViews.h"
+
+#include <TCollection_ExtendedString.hxx>
+#include <TCollection_HAsciiString.hxx>
+#include <TDF_LabelSequence.hxx>
+#include <XCAFDoc_ClippingPlaneTool.hxx>
+#include <XCAFDoc_DocumentTool.hxx>
+#include <XCAFDoc_View.hxx>
+#include <XCAFDoc_ViewTool.hxx>
+#include <XCAFView_Object.hxx>
+#include <gp_Pln.hxx>
+#include <unordered_set>
+
+#include "exchange/model/CleanText.h"
+
+namespace KVR
+{
+
+namespace
+{
+
+Authoring::XYZ Triple(gp_XYZ const& value)
+{
+    return {value.X() + 0.0, value.Y() + 0.0, value.Z() + 0.0};
+}
+
+// Open CASCADE's direction is that to the eye, from which distances are taken.
+Authoring::CameraRecord CameraOf(Handle(XCAFView_Object) const& view, gp_XYZ const& eye)
+{
+    Authoring::CameraRecord camera;
+    camera.isPerspective = view->Type() == XCAFView_ProjectionType_Central;
+    camera.position = Triple(eye);
+    camera.direction = Triple(view->ViewDirection().XYZ().Reversed());
+    camera.up = Triple(view->UpDirection().XYZ());
+    if (view->WindowVerticalSize() > 0.0)
+    {
+        camera.windowHeight = view->WindowVerticalSize();
+        if (view->WindowHorizontalSize() > 0.0)
+            camera.aspectRatio = view->WindowHorizontalSize() / view->WindowVerticalSize();
+    }
+    auto const planeAt = [&](double distance)
+    {
+        Authoring::PlaneRecord plane;
+        gp_XYZ const direction = view->ViewDirection().XYZ();
+        plane.origin = Triple(eye + direction * distance);
+        plane.normal = Triple(direction.Reversed());
+        return plane;
+    };
+    if (view->HasFrontPlaneClipping())
+        camera.nearPlane = planeAt(view->FrontPlaneDistance());
+    if (view->HasBackPlaneClipping())
+        camera.farPlane = planeAt(view->BackPlaneDistance());
+    return camera;
+}
+
+void ReadSectionPlanes(Authoring::CameraRecord& camera, TDF_LabelSequence const& labels,
+                       Handle(XCAFDoc_ClippingPlaneTool) const& tool)
+{
+    for (TDF_Label const& label : labels)
+    {
+        gp_Pln plane;
+        TCollection_ExtendedString name;
+        Standard_Boolean isCapped = false;
+        if (!tool->GetClippingPlane(label, plane, name, isCapped))
+            continue;
+        Authoring::PlaneRecord record;
+        record.origin = Triple(plane.Location().XYZ());
+        record.normal = Triple(plane.Axis().Direction().XYZ());
+        record.reference = Triple(plane.XAxis().Direction().XYZ());
+        camera.sectionPlanes.push_back(record);
+    }
+}
+
+}  // namespace
+
+SavedViews SavedViews::Of(ModelDocument const& model,
+                          std::function<std::vector<UTF8String>(TDF_Label const&)> const& idsOf, Losses& losses)
+{
+    SavedViews result;
+    auto const tool = XCAFDoc_DocumentTool::ViewTool(model.document->Main());
+    auto const planes = XCAFDoc_DocumentTool::ClippingPlaneTool(model.document->Main());
+    TDF_LabelSequence labels;
+    tool->GetViewLabels(labels);
+    for (TDF_Label const& label : labels)
+    {
+        Handle(XCAFDoc_View) attribute;
+        if (!label.FindAttribute(XCAFDoc_View::GetID(), attribute) || attribute->GetObject().IsNull())
+            continue;
+        Handle(XCAFView_Object) const object = attribute->GetObject();
+        std::string const number = std::to_string(result.views.size() + 1);
+        Authoring::ViewRecord view;
+        view.id = UTF8String("view" + number);
+        if (!object->Name().IsNull())
+            view.label = CleanText(object->Name()->ToCString());
+        view.lengthUnit = model.unit;
+        view.cameraIds.push_back(UTF8String("camera" + number));
+        auto const known = object->Name().IsNull() ? model.eyes.end() : model.eyes.find(object->Name()->ToCString());
+        gp_XYZ const eye = known == model.eyes.end() ? object->ProjectionPoint().XYZ()
+                                                     : gp_XYZ(known->second[0], known->second[1], known->second[2]);
+        Authoring::CameraRecord camera = CameraOf(object, eye);
+        camera.id = view.cameraIds.front();
+        camera.label = view.label;
+        camera.lengthUnit = model.unit;
+        TDF_LabelSequence clipping;
+        tool->GetRefClippingPlaneLabel(label, clipping);
+        ReadSectionPlanes(camera, clipping, planes);
+        if (!object->ClippingExpression().IsNull())
+            camera.sectioningOperations = CleanText(object->ClippingExpression()->ToCString());
+        TDF_LabelSequence named;
+        TDF_LabelSequence annotations;
+        tool->GetRefShapeLabel(label, named);
+        tool->GetRefGDTLabel(label, annotations);
+        named.Append(annotations);
+        // A file may name one twice.
+        std::unordered_set<std::string> taken;
+        for (TDF_Label const& member : named)
+        {
+            std::vector<UTF8String> const ids = idsOf(member);
+            if (ids.empty())
+                losses.Add("members of views that are no objects");
+            for (UTF8String const& id : ids)
+                if (taken.insert(std::string(id.View())).second)
+                    view.members.push_back({{id}, true, {}, {}});
+        }
+        result.views.push_back(std::move(view));
+        result.cameras.push_back(std::move(camera));
+    }
+    return result;
+}
+
+}  // namespace KVR

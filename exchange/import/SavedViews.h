@@ -1,0 +1,26 @@
+#pragma once
+
+#include <TDF_Label.hxx>
+#include <functional>
+#include <vector>
+
+#include "authoring/SceneRecords.h"
+#include "exchange/import/Losses.h"
+#include "exchange/model/ModelDocument.h"
+
+namespace KVR
+{
+
+/// The saved views of a model, each with a camera of its own; clipping planes are section planes of the camera.
+struct SavedViews
+{
+    std::vector<Authoring::ViewRecord> views;
+    std::vector<Authoring::CameraRecord> cameras;
+
+    /// `idsOf` answers the ids of what a label became. What a view names becomes a member of
+    /// it.
+    static SavedViews Of(ModelDocument const& model,
+                         std::function<std::vector<UTF8String>(TDF_Label const&)> const& idsOf, Losses& losses);
+};
+
+}  // namespace KVR

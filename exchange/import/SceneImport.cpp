@@ -1,0 +1,398 @@
+#include "exchange/import/SceneImport.h"
+
+#include <BRepMesh_IncrementalMesh.hxx>
+#include <BRepTools.hxx>
+#include <BRep_Tool.hxx>
+#include <TDF_LabelSequence.hxx>
+#include <TopExp.hxx>
+#include <TopTools_IndexedMapOfShape.hxx>
+#include <TopoDS.hxx>
+#include <XCAFDoc_DocumentTool.hxx>
+#include <XCAFDoc_LayerTool.hxx>
+#include <XCAFDoc_NotesTool.hxx>
+#include <XCAFDoc_ShapeTool.hxx>
+#include <filesystem>
+#include <map>
+#include <memory>
+
+#include "authoring/SceneWriter.h"
+#include "exchange/conventions/ExtensionTypes.h"
+#include "exchange/import/Annotations.h"
+#include "exchange/import/DocumentProperties.h"
+#include "exchange/import/InstanceStyles.h"
+#include "exchange/import/MeshRecord.h"
+#include "exchange/import/ModelBox.h"
+#include "exchange/import/PartPlan.h"
+#include "exchange/import/SavedViews.h"
+#include "exchange/import/StyleTable.h"
+#include "exchange/model/CleanText.h"
+#include "framework/api/DataIdToPersistentIdMap.h"
+#include "framework/api/Time.h"
+#include "framework/api/UTF16String.h"
+#include "framework/kernel/tessellation/BodyMesh.h"
+
+namespace KVR
+{
+
+namespace
+{
+
+// The angle between the normals of neighbouring triangles, in radians.
+constexpr double kAngularDeflection = 0.5;
+
+std::string StemOf(std::string const& path)
+{
+    return (std::filesystem::path(path).parent_path() / std::filesystem::path(path).stem()).string();
+}
+
+class SceneImporter
+{
+public:
+    SceneImporter(ModelDocument const& model, std::string const& modelPath, std::string const& scenePath,
+                  SceneImportOptions const& options)
+        : m_model(model),
+          m_modelPath(modelPath),
+          m_options(options),
+          m_plan(model.document),
+          m_styles(model.document, StemOf(scenePath), m_report.losses),
+          m_scene(
+              UTF16String(UTF8String(scenePath)),
+              {.kernelForm = options.asText ? Authoring::KernelStoreForm::kText : Authoring::KernelStoreForm::kBinary,
+               .meshLayout = Authoring::MeshStoreLayout::kMeshInfo})
+    {
+        for (auto const& [kind, count] : model.losses)
+            m_report.losses.Add(kind, count);
+    }
+
+    ImportReport Import()
+    {
+        PlanParts();
+        if (m_options.withMeshes)
+            MeshParts();
+        auto const idsOf = [this](TDF_Label const& label) { return IdsOf(label); };
+        m_annotations = std::make_unique<Annotations>(m_model.document, m_plan, m_model.unit, idsOf, m_report.losses);
+        WriteUniverse();
+        WriteFile();
+        for (std::size_t i = 0; i < m_plan.components.size(); ++i)
+            if (m_plan.components[i].isAssembly)
+                WriteAssembly(i);
+            else
+                WritePart(i);
+        CountLosses();
+        m_scene.Finish();
+        return std::move(m_report);
+    }
+
+private:
+    void PlanParts()
+    {
+        PartPlan::Numbers numbers;
+        m_parts.resize(m_plan.components.size());
+        for (std::size_t i = 0; i < m_plan.components.size(); ++i)
+            if (!m_plan.components[i].isAssembly)
+                m_parts[i] =
+                    std::make_unique<PartPlan>(m_plan.components[i], m_model, m_styles, numbers, m_report.losses);
+    }
+
+    // All parts are meshed at one measure, and before any is written: they may share faces.
+    void MeshParts()
+    {
+        double deflection = m_options.deflection.value;
+        if (m_options.deflection.isFraction)
+            deflection *= DiagonalOfModel(m_plan);
+        if (!(deflection > 0.0))
+            return;
+        m_report.deflection = deflection;
+        IMeshTools_Parameters parameters;
+        parameters.Deflection = deflection;
+        parameters.Angle = kAngularDeflection;
+        parameters.InParallel = true;
+        for (ComponentPlan const& component : m_plan.components)
+            if (!component.shape.IsNull())
+                BRepMesh_IncrementalMesh(component.shape, parameters);
+    }
+
+    // The ids of what a label of the document became: a component, placement, body, face, edge or note, or for a
+    // compound several of them.
+    std::vector<UTF8String> IdsOf(TDF_Label const& label) const
+    {
+        if (UTF8String const id = m_plan.IdOf(label); !id.IsEmpty())
+            return {id};
+        if (m_annotations)
+            if (UTF8String const id = m_annotations->IdOf(label); !id.IsEmpty())
+                return {id};
+        std::size_t const component = m_plan.ComponentOf(label.Father());
+        if (component >= m_parts.size() || !m_parts[component])
+            return {};
+        TopoDS_Shape const shape = XCAFDoc_ShapeTool::GetShape(label);
+        return shape.IsNull() ? std::vector<UTF8String>() : m_parts[component]->IdsOf(shape);
+    }
+
+    Authoring::UnitRecord Unit() const { return {m_model.unit, m_model.unit, kUnitType_Degree}; }
+
+    void WriteUniverse()
+    {
+        Authoring::UniverseRecord universe;
+        universe.upVector = {0.0, 0.0, 1.0};
+        universe.frontVector = {0.0, -1.0, 0.0};
+        m_scene.Universe(universe);
+    }
+
+    void WriteFile()
+    {
+        Authoring::FileRecord file;
+        file.id = "file1";
+        file.label = CleanText(std::filesystem::path(m_modelPath).stem().string());
+        file.path = CleanText(std::filesystem::absolute(m_modelPath).lexically_normal().string());
+        file.unit = Unit();
+        file.properties = Properties();
+        for (std::size_t const root : m_plan.roots)
+            file.childIds.push_back(m_plan.components[root].id);
+        m_scene.BeginFile(file);
+        Authoring::AttributeSetRecord attributes;
+        attributes.styles = m_styles.Styles();
+        attributes.textures = m_styles.Textures();
+        AddLayers(attributes);
+        SavedViews views = SavedViews::Of(
+            m_model, [this](TDF_Label const& label) { return IdsOf(label); }, m_report.losses);
+        attributes.views = std::move(views.views);
+        attributes.cameras = std::move(views.cameras);
+        m_scene.AttributeSet(attributes);
+        m_scene.EndFile();
+    }
+
+    Authoring::FilePropertiesRecord Properties() const
+    {
+        Authoring::FilePropertiesRecord properties;
+        for (auto const& [name, text] : m_model.header)
+            properties.texts.emplace_back(name, CleanText(text));
+        Time time;
+        if (Time::FromString(UTF8String(m_model.creationTime), time))
+            properties.creationDate = time.Value();
+        return properties;
+    }
+
+    void AddLayers(Authoring::AttributeSetRecord& attributes)
+    {
+        auto const tool = XCAFDoc_DocumentTool::LayerTool(m_model.document->Main());
+        TDF_LabelSequence labels;
+        tool->GetLayerLabels(labels);
+        for (TDF_Label const& label : labels)
+        {
+            TCollection_ExtendedString name;
+            if (!tool->GetLayer(label, name))
+                continue;
+            Authoring::LayerRecord layer;
+            layer.number = static_cast<long long>(attributes.layers.size()) + 1;
+            layer.id = UTF8String("layer" + std::to_string(layer.number));
+            layer.label = CleanExtendedText(name);
+            layer.description = layer.label;
+            layer.isVisible = tool->IsVisible(label);
+            TDF_LabelSequence shapes;
+            tool->GetShapesOfLayer(label, shapes);
+            for (TDF_Label const& shape : shapes)
+            {
+                std::vector<UTF8String> const ids = IdsOf(shape);
+                if (ids.empty())
+                    m_report.losses.Add("members of layers that are no objects");
+                layer.itemIds.insert(layer.itemIds.end(), ids.begin(), ids.end());
+            }
+            attributes.layers.push_back(std::move(layer));
+        }
+    }
+
+    Authoring::ComponentRecord Component(std::size_t index)
+    {
+        ComponentPlan const& plan = m_plan.components[index];
+        Authoring::ComponentRecord component;
+        component.id = plan.id;
+        component.label = plan.name;
+        component.unit = Unit();
+        component.isSingleUnderRoot = m_plan.roots.size() == 1 && m_plan.roots.front() == index;
+        if (UTF8String const style = m_styles.StyleOf(plan.label, false); !style.IsEmpty())
+            component.styles.push_back(style);
+        std::vector<Authoring::PropertyValue> properties = PropertiesOfLabel(plan.label, m_report.losses);
+        if (!properties.empty())
+        {
+            component.properties.emplace();
+            component.properties->custom = std::move(properties);
+        }
+        return component;
+    }
+
+    void WriteAssembly(std::size_t index)
+    {
+        ComponentPlan const& plan = m_plan.components[index];
+        Authoring::ComponentRecord assembly = Component(index);
+        assembly.crossLevel.styles = InstanceStyles(m_plan, plan, m_styles, m_report.losses);
+        m_scene.BeginAssembly(assembly);
+        for (PlacementPlan const& placement : plan.placements)
+        {
+            Authoring::InstanceRecord instance;
+            instance.id = placement.id;
+            instance.label = placement.name;
+            instance.targetId = m_plan.components[placement.target].id;
+            instance.transform = placement.transform;
+            instance.isVisible = placement.isVisible && m_plan.components[placement.target].isVisible;
+            m_scene.Instance(instance);
+            for (Authoring::PropertyValue const& property : PropertiesOfLabel(placement.label, m_report.losses))
+                m_scene.Property(instance.id, property);
+            ++m_report.instances;
+        }
+        WriteNotes(index);
+        m_scene.EndAssembly();
+        ++m_report.assemblies;
+    }
+
+    void WritePart(std::size_t index)
+    {
+        m_scene.BeginPart(Component(index));
+        PartPlan const& part = *m_parts[index];
+        // A part that stands under the root has no instance that could hide it.
+        bool const isShown = m_plan.components[index].isVisible;
+        for (BodyPlan const& body : part.bodies)
+            if (body.isPoint)
+                WritePoint(body, isShown);
+            else
+                WriteBody(part, body, isShown);
+        WriteNotes(index);
+        m_scene.EndPart();
+        ++m_report.parts;
+    }
+
+    void WritePoint(BodyPlan const& body, bool isShown)
+    {
+        Authoring::PointRecord point;
+        Dress(point, body, isShown);
+        point.id = body.id;
+        gp_Pnt const position = BRep_Tool::Pnt(TopoDS::Vertex(body.shape));
+        point.position = {position.X() + 0.0, position.Y() + 0.0, position.Z() + 0.0};
+        m_scene.Point(point);
+    }
+
+    void Dress(Authoring::GeometryRecord& geometry, BodyPlan const& body, bool isShown) const
+    {
+        geometry.label = body.name;
+        geometry.isVisible = body.isVisible && isShown;
+        geometry.unit = Unit();
+        if (!body.style.IsEmpty())
+            geometry.styles.push_back(body.style);
+    }
+
+    void WriteBody(PartPlan const& part, BodyPlan const& body, bool isShown)
+    {
+        bool const hasBody = m_options.withBreps && body.hasGeometry;
+        if (hasBody)
+            WriteBrep(part, body, isShown);
+        if (m_options.withMeshes && !body.meshId.IsEmpty())
+            WriteMesh(part, body, isShown, hasBody);
+        else if (!hasBody)
+            m_report.losses.Add("wires and edges, since bodies were not wanted");
+        // Triangles are in the mesh; the store of bodies needs none. Those of faces without surface stay.
+        if (hasBody)
+            m_written.push_back(body.shape);
+        ++m_report.bodies;
+    }
+
+    void WriteBrep(PartPlan const& part, BodyPlan const& body, bool isShown)
+    {
+        Authoring::BodyRecord record;
+        Dress(record, body, isShown);
+        record.id = body.id;
+        record.type = body.type;
+        std::vector<Authoring::SubEntityId> faceIds;
+        std::vector<Authoring::SubEntityId> edgeIds;
+        EditableDataIdToPersistentIdMap persistentIds;
+        for (bool const isFace : {true, false})
+        {
+            TopTools_IndexedMapOfShape shapes;
+            TopExp::MapShapes(body.shape, isFace ? TopAbs_FACE : TopAbs_EDGE, shapes);
+            for (int i = 1; i <= shapes.Extent(); ++i)
+            {
+                auto const place = static_cast<std::uint32_t>(i - 1);
+                UTF8String const id = isFace ? PartPlan::FaceId(body, place) : PartPlan::EdgeId(body, place);
+                (isFace ? faceIds : edgeIds).push_back({place, id});
+                UTF8String const style = StyleOf(part, shapes(i));
+                // That of a body which is a face or an edge is the body's.
+                if (!style.IsEmpty() && !shapes(i).IsSame(body.shape))
+                    (isFace ? record.faces : record.edges).push_back({id, {style}});
+                auto const entity = m_model.entityIds.find(shapes(i).TShape().get());
+                if (entity != m_model.entityIds.end())
+                    persistentIds.Add(id, UTF8String(entity->second));
+            }
+        }
+        m_scene.Kernel().Body(body.id, body.shape, faceIds, edgeIds);
+        if (persistentIds.Size() > 0)
+            m_scene.PersistentIds().Object(body.id, persistentIds);
+        m_scene.Body(record);
+    }
+
+    // The style of a face or edge that differs from that of its body.
+    static UTF8String StyleOf(PartPlan const& part, TopoDS_Shape const& shape)
+    {
+        SubShapeInfo const* const info = part.subShapes.Seek(shape);
+        return info ? info->style : UTF8String();
+    }
+
+    void WriteMesh(PartPlan const& part, BodyPlan const& body, bool isShown, bool hasBody)
+    {
+        BodyMesh const mesh(body.shape);
+        m_report.losses.Add("faces that could not be meshed", mesh.FacesWithoutTriangles());
+        if (mesh.IsEmpty())
+            return;
+        Authoring::MeshRecord record;
+        Dress(record, body, isShown);
+        record.id = body.meshId;
+        if (hasBody)
+            record.extensionData.push_back({kBodyTypeId, body.id, {}, {}, {}});
+        m_scene.Mesh(record);
+        WriteBodyMesh(
+            mesh, body.meshId, m_scene.Meshes(), m_scene.Segments(),
+            [&](TopoDS_Shape const& face) { return StyleOf(part, face); },
+            [&](TopoDS_Shape const& face)
+            {
+                SubShapeInfo const* const info = part.subShapes.Seek(face);
+                return !info || info->isVisible;
+            });
+        m_report.triangles += mesh.TriangleCount();
+    }
+
+    void WriteNotes(std::size_t index)
+    {
+        for (Annotations::Note const& note : m_annotations->NotesOf(index))
+        {
+            for (auto const& [id, polyline] : note.polylines)
+                m_scene.Meshes().Curve(id, {polyline});
+            m_scene.Callout(note.callout);
+        }
+    }
+
+    void CountLosses()
+    {
+        auto const notes = XCAFDoc_DocumentTool::NotesTool(m_model.document->Main());
+        m_report.losses.Add("comments", static_cast<unsigned long long>(notes->NbNotes()));
+        for (TopoDS_Shape const& shape : m_written)
+            BRepTools::Clean(shape);
+    }
+
+    ModelDocument const& m_model;
+    std::string m_modelPath;
+    SceneImportOptions m_options;
+    ImportReport m_report;
+    ProductPlan m_plan;
+    StyleTable m_styles;
+    Authoring::SceneWriter m_scene;
+    std::vector<std::unique_ptr<PartPlan>> m_parts;
+    std::unique_ptr<Annotations> m_annotations;
+    std::vector<TopoDS_Shape> m_written;
+};
+
+}  // namespace
+
+ImportReport WriteSceneOf(ModelDocument const& model, std::string const& modelPath, std::string const& scenePath,
+                          SceneImportOptions const& options)
+{
+    return SceneImporter(model, modelPath, scenePath, options).Import();
+}
+
+}  // namespace KVR

@@ -1,0 +1,310 @@
+#include "exchange/model/CadReaders.h"
+#include "framework/api/LengthUnits.h"
+
+#include <APIHeaderSection_MakeHeader.hxx>
+#include <IGESCAFControl_Reader.hxx>
+#include <IGESData_GlobalSection.hxx>
+#include <IGESData_IGESModel.hxx>
+#include <Interface_Static.hxx>
+#include <STEPCAFControl_Reader.hxx>
+#include <STEPConstruct_UnitContext.hxx>
+#include <StepBasic_MeasureWithUnit.hxx>
+#include <StepBasic_NamedUnit.hxx>
+#include <StepBasic_Unit.hxx>
+#include <StepData_GlobalFactors.hxx>
+#include <StepData_StepModel.hxx>
+#include <StepData_UndefinedEntity.hxx>
+#include <StepGeom_Axis2Placement3d.hxx>
+#include <StepGeom_CartesianPoint.hxx>
+#include <StepGeom_GeomRepContextAndGlobUnitAssCtxAndGlobUncertaintyAssCtx.hxx>
+#include <StepGeom_GeometricRepresentationContextAndGlobalUnitAssignedContext.hxx>
+#include <StepRepr_GlobalUnitAssignedContext.hxx>
+#include <StepRepr_ReprItemAndLengthMeasureWithUnitAndQRI.hxx>
+#include <StepRepr_ReprItemAndPlaneAngleMeasureWithUnitAndQRI.hxx>
+#include <StepRepr_RepresentationItem.hxx>
+#include <StepShape_EdgeCurve.hxx>
+#include <StepShape_Face.hxx>
+#include <StepShape_ShellBasedSurfaceModel.hxx>
+#include <StepShape_SolidModel.hxx>
+#include <StepVisual_CameraModelD3.hxx>
+#include <TColStd_SequenceOfAsciiString.hxx>
+#include <TCollection_HAsciiString.hxx>
+#include <TopoDS_Shape.hxx>
+#include <TransferBRep.hxx>
+#include <Transfer_TransientProcess.hxx>
+#include <UnitsMethods.hxx>
+#include <XCAFDoc_DocumentTool.hxx>
+#include <XSControl_TransferReader.hxx>
+#include <XSControl_WorkSession.hxx>
+#include <algorithm>
+#include <cmath>
+
+#include "exchange/model/ModelDocument.h"
+#include "exchange/model/ModelError.h"
+
+namespace KVR
+{
+
+namespace
+{
+
+// What a STEP file calls its units of length, without prefix and in capitals.
+constexpr std::pair<std::string_view, UnitTypeEnum> kStepUnits[] = {
+    {"METRE", kUnitType_Meter},
+    {"METER", kUnitType_Meter},
+    {"MILLIMETRE", kUnitType_Millimeter},
+    {"MILLIMETER", kUnitType_Millimeter},
+    {"CENTIMETRE", kUnitType_Centimeter},
+    {"CENTIMETER", kUnitType_Centimeter},
+    {"DECIMETRE", kUnitType_Decimeter},
+    {"KILOMETRE", kUnitType_Kilometer},
+    {"MICROMETRE", kUnitType_Micrometer},
+    {"INCH", kUnitType_Inch},
+    {"INCHES", kUnitType_Inch},
+    {"FOOT", kUnitType_Foot},
+    {"FEET", kUnitType_Foot},
+    {"YARD", kUnitType_Yard},
+    {"MILE", kUnitType_Mile},
+    {"MIL", kUnitType_Mil},
+};
+
+// Open CASCADE tells the factor of a unit in millimetres.
+constexpr double kMetresPerFactor = 1e-3;
+
+std::string Capitals(std::string text)
+{
+    std::transform(text.begin(), text.end(), text.begin(),
+                   [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; });
+    std::erase_if(text, [](char c) { return c == ' ' || c == '\'' || c == '-' || c == '_'; });
+    return text;
+}
+
+// The unit of the document is what Open CASCADE brings lengths to, which is the model's own: nothing is scaled.
+void SetDocumentUnit(ModelDocument& model, UnitTypeEnum unit)
+{
+    model.unit = unit;
+    double const metres = MetresOf(unit);
+    XCAFDoc_DocumentTool::SetLengthUnit(model.document, metres);
+    UnitsMethods::SetCasCadeLengthUnit(metres, UnitsMethods_LengthUnit_Meter);
+}
+
+std::string TextOf(Handle(TCollection_HAsciiString) const& text)
+{
+    return text.IsNull() ? std::string() : std::string(text->ToCString());
+}
+
+void AddHeader(ModelDocument& model, char const* name, std::string const& text)
+{
+    if (!text.empty())
+        model.header.emplace_back(name, text);
+}
+
+// The factor of the first context of geometry, for units that are not told by a name of their own.
+UnitTypeEnum UnitOfContexts(Handle(StepData_StepModel) const& step)
+{
+    for (int number = 1; number <= step->NbEntities(); ++number)
+    {
+        Handle(Standard_Transient) const entity = step->Value(number);
+        Handle(StepRepr_GlobalUnitAssignedContext) context;
+        if (auto const plain =
+                Handle(StepGeom_GeometricRepresentationContextAndGlobalUnitAssignedContext)::DownCast(entity);
+            !plain.IsNull())
+            context = plain->GlobalUnitAssignedContext();
+        else if (auto const uncertain =
+                     Handle(StepGeom_GeomRepContextAndGlobUnitAssCtxAndGlobUncertaintyAssCtx)::DownCast(entity);
+                 !uncertain.IsNull())
+            context = uncertain->GlobalUnitAssignedContext();
+        if (context.IsNull())
+            continue;
+        STEPConstruct_UnitContext units;
+        units.ComputeFactors(context);
+        if (units.LengthDone())
+            return UnitOfLength(units.LengthFactor() * kMetresPerFactor);
+    }
+    return kUnitType_Unknown;
+}
+
+void ReadStepUnit(ModelDocument& model, STEPControl_Reader& reader, Handle(StepData_StepModel) const& step)
+{
+    TColStd_SequenceOfAsciiString lengths;
+    TColStd_SequenceOfAsciiString angles;
+    TColStd_SequenceOfAsciiString solidAngles;
+    reader.FileUnits(lengths, angles, solidAngles);
+    UnitTypeEnum unit = kUnitType_Unknown;
+    for (TCollection_AsciiString const& length : lengths)
+        for (auto const& [known, type] : kStepUnits)
+            if (unit == kUnitType_Unknown && known == Capitals(length.ToCString()))
+                unit = type;
+    if (unit == kUnitType_Unknown)
+        unit = UnitOfContexts(step);
+    model.isUnitStated = unit != kUnitType_Unknown;
+    SetDocumentUnit(model, model.isUnitStated ? unit : model.unit);
+}
+
+void ReadStepHeader(ModelDocument& model, Handle(StepData_StepModel) const& step)
+{
+    APIHeaderSection_MakeHeader const header(step);
+    if (!header.FnValue().IsNull())
+    {
+        if (header.NbAuthor() > 0)
+            AddHeader(model, "Author", TextOf(header.AuthorValue(1)));
+        if (header.NbOrganization() > 0)
+            AddHeader(model, "Organization", TextOf(header.OrganizationValue(1)));
+        AddHeader(model, "SendingSystem", TextOf(header.OriginatingSystem()));
+        AddHeader(model, "Preprocessor", TextOf(header.PreprocessorVersion()));
+        AddHeader(model, "Authorisation", TextOf(header.Authorisation()));
+        model.creationTime = TextOf(header.TimeStamp());
+    }
+}
+
+// Open CASCADE takes a value with a qualifier as it stands, whatever its unit is: its numbers become those of the
+// document's units, and degrees.
+void ScaleQualifiedValues(ModelDocument const& model, Handle(StepData_StepModel) const& step)
+{
+    double const unit = MetresOf(model.unit) / kMetresPerFactor;
+    for (int number = 1; number <= step->NbEntities(); ++number)
+    {
+        auto const item = Handle(StepRepr_ReprItemAndMeasureWithUnitAndQRI)::DownCast(step->Value(number));
+        if (item.IsNull() || item->GetMeasureWithUnit().IsNull())
+            continue;
+        Handle(StepBasic_MeasureWithUnit) const measure = item->GetMeasureWithUnit();
+        STEPConstruct_UnitContext units;
+        units.ComputeFactors(measure->UnitComponent().NamedUnit());
+        double factor = 1.0;
+        if (item->IsKind(STANDARD_TYPE(StepRepr_ReprItemAndLengthMeasureWithUnitAndQRI)) && units.LengthDone())
+            factor = units.LengthFactor() * StepData_GlobalFactors::Intance().CascadeUnit() / unit;
+        else if (item->IsKind(STANDARD_TYPE(StepRepr_ReprItemAndPlaneAngleMeasureWithUnitAndQRI)) &&
+                 units.PlaneAngleDone())
+            factor = units.PlaneAngleFactor() * 180.0 / M_PI;
+        // Numbers that need no change keep their digits.
+        if (std::abs(factor - 1.0) > 1e-9)
+            measure->SetValueComponent(measure->ValueComponent() * factor);
+    }
+}
+
+void ReadEye(ModelDocument& model, StepVisual_CameraModelD3 const& camera)
+{
+    Handle(StepGeom_Axis2Placement3d) const axes = camera.ViewReferenceSystem();
+    if (axes.IsNull() || axes->Location().IsNull() || axes->Location()->NbCoordinates() != 3)
+        return;
+    Handle(StepGeom_CartesianPoint) const eye = axes->Location();
+    // A file's unit is the document's.
+    model.eyes.emplace(TextOf(camera.Name()),
+                       std::array{eye->CoordinatesValue(1), eye->CoordinatesValue(2), eye->CoordinatesValue(3)});
+}
+
+// The names of bodies, the eyes of views, and the numbers of the entities of faces and edges, by what Open CASCADE made
+// of them.
+void ReadEntityIds(ModelDocument& model, Handle(XSControl_WorkSession) const& session)
+{
+    Handle(Transfer_TransientProcess) const process = session->TransferReader()->TransientProcess();
+    Handle(Interface_InterfaceModel) const step = session->Model();
+    for (int number = 1; number <= step->NbEntities(); ++number)
+    {
+        Handle(Standard_Transient) const entity = step->Value(number);
+        if (auto const camera = Handle(StepVisual_CameraModelD3)::DownCast(entity); !camera.IsNull())
+            ReadEye(model, *camera);
+        bool const isBody = entity->IsKind(STANDARD_TYPE(StepShape_SolidModel)) ||
+                            entity->IsKind(STANDARD_TYPE(StepShape_ShellBasedSurfaceModel));
+        if (!isBody && !entity->IsKind(STANDARD_TYPE(StepShape_Face)) &&
+            !entity->IsKind(STANDARD_TYPE(StepShape_EdgeCurve)))
+            continue;
+        TopoDS_Shape const shape = TransferBRep::ShapeResult(process, entity);
+        if (shape.IsNull())
+            continue;
+        if (!isBody)
+        {
+            model.entityIds.emplace(shape.TShape().get(), TextOf(step->StringLabel(entity)));
+            continue;
+        }
+        std::string const name = TextOf(Handle(StepRepr_RepresentationItem)::DownCast(entity)->Name());
+        if (!name.empty() && name != "NONE")
+            model.bodyNames.emplace(shape.TShape().get(), name);
+    }
+}
+
+// Tessellated geometry arrives without any, and so does what the reader does not know.
+void CountUnread(ModelDocument& model, Handle(Interface_InterfaceModel) const& step)
+{
+    unsigned long long tessellated = 0;
+    for (int number = 1; number <= step->NbEntities(); ++number)
+    {
+        Handle(Standard_Transient) const entity = step->Value(number);
+        std::string_view type = entity->DynamicType()->Name();
+        if (auto const undefined = Handle(StepData_UndefinedEntity)::DownCast(entity); !undefined.IsNull())
+            type = undefined->StepType();
+        if (type.find("TESSELLATED_S") != std::string_view::npos || type.find("TessellatedS") != std::string_view::npos)
+            ++tessellated;
+    }
+    if (tessellated > 0)
+        model.losses.emplace_back("tessellated shapes, which arrive without geometry", tessellated);
+}
+
+std::string IgesTime(std::string const& date)
+{
+    // YYYYMMDD.HHMMSS, or with a year of two digits.
+    std::string digits;
+    std::copy_if(date.begin(), date.end(), std::back_inserter(digits), [](char c) { return c >= '0' && c <= '9'; });
+    if (digits.size() == 12)
+        digits.insert(0, digits[0] >= '7' ? "19" : "20");
+    if (digits.size() != 14)
+        return {};
+    return digits.substr(0, 4) + '-' + digits.substr(4, 2) + '-' + digits.substr(6, 2) + 'T' + digits.substr(8, 2) +
+           ':' + digits.substr(10, 2) + ':' + digits.substr(12, 2);
+}
+
+}  // namespace
+
+void ReadStep(ModelDocument& model, std::string const& path, bool withAnnotations,
+              Message_ProgressRange const& progress)
+{
+    STEPCAFControl_Reader reader;
+    reader.SetColorMode(true);
+    reader.SetNameMode(true);
+    reader.SetLayerMode(true);
+    reader.SetPropsMode(true);
+    reader.SetMatMode(true);
+    reader.SetSHUOMode(true);
+    reader.SetGDTMode(withAnnotations);
+    reader.SetViewMode(withAnnotations);
+    if (reader.ReadFile(path.c_str()) != IFSelect_RetDone)
+        throw ModelError("it is no complete STEP file");
+    Handle(XSControl_WorkSession) const session = reader.Reader().WS();
+    Handle(StepData_StepModel) const step = Handle(StepData_StepModel)::DownCast(session->Model());
+    if (step.IsNull() || step->NbEntities() == 0)
+        throw ModelError("it is a STEP file without content");
+    ReadStepUnit(model, reader.ChangeReader(), step);
+    ReadStepHeader(model, step);
+    if (reader.NbRootsForTransfer() == 0)
+        throw ModelError("it holds no product with a shape");
+    ScaleQualifiedValues(model, step);
+    if (!reader.Transfer(model.document, progress))
+        throw ModelError("its content cannot be made a document");
+    ReadEntityIds(model, session);
+    CountUnread(model, step);
+}
+
+void ReadIges(ModelDocument& model, std::string const& path, Message_ProgressRange const& progress)
+{
+    IGESCAFControl_Reader reader;
+    reader.SetColorMode(true);
+    reader.SetNameMode(true);
+    reader.SetLayerMode(true);
+    if (reader.ReadFile(path.c_str()) != IFSelect_RetDone)
+        throw ModelError("it is no complete IGES file");
+    Handle(IGESData_IGESModel) const iges = reader.IGESModel();
+    if (iges.IsNull() || iges->NbEntities() == 0)
+        throw ModelError("it is an IGES file without content");
+    IGESData_GlobalSection const& global = iges->GlobalSection();
+    UnitTypeEnum const unit = UnitOfLength(global.UnitValue() * kMetresPerFactor);
+    model.isUnitStated = unit != kUnitType_Unknown;
+    SetDocumentUnit(model, model.isUnitStated ? unit : kUnitType_Millimeter);
+    AddHeader(model, "Author", TextOf(global.AuthorName()));
+    AddHeader(model, "Organization", TextOf(global.CompanyName()));
+    AddHeader(model, "SendingSystem", TextOf(global.SystemId()));
+    model.creationTime = IgesTime(TextOf(global.Date()));
+    if (!reader.Transfer(model.document, progress))
+        throw ModelError("its content cannot be made a document");
+}
+
+}  // namespace KVR

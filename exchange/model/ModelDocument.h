@@ -1,0 +1,56 @@
+#pragma once
+
+#include <TDocStd_Document.hxx>
+#include <array>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include "exchange/model/ModelFormat.h"
+#include "framework/api/Enums.h"
+
+class TopoDS_TShape;
+
+namespace KVR
+{
+
+struct ModelReadOptions
+{
+    /// Whether annotations (dimensions, tolerances, datums) and views are read.
+    bool withAnnotations = true;
+    /// The unit of a model that states none.
+    UnitTypeEnum unit = kUnitType_Millimeter;
+    /// Whether progress is shown on standard error.
+    bool showsProgress = false;
+};
+
+/// A model as it was read: a document of Open CASCADE's with its geometry in the unit that the model states, and what
+/// stands beside it.
+struct ModelDocument
+{
+    Handle(TDocStd_Document) document;
+    UnitTypeEnum unit = kUnitType_Millimeter;
+    bool isUnitStated = false;
+    /// Which of its axes points up.
+    bool isYUp = false;
+    /// Names of elements of file properties ("Author", "Organization", ...) with their texts.
+    std::vector<std::pair<std::string, std::string>> header;
+    /// "YYYY-MM-DDThh:mm:ss", as the model says.
+    std::string creationTime;
+    /// What the model calls its bodies, and by what its faces and edges are known in it, by the shape without place.
+    std::unordered_map<TopoDS_TShape const*, std::string> bodyNames;
+    std::unordered_map<TopoDS_TShape const*, std::string> entityIds;
+    /// Where the eyes of saved views are, by the names of the views; Open CASCADE's documents do not tell.
+    std::unordered_map<std::string, std::array<double, 3>> eyes;
+    /// What was found and is not in the document, by kind.
+    std::vector<std::pair<std::string, unsigned long long>> losses;
+    /// Sentences for the user.
+    std::vector<std::string> warnings;
+
+    /// Reads a model. Throws ModelError. May end the process: Open CASCADE crashes on some inputs.
+    static ModelDocument Read(std::string const& path, ModelFormat format, ModelReadOptions const& options);
+};
+
+}  // namespace KVR

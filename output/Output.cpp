@@ -1,0 +1,60 @@
+#include "output/Output.h"
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+
+#include "output/OutputError.h"
+
+namespace KVR
+{
+
+Output::Output(int descriptor) : m_buffer(std::make_unique<char[]>(kCapacity)), m_descriptor(descriptor) {}
+
+void Output::Put(std::string_view text)
+{
+    if (text.size() > kCapacity - m_used)
+    {
+        Flush();
+        if (text.size() > kCapacity)
+        {
+            Write(text.data(), text.size());
+            return;
+        }
+    }
+    if (!text.empty())
+        std::memcpy(m_buffer.get() + m_used, text.data(), text.size());
+    m_used += text.size();
+}
+
+void Output::PutSpaces(std::size_t count)
+{
+    for (; count > 0; --count)
+        Put(' ');
+}
+
+void Output::Flush()
+{
+    std::size_t const count = m_used;
+    m_used = 0;
+    Write(m_buffer.get(), count);
+}
+
+void Output::Write(char const* bytes, std::size_t count) const
+{
+    while (count > 0)
+    {
+        ssize_t const written = write(m_descriptor, bytes, count);
+        if (written < 0)
+        {
+            if (errno == EINTR)
+                continue;
+            throw OutputError(errno);
+        }
+        bytes += written;
+        count -= static_cast<std::size_t>(written);
+    }
+}
+
+}  // namespace KVR

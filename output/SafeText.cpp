@@ -1,0 +1,133 @@
+#include "output/SafeText.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+
+#include "framework/api/Unicode.h"
+#include "output/Output.h"
+
+namespace KVR
+{
+
+namespace
+{
+
+bool IsPlain(char byte)
+{
+    auto const value = static_cast<unsigned char>(byte);
+    return value >= 0x20 && value < 0x7F && byte != '"' && byte != '\\';
+}
+
+bool IsAscii(char byte)
+{
+    return static_cast<unsigned char>(byte) < 0x80;
+}
+
+// The code unit of the character at the front of the text when it is to be escaped, with its length in bytes; length 0
+// for text that may stand. The text is valid UTF-8.
+struct Hidden
+{
+    unsigned unit = 0;
+    std::size_t length = 0;
+};
+
+Hidden HiddenAt(std::string_view text)
+{
+    auto const byte = [text](std::size_t i) { return static_cast<unsigned char>(text[i]); };
+    if (byte(0) < 0x80)
+        return IsPlain(text[0]) ? Hidden{} : Hidden{byte(0), 1};
+    if (byte(0) == 0xC2 && byte(1) < 0xA0)
+        return {byte(1), 2};
+    if (byte(0) == 0xD8 && byte(1) == 0x9C)
+        return {0x061C, 2};
+    if (byte(0) == 0xEF && byte(1) == 0xBB && byte(2) == 0xBF)
+        return {0xFEFF, 3};
+    if (byte(0) != 0xE2 || (byte(1) != 0x80 && byte(1) != 0x81))
+        return {};
+    unsigned const unit = 0x2000 | ((byte(1) & 0x3FU) << 6) | (byte(2) & 0x3FU);
+    bool const isMark =
+        unit == 0x200E || unit == 0x200F || (unit >= 0x2028 && unit <= 0x202E) || (unit >= 0x2066 && unit <= 0x2069);
+    return isMark ? Hidden{unit, 3} : Hidden{};
+}
+
+template <class Sink>
+void PutEscape(Sink& sink, unsigned unit)
+{
+    switch (unit)
+    {
+        case '"':
+            return sink("\\\"");
+        case '\\':
+            return sink("\\\\");
+        case '\b':
+            return sink("\\b");
+        case '\f':
+            return sink("\\f");
+        case '\n':
+            return sink("\\n");
+        case '\r':
+            return sink("\\r");
+        case '\t':
+            return sink("\\t");
+        default:
+            break;
+    }
+    std::array<char, 6> escape = {'\\', 'u', '0', '0', '0', '0'};
+    for (std::size_t i = 5; i > 1; --i, unit >>= 4)
+        escape[i] = "0123456789abcdef"[unit & 0xF];
+    sink(std::string_view(escape.data(), escape.size()));
+}
+
+template <class Sink>
+void Escape(std::string_view text, Sink sink)
+{
+    while (!text.empty())
+    {
+        auto const plain = static_cast<std::size_t>(std::find_if_not(text.begin(), text.end(), IsPlain) - text.begin());
+        sink(text.substr(0, plain));
+        text.remove_prefix(plain);
+        if (text.empty())
+            return;
+        Hidden const hidden = HiddenAt(text);
+        if (hidden.length > 0)
+        {
+            PutEscape(sink, hidden.unit);
+            text.remove_prefix(hidden.length);
+            continue;
+        }
+        // A lead byte; the bytes that continue it cannot be taken for the start of a hidden character.
+        sink(text.substr(0, 1));
+        text.remove_prefix(1);
+        while (!text.empty() && (static_cast<unsigned char>(text[0]) & 0xC0) == 0x80)
+        {
+            sink(text.substr(0, 1));
+            text.remove_prefix(1);
+        }
+    }
+}
+
+template <class Sink>
+void EscapeAny(std::string_view text, Sink sink)
+{
+    if (std::all_of(text.begin(), text.end(), IsAscii))
+        Escape(text, sink);
+    else
+        Escape(std::string_view(Unicode::Utf8FromWide(Unicode::WideFromUtf8(text))), sink);
+}
+
+}  // namespace
+
+void PutEscaped(Output& out, std::string_view text)
+{
+    EscapeAny(text, [&out](std::string_view piece) { out.Put(piece); });
+}
+
+std::string Escaped(std::string_view text)
+{
+    std::string escaped;
+    EscapeAny(text, [&escaped](std::string_view piece) { escaped += piece; });
+    return escaped;
+}
+
+}  // namespace KVR
