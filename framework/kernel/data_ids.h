@@ -17,6 +17,7 @@ class DXID_DATA
 {
 public:
     explicit DXID_DATA(std::string dataId) : m_dataId(std::move(dataId)) {}
+    /// The data id, owned by the record.
     std::string const& dx_id() const noexcept { return m_dataId; }
 
 private:

@@ -40,6 +40,7 @@ inline bool EqualsAnyCase(XMLCh const* text, std::u16string_view name)
     return *text == 0;
 }
 
+/// Whether the node is an element; false for null.
 inline bool IsElement(xercesc::DOMNode const* node)
 {
     return node && node->getNodeType() == xercesc::DOMNode::ELEMENT_NODE;
@@ -55,11 +56,14 @@ inline bool IsNamed(xercesc::DOMNode const* node, std::u16string_view name)
 class ChildElements
 {
 public:
+    /// Goes from element to element, past text, comments and the like.
     class Iterator
     {
     public:
         explicit Iterator(xercesc::DOMNode* node) : m_node(node) { SkipOthers(); }
+        /// The element, owned by the document.
         xercesc::DOMNode* operator*() const { return m_node; }
+        /// Goes to the next element, or to the end.
         Iterator& operator++()
         {
             m_node = m_node->getNextSibling();
@@ -79,13 +83,16 @@ public:
     };
 
     explicit ChildElements(xercesc::DOMNode const* node) : m_first(node ? node->getFirstChild() : nullptr) {}
+    /// An iterator at the first element, or at the end.
     Iterator begin() const { return Iterator(m_first); }
+    /// An iterator behind the last element.
     Iterator end() const { return Iterator(nullptr); }
 
 private:
     xercesc::DOMNode* m_first;
 };
 
+/// The child elements of a node, for range-based loops.
 inline ChildElements Children(xercesc::DOMNode const* node)
 {
     return ChildElements(node);
@@ -99,6 +106,7 @@ struct MatchRow
     bool anyCase;
     Action action;
 
+    /// Runs the action when the name matches; whether it did.
     bool Try(XMLCh const* nodeName) const
     {
         bool const isMatch = anyCase ? EqualsAnyCase(nodeName, name) : Equals(nodeName, name);
@@ -108,6 +116,7 @@ struct MatchRow
     }
 };
 
+/// A row for children of exactly that name.
 template <class Action>
 MatchRow<Action> On(std::u16string_view name, Action action)
 {
