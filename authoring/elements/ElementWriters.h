@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "authoring/SceneRecords.h"
+#include "framework/xml_util/FormatNames.h"
 
 // The elements of a scene, each written as a whole into the innermost open element. They throw what XmlFile throws.
 namespace KVR::Authoring
@@ -26,9 +27,9 @@ void WriteExtensionData(XmlFile& file, ObjectRecord const& object);
 /// Nothing for a unit that states nothing.
 void WriteUnit(XmlFile& file, UnitRecord const& unit);
 /// Nothing for an empty list.
-void WriteStyleRefs(XmlFile& file, std::string_view name, std::span<UTF8String const> styles);
-void WriteXYZ(XmlFile& file, std::string_view name, XYZ const& value);
-void WriteColor(XmlFile& file, std::string_view name, ColorRecord const& color);
+void WriteStyleRefs(XmlFile& file, ElementName name, std::span<UTF8String const> styles);
+void WriteXYZ(XmlFile& file, ElementName name, XYZ const& value);
+void WriteColor(XmlFile& file, ElementName name, ColorRecord const& color);
 void WriteFileProperties(XmlFile& file, FilePropertiesRecord const& properties);
 void WriteUniverse(XmlFile& file, UniverseRecord const& universe);
 void WriteCrossLevel(XmlFile& file, CrossLevelRecord const& crossLevel);
@@ -44,7 +45,7 @@ void WriteWorkPlane(XmlFile& file, WorkPlaneRecord const& plane);
 void WriteWorkPoint(XmlFile& file, WorkPointRecord const& point);
 void WriteSketch(XmlFile& file, SketchRecord const& sketch);
 /// Opens a set and writes all but its children; whoever calls closes it.
-void BeginSet(XmlFile& file, std::string_view name, GeometryRecord const& set);
+void BeginSet(XmlFile& file, ElementName name, GeometryRecord const& set);
 
 void WriteAttributeSet(XmlFile& file, AttributeSetRecord const& set);
 void WriteCallout(XmlFile& file, CalloutRecord const& callout);
