@@ -8,6 +8,7 @@
 #include "framework/api/SubEntityToStylesMap.h"
 #include "framework/kernel/entity.h"
 #include "framework/xml_util/DomWalk.h"
+#include "framework/xml_util/EnumTexts.h"
 #include "framework/xml_util/FormatNames.h"
 #include "framework/xml_util/XMLBrep.h"
 #include "framework/xml_util/XMLStrUtil.h"
@@ -31,22 +32,6 @@ namespace
 {
 
 using xercesc::DOMNode;
-
-struct GeometryTypeRow
-{
-    std::u16string_view text;
-    IBrep::ProducerGeometryTypeEnum type;
-};
-
-constexpr GeometryTypeRow kGeometryTypeRows[] = {
-    {u"kProducerGeometryType_Unknown", IBrep::kProducerGeometryType_Unknown},
-    {u"kProducerGeometryType_BrepMixed", IBrep::kProducerGeometryType_BrepMixed},
-    {u"kProducerGeometryType_BrepSolid", IBrep::kProducerGeometryType_BrepSolid},
-    {u"kProducerGeometryType_BrepSheet", IBrep::kProducerGeometryType_BrepSheet},
-    {u"kProducerGeometryType_Surface", IBrep::kProducerGeometryType_Surface},
-    {u"kProducerGeometryType_BrepWire", IBrep::kProducerGeometryType_BrepWire},
-    {u"kProducerGeometryType_Curve", IBrep::kProducerGeometryType_Curve},
-};
 
 // What an element says, with the format's defaults.
 struct BrepFields
@@ -193,14 +178,7 @@ private:
 
 bool ProducerGeometryTypeFromText(XMLCh const* text, IBrep::ProducerGeometryTypeEnum& type)
 {
-    for (GeometryTypeRow const& row : kGeometryTypeRows)
-    {
-        if (!Equals(text, row.text))
-            continue;
-        type = row.type;
-        return true;
-    }
-    return false;
+    return ValueOfText(kProducerGeometryTypeTexts, text, type);
 }
 
 bool ReadBrep(XMLProducerImpl* producer, DOMNode* node, BodyEntities& bodyEntities, UTF8String& id)

@@ -1,8 +1,6 @@
 #include "geometry/XMLSketch.h"
 
-#include <algorithm>
-#include <iterator>
-
+#include "framework/xml_util/EnumTexts.h"
 #include "framework/xml_util/FormatNames.h"
 #include "framework/xml_util/XMLUtils.h"
 #include "geometry/ChildIds.h"
@@ -19,17 +17,6 @@ namespace KVR
 
 namespace
 {
-
-struct SketchTypeRow
-{
-    std::u16string_view text;
-    ISketch::SketchTypeEnum type;
-};
-
-constexpr SketchTypeRow kSketchTypeRows[] = {
-    {u"kSketchType_2D", ISketch::kSketchType_2D},
-    {u"kSketchType_3D", ISketch::kSketchType_3D},
-};
 
 constexpr ChildIdRow kPointRows[] = {
     {Names::Child, &AddChildRef, kOnFailure_Next},
@@ -64,13 +51,7 @@ bool XMLSketch::ReadAttributes(xercesc::DOMNode const* node)
     // Kept: absence means hidden here, although a new sketch is shown, and a point or a set is.
     m_netVisible = ReadBoolean(node, Names::NetVisibility, kVisibility_OneElseHidden);
     m_visible = ReadBoolean(node, Names::Visibility, kVisibility_OneElseHidden);
-    XMLCh const* const type = AttributeText(node, Names::SketchTypeEnum);
-    auto const* const row = std::find_if(std::begin(kSketchTypeRows), std::end(kSketchTypeRows),
-                                         [&](SketchTypeRow const& known) { return Equals(type, known.text); });
-    if (row == std::end(kSketchTypeRows))
-        return false;
-    m_type = row->type;
-    return true;
+    return ValueOfText(kSketchTypeTexts, AttributeText(node, Names::SketchTypeEnum), m_type);
 }
 
 void XMLSketch::ReadChild(xercesc::DOMNode* child, ChildContext const& context)

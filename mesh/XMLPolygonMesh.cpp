@@ -4,6 +4,7 @@
 
 #include "framework/api/ObjectCollector.h"
 #include "framework/api/Subscript.h"
+#include "framework/xml_util/EnumTexts.h"
 #include "framework/xml_util/FormatNames.h"
 #include "framework/xml_util/XMLUtils.h"
 #include "producer/ElementReaders.h"
@@ -20,19 +21,6 @@ namespace KVR
 
 namespace
 {
-
-struct MeshTypeRow
-{
-    std::u16string_view text;
-    IPolygonMesh::PolygonMeshTypeEnum type;
-};
-
-constexpr MeshTypeRow kMeshTypeRows[] = {
-    {u"kPolygonMeshType_Regular", IPolygonMesh::kPolygonMeshType_Regular},
-    {u"kPolygonMeshType_Triangular", IPolygonMesh::kPolygonMeshType_Triangular},
-    {u"kPolygonMeshType_Strip", IPolygonMesh::kPolygonMeshType_Strip},
-    {u"kPolygonMeshType_Fan", IPolygonMesh::kPolygonMeshType_Fan},
-};
 
 template <class Item>
 IsValueSpecifiedEnum ItemAt(std::vector<Item> const& list, unsigned long index, Item& item)
@@ -142,12 +130,7 @@ void XMLPolygonMesh::ReadAttributes(xercesc::DOMNode const* node)
 {
     XMLUtils::GetNodeAttribute(node, Names::Label, m_label);
     XMLUtils::GetNodeAttribute(node, Names::LODID, m_levelOfDetailId);
-    XMLCh const* const type = AttributeText(node, Names::Type);
-    for (MeshTypeRow const& row : kMeshTypeRows)
-    {
-        if (Equals(type, row.text))
-            m_meshType = row.type;
-    }
+    Ignored(ValueOfText(kPolygonMeshTypeTexts, AttributeText(node, Names::Type), m_meshType));
     XMLUtils::GetNodeAttribute(node, Names::VersionPersistentId, m_versionPersistentId);
     // Kept: absence means hidden here, although a new mesh is shown.
     m_visible = false;

@@ -1,9 +1,9 @@
 #include <memory>
-#include <string_view>
 #include <utility>
 
 #include "framework/api/ObjectCollector.h"
 #include "framework/xml_util/DomWalk.h"
+#include "framework/xml_util/EnumTexts.h"
 #include "framework/xml_util/FormatNames.h"
 #include "framework/xml_util/XMLStrUtil.h"
 #include "organisation/XMLSectionCamera.h"
@@ -20,17 +20,6 @@ namespace
 
 using xercesc::DOMNode;
 
-struct CameraTypeRow
-{
-    std::u16string_view text;
-    ICamera::CameraTypeEnum type;
-};
-
-constexpr CameraTypeRow kCameraTypeRows[] = {
-    {u"kCameraType_Parallel", ICamera::kCameraType_Parallel},
-    {u"kCameraType_Perspective", ICamera::kCameraType_Perspective},
-};
-
 struct DecimalRow
 {
     AttributeName name;
@@ -44,19 +33,9 @@ constexpr DecimalRow kDecimalRows[] = {
     {Names::ViewWindowHeightForParallelCamera, &CameraState::viewWindowHeight},
 };
 
-// Any other text leaves the type alone.
-void CameraTypeFromText(XMLCh const* text, ICamera::CameraTypeEnum& type)
-{
-    for (CameraTypeRow const& row : kCameraTypeRows)
-    {
-        if (Equals(text, row.text))
-            type = row.type;
-    }
-}
-
 void ReadAttributes(DOMNode const* node, CameraState& state)
 {
-    CameraTypeFromText(AttributeText(node, Names::Type), state.cameraType);
+    Ignored(ValueOfText(kCameraTypeTexts, AttributeText(node, Names::Type), state.cameraType));
     // Kept: the attribute's being there is what specifies a value, also when its text does not convert.
     for (DecimalRow const& row : kDecimalRows)
     {

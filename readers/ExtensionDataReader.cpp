@@ -4,6 +4,7 @@
 
 #include "framework/api/Matrix3d.h"
 #include "framework/xml_util/DomWalk.h"
+#include "framework/xml_util/EnumTexts.h"
 #include "framework/xml_util/FormatNames.h"
 #include "framework/xml_util/XMLObject.h"
 #include "framework/xml_util/XMLStrUtil.h"
@@ -13,24 +14,16 @@
 namespace KVR
 {
 
-namespace
-{
-
-// Kept: spelled with one r; with two it is another word.
-constexpr std::u16string_view kOccurrencePathType = u"kObjectPathTypeEnum_OccurancePath";
-
-}  // namespace
-
 bool ReadExtensionData(xercesc::DOMNode const* node, ExtensionDataContent& content)
 {
     if (!IsNamed(node, Names::ExtensionData))
         return false;
     content.SetTypeId(XMLStrUtil::XMLStrToAStr(AttributeOrEmpty(node, Names::TypeId)));
     content.SetData(XMLStrUtil::XMLStrToAStr(AttributeOrEmpty(node, Names::Content)));
+    auto pathType = ExtensionDataContent::kObjectPathType_Other;
+    Ignored(ValueOfText(kObjectPathTypeTexts, AttributeText(node, Names::Type), pathType));
     content.SetObjectPath(ParseOccurrencePath(XMLStrUtil::XMLStrToAStr(AttributeOrEmpty(node, Names::OccurrencePath))),
-                          Equals(AttributeText(node, Names::Type), kOccurrencePathType)
-                              ? ExtensionDataContent::kObjectPathType_Occurrence
-                              : ExtensionDataContent::kObjectPathType_Other);
+                          pathType);
     if (XMLCh const* const text = AttributeText(node, Names::LengthUnit))
     {
         UnitTypeEnum unit = kUnitType_Unknown;

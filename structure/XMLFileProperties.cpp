@@ -5,8 +5,8 @@
 #include "framework/api/Time.h"
 #include "framework/api/ViewingData.h"
 #include "framework/xml_util/DomWalk.h"
+#include "framework/xml_util/EnumTexts.h"
 #include "framework/xml_util/FormatNames.h"
-#include "framework/xml_util/PropertyTypeText.h"
 #include "framework/xml_util/XMLStrUtil.h"
 #include "readers/BooleanText.h"
 #include "readers/Ignored.h"
@@ -93,7 +93,7 @@ void XMLFileProperties::ReadCustomProperties(xercesc::DOMNode const* node)
     {
         if (!IsNamed(child, Names::CustomProperty))
             continue;
-        Ignored(PropertyTypeFromText(AttributeText(child, Names::Type), type));
+        Ignored(ValueOfText(kPropertyTypeTexts, AttributeText(child, Names::Type), type));
         CustomProperty property;
         UTF16String const name = XMLStrUtil::XMLStrToWStr(AttributeOrEmpty(child, Names::Key));
         if (SetFromText(property, type, name, AttributeOrEmpty(child, Names::Value)))

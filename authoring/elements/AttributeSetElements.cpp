@@ -1,5 +1,6 @@
 #include "authoring/XmlFile.h"
 #include "authoring/elements/ElementWriters.h"
+#include "framework/xml_util/EnumTexts.h"
 #include "framework/xml_util/FormatNames.h"
 
 namespace KVR::Authoring
@@ -74,12 +75,10 @@ void WriteStyle(XmlFile& file, StyleRecord const& style)
     file.Begin(Names::IRenderStyle);
     WriteHead(file, style);
     if (style.pointMarker)
-        file.Attribute(Names::PointStyleMarkerType,
-                       std::string_view("kPointStyleMarkerType_" + std::string(style.pointMarker->View())));
+        file.Attribute(Names::PointStyleMarkerType, WholeText(kPointStyleMarkerTypeTexts, *style.pointMarker));
     WriteOptional(file, Names::PointStyleMarkerSize, style.pointSize);
     if (style.curveFont)
-        file.Attribute(Names::CurveStyleFont,
-                       std::string_view("kCurveStyleFontType_" + std::string(style.curveFont->View())));
+        file.Attribute(Names::CurveStyleFont, WholeText(kCurveStyleFontTypeTexts, *style.curveFont));
     WriteOptional(file, Names::CurveStyleWidth, style.curveWidth);
     WriteChangeKey(file, style);
     if (style.diffuse)
@@ -174,7 +173,8 @@ void WriteCamera(XmlFile& file, CameraRecord const& camera)
 {
     file.Begin(Names::ICamera);
     WriteHead(file, camera);
-    file.Attribute(Names::Type, camera.isPerspective ? "kCameraType_Perspective" : "kCameraType_Parallel");
+    file.Attribute(Names::Type, TextOfValue(kCameraTypeTexts, camera.isPerspective ? ICamera::kCameraType_Perspective
+                                                                                   : ICamera::kCameraType_Parallel));
     WriteOptional(file, Names::DistanceToViewPlane, camera.distanceToViewPlane);
     WriteOptional(file, Names::AspectRatio, camera.aspectRatio);
     WriteOptional(file, Names::ViewAngle, camera.viewAngle);

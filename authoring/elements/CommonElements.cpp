@@ -6,6 +6,7 @@
 #include "authoring/elements/ElementWriters.h"
 #include "authoring/elements/PropertyText.h"
 #include "framework/api/Exception.h"
+#include "framework/xml_util/EnumTexts.h"
 #include "framework/xml_util/FormatNames.h"
 #include "framework/xml_util/XMLStrUtil.h"
 
@@ -14,7 +15,7 @@ namespace KVR::Authoring
 
 std::string_view UnitText(UnitTypeEnum unit)
 {
-    return XMLStrUtil::UnitTypeToString(unit);
+    return TextOfValue(kUnitTypeTexts, unit);
 }
 
 std::string TransformText(Matrix3d const& transform)
@@ -83,7 +84,8 @@ void WriteExtensionData(XmlFile& file, ObjectRecord const& object)
         file.Attribute(Names::Content, data.content.View());
         if (data.occurrencePath)
         {
-            file.Attribute(Names::Type, "kObjectPathTypeEnum_OccurancePath");
+            file.Attribute(Names::Type,
+                           TextOfValue(kObjectPathTypeTexts, ExtensionDataContent::kObjectPathType_Occurrence));
             file.Attribute(Names::OccurrencePath, std::string_view(PathText(*data.occurrencePath)));
         }
         if (data.lengthUnit)

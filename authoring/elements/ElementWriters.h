@@ -4,6 +4,8 @@
 #include <string_view>
 
 #include "authoring/SceneRecords.h"
+#include "framework/api/Exception.h"
+#include "framework/xml_util/EnumText.h"
 #include "framework/xml_util/FormatNames.h"
 
 // The elements of a scene, each written as a whole into the innermost open element. They throw what XmlFile throws.
@@ -13,6 +15,15 @@ namespace KVR::Authoring
 class XmlFile;
 
 std::string_view UnitText(UnitTypeEnum unit);
+/// The text of an enumeration that has that end, as records state it. Throws GeneralException for an end of none.
+template <class Enum, std::size_t kSize>
+std::string_view WholeText(EnumText<Enum> const (&rows)[kSize], UTF8String const& end)
+{
+    std::string_view const text = TextOfEnd(rows, end.View());
+    if (text.empty())
+        throw GeneralException("a type is one that the format has a text for");
+    return text;
+}
 /// Throws GeneralException for a transform with a number that is infinite or none.
 std::string TransformText(Matrix3d const& transform);
 /// Throws GeneralException for an id with a "]".

@@ -1,6 +1,7 @@
 #include "authoring/XmlFile.h"
 #include "authoring/XmlText.h"
 #include "authoring/elements/ElementWriters.h"
+#include "framework/xml_util/EnumTexts.h"
 #include "framework/xml_util/FormatNames.h"
 
 namespace KVR::Authoring
@@ -73,7 +74,7 @@ void WriteSubEntities(XmlFile& file, ElementName name, std::span<SubEntityStyles
 void WriteBody(XmlFile& file, BodyRecord const& body)
 {
     BeginGeometry(file, Names::IBrep, body);
-    file.Attribute(Names::Type, std::string_view("kProducerGeometryType_" + std::string(body.type.View())));
+    file.Attribute(Names::Type, WholeText(kProducerGeometryTypeTexts, body.type));
     WriteGeometry(file, body);
     WriteSubEntities(file, Names::Face, body.faces);
     WriteSubEntities(file, Names::Edge, body.edges);
@@ -85,7 +86,7 @@ void WriteMesh(XmlFile& file, MeshRecord const& mesh)
     file.Begin(Names::IPolygonMesh);
     WriteHead(file, mesh);
     file.Attribute(Names::Visibility, mesh.isVisible ? "1" : "0");
-    file.Attribute(Names::Type, std::string_view("kPolygonMeshType_" + std::string(mesh.type.View())));
+    file.Attribute(Names::Type, WholeText(kPolygonMeshTypeTexts, mesh.type));
     if (mesh.levelOfDetailId)
         file.Attribute(Names::LODID, mesh.levelOfDetailId->View());
     WriteGeometry(file, mesh);
@@ -177,7 +178,8 @@ void WriteWorkPoint(XmlFile& file, WorkPointRecord const& point)
 void WriteSketch(XmlFile& file, SketchRecord const& sketch)
 {
     BeginGeometry(file, Names::ISketch, sketch);
-    file.Attribute(Names::SketchTypeEnum, sketch.is3D ? "kSketchType_3D" : "kSketchType_2D");
+    file.Attribute(Names::SketchTypeEnum,
+                   TextOfValue(kSketchTypeTexts, sketch.is3D ? ISketch::kSketchType_3D : ISketch::kSketchType_2D));
     WriteGeometry(file, sketch);
     file.Begin(Names::ChildSet);
     for (PointRecord const& point : sketch.points)

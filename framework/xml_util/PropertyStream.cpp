@@ -11,8 +11,8 @@
 #include "framework/api/Time.h"
 #include "framework/api/Unicode.h"
 #include "framework/xml_util/DomWalk.h"
+#include "framework/xml_util/EnumTexts.h"
 #include "framework/xml_util/FormatNames.h"
-#include "framework/xml_util/PropertyTypeText.h"
 #include "framework/xml_util/SideFileParser.h"
 #include "framework/xml_util/SideFilePath.h"
 #include "framework/xml_util/XMLProperty.h"
@@ -118,7 +118,7 @@ XMLProperty* MakeProperty(PropertyTexts const& texts, std::string& buffer)
     if (!texts.id || !texts.objectId)
         return nullptr;
     PropertyTypeEnum type = kPropertyType_String;
-    static_cast<void>(PropertyTypeFromText(texts.type, type));
+    static_cast<void>(ValueOfText(kPropertyTypeTexts, texts.type, type));
     XMLProperty::ValueOf value;
     if (!ReadValue(type, texts.value, value))
         return nullptr;
