@@ -48,7 +48,7 @@ void LoadSubObjectPersistentIds(Scan const& scan, DOMNode const* node)
 {
     UTF16String path;
     XMLUtils::GetNodeAttribute(node, Names::Path, path);
-    // Through narrow text and back, as the loader has always been given it.
+    // Kept: through narrow text and back, which makes U+FFFD of a lone surrogate.
     UTF16String const fullPath{UTF8String(ResolveSideFilePath(scan.sceneFilePath, path))};
     SubObjectPersistentIdReader reader;
     Ignored(reader.LoadSubObjectPersistentIds(fullPath, scan.producer.sideFileIndex->subObjectPersistentIds));
