@@ -106,8 +106,9 @@ TEST(XMLFile, NamesOfAttributesAreExact)
 {
     FileScene file(
         FileText("label='L' fileFullPath='p' FILEFULLPATH='p' isroot='1' versionPersistentId='v' "
-                 "lastModificationTime='2024-03-01'"));
+                 "lastModificationTime='2024-03-01T12:30:00'"));
     EXPECT_EQ(Text(file->Label()), "");
+    EXPECT_FALSE(file->IsRoot());
     EXPECT_EQ(TextOf(*file, &IFile::FileFullPath), std::nullopt);
     EXPECT_EQ(TextOf(*file, &IFile::VersionPersistentId), std::nullopt);
     EXPECT_FALSE(AnswerOf(*file, &IFile::LastModificationTime));
