@@ -10,9 +10,9 @@
 #include "exchange/certify/FactReaders.h"
 #include "exchange/export/OccurrenceState.h"
 #include "exchange/export/SceneModel.h"
-#include "exchange/export/TriangleGroups.h"
 #include "framework/api/kvr_api.h"
 #include "framework/kernel/entity.h"
+#include "scene/SceneMesh.h"
 
 namespace KVR
 {
@@ -218,8 +218,8 @@ private:
         if (known == m_faceStyles.end())
         {
             std::set<std::string> styles;
-            for (TriangleGroups::Group const& group : TriangleGroups::Of(*geometry.mesh).groups)
-                styles.insert(group.style);
+            for (SceneMesh::Run const& run : SceneMesh::Of(*geometry.mesh).runs)
+                styles.insert(run.style);
             known = m_faceStyles.emplace(geometry.object, std::move(styles)).first;
         }
         for (std::string const& style : known->second)

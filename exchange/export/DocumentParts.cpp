@@ -24,9 +24,9 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
-#include "exchange/export/CalloutFacts.h"
 #include "exchange/export/DocumentText.h"
 #include "framework/api/IAnnotationCallout.h"
+#include "scene/SceneNote.h"
 
 namespace KVR
 {
@@ -48,7 +48,7 @@ std::vector<std::string> ReferencesOf(ExportTask const& task)
     for (ModelComponent const& component : task.scene.components)
         for (ModelGeometry const& geometry : component.geometry)
             if (auto const* const callout = dynamic_cast<IAnnotationCallout const*>(geometry.object))
-                for (std::string& id : ReferencesOf(*callout))
+                for (std::string& id : SceneNote::ReferencesOf(*callout))
                     all.push_back(std::move(id));
     return all;
 }

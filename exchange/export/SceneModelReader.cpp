@@ -1,6 +1,6 @@
 #include "exchange/export/SceneModelReader.h"
-#include "exchange/conventions/ExtensionTypes.h"
 #include "framework/api/LengthUnits.h"
+#include "scene/conventions/ExtensionTypes.h"
 
 #include <algorithm>
 #include <cmath>

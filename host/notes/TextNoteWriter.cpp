@@ -32,7 +32,7 @@ void PutFreeText(Output& out, std::string_view text)
     }
 }
 
-std::string TripleText(std::string_view name, std::optional<Note::Triple> const& triple)
+std::string TripleText(std::string_view name, std::optional<SceneNote::Triple> const& triple)
 {
     return triple ? fmt::format(", {} {} {} {}", name, (*triple)[0], (*triple)[1], (*triple)[2]) : std::string();
 }
@@ -58,10 +58,10 @@ void TextNoteWriter::PutObject(std::string_view kind, UTF16String const& label, 
     Paint(kPlain);
 }
 
-void TextNoteWriter::PutLine(Note::Line const& line)
+void TextNoteWriter::PutLine(SceneNote::Line const& line)
 {
     m_out.Put("    ");
-    for (Note::Fragment const& fragment : line)
+    for (SceneNote::Fragment const& fragment : line)
     {
         if (fragment.isBold)
             Paint(kBold);
@@ -74,7 +74,7 @@ void TextNoteWriter::PutLine(Note::Line const& line)
     m_out.Put('\n');
 }
 
-void TextNoteWriter::PutPlane(Note::Plane const& plane)
+void TextNoteWriter::PutPlane(SceneNote::Plane const& plane)
 {
     m_out.Put("  plane: ");
     PutObject(plane.object.kind, plane.object.label, plane.object.id);
@@ -84,15 +84,15 @@ void TextNoteWriter::PutPlane(Note::Plane const& plane)
     m_out.Put('\n');
 }
 
-void TextNoteWriter::PutTargets(Note const& note)
+void TextNoteWriter::PutTargets(SceneNote const& note)
 {
     m_out.Put("  points at:\n");
-    for (Note::Target const& target : note.targets)
+    for (SceneNote::Target const& target : note.targets)
     {
         m_out.Put("    ");
         PutObject(target.object.kind, target.object.label, target.object.id);
         m_out.Put('\n');
-        for (ProductNode const& part : target.parts)
+        for (SceneObjectRef const& part : target.parts)
         {
             m_out.Put("      ");
             PutObject(part.kind, part.label, part.id);
@@ -101,7 +101,7 @@ void TextNoteWriter::PutTargets(Note const& note)
     }
 }
 
-void TextNoteWriter::Write(Note const& note)
+void TextNoteWriter::Write(SceneNote const& note)
 {
     ++m_count;
     PutObject("IAnnotationCallout", note.label, note.id);
@@ -111,7 +111,7 @@ void TextNoteWriter::Write(Note const& note)
     if (note.text)
     {
         m_out.Put("  text:\n");
-        for (Note::Line const& line : *note.text)
+        for (SceneNote::Line const& line : *note.text)
             PutLine(line);
     }
     if (note.plane)

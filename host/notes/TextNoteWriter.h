@@ -2,8 +2,8 @@
 
 #include <string_view>
 
-#include "host/notes/Note.h"
 #include "host/notes/NoteWriter.h"
+#include "scene/SceneNote.h"
 
 namespace KVR
 {
@@ -16,15 +16,15 @@ class TextNoteWriter final : public NoteWriter
 public:
     TextNoteWriter(Output& out, bool color);
 
-    void Write(Note const& note) override;
+    void Write(SceneNote const& note) override;
     void Finish() override;
 
 private:
     void Paint(std::string_view code);
     void PutObject(std::string_view kind, UTF16String const& label, UTF8String const& id);
-    void PutLine(Note::Line const& line);
-    void PutPlane(Note::Plane const& plane);
-    void PutTargets(Note const& note);
+    void PutLine(SceneNote::Line const& line);
+    void PutPlane(SceneNote::Plane const& plane);
+    void PutTargets(SceneNote const& note);
 
     Output& m_out;
     bool m_color;

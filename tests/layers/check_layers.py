@@ -36,6 +36,7 @@ GROUPS = (
     ("authoring/", "authoring"),
     ("output/", "output"),
     ("describe/", "describe"),
+    ("scene/conventions/", "conventions"),
     ("scene/", "scene"),
     ("exchange/run/", "run"),
     ("exchange/conventions/", "conventions"),
@@ -73,7 +74,7 @@ MAY_INCLUDE = {
     "authoring": FRAMEWORK,
     "output": ("api",),
     "describe": ("api", "kernel", "gmk_interface", "output"),
-    "scene": ("api", "kernel", "gmk_interface"),
+    "scene": ("api", "kernel", "gmk_interface", "conventions"),
     # What touches files and processes; what a scene of the exchange says in extension data; how a scene file is opened;
     # models of other programs as documents of Open CASCADE.
     "run": ("api", "output"),
