@@ -7,7 +7,7 @@
 #include "framework/api/IProducer.h"
 #include "framework/api/IText.h"
 #include "framework/api/IWorkFeature.h"
-#include "scene/conventions/ExtensionTypes.h"
+#include "scene/ExtensionTypes.h"
 #include "scene/geometry/Answers.h"
 
 namespace KVR

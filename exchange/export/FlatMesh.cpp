@@ -5,13 +5,12 @@
 #include <limits>
 #include <unordered_set>
 
-#include "exchange/export/Decompose.h"
-#include "exchange/export/GeometryPlace.h"
 #include "exchange/export/OccurrenceLimit.h"
-#include "exchange/export/OccurrenceState.h"
 #include "framework/api/kvr_api.h"
 #include "framework/kernel/entity.h"
+#include "scene/OccurrenceState.h"
 #include "scene/SceneMeshes.h"
+#include "scene/Transform.h"
 
 namespace KVR
 {
@@ -30,14 +29,16 @@ public:
     {
     }
 
-    void Component(ModelComponent const& component, OccurrenceState const& state, Matrix const& place,
-                   std::string const& name)
+    void Component(SceneComponent const& component, OccurrenceState const& state, Matrix const& place,
+                   std::string_view name)
     {
-        for (ModelGeometry const& geometry : component.geometry)
+        for (SceneGeometry const& geometry : component.geometry)
             Geometry(geometry, component, state, place, name);
-        for (ModelPlacement const& placement : component.placements)
+        for (ScenePlacement const& placement : component.placements)
         {
-            ModelComponent const& target = m_task.scene.components[placement.target];
+            if (!placement.IsEntered())
+                continue;
+            SceneComponent const& target = m_task.scene.Components()[placement.target];
             OccurrenceState const below = state.Below(placement, target);
             if (!below.isVisible)
             {
@@ -51,8 +52,8 @@ public:
     }
 
 private:
-    void Geometry(ModelGeometry const& geometry, ModelComponent const& component, OccurrenceState const& state,
-                  Matrix const& place, std::string const& name)
+    void Geometry(SceneGeometry const& geometry, SceneComponent const& component, OccurrenceState const& state,
+                  Matrix const& place, std::string_view name)
     {
         if (geometry.kind == GeometryKind::kBody && geometry.hasMesh)
             return;
@@ -62,21 +63,22 @@ private:
             return;
         }
         bool const hasTriangles = geometry.kind == GeometryKind::kMesh || geometry.kind == GeometryKind::kBody;
-        if (geometry.kind == GeometryKind::kOther || (!hasTriangles && !m_useLines))
+        if (geometry.kind == GeometryKind::kOther || geometry.kind == GeometryKind::kCloud ||
+            (!hasTriangles && !m_useLines))
         {
-            m_task.notCarried.Add("objects of the kind " + geometry.className);
+            m_task.notCarried.Add("objects of the kind " + std::string(geometry.className));
             return;
         }
-        Matrix const all = Product(place, PlaceOf(geometry, component, state));
-        std::string const style = state.StyleOf(geometry);
+        Matrix const all = Product(place, state.PlaceOf(geometry, component));
+        SceneStyle const* const style = state.StyleOf(geometry);
         bool const keeps = state.KeepsFaceStyles(geometry);
-        std::string const& label = name.empty() ? geometry.label : name;
+        std::string const label(name.empty() ? geometry.label : name);
         if (hasTriangles)
         {
             SceneMesh const& mesh = MeshOf(geometry);
             for (SceneMesh::Run const& run : mesh.runs)
                 m_use({mesh, run, all, Mirrors(all),
-                       m_task.scene.StyleOf(keeps && !run.style.empty() ? run.style : style), label});
+                       keeps && !run.style.empty() ? m_task.scene.StyleOf(run.style) : style, label});
             if (!mesh.runs.empty())
                 return;
         }
@@ -84,10 +86,10 @@ private:
         if (lines.IsEmpty())
             m_task.notCarried.Add("pieces of geometry with nothing to draw");
         else
-            m_useLines({lines, all, m_task.scene.StyleOf(style), label});
+            m_useLines({lines, all, style, label});
     }
 
-    SceneLines LinesOf(ModelGeometry const& geometry) const
+    SceneLines LinesOf(SceneGeometry const& geometry) const
     {
         CurveTolerance const tolerance{m_task.options.deflection, 0.0};
         switch (geometry.kind)
@@ -111,7 +113,7 @@ private:
         }
     }
 
-    SceneMesh const& MeshOf(ModelGeometry const& geometry)
+    SceneMesh const& MeshOf(SceneGeometry const& geometry)
     {
         SceneMesh const& mesh = geometry.mesh ? m_meshes.Of(*geometry.mesh) : m_meshes.Of(*geometry.body);
         if (m_counted.insert(geometry.object).second)
@@ -136,9 +138,9 @@ void ForEachTriangleGroup(ExportTask& task, std::function<void(FlatGroup const&)
                           std::function<void(FlatLines const&)> const& useLines)
 {
     RefuseMoreOccurrences(task.scene, kMostOccurrences);
-    ModelComponent const& root = task.scene.components[task.scene.root];
+    SceneComponent const& root = task.scene.Components()[task.scene.Root()];
     Walk(task, use, useLines)
-        .Component(root, OccurrenceState(root), Scaling(root.metresPerUnit / task.scene.metresPerUnit), root.label);
+        .Component(root, OccurrenceState(root), Scaling(root.metresPerUnit / task.scene.MetresPerUnit()), root.label);
 }
 
 namespace

@@ -21,7 +21,7 @@ struct FlatGroup
     /// Whether triangles have to be turned over, since the transform mirrors.
     bool isMirrored;
     /// Null for none.
-    ModelStyle const* style;
+    SceneStyle const* style;
     std::string name;
 };
 
@@ -31,7 +31,7 @@ struct FlatLines
     SceneLines const& lines;
     Matrix const& transform;
     /// Null for none.
-    ModelStyle const* style;
+    SceneStyle const* style;
     std::string name;
 };
 

@@ -25,7 +25,7 @@
 #include "exchange/conventions/AnnotationDetails.h"
 #include "exchange/model/CleanText.h"
 #include "framework/kernel/tessellation/EdgeCorners.h"
-#include "scene/conventions/ExtensionTypes.h"
+#include "scene/ExtensionTypes.h"
 
 namespace KVR
 {

@@ -29,7 +29,7 @@
 #include "framework/api/Time.h"
 #include "framework/api/UTF16String.h"
 #include "framework/kernel/tessellation/BodyMesh.h"
-#include "scene/conventions/ExtensionTypes.h"
+#include "scene/ExtensionTypes.h"
 
 namespace KVR
 {

@@ -11,7 +11,7 @@
 #include <nlohmann/json.hpp>
 
 #include "exchange/model/CleanText.h"
-#include "scene/conventions/ExtensionTypes.h"
+#include "scene/ExtensionTypes.h"
 
 namespace KVR
 {

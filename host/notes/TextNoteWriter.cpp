@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include "host/TextValues.h"
 #include "output/Output.h"
 #include "output/SafeText.h"
 
@@ -10,13 +11,6 @@ namespace KVR
 
 namespace
 {
-
-constexpr std::string_view kKindColor = "36";
-constexpr std::string_view kIdColor = "2";
-constexpr std::string_view kHiddenColor = "33";
-constexpr std::string_view kBold = "1";
-constexpr std::string_view kItalic = "3";
-constexpr std::string_view kPlain = "0";
 
 // Text that stands by itself: quotation marks and backslashes do no harm there and are shown as they are.
 void PutFreeText(Output& out, std::string_view text)
@@ -39,23 +33,11 @@ std::string TripleText(std::string_view name, std::optional<SceneNote::Triple> c
 
 }  // namespace
 
-TextNoteWriter::TextNoteWriter(Output& out, bool color) : m_out(out), m_color(color) {}
+TextNoteWriter::TextNoteWriter(Output& out, bool color) : m_out(out), m_text(out, color) {}
 
-void TextNoteWriter::Paint(std::string_view code)
+void TextNoteWriter::PutObject(SceneObjectRef const& object)
 {
-    if (m_color)
-        m_out.Put(fmt::format("\x1b[{}m", code));
-}
-
-void TextNoteWriter::PutObject(std::string_view kind, UTF16String const& label, UTF8String const& id)
-{
-    Paint(kKindColor);
-    m_out.Put(kind);
-    Paint(kPlain);
-    m_out.Put(fmt::format(" \"{}\" ", Escaped(UTF8String(label).View())));
-    Paint(kIdColor);
-    m_out.Put(Escaped(id.View()));
-    Paint(kPlain);
+    m_text.PutObject(object.kind, UTF8String(object.label).View(), object.id.View());
 }
 
 void TextNoteWriter::PutLine(SceneNote::Line const& line)
@@ -64,12 +46,12 @@ void TextNoteWriter::PutLine(SceneNote::Line const& line)
     for (SceneNote::Fragment const& fragment : line)
     {
         if (fragment.isBold)
-            Paint(kBold);
+            m_text.Paint(PaintedText::kBold);
         if (fragment.isItalic)
-            Paint(kItalic);
+            m_text.Paint(PaintedText::kItalic);
         PutFreeText(m_out, fragment.text);
         if (fragment.isBold || fragment.isItalic)
-            Paint(kPlain);
+            m_text.Paint(PaintedText::kPlain);
     }
     m_out.Put('\n');
 }
@@ -77,7 +59,7 @@ void TextNoteWriter::PutLine(SceneNote::Line const& line)
 void TextNoteWriter::PutPlane(SceneNote::Plane const& plane)
 {
     m_out.Put("  plane: ");
-    PutObject(plane.object.kind, plane.object.label, plane.object.id);
+    PutObject(plane.object);
     m_out.Put(TripleText("origin", plane.origin));
     m_out.Put(TripleText("normal", plane.normal));
     m_out.Put(TripleText("reference", plane.reference));
@@ -90,12 +72,12 @@ void TextNoteWriter::PutTargets(SceneNote const& note)
     for (SceneNote::Target const& target : note.targets)
     {
         m_out.Put("    ");
-        PutObject(target.object.kind, target.object.label, target.object.id);
+        PutObject(target.object);
         m_out.Put('\n');
         for (SceneObjectRef const& part : target.parts)
         {
             m_out.Put("      ");
-            PutObject(part.kind, part.label, part.id);
+            PutObject(part);
             m_out.Put('\n');
         }
     }
@@ -104,10 +86,8 @@ void TextNoteWriter::PutTargets(SceneNote const& note)
 void TextNoteWriter::Write(SceneNote const& note)
 {
     ++m_count;
-    PutObject("IAnnotationCallout", note.label, note.id);
-    Paint(note.isVisible ? kPlain : kHiddenColor);
-    m_out.Put(note.isVisible ? ", visible\n" : ", hidden\n");
-    Paint(kPlain);
+    m_text.PutObject("IAnnotationCallout", UTF8String(note.label).View(), note.id.View());
+    m_text.PutVisibility(note.isVisible, "\n");
     if (note.text)
     {
         m_out.Put("  text:\n");
@@ -122,7 +102,7 @@ void TextNoteWriter::Write(SceneNote const& note)
 
 void TextNoteWriter::Finish()
 {
-    m_out.Put(fmt::format("{} {}\n", m_count, m_count == 1 ? "note" : "notes"));
+    m_out.Put(Counted(m_count, "note", "notes") + "\n");
 }
 
 }  // namespace KVR

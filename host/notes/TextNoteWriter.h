@@ -1,7 +1,6 @@
 #pragma once
 
-#include <string_view>
-
+#include "host/PaintedText.h"
 #include "host/notes/NoteWriter.h"
 #include "scene/SceneNote.h"
 
@@ -20,14 +19,13 @@ public:
     void Finish() override;
 
 private:
-    void Paint(std::string_view code);
-    void PutObject(std::string_view kind, UTF16String const& label, UTF8String const& id);
+    void PutObject(SceneObjectRef const& object);
     void PutLine(SceneNote::Line const& line);
     void PutPlane(SceneNote::Plane const& plane);
     void PutTargets(SceneNote const& note);
 
     Output& m_out;
-    bool m_color;
+    PaintedText m_text;
     unsigned long long m_count = 0;
 };
 

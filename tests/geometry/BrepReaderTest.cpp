@@ -142,6 +142,22 @@ TEST(BrepReader, UnderAPrefixTheStoreIsAskedForTheWrittenId)
     EXPECT_TRUE(test.Brep("new1").Body());
 }
 
+TEST(BrepReader, RepeatedUnderAPrefixItIsOneObjectWithOneNewIdAndTheBody)
+{
+    TestScene scene(
+        "<Scene><SatInfo Path='s.sab'/><IPart ID='p' Label=''><ChildSet><IBrep ID='b' Label='first'/>"
+        "<IBrep ID='b' Label='second'/></ChildSet></IPart><IPart ID='q' Label=''><ChildSet>"
+        "<IBrep ID='b' Label='third'/><IPoint ID='c'/></ChildSet></IPart></Scene>");
+    scene.WithFile("s.sab", BoxStore()).WithPrefix("n").Begin();
+    EXPECT_THAT(scene.ChildIds("n1"), ElementsAre("n2", "n2"));
+    EXPECT_THAT(scene.ChildIds("n3"), ElementsAre("n2", "n4")) << "the repeats take no number";
+    EXPECT_EQ(Text(scene.Get<IBrep>("n2").Label()), "first");
+    EXPECT_TRUE(scene.Get<IBrep>("n2").Body());
+    // One alone: with it the id is gone, and the body ends once.
+    scene.Producer().Dispose("n2");
+    EXPECT_FALSE(scene.Has("n2"));
+}
+
 TEST(BrepReader, TheLengthUnitIsNotSaidAndTheOtherTwoAre)
 {
     BrepElement test("",

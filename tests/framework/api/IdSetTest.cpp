@@ -353,6 +353,52 @@ TEST(IdSetSet, CopiesAreIndependent)
     EXPECT_EQ(sets.Size(), 1U);
 }
 
+IdSetSet NumberedSets(std::size_t count)
+{
+    IdSetSet sets;
+    for (std::size_t i = 0; i < count; ++i)
+    {
+        IdSet set;
+        set.AddWithoutUniquenessCheck(Id(i));
+        sets.AddWithUniquenessCheck(set);
+    }
+    return sets;
+}
+
+TEST(IdSetSet, WhatWasMovedFromIsEmptyAndKnowsWhatIsAddedToIt)
+{
+    constexpr std::size_t kMany = 100;
+    IdSetSet const many = NumberedSets(kMany);
+    IdSetSet sets = many;
+    IdSetSet& from = sets;
+    IdSetSet to(std::move(sets));
+    EXPECT_EQ(to.Size(), kMany);
+    for (int moves = 0; moves < 2; ++moves)
+    {
+        EXPECT_TRUE(from.IsEmpty());
+        for (int round = 0; round < 2; ++round)
+        {
+            for (std::size_t i = 0; i < kMany; ++i)
+                from.AddWithUniquenessCheck(many.At(i));
+        }
+        EXPECT_EQ(from.Size(), kMany) << "each once, by construction and by assignment";
+        to = std::move(from);
+        EXPECT_EQ(to.Size(), kMany);
+        to.AddWithUniquenessCheck(many.At(kMany - 1));
+        EXPECT_EQ(to.Size(), kMany);
+    }
+}
+
+TEST(IdSetSet, AssignmentToItselfChangesNothing)
+{
+    IdSetSet sets = NumberedSets(100);
+    IdSetSet& same = sets;
+    sets = std::move(same);
+    EXPECT_EQ(sets.Size(), 100U);
+    sets.AddWithUniquenessCheck(NumberedSets(1).At(0));
+    EXPECT_EQ(sets.Size(), 100U);
+}
+
 TEST(IdSetSet, AnIndexAtOrBeyondTheSizeIsOutOfRange)
 {
     IdSetSet sets;
