@@ -105,7 +105,7 @@ void AddTriangles(SceneMesh& target, BodyMesh const& mesh, TopTools_IndexedMapOf
 {
     std::vector<std::string> const styles = StylesOfFaces(body, static_cast<std::size_t>(faces.Extent()));
     BodySource const source(mesh);
-    TriangleRuns runs;
+    TriangleRuns runs(mesh.Vertices().size() / 3);
     for (std::size_t range = 0; range < mesh.Faces().size(); ++range)
     {
         auto const face = static_cast<std::uint32_t>(faces.FindIndex(mesh.Faces()[range].face) - 1);
