@@ -31,8 +31,9 @@ struct SceneWriterOptions
 /// document last; without a Finish nothing stays behind.
 ///
 /// Operations throw FileException when the file system refuses, and GeneralException for an id that is empty or taken,
-/// for a text that is not UTF-8 or has a character that XML does not know, for a number that is infinite or none, and
-/// for calls that do not fit together. After an exception the scene cannot be finished.
+/// for a text that is not UTF-8 or has a character that XML does not know, for a number that is infinite or none, for a
+/// type that the format has no text for, and for calls that do not fit together. After an exception the scene cannot be
+/// finished.
 class KVR_AUTHORING_API SceneWriter
 {
 public:

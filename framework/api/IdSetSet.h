@@ -18,9 +18,10 @@ public:
     IdSetSet();
     ~IdSetSet();
     IdSetSet(IdSetSet const&) = default;
-    IdSetSet(IdSetSet&&) noexcept = default;
+    /// What was moved from is empty.
+    IdSetSet(IdSetSet&& other) noexcept;
     IdSetSet& operator=(IdSetSet const&) = default;
-    IdSetSet& operator=(IdSetSet&&) noexcept = default;
+    IdSetSet& operator=(IdSetSet&& other) noexcept;
 
     /// Appends the set unless an equal one is there already; constant time also for a long list.
     void AddWithUniquenessCheck(IdSet const& set);

@@ -26,7 +26,7 @@ void PutFreeText(Output& out, std::string_view text)
     }
 }
 
-std::string TripleText(std::string_view name, std::optional<Note::Triple> const& triple)
+std::string TripleText(std::string_view name, std::optional<SceneNote::Triple> const& triple)
 {
     return triple ? fmt::format(", {} {} {} {}", name, (*triple)[0], (*triple)[1], (*triple)[2]) : std::string();
 }
@@ -35,15 +35,15 @@ std::string TripleText(std::string_view name, std::optional<Note::Triple> const&
 
 TextNoteWriter::TextNoteWriter(Output& out, bool color) : m_out(out), m_text(out, color) {}
 
-void TextNoteWriter::PutObject(ProductNode const& object)
+void TextNoteWriter::PutObject(SceneObjectRef const& object)
 {
     m_text.PutObject(object.kind, UTF8String(object.label).View(), object.id.View());
 }
 
-void TextNoteWriter::PutLine(Note::Line const& line)
+void TextNoteWriter::PutLine(SceneNote::Line const& line)
 {
     m_out.Put("    ");
-    for (Note::Fragment const& fragment : line)
+    for (SceneNote::Fragment const& fragment : line)
     {
         if (fragment.isBold)
             m_text.Paint(PaintedText::kBold);
@@ -56,7 +56,7 @@ void TextNoteWriter::PutLine(Note::Line const& line)
     m_out.Put('\n');
 }
 
-void TextNoteWriter::PutPlane(Note::Plane const& plane)
+void TextNoteWriter::PutPlane(SceneNote::Plane const& plane)
 {
     m_out.Put("  plane: ");
     PutObject(plane.object);
@@ -66,15 +66,15 @@ void TextNoteWriter::PutPlane(Note::Plane const& plane)
     m_out.Put('\n');
 }
 
-void TextNoteWriter::PutTargets(Note const& note)
+void TextNoteWriter::PutTargets(SceneNote const& note)
 {
     m_out.Put("  points at:\n");
-    for (Note::Target const& target : note.targets)
+    for (SceneNote::Target const& target : note.targets)
     {
         m_out.Put("    ");
         PutObject(target.object);
         m_out.Put('\n');
-        for (ProductNode const& part : target.parts)
+        for (SceneObjectRef const& part : target.parts)
         {
             m_out.Put("      ");
             PutObject(part);
@@ -83,7 +83,7 @@ void TextNoteWriter::PutTargets(Note const& note)
     }
 }
 
-void TextNoteWriter::Write(Note const& note)
+void TextNoteWriter::Write(SceneNote const& note)
 {
     ++m_count;
     m_text.PutObject("IAnnotationCallout", UTF8String(note.label).View(), note.id.View());
@@ -91,7 +91,7 @@ void TextNoteWriter::Write(Note const& note)
     if (note.text)
     {
         m_out.Put("  text:\n");
-        for (Note::Line const& line : *note.text)
+        for (SceneNote::Line const& line : *note.text)
             PutLine(line);
     }
     if (note.plane)

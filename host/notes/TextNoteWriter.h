@@ -1,8 +1,8 @@
 #pragma once
 
 #include "host/PaintedText.h"
-#include "host/notes/Note.h"
 #include "host/notes/NoteWriter.h"
+#include "scene/SceneNote.h"
 
 namespace KVR
 {
@@ -15,14 +15,14 @@ class TextNoteWriter final : public NoteWriter
 public:
     TextNoteWriter(Output& out, bool color);
 
-    void Write(Note const& note) override;
+    void Write(SceneNote const& note) override;
     void Finish() override;
 
 private:
-    void PutObject(ProductNode const& object);
-    void PutLine(Note::Line const& line);
-    void PutPlane(Note::Plane const& plane);
-    void PutTargets(Note const& note);
+    void PutObject(SceneObjectRef const& object);
+    void PutLine(SceneNote::Line const& line);
+    void PutPlane(SceneNote::Plane const& plane);
+    void PutTargets(SceneNote const& note);
 
     Output& m_out;
     PaintedText m_text;

@@ -52,7 +52,7 @@ Row EmptyRow()
     return row;
 }
 
-Row RowOf(ViewFacts const& view, std::unordered_set<std::string_view> const& cameraIds)
+Row RowOf(SceneView const& view, std::unordered_set<std::string_view> const& cameraIds)
 {
     Row row = EmptyRow();
     row[0] = "view";
@@ -74,7 +74,7 @@ Row RowOf(ViewFacts const& view, std::unordered_set<std::string_view> const& cam
     return row;
 }
 
-Row RowOf(CameraFacts const& camera)
+Row RowOf(SceneCamera const& camera)
 {
     Row row = EmptyRow();
     row[0] = camera.isSectionCamera ? "section camera" : "camera";
@@ -106,13 +106,13 @@ void PutRow(Output& out, Row const& row, std::array<std::size_t, kHeads.size()> 
 void WriteViewsAsTable(SceneViews const& views, Output& out)
 {
     std::unordered_set<std::string_view> cameraIds;
-    for (CameraFacts const& camera : views.cameras)
+    for (SceneCamera const& camera : views.cameras)
         cameraIds.insert(camera.id.View());
     std::vector<Row> rows(1);
     std::copy(kHeads.begin(), kHeads.end(), rows.front().begin());
-    for (ViewFacts const& view : views.views)
+    for (SceneView const& view : views.views)
         rows.push_back(RowOf(view, cameraIds));
-    for (CameraFacts const& camera : views.cameras)
+    for (SceneCamera const& camera : views.cameras)
         rows.push_back(RowOf(camera));
     std::array<std::size_t, kHeads.size()> widths{};
     for (Row const& row : rows)
@@ -126,7 +126,7 @@ void WriteViewsAsTable(SceneViews const& views, Output& out)
             PutRow(out, row, widths);
     }
     auto const sectionCameras = static_cast<std::size_t>(std::count_if(
-        views.cameras.begin(), views.cameras.end(), [](CameraFacts const& camera) { return camera.isSectionCamera; }));
+        views.cameras.begin(), views.cameras.end(), [](SceneCamera const& camera) { return camera.isSectionCamera; }));
     out.Put(fmt::format("{}, {} ({})\n", Counted(views.views.size(), "view", "views"),
                         Counted(views.cameras.size(), "camera", "cameras"),
                         Counted(sectionCameras, "section camera", "section cameras")));

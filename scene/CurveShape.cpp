@@ -1,4 +1,4 @@
-#include "exchange/export/CurveShape.h"
+#include "scene/CurveShape.h"
 
 #include <BRepBuilderAPI_MakeEdge.hxx>
 #include <BRepBuilderAPI_MakeWire.hxx>
@@ -17,7 +17,6 @@
 #include <gp_Circ.hxx>
 #include <gp_Elips.hxx>
 #include <optional>
-#include <stdexcept>
 #include <vector>
 
 #include "framework/api/CurveDataVisitor.h"
@@ -25,6 +24,7 @@
 #include "framework/api/ICurveData.h"
 #include "framework/kernel/curve.h"
 #include "framework/kernel/gmk_array.h"
+#include "scene/geometry/CurveDataFacts.h"
 
 namespace KVR
 {
@@ -32,23 +32,12 @@ namespace KVR
 namespace
 {
 
-// Composites are read to 1,000 levels; whoever serves deeper ones must not end the export either.
-constexpr unsigned kDeepestNesting = 1001;
 constexpr double kTurn = 6.283185307179586;
 constexpr double kQuarter = kTurn / 4.0;
 
 bool IsFinite(gp_XYZ const& triple)
 {
     return std::isfinite(triple.X()) && std::isfinite(triple.Y()) && std::isfinite(triple.Z());
-}
-
-std::optional<Interval> RangeOf(ICurveData const& data)
-{
-    Interval range(0.0, 0.0);
-    if (data.ParameterRange(range) != kDataReturnCode_Ok || !std::isfinite(range.Lower()) ||
-        !std::isfinite(range.Upper()))
-        return std::nullopt;
-    return range;
 }
 
 // A curve runs from the larger parameter to the smaller one when its range says so.
@@ -76,7 +65,7 @@ TopoDS_Shape EllipseEdge(IEllipseData const& data)
     gp_XYZ major;
     gp_XYZ normal;
     double ratio = 0.0;
-    std::optional<Interval> const range = RangeOf(data);
+    std::optional<Interval> const range = CurveDataFacts::RangeOf(data);
     if (!range || data.Center(center.ChangeCoord(1), center.ChangeCoord(2), center.ChangeCoord(3)) != 0 ||
         data.MajorAxis(major.ChangeCoord(1), major.ChangeCoord(2), major.ChangeCoord(3)) != 0 ||
         data.Normal(normal.ChangeCoord(1), normal.ChangeCoord(2), normal.ChangeCoord(3)) != 0 ||
@@ -133,38 +122,16 @@ TopoDS_Shape PolylineEdge(IPolyLineData const& data)
     return EdgeOver(0.0, size - 1.0, curve);
 }
 
-// All knots, the outermost ones too, which a source may have left out; empty when they fit no curve.
-std::vector<double> KnotsOf(INurbsCurveData const& data, std::uint32_t degree, std::uint32_t poles)
-{
-    std::uint32_t count = 0;
-    data.KnotCount(count);
-    std::vector<double> knots;
-    for (std::uint32_t i = 0; i < count; ++i)
-    {
-        double knot = 0.0;
-        if (data.Knot(static_cast<int>(i), knot) != 0 || !std::isfinite(knot))
-            return {};
-        knots.push_back(knot);
-    }
-    if (!knots.empty() && knots.size() + 2 == std::size_t{poles} + degree + 1)
-    {
-        knots.insert(knots.begin(), knots.front());
-        knots.push_back(knots.back());
-    }
-    bool const fits = knots.size() == std::size_t{poles} + degree + 1 && std::is_sorted(knots.begin(), knots.end());
-    return fits ? knots : std::vector<double>();
-}
-
 TopoDS_Shape NurbsEdge(INurbsCurveData const& data)
 {
     std::uint32_t degree = 0;
     std::uint32_t count = 0;
     bool isRational = false;
-    std::optional<Interval> const range = RangeOf(data);
+    std::optional<Interval> const range = CurveDataFacts::RangeOf(data);
     if (!range || data.Degree(degree) != 0 || data.ControlPointCount(count) != 0 || data.IsRational(isRational) != 0 ||
         degree < 1 || degree > static_cast<std::uint32_t>(Geom_BSplineCurve::MaxDegree()) || count <= degree)
         return {};
-    std::vector<double> const knots = KnotsOf(data, degree, count);
+    std::vector<double> const knots = CurveDataFacts::KnotsOf(data, degree, count);
     if (knots.empty())
         return {};
     TColgp_Array1OfPnt poles(1, static_cast<int>(count));
@@ -207,7 +174,7 @@ public:
     void Make(ICurveData* data)
     {
         std::size_t const before = m_edges.size() + m_missing;
-        if (data && m_depth <= kDeepestNesting)
+        if (data && m_depth <= kDeepestCurveNesting)
             data->AcceptVisitor(this);
         // Data of a kind that is not known here.
         if (m_edges.size() + m_missing == before)
@@ -250,7 +217,7 @@ public:
         for (; place < count; ++place)
         {
             ICurveData* segment = nullptr;
-            if (!TakeSegment(*data, place, segment))
+            if (!CurveDataFacts::TakeSegment(*data, place, segment))
                 break;
             Make(segment);
         }
@@ -270,19 +237,6 @@ public:
     }
 
 private:
-    // False where the segments end: their count is what the source claims.
-    static bool TakeSegment(ICompositeCurveData const& data, std::uint32_t place, ICurveData*& segment)
-    {
-        try
-        {
-            return data.Segment(static_cast<int>(place), segment) == kDataReturnCode_Ok;
-        }
-        catch (std::out_of_range const&)
-        {
-            return false;
-        }
-    }
-
     template <class Data>
     void AddStraight(Data const& data)
     {

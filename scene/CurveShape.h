@@ -2,13 +2,15 @@
 
 #include <TopoDS_Shape.hxx>
 
+#include "scene/Export.h"
+
 namespace KVR
 {
 
 class ICurve;
 
 /// A curve object as a shape of Open CASCADE, in the object's own coordinates and length unit.
-struct CurveShape
+struct KVR_SCENE_API CurveShape
 {
     /// An edge; a wire of edges that follow each other; or a compound of edges that do not. Null when there is none.
     TopoDS_Shape shape;

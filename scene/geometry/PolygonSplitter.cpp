@@ -1,4 +1,4 @@
-#include "exchange/export/PolygonSplitter.h"
+#include "scene/geometry/PolygonSplitter.h"
 
 #include <cmath>
 
