@@ -2,21 +2,23 @@
 
 #include <limits>
 #include <memory>
+#include <optional>
 #include <unordered_map>
 #include <vector>
 
 #include "framework/api/IObject.h"
 #include "framework/api/IProducer.h"
+#include "framework/api/Mixins.h"
 #include "framework/api/UTF8String.h"
 #include "host/tree/GeometryFacts.h"
 #include "host/tree/JsonTreeWriter.h"
-#include "host/tree/ObjectLook.h"
 #include "host/tree/StyleColors.h"
 #include "host/tree/TextTreeWriter.h"
 #include "host/tree/TreeNode.h"
 #include "host/tree/TreeOptions.h"
 #include "scene/OccurrenceWalk.h"
 #include "scene/Scene.h"
+#include "scene/SceneObjectRef.h"
 #include "scene/SceneTotals.h"
 
 namespace KVR
@@ -106,11 +108,11 @@ private:
     {
         TreeNode node;
         UTF8String const label = child.object ? UTF8String(child.object->Label()) : UTF8String();
-        ObjectLook const look = child.object ? ObjectLook::Of(*child.object) : ObjectLook{"missing"};
-        node.kind = look.kind;
+        node.kind = child.object ? SceneObjectRef::KindOf(*child.object) : "missing";
         node.label = label.View();
         node.id = child.id;
-        node.isVisible = look.isVisible;
+        if (auto const* const visible = dynamic_cast<IVisible const*>(child.object))
+            node.isVisible = visible->IsVisible();
         node.isLast = isLast;
         if (placement && placement->target != kNoIndex)
         {
@@ -119,8 +121,10 @@ private:
             node.isCycle = placement->cut == SceneCut::kCycle;
             node.isRepeated = placement->IsEntered();
         }
-        if (look.hasGeometry)
-            node.geometry = &FactsOf(*child.object);
+        else if (child.object)
+        {
+            node.geometry = FactsOf(*child.object);
+        }
         if (Begin(node, child.object))
             m_writer.End();
     }
@@ -154,13 +158,14 @@ private:
         return true;
     }
 
-    // Geometry that stands in many places is looked at once.
-    GeometryFacts const& FactsOf(IObject& object)
+    // Geometry that stands in many places is looked at once; null for what is none.
+    GeometryFacts const* FactsOf(IObject& object)
     {
-        auto const [place, isNew] = m_facts.try_emplace(&object);
-        if (isNew)
-            place->second = GeometryFacts::Of(object);
-        return place->second;
+        auto const known = m_facts.find(&object);
+        if (known != m_facts.end())
+            return &known->second;
+        std::optional<GeometryFacts> facts = GeometryFacts::Of(object);
+        return facts ? &m_facts.emplace(&object, std::move(*facts)).first->second : nullptr;
     }
 
     IProducer& m_producer;
