@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "host/ObjectJson.h"
 #include "host/dump/DumpValues.h"
 #include "scene/SceneNote.h"
 
@@ -11,15 +12,9 @@ namespace KVR
 namespace
 {
 
-// Members of an object that the caller opens and ends.
 void WriteIdentity(JsonWriter& json, SceneObjectRef const& object)
 {
-    json.Key("Kind");
-    json.String(object.kind);
-    json.Key("Label");
-    WriteValue(json, object.label);
-    json.Key("Id");
-    WriteValue(json, object.id);
+    WriteIdentity(json, object.kind, UTF8String(object.label).View(), object.id.View());
 }
 
 void WriteText(JsonWriter& json, SceneNote const& note)
