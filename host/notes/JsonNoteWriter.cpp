@@ -1,8 +1,9 @@
 #include "host/notes/JsonNoteWriter.h"
 
+#include <array>
 #include <string>
 
-#include "host/dump/DumpValues.h"
+#include "describe/JsonAnswers.h"
 #include "host/notes/Note.h"
 
 namespace KVR
@@ -40,7 +41,7 @@ void WriteTriple(JsonWriter& json, std::string_view name, std::optional<Note::Tr
 {
     json.Key(name);
     if (triple)
-        WriteRow(json, (*triple)[0], (*triple)[1], (*triple)[2]);
+        WriteValue(json, std::array{(*triple)[0], (*triple)[1], (*triple)[2]});
     else
         json.Null();
 }

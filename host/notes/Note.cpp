@@ -1,10 +1,10 @@
 #include "host/notes/Note.h"
 
+#include "describe/Ask.h"
 #include "framework/api/IAnnotationCallout.h"
 #include "framework/api/IProducer.h"
 #include "framework/api/IText.h"
 #include "framework/api/IWorkFeature.h"
-#include "host/dump/Ask.h"
 
 namespace KVR
 {

@@ -1,6 +1,6 @@
 #include "host/tree/JsonTreeWriter.h"
 
-#include "host/dump/DumpValues.h"
+#include "describe/JsonAnswers.h"
 #include "host/tree/GeometryFacts.h"
 #include "host/tree/ProductNode.h"
 #include "host/tree/ProductTotals.h"

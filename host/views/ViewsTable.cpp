@@ -6,7 +6,7 @@
 #include <unordered_set>
 #include <vector>
 
-#include "host/UnitText.h"
+#include "describe/UnitText.h"
 #include "host/views/SceneViews.h"
 #include "host/views/Views.h"
 #include "output/Output.h"
