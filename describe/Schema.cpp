@@ -244,6 +244,27 @@ private:
     std::vector<Interface const*> m_tables;
 };
 
+// Scalars, as many on a line as it takes.
+void PrintScalars(std::string& text, Json const& list, std::size_t indent)
+{
+    std::string line;
+    text += '[';
+    for (std::size_t i = 0; i < list.size(); ++i)
+    {
+        std::string const item = list[i].dump() + (i + 1 < list.size() ? "," : "");
+        if (line.empty() || line.size() + item.size() >= kLineLength)
+        {
+            text += line + '\n';
+            line = std::string(indent + 2, ' ') + item;
+        }
+        else
+        {
+            line += ' ' + item;
+        }
+    }
+    text += line + '\n' + std::string(indent, ' ') + ']';
+}
+
 // Short values on one line, others item by item.
 void Print(std::string& text, Json const& json, std::size_t indent)
 {
@@ -253,6 +274,8 @@ void Print(std::string& text, Json const& json, std::size_t indent)
         text += line;
         return;
     }
+    if (json.is_array() && !json.front().is_structured())
+        return PrintScalars(text, json, indent);
     text += json.is_object() ? "{" : "[";
     std::string const margin(indent + 2, ' ');
     bool isFirst = true;

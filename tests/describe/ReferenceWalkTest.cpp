@@ -14,11 +14,12 @@ namespace
 using testing::ElementsAre;
 
 constexpr char kScene[] =
-    "<Scene><IFile ID='f' IsRoot='1'><StyleSet><IRenderStyle ID='red'/></StyleSet>"
-    "<ChildSet><IInstance ID='i1'><Child ID='a'/></IInstance><IInstance ID='i2'><Child ID='gone'/></IInstance>"
-    "</ChildSet></IFile>"
-    "<IAssembly ID='a'><ChildSet><IInstance ID='i3'><Child ID='f'/></IInstance></ChildSet></IAssembly>"
-    "<IPart ID='alone'/></Scene>";
+    "<Scene><IFile ID='f'><AttributeSet><StyleSet><IRenderStyle ID='red'/></StyleSet></AttributeSet>"
+    "<ChildSet><Child ID='a' Type='IAssembly'/></ChildSet></IFile>"
+    "<IAssembly ID='a'><Styles><StyleRef ID='red'/><StyleRef ID='lost'/></Styles><ChildSet><IInstance ID='i1'><Child "
+    "ID='p'/></IInstance>"
+    "<IInstance ID='i2'><Child ID='alone'/></IInstance></ChildSet></IAssembly>"
+    "<IPart ID='p'/><IPart ID='alone'/></Scene>";
 
 std::vector<std::string> References(IObject& object)
 {
@@ -44,8 +45,9 @@ TEST(References, ChildrenStandBeforeSets)
 {
     TestScene scene(kScene);
     scene.Begin();
-    EXPECT_THAT(References(scene.Get<IFile>("f")), ElementsAre("i1", "i2", "red"));
-    EXPECT_THAT(References(scene.Get<IInstance>("i1")), ElementsAre("a"));
+    EXPECT_THAT(References(scene.Get<IFile>("f")), ElementsAre("a", "red"));
+    EXPECT_THAT(References(scene.Get<IAssembly>("a")), ElementsAre("i1", "i2", "red", "lost"));
+    EXPECT_THAT(References(scene.Get<IInstance>("i1")), ElementsAre("p"));
     EXPECT_TRUE(References(scene.Get<IPart>("alone")).empty());
 }
 
@@ -56,7 +58,7 @@ TEST(ReferenceWalk, GoesToEachIdOnceInTheOrderOfReferences)
     ReferenceWalk walk(scene.Producer());
     EXPECT_FALSE(walk.Next());
     walk.Reach("f");
-    EXPECT_THAT(Reached(walk), ElementsAre("f", "i1", "i2", "red", "a", "gone?", "i3"));
+    EXPECT_THAT(Reached(walk), ElementsAre("f", "a", "red", "i1", "i2", "lost?", "p", "alone"));
 }
 
 TEST(ReferenceWalk, GoesOnFromFurtherIds)
@@ -67,8 +69,8 @@ TEST(ReferenceWalk, GoesOnFromFurtherIds)
     walk.Reach("a");
     walk.Reach("alone");
     ASSERT_TRUE(walk.Next());
-    walk.Reach("i1");
-    EXPECT_THAT(Reached(walk), ElementsAre("alone", "i1", "i3", "f", "i2", "red", "gone?"));
+    walk.Reach("i2");
+    EXPECT_THAT(Reached(walk), ElementsAre("alone", "i2", "i1", "red", "lost?", "p"));
     walk.Reach("alone");
     EXPECT_FALSE(walk.Next());
 }
