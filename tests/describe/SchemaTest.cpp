@@ -131,14 +131,9 @@ TEST_F(DumpSchema, FailsForWhatNoDumpHolds)
     };
     for (auto const& [pointer, value] : changes)
     {
-        DumpSchema::Keep("changed.json",
-                         [&]
-                         {
-                             json changed = dump;
-                             json::json_pointer at{std::string(pointer)};
-                             changed[at] = value;
-                             return changed.dump();
-                         }());
+        json changed = dump;
+        changed[json::json_pointer(pointer)] = value;
+        Keep("changed.json", changed.dump());
         ToolRun const run = Validate();
         EXPECT_EQ(run.status, 1) << pointer << run.error;
         EXPECT_THAT(run.out, HasSubstr("changed.json"));
