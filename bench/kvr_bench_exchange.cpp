@@ -112,7 +112,7 @@ double WriteSeconds(std::string const& scene, std::string const& glb)
     return WallSecondsOf(
         [&]
         {
-            KVR::SceneModel const model(file.Producer(), *reading.rootId, {});
+            KVR::Scene const model(file.Producer(), *reading.rootId, {});
             KVR::ExportTask task{file.Producer(), model, target, glb, {}};
             KVR::ExportGltf(task);
         });

@@ -5,18 +5,17 @@
 #include <array>
 #include <ctime>
 
-#include "describe/UnitText.h"
+#include "framework/api/UnitText.h"
 
 namespace KVR
 {
 
 void AnswerVisitor::Unit(UnitTypeEnum unit)
 {
-    std::string_view const text = UnitText(unit);
-    if (text.empty())
-        Integer(unit);
-    else
+    if (char const* const text = TextOfUnit(unit))
         Text(text);
+    else
+        Integer(unit);
 }
 
 void AnswerVisitor::Time(struct tm const& time)

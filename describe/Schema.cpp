@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "describe/Tables.h"
-#include "describe/UnitText.h"
+#include "framework/api/UnitText.h"
 
 namespace KVR
 {
@@ -93,7 +93,7 @@ Json UnitJson()
     Json names = Json::array();
     for (int unit = 0; unit < kUnitLimit; ++unit)
     {
-        if (std::string_view const text = UnitText(static_cast<UnitTypeEnum>(unit)); !text.empty())
+        if (char const* const text = TextOfUnit(static_cast<UnitTypeEnum>(unit)))
             names.push_back(text);
     }
     return {{"enum", std::move(names)}};

@@ -60,6 +60,12 @@ std::string Unwritable(ExportOptions const& options, int errorNumber)
                 Escaped(options.path) + ": it cannot be written: " + std::generic_category().message(errorNumber));
 }
 
+// Not the user's wish.
+bool IsMissing(Scene::Cut const& cut)
+{
+    return cut.reason != SceneCut::kFiltered;
+}
+
 // What the child does.
 std::string ExportHere(SceneOptions const& sceneOptions, ExportOptions const& options, std::string const& path)
 {
@@ -72,10 +78,10 @@ std::string ExportHere(SceneOptions const& sceneOptions, ExportOptions const& op
         if (!reading.rootId)
             return Line(kLine_Error,
                         Escaped(sceneOptions.path) + ": the scene has no root file, so there is nothing to export");
-        SceneModel const scene(file.Producer(), *reading.rootId, options.filter);
+        Scene const scene(file.Producer(), *reading.rootId, options.filter);
         ExportTask task{file.Producer(), scene, options, path, {}};
-        if (scene.missingTargets > 0)
-            task.notCarried.Add("instances without a target, or in a cycle", scene.missingTargets);
+        auto const cuts = std::count_if(scene.Cuts().begin(), scene.Cuts().end(), &IsMissing);
+        task.notCarried.Add("instances without a target, or in a cycle", static_cast<unsigned long long>(cuts));
         FormatOf(options.path)->write(task);
         std::string answer = Line(kLine_Done, Escaped(options.path));
         if (std::string const sentence = task.notCarried.Sentence(); !sentence.empty())

@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "exchange/export/SceneModel.h"
 #include "exchange/source/SceneOptions.h"
+#include "scene/Scene.h"
 
 namespace KVR
 {
@@ -37,7 +37,7 @@ private:
 struct ExportTask
 {
     IProducer& producer;
-    SceneModel const& scene;
+    Scene const& scene;
     ExportOptions const& options;
     /// The file to write. It has the target's name and stands in a folder of its own, from which it and all files that
     /// the writer puts beside it go to their places together.

@@ -7,9 +7,9 @@
 #include "framework/api/IProducer.h"
 #include "framework/api/ObjectVisitor.h"
 #include "host/notes/JsonNoteWriter.h"
-#include "host/notes/Note.h"
 #include "host/notes/NotesOptions.h"
 #include "host/notes/TextNoteWriter.h"
+#include "scene/SceneNote.h"
 
 namespace KVR
 {
@@ -48,7 +48,7 @@ void WriteNotes(IProducer& producer, std::vector<UTF8String> const& ids, NotesOp
             if (walk.Object())
                 walk.Object()->AcceptVisitor(&visitor);
             if (visitor.Callout())
-                writer->Write(Note::Of(producer, *visitor.Callout()));
+                writer->Write(SceneNote::Of(producer, *visitor.Callout()));
         }
     }
     writer->Finish();

@@ -36,6 +36,7 @@ GROUPS = (
     ("authoring/", "authoring"),
     ("output/", "output"),
     ("describe/", "describe"),
+    ("scene/ExtensionTypes.h", "extension types"),
     ("scene/", "scene"),
     ("exchange/run/", "run"),
     ("exchange/conventions/", "conventions"),
@@ -73,15 +74,17 @@ MAY_INCLUDE = {
     "authoring": FRAMEWORK,
     "output": ("api",),
     "describe": ("api", "kernel", "gmk_interface", "output"),
-    "scene": ("api", "kernel", "gmk_interface"),
+    # Names alone: what is written into scenes and understood in them.
+    "extension types": (),
+    "scene": ("api", "kernel", "gmk_interface", "extension types"),
     # What touches files and processes; what a scene of the exchange says in extension data; how a scene file is opened;
     # models of other programs as documents of Open CASCADE.
     "run": ("api", "output"),
     "conventions": ("api",),
     "source": ("api", "facade", "output"),
     "model": ("api", "kernel"),
-    "import": ("api", "kernel", "authoring", "xml_util", "output", "run", "conventions", "model"),
-    "export": ("api", "kernel", "gmk_interface", "scene", "output", "run", "conventions", "source"),
+    "import": ("extension types", "api", "kernel", "authoring", "xml_util", "output", "run", "conventions", "model"),
+    "export": ("extension types", "api", "kernel", "gmk_interface", "scene", "output", "run", "conventions", "source"),
     "certify": ("api", "kernel", "scene", "output", "run", "conventions", "source", "model"),
     "host": ("api", "kernel", "facade", "output", "describe", "scene", "run", "source", "import", "export", "certify"),
 }
