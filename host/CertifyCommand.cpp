@@ -24,7 +24,7 @@
 #include "exchange/source/SceneFile.h"
 #include "exchange/source/SceneReading.h"
 #include "framework/api/UTF8String.h"
-#include "host/Command.h"
+#include "host/CommonOptions.h"
 #include "output/Output.h"
 #include "output/SafeText.h"
 
@@ -143,22 +143,17 @@ void ExportTo(std::string const& scenePath, std::string const& path, std::vector
 }  // namespace
 
 CertifyCommand::CertifyCommand(CLI::App& program)
-    : m_command(*program.add_subcommand(
-          "certify",
+    : Command(
+          program, "certify",
           "Make a scene of a model, export it to STEP and GLB, read all of them back, and show whether they hold the "
-          "same. The exit status is 1 when they do not"))
+          "same. The exit status is 1 when they do not")
 {
-    m_command.add_option("model", m_model, "The model's file")->required()->type_name("MODEL");
-    m_command.add_flag("--json", m_asJson, "Print JSON");
-    m_command.add_flag("--quiet", m_isQuiet, "Show no progress and no remarks");
+    Arguments().add_option("model", m_model, "The model's file")->required()->type_name("MODEL");
+    AddJsonOption(Arguments(), m_asJson);
+    Arguments().add_flag("--quiet", m_isQuiet, "Show no progress and no remarks");
 }
 
-bool CertifyCommand::IsChosen() const
-{
-    return m_command.parsed();
-}
-
-int CertifyCommand::Run()
+ExitStatus CertifyCommand::Run()
 {
     try
     {

@@ -3,27 +3,20 @@
 #include <string>
 
 #include "exchange/import/Import.h"
-
-namespace CLI
-{
-class App;
-}
+#include "host/Command.h"
 
 namespace KVR
 {
 
-/// The command "import" of the program.
-class ImportCommand
+/// The command "import".
+class ImportCommand final : public Command
 {
 public:
     explicit ImportCommand(CLI::App& program);
 
-    bool IsChosen() const;
-    /// The exit status.
-    int Run();
+    ExitStatus Run() override;
 
 private:
-    CLI::App& m_command;
     ImportOptions m_options;
     std::string m_deflection = "0.1%";
     std::string m_unit = "millimeter";
