@@ -2,9 +2,10 @@
 
 #include <CLI/CLI.hpp>
 
-#include "exchange/import/Import.h"
 #include "host/Command.h"
 #include "host/ImportCommand.h"
+#include "host/LongWork.h"
+#include "output/SafeText.h"
 
 namespace KVR
 {
@@ -29,17 +30,14 @@ ExportCommand::ExportCommand(CLI::App& program)
           "export", "Write a scene for other programs, by the target's extension: " + ExportFormats()))
 {
     AddSceneOptions(m_command, m_scene);
-    m_command.add_option("target", m_options.path, "The file to be")
-        ->required()
-        ->type_name("OUT")
-        ->check(&ProblemOfTarget);
+    m_command.add_option("target", m_target, "The file to be")->required()->type_name("OUT")->check(&ProblemOfTarget);
     m_command
-        .add_option("--only", m_options.filter.only,
+        .add_option("--only", m_options.only,
                     "Export this object with all below it, by its id or label, or a layer; may be repeated")
         ->type_name("NAME")
         ->expected(1)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-    m_command.add_option("--hide", m_options.filter.hide, "Leave this out, named as above; may be repeated")
+    m_command.add_option("--hide", m_options.hide, "Leave this out, named as above; may be repeated")
         ->type_name("NAME")
         ->expected(1)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
@@ -53,7 +51,7 @@ ExportCommand::ExportCommand(CLI::App& program)
     m_command.add_flag("--mesh-faces", m_options.meshFaces,
                        "Write a mesh without a body to STEP and BREP as a shell of flat faces");
     m_command.add_flag("--insecure", m_scene.insecure, "Restore kernel stores that the kernel judges insecure");
-    m_command.add_flag("--quiet", m_options.isQuiet, "Say nothing but what fails");
+    m_command.add_flag("--quiet", m_isQuiet, "Say nothing but what fails");
 }
 
 bool ExportCommand::IsChosen() const
@@ -64,15 +62,13 @@ bool ExportCommand::IsChosen() const
 int ExportCommand::Run()
 {
     m_options.deflection = DeflectionOf(m_deflection).value;
-    ExportResult const result = ExportScene(m_scene, m_options);
-    if (!result.isGood)
-    {
-        Complain(result.sentence);
-        return result.isInterrupted ? kExit_Interrupted : kExit_Failed;
-    }
-    if (!m_options.isQuiet)
+    ExportResult const result =
+        Watched(false, [&](Progress const& progress) { return ExportScene(m_scene, m_target, m_options, progress); });
+    if (result.outcome != Outcome::kDone)
+        return ComplainOf(result);
+    if (!m_isQuiet)
         for (std::string const& remark : result.remarks)
-            Complain(remark);
+            Complain(Escaped(m_target) + ": " + remark);
     return kExit_Good;
 }
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "exchange/export/Export.h"
+#include "exchange/ExportScene.h"
 
 namespace CLI
 {
@@ -25,8 +25,10 @@ public:
 private:
     CLI::App& m_command;
     SceneOptions m_scene;
+    std::string m_target;
     ExportOptions m_options;
     std::string m_deflection = "0.1%";
+    bool m_isQuiet = false;
 };
 
 }  // namespace KVR
