@@ -5,7 +5,8 @@ include(CMakePackageConfigHelpers)
 set(KVR_PACKAGE_DIR "${CMAKE_INSTALL_LIBDIR}/cmake/${PROJECT_NAME}")
 set(KVR_PKGCONFIG_DIR "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
 
-install(TARGETS kvr_api kvr_kernel kvr_gmk_interface kvr_xml_util kvr_xml_producer kvr_authoring kvr_exchange EXPORT ${PROJECT_NAME}
+install(TARGETS kvr_api kvr_kernel kvr_gmk_interface kvr_xml_util kvr_xml_producer kvr_authoring kvr_scene kvr_exchange
+  EXPORT ${PROJECT_NAME}
   LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
   ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}")
 if(TARGET kvr)
@@ -13,7 +14,7 @@ if(TARGET kvr)
   install(FILES docs/kvr.1 DESTINATION "${CMAKE_INSTALL_MANDIR}/man1")
 endif()
 
-foreach(folder framework/api framework/kernel framework/gmk_interface framework/xml_util authoring)
+foreach(folder framework/api framework/kernel framework/gmk_interface framework/xml_util authoring scene)
   file(GLOB headers CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/${folder}/*.h")
   install(FILES ${headers} DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/kvr/${folder}")
 endforeach()

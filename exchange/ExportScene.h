@@ -6,6 +6,7 @@
 #include "exchange/Export.h"
 #include "exchange/Progress.h"
 #include "exchange/source/SceneOptions.h"
+#include "scene/SceneFilter.h"
 
 namespace KVR
 {
@@ -15,10 +16,7 @@ class UTF8String;
 
 struct ExportOptions
 {
-    /// Objects with all below them, or layers, by ids or labels: these alone are exported. Empty for everything.
-    std::vector<std::string> only;
-    /// Named in the same way: these are left out.
-    std::vector<std::string> hide;
+    SceneFilter filter;
     /// How far the triangles of a body without a mesh may be from it, as a fraction of the diagonal of its box.
     double deflection = 1e-3;
     /// Whether a mesh without a body is written to STEP and BREP as flat faces.

@@ -32,12 +32,12 @@ ExportCommand::ExportCommand(CLI::App& program)
     AddSceneOptions(m_command, m_scene);
     m_command.add_option("target", m_target, "The file to be")->required()->type_name("OUT")->check(&ProblemOfTarget);
     m_command
-        .add_option("--only", m_options.only,
+        .add_option("--only", m_options.filter.only,
                     "Export this object with all below it, by its id or label, or a layer; may be repeated")
         ->type_name("NAME")
         ->expected(1)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-    m_command.add_option("--hide", m_options.hide, "Leave this out, named as above; may be repeated")
+    m_command.add_option("--hide", m_options.filter.hide, "Leave this out, named as above; may be repeated")
         ->type_name("NAME")
         ->expected(1)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);

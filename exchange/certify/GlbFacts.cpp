@@ -7,7 +7,7 @@
 #include <stdexcept>
 
 #include "exchange/certify/FactReaders.h"
-#include "exchange/export/SceneModel.h"
+#include "scene/Scene.h"
 
 namespace KVR
 {

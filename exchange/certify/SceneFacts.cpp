@@ -8,11 +8,11 @@
 #include <map>
 
 #include "exchange/certify/FactReaders.h"
-#include "exchange/export/OccurrenceState.h"
-#include "exchange/export/SceneModel.h"
 #include "exchange/export/TriangleGroups.h"
 #include "framework/api/kvr_api.h"
 #include "framework/kernel/entity.h"
+#include "scene/OccurrenceState.h"
+#include "scene/Scene.h"
 
 namespace KVR
 {
@@ -29,13 +29,6 @@ Point Moved(Matrix const& matrix, Point const& p)
         moved[row] =
             matrix[4 * row] * p[0] + matrix[4 * row + 1] * p[1] + matrix[4 * row + 2] * p[2] + matrix[4 * row + 3];
     return moved;
-}
-
-Matrix Scaling(double factor)
-{
-    Matrix scaling = kIdentity;
-    scaling[0] = scaling[5] = scaling[10] = factor;
-    return scaling;
 }
 
 // What is known of a body in its own coordinates.
@@ -93,7 +86,7 @@ private:
 class SceneReader
 {
 public:
-    SceneReader(IProducer& producer, SceneModel const& scene) : m_producer(producer), m_scene(scene) {}
+    SceneReader(IProducer& producer, Scene const& scene) : m_producer(producer), m_scene(scene) {}
 
     ModelFacts Read()
     {
@@ -104,15 +97,15 @@ public:
         m_facts.drawnColors.emplace();
         m_facts.layers.emplace();
         m_facts.layerMembers = 0;
-        for (ModelComponent const& component : m_scene.components)
+        for (SceneComponent const& component : m_scene.Components())
             ReadComponent(component);
-        for (ModelLayer const& layer : m_scene.layers)
+        for (SceneLayer const& layer : m_scene.Layers())
         {
-            m_facts.layers->insert(layer.label);
+            m_facts.layers->insert(std::string(layer.label));
             *m_facts.layerMembers += layer.items.size();
         }
-        m_facts.views = m_scene.viewIds.size();
-        ModelComponent const& root = m_scene.components[m_scene.root];
+        m_facts.views = m_scene.Views().size();
+        SceneComponent const& root = m_scene.Components()[m_scene.Root()];
         Walk(root, OccurrenceState(root), Scaling(root.metresPerUnit * 1e3));
         return std::move(m_facts);
     }
@@ -128,19 +121,18 @@ private:
         return false;
     }
 
-    void AddName(std::string const& name)
+    void AddName(std::string_view name)
     {
         if (!name.empty())
-            m_facts.names->insert(name);
+            m_facts.names->insert(std::string(name));
     }
-    void AddStyle(std::string const& id)
+    void AddStyle(SceneStyle const* style)
     {
-        ModelStyle const* const style = m_scene.StyleOf(id);
         if (style && style->diffuse)
             m_facts.colors->insert(
                 ColorText((*style->diffuse)[0], (*style->diffuse)[1], (*style->diffuse)[2], style->opacity));
     }
-    void AddStyles(ModelOverride const& entry)
+    void AddStyles(SceneOverride const& entry)
     {
         if (entry.style)
             AddStyle(*entry.style);
@@ -148,26 +140,28 @@ private:
             AddStyles(*below.second);
     }
 
-    void ReadComponent(ModelComponent const& component)
+    void ReadComponent(SceneComponent const& component)
     {
-        if (component.kind == ModelComponent::Kind::kAssembly)
+        if (component.kind == SceneComponent::Kind::kAssembly)
             ++*m_facts.assemblies;
-        if (component.kind == ModelComponent::Kind::kPart)
+        if (component.kind == SceneComponent::Kind::kPart)
             ++*m_facts.parts;
-        if (component.kind != ModelComponent::Kind::kFile)
+        if (component.kind != SceneComponent::Kind::kFile)
             AddName(component.label);
         AddStyle(component.style);
         if (component.overrides)
             AddStyles(*component.overrides);
-        for (ModelPlacement const& placement : component.placements)
+        for (ScenePlacement const& placement : component.placements)
         {
+            if (!placement.IsEntered())
+                continue;
             AddStyle(placement.style);
             if (placement.id.empty())
                 continue;
             ++*m_facts.instances;
             AddName(placement.label);
         }
-        for (ModelGeometry const& geometry : component.geometry)
+        for (SceneGeometry const& geometry : component.geometry)
         {
             AddStyle(geometry.style);
             if (geometry.className == "IAnnotationCallout")
@@ -179,20 +173,20 @@ private:
                 if (SubEntityToStylesMap const* const map = geometry.body->StylesMap())
                     for (unsigned long long i = 0; i < map->Size(); ++i)
                         if (!map->StylesAt(i).IsEmpty())
-                            AddStyle(std::string(map->StylesAt(i).At(0).View()));
+                            AddStyle(m_scene.StyleOf(map->StylesAt(i).At(0).View()));
             IdSetSet materials;
             if (geometry.mesh && geometry.mesh->PolygonMaterials(materials) == kIsValueSpecified_Yes)
                 for (unsigned long long i = 0; i < materials.Size(); ++i)
                     if (!materials.At(i).IsEmpty())
-                        AddStyle(std::string(materials.At(i).At(0).View()));
+                        AddStyle(m_scene.StyleOf(materials.At(i).At(0).View()));
         }
     }
 
-    void Walk(ModelComponent const& component, OccurrenceState const& state, Matrix const& place)
+    void Walk(SceneComponent const& component, OccurrenceState const& state, Matrix const& place)
     {
-        if (component.kind == ModelComponent::Kind::kPart)
+        if (component.kind == SceneComponent::Kind::kPart)
             ++*m_facts.occurrences;
-        for (ModelGeometry const& geometry : component.geometry)
+        for (SceneGeometry const& geometry : component.geometry)
         {
             Matrix const all = Product(place, geometry.transform);
             if (geometry.mesh)
@@ -204,15 +198,17 @@ private:
             else if (geometry.body && geometry.body->Body())
                 AddBody(geometry, all);
         }
-        for (ModelPlacement const& placement : component.placements)
+        for (ScenePlacement const& placement : component.placements)
         {
-            ModelComponent const& target = m_scene.components[placement.target];
+            if (!placement.IsEntered())
+                continue;
+            SceneComponent const& target = m_scene.Components()[placement.target];
             Walk(target, state.Below(placement, target),
                  Product(place, Product(placement.transform, Scaling(target.metresPerUnit / component.metresPerUnit))));
         }
     }
 
-    void AddDrawnColors(ModelGeometry const& geometry, OccurrenceState const& state)
+    void AddDrawnColors(SceneGeometry const& geometry, OccurrenceState const& state)
     {
         auto known = m_faceStyles.find(geometry.object);
         if (known == m_faceStyles.end())
@@ -225,14 +221,14 @@ private:
         for (std::string const& style : known->second)
         {
             bool const isOwn = !style.empty() && state.KeepsFaceStyles(geometry);
-            ModelStyle const* const seen = m_scene.StyleOf(isOwn ? style : state.StyleOf(geometry));
+            SceneStyle const* const seen = isOwn ? m_scene.StyleOf(style) : state.StyleOf(geometry);
             if (seen && seen->diffuse)
                 m_facts.drawnColors->insert(
                     ColorText((*seen->diffuse)[0], (*seen->diffuse)[1], (*seen->diffuse)[2], seen->opacity));
         }
     }
 
-    void AddMesh(ModelGeometry const& geometry, Matrix const& place)
+    void AddMesh(SceneGeometry const& geometry, Matrix const& place)
     {
         IPolygonMesh& mesh = *geometry.mesh;
         std::vector<Point> points;
@@ -259,7 +255,7 @@ private:
         }
     }
 
-    void AddBody(ModelGeometry const& geometry, Matrix const& place)
+    void AddBody(SceneGeometry const& geometry, Matrix const& place)
     {
         auto known = m_bodies.find(geometry.object);
         if (known == m_bodies.end())
@@ -287,7 +283,7 @@ private:
     }
 
     IProducer& m_producer;
-    SceneModel const& m_scene;
+    Scene const& m_scene;
     ModelFacts m_facts;
     std::map<IObject const*, BodyFacts> m_bodies;
     std::map<IObject const*, std::set<std::string>> m_faceStyles;
@@ -297,7 +293,7 @@ private:
 
 ModelFacts FactsOfScene(IProducer& producer, UTF8String const& rootId)
 {
-    SceneModel const scene(producer, rootId, {});
+    Scene const scene(producer, rootId, {});
     return SceneReader(producer, scene).Read();
 }
 

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 
-#include "exchange/conventions/ExtensionTypes.h"
 #include "framework/api/ExtensionDataContent.h"
 #include "framework/api/IAnnotationCallout.h"
 #include "framework/api/UTF16String.h"
 #include "framework/api/UTF8String.h"
+#include "scene/ExtensionTypes.h"
 
 namespace KVR
 {

@@ -144,10 +144,10 @@ void DocumentDrawings::FindProducts(std::vector<DocumentVariant const*> const& v
 {
     for (DocumentVariant const* const variant : variants)
     {
-        m_products.emplace(variant->component->id, variant->label);
-        for (ModelGeometry const& geometry : variant->component->geometry)
+        m_products.emplace(std::string(variant->component->id), variant->label);
+        for (SceneGeometry const& geometry : variant->component->geometry)
             if (dynamic_cast<IAnnotationCallout const*>(geometry.object))
-                m_callouts.insert(geometry.id);
+                m_callouts.insert(std::string(geometry.id));
     }
 }
 
@@ -171,9 +171,9 @@ void DocumentDrawings::AddViews(std::vector<DocumentVariant const*> const& varia
 {
     FindProducts(variants);
     std::unordered_set<std::string> used;
-    for (std::string const& id : m_task.scene.viewIds)
+    for (SceneReference const& listed : m_task.scene.Views())
     {
-        auto const* const view = dynamic_cast<IView const*>(m_task.producer.Load(UTF8String(id)));
+        auto const* const view = dynamic_cast<IView const*>(listed.object);
         if (!view)
             continue;
         IdSet const cameras = view->CameraSet();
@@ -182,7 +182,7 @@ void DocumentDrawings::AddViews(std::vector<DocumentVariant const*> const& varia
         {
             if (auto const* const camera = dynamic_cast<ICamera const*>(m_task.producer.Load(cameras.At(i))))
             {
-                AddCamera(*camera, view->Label().IsEmpty() ? id : Text(view->Label()), view);
+                AddCamera(*camera, view->Label().IsEmpty() ? std::string(listed.id) : Text(view->Label()), view);
                 used.insert(cameras.At(i).Value());
                 hasCamera = true;
             }
@@ -190,9 +190,10 @@ void DocumentDrawings::AddViews(std::vector<DocumentVariant const*> const& varia
         if (!hasCamera)
             m_document.notCarried.Add("views without a camera");
     }
-    for (std::string const& id : m_task.scene.cameraIds)
+    for (SceneReference const& listed : m_task.scene.Cameras())
     {
-        auto const* const camera = dynamic_cast<ICamera const*>(m_task.producer.Load(UTF8String(id)));
+        std::string const id(listed.id);
+        auto const* const camera = dynamic_cast<ICamera const*>(listed.object);
         if (camera && used.count(id) == 0)
             AddCamera(*camera, camera->Label().IsEmpty() ? id : Text(camera->Label()), nullptr);
     }
@@ -202,7 +203,7 @@ void DocumentDrawings::AddCamera(ICamera const& camera, std::string const& name,
 {
     UnitTypeEnum unit = kUnitType_Unknown;
     double const own = camera.LengthUnit(unit) == kIsValueSpecified_Yes ? MetresOf(unit) : 0.0;
-    double const scale = (own > 0.0 ? own : m_task.scene.metresPerUnit) / m_document.metresPerUnit;
+    double const scale = (own > 0.0 ? own : m_task.scene.MetresPerUnit()) / m_document.metresPerUnit;
     gp_XYZ const eye = scale * Triple(camera.CameraPosition());
     gp_XYZ const direction = Triple(camera.CameraDirection());
     std::optional<gp_Ax2> const axes =
@@ -275,8 +276,8 @@ void DocumentDrawings::AddFacts(ShapeDocument::Callout& drawn, IAnnotationCallou
 
 void DocumentDrawings::AddCallouts(DocumentVariant const& variant)
 {
-    ModelComponent const& component = *variant.component;
-    for (ModelGeometry const& geometry : component.geometry)
+    SceneComponent const& component = *variant.component;
+    for (SceneGeometry const& geometry : component.geometry)
     {
         auto const* const callout = dynamic_cast<IAnnotationCallout const*>(geometry.object);
         if (!callout)
@@ -285,9 +286,9 @@ void DocumentDrawings::AddCallouts(DocumentVariant const& variant)
             m_document.notCarried.Add("visibilities of annotation callouts");
         ShapeDocument::Callout drawn;
         drawn.part = variant.label;
-        drawn.id = geometry.id;
+        drawn.id = std::string(geometry.id);
         drawn.variant = variant.key;
-        drawn.label = geometry.label;
+        drawn.label = std::string(geometry.label);
         drawn.text = TextOf(callout->Text());
         AddFacts(drawn, *callout, component.metresPerUnit);
         CurveCollector collector(m_task.producer, m_document, variant);

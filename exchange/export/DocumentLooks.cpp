@@ -23,16 +23,16 @@ namespace
 // Paths with a look of their own in one file; more are counted.
 constexpr std::size_t kMostPaths = 100'000;
 
-bool HasFaceStyles(ModelGeometry const& geometry)
+bool HasFaceStyles(SceneGeometry const& geometry)
 {
     SubEntityToStylesMap const* const map = geometry.body ? geometry.body->StylesMap() : nullptr;
     return map && map->Size() > 0;
 }
 
-bool HasSurfaces(ModelComponent const& component)
+bool HasSurfaces(SceneComponent const& component)
 {
     return std::any_of(component.geometry.begin(), component.geometry.end(),
-                       [](ModelGeometry const& geometry)
+                       [](SceneGeometry const& geometry)
                        { return geometry.kind == GeometryKind::kBody || geometry.kind == GeometryKind::kMesh; });
 }
 
@@ -45,17 +45,17 @@ DocumentLooks::DocumentLooks(ExportTask& task, ShapeDocument& document, Document
 
 void DocumentLooks::Carry(DocumentVariant const& assembly)
 {
-    ModelComponent const& component = *assembly.component;
+    SceneComponent const& component = *assembly.component;
     OccurrenceState const here(component);
     for (DocumentVariant::Child const& child : assembly.children)
     {
         if (!child.placement)
             continue;
-        ModelComponent const& target = *child.target->component;
+        SceneComponent const& target = *child.target->component;
         OccurrenceState const state = here.Below(*child.placement, target);
         m_path.Append(child.label);
-        bool const saysSomething = component.overrides || !component.style.empty() || !child.placement->style.empty() ||
-                                   !child.placement->isVisible;
+        bool const saysSomething =
+            component.overrides || component.style || child.placement->style || !child.placement->isVisible;
         if (!child.target->isAssembly)
             CarryTo(child, target, state, nullptr);
         else if (saysSomething)
@@ -76,7 +76,7 @@ void DocumentLooks::CarryBelow(DocumentVariant const& assembly, OccurrenceState 
         }
         else
         {
-            ModelComponent const& target = *child.target->component;
+            SceneComponent const& target = *child.target->component;
             OccurrenceState const below = state.Below(*child.placement, target);
             OccurrenceState const knownBelow = known.Below(*child.placement, target);
             if (child.target->isAssembly)
@@ -89,7 +89,7 @@ void DocumentLooks::CarryBelow(DocumentVariant const& assembly, OccurrenceState 
 }
 
 // `known` is what the assemblies further down say by themselves; null when there is none between.
-void DocumentLooks::CarryTo(DocumentVariant::Child const& child, ModelComponent const& part,
+void DocumentLooks::CarryTo(DocumentVariant::Child const& child, SceneComponent const& part,
                             OccurrenceState const& state, OccurrenceState const* known)
 {
     Look const look = LookOf(state, part);
@@ -111,7 +111,7 @@ void DocumentLooks::CarryTo(DocumentVariant::Child const& child, ModelComponent 
         ++m_paths;
         label = usage->Label();
     }
-    ModelStyle const* const style = look.style == knownLook.style ? nullptr : m_task.scene.StyleOf(look.style);
+    SceneStyle const* const style = look.style == knownLook.style ? nullptr : look.style;
     m_parts.SetColor(label, style, HasSurfaces(part));
     bool const hasColor = style && style->diffuse;
     if (!look.isVisible)
@@ -152,48 +152,47 @@ bool DocumentLooks::Prepare(TDF_Label const& part)
     return true;
 }
 
-DocumentLooks::Look DocumentLooks::LookOf(OccurrenceState const& state, ModelComponent const& part)
+DocumentLooks::Look DocumentLooks::LookOf(OccurrenceState const& state, SceneComponent const& part)
 {
     Look look;
     look.isVisible = state.isVisible;
     look.style = state.imposedStyle;
     // What has no style at all takes that of an assembly above; where some of a part has, the rest goes without.
-    if (look.style.empty() && IsUnstyled(part))
+    if (!look.style && IsUnstyled(part))
         look.style = state.inheritedStyle;
     return look;
 }
 
-bool DocumentLooks::IsUnstyled(ModelComponent const& component)
+bool DocumentLooks::IsUnstyled(SceneComponent const& component)
 {
     auto const [known, isNew] = m_unstyled.try_emplace(&component, false);
     if (isNew)
-        known->second =
-            component.style.empty() && std::all_of(component.geometry.begin(), component.geometry.end(),
-                                                   [](ModelGeometry const& geometry)
-                                                   { return geometry.style.empty() && !HasFaceStyles(geometry); });
+        known->second = !component.style && std::all_of(component.geometry.begin(), component.geometry.end(),
+                                                        [](SceneGeometry const& geometry)
+                                                        { return !geometry.style && !HasFaceStyles(geometry); });
     return known->second;
 }
 
 void DocumentLooks::CountOverridesOfGeometry()
 {
-    std::unordered_set<std::string> geometry;
-    for (ModelComponent const& component : m_task.scene.components)
+    std::unordered_set<std::string_view> geometry;
+    for (SceneComponent const& component : m_task.scene.Components())
     {
-        for (ModelGeometry const& piece : component.geometry)
+        for (SceneGeometry const& piece : component.geometry)
             geometry.insert(piece.id);
     }
-    for (ModelComponent const& component : m_task.scene.components)
+    for (SceneComponent const& component : m_task.scene.Components())
     {
-        std::vector<ModelOverride const*> waiting;
+        std::vector<SceneOverride const*> waiting;
         if (component.overrides)
-            waiting.push_back(component.overrides.get());
+            waiting.push_back(component.overrides);
         while (!waiting.empty())
         {
-            ModelOverride const* const entry = waiting.back();
+            SceneOverride const* const entry = waiting.back();
             waiting.pop_back();
             for (auto const& [id, below] : entry->below)
             {
-                waiting.push_back(below.get());
+                waiting.push_back(below);
                 if (geometry.count(id) > 0 && (below->isVisible || below->style || below->transform))
                     m_document.notCarried.Add("overrides of single bodies");
             }

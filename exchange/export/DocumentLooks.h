@@ -7,8 +7,8 @@
 
 #include "exchange/export/DocumentParts.h"
 #include "exchange/export/DocumentVariant.h"
-#include "exchange/export/OccurrenceState.h"
 #include "exchange/export/ShapeDocument.h"
+#include "scene/OccurrenceState.h"
 
 namespace KVR
 {
@@ -29,19 +29,19 @@ public:
 private:
     struct Look
     {
-        std::string style;
+        SceneStyle const* style = nullptr;
         bool isVisible = true;
 
         bool operator==(Look const&) const = default;
     };
 
     void CarryBelow(DocumentVariant const& assembly, OccurrenceState const& state, OccurrenceState const& known);
-    void CarryTo(DocumentVariant::Child const& child, ModelComponent const& part, OccurrenceState const& state,
+    void CarryTo(DocumentVariant::Child const& child, SceneComponent const& part, OccurrenceState const& state,
                  OccurrenceState const* known);
     /// Makes a part ready for looks along paths; false for one that can have none.
     bool Prepare(TDF_Label const& part);
-    Look LookOf(OccurrenceState const& state, ModelComponent const& part);
-    bool IsUnstyled(ModelComponent const& component);
+    Look LookOf(OccurrenceState const& state, SceneComponent const& part);
+    bool IsUnstyled(SceneComponent const& component);
 
     ExportTask& m_task;
     ShapeDocument& m_document;
@@ -49,7 +49,7 @@ private:
     /// From the assembly on.
     TDF_LabelSequence m_path;
     std::size_t m_paths = 0;
-    std::unordered_map<ModelComponent const*, bool> m_unstyled;
+    std::unordered_map<SceneComponent const*, bool> m_unstyled;
     TDF_LabelMap m_prepared;
 };
 

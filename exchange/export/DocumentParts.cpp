@@ -21,7 +21,6 @@
 #include <cmath>
 #include <cstdlib>
 #include <limits>
-#include <nlohmann/json.hpp>
 #include <sstream>
 
 #include "exchange/export/CalloutFacts.h"
@@ -45,8 +44,8 @@ bool HasFaces(TopoDS_Shape const& shape)
 std::vector<std::string> ReferencesOf(ExportTask const& task)
 {
     std::vector<std::string> all;
-    for (ModelComponent const& component : task.scene.components)
-        for (ModelGeometry const& geometry : component.geometry)
+    for (SceneComponent const& component : task.scene.Components())
+        for (SceneGeometry const& geometry : component.geometry)
             if (auto const* const callout = dynamic_cast<IAnnotationCallout const*>(geometry.object))
                 for (std::string& id : ReferencesOf(*callout))
                     all.push_back(std::move(id));
@@ -58,8 +57,9 @@ PartShapes::Options OptionsOf(ExportTask const& task, ShapeDocument const& docum
     PartShapes::Options options;
     options.metresPerUnit = document.metresPerUnit;
     options.meshFaces = task.options.meshFaces;
-    for (ModelLayer const& layer : task.scene.layers)
-        options.wantedSubShapes.insert(layer.items.begin(), layer.items.end());
+    for (SceneLayer const& layer : task.scene.Layers())
+        for (std::string_view const item : layer.items)
+            options.wantedSubShapes.emplace(item);
     for (std::string const& id : ReferencesOf(task))
         options.wantedSubShapes.insert(id);
     return options;
@@ -95,16 +95,16 @@ DocumentParts::DocumentParts(ExportTask& task, ShapeDocument& document)
       m_colors(XCAFDoc_DocumentTool::ColorTool(document.document->Main())),
       m_partShapes(OptionsOf(task, document), document.notCarried)
 {
-    for (ModelLayer const& layer : task.scene.layers)
+    for (SceneLayer const& layer : task.scene.Layers())
     {
-        for (std::string const& item : layer.items)
-            m_layerItems.try_emplace(item);
+        for (std::string_view const item : layer.items)
+            m_layerItems.try_emplace(std::string(item));
     }
     for (std::string const& id : ReferencesOf(task))
         m_targets.try_emplace(id);
 }
 
-TDF_Label DocumentParts::Add(ModelComponent const& component, gp_Mat const& change)
+TDF_Label DocumentParts::Add(SceneComponent const& component, gp_Mat const& change)
 {
     std::vector<PartItem> const items = m_partShapes.Of(component, change);
     // A part of one body is the body itself, unless that has a place, which a part has not.
@@ -126,17 +126,18 @@ TDF_Label DocumentParts::Add(ModelComponent const& component, gp_Mat const& chan
         shape = compound;
     }
     TDF_Label const part = m_shapes->AddShape(shape, Standard_False, Standard_False);
-    TDataStd_Name::Set(part, DocumentText(component.label));
+    TDataStd_Name::Set(part, DocumentText(std::string(component.label)));
     Style(component, part, items, isWhole);
     // Those of an assembly speak of all of it.
-    if (component.kind == ModelComponent::Kind::kPart)
+    if (component.kind == SceneComponent::Kind::kPart)
         AddProperties(component, part);
-    Note(component.id, {part});
-    NoteTarget(component.id, part, items.size() == 1 ? items.front().shape : TopoDS_Shape());
+    std::string const id(component.id);
+    Note(id, {part});
+    NoteTarget(id, part, items.size() == 1 ? items.front().shape : TopoDS_Shape());
     return part;
 }
 
-void DocumentParts::Style(ModelComponent const& component, TDF_Label const& part, std::vector<PartItem> const& items,
+void DocumentParts::Style(SceneComponent const& component, TDF_Label const& part, std::vector<PartItem> const& items,
                           bool isWhole)
 {
     SubShapes subShapes(part);
@@ -145,16 +146,16 @@ void DocumentParts::Style(ModelComponent const& component, TDF_Label const& part
         bool hasSurfaces = false;
         for (PartItem const& item : items)
             hasSurfaces = hasSurfaces || HasFaces(item.shape);
-        SetColor(part, m_task.scene.StyleOf(component.style), hasSurfaces);
+        SetColor(part, component.style, hasSurfaces);
     }
     for (PartItem const& item : items)
     {
-        ModelGeometry const& geometry = *item.geometry;
+        SceneGeometry const& geometry = *item.geometry;
         bool const isPoint = geometry.kind == GeometryKind::kPoint;
-        std::string const& style = geometry.style.empty() && isWhole ? component.style : geometry.style;
-        ModelStyle const* const look = m_task.scene.StyleOf(style);
+        std::string const geometryId(geometry.id);
+        SceneStyle const* const look = !geometry.style && isWhole ? component.style : geometry.style;
         TDF_Label label = part;
-        if (!isWhole && !isPoint && (look || m_layerItems.count(geometry.id) > 0))
+        if (!isWhole && !isPoint && (look || m_layerItems.count(geometryId) > 0))
             label = subShapes.LabelOf(item.shape);
         if (isPoint && look && look->diffuse)
             m_document.notCarried.Add("colours of points");
@@ -162,12 +163,12 @@ void DocumentParts::Style(ModelComponent const& component, TDF_Label const& part
             SetColor(label, look, HasFaces(item.shape));
         if (isWhole && !geometry.isVisible)
             m_colors->SetVisibility(part, Standard_False);
-        m_document.bodies.push_back({part, item.shape, geometry.label, !isWhole && !geometry.isVisible});
-        Note(geometry.id, {isPoint ? TDF_Label() : label, m_document.bodies.size() - 1});
-        NoteTarget(geometry.id, part, item.shape);
+        m_document.bodies.push_back({part, item.shape, std::string(geometry.label), !isWhole && !geometry.isVisible});
+        Note(geometryId, {isPoint ? TDF_Label() : label, m_document.bodies.size() - 1});
+        NoteTarget(geometryId, part, item.shape);
         for (auto const& [shape, id] : item.subStyles)
         {
-            if (ModelStyle const* const subLook = m_task.scene.StyleOf(id); subLook && subLook->diffuse)
+            if (SceneStyle const* const subLook = m_task.scene.StyleOf(id); subLook && subLook->diffuse)
                 SetColor(subShapes.LabelOf(shape), subLook, shape.ShapeType() == TopAbs_FACE);
         }
         for (auto const& [id, shape] : item.subShapes)
@@ -179,7 +180,7 @@ void DocumentParts::Style(ModelComponent const& component, TDF_Label const& part
     }
 }
 
-void DocumentParts::SetColor(TDF_Label const& label, ModelStyle const* style, bool hasSurfaces) const
+void DocumentParts::SetColor(TDF_Label const& label, SceneStyle const* style, bool hasSurfaces) const
 {
     if (!style || !style->diffuse)
         return;
@@ -214,7 +215,7 @@ std::optional<ShapeDocument::Target> DocumentParts::TargetOf(std::string const& 
     return found->second.front();
 }
 
-void DocumentParts::AddProperties(ModelComponent const& component, TDF_Label const& label)
+void DocumentParts::AddProperties(SceneComponent const& component, TDF_Label const& label)
 {
     double const scale = component.metresPerUnit / m_document.metresPerUnit;
     std::string material;
@@ -222,25 +223,26 @@ void DocumentParts::AddProperties(ModelComponent const& component, TDF_Label con
     std::string densityType;
     double density = 0.0;
     unsigned long long others = 0;
-    for (ModelProperty const& property : component.properties)
+    for (SceneProperty const& property : component.properties)
     {
-        nlohmann::json const value = nlohmann::json::parse(property.json, nullptr, false);
+        auto const* const text = std::get_if<std::string>(&property.value);
+        std::optional<double> const number = NumberOf(property);
         gp_XYZ point;
-        if (property.name == "geometric validation property: volume" && value.is_number())
-            XCAFDoc_Volume::Set(label, value.get<double>() * scale * scale * scale);
-        else if (property.name == "geometric validation property: area" && value.is_number())
-            XCAFDoc_Area::Set(label, value.get<double>() * scale * scale);
-        else if (property.name == "geometric validation property: centroid" && value.is_string() &&
-                 ReadTriple(value.get<std::string>(), point.ChangeCoord(1), point.ChangeCoord(2), point.ChangeCoord(3)))
+        if (property.name == "geometric validation property: volume" && number)
+            XCAFDoc_Volume::Set(label, *number * scale * scale * scale);
+        else if (property.name == "geometric validation property: area" && number)
+            XCAFDoc_Area::Set(label, *number * scale * scale);
+        else if (property.name == "geometric validation property: centroid" && text &&
+                 ReadTriple(*text, point.ChangeCoord(1), point.ChangeCoord(2), point.ChangeCoord(3)))
             XCAFDoc_Centroid::Set(label, gp_Pnt(scale * point));
-        else if (property.name == "material" && value.is_string())
-            material = value.get<std::string>();
-        else if (property.name == "material description" && value.is_string())
-            description = value.get<std::string>();
-        else if (property.name == "material density type" && value.is_string())
-            densityType = value.get<std::string>();
-        else if (property.name == "material density" && value.is_number())
-            density = value.get<double>();
+        else if (property.name == "material" && text)
+            material = *text;
+        else if (property.name == "material description" && text)
+            description = *text;
+        else if (property.name == "material density type" && text)
+            densityType = *text;
+        else if (property.name == "material density" && number)
+            density = *number;
         else
             ++others;
     }
@@ -256,15 +258,15 @@ void DocumentParts::AddProperties(ModelComponent const& component, TDF_Label con
 void DocumentParts::AddLayers()
 {
     handle<XCAFDoc_LayerTool> const layers = XCAFDoc_DocumentTool::LayerTool(m_document.document->Main());
-    for (ModelLayer const& layer : m_task.scene.layers)
+    for (SceneLayer const& layer : m_task.scene.Layers())
     {
-        std::string const name = layer.label.empty() ? std::to_string(layer.number) : layer.label;
+        std::string const name = layer.label.empty() ? std::to_string(layer.number) : std::string(layer.label);
         m_document.layers.push_back(name);
         TDF_Label label;
         bool hasMembers = false;
-        for (std::string const& item : layer.items)
+        for (std::string_view const item : layer.items)
         {
-            std::vector<Member> const& members = m_layerItems[item];
+            std::vector<Member> const& members = m_layerItems[std::string(item)];
             if (members.empty())
                 m_document.notCarried.Add("members of layers that are no parts, bodies or faces");
             for (Member const& member : members)

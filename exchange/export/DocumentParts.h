@@ -24,9 +24,9 @@ public:
     DocumentParts(ExportTask& task, ShapeDocument& document);
 
     /// A new part of the component's geometry after a change in its coordinates.
-    TDF_Label Add(ModelComponent const& component, gp_Mat const& change);
+    TDF_Label Add(SceneComponent const& component, gp_Mat const& change);
     /// Gives a part or an assembly the validation properties and the material that its custom properties tell.
-    void AddProperties(ModelComponent const& component, TDF_Label const& label);
+    void AddProperties(SceneComponent const& component, TDF_Label const& label);
     /// Puts parts, bodies and faces into the layers that name them. What STEP has no place for in a layer is counted.
     void AddLayers();
 
@@ -35,12 +35,12 @@ public:
     std::optional<ShapeDocument::Target> TargetOf(std::string const& id, TDF_Label const& part) const;
 
     /// Colours a label, and what is below it; a style without a colour has no effect.
-    void SetColor(TDF_Label const& label, ModelStyle const* style, bool hasSurfaces) const;
+    void SetColor(TDF_Label const& label, SceneStyle const* style, bool hasSurfaces) const;
 
 private:
     class SubShapes;
 
-    void Style(ModelComponent const& component, TDF_Label const& part, std::vector<PartItem> const& items,
+    void Style(SceneComponent const& component, TDF_Label const& part, std::vector<PartItem> const& items,
                bool isWhole);
     /// What an id in a layer stands for: a label, or a point by its place in the document's list of bodies.
     struct Member
@@ -61,7 +61,7 @@ private:
     /// What annotations speak of, with all that it is.
     std::unordered_map<std::string, std::vector<ShapeDocument::Target>> m_targets;
     /// Components whose properties were counted.
-    std::unordered_set<ModelComponent const*> m_counted;
+    std::unordered_set<SceneComponent const*> m_counted;
     PartShapes m_partShapes;
 };
 

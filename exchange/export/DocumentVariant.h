@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "exchange/export/SceneModel.h"
+#include "scene/Scene.h"
 
 namespace KVR
 {
@@ -16,14 +16,14 @@ struct DocumentVariant
     struct Child
     {
         /// Null for the geometry of an assembly itself, which is a part of its own in a document.
-        ModelPlacement const* placement = nullptr;
+        ScenePlacement const* placement = nullptr;
         /// The component of the assembly.
         TDF_Label label;
         /// Null without a placement.
         DocumentVariant const* target = nullptr;
     };
 
-    ModelComponent const* component = nullptr;
+    SceneComponent const* component = nullptr;
     /// Tells it from other variants of the component; empty for the first one.
     std::string key;
     TDF_Label label;

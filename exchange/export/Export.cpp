@@ -65,17 +65,23 @@ std::string SentenceOf(std::string const& path, std::exception const& error)
                    : Escaped(error.what()));
 }
 
+// Not the user's wish.
+bool IsMissing(Scene::Cut const& cut)
+{
+    return cut.reason != SceneCut::kFiltered;
+}
+
 // Writes the file that is to become `target` at `path`. Nothing, when it is not to go on; else the remarks.
 std::optional<std::vector<std::string>> Write(IProducer& producer, UTF8String const& rootId, std::string const& target,
                                               std::string const& path, ExportOptions const& options,
                                               Progress const& progress)
 {
-    SceneModel const scene(producer, rootId, {options.only, options.hide});
+    Scene const scene(producer, rootId, options.filter);
     if (!Begin(progress, kStage_Writing))
         return {};
     ExportTask task{producer, scene, options, path, {}};
-    if (scene.missingTargets > 0)
-        task.notCarried.Add("instances without a target, or in a cycle", scene.missingTargets);
+    auto const cuts = std::count_if(scene.Cuts().begin(), scene.Cuts().end(), &IsMissing);
+    task.notCarried.Add("instances without a target, or in a cycle", static_cast<unsigned long long>(cuts));
     FormatOf(target)->write(task);
     std::vector<std::string> remarks;
     if (std::string sentence = task.notCarried.Sentence(); !sentence.empty())

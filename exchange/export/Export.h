@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "exchange/ExportScene.h"
-#include "exchange/export/SceneModel.h"
+#include "scene/Scene.h"
 
 namespace KVR
 {
@@ -26,7 +26,7 @@ private:
 struct ExportTask
 {
     IProducer& producer;
-    SceneModel const& scene;
+    Scene const& scene;
     ExportOptions const& options;
     /// The file to write. It has the target's name and stands in a folder of its own, from which it and all files that
     /// the writer puts beside it go to their places together.

@@ -5,11 +5,10 @@
 #include <map>
 #include <memory>
 
-#include "exchange/export/Decompose.h"
-#include "exchange/export/GeometryPlace.h"
 #include "exchange/export/OccurrenceLimit.h"
-#include "exchange/export/OccurrenceState.h"
 #include "framework/api/IPoint.h"
+#include "scene/OccurrenceState.h"
+#include "scene/Transform.h"
 
 namespace KVR
 {
@@ -28,14 +27,16 @@ public:
     {
     }
 
-    void Component(ModelComponent const& component, OccurrenceState const& state, Matrix const& place,
-                   std::string const& name)
+    void Component(SceneComponent const& component, OccurrenceState const& state, Matrix const& place,
+                   std::string_view name)
     {
-        for (ModelGeometry const& geometry : component.geometry)
+        for (SceneGeometry const& geometry : component.geometry)
             Geometry(geometry, component, state, place, name);
-        for (ModelPlacement const& placement : component.placements)
+        for (ScenePlacement const& placement : component.placements)
         {
-            ModelComponent const& target = m_task.scene.components[placement.target];
+            if (!placement.IsEntered())
+                continue;
+            SceneComponent const& target = m_task.scene.Components()[placement.target];
             OccurrenceState const below = state.Below(placement, target);
             if (!below.isVisible)
             {
@@ -49,8 +50,8 @@ public:
     }
 
 private:
-    void Geometry(ModelGeometry const& geometry, ModelComponent const& component, OccurrenceState const& state,
-                  Matrix const& place, std::string const& name)
+    void Geometry(SceneGeometry const& geometry, SceneComponent const& component, OccurrenceState const& state,
+                  Matrix const& place, std::string_view name)
     {
         if (geometry.kind == GeometryKind::kBody && geometry.hasMesh)
             return;
@@ -60,20 +61,21 @@ private:
             return;
         }
         bool const hasTriangles = geometry.kind == GeometryKind::kMesh || geometry.kind == GeometryKind::kBody;
-        if (geometry.kind == GeometryKind::kOther || (!hasTriangles && !m_useLines))
+        if (geometry.kind == GeometryKind::kOther || geometry.kind == GeometryKind::kCloud ||
+            (!hasTriangles && !m_useLines))
         {
-            m_task.notCarried.Add("objects of the kind " + geometry.className);
+            m_task.notCarried.Add("objects of the kind " + std::string(geometry.className));
             return;
         }
-        Matrix const all = Product(place, PlaceOf(geometry, component, state));
-        std::string const style = state.StyleOf(geometry);
+        Matrix const all = Product(place, state.PlaceOf(geometry, component));
+        SceneStyle const* const style = state.StyleOf(geometry);
         bool const keeps = state.KeepsFaceStyles(geometry);
-        std::string const& label = name.empty() ? geometry.label : name;
+        std::string const label(name.empty() ? geometry.label : name);
         if (hasTriangles)
         {
             for (TriangleGroups::Group const& group : GroupsOf(geometry).groups)
                 m_use({group, all, Mirrors(all),
-                       m_task.scene.StyleOf(keeps && !group.style.empty() ? group.style : style), label});
+                       keeps && !group.style.empty() ? m_task.scene.StyleOf(group.style) : style, label});
             if (!GroupsOf(geometry).groups.empty())
                 return;
         }
@@ -81,10 +83,10 @@ private:
         if (lines.empty())
             m_task.notCarried.Add("pieces of geometry with nothing to draw");
         else
-            m_useLines({lines, all, m_task.scene.StyleOf(style), label});
+            m_useLines({lines, all, style, label});
     }
 
-    static Polylines LinesOf(ModelGeometry const& geometry)
+    static Polylines LinesOf(SceneGeometry const& geometry)
     {
         switch (geometry.kind)
         {
@@ -106,7 +108,7 @@ private:
         }
     }
 
-    TriangleGroups const& GroupsOf(ModelGeometry const& geometry)
+    TriangleGroups const& GroupsOf(SceneGeometry const& geometry)
     {
         auto& entry = m_groups[geometry.object];
         if (!entry)
@@ -132,9 +134,9 @@ void ForEachTriangleGroup(ExportTask& task, std::function<void(FlatGroup const&)
                           std::function<void(FlatLines const&)> const& useLines)
 {
     RefuseMoreOccurrences(task.scene, kMostOccurrences);
-    ModelComponent const& root = task.scene.components[task.scene.root];
+    SceneComponent const& root = task.scene.Components()[task.scene.Root()];
     Walk(task, use, useLines)
-        .Component(root, OccurrenceState(root), Scaling(root.metresPerUnit / task.scene.metresPerUnit), root.label);
+        .Component(root, OccurrenceState(root), Scaling(root.metresPerUnit / task.scene.MetresPerUnit()), root.label);
 }
 
 namespace

@@ -19,7 +19,7 @@ struct FlatGroup
     /// Whether triangles have to be turned over, since the transform mirrors.
     bool isMirrored;
     /// Null for none.
-    ModelStyle const* style;
+    SceneStyle const* style;
     std::string name;
 };
 
@@ -29,7 +29,7 @@ struct FlatLines
     Polylines const& lines;
     Matrix const& transform;
     /// Null for none.
-    ModelStyle const* style;
+    SceneStyle const* style;
     std::string name;
 };
 

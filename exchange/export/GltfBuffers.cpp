@@ -89,10 +89,9 @@ int GltfDocument::AddIndices(std::vector<std::uint32_t> const& indices, std::siz
     return static_cast<int>(m_model.accessors.size()) - 1;
 }
 
-int GltfDocument::MaterialOf(std::string const& style, bool isCurve)
+int GltfDocument::MaterialOf(SceneStyle const* style, bool isCurve)
 {
-    ModelStyle const* const found = m_scene.StyleOf(style);
-    bool const hasColor = found && found->diffuse;
+    bool const hasColor = style && style->diffuse;
     auto const [entry, isNew] =
         m_materials.try_emplace({style, !hasColor && isCurve}, static_cast<int>(m_model.materials.size()));
     if (!isNew)
@@ -101,24 +100,24 @@ int GltfDocument::MaterialOf(std::string const& style, bool isCurve)
     material.doubleSided = true;
     std::array<double, 3> color = isCurve ? m_colors.curve : m_colors.surface;
     double opacity = 1.0;
-    if (found)
+    if (style)
     {
-        material.name = found->label.empty() ? found->id : found->label;
-        if (found->diffuse)
-            color = *found->diffuse;
-        opacity = found->opacity;
-        if (found->emission)
-            for (double const fraction : *found->emission)
+        material.name = std::string(style->label.empty() ? style->id : style->label);
+        if (style->diffuse)
+            color = *style->diffuse;
+        opacity = style->opacity;
+        if (style->emission)
+            for (double const fraction : *style->emission)
                 material.emissiveFactor.push_back(Linear(fraction));
         Value::Object extras;
-        extras["id"] = Value(found->id);
+        extras["id"] = Value(std::string(style->id));
         material.extras = Value(extras);
     }
     else
-        material.name = style.empty() ? "default" : style;
+        material.name = "default";
     material.pbrMetallicRoughness.baseColorFactor = {Linear(color[0]), Linear(color[1]), Linear(color[2]), opacity};
-    material.pbrMetallicRoughness.metallicFactor = found && found->metallic ? *found->metallic : 0.0;
-    material.pbrMetallicRoughness.roughnessFactor = found && found->roughness ? *found->roughness : kRoughness;
+    material.pbrMetallicRoughness.metallicFactor = style && style->metallic ? *style->metallic : 0.0;
+    material.pbrMetallicRoughness.roughnessFactor = style && style->roughness ? *style->roughness : kRoughness;
     if (opacity < 1.0)
         material.alphaMode = "BLEND";
     m_model.materials.push_back(std::move(material));

@@ -4,10 +4,9 @@
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 
-#include "exchange/export/Decompose.h"
-#include "exchange/export/GeometryPlace.h"
 #include "exchange/export/OccurrenceLimit.h"
 #include "framework/api/kvr_api.h"
+#include "scene/Transform.h"
 
 namespace KVR
 {
@@ -48,23 +47,23 @@ Matrix TurnUp(std::array<double, 3> const& up)
     return turn;
 }
 
-char const* KindText(ModelComponent::Kind kind)
+char const* KindText(SceneComponent::Kind kind)
 {
     switch (kind)
     {
-        case ModelComponent::Kind::kFile:
+        case SceneComponent::Kind::kFile:
             return "IFile";
-        case ModelComponent::Kind::kAssembly:
+        case SceneComponent::Kind::kAssembly:
             return "IAssembly";
-        case ModelComponent::Kind::kPart:
+        case SceneComponent::Kind::kPart:
             break;
     }
     return "IPart";
 }
 
-std::string LabelOf(std::string const& label, std::string const& id)
+std::string LabelOf(std::string_view label, std::string_view id)
 {
-    return label.empty() ? id : label;
+    return std::string(label.empty() ? id : label);
 }
 
 }  // namespace
@@ -76,16 +75,16 @@ GltfDocument::GltfDocument(ExportTask& task) : m_task(task), m_scene(task.scene)
     m_model.defaultScene = 0;
     m_model.scenes.emplace_back();
     m_model.buffers.emplace_back();
-    for (ModelLayer const& layer : m_scene.layers)
-        for (std::string const& item : layer.items)
-            m_layersOf[item].push_back(LabelOf(layer.label, layer.id));
+    for (SceneLayer const& layer : m_scene.Layers())
+        for (std::string_view const item : layer.items)
+            m_layersOf[item].push_back(layer.label.empty() ? layer.id : layer.label);
 }
 
 void GltfDocument::Build()
 {
     RefuseMoreOccurrences(m_scene, kMostOccurrences);
-    ModelComponent const& root = m_scene.components[m_scene.root];
-    Matrix const toScene = Product(TurnUp(m_scene.upVector), Scaling(root.metresPerUnit));
+    SceneComponent const& root = m_scene.Components()[m_scene.Root()];
+    Matrix const toScene = Product(TurnUp(m_scene.UpVector()), Scaling(root.metresPerUnit));
     tinygltf::Node node;
     node.name = LabelOf(root.label, root.id);
     node.extras = Value(ExtrasOf(root.id, root.object));
@@ -93,7 +92,7 @@ void GltfDocument::Build()
         node.matrix = ColumnsOf(toScene);
     int const index = AddNode(std::move(node), -1);
     AddComponent(root, OccurrenceState(root), index);
-    AddCameras(TurnUp(m_scene.upVector));
+    AddCameras(TurnUp(m_scene.UpVector()));
     AddExtras();
     // A buffer without content is none.
     if (m_model.buffers.front().data.empty())
@@ -111,17 +110,17 @@ int GltfDocument::AddNode(tinygltf::Node node, int parent)
     return index;
 }
 
-Value::Object GltfDocument::ExtrasOf(std::string const& id, IObject const* object)
+Value::Object GltfDocument::ExtrasOf(std::string_view id, IObject const* object)
 {
     Value::Object extras;
     if (!id.empty())
-        extras["id"] = Value(id);
+        extras["id"] = Value(std::string(id));
     auto const layers = m_layersOf.find(id);
     if (layers != m_layersOf.end())
     {
         Value::Array list;
-        for (std::string const& layer : layers->second)
-            list.emplace_back(layer);
+        for (std::string_view const layer : layers->second)
+            list.emplace_back(std::string(layer));
         extras["layers"] = Value(list);
     }
     if (!object)
@@ -182,29 +181,30 @@ bool GltfDocument::SetTransform(tinygltf::Node& node, Matrix const& transform, i
     return true;
 }
 
-void GltfDocument::AddComponent(ModelComponent const& component, OccurrenceState const& state, int node)
+void GltfDocument::AddComponent(SceneComponent const& component, OccurrenceState const& state, int node)
 {
     if (!component.properties.empty())
     {
         Value::Object properties;
-        for (ModelProperty const& property : component.properties)
+        for (SceneProperty const& property : component.properties)
         {
-            auto const value = nlohmann::json::parse(property.json, nullptr, false);
-            properties[property.name] = value.is_string()    ? Value(value.get<std::string>())
-                                        : value.is_boolean() ? Value(value.get<bool>())
-                                        : value.is_number()  ? Value(value.get<double>())
-                                                             : Value();
+            auto const* const text = std::get_if<std::string>(&property.value);
+            auto const* const flag = std::get_if<bool>(&property.value);
+            std::optional<double> const number = NumberOf(property);
+            properties[property.name] = text ? Value(*text) : flag ? Value(*flag) : number ? Value(*number) : Value();
         }
         Value const& extras = m_model.nodes[static_cast<std::size_t>(node)].extras;
         Value::Object all = extras.IsObject() ? extras.Get<Value::Object>() : Value::Object();
         all["componentProperties"] = Value(properties);
         m_model.nodes[static_cast<std::size_t>(node)].extras = Value(all);
     }
-    for (ModelGeometry const& geometry : component.geometry)
+    for (SceneGeometry const& geometry : component.geometry)
         AddGeometry(geometry, component, state, node);
-    for (ModelPlacement const& placement : component.placements)
+    for (ScenePlacement const& placement : component.placements)
     {
-        ModelComponent const& target = m_scene.components[placement.target];
+        if (!placement.IsEntered())
+            continue;
+        SceneComponent const& target = m_scene.Components()[placement.target];
         OccurrenceState const below = state.Below(placement, target);
         if (!below.isVisible)
         {
@@ -212,15 +212,15 @@ void GltfDocument::AddComponent(ModelComponent const& component, OccurrenceState
             continue;
         }
         tinygltf::Node child;
-        std::string const& label = placement.label.empty() ? target.label : placement.label;
+        std::string_view const label = placement.label.empty() ? target.label : placement.label;
         child.name = LabelOf(label, placement.id.empty() ? target.id : placement.id);
         Value::Object extras = ExtrasOf(placement.id.empty() ? target.id : placement.id,
                                         placement.object ? placement.object : target.object);
         extras["kind"] = Value(std::string(KindText(target.kind)));
         if (!placement.id.empty())
         {
-            extras["component"] = Value(target.id);
-            extras["componentLabel"] = Value(target.label);
+            extras["component"] = Value(std::string(target.id));
+            extras["componentLabel"] = Value(std::string(target.label));
         }
         child.extras = Value(extras);
         int inner = -1;
@@ -232,7 +232,7 @@ void GltfDocument::AddComponent(ModelComponent const& component, OccurrenceState
     }
 }
 
-void GltfDocument::AddGeometry(ModelGeometry const& geometry, ModelComponent const& component,
+void GltfDocument::AddGeometry(SceneGeometry const& geometry, SceneComponent const& component,
                                OccurrenceState const& state, int parent)
 {
     // The mesh of a body stands for it, whether the body is shown or not.
@@ -243,9 +243,9 @@ void GltfDocument::AddGeometry(ModelGeometry const& geometry, ModelComponent con
         m_task.notCarried.Add("hidden pieces of geometry");
         return;
     }
-    if (geometry.kind == GeometryKind::kOther)
+    if (geometry.kind == GeometryKind::kOther || geometry.kind == GeometryKind::kCloud)
     {
-        m_task.notCarried.Add("objects of the kind " + geometry.className);
+        m_task.notCarried.Add("objects of the kind " + std::string(geometry.className));
         return;
     }
     int const mesh = MeshOf(geometry, state);
@@ -256,17 +256,17 @@ void GltfDocument::AddGeometry(ModelGeometry const& geometry, ModelComponent con
     node.mesh = mesh;
     Value::Object extras = ExtrasOf(geometry.id, geometry.object);
     if (!geometry.bodyId.empty())
-        extras["body"] = Value(geometry.bodyId);
+        extras["body"] = Value(std::string(geometry.bodyId));
     node.extras = Value(extras);
     int inner = -1;
-    if (!SetTransform(node, PlaceOf(geometry, component, state), inner))
+    if (!SetTransform(node, state.PlaceOf(geometry, component), inner))
         return;
     if (inner >= 0)
         std::swap(m_model.nodes[static_cast<std::size_t>(inner)].mesh, node.mesh);
     AddNode(std::move(node), parent);
 }
 
-int GltfDocument::MeshOf(ModelGeometry const& geometry, OccurrenceState const& state)
+int GltfDocument::MeshOf(SceneGeometry const& geometry, OccurrenceState const& state)
 {
     MeshKey const key{geometry.object, state.StyleOf(geometry), state.KeepsFaceStyles(geometry)};
     auto const [entry, isNew] = m_meshes.try_emplace(key, -1);
@@ -275,15 +275,14 @@ int GltfDocument::MeshOf(ModelGeometry const& geometry, OccurrenceState const& s
     return entry->second;
 }
 
-int GltfDocument::MakeMesh(ModelGeometry const& geometry, std::string const& style, bool keepsFaceStyles)
+int GltfDocument::MakeMesh(SceneGeometry const& geometry, SceneStyle const* style, bool keepsFaceStyles)
 {
     tinygltf::Mesh mesh;
     mesh.name = LabelOf(geometry.label, geometry.id);
     for (Drawing const& drawing : DrawingsOf(geometry))
     {
         tinygltf::Primitive& primitive = mesh.primitives.emplace_back(drawing.primitive);
-        primitive.material =
-            MaterialOf(keepsFaceStyles && !drawing.style.empty() ? drawing.style : style, drawing.isCurve);
+        primitive.material = MaterialOf(keepsFaceStyles && drawing.style ? drawing.style : style, drawing.isCurve);
     }
     if (mesh.primitives.empty())
         return -1;
@@ -291,7 +290,7 @@ int GltfDocument::MakeMesh(ModelGeometry const& geometry, std::string const& sty
     return static_cast<int>(m_model.meshes.size()) - 1;
 }
 
-std::vector<GltfDocument::Drawing> const& GltfDocument::DrawingsOf(ModelGeometry const& geometry)
+std::vector<GltfDocument::Drawing> const& GltfDocument::DrawingsOf(SceneGeometry const& geometry)
 {
     auto const [entry, isNew] = m_drawings.try_emplace(geometry.object);
     std::vector<Drawing>& drawings = entry->second;
@@ -321,6 +320,7 @@ std::vector<GltfDocument::Drawing> const& GltfDocument::DrawingsOf(ModelGeometry
         case GeometryKind::kPoint:
             AddPoint(drawings, *geometry.point);
             break;
+        case GeometryKind::kCloud:
         case GeometryKind::kOther:
             break;
     }
@@ -334,7 +334,7 @@ void GltfDocument::AddTriangles(std::vector<Drawing>& drawings, TriangleGroups c
     for (TriangleGroups::Group const& group : groups.groups)
     {
         Drawing& drawing = drawings.emplace_back();
-        drawing.style = group.style;
+        drawing.style = m_scene.StyleOf(group.style);
         drawing.primitive.mode = TINYGLTF_MODE_TRIANGLES;
         drawing.primitive.attributes["POSITION"] = AddFloats(group.positions, TINYGLTF_TYPE_VEC3, true);
         if (group.hasNormals)

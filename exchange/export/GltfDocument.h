@@ -9,8 +9,8 @@
 
 #include "exchange/export/DefaultColors.h"
 #include "exchange/export/Export.h"
-#include "exchange/export/OccurrenceState.h"
 #include "exchange/export/TriangleGroups.h"
+#include "scene/OccurrenceState.h"
 
 namespace KVR
 {
@@ -28,27 +28,27 @@ public:
 
 private:
     /// An object, its style, and whether its faces keep theirs.
-    using MeshKey = std::tuple<IObject const*, std::string, bool>;
+    using MeshKey = std::tuple<IObject const*, SceneStyle const*, bool>;
 
     struct Drawing
     {
-        /// Of its own; empty for that of the whole.
-        std::string style;
+        /// Of its own; null for that of the whole.
+        SceneStyle const* style = nullptr;
         tinygltf::Primitive primitive;
         /// Also for points.
         bool isCurve = false;
     };
 
     int AddNode(tinygltf::Node node, int parent);
-    void AddComponent(ModelComponent const& component, OccurrenceState const& state, int node);
-    void AddGeometry(ModelGeometry const& geometry, ModelComponent const& component, OccurrenceState const& state,
+    void AddComponent(SceneComponent const& component, OccurrenceState const& state, int node);
+    void AddGeometry(SceneGeometry const& geometry, SceneComponent const& component, OccurrenceState const& state,
                      int parent);
     /// -1 for geometry of which there is nothing to draw.
-    int MeshOf(ModelGeometry const& geometry, OccurrenceState const& state);
-    int MakeMesh(ModelGeometry const& geometry, std::string const& style, bool keepsFaceStyles);
-    int MaterialOf(std::string const& style, bool isCurve);
+    int MeshOf(SceneGeometry const& geometry, OccurrenceState const& state);
+    int MakeMesh(SceneGeometry const& geometry, SceneStyle const* style, bool keepsFaceStyles);
+    int MaterialOf(SceneStyle const* style, bool isCurve);
     /// The primitives of geometry, without materials; made once for all styles.
-    std::vector<Drawing> const& DrawingsOf(ModelGeometry const& geometry);
+    std::vector<Drawing> const& DrawingsOf(SceneGeometry const& geometry);
     void AddTriangles(std::vector<Drawing>& drawings, TriangleGroups const& groups);
     void AddLines(std::vector<Drawing>& drawings, Polylines const& lines);
     void AddPoint(std::vector<Drawing>& drawings, IPoint const& point);
@@ -59,18 +59,18 @@ private:
     bool SetTransform(tinygltf::Node& node, Matrix const& transform, int& inner);
     void AddCameras(Matrix const& root);
     void AddExtras();
-    tinygltf::Value::Object ExtrasOf(std::string const& id, IObject const* object);
+    tinygltf::Value::Object ExtrasOf(std::string_view id, IObject const* object);
 
     ExportTask& m_task;
-    SceneModel const& m_scene;
+    Scene const& m_scene;
     DefaultColors m_colors;
     tinygltf::Model m_model;
     std::map<MeshKey, int> m_meshes;
     std::unordered_map<IObject const*, std::vector<Drawing>> m_drawings;
     /// By style, and whether it is a curve's own colour.
-    std::map<std::pair<std::string, bool>, int> m_materials;
-    std::unordered_map<std::string, std::vector<std::string>> m_layersOf;
-    std::map<std::string, int> m_cameraNodes;
+    std::map<std::pair<SceneStyle const*, bool>, int> m_materials;
+    std::unordered_map<std::string_view, std::vector<std::string_view>> m_layersOf;
+    std::map<std::string, int, std::less<>> m_cameraNodes;
 };
 
 }  // namespace KVR

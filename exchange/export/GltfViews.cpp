@@ -91,13 +91,13 @@ double DepthOr(IsValueSpecifiedEnum (ICamera::*get)(Plane&) const, ICamera const
 
 void GltfDocument::AddCameras(Matrix const& turn)
 {
-    for (std::string const& id : m_scene.cameraIds)
+    for (SceneReference const& listed : m_scene.Cameras())
     {
-        auto const* const camera = dynamic_cast<ICamera const*>(m_task.producer.Load(UTF8String(id)));
+        auto const* const camera = dynamic_cast<ICamera const*>(listed.object);
         if (!camera)
             continue;
         UnitTypeEnum unit = kUnitType_Unknown;
-        double metres = m_scene.metresPerUnit;
+        double metres = m_scene.MetresPerUnit();
         if (camera->LengthUnit(unit) == kIsValueSpecified_Yes && MetresOf(unit) > 0.0)
             metres = MetresOf(unit);
         Matrix const place = Product(turn, PlaceOf(*camera, metres));
@@ -130,16 +130,16 @@ void GltfDocument::AddCameras(Matrix const& turn)
             entry.orthographic.zfar = farthest;
         }
         tinygltf::Node node;
-        node.name = entry.name.empty() ? id : entry.name;
+        node.name = entry.name.empty() ? std::string(listed.id) : entry.name;
         node.camera = static_cast<int>(m_model.cameras.size());
         std::vector<double> columns;
         for (std::size_t column = 0; column < 4; ++column)
             for (std::size_t row = 0; row < 4; ++row)
                 columns.push_back(place[4 * row + column]);
         node.matrix = columns;
-        node.extras = Value(ExtrasOf(id, camera));
+        node.extras = Value(ExtrasOf(listed.id, camera));
         m_model.cameras.push_back(std::move(entry));
-        m_cameraNodes[id] = AddNode(std::move(node), -1);
+        m_cameraNodes[std::string(listed.id)] = AddNode(std::move(node), -1);
         if (auto const* const section = dynamic_cast<ISectionCamera const*>(camera))
             m_task.notCarried.Add("section planes", section->SectionPlaneCount());
     }
@@ -148,15 +148,15 @@ void GltfDocument::AddCameras(Matrix const& turn)
 void GltfDocument::AddExtras()
 {
     Value::Object extras;
-    extras["lengthUnitInMetres"] = Value(m_scene.metresPerUnit);
+    extras["lengthUnitInMetres"] = Value(m_scene.MetresPerUnit());
     Value::Array views;
-    for (std::string const& id : m_scene.viewIds)
+    for (SceneReference const& listed : m_scene.Views())
     {
-        auto const* const view = dynamic_cast<IView const*>(m_task.producer.Load(UTF8String(id)));
+        auto const* const view = dynamic_cast<IView const*>(listed.object);
         if (!view)
             continue;
         Value::Object entry;
-        entry["id"] = Value(id);
+        entry["id"] = Value(std::string(listed.id));
         entry["label"] = Value(std::string(UTF8String(view->Label()).View()));
         entry["active"] = Value(view->IsActive());
         Value::Array cameras;
@@ -186,16 +186,16 @@ void GltfDocument::AddExtras()
     if (!views.empty())
         extras["views"] = Value(views);
     Value::Array layers;
-    for (ModelLayer const& layer : m_scene.layers)
+    for (SceneLayer const& layer : m_scene.Layers())
     {
         Value::Object entry;
-        entry["id"] = Value(layer.id);
-        entry["label"] = Value(layer.label);
+        entry["id"] = Value(std::string(layer.id));
+        entry["label"] = Value(std::string(layer.label));
         entry["number"] = Value(layer.number);
         entry["visible"] = Value(layer.isVisible);
         Value::Array items;
-        for (std::string const& item : layer.items)
-            items.emplace_back(item);
+        for (std::string_view const item : layer.items)
+            items.emplace_back(std::string(item));
         entry["items"] = Value(items);
         layers.emplace_back(entry);
     }

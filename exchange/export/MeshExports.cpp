@@ -225,7 +225,7 @@ private:
         Flush(kBlock);
     }
 
-    void Begin(std::string const& name, ModelStyle const* style, bool isCurve)
+    void Begin(std::string const& name, SceneStyle const* style, bool isCurve)
     {
         bool const hasColor = style && style->diffuse;
         auto const [entry, isNew] = m_materials.try_emplace({hasColor ? style : nullptr, !hasColor && isCurve});
@@ -233,7 +233,7 @@ private:
         {
             // With a number, since ids may differ in what a word has no place for.
             entry->second = fmt::format("{}.{}",
-                                        hasColor  ? Word(style->id)
+                                        hasColor  ? Word(std::string(style->id))
                                         : isCurve ? "curve"
                                                   : "surface",
                                         m_materials.size());
@@ -266,7 +266,7 @@ private:
     std::string m_text;
     std::string m_materialText;
     /// The materials' names by style, and whether it is the colour of curves without one.
-    std::map<std::pair<ModelStyle const*, bool>, std::string> m_materials;
+    std::map<std::pair<SceneStyle const*, bool>, std::string> m_materials;
     std::size_t m_vertices = 0;
     std::size_t m_normals = 0;
     std::size_t m_textures = 0;

@@ -15,8 +15,8 @@ namespace
 class Counter
 {
 public:
-    Counter(SceneModel const& scene, unsigned long long most)
-        : m_scene(scene), m_most(most), m_counts(scene.components.size(), 0)
+    Counter(Scene const& scene, unsigned long long most)
+        : m_scene(scene), m_most(most), m_counts(scene.Components().size(), 0)
     {
     }
 
@@ -26,22 +26,23 @@ public:
         if (m_counts[component] > 0)
             return m_counts[component];
         unsigned long long count = 1;
-        for (ModelPlacement const& placement : m_scene.components[component].placements)
-            count = std::min(m_most, count + Of(placement.target));
+        for (ScenePlacement const& placement : m_scene.Components()[component].placements)
+            if (placement.IsEntered())
+                count = std::min(m_most, count + Of(placement.target));
         return m_counts[component] = count;
     }
 
 private:
-    SceneModel const& m_scene;
+    Scene const& m_scene;
     unsigned long long m_most;
     std::vector<unsigned long long> m_counts;
 };
 
 }  // namespace
 
-void RefuseMoreOccurrences(SceneModel const& scene, unsigned long long limit)
+void RefuseMoreOccurrences(Scene const& scene, unsigned long long limit)
 {
-    if (Counter(scene, limit + 1).Of(scene.root) > limit)
+    if (Counter(scene, limit + 1).Of(scene.Root()) > limit)
         throw std::runtime_error("the scene has more than " + std::to_string(limit) +
                                  " occurrences, which no other program would open; --only exports a part of it");
 }

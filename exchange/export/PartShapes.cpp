@@ -1,5 +1,4 @@
 #include "exchange/export/PartShapes.h"
-#include "framework/api/LengthUnits.h"
 
 #include <BRepBuilderAPI_MakeVertex.hxx>
 #include <Standard_Failure.hxx>
@@ -25,16 +24,7 @@ namespace KVR
 namespace
 {
 
-// Geometry that states a unit of its own has its lengths in it.
-double MetresOf(ModelGeometry const& geometry, ModelComponent const& component)
-{
-    UnitTypeEnum unit = kUnitType_Unknown;
-    auto const* const measured = dynamic_cast<IUnit const*>(geometry.object);
-    double const metres = measured && measured->LengthUnit(unit) == kIsValueSpecified_Yes ? MetresOf(unit) : 0.0;
-    return metres > 0.0 ? metres : component.metresPerUnit;
-}
-
-char const* KindOf(ModelGeometry const& geometry)
+char const* KindOf(SceneGeometry const& geometry)
 {
     if (geometry.className == "IPointCloud")
         return "point clouds";
@@ -50,14 +40,14 @@ PartShapes::PartShapes(Options options, NotCarriedCounts& notCarried)
 {
 }
 
-std::vector<PartItem> PartShapes::Of(ModelComponent const& component, gp_Mat const& change)
+std::vector<PartItem> PartShapes::Of(SceneComponent const& component, gp_Mat const& change)
 {
     gp_Mat unit;
     unit.SetIdentity();
     NotCarriedCounts ignored;
     NotCarriedCounts& notCarried = m_counted.insert(&component).second ? m_notCarried : ignored;
     std::vector<PartItem> items;
-    for (ModelGeometry const& geometry : component.geometry)
+    for (SceneGeometry const& geometry : component.geometry)
     {
         // Callouts are no shapes; who draws them counts them.
         if (geometry.className == "IAnnotationCallout")
@@ -69,7 +59,7 @@ std::vector<PartItem> PartShapes::Of(ModelComponent const& component, gp_Mat con
             TopoDS_Shape const shape = ShapeOf(geometry, notCarried);
             if (shape.IsNull())
                 continue;
-            double const ratio = MetresOf(geometry, component) / m_options.metresPerUnit;
+            double const ratio = geometry.metresPerUnit / m_options.metresPerUnit;
             double const scale = std::abs(ratio - 1.0) < 1e-12 ? 1.0 : ratio;
             auto const placement = ShapePlacement::Of(geometry.transform, scale, change);
             if (!placement)
@@ -91,7 +81,7 @@ std::vector<PartItem> PartShapes::Of(ModelComponent const& component, gp_Mat con
     return items;
 }
 
-TopoDS_Shape PartShapes::ShapeOf(ModelGeometry const& geometry, NotCarriedCounts& notCarried) const
+TopoDS_Shape PartShapes::ShapeOf(SceneGeometry const& geometry, NotCarriedCounts& notCarried) const
 {
     switch (geometry.kind)
     {

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "exchange/export/Export.h"
-#include "exchange/export/SceneModel.h"
+#include "scene/Scene.h"
 
 namespace KVR
 {
@@ -20,7 +20,7 @@ struct ShapePlacement;
 /// Geometry of a component as a shape in its place.
 struct PartItem
 {
-    ModelGeometry const* geometry = nullptr;
+    SceneGeometry const* geometry = nullptr;
     TopoDS_Shape shape;
     /// Faces and edges with the ids of their styles.
     std::vector<std::pair<TopoDS_Shape, std::string>> subStyles;
@@ -47,10 +47,10 @@ public:
 
     /// The shapes of a component's geometry after a change in the component's coordinates. What makes no shape is
     /// counted, once for a component.
-    std::vector<PartItem> Of(ModelComponent const& component, gp_Mat const& change);
+    std::vector<PartItem> Of(SceneComponent const& component, gp_Mat const& change);
 
 private:
-    TopoDS_Shape ShapeOf(ModelGeometry const& geometry, NotCarriedCounts& notCarried) const;
+    TopoDS_Shape ShapeOf(SceneGeometry const& geometry, NotCarriedCounts& notCarried) const;
     void Place(PartItem& item, TopoDS_Shape const& shape, ShapePlacement const& placement, bool stays);
     void TakeSubShapes(PartItem& item, BODY const& body, SubEntityToStylesMap const* styles) const;
     bool IsUsed(TopoDS_Shape const& shape);

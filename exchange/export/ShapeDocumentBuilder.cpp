@@ -36,12 +36,12 @@ gp_Mat Unit()
     return unit;
 }
 
-std::string NameOf(std::string const& label, std::string const& id)
+std::string NameOf(std::string_view label, std::string_view id)
 {
-    return label.empty() ? id : label;
+    return std::string(label.empty() ? id : label);
 }
 
-std::string KeyOf(std::size_t component, gp_Mat const& change, std::vector<ModelOverride const*> const& overrides)
+std::string KeyOf(std::size_t component, gp_Mat const& change, std::vector<SceneOverride const*> const& overrides)
 {
     std::string key;
     auto const append = [&](void const* bytes, std::size_t size) { key.append(static_cast<char const*>(bytes), size); };
@@ -52,19 +52,22 @@ std::string KeyOf(std::size_t component, gp_Mat const& change, std::vector<Model
     return key;
 }
 
-bool IsFreeFile(ModelComponent const& component)
+bool IsFreeFile(SceneComponent const& component)
 {
-    return component.kind == ModelComponent::Kind::kFile && component.geometry.empty() &&
+    return component.kind == SceneComponent::Kind::kFile && component.geometry.empty() &&
            std::all_of(component.placements.begin(), component.placements.end(),
-                       [](ModelPlacement const& placement) { return placement.object == nullptr; });
+                       [](ScenePlacement const& placement)
+                       { return !placement.IsEntered() || placement.object == nullptr; });
 }
 
 // Whether there is geometry that may become a shape.
-bool HasOwnGeometry(ModelComponent const& component)
+bool HasOwnGeometry(SceneComponent const& component)
 {
     return std::any_of(component.geometry.begin(), component.geometry.end(),
-                       [](ModelGeometry const& geometry)
-                       { return geometry.kind != GeometryKind::kOther && geometry.bodyId.empty(); });
+                       [](SceneGeometry const& geometry) {
+                           return geometry.kind != GeometryKind::kOther && geometry.kind != GeometryKind::kCloud &&
+                                  geometry.bodyId.empty();
+                       });
 }
 
 }  // namespace
@@ -77,10 +80,10 @@ ShapeDocumentBuilder::ShapeDocumentBuilder(ExportTask& task, ShapeDocument& docu
 void ShapeDocumentBuilder::Build()
 {
     CheckSize();
-    if (StepUnitOf(m_scene.unit))
+    if (StepUnitOf(m_scene.Unit()))
     {
-        m_document.unit = m_scene.unit;
-        m_document.metresPerUnit = m_scene.metresPerUnit;
+        m_document.unit = m_scene.Unit();
+        m_document.metresPerUnit = m_scene.MetresPerUnit();
     }
     XCAFApp_Application::GetApplication()->NewDocument("BinXCAF", m_document.document);
     XCAFDoc_DocumentTool::SetLengthUnit(m_document.document, m_document.metresPerUnit, UnitsMethods_LengthUnit_Meter);
@@ -103,49 +106,51 @@ void ShapeDocumentBuilder::Build()
 void ShapeDocumentBuilder::CheckSize() const
 {
     // Occurrences below a component, each counted once it is known of all below.
-    std::vector<double> counts(m_scene.components.size(), -1.0);
+    std::vector<double> counts(m_scene.Components().size(), -1.0);
     std::vector<std::pair<std::size_t, std::size_t>> path;
-    if (m_scene.root != SceneModel::kNone)
-        path.emplace_back(m_scene.root, 0);
+    if (m_scene.Root() != kNoIndex)
+        path.emplace_back(m_scene.Root(), 0);
     while (!path.empty())
     {
         auto& [component, next] = path.back();
-        std::vector<ModelPlacement> const& placements = m_scene.components[component].placements;
+        std::vector<ScenePlacement> const& placements = m_scene.Components()[component].placements;
         if (next < placements.size())
         {
-            std::size_t const target = placements[next++].target;
-            if (counts[target] < 0.0)
+            ScenePlacement const& placement = placements[next++];
+            std::size_t const target = placement.target;
+            if (placement.IsEntered() && counts[target] < 0.0)
                 path.emplace_back(target, 0);
             continue;
         }
         counts[component] = 1.0;
-        for (ModelPlacement const& placement : placements)
-            counts[component] += std::max(counts[placement.target], 0.0);
+        for (ScenePlacement const& placement : placements)
+            counts[component] += placement.IsEntered() ? std::max(counts[placement.target], 0.0) : 0.0;
         path.pop_back();
     }
-    if (m_scene.root == SceneModel::kNone)
+    if (m_scene.Root() == kNoIndex)
         throw std::runtime_error("the scene has no component to write");
-    if (counts[m_scene.root] > kMostOccurrences)
+    if (counts[m_scene.Root()] > kMostOccurrences)
         throw std::runtime_error(
             "the scene has more than 1,000,000 occurrences, beyond what is written in this format");
 }
 
 void ShapeDocumentBuilder::AddRoots()
 {
-    ModelComponent const& root = m_scene.components[m_scene.root];
+    SceneComponent const& root = m_scene.Components()[m_scene.Root()];
     m_document.title = NameOf(root.label, root.id);
-    std::vector<std::size_t> tops{m_scene.root};
+    std::vector<std::size_t> tops{m_scene.Root()};
     if (IsFreeFile(root))
     {
         tops.clear();
-        for (ModelPlacement const& placement : root.placements)
-            tops.push_back(placement.target);
+        for (ScenePlacement const& placement : root.placements)
+            if (placement.IsEntered())
+                tops.push_back(placement.target);
     }
     if (auto const* const file = dynamic_cast<IFile const*>(root.object))
         AddFileProperties(file->FileProperties());
     for (std::size_t const top : tops)
     {
-        if (auto const* const owner = dynamic_cast<IComponent const*>(m_scene.components[top].object))
+        if (auto const* const owner = dynamic_cast<IComponent const*>(m_scene.Components()[top].object))
             AddFileProperties(owner->FileProperties());
         VariantOf(top, Unit(), {});
     }
@@ -166,7 +171,7 @@ void ShapeDocumentBuilder::AddFileProperties(FileProperties const* properties)
 }
 
 // Whether the entry, or one below it, gives something another place.
-bool ShapeDocumentBuilder::Moves(ModelOverride const& entry)
+bool ShapeDocumentBuilder::Moves(SceneOverride const& entry)
 {
     auto const [known, isNew] = m_moving.try_emplace(&entry, false);
     if (!isNew)
@@ -179,10 +184,10 @@ bool ShapeDocumentBuilder::Moves(ModelOverride const& entry)
 
 DocumentVariant const* ShapeDocumentBuilder::VariantOf(std::size_t component, gp_Mat const& change, Overrides overrides)
 {
-    ModelComponent const& source = m_scene.components[component];
+    SceneComponent const& source = m_scene.Components()[component];
     if (source.overrides)
-        overrides.push_back(source.overrides.get());
-    std::erase_if(overrides, [&](ModelOverride const* entry) { return !Moves(*entry); });
+        overrides.push_back(source.overrides);
+    std::erase_if(overrides, [&](SceneOverride const* entry) { return !Moves(*entry); });
     std::unique_ptr<DocumentVariant>& variant = m_variants[KeyOf(component, change, overrides)];
     if (variant)
         return variant.get();
@@ -192,7 +197,7 @@ DocumentVariant const* ShapeDocumentBuilder::VariantOf(std::size_t component, gp
     variant->component = &source;
     variant->change = change;
     m_inOrder.push_back(variant.get());
-    variant->isAssembly = source.kind != ModelComponent::Kind::kPart;
+    variant->isAssembly = source.kind != SceneComponent::Kind::kPart;
     // The reference to the pointer is void once more variants are made.
     DocumentVariant* const made = variant.get();
     if (made->isAssembly)
@@ -204,29 +209,30 @@ DocumentVariant const* ShapeDocumentBuilder::VariantOf(std::size_t component, gp
 
 void ShapeDocumentBuilder::FillAssembly(DocumentVariant& variant, gp_Mat const& change, Overrides const& overrides)
 {
-    ModelComponent const& component = *variant.component;
+    SceneComponent const& component = *variant.component;
     variant.label = m_shapes->NewShape();
-    TDataStd_Name::Set(variant.label, DocumentText(component.label));
+    TDataStd_Name::Set(variant.label, DocumentText(std::string(component.label)));
     m_parts->AddProperties(component, variant.label);
     if (HasOwnGeometry(component))
     {
         TDF_Label const part = m_parts->Add(component, change);
         TDF_Label const label = m_shapes->AddComponent(variant.label, part, TopLoc_Location(gp_Trsf()));
-        TDataStd_Name::Set(label, DocumentText(component.label));
+        TDataStd_Name::Set(label, DocumentText(std::string(component.label)));
         variant.children.push_back({nullptr, label, nullptr});
     }
-    for (ModelPlacement const& placement : component.placements)
-        Place(variant, placement, change, overrides);
+    for (ScenePlacement const& placement : component.placements)
+        if (placement.IsEntered())
+            Place(variant, placement, change, overrides);
 }
 
-void ShapeDocumentBuilder::Place(DocumentVariant& assembly, ModelPlacement const& placement, gp_Mat const& change,
+void ShapeDocumentBuilder::Place(DocumentVariant& assembly, ScenePlacement const& placement, gp_Mat const& change,
                                  Overrides const& overrides)
 {
-    ModelComponent const& target = m_scene.components[placement.target];
+    SceneComponent const& target = m_scene.Components()[placement.target];
     Matrix transform = placement.transform;
     bool isMoved = false;
     Overrides below;
-    for (ModelOverride const* const outer : overrides)
+    for (SceneOverride const* const outer : overrides)
     {
         auto const found = outer->below.find(placement.id);
         if (found == outer->below.end())
@@ -236,11 +242,11 @@ void ShapeDocumentBuilder::Place(DocumentVariant& assembly, ModelPlacement const
             transform = *found->second->transform;
             isMoved = true;
         }
-        below.push_back(found->second.get());
+        below.push_back(found->second);
         // A path may name what an instance places as well.
         auto const placed = found->second->below.find(target.id);
         if (placed != found->second->below.end())
-            below.push_back(placed->second.get());
+            below.push_back(placed->second);
     }
     // Lengths of the place are in the unit of the assembly. They alone are scaled, since each part is in the document's
     // unit already.
@@ -252,7 +258,7 @@ void ShapeDocumentBuilder::Place(DocumentVariant& assembly, ModelPlacement const
         return m_document.notCarried.Add("instances whose transform leaves nothing of them");
     DocumentVariant const* const variant = VariantOf(placement.target, where->change, below);
     TDF_Label const label = m_shapes->AddComponent(assembly.label, variant->label, where->motion);
-    TDataStd_Name::Set(label, DocumentText(placement.label.empty() ? target.label : placement.label));
+    TDataStd_Name::Set(label, DocumentText(std::string(placement.label.empty() ? target.label : placement.label)));
     assembly.children.push_back({&placement, label, variant});
 }
 

@@ -31,19 +31,19 @@ public:
 
 private:
     /// What assemblies above say of what is below, as far as it moves something; the outermost first.
-    using Overrides = std::vector<ModelOverride const*>;
+    using Overrides = std::vector<SceneOverride const*>;
 
     void CheckSize() const;
     void AddRoots();
     void AddFileProperties(FileProperties const* properties);
     DocumentVariant const* VariantOf(std::size_t component, gp_Mat const& change, Overrides overrides);
     void FillAssembly(DocumentVariant& variant, gp_Mat const& change, Overrides const& overrides);
-    void Place(DocumentVariant& assembly, ModelPlacement const& placement, gp_Mat const& change,
+    void Place(DocumentVariant& assembly, ScenePlacement const& placement, gp_Mat const& change,
                Overrides const& overrides);
-    bool Moves(ModelOverride const& entry);
+    bool Moves(SceneOverride const& entry);
 
     ExportTask& m_task;
-    SceneModel const& m_scene;
+    Scene const& m_scene;
     ShapeDocument& m_document;
     opencascade::handle<XCAFDoc_ShapeTool> m_shapes;
     std::unique_ptr<DocumentParts> m_parts;
@@ -51,7 +51,7 @@ private:
     std::vector<DocumentVariant const*> m_inOrder;
     /// How many variants there are of a component.
     std::unordered_map<std::size_t, std::size_t> m_copies;
-    std::unordered_map<ModelOverride const*, bool> m_moving;
+    std::unordered_map<SceneOverride const*, bool> m_moving;
 };
 
 }  // namespace KVR

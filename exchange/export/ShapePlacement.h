@@ -7,7 +7,7 @@
 #include <memory>
 #include <vector>
 
-#include "exchange/export/SceneModel.h"
+#include "scene/Scene.h"
 
 class BRepBuilderAPI_ModifyShape;
 

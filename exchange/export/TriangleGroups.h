@@ -6,7 +6,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "exchange/export/SceneModel.h"
+#include "scene/Scene.h"
 
 namespace KVR
 {

@@ -23,9 +23,9 @@
 #include <gp_Ax2.hxx>
 
 #include "exchange/conventions/AnnotationDetails.h"
-#include "exchange/conventions/ExtensionTypes.h"
 #include "exchange/model/CleanText.h"
 #include "framework/kernel/tessellation/EdgeCorners.h"
+#include "scene/ExtensionTypes.h"
 
 namespace KVR
 {

@@ -16,7 +16,6 @@
 #include <memory>
 
 #include "authoring/SceneWriter.h"
-#include "exchange/conventions/ExtensionTypes.h"
 #include "exchange/import/Annotations.h"
 #include "exchange/import/DocumentProperties.h"
 #include "exchange/import/InstanceStyles.h"
@@ -30,6 +29,7 @@
 #include "framework/api/Time.h"
 #include "framework/api/UTF16String.h"
 #include "framework/kernel/tessellation/BodyMesh.h"
+#include "scene/ExtensionTypes.h"
 
 namespace KVR
 {

@@ -10,8 +10,8 @@
 #include <fstream>
 #include <nlohmann/json.hpp>
 
-#include "exchange/conventions/ExtensionTypes.h"
 #include "exchange/model/CleanText.h"
+#include "scene/ExtensionTypes.h"
 
 namespace KVR
 {

@@ -36,6 +36,7 @@ GROUPS = (
     ("authoring/", "authoring"),
     ("output/", "output"),
     ("describe/", "describe"),
+    ("scene/ExtensionTypes.h", "extension types"),
     ("scene/", "scene"),
     ("exchange/source/SceneOptions.h", "exchange"),
     ("exchange/run/", "run"),
@@ -75,18 +76,23 @@ MAY_INCLUDE = {
     "authoring": FRAMEWORK,
     "output": ("api",),
     "describe": ("api", "kernel", "gmk_interface", "output"),
-    "scene": ("api", "kernel", "gmk_interface"),
-    # The public headers of the exchange stand on the interfaces alone, which makes them low enough for everybody in it
-    # and for any program; what they promise is done in import, export and certify, none of which knows the other two.
-    "exchange": ("api",),
+    # Names alone: what is written into scenes and understood in them.
+    "extension types": (),
+    "scene": ("api", "kernel", "gmk_interface", "extension types"),
+    # The public headers of the exchange stand on the interfaces and the scene alone, which makes them low enough for
+    # everybody in it and for any program; what they promise is done in import, export and certify, none of which knows
+    # the other two.
+    "exchange": ("api", "scene"),
     # What touches files and processes; what a scene of the exchange says in extension data; how a scene file is opened;
     # models of other programs as documents of Open CASCADE.
     "run": ("api", "output", "exchange"),
     "conventions": ("api",),
     "source": ("api", "facade", "output", "exchange"),
     "model": ("api", "kernel", "run"),
-    "import": ("api", "kernel", "authoring", "xml_util", "output", "exchange", "run", "conventions", "model"),
-    "export": ("api", "kernel", "gmk_interface", "scene", "output", "exchange", "run", "conventions", "source"),
+    "import": ("extension types", "api", "kernel", "authoring", "xml_util", "output", "exchange", "run", "conventions",
+               "model"),
+    "export": ("extension types", "api", "kernel", "gmk_interface", "scene", "output", "exchange", "run", "conventions",
+               "source"),
     "certify": ("api", "kernel", "scene", "output", "exchange", "run", "conventions", "source", "model"),
     "host": ("api", "kernel", "facade", "output", "describe", "scene", "source", "exchange"),
 }

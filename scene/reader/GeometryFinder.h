@@ -1,13 +1,11 @@
 #pragma once
 
-#include "exchange/export/SceneModel.h"
 #include "framework/api/IdSet.h"
 #include "framework/api/ObjectVisitor.h"
+#include "scene/SceneComponent.h"
 
 namespace KVR
 {
-
-class Matrix3d;
 
 /// Finds out whether an object is geometry, and of which kind. It is none when the name of its class stays empty.
 class GeometryFinder final : public ObjectVisitor
@@ -25,16 +23,12 @@ public:
     void Visit(IWorkPoint* object) override;
     void Visit(IAnnotationCallout* object) override;
 
-    ModelGeometry geometry;
+    SceneGeometry geometry;
     IdSet styles;
 
 private:
     template <class Object>
     void Dress(Object* object, char const* name, GeometryKind kind);
 };
-
-/// The identity for null, and for what cannot place anything: a transform with elements that are no numbers or larger
-/// than any place.
-Matrix PlaceOf(Matrix3d const* transform);
 
 }  // namespace KVR

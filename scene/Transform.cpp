@@ -1,9 +1,11 @@
-#include "exchange/export/Decompose.h"
+#include "scene/Transform.h"
 
 #include <algorithm>
 #include <cmath>
 #include <math_Jacobi.hxx>
 #include <math_Matrix.hxx>
+
+#include "framework/api/Matrix3d.h"
 
 namespace KVR
 {
@@ -50,6 +52,39 @@ Column Beside(Column const& a)
 }
 
 }  // namespace
+
+Matrix Product(Matrix const& left, Matrix const& right)
+{
+    Matrix product{};
+    for (std::size_t row = 0; row < 4; ++row)
+        for (std::size_t column = 0; column < 4; ++column)
+            for (std::size_t i = 0; i < 4; ++i)
+                product[4 * row + column] += left[4 * row + i] * right[4 * i + column];
+    return product;
+}
+
+Matrix Scaling(double factor)
+{
+    Matrix scaling = kIdentity;
+    scaling[0] = scaling[5] = scaling[10] = factor;
+    return scaling;
+}
+
+Matrix PlaceOf(Matrix3d const* transform)
+{
+    constexpr double kMost = 1e30;
+    if (!transform)
+        return kIdentity;
+    Matrix const& elements = transform->Elements();
+    bool const isUsable =
+        std::all_of(elements.begin(), elements.end(), [](double element) { return std::abs(element) < kMost; });
+    if (!isUsable)
+        return kIdentity;
+    // No format has a place for a perspective.
+    Matrix affine = elements;
+    std::copy(kIdentity.begin() + 12, kIdentity.end(), affine.begin() + 12);
+    return affine;
+}
 
 bool HasRightAngles(Matrix const& transform)
 {

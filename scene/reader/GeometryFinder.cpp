@@ -1,28 +1,9 @@
-#include "exchange/export/GeometryFinder.h"
-
-#include <algorithm>
-#include <cmath>
+#include "scene/reader/GeometryFinder.h"
 
 #include "framework/api/kvr_api.h"
 
 namespace KVR
 {
-
-Matrix PlaceOf(Matrix3d const* transform)
-{
-    constexpr double kMost = 1e30;
-    if (!transform)
-        return kIdentity;
-    Matrix const& elements = transform->Elements();
-    bool const isUsable =
-        std::all_of(elements.begin(), elements.end(), [](double element) { return std::abs(element) < kMost; });
-    if (!isUsable)
-        return kIdentity;
-    // No format has a place for a perspective.
-    Matrix affine = elements;
-    std::copy(kIdentity.begin() + 12, kIdentity.end(), affine.begin() + 12);
-    return affine;
-}
 
 template <class Object>
 void GeometryFinder::Dress(Object* object, char const* name, GeometryKind kind)
@@ -57,7 +38,8 @@ void GeometryFinder::Visit(IPoint* object)
 }
 void GeometryFinder::Visit(IPointCloud* object)
 {
-    Dress(object, "IPointCloud", GeometryKind::kOther);
+    Dress(object, "IPointCloud", GeometryKind::kCloud);
+    geometry.cloud = object;
 }
 void GeometryFinder::Visit(ISketch* object)
 {

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+#include <vector>
+
+#include "scene/Export.h"
+#include "scene/OccurrenceState.h"
+#include "scene/Scene.h"
+
+namespace KVR
+{
+
+/// Goes through all occurrences of components in a scene: depth first, each before what is below it, in the scene's
+/// order. It takes memory in proportion to the depth alone, and no stack. The scene must outlive it and stay as it is.
+///
+///     for (OccurrenceWalk walk(scene); walk.Next();)
+///         Draw(walk.Component(), walk.Place());
+class KVR_SCENE_API OccurrenceWalk
+{
+public:
+    enum class Mode
+    {
+        kAll,
+        /// Hidden ones, and all below them, are left out.
+        kVisible
+    };
+    explicit OccurrenceWalk(Scene const& scene, Mode mode = Mode::kAll);
+
+    /// Goes to the first occurrence, which is that of the root, or on to the next one; false when there are no more.
+    /// The other operations are for occurrences alone: they must not be called before the first call or after false.
+    /// What they answer by reference is valid until the next call.
+    bool Next();
+    /// Leaves out what is below the current occurrence.
+    void SkipBelow() noexcept;
+
+    /// 0 for the root.
+    std::size_t Depth() const noexcept { return m_path.size() - 1; }
+    std::size_t ComponentIndex() const noexcept { return m_path.back().component; }
+    SceneComponent const& Component() const;
+    /// What places it; null for the root.
+    ScenePlacement const* Placement() const noexcept { return m_path.back().placement; }
+    /// The component above; null for the root.
+    SceneComponent const* Above() const;
+    OccurrenceState const& State() const noexcept { return m_path.back().state; }
+    /// From the component, in its unit, to the one above, in the unit of that; for the root, to the scene's unit.
+    Matrix const& Step() const noexcept { return m_path.back().step; }
+    /// From the component, in its unit, to the root's coordinates in the scene's unit.
+    Matrix const& Place() const noexcept { return m_path.back().place; }
+    /// The ids of the placements from the root to here; empty for the root. A component that stands by itself in a
+    /// file is named by its own id.
+    std::vector<std::string_view> Path() const;
+
+private:
+    struct Level
+    {
+        std::size_t component;
+        std::size_t next;
+        ScenePlacement const* placement;
+        OccurrenceState state;
+        Matrix step;
+        Matrix place;
+    };
+
+    bool Enter(ScenePlacement const& placement);
+
+    Scene const* m_scene;
+    Mode m_mode;
+    bool m_hasStarted = false;
+    std::vector<Level> m_path;
+};
+
+}  // namespace KVR

@@ -1,0 +1,80 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <deque>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "framework/api/Enums.h"
+#include "scene/Export.h"
+#include "scene/SceneComponent.h"
+#include "scene/SceneFilter.h"
+#include "scene/SceneOrganisation.h"
+#include "scene/SceneStyle.h"
+
+namespace KVR
+{
+
+class IProducer;
+class UTF8String;
+struct SceneContent;
+
+/// A scene as its producer serves it, read once: components, what they are made of, and how it looks. Each component
+/// is there once, however often it occurs; OccurrenceWalk goes through the occurrences. All is read by the constructor,
+/// apart from the numbers of geometry, which stand in the objects: nothing else asks the producer.
+class KVR_SCENE_API Scene
+{
+public:
+    /// The scene from its root file, or another file, assembly or part, on. Objects belong to the producer, which must
+    /// outlive the scene and keep them. Throws std::bad_alloc, and what the producer throws.
+    Scene(IProducer& producer, UTF8String const& rootId, SceneFilter const& filter = {});
+    Scene(Scene&& other) noexcept;
+    Scene& operator=(Scene&& other) noexcept;
+    ~Scene();
+
+    /// Breadth first from the root; behind them, with a filter's `only`, those that it reduced. Placements are indices
+    /// of this list.
+    std::vector<SceneComponent> const& Components() const noexcept;
+    /// The root's index; kNoIndex, without any component, when no file, assembly or part has its id.
+    std::size_t Root() const noexcept;
+    /// The unit of the first component that states one, and its length; millimetres when none does.
+    UnitTypeEnum Unit() const noexcept;
+    double MetresPerUnit() const noexcept;
+
+    /// All styles that components, instances, geometry, faces, overrides or sets name.
+    std::deque<SceneStyle> const& Styles() const noexcept;
+    /// The style of an id; null for one that nothing names.
+    SceneStyle const* StyleOf(std::string_view id) const;
+
+    // Declared by components, each once, in the order of the components.
+
+    std::vector<SceneLayer> const& Layers() const noexcept;
+    std::vector<SceneGroup> const& Groups() const noexcept;
+    std::vector<SceneLod> const& Lods() const noexcept;
+    /// Objects behind them are null or any; a view's is an IView.
+    std::vector<SceneReference> const& Views() const noexcept;
+    /// The same; a camera's is an ICamera.
+    std::vector<SceneReference> const& Cameras() const noexcept;
+
+    /// Of length 1; upwards is z when the scene states nothing usable.
+    std::array<double, 3> const& UpVector() const noexcept;
+
+    /// What of the scene is not in its occurrences. Placements that are cut stay with their components, marked.
+    struct Cut
+    {
+        std::size_t component = kNoIndex;
+        /// Among the component's; kNoIndex for sets of geometry in one another.
+        std::size_t placement = kNoIndex;
+        SceneCut reason = SceneCut::kNone;
+    };
+    std::vector<Cut> const& Cuts() const noexcept;
+    /// Pieces of geometry that the filter took out of components.
+    std::size_t FilteredGeometry() const noexcept;
+
+private:
+    std::unique_ptr<SceneContent> m_content;
+};
+
+}  // namespace KVR
