@@ -2,19 +2,20 @@
 
 #include "framework/api/StringUtil.h"
 #include "framework/xml_util/DomWalk.h"
+#include "framework/xml_util/FormatNames.h"
 #include "framework/xml_util/XMLStrUtil.h"
 
 namespace KVR
 {
 
-void ReadDoubleAttribute(xercesc::DOMNode const* node, XMLCh const* name, std::optional<double>& value)
+void ReadDoubleAttribute(xercesc::DOMNode const* node, AttributeName name, std::optional<double>& value)
 {
     double read = 0.0;
     if (XMLStrUtil::XMLStrToDouble(AttributeText(node, name), read))
         value = read;
 }
 
-void ReadIntAttribute(xercesc::DOMNode const* node, XMLCh const* name, std::optional<int>& value)
+void ReadIntAttribute(xercesc::DOMNode const* node, AttributeName name, std::optional<int>& value)
 {
     XMLCh const* const text = AttributeText(node, name);
     int read = 0;

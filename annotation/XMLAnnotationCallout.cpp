@@ -4,6 +4,7 @@
 
 #include "annotation/XMLAnnotationCalloutElement.h"
 #include "framework/api/Exception.h"
+#include "framework/xml_util/FormatNames.h"
 #include "framework/xml_util/XMLUtils.h"
 #include "geometry/ChildIds.h"
 #include "geometry/XMLWorkPlane.h"
@@ -29,8 +30,8 @@ bool AddElement(ChildContext const& context, xercesc::DOMNode* node, std::vector
 }
 
 constexpr ChildIdRow kChildRows[] = {
-    {u"Child", &AddChildRef, kOnFailure_Next},
-    {u"IAnnotationCalloutElement", &AddElement, kOnFailure_Stop},
+    {Names::Child, &AddChildRef, kOnFailure_Next},
+    {Names::IAnnotationCalloutElement, &AddElement, kOnFailure_Stop},
 };
 
 }  // namespace
@@ -71,14 +72,14 @@ void XMLAnnotationCallout::ReadAnnotationPlane(xercesc::DOMNode const* node)
     for (xercesc::DOMNode* const child : Children(node))
     {
         Match(child,  //
-              On(u"Child",
+              On(Names::Child,
                  [&]
                  {
                      UTF8String id;
                      if (ReadChildRef(m_producer, child, id))
                          m_annotationPlaneId = std::move(id);
                  }),
-              On(u"IWorkPlane",
+              On(Names::IWorkPlane,
                  [&]
                  {
                      if (auto const* const plane = ReadAndRegister<XMLWorkPlane>(m_producer, child))
@@ -98,18 +99,19 @@ bool XMLAnnotationCallout::ReadFromXML(xercesc::DOMNode* node, CurveEntities& cu
 {
     if (!node)
         return false;
-    XMLUtils::GetNodeAttribute(node, u"ID", m_id);
-    XMLUtils::GetNodeAttribute(node, u"Label", m_label);
+    XMLUtils::GetNodeAttribute(node, Names::ID, m_id);
+    XMLUtils::GetNodeAttribute(node, Names::Label, m_label);
     // Kept: absence means shown here, although a mesh is hidden then.
-    XMLUtils::GetNodeAttribute(node, u"Visibility", m_visible);
-    XMLUtils::GetNodeAttribute(node, u"VersionPersistentId", m_versionPersistentId);
+    XMLUtils::GetNodeAttribute(node, Names::Visibility, m_visible);
+    XMLUtils::GetNodeAttribute(node, Names::VersionPersistentId, m_versionPersistentId);
     m_producer->ApplyIdMapping(m_id);
     for (xercesc::DOMNode* const child : Children(node))
     {
         Match(child,  //
-              On(u"ChildSet", [&] { Ignored(ReadChildSet(child, curveEntities, meshStore, curveStore)); }),
-              On(u"ExtensionData", [&] { AddExtensionData(child, *this); }),
-              On(u"AnnotationPlane", [&] { ReadAnnotationPlane(child); }), On(u"IText", [&] { ReadText(child); }));
+              On(Names::ChildSet, [&] { Ignored(ReadChildSet(child, curveEntities, meshStore, curveStore)); }),
+              On(Names::ExtensionData, [&] { AddExtensionData(child, *this); }),
+              On(Names::AnnotationPlane, [&] { ReadAnnotationPlane(child); }),
+              On(Names::IText, [&] { ReadText(child); }));
     }
     return true;
 }

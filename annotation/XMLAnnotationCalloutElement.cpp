@@ -1,6 +1,7 @@
 #include "annotation/XMLAnnotationCalloutElement.h"
 
 #include "framework/api/Exception.h"
+#include "framework/xml_util/FormatNames.h"
 #include "framework/xml_util/XMLUtils.h"
 #include "geometry/ChildIds.h"
 #include "geometry/XMLPoint.h"
@@ -16,10 +17,10 @@ namespace
 {
 
 constexpr ChildIdRow kChildRows[] = {
-    {u"Child", &AddChildRef, kOnFailure_Next},
-    {u"ICurve", &AddCurve, kOnFailure_Stop},
-    {u"IPoint", &AddObject<XMLPoint>, kOnFailure_Next},
-    {u"IPolygonMesh", &AddPolygonMesh, kOnFailure_Next},
+    {Names::Child, &AddChildRef, kOnFailure_Next},
+    {Names::ICurve, &AddCurve, kOnFailure_Stop},
+    {Names::IPoint, &AddObject<XMLPoint>, kOnFailure_Next},
+    {Names::IPolygonMesh, &AddPolygonMesh, kOnFailure_Next},
 };
 
 }  // namespace
@@ -51,17 +52,17 @@ bool XMLAnnotationCalloutElement::ReadFromXML(xercesc::DOMNode* node, CurveEntit
 {
     if (!node)
         return false;
-    XMLUtils::GetNodeAttribute(node, u"ID", m_id);
-    XMLUtils::GetNodeAttribute(node, u"Label", m_label);
-    XMLUtils::GetNodeAttribute(node, u"VersionPersistentId", m_versionPersistentId);
+    XMLUtils::GetNodeAttribute(node, Names::ID, m_id);
+    XMLUtils::GetNodeAttribute(node, Names::Label, m_label);
+    XMLUtils::GetNodeAttribute(node, Names::VersionPersistentId, m_versionPersistentId);
     m_producer->ApplyIdMapping(m_id);
     for (xercesc::DOMNode* const child : Children(node))
     {
         Match(child,  //
-              On(u"ChildSet", [&] { Ignored(ReadChildSet(child, curveEntities, meshStore, curveStore)); }),
-              On(u"ExtensionData", [&] { AddExtensionData(child, *this); }),
+              On(Names::ChildSet, [&] { Ignored(ReadChildSet(child, curveEntities, meshStore, curveStore)); }),
+              On(Names::ExtensionData, [&] { AddExtensionData(child, *this); }),
               // Kept: matches in any case, and then reads nothing unless written exactly.
-              OnAnyCase(u"Styles", [&] { Ignored(ReadStyleRefs(m_producer, child, m_styles)); }));
+              OnAnyCase(Names::Styles, [&] { Ignored(ReadStyleRefs(m_producer, child, m_styles)); }));
     }
     return true;
 }

@@ -3,6 +3,7 @@
 #include "annotation/Marked.h"
 #include "annotation/NumberAttributes.h"
 #include "framework/api/Subscript.h"
+#include "framework/xml_util/FormatNames.h"
 #include "framework/xml_util/XMLStrUtil.h"
 #include "readers/BooleanText.h"
 #include "readers/CoordinateReader.h"
@@ -49,20 +50,20 @@ IsValueSpecifiedEnum XMLText::LengthUnit(UnitTypeEnum& unit) const
 void XMLText::ReadAttributes(xercesc::DOMNode const* node)
 {
     // Kept: a text that is no unit counts as specified all the same, as unit 0.
-    if (XMLCh const* const text = AttributeText(node, u"LengthUnit"))
+    if (XMLCh const* const text = AttributeText(node, Names::LengthUnit))
         Ignored(XMLStrUtil::StringToUnitType(XMLStrUtil::XMLStrToAStr(text), m_lengthUnit.emplace(kUnitType_Unknown)));
     // Kept: "1" alone is true here, although the flags of a fragment take "True".
-    if (XMLCh const* const text = AttributeText(node, u"IsVertical"))
+    if (XMLCh const* const text = AttributeText(node, Names::IsVertical))
         m_isVertical = kBoolean_OneElseFalse.test(text);
     std::optional<int> justification;
-    ReadIntAttribute(node, u"TextJustification", justification);
+    ReadIntAttribute(node, Names::TextJustification, justification);
     m_textJustification = justification.value_or(m_textJustification);
 }
 
 void XMLText::ReadChild(xercesc::DOMNode* child)
 {
     Match(child,  //
-          On(u"Origin",
+          On(Names::Origin,
              [&]
              {
                  double x = 0.0;
@@ -72,8 +73,8 @@ void XMLText::ReadChild(xercesc::DOMNode* child)
                  m_origin = Position(x, y, z);
              }),
           // Kept: the identity is kept here, although no object keeps it as its place.
-          On(u"Transform", [&] { XMLStrUtil::GetTransfFromStr(TextContent(child), m_transform.emplace()); }),
-          On(u"ITextLine",
+          On(Names::Transform, [&] { XMLStrUtil::GetTransfFromStr(TextContent(child), m_transform.emplace()); }),
+          On(Names::ITextLine,
              [&]
              {
                  m_lines.push_back(std::make_unique<XMLTextLine>());

@@ -2,6 +2,7 @@
 
 #include "annotation/Marked.h"
 #include "annotation/NumberAttributes.h"
+#include "framework/xml_util/FormatNames.h"
 #include "framework/xml_util/XMLUtils.h"
 #include "readers/BooleanText.h"
 #include "readers/ColorReader.h"
@@ -13,7 +14,7 @@ namespace
 {
 
 // Kept: "True" alone is true here, although the text as a whole takes "1" for its flag.
-void ReadFlag(xercesc::DOMNode const* node, XMLCh const* name, std::optional<bool>& flag)
+void ReadFlag(xercesc::DOMNode const* node, AttributeName name, std::optional<bool>& flag)
 {
     if (XMLCh const* const text = AttributeText(node, name))
         flag = kBoolean_TrueWordElseFalse.test(text);
@@ -81,18 +82,18 @@ IsValueSpecifiedEnum XMLTextFragment::ScriptType(int& type) const
 
 void XMLTextFragment::ReadAttributes(xercesc::DOMNode const* node)
 {
-    if (UTF16String name; XMLUtils::GetNodeAttribute(node, u"FontName", name))
+    if (UTF16String name; XMLUtils::GetNodeAttribute(node, Names::FontName, name))
         m_fontName = std::move(name);
-    XMLUtils::GetNodeAttribute(node, u"Value", m_value);
-    ReadFlag(node, u"IsBold", m_isBold);
-    ReadFlag(node, u"IsItalic", m_isItalic);
-    ReadFlag(node, u"IsUnderlined", m_isUnderlined);
-    ReadFlag(node, u"IsOverlined", m_isOverlined);
-    ReadDoubleAttribute(node, u"Height", m_height);
-    ReadDoubleAttribute(node, u"Width", m_width);
-    ReadDoubleAttribute(node, u"FontSize", m_fontSize);
-    ReadDoubleAttribute(node, u"Gap", m_gap);
-    ReadIntAttribute(node, u"ScriptType", m_scriptType);
+    XMLUtils::GetNodeAttribute(node, Names::Value, m_value);
+    ReadFlag(node, Names::IsBold, m_isBold);
+    ReadFlag(node, Names::IsItalic, m_isItalic);
+    ReadFlag(node, Names::IsUnderlined, m_isUnderlined);
+    ReadFlag(node, Names::IsOverlined, m_isOverlined);
+    ReadDoubleAttribute(node, Names::Height, m_height);
+    ReadDoubleAttribute(node, Names::Width, m_width);
+    ReadDoubleAttribute(node, Names::FontSize, m_fontSize);
+    ReadDoubleAttribute(node, Names::Gap, m_gap);
+    ReadIntAttribute(node, Names::ScriptType, m_scriptType);
 }
 
 bool XMLTextFragment::ReadFromXML(xercesc::DOMNode const* node)
@@ -102,8 +103,8 @@ bool XMLTextFragment::ReadFromXML(xercesc::DOMNode const* node)
     ReadAttributes(node);
     for (xercesc::DOMNode const* const child : Children(node))
     {
-        Match(child, On(u"TextColor", [&] { ReadColorInto(child, m_textColor); }),
-              On(u"TextBackgroundColor", [&] { ReadColorInto(child, m_backgroundColor); }));
+        Match(child, On(Names::TextColor, [&] { ReadColorInto(child, m_textColor); }),
+              On(Names::TextBackgroundColor, [&] { ReadColorInto(child, m_backgroundColor); }));
     }
     return true;
 }

@@ -4,6 +4,7 @@
 #include "annotation/NumberAttributes.h"
 #include "framework/api/Subscript.h"
 #include "framework/xml_util/DomWalk.h"
+#include "framework/xml_util/FormatNames.h"
 #include "readers/Ignored.h"
 
 namespace KVR
@@ -31,11 +32,11 @@ bool XMLTextLine::ReadFromXML(xercesc::DOMNode const* node)
 {
     if (!node)
         return false;
-    ReadIntAttribute(node, u"TextAlignment", m_textAlignment);
-    ReadDoubleAttribute(node, u"Indentation", m_indentation);
+    ReadIntAttribute(node, Names::TextAlignment, m_textAlignment);
+    ReadDoubleAttribute(node, Names::Indentation, m_indentation);
     for (xercesc::DOMNode const* const child : Children(node))
     {
-        Match(child, On(u"ITextFragment",
+        Match(child, On(Names::ITextFragment,
                         [&]
                         {
                             m_fragments.push_back(std::make_unique<XMLTextFragment>());

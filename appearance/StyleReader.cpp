@@ -2,6 +2,7 @@
 
 #include <xercesc/util/XercesDefs.hpp>
 
+#include "framework/xml_util/FormatNames.h"
 #include "framework/xml_util/XMLStyle.h"
 #include "framework/xml_util/XMLUtils.h"
 #include "framework/xml_util/XMLVitreolStyle.h"
@@ -21,24 +22,24 @@ using xercesc::DOMNode;
 
 struct DoubleRow
 {
-    XMLCh const* attribute;
+    AttributeName attribute;
     void (XMLStyle::*setter)(double const&);
 };
 
 // Kept: these stand on "DiffuseColor", also where they speak of another colour. "ColorFactor" was read before them, so
 // that "DiffuseFactor" beats it.
 constexpr DoubleRow kScalarRows[] = {
-    {u"Shininess", &XMLStyle::SetShininess},           {u"Reflection", &XMLStyle::SetReflection},
-    {u"Eccentricity", &XMLStyle::SetEccentricity},     {u"Rolloff", &XMLStyle::SetRolloff},
-    {u"Transparency", &XMLStyle::SetTransparency},     {u"DiffuseFactor", &XMLStyle::SetDiffuseFactor},
-    {u"AmbientFactor", &XMLStyle::SetAmbientFactor},   {u"EmissionFactor", &XMLStyle::SetEmissionFactor},
-    {u"SpecularFactor", &XMLStyle::SetSpecularFactor},
+    {Names::Shininess, &XMLStyle::SetShininess},           {Names::Reflection, &XMLStyle::SetReflection},
+    {Names::Eccentricity, &XMLStyle::SetEccentricity},     {Names::Rolloff, &XMLStyle::SetRolloff},
+    {Names::Transparency, &XMLStyle::SetTransparency},     {Names::DiffuseFactor, &XMLStyle::SetDiffuseFactor},
+    {Names::AmbientFactor, &XMLStyle::SetAmbientFactor},   {Names::EmissionFactor, &XMLStyle::SetEmissionFactor},
+    {Names::SpecularFactor, &XMLStyle::SetSpecularFactor},
 };
 
 void ReadVersionPersistentId(DOMNode const* node, XMLObject& style)
 {
     UTF8String id;
-    if (XMLUtils::GetNodeAttribute(node, u"VersionPersistentId", id))
+    if (XMLUtils::GetNodeAttribute(node, Names::VersionPersistentId, id))
         style.SetVersionPersistentId(id);
 }
 
@@ -58,7 +59,7 @@ void ReadColorInto(DOMNode const* node, Style& style, void (Style::*setColor)(Co
 }
 
 // Kept: the id is taken as written, although a texture's own id is mapped.
-void ReadTextId(DOMNode const* node, XMLCh const* attribute, XMLStyle& style,
+void ReadTextId(DOMNode const* node, AttributeName attribute, XMLStyle& style,
                 void (XMLStyle::*setter)(UTF8String const&))
 {
     UTF8String id;
@@ -68,19 +69,19 @@ void ReadTextId(DOMNode const* node, XMLCh const* attribute, XMLStyle& style,
 
 void ReadStyleTextureId(DOMNode const* node, XMLStyle& style, void (XMLStyle::*setter)(UTF8String const&))
 {
-    ReadTextId(node, u"TextureId", style, setter);
+    ReadTextId(node, Names::TextureId, style, setter);
 }
 
 void ReadStyleScalars(DOMNode const* node, XMLStyle& style)
 {
     for (DoubleRow const& row : kScalarRows)
         ReadStyleDouble(node, row.attribute, style, row.setter);
-    if (XMLCh const* const text = AttributeText(node, u"ShaderType"))
+    if (XMLCh const* const text = AttributeText(node, Names::ShaderType))
         style.SetShaderType(static_cast<IRenderStyle::ShadingModelType>(XMLStrUtil::XMLStrToInt(text)));
-    ReadTextId(node, u"BumpMapId", style, &XMLStyle::SetBumpMap);
+    ReadTextId(node, Names::BumpMapId, style, &XMLStyle::SetBumpMap);
     for (DOMNode const* const child : Children(node))
     {
-        if (!IsNamed(child, u"TransparencyRGB"))
+        if (!IsNamed(child, Names::TransparencyRGB))
             continue;
         ReadColorInto<XMLStyle>(child, style, &XMLStyle::SetTransparency, nullptr);
         // Kept: the first one alone, whether or not it is a colour.
@@ -97,7 +98,7 @@ void ReadDiffuseColor(DOMNode const* node, XMLStyle& style)
 
 // Hands the enumerator that an attribute names to the setter; nothing for an absent attribute and an unknown text.
 template <class Enum>
-void ReadEnum(DOMNode const* node, XMLCh const* attribute, bool (*find)(UTF16String const&, Enum&), XMLStyle& style,
+void ReadEnum(DOMNode const* node, AttributeName attribute, bool (*find)(UTF16String const&, Enum&), XMLStyle& style,
               void (XMLStyle::*setter)(Enum))
 {
     UTF16String text;
@@ -108,30 +109,31 @@ void ReadEnum(DOMNode const* node, XMLCh const* attribute, bool (*find)(UTF16Str
 
 void ReadPointAndCurveStyle(DOMNode const* node, XMLStyle& style)
 {
-    ReadEnum(node, u"PointStyleMarkerType", &XMLProducerImpl::PointMarkerType, style, &XMLStyle::SetPointStyleMarker);
-    ReadStyleDouble(node, u"PointStyleMarkerSize", style, &XMLStyle::SetPointStyleMarkerSize);
-    ReadEnum(node, u"CurveStyleFont", &XMLProducerImpl::CurveFontType, style, &XMLStyle::SetCurveStyleFont);
-    ReadStyleDouble(node, u"CurveStyleWidth", style, &XMLStyle::SetCurveStyleWidth);
-    ReadEnum(node, u"CurveStyleFillArea", &XMLProducerImpl::CurveFillType, style, &XMLStyle::SetCurveStyleFillArea);
+    ReadEnum(node, Names::PointStyleMarkerType, &XMLProducerImpl::PointMarkerType, style,
+             &XMLStyle::SetPointStyleMarker);
+    ReadStyleDouble(node, Names::PointStyleMarkerSize, style, &XMLStyle::SetPointStyleMarkerSize);
+    ReadEnum(node, Names::CurveStyleFont, &XMLProducerImpl::CurveFontType, style, &XMLStyle::SetCurveStyleFont);
+    ReadStyleDouble(node, Names::CurveStyleWidth, style, &XMLStyle::SetCurveStyleWidth);
+    ReadEnum(node, Names::CurveStyleFillArea, &XMLProducerImpl::CurveFillType, style, &XMLStyle::SetCurveStyleFillArea);
 }
 
 void ReadVitreolDiffuseColor(DOMNode const* node, XMLVitreolStyle& style)
 {
     ReadColorInto(node, style, &XMLVitreolStyle::SetDiffuseColor, &XMLVitreolStyle::SetDiffuseFactor);
-    ReadStyleDouble(node, u"Shininess", style, &XMLVitreolStyle::SetShininess);
-    ReadStyleDouble(node, u"Transparency", style, &XMLVitreolStyle::SetTransparency);
+    ReadStyleDouble(node, Names::Shininess, style, &XMLVitreolStyle::SetShininess);
+    ReadStyleDouble(node, Names::Transparency, style, &XMLVitreolStyle::SetTransparency);
 }
 
 struct LibraryIdRow
 {
-    XMLCh const* attribute;
+    AttributeName attribute;
     void (XMLVitreolStyle::*setter)(UTF16String const&);
 };
 
 constexpr LibraryIdRow kLibraryIdRows[] = {
-    {u"VitreolLibraryId", &XMLVitreolStyle::SetVitreolLibraryId},
-    {u"VitreolAssetDefinitionId", &XMLVitreolStyle::SetAssetDefinitionId},
-    {u"VitreolAssetInstanceVersionGUID", &XMLVitreolStyle::SetAssetInstanceVersionGUID},
+    {Names::VitreolLibraryId, &XMLVitreolStyle::SetVitreolLibraryId},
+    {Names::VitreolAssetDefinitionId, &XMLVitreolStyle::SetAssetDefinitionId},
+    {Names::VitreolAssetInstanceVersionGUID, &XMLVitreolStyle::SetAssetInstanceVersionGUID},
 };
 
 void ReadVitreolStyleInfo(DOMNode const* node, XMLVitreolStyle& style)
@@ -150,7 +152,7 @@ bool HasVitreolStyleInfo(DOMNode const* node)
 {
     for (DOMNode const* const child : Children(node))
     {
-        if (IsNamed(child, u"VitreolStyleInfo"))
+        if (IsNamed(child, Names::VitreolStyleInfo))
             return true;
     }
     return false;
@@ -165,18 +167,18 @@ void ReadStyle(DOMNode* node, XMLStyle& style)
         auto const color = [&](void (S::*setColor)(Color const&), void (S::*setFactor)(double const&))
         { ReadColorInto(child, style, setColor, setFactor); };
         auto const texture = [&](void (S::*setter)(UTF8String const&)) { ReadStyleTextureId(child, style, setter); };
-        Match(child,                                                                              //
-              On(u"ExtensionData", [&] { AddExtensionData(child, style); }),                      //
-              On(u"ChangeKey", [&] { KeepChangeKey(child, style); }),                             //
-              On(u"DiffuseColor", [&] { ReadDiffuseColor(child, style); }),                       //
-              On(u"DiffuseTexture", [&] { texture(&S::SetDiffuseTexture); }),                     //
-              On(u"AmbientColor", [&] { color(&S::SetAmbientColor, &S::SetAmbientFactor); }),     //
-              On(u"AmbientTexture", [&] { texture(&S::SetAmbientTexture); }),                     //
-              On(u"EmissionColor", [&] { color(&S::SetEmissionColor, &S::SetEmissionFactor); }),  //
-              On(u"EmissionTexture", [&] { texture(&S::SetEmissionTexture); }),                   //
-              On(u"SpecularColor", [&] { color(&S::SetSpecularColor, &S::SetSpecularFactor); }),  //
-              On(u"SpecularTexture", [&] { texture(&S::SetSpecularTexture); }),                   //
-              On(u"BumpMap", [&] { texture(&S::SetBumpMap); }));
+        Match(child,                                                                                  //
+              On(Names::ExtensionData, [&] { AddExtensionData(child, style); }),                      //
+              On(Names::ChangeKey, [&] { KeepChangeKey(child, style); }),                             //
+              On(Names::DiffuseColor, [&] { ReadDiffuseColor(child, style); }),                       //
+              On(Names::DiffuseTexture, [&] { texture(&S::SetDiffuseTexture); }),                     //
+              On(Names::AmbientColor, [&] { color(&S::SetAmbientColor, &S::SetAmbientFactor); }),     //
+              On(Names::AmbientTexture, [&] { texture(&S::SetAmbientTexture); }),                     //
+              On(Names::EmissionColor, [&] { color(&S::SetEmissionColor, &S::SetEmissionFactor); }),  //
+              On(Names::EmissionTexture, [&] { texture(&S::SetEmissionTexture); }),                   //
+              On(Names::SpecularColor, [&] { color(&S::SetSpecularColor, &S::SetSpecularFactor); }),  //
+              On(Names::SpecularTexture, [&] { texture(&S::SetSpecularTexture); }),                   //
+              On(Names::BumpMap, [&] { texture(&S::SetBumpMap); }));
     }
     ReadPointAndCurveStyle(node, style);
 }
@@ -190,14 +192,14 @@ void ReadVitreolStyle(DOMNode* node, XMLVitreolStyle& style)
     {
         auto const color = [&](void (S::*setColor)(Color const&), void (S::*setFactor)(double const&))
         { ReadColorInto(child, style, setColor, setFactor); };
-        Match(child,                                                                              //
-              On(u"ExtensionData", [&] { AddExtensionData(child, style); }),                      //
-              On(u"ChangeKey", [&] { KeepChangeKey(child, style); }),                             //
-              On(u"DiffuseColor", [&] { ReadVitreolDiffuseColor(child, style); }),                //
-              On(u"AmbientColor", [&] { color(&S::SetAmbientColor, &S::SetAmbientFactor); }),     //
-              On(u"EmissionColor", [&] { color(&S::SetEmissionColor, &S::SetEmissionFactor); }),  //
-              On(u"SpecularColor", [&] { color(&S::SetSpecularColor, &S::SetSpecularFactor); }),  //
-              On(u"VitreolStyleInfo", [&] { ReadVitreolStyleInfo(child, style); }));
+        Match(child,                                                                                  //
+              On(Names::ExtensionData, [&] { AddExtensionData(child, style); }),                      //
+              On(Names::ChangeKey, [&] { KeepChangeKey(child, style); }),                             //
+              On(Names::DiffuseColor, [&] { ReadVitreolDiffuseColor(child, style); }),                //
+              On(Names::AmbientColor, [&] { color(&S::SetAmbientColor, &S::SetAmbientFactor); }),     //
+              On(Names::EmissionColor, [&] { color(&S::SetEmissionColor, &S::SetEmissionFactor); }),  //
+              On(Names::SpecularColor, [&] { color(&S::SetSpecularColor, &S::SetSpecularFactor); }),  //
+              On(Names::VitreolStyleInfo, [&] { ReadVitreolStyleInfo(child, style); }));
     }
 }
 

@@ -3,6 +3,7 @@
 #include <xercesc/dom/DOMNode.hpp>
 
 #include "framework/xml_util/DomWalk.h"
+#include "framework/xml_util/FormatNames.h"
 #include "framework/xml_util/XMLStrUtil.h"
 
 namespace KVR
@@ -22,7 +23,7 @@ void ReadVitreolStyle(xercesc::DOMNode* node, XMLVitreolStyle& style);
 
 /// Hands the number in an attribute to the setter, 0 for a text that is no number; nothing for an absent attribute.
 template <class Style>
-void ReadStyleDouble(xercesc::DOMNode const* node, XMLCh const* name, Style& style,
+void ReadStyleDouble(xercesc::DOMNode const* node, AttributeName name, Style& style,
                      void (Style::*setter)(double const&))
 {
     XMLCh const* const text = AttributeText(node, name);

@@ -5,6 +5,7 @@
 #include "framework/api/ObjectCollector.h"
 #include "framework/api/VitreolSerializedAsset.h"
 #include "framework/xml_util/DomWalk.h"
+#include "framework/xml_util/FormatNames.h"
 #include "framework/xml_util/XMLStyle.h"
 #include "framework/xml_util/XMLUtils.h"
 #include "framework/xml_util/XMLVitreolStyle.h"
@@ -55,13 +56,13 @@ bool ReadStyleSet(XMLProducerImpl* producer, DOMNode* node, std::vector<UTF8Stri
     UTF16String label;
     for (DOMNode* const child : Children(node))
     {
-        if (!IsNamed(child, u"IRenderStyle"))
+        if (!IsNamed(child, Names::IRenderStyle))
             continue;
         UTF8String id;
-        XMLUtils::GetNodeAttribute(child, u"ID", id);
+        XMLUtils::GetNodeAttribute(child, Names::ID, id);
         producer->ApplyIdMapping(id);
         ids.push_back(id);
-        XMLUtils::GetNodeAttribute(child, u"Label", label);
+        XMLUtils::GetNodeAttribute(child, Names::Label, label);
         producer->objectCollector->AddObject(BuildStyle(child, id, label, vitreolAssets).release());
     }
     return node != nullptr;

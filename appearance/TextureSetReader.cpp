@@ -3,6 +3,7 @@
 #include "appearance/XMLTexture.h"
 #include "framework/api/ObjectCollector.h"
 #include "framework/xml_util/DomWalk.h"
+#include "framework/xml_util/FormatNames.h"
 #include "framework/xml_util/XMLStrUtil.h"
 #include "framework/xml_util/XMLUtils.h"
 #include "producer/ElementReaders.h"
@@ -19,13 +20,13 @@ using xercesc::DOMNode;
 
 // Hands an attribute to the setter of its property, in the property's form; nothing for an absent attribute.
 
-void ReadAttribute(DOMNode const* node, XMLCh const* name, XMLTexture& texture, void (XMLTexture::*setter)(int))
+void ReadAttribute(DOMNode const* node, AttributeName name, XMLTexture& texture, void (XMLTexture::*setter)(int))
 {
     if (XMLCh const* const text = AttributeText(node, name))
         (texture.*setter)(XMLStrUtil::XMLStrToInt(text));
 }
 
-void ReadAttribute(DOMNode const* node, XMLCh const* name, XMLTexture& texture, void (XMLTexture::*setter)(double))
+void ReadAttribute(DOMNode const* node, AttributeName name, XMLTexture& texture, void (XMLTexture::*setter)(double))
 {
     XMLCh const* const text = AttributeText(node, name);
     if (!text)
@@ -35,14 +36,14 @@ void ReadAttribute(DOMNode const* node, XMLCh const* name, XMLTexture& texture, 
     (texture.*setter)(value);
 }
 
-void ReadAttribute(DOMNode const* node, XMLCh const* name, XMLTexture& texture,
+void ReadAttribute(DOMNode const* node, AttributeName name, XMLTexture& texture,
                    void (XMLTexture::*setter)(UTF16String const&))
 {
     if (XMLCh const* const text = AttributeText(node, name))
         (texture.*setter)(XMLStrUtil::XMLStrToWStr(text));
 }
 
-void ReadAttribute(DOMNode const* node, XMLCh const* name, XMLTexture& texture,
+void ReadAttribute(DOMNode const* node, AttributeName name, XMLTexture& texture,
                    void (XMLTexture::*setter)(UTF8String const&))
 {
     if (XMLCh const* const text = AttributeText(node, name))
@@ -52,20 +53,20 @@ void ReadAttribute(DOMNode const* node, XMLCh const* name, XMLTexture& texture,
 void ReadAttributes(DOMNode const* node, XMLTexture& texture)
 {
     using T = XMLTexture;
-    ReadAttribute(node, u"TextureType", texture, &T::SetTextureType);
-    ReadAttribute(node, u"TextureFileReference", texture, &T::SetTextureFileReference);
-    ReadAttribute(node, u"EmbeddedTextureImageSize", texture, &T::SetEmbeddedTextureImageSize);
-    ReadAttribute(node, u"EmbeddedTextureImageType", texture, &T::SetEmbeddedTextureImageType);
-    ReadAttribute(node, u"RotateAngle", texture, &T::SetRotateAngle);
-    ReadAttribute(node, u"ProjectType", texture, &T::SetProjectType);
-    ReadAttribute(node, u"ProcedureU", texture, &T::SetProcedureU);
-    ReadAttribute(node, u"RepeatU", texture, &T::SetRepeatU);
-    ReadAttribute(node, u"ProcedureV", texture, &T::SetProcedureV);
-    ReadAttribute(node, u"RepeatV", texture, &T::SetRepeatV);
-    ReadAttribute(node, u"TempFilePath", texture, &T::SetImageFilePath);
-    ReadAttribute(node, u"ProceduralName", texture, &T::SetProceduralName);
+    ReadAttribute(node, Names::TextureType, texture, &T::SetTextureType);
+    ReadAttribute(node, Names::TextureFileReference, texture, &T::SetTextureFileReference);
+    ReadAttribute(node, Names::EmbeddedTextureImageSize, texture, &T::SetEmbeddedTextureImageSize);
+    ReadAttribute(node, Names::EmbeddedTextureImageType, texture, &T::SetEmbeddedTextureImageType);
+    ReadAttribute(node, Names::RotateAngle, texture, &T::SetRotateAngle);
+    ReadAttribute(node, Names::ProjectType, texture, &T::SetProjectType);
+    ReadAttribute(node, Names::ProcedureU, texture, &T::SetProcedureU);
+    ReadAttribute(node, Names::RepeatU, texture, &T::SetRepeatU);
+    ReadAttribute(node, Names::ProcedureV, texture, &T::SetProcedureV);
+    ReadAttribute(node, Names::RepeatV, texture, &T::SetRepeatV);
+    ReadAttribute(node, Names::TempFilePath, texture, &T::SetImageFilePath);
+    ReadAttribute(node, Names::ProceduralName, texture, &T::SetProceduralName);
     UTF8String versionPersistentId;
-    if (XMLUtils::GetNodeAttribute(node, u"VersionPersistentId", versionPersistentId))
+    if (XMLUtils::GetNodeAttribute(node, Names::VersionPersistentId, versionPersistentId))
         texture.SetVersionPersistentId(versionPersistentId);
 }
 
@@ -73,8 +74,8 @@ void ReadAttributes(DOMNode const* node, XMLTexture& texture)
 
 void ReadTextureVector(DOMNode const* node, XMLTexture& texture, void (XMLTexture::*setter)(double, double))
 {
-    XMLCh const* const xText = AttributeText(node, u"X");
-    XMLCh const* const yText = AttributeText(node, u"Y");
+    XMLCh const* const xText = AttributeText(node, Names::X);
+    XMLCh const* const yText = AttributeText(node, Names::Y);
     if (!xText || !yText)
         return;
     double x = 0.0;
@@ -86,8 +87,8 @@ void ReadTextureVector(DOMNode const* node, XMLTexture& texture, void (XMLTextur
 
 void ReadTextureDimensions(DOMNode const* node, XMLTexture& texture)
 {
-    XMLCh const* const widthText = AttributeText(node, u"Width");
-    XMLCh const* const heightText = AttributeText(node, u"Height");
+    XMLCh const* const widthText = AttributeText(node, Names::Width);
+    XMLCh const* const heightText = AttributeText(node, Names::Height);
     if (widthText && heightText)
         texture.SetTextureDimensions(XMLStrUtil::XMLStrToInt(widthText), XMLStrUtil::XMLStrToInt(heightText));
 }
@@ -98,13 +99,13 @@ void ReadChildren(DOMNode const* node, XMLTexture& texture)
     using T = XMLTexture;
     for (DOMNode* const child : Children(node))
     {
-        Match(child,                                                                                   //
-              On(u"ExtensionData", [&] { AddExtensionData(child, texture); }),                         //
-              On(u"TextureDimensions", [&] { ReadTextureDimensions(child, texture); }),                //
-              On(u"TextureCenter", [&] { ReadTextureVector(child, texture, &T::SetTextureCenter); }),  //
-              On(u"TextureOffset", [&] { ReadTextureVector(child, texture, &T::SetTextureOffset); }),  //
-              On(u"TextureScale", [&] { ReadTextureVector(child, texture, &T::SetTextureScale); }),    //
-              On(u"TextureSizeForScale", [&] { ReadTextureVector(child, texture, &T::SetTextureSizeForScale); }));
+        Match(child,                                                                                       //
+              On(Names::ExtensionData, [&] { AddExtensionData(child, texture); }),                         //
+              On(Names::TextureDimensions, [&] { ReadTextureDimensions(child, texture); }),                //
+              On(Names::TextureCenter, [&] { ReadTextureVector(child, texture, &T::SetTextureCenter); }),  //
+              On(Names::TextureOffset, [&] { ReadTextureVector(child, texture, &T::SetTextureOffset); }),  //
+              On(Names::TextureScale, [&] { ReadTextureVector(child, texture, &T::SetTextureScale); }),    //
+              On(Names::TextureSizeForScale, [&] { ReadTextureVector(child, texture, &T::SetTextureSizeForScale); }));
     }
 }
 
@@ -116,13 +117,13 @@ bool ReadTextureSet(XMLProducerImpl* producer, DOMNode* node, std::vector<UTF8St
     UTF16String label;
     for (DOMNode* const child : Children(node))
     {
-        if (!IsNamed(child, u"IMaterialTexture"))
+        if (!IsNamed(child, Names::IMaterialTexture))
             continue;
         UTF8String id;
-        XMLUtils::GetNodeAttribute(child, u"ID", id);
+        XMLUtils::GetNodeAttribute(child, Names::ID, id);
         producer->ApplyIdMapping(id);
         ids.push_back(id);
-        XMLUtils::GetNodeAttribute(child, u"Label", label);
+        XMLUtils::GetNodeAttribute(child, Names::Label, label);
         auto texture = std::make_unique<XMLTexture>(id, label);
         ReadAttributes(child, *texture);
         ReadChildren(child, *texture);

@@ -73,16 +73,21 @@ public:
     /// Enters a style id in the material table, and answers its index; the same index for the same id. Not empty.
     std::uint64_t AddMaterial(UTF8String const& styleId);
 
+    /// Begins a mesh, whose vertices, normals, texture sets and polygons follow in this order. The id is not empty.
     void BeginMesh(UTF8String const& id, MeshHead const& head);
-    /// Coordinates, three per vertex; may be called more than once.
+    /// Coordinates, three per vertex, in the mesh's length unit; may be called more than once.
     void Vertices(std::span<double const> coordinates);
+    /// Normals, three numbers each, behind all vertices; may be called more than once.
     void Normals(std::span<double const> coordinates);
     /// In the "MeshInfo" layout: a set in two or three dimensions, which in the file is the dimension (u32), the vertex
     /// count (u64) and the coordinates (f64); in the other layout the coordinates alone.
     void TextureSet(std::uint32_t dimension, std::span<double const> coordinates);
+    /// A polygon, behind all texture sets; it has at least one vertex. Nothing of it is kept.
     void Polygon(PolygonRecord const& polygon);
+    /// Ends the mesh, which by then has what it announced.
     void EndMesh();
 
+    /// A curve between meshes; its id is not empty.
     void Curve(UTF8String const& id, CurveRecord const& curve);
 
     /// Writes the material table and the header; the file appears. A store with materials has to stay below 2 GiB, or
@@ -117,6 +122,7 @@ public:
     /// The segments of the mesh of that id, which is not empty; `visible` has a flag per face segment, or fewer.
     void Mesh(UTF8String const& id, std::span<Indices const> faceSegments, std::span<Indices const> edgeSegments,
               std::vector<bool> const& visible);
+    /// Writes the record count; the file appears. Nothing can be written afterwards.
     void Finish();
 
 private:

@@ -32,6 +32,7 @@ struct ColorRecord
     double alpha = 1.0;
 };
 
+/// "Unit": the unit of lengths, and those in which to show lengths and angles.
 struct UnitRecord
 {
     std::optional<UnitTypeEnum> length;
@@ -67,6 +68,7 @@ struct ShownRecord : ObjectRecord
     std::vector<UTF8String> netStyles;
 };
 
+/// "Tolerance": an angle, a distance, and a difference of parameters.
 struct ToleranceRecord
 {
     std::optional<double> angular;
@@ -132,6 +134,7 @@ struct WorkAxisRecord : GeometryRecord
     XYZ axis{};
 };
 
+/// A plane, perhaps with a direction in it.
 struct PlaneRecord
 {
     XYZ origin{};
@@ -191,6 +194,7 @@ struct FilePropertiesRecord
 /// "IUniverse".
 struct UniverseRecord
 {
+    /// "CustomDataItem": a key and one of the three values.
     struct CustomData
     {
         UTF8String key;
@@ -335,6 +339,7 @@ struct CameraRecord : ObjectRecord
 /// "IView".
 struct ViewRecord : ObjectRecord
 {
+    /// "ViewMemberChild": an occurrence and what the view makes of it.
     struct Member
     {
         OccurrencePath path;

@@ -8,6 +8,7 @@
 #include "authoring/elements/SceneIds.h"
 #include "authoring/elements/SideFiles.h"
 #include "framework/api/Exception.h"
+#include "framework/xml_util/FormatNames.h"
 
 namespace KVR::Authoring
 {
@@ -40,7 +41,7 @@ enum class SetKind
 struct SceneWriter::State
 {
     State(UTF16String const& path, SceneWriterOptions const& options)
-        : sideFiles(path, options), document(path, "Scene")
+        : sideFiles(path, options), document(path, Names::Scene)
     {
     }
 
@@ -61,7 +62,7 @@ struct SceneWriter::State
             Define(record);
     }
 
-    void Begin(Owner kind, std::string_view name, ObjectRecord const& object)
+    void Begin(Owner kind, ElementName name, ObjectRecord const& object)
     {
         Check(owner == Owner::kNone && sets.empty(), "files and components do not nest");
         Define(object);
@@ -80,13 +81,13 @@ struct SceneWriter::State
         owner = Owner::kNone;
     }
 
-    void BeginComponent(Owner kind, std::string_view name, ComponentRecord const& component)
+    void BeginComponent(Owner kind, ElementName name, ComponentRecord const& component)
     {
         Begin(kind, name, component);
         if (component.isSingleUnderRoot)
-            document.Attribute("IsSingleUnderRoot", "1");
+            document.Attribute(Names::IsSingleUnderRoot, "1");
         WriteUnit(document, component.unit);
-        WriteStyleRefs(document, "Styles", component.styles);
+        WriteStyleRefs(document, Names::Styles, component.styles);
         WriteChangeKey(document, component);
         WriteExtensionData(document, component);
         if (component.properties)
@@ -107,11 +108,11 @@ struct SceneWriter::State
         Check(owner != Owner::kFile, "a file names its children by their ids");
         if (owner == Owner::kNone || !sets.empty() || isChildSetOpen)
             return;
-        document.Begin("ChildSet");
+        document.Begin(Names::ChildSet);
         isChildSetOpen = true;
     }
 
-    void BeginSet(SetKind kind, std::string_view name, GeometryRecord const& set)
+    void BeginSet(SetKind kind, ElementName name, GeometryRecord const& set)
     {
         Check(kind == SetKind::kExtension || sets.empty() || sets.back() == SetKind::kGeometricSet,
               "an extension geometry holds no geometric sets");
@@ -136,36 +137,36 @@ void SceneWriter::Universe(UniverseRecord const& universe)
 
 void SceneWriter::BeginFile(FileRecord const& file)
 {
-    m_state->Begin(Owner::kFile, "IFile", file);
+    m_state->Begin(Owner::kFile, Names::IFile, file);
     XmlFile& document = m_state->document;
-    document.Attribute("IsRoot", file.isRoot ? "1" : "0");
+    document.Attribute(Names::IsRoot, file.isRoot ? "1" : "0");
     if (file.path)
-        document.Attribute("FileFullPath", file.path->View());
+        document.Attribute(Names::FileFullPath, file.path->View());
     if (file.lastModification)
-        document.Attribute("LastModificationTime", std::string_view(TimeText(*file.lastModification)));
+        document.Attribute(Names::LastModificationTime, std::string_view(TimeText(*file.lastModification)));
     WriteChangeKey(document, file);
     WriteUnit(document, file.unit);
     if (file.properties)
         WriteFileProperties(document, *file.properties);
     if (!file.references.empty())
     {
-        document.Begin("RefFiles");
+        document.Begin(Names::RefFiles);
         for (auto const& [id, path] : file.references)
         {
-            document.Begin("RefFile");
-            document.Attribute("RefId", id.View());
-            document.Attribute("RefPath", path.View());
+            document.Begin(Names::RefFile);
+            document.Attribute(Names::RefId, id.View());
+            document.Attribute(Names::RefPath, path.View());
             document.End();
         }
         document.End();
     }
     WriteExtensionData(document, file);
-    document.Begin("ChildSet");
+    document.Begin(Names::ChildSet);
     for (UTF8String const& id : file.childIds)
     {
         m_state->ids.Want(id);
-        document.Begin("Child");
-        document.Attribute("ID", id.View());
+        document.Begin(Names::Child);
+        document.Attribute(Names::ID, id.View());
         document.End();
     }
     document.End();
@@ -178,7 +179,7 @@ void SceneWriter::EndFile()
 
 void SceneWriter::BeginAssembly(ComponentRecord const& assembly)
 {
-    m_state->BeginComponent(Owner::kAssembly, "IAssembly", assembly);
+    m_state->BeginComponent(Owner::kAssembly, Names::IAssembly, assembly);
 }
 
 void SceneWriter::EndAssembly()
@@ -188,7 +189,7 @@ void SceneWriter::EndAssembly()
 
 void SceneWriter::BeginPart(ComponentRecord const& part)
 {
-    m_state->BeginComponent(Owner::kPart, "IPart", part);
+    m_state->BeginComponent(Owner::kPart, Names::IPart, part);
 }
 
 void SceneWriter::EndPart()
@@ -224,18 +225,18 @@ void SceneWriter::FeatureOverride(FeatureOverrideRecord const& featureOverride)
     m_state->DefineAll(featureOverride.bodies);
     m_state->DefineAll(featureOverride.meshes);
     XmlFile& document = m_state->document;
-    document.Begin("IAssemblyFeatureOverride");
+    document.Begin(Names::IAssemblyFeatureOverride);
     WriteHead(document, featureOverride);
-    document.Attribute("Visibility", featureOverride.isVisible ? "1" : "0");
-    document.Begin("BaseOccPaths");
+    document.Attribute(Names::Visibility, featureOverride.isVisible ? "1" : "0");
+    document.Begin(Names::BaseOccPaths);
     for (OccurrencePath const& path : featureOverride.baseOccurrences)
     {
-        document.Begin("BaseOccPath");
-        document.Attribute("Path", std::string_view(PathText(path)));
+        document.Begin(Names::BaseOccPath);
+        document.Attribute(Names::Path, std::string_view(PathText(path)));
         document.End();
     }
     document.End();
-    document.Begin("ChildSet");
+    document.Begin(Names::ChildSet);
     for (BodyRecord const& body : featureOverride.bodies)
         WriteBody(document, body);
     for (MeshRecord const& mesh : featureOverride.meshes)
@@ -326,12 +327,12 @@ void SceneWriter::Callout(CalloutRecord const& callout)
 
 void SceneWriter::BeginGeometricSet(GeometryRecord const& set)
 {
-    m_state->BeginSet(SetKind::kGeometricSet, "IGeometricSet", set);
+    m_state->BeginSet(SetKind::kGeometricSet, Names::IGeometricSet, set);
 }
 
 void SceneWriter::BeginExtensionGeometry(GeometryRecord const& set)
 {
-    m_state->BeginSet(SetKind::kExtension, "IExtensionGeometry", set);
+    m_state->BeginSet(SetKind::kExtension, Names::IExtensionGeometry, set);
 }
 
 void SceneWriter::EndSet()

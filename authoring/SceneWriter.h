@@ -31,8 +31,9 @@ struct SceneWriterOptions
 /// document last; without a Finish nothing stays behind.
 ///
 /// Operations throw FileException when the file system refuses, and GeneralException for an id that is empty or taken,
-/// for a text that is not UTF-8 or has a character that XML does not know, for a number that is infinite or none, and
-/// for calls that do not fit together. After an exception the scene cannot be finished.
+/// for a text that is not UTF-8 or has a character that XML does not know, for a number that is infinite or none, for a
+/// type that the format has no text for, and for calls that do not fit together. After an exception the scene cannot be
+/// finished.
 class KVR_AUTHORING_API SceneWriter
 {
 public:
@@ -41,16 +42,22 @@ public:
     SceneWriter(SceneWriter const&) = delete;
     SceneWriter& operator=(SceneWriter const&) = delete;
 
+    /// "IUniverse": what belongs to the scene as a whole. Under the root alone, and once: of several a reader takes the
+    /// last.
     void Universe(UniverseRecord const& universe);
 
     /// A file with its child ids; what it declares is written before EndFile. Between, AttributeSet alone is called.
     void BeginFile(FileRecord const& file);
+    /// Closes the file.
     void EndFile();
 
     /// Components do not nest: an instance places one in another.
     void BeginAssembly(ComponentRecord const& assembly);
+    /// Closes the assembly.
     void EndAssembly();
+    /// A part; what is written before EndPart stands in it.
     void BeginPart(ComponentRecord const& part);
+    /// Closes the part.
     void EndPart();
 
     /// What the open file or component declares. Behind the geometry of a component it is refused.
@@ -58,33 +65,49 @@ public:
 
     /// In an assembly alone.
     void Instance(InstanceRecord const& instance);
+    /// Bodies and meshes that stand for occurrences below; in an assembly alone.
     void FeatureOverride(FeatureOverrideRecord const& featureOverride);
 
+    /// A body, dressed; the body itself goes to Kernel() under the same id.
     void Body(BodyRecord const& body);
+    /// A mesh, dressed; the mesh itself goes to Meshes() under the same id.
     void Mesh(MeshRecord const& mesh);
+    /// A curve, dressed; the curve itself goes to Meshes() or, with entities, its edges to Kernel().
     void Curve(CurveElementRecord const& curve);
+    /// A point with its position.
     void Point(PointRecord const& point);
+    /// Points in one object.
     void PointCloud(PointCloudRecord const& cloud);
+    /// An axis of construction; not in a set.
     void WorkAxis(WorkAxisRecord const& axis);
+    /// A plane of construction; not in a set.
     void WorkPlane(WorkPlaneRecord const& plane);
+    /// A point of construction; not in a set.
     void WorkPoint(WorkPointRecord const& point);
+    /// A sketch with its points and curves; not in a set.
     void Sketch(SketchRecord const& sketch);
+    /// A note with its text, plane and elements; not in a set.
     void Callout(CalloutRecord const& callout);
-    /// "IGeometricSet" and "IExtensionGeometry": geometry that is written before EndSet stands in the set. An extension
-    /// geometry holds no geometric sets.
+    /// "IGeometricSet": geometry that is written before EndSet stands in the set. Sets nest.
     void BeginGeometricSet(GeometryRecord const& set);
+    /// "IExtensionGeometry", in the same way; it holds no geometric sets.
     void BeginExtensionGeometry(GeometryRecord const& set);
+    /// Closes the innermost set.
     void EndSet();
 
     /// A property of a mesh, instance, geometric set or body, by that object's id.
     void Property(UTF8String const& objectId, PropertyValue const& property);
 
-    /// The side files of this scene, made at the first call and finished with the scene: NAME.mesh (or NAME.geometry),
-    /// NAME.seg, NAME.sab (or NAME.sat), NAME.ids.xml, NAME.assets.
+    /// The mesh store, NAME.mesh or NAME.geometry by the options; made at the first call and finished with the scene,
+    /// as are the next four. Owned by the writer.
     MeshStoreWriter& Meshes();
+    /// The segment store, NAME.seg; a mesh's segments need its mesh.
     SegmentStoreWriter& Segments();
+    /// The kernel store, NAME.sab or NAME.sat by the options.
     KernelStoreWriter& Kernel();
+    /// The persistent ids of faces and edges, NAME.ids.xml.
     SubObjectPersistentIdWriter& PersistentIds();
+    /// The material assets, NAME.assets.
     VitreolAssetWriter& Assets();
     /// Writes a blob, NAME.blobN, and answers the path by which custom data of the universe names it.
     UTF8String Blob(void const* bytes, std::size_t size);

@@ -23,8 +23,11 @@ public:
     StoreFile(StoreFile const&) = delete;
     StoreFile& operator=(StoreFile const&) = delete;
 
+    /// An unsigned number of eight bytes.
     void U64(std::uint64_t value);
+    /// An unsigned number of four bytes.
     void U32(std::uint32_t value);
+    /// A double, eight bytes.
     void F64(double value);
     /// One byte, 1 or 0.
     void Flag(bool value);
@@ -32,7 +35,9 @@ public:
     void Text(UTF8String const& text);
     /// The bytes as they stand.
     void Bytes(void const* bytes, std::size_t size);
+    /// Unsigned numbers of eight bytes, one behind the other, without a count.
     void U64s(std::span<std::uint64_t const> values);
+    /// Doubles, one behind the other, without a count.
     void F64s(std::span<double const> values);
 
     /// The open file, for writers of other libraries; still owned, and Position does not count what they write.
@@ -40,6 +45,7 @@ public:
     /// Throws the exception of a refusal.
     [[noreturn]] void Fail() const;
 
+    /// The bytes that were written so far.
     std::uint64_t Position() const noexcept { return m_position; }
     /// Writes over an item at a position behind which writing goes on where it was.
     void PatchU64(std::uint64_t position, std::uint64_t value);

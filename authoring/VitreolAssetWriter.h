@@ -21,6 +21,7 @@ public:
     /// Without a Finish nothing stays behind.
     ~VitreolAssetWriter();
 
+    /// An asset with the id of its style, its type and its bytes, which are copied into the file at once.
     void Asset(UTF8String const& styleId, UTF8String const& type, std::span<unsigned char const> content);
 
     /// Writes the count; the file appears. Nothing can be written afterwards.

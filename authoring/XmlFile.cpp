@@ -21,7 +21,7 @@ void Check(bool holds, char const* message)
 
 XmlFile::XmlFile(UTF16String const& path, std::string_view root) : m_file(path)
 {
-    m_buffer = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>";
+    m_buffer = kXmlDeclaration;
     Begin(root);
 }
 
@@ -32,8 +32,7 @@ void XmlFile::Begin(std::string_view name)
     CloseStartTag();
     Check(!m_hasText, "an element holds text or elements, not both");
     NewLine();
-    m_buffer += '<';
-    m_buffer += name;
+    AppendTagStart(m_buffer, name);
     m_open.push_back(name);
     m_isInStartTag = true;
 }
@@ -79,9 +78,7 @@ void XmlFile::End()
     if (!m_hasText)
         NewLine();
     m_hasText = false;
-    m_buffer += "</";
-    m_buffer += name;
-    m_buffer += '>';
+    AppendEndTag(m_buffer, name);
 }
 
 void XmlFile::Finish()
@@ -91,9 +88,9 @@ void XmlFile::Finish()
         m_buffer += "/>\n";
     else
     {
-        m_buffer += "\n</";
-        m_buffer += m_open.front();
-        m_buffer += ">\n";
+        m_buffer += '\n';
+        AppendEndTag(m_buffer, m_open.front());
+        m_buffer += '\n';
     }
     m_file.Bytes(m_buffer.data(), m_buffer.size());
     m_buffer.clear();

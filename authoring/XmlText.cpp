@@ -65,6 +65,19 @@ bool IsPlain(char byte)
 
 }  // namespace
 
+void AppendTagStart(std::string& element, std::string_view name)
+{
+    element += '<';
+    element += name;
+}
+
+void AppendEndTag(std::string& element, std::string_view name)
+{
+    element += "</";
+    element += name;
+    element += '>';
+}
+
 void AppendText(std::string& element, std::string_view text)
 {
     if (std::all_of(text.begin(), text.end(), &IsPlain))

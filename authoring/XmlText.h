@@ -6,6 +6,13 @@
 namespace KVR::Authoring
 {
 
+/// Begins a document: what stands in front of its root.
+inline constexpr std::string_view kXmlDeclaration = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>";
+
+/// Appends a tag as far as its name, and a whole closing one.
+void AppendTagStart(std::string& element, std::string_view name);
+void AppendEndTag(std::string& element, std::string_view name);
+
 /// Appends a blank and an attribute with that value. Throws GeneralException for a value that is not UTF-8 or has a
 /// character that XML does not know, with some of the attribute appended.
 void AppendAttribute(std::string& element, std::string_view name, std::string_view value);

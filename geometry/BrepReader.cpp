@@ -8,6 +8,8 @@
 #include "framework/api/SubEntityToStylesMap.h"
 #include "framework/kernel/entity.h"
 #include "framework/xml_util/DomWalk.h"
+#include "framework/xml_util/EnumTexts.h"
+#include "framework/xml_util/FormatNames.h"
 #include "framework/xml_util/XMLBrep.h"
 #include "framework/xml_util/XMLStrUtil.h"
 #include "framework/xml_util/XMLUtils.h"
@@ -30,22 +32,6 @@ namespace
 {
 
 using xercesc::DOMNode;
-
-struct GeometryTypeRow
-{
-    std::u16string_view text;
-    IBrep::ProducerGeometryTypeEnum type;
-};
-
-constexpr GeometryTypeRow kGeometryTypeRows[] = {
-    {u"kProducerGeometryType_Unknown", IBrep::kProducerGeometryType_Unknown},
-    {u"kProducerGeometryType_BrepMixed", IBrep::kProducerGeometryType_BrepMixed},
-    {u"kProducerGeometryType_BrepSolid", IBrep::kProducerGeometryType_BrepSolid},
-    {u"kProducerGeometryType_BrepSheet", IBrep::kProducerGeometryType_BrepSheet},
-    {u"kProducerGeometryType_Surface", IBrep::kProducerGeometryType_Surface},
-    {u"kProducerGeometryType_BrepWire", IBrep::kProducerGeometryType_BrepWire},
-    {u"kProducerGeometryType_Curve", IBrep::kProducerGeometryType_Curve},
-};
 
 // What an element says, with the format's defaults.
 struct BrepFields
@@ -115,11 +101,11 @@ public:
 private:
     void ReadAttributes(DOMNode const* node)
     {
-        XMLUtils::GetNodeAttribute(node, u"Label", fields.label);
-        Ignored(ProducerGeometryTypeFromText(AttributeOrEmpty(node, u"Type"), fields.type));
-        XMLUtils::GetNodeAttribute(node, u"VersionPersistentId", fields.versionPersistentId);
-        fields.isNetVisible = ReadBoolean(node, u"NetVisibility", kVisibility_OneElseHidden);
-        fields.isVisible = ReadBoolean(node, u"Visibility", kVisibility_OneElseHidden);
+        XMLUtils::GetNodeAttribute(node, Names::Label, fields.label);
+        Ignored(ProducerGeometryTypeFromText(AttributeOrEmpty(node, Names::Type), fields.type));
+        XMLUtils::GetNodeAttribute(node, Names::VersionPersistentId, fields.versionPersistentId);
+        fields.isNetVisible = ReadBoolean(node, Names::NetVisibility, kVisibility_OneElseHidden);
+        fields.isVisible = ReadBoolean(node, Names::Visibility, kVisibility_OneElseHidden);
     }
 
     void ReadChild(DOMNode* child)
@@ -135,21 +121,22 @@ private:
             Ignored(ReadTolerance(child, fields.angularTolerance, fields.linearTolerance, fields.paramTolerance));
             m_hasUnit = true;
         };
-        Match(child,                                                                                              //
-              On(u"ChangeKey", [&] { Ignored(ReadChangeKey(child, fields.changeKey)); }), On(u"Unit", readUnit),  //
-              On(u"Tolerance", readTolerance),                                                                    //
-              On(u"ExtensionData", [&] { Ignored(ReadExtensionData(child, fields.extensionData.emplace_back())); }),
-              On(u"UnitAndTolerance",
+        Match(child,  //
+              On(Names::ChangeKey, [&] { Ignored(ReadChangeKey(child, fields.changeKey)); }),
+              On(Names::Unit, readUnit),            //
+              On(Names::Tolerance, readTolerance),  //
+              On(Names::ExtensionData, [&] { Ignored(ReadExtensionData(child, fields.extensionData.emplace_back())); }),
+              On(Names::UnitAndTolerance,
                  [&]
                  {
                      if (!m_unitAndTolerance && !m_hasUnit)
                          m_unitAndTolerance = child;
                  }),
-              On(u"Styles", [&] { Ignored(ReadStyleRefs(m_producer, child, fields.styles)); }),
-              On(u"NetStyles", [&] { ReadNetStyles(child); }),  //
-              On(u"Transform", [&] { XMLStrUtil::GetTransfFromStr(TextContent(child), fields.transform); }),
-              On(u"Face", [&] { ReadSubEntity(child); }),  //
-              On(u"Edge", [&] { ReadSubEntity(child); }));
+              On(Names::Styles, [&] { Ignored(ReadStyleRefs(m_producer, child, fields.styles)); }),
+              On(Names::NetStyles, [&] { ReadNetStyles(child); }),  //
+              On(Names::Transform, [&] { XMLStrUtil::GetTransfFromStr(TextContent(child), fields.transform); }),
+              On(Names::Face, [&] { ReadSubEntity(child); }),  //
+              On(Names::Edge, [&] { ReadSubEntity(child); }));
     }
 
     void ReadNetStyles(DOMNode const* child) { Ignored(ReadStyleRefs(m_producer, child, fields.netStyles)); }
@@ -169,10 +156,10 @@ private:
         if (!m_body)
             return;
         UTF8String dataId;
-        XMLUtils::GetNodeAttribute(node, u"ID", dataId);
+        XMLUtils::GetNodeAttribute(node, Names::ID, dataId);
         for (DOMNode const* const child : Children(node))
         {
-            if (!IsNamed(child, u"Styles"))
+            if (!IsNamed(child, Names::Styles))
                 continue;
             IdSet styles;
             Ignored(ReadStyleRefs(m_producer, child, styles));
@@ -191,20 +178,13 @@ private:
 
 bool ProducerGeometryTypeFromText(XMLCh const* text, IBrep::ProducerGeometryTypeEnum& type)
 {
-    for (GeometryTypeRow const& row : kGeometryTypeRows)
-    {
-        if (!Equals(text, row.text))
-            continue;
-        type = row.type;
-        return true;
-    }
-    return false;
+    return ValueOfText(kProducerGeometryTypeTexts, text, type);
 }
 
 bool ReadBrep(XMLProducerImpl* producer, DOMNode* node, BodyEntities& bodyEntities, UTF8String& id)
 {
     id = UTF8String();
-    XMLUtils::GetNodeAttribute(node, u"ID", id);
+    XMLUtils::GetNodeAttribute(node, Names::ID, id);
     auto const found = bodyEntities.find(id);
     BrepElement element(producer, found == bodyEntities.end() ? nullptr : GMK::BODY_xs(found->second).body);
     element.Read(node, id);

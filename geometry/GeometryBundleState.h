@@ -3,6 +3,7 @@
 #include <xercesc/dom/DOMNode.hpp>
 
 #include "framework/xml_util/DomWalk.h"
+#include "framework/xml_util/FormatNames.h"
 #include "framework/xml_util/ObjectState.h"
 #include "framework/xml_util/XMLUtils.h"
 #include "producer/XMLProducerImpl.h"
@@ -43,11 +44,11 @@ protected:
 
     void ReadAttributes(xercesc::DOMNode const* node)
     {
-        XMLUtils::GetNodeAttribute(node, u"ID", this->m_id);
-        XMLUtils::GetNodeAttribute(node, u"Label", this->m_label);
-        XMLUtils::GetNodeAttribute(node, u"Visibility", m_visible);
-        XMLUtils::GetNodeAttribute(node, u"NetVisibility", m_netVisible);
-        XMLUtils::GetNodeAttribute(node, u"VersionPersistentId", this->m_versionPersistentId);
+        XMLUtils::GetNodeAttribute(node, Names::ID, this->m_id);
+        XMLUtils::GetNodeAttribute(node, Names::Label, this->m_label);
+        XMLUtils::GetNodeAttribute(node, Names::Visibility, m_visible);
+        XMLUtils::GetNodeAttribute(node, Names::NetVisibility, m_netVisible);
+        XMLUtils::GetNodeAttribute(node, Names::VersionPersistentId, this->m_versionPersistentId);
         m_producer->ApplyIdMapping(this->m_id);
     }
 
@@ -56,18 +57,18 @@ protected:
     {
         return Match(
             child,  //
-            On(u"Unit",
+            On(Names::Unit,
                [&] {
                    Ignored(
                        ReadUnit(child, this->m_units.length, this->m_units.displayAngle, this->m_units.displayLength));
                }),
             // Kept: this and the styles match in any case, and then read nothing unless written exactly.
-            OnAnyCase(u"Tolerance",
+            OnAnyCase(Names::Tolerance,
                       [&] { Ignored(ReadTolerance(child, m_angularTolerance, m_linearTolerance, m_paramTolerance)); }),
-            On(u"ExtensionData", [&] { AddExtensionData(child, *this); }),  //
-            On(u"Transform", [&] { this->KeepTransformButIdentity(child); }),
-            OnAnyCase(u"Styles", [&] { Ignored(ReadStyleRefs(m_producer, child, m_styles)); }),
-            OnAnyCase(u"NetStyles", [&] { Ignored(ReadStyleRefs(m_producer, child, m_netStyles)); }));
+            On(Names::ExtensionData, [&] { AddExtensionData(child, *this); }),  //
+            On(Names::Transform, [&] { this->KeepTransformButIdentity(child); }),
+            OnAnyCase(Names::Styles, [&] { Ignored(ReadStyleRefs(m_producer, child, m_styles)); }),
+            OnAnyCase(Names::NetStyles, [&] { Ignored(ReadStyleRefs(m_producer, child, m_netStyles)); }));
     }
 
     XMLProducerImpl* m_producer;

@@ -8,6 +8,7 @@
 #include "framework/gmk_interface/GMKGlobalDataSaveRestore.h"
 #include "framework/gmk_interface/GMKHistoryUtil.h"
 #include "framework/kernel/curve.h"
+#include "framework/xml_util/FormatNames.h"
 #include "framework/xml_util/StoreCursor.h"
 #include "framework/xml_util/XMLUtils.h"
 #include "geometry/curvedata/CreateCurveData.h"
@@ -69,15 +70,15 @@ void XMLCurve::ReadAttributes(xercesc::DOMNode const* node)
     UTF8String id;
     UTF16String label;
     UTF8String versionPersistentId;
-    XMLUtils::GetNodeAttribute(node, u"ID", id);
+    XMLUtils::GetNodeAttribute(node, Names::ID, id);
     m_producer->ApplyIdMapping(id);
-    XMLUtils::GetNodeAttribute(node, u"Label", label);
-    XMLUtils::GetNodeAttribute(node, u"VersionPersistentId", versionPersistentId);
+    XMLUtils::GetNodeAttribute(node, Names::Label, label);
+    XMLUtils::GetNodeAttribute(node, Names::VersionPersistentId, versionPersistentId);
     m_id = std::move(id);
     m_label = std::move(label);
     m_versionPersistentId = std::move(versionPersistentId);
-    m_visible = ReadBoolean(node, u"Visibility", kVisibility_OneElseHiddenAbsentShown);
-    m_netVisible = ReadBoolean(node, u"NetVisibility", kVisibility_OneElseHiddenAbsentShown);
+    m_visible = ReadBoolean(node, Names::Visibility, kVisibility_OneElseHiddenAbsentShown);
+    m_netVisible = ReadBoolean(node, Names::NetVisibility, kVisibility_OneElseHiddenAbsentShown);
 }
 
 bool XMLCurve::ReadFromXML(xercesc::DOMNode* node, CurveEntities const& curveEntities)
@@ -90,24 +91,24 @@ bool XMLCurve::ReadFromXML(xercesc::DOMNode* node, CurveEntities const& curveEnt
     auto const pickKernelCurve = [&](xercesc::DOMNode const* child)
     {
         UTF8String id;
-        XMLUtils::GetNodeAttribute(child, u"EntityId", id);
+        XMLUtils::GetNodeAttribute(child, Names::EntityId, id);
         if (auto const found = curveEntities.find(id); found != curveEntities.end())
             picked.Push(found->second);
     };
     for (xercesc::DOMNode* const child : Children(node))
     {
-        Match(
-            child, On(u"GMKEntity", [&] { pickKernelCurve(child); }),
-            // Kept: one content, written over by each element.
-            On(u"ExtensionData", [&] { Ignored(ReadExtensionData(child, extensionData)); }),
-            On(u"Transform", [&] { SetTransform(TransformOf(child)); }),
-            On(u"ChangeKey", [&] { Ignored(ReadChangeKey(child, m_changeKey)); }),
-            On(u"Unit", [&] { Ignored(ReadUnit(child, m_units.length, m_units.displayAngle, m_units.displayLength)); }),
-            On(u"Tolerance",
-               [&] { Ignored(ReadTolerance(child, m_angularTolerance, m_linearTolerance, m_paramTolerance)); }),
-            // Kept: these two match in any case, and then read nothing unless written exactly.
-            OnAnyCase(u"Styles", [&] { Ignored(ReadStyleRefs(m_producer, child, m_styles)); }),
-            OnAnyCase(u"NetStyles", [&] { Ignored(ReadStyleRefs(m_producer, child, m_netStyles)); }));
+        Match(child, On(Names::GMKEntity, [&] { pickKernelCurve(child); }),
+              // Kept: one content, written over by each element.
+              On(Names::ExtensionData, [&] { Ignored(ReadExtensionData(child, extensionData)); }),
+              On(Names::Transform, [&] { SetTransform(TransformOf(child)); }),
+              On(Names::ChangeKey, [&] { Ignored(ReadChangeKey(child, m_changeKey)); }),
+              On(Names::Unit,
+                 [&] { Ignored(ReadUnit(child, m_units.length, m_units.displayAngle, m_units.displayLength)); }),
+              On(Names::Tolerance,
+                 [&] { Ignored(ReadTolerance(child, m_angularTolerance, m_linearTolerance, m_paramTolerance)); }),
+              // Kept: these two match in any case, and then read nothing unless written exactly.
+              OnAnyCase(Names::Styles, [&] { Ignored(ReadStyleRefs(m_producer, child, m_styles)); }),
+              OnAnyCase(Names::NetStyles, [&] { Ignored(ReadStyleRefs(m_producer, child, m_netStyles)); }));
     }
     m_kernelCurves = std::move(picked);
     if (!extensionData.TypeId().IsEmpty())
@@ -117,7 +118,7 @@ bool XMLCurve::ReadFromXML(xercesc::DOMNode* node, CurveEntities const& curveEnt
 
 bool ReadCurveFromStore(XMLProducerImpl* producer, xercesc::DOMNode* node, CurveStore& curveStore, UTF8String& id)
 {
-    XMLUtils::GetNodeAttribute(node, u"ID", id);
+    XMLUtils::GetNodeAttribute(node, Names::ID, id);
     producer->ApplyIdMapping(id);
     if (producer->objectCollector->HasObject(id))
         return true;

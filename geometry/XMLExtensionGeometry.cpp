@@ -1,6 +1,7 @@
 #include "geometry/XMLExtensionGeometry.h"
 
 #include "framework/api/Exception.h"
+#include "framework/xml_util/FormatNames.h"
 #include "geometry/BundleBuilder.h"
 #include "geometry/XMLPoint.h"
 #include "geometry/XMLPointCloud.h"
@@ -15,13 +16,13 @@ namespace
 // Kept: a geometric set is passed over here, while it may itself hold extension geometry; and a failed one of the own
 // kind does not end the set, as it does there.
 constexpr ChildIdRow kChildRows[] = {
-    {u"Child", &AddChildRef, kOnFailure_Next},
-    {u"IBrep", &AddBrep, kOnFailure_Stop},
-    {u"ICurve", &AddCurve, kOnFailure_Stop},
-    {u"IPoint", &AddObject<XMLPoint>, kOnFailure_Stop},
-    {u"IPointCloud", &AddObject<XMLPointCloud>, kOnFailure_Stop},
-    {u"IPolygonMesh", &AddPolygonMesh, kOnFailure_Next},
-    {u"IExtensionGeometry", &AddBundle<XMLExtensionGeometry>, kOnFailure_Next},
+    {Names::Child, &AddChildRef, kOnFailure_Next},
+    {Names::IBrep, &AddBrep, kOnFailure_Stop},
+    {Names::ICurve, &AddCurve, kOnFailure_Stop},
+    {Names::IPoint, &AddObject<XMLPoint>, kOnFailure_Stop},
+    {Names::IPointCloud, &AddObject<XMLPointCloud>, kOnFailure_Stop},
+    {Names::IPolygonMesh, &AddPolygonMesh, kOnFailure_Next},
+    {Names::IExtensionGeometry, &AddBundle<XMLExtensionGeometry>, kOnFailure_Next},
 };
 
 }  // namespace
@@ -50,7 +51,7 @@ bool XMLExtensionGeometry::ReadFromXML(xercesc::DOMNode* node, BodyEntities& bod
     for (xercesc::DOMNode* const child : Children(node))
     {
         // Kept: there is no "ChangeKey" here, unlike in a geometric set.
-        Match(child, On(u"ChildSet", [&] { Ignored(ReadChildIds(kChildRows, context, child, m_childIds)); })) ||
+        Match(child, On(Names::ChildSet, [&] { Ignored(ReadChildIds(kChildRows, context, child, m_childIds)); })) ||
             ReadCommonChild(child);
     }
     return true;

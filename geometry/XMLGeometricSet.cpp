@@ -1,6 +1,7 @@
 #include "geometry/XMLGeometricSet.h"
 
 #include "framework/api/Exception.h"
+#include "framework/xml_util/FormatNames.h"
 #include "geometry/BundleBuilder.h"
 #include "geometry/XMLExtensionGeometry.h"
 #include "geometry/XMLPoint.h"
@@ -15,14 +16,14 @@ namespace
 {
 
 constexpr ChildIdRow kChildRows[] = {
-    {u"Child", &AddChildRef, kOnFailure_Next},
-    {u"IBrep", &AddBrep, kOnFailure_Stop},
-    {u"ICurve", &AddCurve, kOnFailure_Stop},
-    {u"IPoint", &AddObject<XMLPoint>, kOnFailure_Stop},
-    {u"IPointCloud", &AddObject<XMLPointCloud>, kOnFailure_Stop},
-    {u"IPolygonMesh", &AddPolygonMesh, kOnFailure_Next},
-    {u"IGeometricSet", &AddBundle<XMLGeometricSet>, kOnFailure_Stop},
-    {u"IExtensionGeometry", &AddBundle<XMLExtensionGeometry>, kOnFailure_Stop},
+    {Names::Child, &AddChildRef, kOnFailure_Next},
+    {Names::IBrep, &AddBrep, kOnFailure_Stop},
+    {Names::ICurve, &AddCurve, kOnFailure_Stop},
+    {Names::IPoint, &AddObject<XMLPoint>, kOnFailure_Stop},
+    {Names::IPointCloud, &AddObject<XMLPointCloud>, kOnFailure_Stop},
+    {Names::IPolygonMesh, &AddPolygonMesh, kOnFailure_Next},
+    {Names::IGeometricSet, &AddBundle<XMLGeometricSet>, kOnFailure_Stop},
+    {Names::IExtensionGeometry, &AddBundle<XMLExtensionGeometry>, kOnFailure_Stop},
 };
 
 }  // namespace
@@ -52,9 +53,9 @@ bool XMLGeometricSet::ReadFromXML(xercesc::DOMNode* node, BodyEntities& bodyEnti
     ChildContext const context{m_producer, bodyEntities, curveEntities, meshStore, curveStore, m_depth + 1};
     for (xercesc::DOMNode* const child : Children(node))
     {
-        Match(child,                                                                  //
-              On(u"ChangeKey", [&] { Ignored(ReadChangeKey(child, m_changeKey)); }),  //
-              On(u"ChildSet", [&] { Ignored(ReadChildIds(kChildRows, context, child, m_childIds)); })) ||
+        Match(child,                                                                      //
+              On(Names::ChangeKey, [&] { Ignored(ReadChangeKey(child, m_changeKey)); }),  //
+              On(Names::ChildSet, [&] { Ignored(ReadChildIds(kChildRows, context, child, m_childIds)); })) ||
             ReadCommonChild(child);
     }
     return true;

@@ -1,5 +1,6 @@
 #include "geometry/XMLHierachyObject.h"
 
+#include "framework/xml_util/FormatNames.h"
 #include "framework/xml_util/XMLStrUtil.h"
 #include "framework/xml_util/XMLUtils.h"
 #include "producer/XMLProducerImpl.h"
@@ -38,12 +39,12 @@ void XMLHierachyObject::KeepTransform(Matrix3d const& transform)
 
 void XMLHierachyObject::ReadAttributes(xercesc::DOMNode const* node)
 {
-    XMLUtils::GetNodeAttribute(node, u"ID", m_id);
-    XMLUtils::GetNodeAttribute(node, u"Label", m_label);
+    XMLUtils::GetNodeAttribute(node, Names::ID, m_id);
+    XMLUtils::GetNodeAttribute(node, Names::Label, m_label);
     m_producer->ApplyIdMapping(m_id);
-    m_visible = ReadBoolean(node, u"Visibility", kVisibility_OneElseHiddenAbsentShown);
-    m_netVisible = ReadBoolean(node, u"NetVisibility", kVisibility_OneElseHiddenAbsentShown);
-    XMLUtils::GetNodeAttribute(node, u"VersionPersistentId", m_versionPersistentId);
+    m_visible = ReadBoolean(node, Names::Visibility, kVisibility_OneElseHiddenAbsentShown);
+    m_netVisible = ReadBoolean(node, Names::NetVisibility, kVisibility_OneElseHiddenAbsentShown);
+    XMLUtils::GetNodeAttribute(node, Names::VersionPersistentId, m_versionPersistentId);
 }
 
 void XMLHierachyObject::ReadFromXML(xercesc::DOMNode* node)
@@ -54,17 +55,17 @@ void XMLHierachyObject::ReadFromXML(xercesc::DOMNode* node)
     for (xercesc::DOMNode* const child : Children(node))
     {
         Match(child,
-              On(u"Transform",
+              On(Names::Transform,
                  [&]
                  {
                      Matrix3d transform;
                      XMLStrUtil::GetTransfFromStr(TextContent(child), transform);
                      KeepTransform(transform);
                  }),
-              On(u"ChangeKey", [&] { Ignored(ReadChangeKey(child, m_changeKey)); }),
-              On(u"Unit", [&] { Ignored(ReadLengthUnits(child, m_lengthUnit, m_displayLengthUnit)); }),
+              On(Names::ChangeKey, [&] { Ignored(ReadChangeKey(child, m_changeKey)); }),
+              On(Names::Unit, [&] { Ignored(ReadLengthUnits(child, m_lengthUnit, m_displayLengthUnit)); }),
               // Kept: exact here, although a point and a curve match it in any case.
-              On(u"Styles", [&] { Ignored(ReadStyleRefs(m_producer, child, m_styles)); }));
+              On(Names::Styles, [&] { Ignored(ReadStyleRefs(m_producer, child, m_styles)); }));
     }
 }
 

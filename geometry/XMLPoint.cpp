@@ -1,5 +1,6 @@
 #include "geometry/XMLPoint.h"
 
+#include "framework/xml_util/FormatNames.h"
 #include "framework/xml_util/XMLUtils.h"
 #include "producer/XMLProducerImpl.h"
 #include "readers/BooleanText.h"
@@ -28,12 +29,12 @@ IsValueSpecifiedEnum XMLPoint::PointSize(double&) const
 
 void XMLPoint::ReadAttributes(xercesc::DOMNode const* node)
 {
-    XMLUtils::GetNodeAttribute(node, u"ID", m_id);
-    XMLUtils::GetNodeAttribute(node, u"Label", m_label);
+    XMLUtils::GetNodeAttribute(node, Names::ID, m_id);
+    XMLUtils::GetNodeAttribute(node, Names::Label, m_label);
     m_producer->ApplyIdMapping(m_id);
-    XMLUtils::GetNodeAttribute(node, u"VersionPersistentId", m_versionPersistentId);
-    m_visible = ReadBoolean(node, u"Visibility", kVisibility_OneElseHiddenAbsentShown);
-    m_netVisible = ReadBoolean(node, u"NetVisibility", kVisibility_OneElseHiddenAbsentShown);
+    XMLUtils::GetNodeAttribute(node, Names::VersionPersistentId, m_versionPersistentId);
+    m_visible = ReadBoolean(node, Names::Visibility, kVisibility_OneElseHiddenAbsentShown);
+    m_netVisible = ReadBoolean(node, Names::NetVisibility, kVisibility_OneElseHiddenAbsentShown);
 }
 
 bool XMLPoint::ReadFromXML(xercesc::DOMNode* node)
@@ -43,16 +44,16 @@ bool XMLPoint::ReadFromXML(xercesc::DOMNode* node)
     ReadAttributes(node);
     for (xercesc::DOMNode* const child : Children(node))
     {
-        Match(child,                                                 //
-              On(u"Point", [&] { ReadXYZ(child, m_x, m_y, m_z); }),  //
+        Match(child,                                                     //
+              On(Names::Point, [&] { ReadXYZ(child, m_x, m_y, m_z); }),  //
               // Kept: each content is added, with or without a type id, where a curve keeps one that has it.
-              On(u"ExtensionData", [&] { AddExtensionData(child, *this); }),
-              On(u"Transform", [&] { SetTransform(TransformOf(child)); }),
-              On(u"ChangeKey", [&] { Ignored(ReadChangeKey(child, m_changeKey)); }),
-              On(u"Unit", [&] { Ignored(ReadLengthUnits(child, m_lengthUnit, m_displayLengthUnit)); }),
+              On(Names::ExtensionData, [&] { AddExtensionData(child, *this); }),
+              On(Names::Transform, [&] { SetTransform(TransformOf(child)); }),
+              On(Names::ChangeKey, [&] { Ignored(ReadChangeKey(child, m_changeKey)); }),
+              On(Names::Unit, [&] { Ignored(ReadLengthUnits(child, m_lengthUnit, m_displayLengthUnit)); }),
               // Kept: these two match in any case, and then read nothing unless written exactly.
-              OnAnyCase(u"Styles", [&] { Ignored(ReadStyleRefs(m_producer, child, m_styles)); }),
-              OnAnyCase(u"NetStyles", [&] { Ignored(ReadStyleRefs(m_producer, child, m_netStyles)); }));
+              OnAnyCase(Names::Styles, [&] { Ignored(ReadStyleRefs(m_producer, child, m_styles)); }),
+              OnAnyCase(Names::NetStyles, [&] { Ignored(ReadStyleRefs(m_producer, child, m_netStyles)); }));
     }
     return true;
 }

@@ -1,5 +1,6 @@
 #include "geometry/XMLPointCloud.h"
 
+#include "framework/xml_util/FormatNames.h"
 #include "framework/xml_util/XMLUtils.h"
 #include "producer/XMLProducerImpl.h"
 #include "readers/BooleanText.h"
@@ -25,11 +26,11 @@ void XMLPointCloud::Point(std::size_t index, double* x, double* y, double* z) co
 // Kept: "VersionPersistentId" is not read here, although a point has it.
 void XMLPointCloud::ReadAttributes(xercesc::DOMNode const* node)
 {
-    XMLUtils::GetNodeAttribute(node, u"ID", m_id);
-    XMLUtils::GetNodeAttribute(node, u"Label", m_label);
+    XMLUtils::GetNodeAttribute(node, Names::ID, m_id);
+    XMLUtils::GetNodeAttribute(node, Names::Label, m_label);
     m_producer->ApplyIdMapping(m_id);
-    m_visible = ReadBoolean(node, u"Visibility", kVisibility_OneElseHiddenAbsentShown);
-    m_netVisible = ReadBoolean(node, u"NetVisibility", kVisibility_OneElseHiddenAbsentShown);
+    m_visible = ReadBoolean(node, Names::Visibility, kVisibility_OneElseHiddenAbsentShown);
+    m_netVisible = ReadBoolean(node, Names::NetVisibility, kVisibility_OneElseHiddenAbsentShown);
 }
 
 bool XMLPointCloud::ReadFromXML(xercesc::DOMNode* node)
@@ -40,9 +41,10 @@ bool XMLPointCloud::ReadFromXML(xercesc::DOMNode* node)
     for (xercesc::DOMNode* const child : Children(node))
     {
         // Kept: a cloud has no change key, extension data, styles or tolerances of its own.
-        Match(child, On(u"PointCloud", [&] { m_coordinates.Append(AttributeText(child, u"PointCloudCoordinates")); }),
-              On(u"Transform", [&] { SetTransform(TransformOf(child)); }),
-              On(u"Unit", [&] { Ignored(ReadLengthUnits(child, m_lengthUnit, m_displayLengthUnit)); }));
+        Match(child,
+              On(Names::PointCloud, [&] { m_coordinates.Append(AttributeText(child, Names::PointCloudCoordinates)); }),
+              On(Names::Transform, [&] { SetTransform(TransformOf(child)); }),
+              On(Names::Unit, [&] { Ignored(ReadLengthUnits(child, m_lengthUnit, m_displayLengthUnit)); }));
     }
     m_coordinates.ReleaseSpare();
     return true;

@@ -1,8 +1,7 @@
 #include "geometry/XMLSketch.h"
 
-#include <algorithm>
-#include <iterator>
-
+#include "framework/xml_util/EnumTexts.h"
+#include "framework/xml_util/FormatNames.h"
 #include "framework/xml_util/XMLUtils.h"
 #include "geometry/ChildIds.h"
 #include "geometry/XMLPoint.h"
@@ -19,26 +18,15 @@ namespace KVR
 namespace
 {
 
-struct SketchTypeRow
-{
-    std::u16string_view text;
-    ISketch::SketchTypeEnum type;
-};
-
-constexpr SketchTypeRow kSketchTypeRows[] = {
-    {u"kSketchType_2D", ISketch::kSketchType_2D},
-    {u"kSketchType_3D", ISketch::kSketchType_3D},
-};
-
 constexpr ChildIdRow kPointRows[] = {
-    {u"Child", &AddChildRef, kOnFailure_Next},
-    {u"IPoint", &AddObject<XMLPoint>, kOnFailure_Next},
+    {Names::Child, &AddChildRef, kOnFailure_Next},
+    {Names::IPoint, &AddObject<XMLPoint>, kOnFailure_Next},
 };
 
 // Kept: the curves of a sketch never come from a binary store.
 constexpr ChildIdRow kCurveRows[] = {
-    {u"Child", &AddChildRef, kOnFailure_Next},
-    {u"ICurve", &AddKernelCurve, kOnFailure_Next},
+    {Names::Child, &AddChildRef, kOnFailure_Next},
+    {Names::ICurve, &AddKernelCurve, kOnFailure_Next},
 };
 
 }  // namespace
@@ -56,34 +44,29 @@ UTF8String XMLSketch::ChildIdAt(unsigned long long index) const
 // Whether the type is known.
 bool XMLSketch::ReadAttributes(xercesc::DOMNode const* node)
 {
-    XMLUtils::GetNodeAttribute(node, u"ID", m_id);
-    XMLUtils::GetNodeAttribute(node, u"Label", m_label);
+    XMLUtils::GetNodeAttribute(node, Names::ID, m_id);
+    XMLUtils::GetNodeAttribute(node, Names::Label, m_label);
     m_producer->ApplyIdMapping(m_id);
-    XMLUtils::GetNodeAttribute(node, u"VersionPersistentId", m_versionPersistentId);
+    XMLUtils::GetNodeAttribute(node, Names::VersionPersistentId, m_versionPersistentId);
     // Kept: absence means hidden here, although a new sketch is shown, and a point or a set is.
-    m_netVisible = ReadBoolean(node, u"NetVisibility", kVisibility_OneElseHidden);
-    m_visible = ReadBoolean(node, u"Visibility", kVisibility_OneElseHidden);
-    XMLCh const* const type = AttributeText(node, u"SketchTypeEnum");
-    auto const* const row = std::find_if(std::begin(kSketchTypeRows), std::end(kSketchTypeRows),
-                                         [&](SketchTypeRow const& known) { return Equals(type, known.text); });
-    if (row == std::end(kSketchTypeRows))
-        return false;
-    m_type = row->type;
-    return true;
+    m_netVisible = ReadBoolean(node, Names::NetVisibility, kVisibility_OneElseHidden);
+    m_visible = ReadBoolean(node, Names::Visibility, kVisibility_OneElseHidden);
+    return ValueOfText(kSketchTypeTexts, AttributeText(node, Names::SketchTypeEnum), m_type);
 }
 
 void XMLSketch::ReadChild(xercesc::DOMNode* child, ChildContext const& context)
 {
-    Match(child,  //
-          On(u"ChildSet", [&] { Ignored(ReadChildIds(kPointRows, context, child, m_pointIds)); }),
-          On(u"ChangeKey", [&] { Ignored(ReadChangeKey(child, m_changeKey)); }),
-          On(u"Unit", [&] { Ignored(ReadUnit(child, m_units.length, m_units.displayAngle, m_units.displayLength)); }),
-          On(u"CurveSet", [&] { Ignored(ReadChildIds(kCurveRows, context, child, m_curveIds)); }),
-          On(u"Transform", [&] { KeepTransformButIdentity(child); }),
-          On(u"ExtensionData", [&] { AddExtensionData(child, *this); }),
-          // Kept: exact here, although a geometric set matches them in any case.
-          On(u"Styles", [&] { Ignored(ReadStyleRefs(m_producer, child, m_styles)); }),
-          On(u"NetStyles", [&] { Ignored(ReadStyleRefs(m_producer, child, m_netStyles)); }));
+    Match(
+        child,  //
+        On(Names::ChildSet, [&] { Ignored(ReadChildIds(kPointRows, context, child, m_pointIds)); }),
+        On(Names::ChangeKey, [&] { Ignored(ReadChangeKey(child, m_changeKey)); }),
+        On(Names::Unit, [&] { Ignored(ReadUnit(child, m_units.length, m_units.displayAngle, m_units.displayLength)); }),
+        On(Names::CurveSet, [&] { Ignored(ReadChildIds(kCurveRows, context, child, m_curveIds)); }),
+        On(Names::Transform, [&] { KeepTransformButIdentity(child); }),
+        On(Names::ExtensionData, [&] { AddExtensionData(child, *this); }),
+        // Kept: exact here, although a geometric set matches them in any case.
+        On(Names::Styles, [&] { Ignored(ReadStyleRefs(m_producer, child, m_styles)); }),
+        On(Names::NetStyles, [&] { Ignored(ReadStyleRefs(m_producer, child, m_netStyles)); }));
 }
 
 bool XMLSketch::ReadFromXML(xercesc::DOMNode* node, CurveEntities& curveEntities)

@@ -1,6 +1,7 @@
 #include "geometry/XMLWorkAxis.h"
 
 #include "framework/xml_util/DomWalk.h"
+#include "framework/xml_util/FormatNames.h"
 
 namespace KVR
 {
@@ -15,8 +16,8 @@ bool XMLWorkAxis::ReadFromXML(xercesc::DOMNode* node)
         return false;
     for (xercesc::DOMNode* const child : Children(node))
     {
-        Match(child, On(u"StartPoint", [&] { m_startPoint.Read(child); }),
-              On(u"EndPoint", [&] { m_endPoint.Read(child); }), On(u"Axis", [&] { m_axis.Read(child); }));
+        Match(child, On(Names::StartPoint, [&] { m_startPoint.Read(child); }),
+              On(Names::EndPoint, [&] { m_endPoint.Read(child); }), On(Names::Axis, [&] { m_axis.Read(child); }));
     }
     return true;
 }

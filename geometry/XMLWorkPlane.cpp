@@ -2,6 +2,7 @@
 
 #include "framework/api/MathUtil.h"
 #include "framework/xml_util/DomWalk.h"
+#include "framework/xml_util/FormatNames.h"
 
 namespace KVR
 {
@@ -58,8 +59,8 @@ void XMLWorkPlane::ReadDisplayRange(xercesc::DOMNode const* node)
         m_hasDisplayRange = true;
     for (xercesc::DOMNode* const child : Children(node))
     {
-        Match(child, On(u"MinPoint", [&] { m_minPoint.Read(child); }),
-              On(u"MaxPoint", [&] { m_maxPoint.Read(child); }));
+        Match(child, On(Names::MinPoint, [&] { m_minPoint.Read(child); }),
+              On(Names::MaxPoint, [&] { m_maxPoint.Read(child); }));
     }
 }
 
@@ -70,16 +71,16 @@ bool XMLWorkPlane::ReadFromXML(xercesc::DOMNode* node)
         return false;
     for (xercesc::DOMNode* const child : Children(node))
     {
-        Match(child,                                                //
-              On(u"Origin", [&] { m_origin.Read(child); }),         //
-              On(u"Normal", [&] { ReadVector(child, m_normal); }),  //
-              On(u"Reference",
+        Match(child,                                                    //
+              On(Names::Origin, [&] { m_origin.Read(child); }),         //
+              On(Names::Normal, [&] { ReadVector(child, m_normal); }),  //
+              On(Names::Reference,
                  [&]
                  {
                      ReadVector(child, m_reference);
                      m_hasReference = true;
                  }),
-              On(u"DisplayRange", [&] { ReadDisplayRange(child); }));
+              On(Names::DisplayRange, [&] { ReadDisplayRange(child); }));
     }
     return true;
 }

@@ -1,6 +1,7 @@
 #include "geometry/XMLWorkPoint.h"
 
 #include "framework/xml_util/DomWalk.h"
+#include "framework/xml_util/FormatNames.h"
 
 namespace KVR
 {
@@ -14,7 +15,7 @@ bool XMLWorkPoint::ReadFromXML(xercesc::DOMNode* node)
     if (!node)
         return false;
     for (xercesc::DOMNode* const child : Children(node))
-        Match(child, On(u"WorkPoint", [&] { m_position.Read(child); }));
+        Match(child, On(Names::WorkPoint, [&] { m_position.Read(child); }));
     return true;
 }
 

@@ -8,7 +8,7 @@
 #include <nlohmann/json.hpp>
 
 #include "exchange/CertifyModel.h"
-#include "host/Command.h"
+#include "host/CommonOptions.h"
 #include "host/LongWork.h"
 #include "output/Output.h"
 #include "output/SafeText.h"
@@ -74,22 +74,17 @@ std::string JsonOf(std::string const& model, CertifyResult const& result)
 }  // namespace
 
 CertifyCommand::CertifyCommand(CLI::App& program)
-    : m_command(*program.add_subcommand(
-          "certify",
+    : Command(
+          program, "certify",
           "Make a scene of a model, export it to STEP and GLB, read all of them back, and show whether they hold the "
-          "same. The exit status is 1 when they do not"))
+          "same. The exit status is 1 when they do not")
 {
-    m_command.add_option("model", m_model, "The model's file")->required()->type_name("MODEL");
-    m_command.add_flag("--json", m_asJson, "Print JSON");
-    m_command.add_flag("--quiet", m_isQuiet, "Show no progress and no remarks");
+    Arguments().add_option("model", m_model, "The model's file")->required()->type_name("MODEL");
+    AddJsonOption(Arguments(), m_asJson);
+    Arguments().add_flag("--quiet", m_isQuiet, "Show no progress and no remarks");
 }
 
-bool CertifyCommand::IsChosen() const
-{
-    return m_command.parsed();
-}
-
-int CertifyCommand::Run()
+ExitStatus CertifyCommand::Run()
 {
     CertifyResult const result =
         Watched(!m_isQuiet, [&](Progress const& progress) { return CertifyModel(m_model, progress); });

@@ -2,26 +2,20 @@
 
 #include <string>
 
-namespace CLI
-{
-class App;
-}
+#include "host/Command.h"
 
 namespace KVR
 {
 
-/// The command "certify" of the program: makes a scene of a model, exports that, and compares all of them.
-class CertifyCommand
+/// The command "certify": makes a scene of a model, exports that, and compares all of them.
+class CertifyCommand final : public Command
 {
 public:
     explicit CertifyCommand(CLI::App& program);
 
-    bool IsChosen() const;
-    /// The exit status.
-    int Run();
+    ExitStatus Run() override;
 
 private:
-    CLI::App& m_command;
     std::string m_model;
     bool m_asJson = false;
     bool m_isQuiet = false;

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "exchange/source/SceneOptions.h"
+#include "host/ExitStatus.h"
 
 namespace CLI
 {
@@ -12,20 +12,33 @@ class App;
 namespace KVR
 {
 
-/// With what the program ends.
-enum ExitStatus
+/// One command of the program. Making one declares the command with its options; when the arguments name it, it runs.
+class Command
 {
-    kExit_Good = 0,
-    kExit_Failed = 1,
-    kExit_BadArguments = 2,
-    /// As shells give it to a program that was ended by SIGINT.
-    kExit_Interrupted = 130
+public:
+    virtual ~Command() = default;
+    Command(Command const&) = delete;
+    Command& operator=(Command const&) = delete;
+
+    /// Whether the arguments, which must have been parsed, name this command.
+    bool IsChosen() const;
+
+    /// Does what the arguments ask for. What fails without an exit status of its own is an exception: OutputError when
+    /// standard output cannot be written, otherwise any other of the standard library, whose text is the complaint.
+    virtual ExitStatus Run() = 0;
+
+protected:
+    /// A command of that name; the description is the one of the help. The program must outlive it.
+    Command(CLI::App& program, std::string const& name, std::string const& description);
+
+    /// Takes the command's options.
+    CLI::App& Arguments() const noexcept { return m_arguments; }
+
+private:
+    CLI::App& m_arguments;
 };
 
 /// Says a sentence, given without its full stop, on standard error.
 void Complain(std::string const& sentence);
-
-/// The options that all commands have that read a scene.
-void AddSceneOptions(CLI::App& command, SceneOptions& options);
 
 }  // namespace KVR

@@ -2,7 +2,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include "host/Command.h"
+#include "host/CommonOptions.h"
 #include "host/ImportCommand.h"
 #include "host/LongWork.h"
 #include "output/SafeText.h"
@@ -26,40 +26,28 @@ std::string ProblemOfPercentage(std::string const& text)
 }  // namespace
 
 ExportCommand::ExportCommand(CLI::App& program)
-    : m_command(*program.add_subcommand(
-          "export", "Write a scene for other programs, by the target's extension: " + ExportFormats()))
+    : Command(program, "export", "Write a scene for other programs, by the target's extension: " + ExportFormats())
 {
-    AddSceneOptions(m_command, m_scene);
-    m_command.add_option("target", m_target, "The file to be")->required()->type_name("OUT")->check(&ProblemOfTarget);
-    m_command
-        .add_option("--only", m_options.filter.only,
-                    "Export this object with all below it, by its id or label, or a layer; may be repeated")
-        ->type_name("NAME")
-        ->expected(1)
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-    m_command.add_option("--hide", m_options.filter.hide, "Leave this out, named as above; may be repeated")
-        ->type_name("NAME")
-        ->expected(1)
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-    m_command
+    AddSceneOptions(Arguments(), m_scene);
+    Arguments().add_option("target", m_target, "The file to be")->required()->type_name("OUT")->check(&ProblemOfTarget);
+    AddRepeatedOption(Arguments(), "--only", m_options.filter.only,
+                      "Export this object with all below it, by its id or label, or a layer; may be repeated", "NAME");
+    AddRepeatedOption(Arguments(), "--hide", m_options.filter.hide, "Leave this out, named as above; may be repeated",
+                      "NAME");
+    Arguments()
         .add_option("--deflection", m_deflection,
                     "How far the triangles of a body without a mesh may be from it, as a percentage of the diagonal of "
                     "its box")
         ->type_name("PERCENT")
         ->check(&ProblemOfPercentage)
         ->capture_default_str();
-    m_command.add_flag("--mesh-faces", m_options.meshFaces,
-                       "Write a mesh without a body to STEP and BREP as a shell of flat faces");
-    m_command.add_flag("--insecure", m_scene.insecure, "Restore kernel stores that the kernel judges insecure");
-    m_command.add_flag("--quiet", m_isQuiet, "Say nothing but what fails");
+    Arguments().add_flag("--mesh-faces", m_options.meshFaces,
+                         "Write a mesh without a body to STEP and BREP as a shell of flat faces");
+    AddInsecureOption(Arguments(), m_scene);
+    Arguments().add_flag("--quiet", m_isQuiet, "Say nothing but what fails");
 }
 
-bool ExportCommand::IsChosen() const
-{
-    return m_command.parsed();
-}
-
-int ExportCommand::Run()
+ExitStatus ExportCommand::Run()
 {
     m_options.deflection = DeflectionOf(m_deflection).value;
     ExportResult const result =

@@ -3,27 +3,20 @@
 #include <string>
 
 #include "exchange/ExportScene.h"
-
-namespace CLI
-{
-class App;
-}
+#include "host/Command.h"
 
 namespace KVR
 {
 
-/// The command "export" of the program.
-class ExportCommand
+/// The command "export".
+class ExportCommand final : public Command
 {
 public:
     explicit ExportCommand(CLI::App& program);
 
-    bool IsChosen() const;
-    /// The exit status.
-    int Run();
+    ExitStatus Run() override;
 
 private:
-    CLI::App& m_command;
     SceneOptions m_scene;
     std::string m_target;
     ExportOptions m_options;

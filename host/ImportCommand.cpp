@@ -9,7 +9,6 @@
 #include <stdexcept>
 #include <vector>
 
-#include "host/Command.h"
 #include "host/LongWork.h"
 #include "output/Output.h"
 #include "output/SafeText.h"
@@ -79,37 +78,34 @@ std::string ProblemOfDeflection(std::string const& text)
 }
 
 ImportCommand::ImportCommand(CLI::App& program)
-    : m_command(*program.add_subcommand(
-          "import", "Make a scene of a model: STEP, IGES, BREP, glTF, STL, OBJ or PLY, told apart by content and name"))
+    : Command(program, "import",
+              "Make a scene of a model: STEP, IGES, BREP, glTF, STL, OBJ or PLY, told apart by content and name")
 {
-    m_command.add_option("model", m_model, "The model's file")->required()->type_name("MODEL");
-    m_command.add_option("scene", m_scene, "The scene to be; its side files stand beside it")
+    Arguments().add_option("model", m_model, "The model's file")->required()->type_name("MODEL");
+    Arguments()
+        .add_option("scene", m_scene, "The scene to be; its side files stand beside it")
         ->required()
         ->type_name("SCENE.xml");
-    m_command
+    Arguments()
         .add_option("--deflection", m_deflection,
                     "How far meshes may be from bodies: a length in the model's unit, or a percentage of the diagonal "
                     "of the model's box")
         ->type_name("LENGTH")
         ->check(&ProblemOfDeflection)
         ->capture_default_str();
-    m_command.add_option("--unit", m_unit, "The unit of length of a model that states none")
+    Arguments()
+        .add_option("--unit", m_unit, "The unit of length of a model that states none")
         ->type_name("UNIT")
         ->check(CLI::IsMember(UnitWords()))
         ->capture_default_str();
-    m_command.add_flag("--no-mesh", m_withoutMeshes, "Write no meshes");
-    m_command.add_flag("--no-brep", m_withoutBreps, "Write no bodies");
-    m_command.add_flag("--no-pmi", m_withoutNotes, "Read no annotations and views");
-    m_command.add_flag("--text", m_options.asText, "Write bodies as text");
-    m_command.add_flag("--quiet", m_isQuiet, "Say nothing but what fails");
+    Arguments().add_flag("--no-mesh", m_withoutMeshes, "Write no meshes");
+    Arguments().add_flag("--no-brep", m_withoutBreps, "Write no bodies");
+    Arguments().add_flag("--no-pmi", m_withoutNotes, "Read no annotations and views");
+    Arguments().add_flag("--text", m_options.asText, "Write bodies as text");
+    Arguments().add_flag("--quiet", m_isQuiet, "Say nothing but what fails");
 }
 
-bool ImportCommand::IsChosen() const
-{
-    return m_command.parsed();
-}
-
-int ImportCommand::Run()
+ExitStatus ImportCommand::Run()
 {
     m_options.deflection = DeflectionOf(m_deflection);
     m_options.withMeshes = !m_withoutMeshes;

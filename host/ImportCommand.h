@@ -3,27 +3,20 @@
 #include <string>
 
 #include "exchange/ImportModel.h"
-
-namespace CLI
-{
-class App;
-}
+#include "host/Command.h"
 
 namespace KVR
 {
 
-/// The command "import" of the program.
-class ImportCommand
+/// The command "import".
+class ImportCommand final : public Command
 {
 public:
     explicit ImportCommand(CLI::App& program);
 
-    bool IsChosen() const;
-    /// The exit status.
-    int Run();
+    ExitStatus Run() override;
 
 private:
-    CLI::App& m_command;
     std::string m_model;
     std::string m_scene;
     ImportOptions m_options;

@@ -42,7 +42,7 @@ auto Watched(bool isShown, Work const& work)
 
 /// Says why there is no result, and answers the program's exit status.
 template <class Result>
-int ComplainOf(Result const& result, char const* interrupted = "interrupted; nothing was written")
+ExitStatus ComplainOf(Result const& result, char const* interrupted = "interrupted; nothing was written")
 {
     bool const isCancelled = result.outcome == Outcome::kCancelled;
     Complain(isCancelled ? interrupted : result.failure);

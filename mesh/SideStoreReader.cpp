@@ -9,7 +9,7 @@
 #include "framework/xml_util/SideFilePath.h"
 #include "framework/xml_util/StoreCursor.h"
 #include "geometry/XMLCurve.h"
-#include "geometry/curvedata/CurveKind.h"
+#include "geometry/curvedata/CreateCurveData.h"
 #include "mesh/MeshRecordReader.h"
 #include "mesh/XMLPolygonMesh.h"
 
@@ -189,7 +189,7 @@ void SideStoreReader::ReadRecord(StoreCursor& store, StoreMemory& memory, MeshSt
         MeshRecordReader(store, materials, m_geometryInfoLayout, memory, mesh->StoreContent()).Read();
         Enter(meshStore, id, std::move(mesh));
     }
-    else if (type >= kCurveKind_Line && type <= kCurveKind_Nurbs)
+    else if (IsCurveKind(type))
     {
         Enter(curveStore, id, std::make_unique<XMLCurve>(m_producer, store, static_cast<std::uint32_t>(type)));
     }

@@ -4,6 +4,8 @@
 
 #include "framework/api/ObjectCollector.h"
 #include "framework/api/Subscript.h"
+#include "framework/xml_util/EnumTexts.h"
+#include "framework/xml_util/FormatNames.h"
 #include "framework/xml_util/XMLUtils.h"
 #include "producer/ElementReaders.h"
 #include "producer/XMLProducerImpl.h"
@@ -19,19 +21,6 @@ namespace KVR
 
 namespace
 {
-
-struct MeshTypeRow
-{
-    std::u16string_view text;
-    IPolygonMesh::PolygonMeshTypeEnum type;
-};
-
-constexpr MeshTypeRow kMeshTypeRows[] = {
-    {u"kPolygonMeshType_Regular", IPolygonMesh::kPolygonMeshType_Regular},
-    {u"kPolygonMeshType_Triangular", IPolygonMesh::kPolygonMeshType_Triangular},
-    {u"kPolygonMeshType_Strip", IPolygonMesh::kPolygonMeshType_Strip},
-    {u"kPolygonMeshType_Fan", IPolygonMesh::kPolygonMeshType_Fan},
-};
 
 template <class Item>
 IsValueSpecifiedEnum ItemAt(std::vector<Item> const& list, unsigned long index, Item& item)
@@ -139,18 +128,13 @@ IsValueSpecifiedEnum XMLPolygonMesh::DisplayLengthUnit(UnitTypeEnum& unit) const
 // "Orientation" and "IsSingleSided" are attributes of the format that no answer depends on.
 void XMLPolygonMesh::ReadAttributes(xercesc::DOMNode const* node)
 {
-    XMLUtils::GetNodeAttribute(node, u"Label", m_label);
-    XMLUtils::GetNodeAttribute(node, u"LODID", m_levelOfDetailId);
-    XMLCh const* const type = AttributeText(node, u"Type");
-    for (MeshTypeRow const& row : kMeshTypeRows)
-    {
-        if (Equals(type, row.text))
-            m_meshType = row.type;
-    }
-    XMLUtils::GetNodeAttribute(node, u"VersionPersistentId", m_versionPersistentId);
+    XMLUtils::GetNodeAttribute(node, Names::Label, m_label);
+    XMLUtils::GetNodeAttribute(node, Names::LODID, m_levelOfDetailId);
+    Ignored(ValueOfText(kPolygonMeshTypeTexts, AttributeText(node, Names::Type), m_meshType));
+    XMLUtils::GetNodeAttribute(node, Names::VersionPersistentId, m_versionPersistentId);
     // Kept: absence means hidden here, although a new mesh is shown.
     m_visible = false;
-    XMLUtils::GetNodeAttribute(node, u"Visibility", m_visible);
+    XMLUtils::GetNodeAttribute(node, Names::Visibility, m_visible);
 }
 
 void XMLPolygonMesh::ReadFromXML(xercesc::DOMNode* node, UTF8String const& id)
@@ -159,18 +143,18 @@ void XMLPolygonMesh::ReadFromXML(xercesc::DOMNode* node, UTF8String const& id)
     ReadAttributes(node);
     for (xercesc::DOMNode* const child : Children(node))
     {
-        Match(child, On(u"ChangeKey", [&] { Ignored(ReadChangeKey(child, m_changeKey)); }),
-              On(u"Unit", [&] { Ignored(ReadLengthUnits(child, m_lengthUnit, m_displayLengthUnit)); }),
+        Match(child, On(Names::ChangeKey, [&] { Ignored(ReadChangeKey(child, m_changeKey)); }),
+              On(Names::Unit, [&] { Ignored(ReadLengthUnits(child, m_lengthUnit, m_displayLengthUnit)); }),
               // Kept: a "Tolerance" has no effect on a mesh.
-              On(u"Transform", [&] { SetMeshTransform(TransformOf(child)); }),
-              On(u"ExtensionData", [&] { AddExtensionData(child, *this); }),
-              On(u"Styles", [&] { Ignored(ReadStyleRefs(m_producer, child, m_styles)); }));
+              On(Names::Transform, [&] { SetMeshTransform(TransformOf(child)); }),
+              On(Names::ExtensionData, [&] { AddExtensionData(child, *this); }),
+              On(Names::Styles, [&] { Ignored(ReadStyleRefs(m_producer, child, m_styles)); }));
     }
 }
 
 bool ReadPolygonMesh(XMLProducerImpl* producer, xercesc::DOMNode* node, MeshStore& meshStore, UTF8String& id)
 {
-    XMLUtils::GetNodeAttribute(node, u"ID", id);
+    XMLUtils::GetNodeAttribute(node, Names::ID, id);
     StoreEntry<XMLPolygonMesh>& entry = meshStore[id];
     if (!entry.object)
         return false;

@@ -1,9 +1,10 @@
 #include <memory>
-#include <string_view>
 #include <utility>
 
 #include "framework/api/ObjectCollector.h"
 #include "framework/xml_util/DomWalk.h"
+#include "framework/xml_util/EnumTexts.h"
+#include "framework/xml_util/FormatNames.h"
 #include "framework/xml_util/XMLStrUtil.h"
 #include "organisation/XMLSectionCamera.h"
 #include "producer/ElementReaders.h"
@@ -19,43 +20,22 @@ namespace
 
 using xercesc::DOMNode;
 
-struct CameraTypeRow
-{
-    std::u16string_view text;
-    ICamera::CameraTypeEnum type;
-};
-
-constexpr CameraTypeRow kCameraTypeRows[] = {
-    {u"kCameraType_Parallel", ICamera::kCameraType_Parallel},
-    {u"kCameraType_Perspective", ICamera::kCameraType_Perspective},
-};
-
 struct DecimalRow
 {
-    XMLCh const* name;
+    AttributeName name;
     Specified<double> CameraState::*member;
 };
 
 constexpr DecimalRow kDecimalRows[] = {
-    {u"DistanceToViewPlane", &CameraState::distanceToViewPlane},
-    {u"AspectRatio", &CameraState::aspectRatio},
-    {u"ViewAngle", &CameraState::viewAngle},
-    {u"ViewWindowHeightForParallelCamera", &CameraState::viewWindowHeight},
+    {Names::DistanceToViewPlane, &CameraState::distanceToViewPlane},
+    {Names::AspectRatio, &CameraState::aspectRatio},
+    {Names::ViewAngle, &CameraState::viewAngle},
+    {Names::ViewWindowHeightForParallelCamera, &CameraState::viewWindowHeight},
 };
-
-// Any other text leaves the type alone.
-void CameraTypeFromText(XMLCh const* text, ICamera::CameraTypeEnum& type)
-{
-    for (CameraTypeRow const& row : kCameraTypeRows)
-    {
-        if (Equals(text, row.text))
-            type = row.type;
-    }
-}
 
 void ReadAttributes(DOMNode const* node, CameraState& state)
 {
-    CameraTypeFromText(AttributeText(node, u"Type"), state.cameraType);
+    Ignored(ValueOfText(kCameraTypeTexts, AttributeText(node, Names::Type), state.cameraType));
     // Kept: the attribute's being there is what specifies a value, also when its text does not convert.
     for (DecimalRow const& row : kDecimalRows)
     {
@@ -65,7 +45,7 @@ void ReadAttributes(DOMNode const* node, CameraState& state)
         Ignored(XMLStrUtil::XMLStrToDouble(text, (state.*row.member).value));
         (state.*row.member).isSpecified = true;
     }
-    if (XMLCh const* const text = AttributeText(node, u"IsDepthFieldDefined"))
+    if (XMLCh const* const text = AttributeText(node, Names::IsDepthFieldDefined))
         state.isDepthFieldDefined = {XMLStrUtil::XMLStrToInt(text) != 0, true};
 }
 
@@ -83,7 +63,7 @@ void ReadClippingPlane(DOMNode const* node, Specified<Plane>& plane)
 {
     for (DOMNode const* const child : Children(node))
     {
-        Match(child, On(u"PlaneData",
+        Match(child, On(Names::PlaneData,
                         [&]
                         {
                             ReadPlane(child, plane.value);
@@ -97,11 +77,12 @@ class CameraReading
 {
 public:
     CameraReading(DOMNode const* node, UTF8String id)
-        : m_camera(std::make_unique<XMLCamera>(std::move(id), XMLStrUtil::XMLStrToWStr(AttributeText(node, u"Label")))),
+        : m_camera(
+              std::make_unique<XMLCamera>(std::move(id), XMLStrUtil::XMLStrToWStr(AttributeText(node, Names::Label)))),
           m_state(m_camera->state)
     {
         // Kept: the camera alone has it. One inside a section camera does not answer for it.
-        m_camera->SetVersionPersistentId(XMLStrUtil::XMLStrToAStr(AttributeText(node, u"VersionPersistentId")));
+        m_camera->SetVersionPersistentId(XMLStrUtil::XMLStrToAStr(AttributeText(node, Names::VersionPersistentId)));
         ReadAttributes(node, m_state);
         // Kept: extension data of a camera is not kept, and neither is a change key.
         for (DOMNode* const child : Children(node))
@@ -119,19 +100,19 @@ private:
     void ReadChild(DOMNode* child)
     {
         Match(child,  //
-              On(u"Unit",
+              On(Names::Unit,
                  [&]
                  {
                      // Kept: of a camera's unit only the length counts.
-                     Ignored(XMLStrUtil::StringToUnitType(XMLStrUtil::XMLStrToAStr(AttributeText(child, u"LengthUnit")),
-                                                          m_state.lengthUnit));
+                     Ignored(XMLStrUtil::StringToUnitType(
+                         XMLStrUtil::XMLStrToAStr(AttributeText(child, Names::LengthUnit)), m_state.lengthUnit));
                  }),
-              On(u"CameraPosition", [&] { m_state.cameraPosition = ReadCoordinates<Position>(child); }),
-              On(u"CameraDirection", [&] { m_state.cameraDirection = ReadCoordinates<UnitVector>(child); }),
-              On(u"CameraUpDirection", [&] { m_state.cameraUpDirection = ReadCoordinates<UnitVector>(child); }),
-              On(u"NearPlane", [&] { ReadClippingPlane(child, m_state.nearPlane); }),
-              On(u"FarPlane", [&] { ReadClippingPlane(child, m_state.farPlane); }),
-              On(u"ISectionCamera", [&] { ReadSections(child); }));
+              On(Names::CameraPosition, [&] { m_state.cameraPosition = ReadCoordinates<Position>(child); }),
+              On(Names::CameraDirection, [&] { m_state.cameraDirection = ReadCoordinates<UnitVector>(child); }),
+              On(Names::CameraUpDirection, [&] { m_state.cameraUpDirection = ReadCoordinates<UnitVector>(child); }),
+              On(Names::NearPlane, [&] { ReadClippingPlane(child, m_state.nearPlane); }),
+              On(Names::FarPlane, [&] { ReadClippingPlane(child, m_state.farPlane); }),
+              On(Names::ISectionCamera, [&] { ReadSections(child); }));
     }
 
     void ReadSections(DOMNode const* node)
@@ -148,14 +129,14 @@ private:
         for (DOMNode* const child : Children(node))
         {
             Match(child,  //
-                  On(u"PlaneData",
+                  On(Names::PlaneData,
                      [&]
                      {
                          Plane plane;
                          ReadPlane(child, plane);
                          m_sectionCamera->AddSectionPlane(plane);
                      }),
-                  On(u"SectioningOperations",
+                  On(Names::SectioningOperations,
                      [&]
                      {
                          if (UTF8String const text = XMLStrUtil::XMLStrToAStr(TextContent(child)); !text.IsEmpty())
@@ -177,7 +158,7 @@ bool ReadCameraSet(XMLProducerImpl* producer, DOMNode* node, std::vector<UTF8Str
     // Kept: an element of any name is a camera.
     for (DOMNode const* const child : Children(node))
     {
-        UTF8String id = XMLStrUtil::XMLStrToAStr(AttributeText(child, u"ID"));
+        UTF8String id = XMLStrUtil::XMLStrToAStr(AttributeText(child, Names::ID));
         producer->ApplyIdMapping(id);
         // Kept: an id that is taken is listed all the same, unlike that of a level of detail.
         ids.push_back(id);

@@ -3,6 +3,7 @@
 
 #include "framework/api/ObjectCollector.h"
 #include "framework/xml_util/DomWalk.h"
+#include "framework/xml_util/FormatNames.h"
 #include "framework/xml_util/XMLStrUtil.h"
 #include "organisation/XMLView.h"
 #include "producer/ElementReaders.h"
@@ -33,7 +34,7 @@ constexpr BooleanForm kMemberVisibility_NotZeroElseHidden = {&IsNotZero, false};
 // Kept: the ids of the path stay as written, also where those of the styles beside it are mapped.
 IdSet ReadPath(DOMNode const* node)
 {
-    return ParseOccurrencePath(XMLStrUtil::XMLStrToAStr(AttributeText(node, u"Path")));
+    return ParseOccurrencePath(XMLStrUtil::XMLStrToAStr(AttributeText(node, Names::Path)));
 }
 
 void ReadTransform(DOMNode* node, Matrix3d& transform)
@@ -49,12 +50,12 @@ void ReadMember(XMLProducerImpl* producer, DOMNode const* node, XMLView& view)
     ViewMemberRecord record;
     for (DOMNode* const child : Children(node))
     {
-        Match(child,                                                   //
-              On(u"OccurrencePath", [&] { path = ReadPath(child); }),  //
-              On(u"EntityVisibility",
-                 [&] { record.visible = ReadBoolean(child, u"Visibility", kMemberVisibility_NotZeroElseHidden); }),
-              On(u"Styles", [&] { Ignored(ReadStyleRefs(producer, child, record.styles)); }),  //
-              On(u"Transform", [&] { ReadTransform(child, record.transform); }));
+        Match(child,                                                       //
+              On(Names::OccurrencePath, [&] { path = ReadPath(child); }),  //
+              On(Names::EntityVisibility,
+                 [&] { record.visible = ReadBoolean(child, Names::Visibility, kMemberVisibility_NotZeroElseHidden); }),
+              On(Names::Styles, [&] { Ignored(ReadStyleRefs(producer, child, record.styles)); }),  //
+              On(Names::Transform, [&] { ReadTransform(child, record.transform); }));
     }
     view.AddViewMember(std::move(path), std::move(record));
 }
@@ -62,7 +63,7 @@ void ReadMember(XMLProducerImpl* producer, DOMNode const* node, XMLView& view)
 void ReadMembers(XMLProducerImpl* producer, DOMNode const* node, XMLView& view)
 {
     for (DOMNode const* const child : Children(node))
-        Match(child, On(u"ViewMemberChild", [&] { ReadMember(producer, child, view); }));
+        Match(child, On(Names::ViewMemberChild, [&] { ReadMember(producer, child, view); }));
 }
 
 void ReadLengthUnit(DOMNode const* node, XMLView& view)
@@ -70,24 +71,24 @@ void ReadLengthUnit(DOMNode const* node, XMLView& view)
     // A text that is no unit leaves what an earlier element set.
     UnitTypeEnum unit = kUnitType_Unknown;
     Ignored(view.LengthUnit(unit));
-    Ignored(XMLStrUtil::StringToUnitType(XMLStrUtil::XMLStrToAStr(AttributeText(node, u"LengthUnit")), unit));
+    Ignored(XMLStrUtil::StringToUnitType(XMLStrUtil::XMLStrToAStr(AttributeText(node, Names::LengthUnit)), unit));
     view.SetLengthUnit(unit);
 }
 
 std::unique_ptr<XMLView> ReadView(XMLProducerImpl* producer, DOMNode const* node, UTF8String id)
 {
-    auto view = std::make_unique<XMLView>(XMLStrUtil::XMLStrToWStr(AttributeText(node, u"Label")), std::move(id));
-    view->SetVersionPersistentId(XMLStrUtil::XMLStrToAStr(AttributeText(node, u"VersionPersistentId")));
-    view->SetVisible(ReadBoolean(node, u"Visibility", kVisibility_NotZeroAbsentShown));
-    view->SetActive(ReadBoolean(node, u"IsActive", kActive_NotZeroAbsentActive));
+    auto view = std::make_unique<XMLView>(XMLStrUtil::XMLStrToWStr(AttributeText(node, Names::Label)), std::move(id));
+    view->SetVersionPersistentId(XMLStrUtil::XMLStrToAStr(AttributeText(node, Names::VersionPersistentId)));
+    view->SetVisible(ReadBoolean(node, Names::Visibility, kVisibility_NotZeroAbsentShown));
+    view->SetActive(ReadBoolean(node, Names::IsActive, kActive_NotZeroAbsentActive));
     IdSet cameras;
     // Kept: extension data of a view is not kept, and neither is a change key.
     for (DOMNode* const child : Children(node))
     {
-        Match(child,                                                            //
-              On(u"Unit", [&] { ReadLengthUnit(child, *view); }),               //
-              On(u"ViewMember", [&] { ReadMembers(producer, child, *view); }),  //
-              On(u"CameraSet", [&] { Ignored(ReadCameraRefs(producer, child, cameras)); }));
+        Match(child,                                                                //
+              On(Names::Unit, [&] { ReadLengthUnit(child, *view); }),               //
+              On(Names::ViewMember, [&] { ReadMembers(producer, child, *view); }),  //
+              On(Names::CameraSet, [&] { Ignored(ReadCameraRefs(producer, child, cameras)); }));
     }
     view->FinishMembers();
     view->SetCameraSet(std::move(cameras));
@@ -101,7 +102,7 @@ bool ReadViewSet(XMLProducerImpl* producer, DOMNode* node, std::vector<UTF8Strin
     // Kept: an element of any name is a view.
     for (DOMNode const* const child : Children(node))
     {
-        UTF8String id = XMLStrUtil::XMLStrToAStr(AttributeText(child, u"ID"));
+        UTF8String id = XMLStrUtil::XMLStrToAStr(AttributeText(child, Names::ID));
         producer->ApplyIdMapping(id);
         // Kept: an id that is taken is listed all the same.
         ids.push_back(id);

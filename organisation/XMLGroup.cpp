@@ -4,6 +4,7 @@
 
 #include "framework/api/ObjectCollector.h"
 #include "framework/xml_util/DomWalk.h"
+#include "framework/xml_util/FormatNames.h"
 #include "framework/xml_util/XMLStrUtil.h"
 #include "organisation/ItemsText.h"
 #include "producer/ElementReaders.h"
@@ -57,21 +58,21 @@ std::unique_ptr<XMLGroup> ReadGroup(XMLProducerImpl* producer, DOMNode const* no
     for (DOMNode* const child : Children(node))
     {
         Match(child,  //
-              On(u"Description", [&] { state.description = XMLStrUtil::XMLStrToWStr(child->getNodeValue()); }),
-              On(u"GeometryItems",
+              On(Names::Description, [&] { state.description = XMLStrUtil::XMLStrToWStr(child->getNodeValue()); }),
+              On(Names::GeometryItems,
                  [&]
                  {
-                     state.items = AttributeText(child, u"Items");
+                     state.items = AttributeText(child, Names::Items);
                      state.itemsHolder = nullptr;
                  }),
               // Kept: one content, written over by each element.
-              On(u"ExtensionData", [&] { Ignored(ReadExtensionData(child, extensionData)); }));
+              On(Names::ExtensionData, [&] { Ignored(ReadExtensionData(child, extensionData)); }));
     }
     auto group =
-        std::make_unique<XMLGroup>(XMLStrUtil::XMLStrToWStr(AttributeText(node, u"Label")), id, state.description);
+        std::make_unique<XMLGroup>(XMLStrUtil::XMLStrToWStr(AttributeText(node, Names::Label)), id, state.description);
     if (!extensionData.TypeId().IsEmpty())
         group->AddExtensionDataContent(extensionData);
-    group->SetVersionPersistentId(XMLStrUtil::XMLStrToAStr(AttributeText(node, u"VersionPersistentId")));
+    group->SetVersionPersistentId(XMLStrUtil::XMLStrToAStr(AttributeText(node, Names::VersionPersistentId)));
     // Kept: a group that states no members has those of the group before it.
     if (state.itemsHolder)
     {
@@ -93,7 +94,7 @@ bool ReadGroupSet(XMLProducerImpl* producer, DOMNode* node, std::vector<UTF8Stri
     // Kept: an element of any name is a group here, unlike in a set of layers.
     for (DOMNode const* const child : Children(node))
     {
-        UTF8String id = XMLStrUtil::XMLStrToAStr(AttributeText(child, u"ID"));
+        UTF8String id = XMLStrUtil::XMLStrToAStr(AttributeText(child, Names::ID));
         producer->ApplyIdMapping(id);
         // Kept: a group of an id that is taken is read and registered again.
         ids.push_back(id);

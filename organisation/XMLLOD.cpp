@@ -4,6 +4,7 @@
 
 #include "framework/api/ObjectCollector.h"
 #include "framework/xml_util/DomWalk.h"
+#include "framework/xml_util/FormatNames.h"
 #include "framework/xml_util/XMLStrUtil.h"
 #include "producer/ElementReaders.h"
 #include "producer/XMLProducerImpl.h"
@@ -18,18 +19,18 @@ bool ReadLodSet(XMLProducerImpl* producer, xercesc::DOMNode* node, std::vector<U
 {
     for (xercesc::DOMNode const* const child : Children(node))
     {
-        if (!IsNamed(child, u"ILod"))
+        if (!IsNamed(child, Names::ILod))
             continue;
         // Kept: the id stays as written, also where all others are mapped.
-        UTF8String const id = XMLStrUtil::XMLStrToAStr(AttributeText(child, u"ID"));
+        UTF8String const id = XMLStrUtil::XMLStrToAStr(AttributeText(child, Names::ID));
         // Kept: an id that is taken is not even listed, where a camera or view is.
         if (producer->objectCollector->HasObject(id))
             continue;
         // Kept: a level of detail has no persistent id of a version, whatever the element says.
         auto lod = std::make_unique<XMLLOD>(id);
         ids.push_back(id);
-        lod->SetLabel(XMLStrUtil::XMLStrToWStr(AttributeText(child, u"Label")));
-        lod->SetDescription(XMLStrUtil::XMLStrToWStr(AttributeText(child, u"Description")));
+        lod->SetLabel(XMLStrUtil::XMLStrToWStr(AttributeText(child, Names::Label)));
+        lod->SetDescription(XMLStrUtil::XMLStrToWStr(AttributeText(child, Names::Description)));
         producer->objectCollector->AddObject(lod.release());
     }
     return node != nullptr;

@@ -4,6 +4,7 @@
 
 #include "framework/api/ObjectCollector.h"
 #include "framework/xml_util/DomWalk.h"
+#include "framework/xml_util/FormatNames.h"
 #include "framework/xml_util/XMLStrUtil.h"
 #include "organisation/ItemsText.h"
 #include "producer/ElementReaders.h"
@@ -51,7 +52,7 @@ struct LayerFields
     IdSet styles;
 };
 
-void KeepFirst(DOMNode const* node, XMLCh const* name, XMLCh const*& text)
+void KeepFirst(DOMNode const* node, AttributeName name, XMLCh const*& text)
 {
     if (!text)
         text = AttributeText(node, name);
@@ -61,10 +62,10 @@ void KeepFirst(DOMNode const* node, XMLCh const* name, XMLCh const*& text)
 // in the other.
 void ReadCommonAttributes(DOMNode const* node, LayerFields& fields)
 {
-    KeepFirst(node, u"ID", fields.number);
-    KeepFirst(node, u"Description", fields.description);
-    KeepFirst(node, u"Visibility", fields.visibility);
-    KeepFirst(node, u"Items", fields.items);
+    KeepFirst(node, Names::ID, fields.number);
+    KeepFirst(node, Names::Description, fields.description);
+    KeepFirst(node, Names::Visibility, fields.visibility);
+    KeepFirst(node, Names::Items, fields.items);
 }
 
 void ReadLayer(XMLProducerImpl* producer, DOMNode const* node, UTF8String const& id)
@@ -72,20 +73,20 @@ void ReadLayer(XMLProducerImpl* producer, DOMNode const* node, UTF8String const&
     LayerFields fields;
     for (DOMNode* const child : Children(node))
     {
-        Match(child,                                                                           //
-              On(u"LayerInfo", [&] { ReadCommonAttributes(child, fields); }),                  //
-              On(u"GeometryItems", [&] { ReadCommonAttributes(child, fields); }),              //
-              On(u"ChangeKey", [&] { Ignored(ReadChangeKey(child, fields.changeKey)); }),      //
-              On(u"Styles", [&] { Ignored(ReadStyleRefs(producer, child, fields.styles)); }),  //
+        Match(child,                                                                               //
+              On(Names::LayerInfo, [&] { ReadCommonAttributes(child, fields); }),                  //
+              On(Names::GeometryItems, [&] { ReadCommonAttributes(child, fields); }),              //
+              On(Names::ChangeKey, [&] { Ignored(ReadChangeKey(child, fields.changeKey)); }),      //
+              On(Names::Styles, [&] { Ignored(ReadStyleRefs(producer, child, fields.styles)); }),  //
               // Kept: one content, written over by each element.
-              On(u"ExtensionData", [&] { Ignored(ReadExtensionData(child, fields.extensionData)); }));
+              On(Names::ExtensionData, [&] { Ignored(ReadExtensionData(child, fields.extensionData)); }));
     }
     auto layer = std::make_unique<XMLLayer>(
-        XMLStrUtil::XMLStrToWStr(AttributeText(node, u"Label")), XMLStrUtil::XMLStrToWStr(fields.description), id,
+        XMLStrUtil::XMLStrToWStr(AttributeText(node, Names::Label)), XMLStrUtil::XMLStrToWStr(fields.description), id,
         XMLStrUtil::XMLStrToInt(fields.number), IsShown(fields.visibility), fields.changeKey);
     if (!fields.extensionData.TypeId().IsEmpty())
         layer->AddExtensionDataContent(fields.extensionData);
-    layer->SetVersionPersistentId(XMLStrUtil::XMLStrToAStr(AttributeText(node, u"VersionPersistentId")));
+    layer->SetVersionPersistentId(XMLStrUtil::XMLStrToAStr(AttributeText(node, Names::VersionPersistentId)));
     layer->SetStyles(std::move(fields.styles));
     IdSet items;
     AddItems(*producer, fields.items, items);
@@ -99,9 +100,9 @@ bool ReadLayerSet(XMLProducerImpl* producer, DOMNode* node, std::vector<UTF8Stri
 {
     for (DOMNode const* const child : Children(node))
     {
-        if (!IsNamed(child, u"ILayer"))
+        if (!IsNamed(child, Names::ILayer))
             continue;
-        UTF8String id = XMLStrUtil::XMLStrToAStr(AttributeText(child, u"ID"));
+        UTF8String id = XMLStrUtil::XMLStrToAStr(AttributeText(child, Names::ID));
         producer->ApplyIdMapping(id);
         // Kept: a layer of an id that is taken is read and registered again.
         ids.push_back(id);

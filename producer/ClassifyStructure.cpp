@@ -3,6 +3,7 @@
 #include <xercesc/parsers/XercesDOMParser.hpp>
 
 #include "framework/xml_util/DomWalk.h"
+#include "framework/xml_util/FormatNames.h"
 #include "producer/ClassicLocaleScope.h"
 #include "producer/ElementReaders.h"
 
@@ -14,7 +15,7 @@ namespace
 
 using xercesc::DOMNode;
 
-DOMNode* FirstNamed(DOMNode const* parent, std::u16string_view name)
+DOMNode* FirstNamed(DOMNode const* parent, ElementName name)
 {
     for (DOMNode* const child : Children(parent))
     {
@@ -30,10 +31,10 @@ DOMNode* RootFile(DOMNode const* root)
     DOMNode* file = nullptr;
     for (DOMNode* const child : Children(root))
     {
-        if (!IsNamed(child, u"IFile"))
+        if (!IsNamed(child, Names::IFile))
             continue;
         file = child;
-        if (Equals(AttributeText(child, u"IsRoot"), u"1"))
+        if (Equals(AttributeText(child, Names::IsRoot), u"1"))
             break;
     }
     return file;
@@ -50,13 +51,13 @@ bool ClassifyStructure(xercesc::XercesDOMParser const* parser)
     DOMNode const* const file = RootFile(document->getDocumentElement());
     unsigned long long count = 0;
     bool hasPart = false;
-    for (DOMNode const* const child : Children(FirstNamed(file, u"ChildSet")))
+    for (DOMNode const* const child : Children(FirstNamed(file, Names::ChildSet)))
     {
         ++count;
-        XMLCh const* const type = AttributeText(child, u"Type");
-        if (Equals(type, u"IAssembly") || Equals(type, u"IInstance"))
+        XMLCh const* const type = AttributeText(child, Names::Type);
+        if (Equals(type, Names::IAssembly) || Equals(type, Names::IInstance))
             return true;
-        hasPart = hasPart || Equals(type, u"IPart");
+        hasPart = hasPart || Equals(type, Names::IPart);
         // A part with any sibling makes an assembly, whichever of the two comes first.
         if (count >= 2 && hasPart)
             return true;

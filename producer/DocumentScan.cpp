@@ -2,12 +2,13 @@
 
 #include <algorithm>
 #include <memory>
-#include <string_view>
+#include <optional>
 #include <xercesc/dom/DOMDocument.hpp>
 #include <xercesc/dom/DOMElement.hpp>
 #include <xercesc/parsers/XercesDOMParser.hpp>
 
 #include "framework/xml_util/DomWalk.h"
+#include "framework/xml_util/FormatNames.h"
 #include "framework/xml_util/SideFilePath.h"
 #include "framework/xml_util/SubObjectPersistentIdReader.h"
 #include "framework/xml_util/VitreolBlobExternalFileReader.h"
@@ -46,8 +47,8 @@ void LoadVitreolAssets(Scan const& scan, DOMNode const* node)
 void LoadSubObjectPersistentIds(Scan const& scan, DOMNode const* node)
 {
     UTF16String path;
-    XMLUtils::GetNodeAttribute(node, u"Path", path);
-    // Through narrow text and back, as the loader has always been given it.
+    XMLUtils::GetNodeAttribute(node, Names::Path, path);
+    // Kept: through narrow text and back, which makes U+FFFD of a lone surrogate.
     UTF16String const fullPath{UTF8String(ResolveSideFilePath(scan.sceneFilePath, path))};
     SubObjectPersistentIdReader reader;
     Ignored(reader.LoadSubObjectPersistentIds(fullPath, scan.producer.sideFileIndex->subObjectPersistentIds));
@@ -56,7 +57,7 @@ void LoadSubObjectPersistentIds(Scan const& scan, DOMNode const* node)
 UTF16String PathText(DOMNode const* node)
 {
     UTF16String path;
-    XMLUtils::GetNodeAttribute(node, u"Path", path);
+    XMLUtils::GetNodeAttribute(node, Names::Path, path);
     return path;
 }
 
@@ -89,20 +90,20 @@ void LoadMeshSegmentStore(Scan const& scan, DOMNode const* node)
 // the file is not touched.
 struct InfoRow
 {
-    std::u16string_view name;
-    XMLCh const* switchAttribute;
+    ElementName name;
+    std::optional<AttributeName> switchAttribute;
     void (*load)(Scan const& scan, DOMNode const* node);
 };
 
 constexpr XMLCh const* kSwitchedOn = u"True";
 
 constexpr InfoRow kInfoRows[] = {
-    {u"SatInfo", nullptr, &LoadKernelStore},
-    {u"GeometryInfo", u"GenerateGeometry", &LoadMeshStore<true>},
-    {u"MeshSegmentInfo", u"GenerateMeshSegment", &LoadMeshSegmentStore},
-    {u"MeshInfo", u"GenerateMesh", &LoadMeshStore<false>},
-    {u"VitreolMaterialInfo", u"GenerateSerializedVitreol", &LoadVitreolAssets},
-    {u"SubObjectPersistentIdInfo", u"GenerateSubObjectPersistentId", &LoadSubObjectPersistentIds},
+    {Names::SatInfo, std::nullopt, &LoadKernelStore},
+    {Names::GeometryInfo, Names::GenerateGeometry, &LoadMeshStore<true>},
+    {Names::MeshSegmentInfo, Names::GenerateMeshSegment, &LoadMeshSegmentStore},
+    {Names::MeshInfo, Names::GenerateMesh, &LoadMeshStore<false>},
+    {Names::VitreolMaterialInfo, Names::GenerateSerializedVitreol, &LoadVitreolAssets},
+    {Names::SubObjectPersistentIdInfo, Names::GenerateSubObjectPersistentId, &LoadSubObjectPersistentIds},
 };
 
 bool ReadInfoSection(Scan const& scan, DOMNode const* node, XMLCh const* name)
@@ -111,8 +112,8 @@ bool ReadInfoSection(Scan const& scan, DOMNode const* node, XMLCh const* name)
     {
         if (!Equals(name, row.name))
             continue;
-        bool const isOn = !row.switchAttribute || Equals(AttributeText(node, row.switchAttribute), kSwitchedOn);
-        if (isOn && AttributeText(node, u"Path"))
+        bool const isOn = !row.switchAttribute || Equals(AttributeText(node, *row.switchAttribute), kSwitchedOn);
+        if (isOn && AttributeText(node, Names::Path))
             row.load(scan, node);
         return true;
     }
@@ -132,15 +133,15 @@ void ReadUniverse(Scan const& scan, DOMNode* node)
 
 // Kept: "IAnnotationCalloutElement" is not among them, although the dispatcher knows the name: it is read only inside
 // its callout.
-constexpr std::u16string_view kObjectNames[] = {
-    u"IFile",         u"IAnnotationCallout",
-    u"IAssembly",     u"IPart",
-    u"IInstance",     u"IBrep",
-    u"IPoint",        u"IPolygonMesh",
-    u"IGeometricSet", u"IExtensionGeometry",
-    u"ICurve",        u"ISketch",
-    u"IPointCloud",   u"IWorkPoint",
-    u"IWorkAxis",     u"IWorkPlane",
+constexpr ElementName kObjectNames[] = {
+    Names::IFile,         Names::IAnnotationCallout,
+    Names::IAssembly,     Names::IPart,
+    Names::IInstance,     Names::IBrep,
+    Names::IPoint,        Names::IPolygonMesh,
+    Names::IGeometricSet, Names::IExtensionGeometry,
+    Names::ICurve,        Names::ISketch,
+    Names::IPointCloud,   Names::IWorkPoint,
+    Names::IWorkAxis,     Names::IWorkPlane,
 };
 
 }  // namespace
@@ -158,10 +159,10 @@ bool ScanDocument(xercesc::XercesDOMParser const* parser, UTF16String const& sce
         XMLCh const* const name = node->getNodeName();
         if (ReadInfoSection(scan, node, name))
             continue;
-        if (Equals(name, u"IUniverse"))
+        if (Equals(name, Names::IUniverse))
             ReadUniverse(scan, node);
         else if (std::any_of(std::begin(kObjectNames), std::end(kObjectNames),
-                             [&](std::u16string_view object) { return Equals(name, object); }))
+                             [&](ElementName const& object) { return Equals(name, object); }))
             producer.objectNodeIndex->AddNode(node);
     }
     producer.objectNodeIndex->ReadAllNodes(&producer);

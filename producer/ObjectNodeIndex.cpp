@@ -6,6 +6,7 @@
 
 #include "framework/api/IComponent.h"
 #include "framework/xml_util/DomWalk.h"
+#include "framework/xml_util/FormatNames.h"
 #include "framework/xml_util/XMLUtils.h"
 #include "geometry/XMLCurve.h"
 #include "geometry/XMLGeometricSet.h"
@@ -50,7 +51,7 @@ ObjectNodeIndex::~ObjectNodeIndex() = default;
 void ObjectNodeIndex::AddNode(DOMNode* node)
 {
     UTF8String id;
-    XMLUtils::GetNodeAttribute(node, u"ID", id);
+    XMLUtils::GetNodeAttribute(node, Names::ID, id);
     m_nodes[id] = node;
 }
 
@@ -103,36 +104,36 @@ ObjectNodeIndex::Outcome ObjectNodeIndex::ReadObject(DOMNode* node)
     SideFileIndex& index = *m_producer->sideFileIndex;
     Outcome outcome;
     bool const isKnown = Match(
-        node, On(u"IFile", [&] { ReadFile(node); }),
-        On(u"IAssembly", [&] { ReadComponent<XMLAssembly>(*m_producer, node); }),
-        On(u"IPart", [&] { ReadComponent<XMLPart>(*m_producer, node); }),
-        On(u"IInstance", [&] { Ignored(ReadInstance(node, *this)); }), On(u"IBrep", [&] { ReadBody(node); }),
-        On(u"ICurve", [&] { outcome = ReadCurve(node); }), On(u"IPolygonMesh", [&] { ReadMesh(node); }),
-        On(u"IExtensionGeometry",
+        node, On(Names::IFile, [&] { ReadFile(node); }),
+        On(Names::IAssembly, [&] { ReadComponent<XMLAssembly>(*m_producer, node); }),
+        On(Names::IPart, [&] { ReadComponent<XMLPart>(*m_producer, node); }),
+        On(Names::IInstance, [&] { Ignored(ReadInstance(node, *this)); }), On(Names::IBrep, [&] { ReadBody(node); }),
+        On(Names::ICurve, [&] { outcome = ReadCurve(node); }), On(Names::IPolygonMesh, [&] { ReadMesh(node); }),
+        On(Names::IExtensionGeometry,
            [&]
            {
                Ignored(ReadExtensionGeometry(m_producer, node, index.bodyEntities, index.curveEntities, index.meshStore,
                                              index.curveStore));
            }),
-        On(u"IGeometricSet",
+        On(Names::IGeometricSet,
            [&]
            {
                outcome = ReadOrKeep<XMLGeometricSet>(node, index.bodyEntities, index.curveEntities, index.meshStore,
                                                      index.curveStore);
            }),
         // Kept: done in any case, where the others that fail stay.
-        On(u"IPoint", [&] { Ignored(ReadAndRegister<XMLPoint>(m_producer, node)); }),
+        On(Names::IPoint, [&] { Ignored(ReadAndRegister<XMLPoint>(m_producer, node)); }),
         // What a sketch that failed has left registered a second reading would register again.
-        On(u"ISketch", [&] { outcome.answer = ReadOrKeep<XMLSketch>(node, index.curveEntities).answer; }),
-        On(u"IPointCloud", [&] { outcome = ReadOrKeep<XMLPointCloud>(node); }),
-        On(u"IWorkAxis", [&] { outcome = ReadOrKeep<XMLWorkAxis>(node); }),
-        On(u"IWorkPlane", [&] { outcome = ReadOrKeep<XMLWorkPlane>(node); }),
-        On(u"IWorkPoint", [&] { outcome = ReadOrKeep<XMLWorkPoint>(node); }),
-        On(u"IAnnotationCallout",
+        On(Names::ISketch, [&] { outcome.answer = ReadOrKeep<XMLSketch>(node, index.curveEntities).answer; }),
+        On(Names::IPointCloud, [&] { outcome = ReadOrKeep<XMLPointCloud>(node); }),
+        On(Names::IWorkAxis, [&] { outcome = ReadOrKeep<XMLWorkAxis>(node); }),
+        On(Names::IWorkPlane, [&] { outcome = ReadOrKeep<XMLWorkPlane>(node); }),
+        On(Names::IWorkPoint, [&] { outcome = ReadOrKeep<XMLWorkPoint>(node); }),
+        On(Names::IAnnotationCallout,
            [&] {
                Ignored(ReadAnnotationCallout(m_producer, node, index.curveEntities, index.meshStore, index.curveStore));
            }),
-        On(u"IAnnotationCalloutElement",
+        On(Names::IAnnotationCalloutElement,
            [&] {
                Ignored(ReadAnnotationCalloutElement(m_producer, node, index.curveEntities, index.meshStore,
                                                     index.curveStore));
@@ -166,7 +167,7 @@ ObjectNodeIndex::Outcome ObjectNodeIndex::ReadCurve(DOMNode* node)
         return outcome;
     // Kept: looked up by the id as written, also when ids are mapped.
     UTF8String writtenId;
-    XMLUtils::GetNodeAttribute(node, u"ID", writtenId);
+    XMLUtils::GetNodeAttribute(node, Names::ID, writtenId);
     if (m_producer->objectCollector->HasObject(writtenId))
         return outcome;
     auto curve = std::make_unique<XMLCurve>(m_producer);

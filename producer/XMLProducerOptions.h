@@ -20,11 +20,13 @@ public:
 
     /// Whether the host wants layers; true until set. Stored and reported: layers are read in any case.
     bool WantLayer() const noexcept;
+    /// Sets what WantLayer answers.
     void SetWantLayer(bool want) noexcept;
 
     /// Whether kernel stores that the kernel judges insecure are restored all the same; false until set. Leave it off
     /// for files that you do not trust.
     bool WantRestoreInsecureGMKFiles() const noexcept;
+    /// Sets whether they are; to be called before BeginProcess.
     void SetWantRestoreInsecureGMKFiles(bool want) noexcept;
 
 private:

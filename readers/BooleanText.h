@@ -1,6 +1,7 @@
 #pragma once
 
 #include "framework/xml_util/DomWalk.h"
+#include "framework/xml_util/FormatNames.h"
 #include "framework/xml_util/XMLStrUtil.h"
 
 namespace KVR
@@ -30,7 +31,7 @@ inline constexpr BooleanForm kVisibility_OneElseHiddenAbsentShown = {
     [](XMLCh const* text) { return Equals(text, u"1"); }, true};
 
 /// The attribute's answer in the given form.
-inline bool ReadBoolean(xercesc::DOMNode const* node, XMLCh const* name, BooleanForm const& form)
+inline bool ReadBoolean(xercesc::DOMNode const* node, AttributeName name, BooleanForm const& form)
 {
     XMLCh const* const text = AttributeText(node, name);
     return text ? form.test(text) : form.ifAbsent;

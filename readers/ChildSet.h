@@ -6,6 +6,7 @@
 #include <xercesc/dom/DOMNode.hpp>
 
 #include "framework/xml_util/DomWalk.h"
+#include "framework/xml_util/FormatNames.h"
 #include "producer/SideFileIndex.h"
 
 namespace KVR
@@ -49,7 +50,7 @@ enum class ChildSetEnd
 template <class ChildIdT>
 struct ChildRow
 {
-    std::u16string_view name;
+    ElementName name;
     bool (*build)(ChildContext const& context, xercesc::DOMNode* node, std::vector<ChildIdT>& children);
     OnFailureEnum onFailure;
 };

@@ -2,14 +2,16 @@
 
 #include <array>
 
+#include "framework/xml_util/FormatNames.h"
+
 namespace KVR
 {
 
 void ReadColor(xercesc::DOMNode const* node, Color& color)
 {
     std::array<XMLCh const*, 4> const texts = {
-        AttributeText(node, u"FractionRed"), AttributeText(node, u"FractionGreen"),
-        AttributeText(node, u"FractionBlue"), AttributeText(node, u"FractionAlpha")};
+        AttributeText(node, Names::FractionRed), AttributeText(node, Names::FractionGreen),
+        AttributeText(node, Names::FractionBlue), AttributeText(node, Names::FractionAlpha)};
     std::array<double, 4> fractions{};
     for (std::size_t i = 0; i < texts.size(); ++i)
     {
@@ -21,9 +23,9 @@ void ReadColor(xercesc::DOMNode const* node, Color& color)
 
 bool ReadFractions(xercesc::DOMNode const* node, Color& color)
 {
-    XMLCh const* const redText = AttributeText(node, u"FractionRed");
-    XMLCh const* const greenText = AttributeText(node, u"FractionGreen");
-    XMLCh const* const blueText = AttributeText(node, u"FractionBlue");
+    XMLCh const* const redText = AttributeText(node, Names::FractionRed);
+    XMLCh const* const greenText = AttributeText(node, Names::FractionGreen);
+    XMLCh const* const blueText = AttributeText(node, Names::FractionBlue);
     if (!redText || !greenText || !blueText)
         return false;
     double red = 0.0;
@@ -32,7 +34,7 @@ bool ReadFractions(xercesc::DOMNode const* node, Color& color)
     XMLStrUtil::XMLStrToDouble(redText, red);
     XMLStrUtil::XMLStrToDouble(greenText, green);
     XMLStrUtil::XMLStrToDouble(blueText, blue);
-    XMLCh const* const alphaText = AttributeText(node, u"FractionAlpha");
+    XMLCh const* const alphaText = AttributeText(node, Names::FractionAlpha);
     if (alphaText)
     {
         double alpha = 0.0;

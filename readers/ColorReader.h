@@ -4,6 +4,7 @@
 
 #include "framework/api/Color.h"
 #include "framework/xml_util/DomWalk.h"
+#include "framework/xml_util/FormatNames.h"
 #include "framework/xml_util/XMLStrUtil.h"
 
 namespace KVR
@@ -28,7 +29,7 @@ template <class Style>
     if (!ReadFractions(node, color))
         return false;
     (style.*setColor)(color);
-    XMLCh const* const factorText = AttributeText(node, u"ColorFactor");
+    XMLCh const* const factorText = AttributeText(node, Names::ColorFactor);
     if (setFactor && factorText)
     {
         double factor = 0.0;

@@ -1,6 +1,7 @@
 #include "readers/CoordinateReader.h"
 
 #include "framework/xml_util/DomWalk.h"
+#include "framework/xml_util/FormatNames.h"
 #include "framework/xml_util/XMLStrUtil.h"
 #include "readers/Ignored.h"
 
@@ -10,7 +11,7 @@ namespace KVR
 namespace
 {
 
-bool ReadCoordinate(xercesc::DOMNode const* node, XMLCh const* name, double& value)
+bool ReadCoordinate(xercesc::DOMNode const* node, AttributeName name, double& value)
 {
     return XMLStrUtil::XMLStrToDouble(AttributeText(node, name), value);
 }
@@ -35,9 +36,9 @@ void ReadXYZ(xercesc::DOMNode const* node, double& x, double& y, double& z)
 
 bool ReadXYZChecked(xercesc::DOMNode const* node, double& x, double& y, double& z)
 {
-    Ignored(ReadCoordinate(node, u"X", x));
-    Ignored(ReadCoordinate(node, u"Y", y));
-    return ReadCoordinate(node, u"Z", z);
+    Ignored(ReadCoordinate(node, Names::X, x));
+    Ignored(ReadCoordinate(node, Names::Y, y));
+    return ReadCoordinate(node, Names::Z, z);
 }
 
 void ReadPlane(xercesc::DOMNode const* node, Plane& plane)
@@ -50,10 +51,10 @@ void ReadPlane(xercesc::DOMNode const* node, Plane& plane)
     bool hasReference = false;
     for (xercesc::DOMNode const* const child : Children(node))
     {
-        Match(child,                                            //
-              On(u"Origin", [&] { ReadInto(child, origin); }),  //
-              On(u"Normal", [&] { ReadInto(child, normal); }),  //
-              On(u"Reference",
+        Match(child,                                                //
+              On(Names::Origin, [&] { ReadInto(child, origin); }),  //
+              On(Names::Normal, [&] { ReadInto(child, normal); }),  //
+              On(Names::Reference,
                  [&]
                  {
                      ReadInto(child, reference);

@@ -4,6 +4,8 @@
 
 #include "framework/api/Matrix3d.h"
 #include "framework/xml_util/DomWalk.h"
+#include "framework/xml_util/EnumTexts.h"
+#include "framework/xml_util/FormatNames.h"
 #include "framework/xml_util/XMLObject.h"
 #include "framework/xml_util/XMLStrUtil.h"
 #include "readers/Ignored.h"
@@ -12,31 +14,23 @@
 namespace KVR
 {
 
-namespace
-{
-
-// Kept: spelled with one r; with two it is another word.
-constexpr std::u16string_view kOccurrencePathType = u"kObjectPathTypeEnum_OccurancePath";
-
-}  // namespace
-
 bool ReadExtensionData(xercesc::DOMNode const* node, ExtensionDataContent& content)
 {
-    if (!IsNamed(node, u"ExtensionData"))
+    if (!IsNamed(node, Names::ExtensionData))
         return false;
-    content.SetTypeId(XMLStrUtil::XMLStrToAStr(AttributeOrEmpty(node, u"TypeId")));
-    content.SetData(XMLStrUtil::XMLStrToAStr(AttributeOrEmpty(node, u"Content")));
-    content.SetObjectPath(ParseOccurrencePath(XMLStrUtil::XMLStrToAStr(AttributeOrEmpty(node, u"OccurrencePath"))),
-                          Equals(AttributeText(node, u"Type"), kOccurrencePathType)
-                              ? ExtensionDataContent::kObjectPathType_Occurrence
-                              : ExtensionDataContent::kObjectPathType_Other);
-    if (XMLCh const* const text = AttributeText(node, u"LengthUnit"))
+    content.SetTypeId(XMLStrUtil::XMLStrToAStr(AttributeOrEmpty(node, Names::TypeId)));
+    content.SetData(XMLStrUtil::XMLStrToAStr(AttributeOrEmpty(node, Names::Content)));
+    auto pathType = ExtensionDataContent::kObjectPathType_Other;
+    Ignored(ValueOfText(kObjectPathTypeTexts, AttributeText(node, Names::Type), pathType));
+    content.SetObjectPath(ParseOccurrencePath(XMLStrUtil::XMLStrToAStr(AttributeOrEmpty(node, Names::OccurrencePath))),
+                          pathType);
+    if (XMLCh const* const text = AttributeText(node, Names::LengthUnit))
     {
         UnitTypeEnum unit = kUnitType_Unknown;
         XMLStrUtil::StringToUnitType(XMLStrUtil::XMLStrToAStr(text), unit);
         content.SetLengthUnit(unit);
     }
-    if (XMLCh const* const text = AttributeText(node, u"Transformation"))
+    if (XMLCh const* const text = AttributeText(node, Names::Transformation))
     {
         Matrix3d transform;
         XMLStrUtil::GetTransfFromStr(text, transform);

@@ -3,6 +3,7 @@
 #include <xercesc/dom/DOMNamedNodeMap.hpp>
 
 #include "framework/xml_util/DomWalk.h"
+#include "framework/xml_util/FormatNames.h"
 #include "framework/xml_util/XMLStrUtil.h"
 
 namespace KVR
@@ -22,7 +23,7 @@ bool ReadNodeAttributes(xercesc::DOMNode const* node, AttributeMap& attributes)
     return true;
 }
 
-XMLCh const* AttributeOrEmpty(xercesc::DOMNode const* node, XMLCh const* name)
+XMLCh const* AttributeOrEmpty(xercesc::DOMNode const* node, AttributeName name)
 {
     XMLCh const* const text = AttributeText(node, name);
     return text ? text : u"";

@@ -5,6 +5,7 @@
 
 #include "framework/api/UTF16String.h"
 #include "framework/api/UTF8String.h"
+#include "framework/xml_util/FormatNames.h"
 
 namespace KVR
 {
@@ -16,6 +17,6 @@ using AttributeMap = std::map<UTF8String, UTF16String>;
 [[nodiscard]] bool ReadNodeAttributes(xercesc::DOMNode const* node, AttributeMap& attributes);
 
 /// The text of an attribute, owned by the document; empty when it is absent.
-XMLCh const* AttributeOrEmpty(xercesc::DOMNode const* node, XMLCh const* name);
+XMLCh const* AttributeOrEmpty(xercesc::DOMNode const* node, AttributeName name);
 
 }  // namespace KVR

@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "framework/xml_util/DomWalk.h"
-#include "framework/xml_util/TextConstants.h"
+#include "framework/xml_util/FormatNames.h"
 #include "framework/xml_util/XMLStrUtil.h"
 #include "framework/xml_util/XMLUtils.h"
 #include "producer/XMLProducerImpl.h"
@@ -15,12 +15,12 @@ namespace KVR
 namespace
 {
 
-bool ReadRefs(XMLProducerImpl* producer, xercesc::DOMNode const* node, std::u16string_view refName, IdSet& ids)
+bool ReadRefs(XMLProducerImpl* producer, xercesc::DOMNode const* node, ElementName refName, IdSet& ids)
 {
     for (xercesc::DOMNode const* const child : Children(node))
     {
         UTF8String id;
-        if (!IsNamed(child, refName) || !XMLUtils::GetNodeAttribute(child, u"ID", id) || id.IsEmpty())
+        if (!IsNamed(child, refName) || !XMLUtils::GetNodeAttribute(child, Names::ID, id) || id.IsEmpty())
             continue;
         producer->ApplyIdMapping(id);
         ids.AddWithUniquenessCheck(std::move(id));
@@ -32,19 +32,19 @@ bool ReadRefs(XMLProducerImpl* producer, xercesc::DOMNode const* node, std::u16s
 
 bool ReadStyleRefs(XMLProducerImpl* producer, xercesc::DOMNode const* node, IdSet& styles)
 {
-    if (!IsNamed(node, u"Styles") && !IsNamed(node, u"NetStyles"))
+    if (!IsNamed(node, Names::Styles) && !IsNamed(node, Names::NetStyles))
         return false;
-    return ReadRefs(producer, node, kStyleRef, styles);
+    return ReadRefs(producer, node, Names::StyleRef, styles);
 }
 
 bool ReadCameraRefs(XMLProducerImpl* producer, xercesc::DOMNode const* node, IdSet& cameras)
 {
-    return IsNamed(node, u"CameraSet") && ReadRefs(producer, node, u"CameraRef", cameras);
+    return IsNamed(node, Names::CameraSet) && ReadRefs(producer, node, Names::CameraRef, cameras);
 }
 
 bool ReadChildRef(XMLProducerImpl* producer, xercesc::DOMNode const* node, UTF8String& id)
 {
-    return producer->QueryMappedObject(XMLStrUtil::XMLStrToAStr(AttributeOrEmpty(node, u"ID")), id);
+    return producer->QueryMappedObject(XMLStrUtil::XMLStrToAStr(AttributeOrEmpty(node, Names::ID)), id);
 }
 
 }  // namespace KVR

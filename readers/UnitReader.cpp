@@ -1,6 +1,7 @@
 #include "readers/UnitReader.h"
 
 #include "framework/xml_util/DomWalk.h"
+#include "framework/xml_util/FormatNames.h"
 #include "framework/xml_util/XMLStrUtil.h"
 #include "readers/Ignored.h"
 #include "readers/NodeAttributes.h"
@@ -11,12 +12,12 @@ namespace KVR
 namespace
 {
 
-bool ReadUnitText(xercesc::DOMNode const* node, XMLCh const* name, UnitTypeEnum& unit)
+bool ReadUnitText(xercesc::DOMNode const* node, AttributeName name, UnitTypeEnum& unit)
 {
     return XMLStrUtil::StringToUnitType(XMLStrUtil::XMLStrToAStr(AttributeOrEmpty(node, name)), unit);
 }
 
-bool ReadDouble(xercesc::DOMNode const* node, XMLCh const* name, double& value)
+bool ReadDouble(xercesc::DOMNode const* node, AttributeName name, double& value)
 {
     return XMLStrUtil::XMLStrToDouble(AttributeOrEmpty(node, name), value);
 }
@@ -26,11 +27,11 @@ bool ReadDouble(xercesc::DOMNode const* node, XMLCh const* name, double& value)
 bool ReadUnit(xercesc::DOMNode const* node, UnitTypeEnum& lengthUnit, UnitTypeEnum& displayAngleUnit,
               UnitTypeEnum& displayLengthUnit)
 {
-    if (!IsNamed(node, u"Unit"))
+    if (!IsNamed(node, Names::Unit))
         return false;
-    Ignored(ReadUnitText(node, u"LengthUnit", lengthUnit));
-    Ignored(ReadUnitText(node, u"DisplayAngleUnit", displayAngleUnit));
-    return ReadUnitText(node, u"DisplayLengthUnit", displayLengthUnit);
+    Ignored(ReadUnitText(node, Names::LengthUnit, lengthUnit));
+    Ignored(ReadUnitText(node, Names::DisplayAngleUnit, displayAngleUnit));
+    return ReadUnitText(node, Names::DisplayLengthUnit, displayLengthUnit);
 }
 
 bool ReadLengthUnits(xercesc::DOMNode const* node, UnitTypeEnum& lengthUnit, UnitTypeEnum& displayLengthUnit)
@@ -41,25 +42,25 @@ bool ReadLengthUnits(xercesc::DOMNode const* node, UnitTypeEnum& lengthUnit, Uni
 
 bool ReadTolerance(xercesc::DOMNode const* node, double& angular, double& linear, double& param)
 {
-    if (!IsNamed(node, u"Tolerance"))
+    if (!IsNamed(node, Names::Tolerance))
         return false;
-    Ignored(ReadDouble(node, u"AngularTolerance", angular));
-    Ignored(ReadDouble(node, u"LinearTolerance", linear));
-    return ReadDouble(node, u"ParamTolerance", param);
+    Ignored(ReadDouble(node, Names::AngularTolerance, angular));
+    Ignored(ReadDouble(node, Names::LinearTolerance, linear));
+    return ReadDouble(node, Names::ParamTolerance, param);
 }
 
 bool ReadUnitAndTolerance(xercesc::DOMNode const* node, UnitTypeEnum& lengthUnit, double* angular, double* linear,
                           double* param)
 {
-    if (!IsNamed(node, u"UnitAndTolerance"))
+    if (!IsNamed(node, Names::UnitAndTolerance))
         return false;
-    bool isRead = ReadUnitText(node, u"LengthUnit", lengthUnit);
+    bool isRead = ReadUnitText(node, Names::LengthUnit, lengthUnit);
     if (angular)
-        isRead = ReadDouble(node, u"AngularTolerance", *angular);
+        isRead = ReadDouble(node, Names::AngularTolerance, *angular);
     if (linear)
-        isRead = ReadDouble(node, u"LinearTolerance", *linear);
+        isRead = ReadDouble(node, Names::LinearTolerance, *linear);
     if (param)
-        isRead = ReadDouble(node, u"ParamTolerance", *param);
+        isRead = ReadDouble(node, Names::ParamTolerance, *param);
     return isRead;
 }
 

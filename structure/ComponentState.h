@@ -3,6 +3,7 @@
 #include <xercesc/dom/DOMNode.hpp>
 
 #include "framework/xml_util/DomWalk.h"
+#include "framework/xml_util/FormatNames.h"
 #include "framework/xml_util/ObjectState.h"
 #include "framework/xml_util/XMLUtils.h"
 #include "producer/SideFileIndex.h"
@@ -36,11 +37,11 @@ protected:
 
     void ReadAttributes(xercesc::DOMNode const* node)
     {
-        XMLUtils::GetNodeAttribute(node, u"ID", this->m_id);
+        XMLUtils::GetNodeAttribute(node, Names::ID, this->m_id);
         m_producer->ApplyIdMapping(this->m_id);
-        XMLUtils::GetNodeAttribute(node, u"Label", this->m_label);
-        m_isSingleUnderRoot = ReadBoolean(node, u"IsSingleUnderRoot", kBoolean_IntegerOneElseFalse);
-        XMLUtils::GetNodeAttribute(node, u"VersionPersistentId", this->m_versionPersistentId);
+        XMLUtils::GetNodeAttribute(node, Names::Label, this->m_label);
+        m_isSingleUnderRoot = ReadBoolean(node, Names::IsSingleUnderRoot, kBoolean_IntegerOneElseFalse);
+        XMLUtils::GetNodeAttribute(node, Names::VersionPersistentId, this->m_versionPersistentId);
     }
 
     void ReadUnits(xercesc::DOMNode const* node)

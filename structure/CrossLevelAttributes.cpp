@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "framework/xml_util/DomWalk.h"
+#include "framework/xml_util/FormatNames.h"
 #include "framework/xml_util/XMLStrUtil.h"
 #include "readers/BooleanText.h"
 #include "readers/ExtensionDataReader.h"
@@ -20,13 +21,13 @@ using xercesc::DOMNode;
 
 IdSet PathOf(DOMNode const* node)
 {
-    return ParseOccurrencePath(XMLStrUtil::XMLStrToAStr(AttributeOrEmpty(node, u"Path")));
+    return ParseOccurrencePath(XMLStrUtil::XMLStrToAStr(AttributeOrEmpty(node, Names::Path)));
 }
 
 // Kept: a style override without a path is passed over, while the other two are kept with an empty path.
 void ReadEntityStyles(XMLProducerImpl* producer, DOMNode const* node, std::vector<CrossLevelStyle>& styles)
 {
-    if (Equals(AttributeOrEmpty(node, u"Path"), u""))
+    if (Equals(AttributeOrEmpty(node, Names::Path), u""))
         return;
     CrossLevelStyle style;
     for (DOMNode const* const child : Children(node))
@@ -37,19 +38,19 @@ void ReadEntityStyles(XMLProducerImpl* producer, DOMNode const* node, std::vecto
 
 void ReadEntityVisibility(DOMNode const* node, std::vector<CrossLevelVisibility>& visibilities)
 {
-    visibilities.push_back({PathOf(node), ReadBoolean(node, u"Visibility", kVisibility_OneElseHidden)});
+    visibilities.push_back({PathOf(node), ReadBoolean(node, Names::Visibility, kVisibility_OneElseHidden)});
 }
 
 void ReadEntityTransformation(DOMNode const* node, std::vector<CrossLevelTransform>& transforms)
 {
     CrossLevelTransform transform;
-    XMLStrUtil::GetTransfFromStr(AttributeOrEmpty(node, u"Transformation"), transform.transform);
+    XMLStrUtil::GetTransfFromStr(AttributeOrEmpty(node, Names::Transformation), transform.transform);
     transform.path = PathOf(node);
     transforms.push_back(std::move(transform));
 }
 
 template <class Action>
-void ForEachNamed(DOMNode const* parent, std::u16string_view name, Action action)
+void ForEachNamed(DOMNode const* parent, ElementName name, Action action)
 {
     for (DOMNode const* const child : Children(parent))
     {
@@ -69,10 +70,10 @@ bool ReadCrossLevelAttributes(XMLProducerImpl* producer, DOMNode const* node,
     auto const readTransform = [&](DOMNode const* entity) { ReadEntityTransformation(entity, transforms); };
     for (DOMNode const* const child : Children(node))
     {
-        Match(child,                                                                                   //
-              On(u"Styles", [&] { ForEachNamed(child, u"EntityStyles", readStyles); }),                //
-              On(u"Visibilities", [&] { ForEachNamed(child, u"EntityVisibility", readVisibility); }),  //
-              On(u"Transformations", [&] { ForEachNamed(child, u"EntityTransformation", readTransform); }));
+        Match(child,                                                                                           //
+              On(Names::Styles, [&] { ForEachNamed(child, Names::EntityStyles, readStyles); }),                //
+              On(Names::Visibilities, [&] { ForEachNamed(child, Names::EntityVisibility, readVisibility); }),  //
+              On(Names::Transformations, [&] { ForEachNamed(child, Names::EntityTransformation, readTransform); }));
     }
     return node != nullptr;
 }

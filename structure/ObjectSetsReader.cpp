@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "framework/xml_util/DomWalk.h"
+#include "framework/xml_util/FormatNames.h"
 #include "producer/ElementReaders.h"
 #include "readers/Ignored.h"
 
@@ -43,12 +44,12 @@ bool ReadObjectSets(XMLProducerImpl* producer, DOMNode* node, AttributeSetIds& s
 {
     for (DOMNode* const child : Children(node))
     {
-        Match(child,                                                                                  //
-              On(u"GroupSet", [&] { ReadInto(producer, child, &ReadGroupSet, sets.groups); }),        //
-              On(u"LayerSet", [&] { ReadInto(producer, child, &ReadLayerSet, sets.layers); }),        //
-              On(u"TextureSet", [&] { ReadInto(producer, child, &ReadTextureSet, sets.textures); }),  //
-              On(u"StyleSet", [&] { ReadStylesInto(producer, child, vitreolAssets, sets.styles); }),  //
-              On(u"LodSet", [&] { ReadInto(producer, child, &ReadLodSet, sets.lods); }));
+        Match(child,                                                                                      //
+              On(Names::GroupSet, [&] { ReadInto(producer, child, &ReadGroupSet, sets.groups); }),        //
+              On(Names::LayerSet, [&] { ReadInto(producer, child, &ReadLayerSet, sets.layers); }),        //
+              On(Names::TextureSet, [&] { ReadInto(producer, child, &ReadTextureSet, sets.textures); }),  //
+              On(Names::StyleSet, [&] { ReadStylesInto(producer, child, vitreolAssets, sets.styles); }),  //
+              On(Names::LodSet, [&] { ReadInto(producer, child, &ReadLodSet, sets.lods); }));
     }
     return node != nullptr;
 }
@@ -58,9 +59,9 @@ bool ReadObjectSetsWithViews(XMLProducerImpl* producer, DOMNode* node, Attribute
 {
     Ignored(ReadObjectSets(producer, node, sets, vitreolAssets));
     for (DOMNode* const child : Children(node))
-        Match(child, On(u"CameraSet", [&] { ReadInto(producer, child, &ReadCameraSet, sets.cameras); }));
+        Match(child, On(Names::CameraSet, [&] { ReadInto(producer, child, &ReadCameraSet, sets.cameras); }));
     for (DOMNode* const child : Children(node))
-        Match(child, On(u"ViewSet", [&] { ReadInto(producer, child, &ReadViewSet, sets.views); }));
+        Match(child, On(Names::ViewSet, [&] { ReadInto(producer, child, &ReadViewSet, sets.views); }));
     return node != nullptr;
 }
 

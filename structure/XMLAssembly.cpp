@@ -2,6 +2,7 @@
 
 #include "framework/api/Exception.h"
 #include "framework/api/Subscript.h"
+#include "framework/xml_util/FormatNames.h"
 #include "geometry/XMLExtensionGeometry.h"
 #include "geometry/XMLGeometricSet.h"
 #include "geometry/XMLPoint.h"
@@ -42,21 +43,21 @@ bool BuildFeatureOverride(ChildContext const& context, xercesc::DOMNode* node, s
 }
 
 constexpr ChildRow<AssemblyChildId> kChildRows[] = {
-    {u"IInstance", &BuildInstance, kOnFailure_Abort},
-    {u"IAssemblyFeatureOverride", &BuildFeatureOverride, kOnFailure_Abort},
-    {u"ISketch", &BuildSketch<AssemblyChildId>, kOnFailure_Abort},
-    {u"IBrep", &BuildBrep<AssemblyChildId>, kOnFailure_Next},
-    {u"ICurve", &BuildCurve<AssemblyChildId>, kOnFailure_Next},
-    {u"IPoint", &BuildObject<AssemblyChildId, XMLPoint>, kOnFailure_Abort},
-    {u"IPointCloud", &BuildObject<AssemblyChildId, XMLPointCloud>, kOnFailure_Abort},
-    {u"IPolygonMesh", &BuildPolygonMesh<AssemblyChildId>, kOnFailure_Next},
-    {u"IGeometricSet", &BuildBundle<AssemblyChildId, XMLGeometricSet>, kOnFailure_Abort},
-    {u"IExtensionGeometry", &BuildBundle<AssemblyChildId, XMLExtensionGeometry>, kOnFailure_Abort},
-    {u"Child", &BuildChildRef<AssemblyChildId>, kOnFailure_Next},
-    {u"IWorkAxis", &BuildObject<AssemblyChildId, XMLWorkAxis>, kOnFailure_Next},
-    {u"IWorkPlane", &BuildObject<AssemblyChildId, XMLWorkPlane>, kOnFailure_Next},
-    {u"IWorkPoint", &BuildObject<AssemblyChildId, XMLWorkPoint>, kOnFailure_Next},
-    {u"IAnnotationCallout", &BuildAnnotationCallout<AssemblyChildId>, kOnFailure_Abort},
+    {Names::IInstance, &BuildInstance, kOnFailure_Abort},
+    {Names::IAssemblyFeatureOverride, &BuildFeatureOverride, kOnFailure_Abort},
+    {Names::ISketch, &BuildSketch<AssemblyChildId>, kOnFailure_Abort},
+    {Names::IBrep, &BuildBrep<AssemblyChildId>, kOnFailure_Next},
+    {Names::ICurve, &BuildCurve<AssemblyChildId>, kOnFailure_Next},
+    {Names::IPoint, &BuildObject<AssemblyChildId, XMLPoint>, kOnFailure_Abort},
+    {Names::IPointCloud, &BuildObject<AssemblyChildId, XMLPointCloud>, kOnFailure_Abort},
+    {Names::IPolygonMesh, &BuildPolygonMesh<AssemblyChildId>, kOnFailure_Next},
+    {Names::IGeometricSet, &BuildBundle<AssemblyChildId, XMLGeometricSet>, kOnFailure_Abort},
+    {Names::IExtensionGeometry, &BuildBundle<AssemblyChildId, XMLExtensionGeometry>, kOnFailure_Abort},
+    {Names::Child, &BuildChildRef<AssemblyChildId>, kOnFailure_Next},
+    {Names::IWorkAxis, &BuildObject<AssemblyChildId, XMLWorkAxis>, kOnFailure_Next},
+    {Names::IWorkPlane, &BuildObject<AssemblyChildId, XMLWorkPlane>, kOnFailure_Next},
+    {Names::IWorkPoint, &BuildObject<AssemblyChildId, XMLWorkPoint>, kOnFailure_Next},
+    {Names::IAnnotationCallout, &BuildAnnotationCallout<AssemblyChildId>, kOnFailure_Abort},
 };
 
 }  // namespace
@@ -112,27 +113,27 @@ bool XMLAssembly::ReadFromXML(xercesc::DOMNode* node, BodyEntities& bodyEntities
 bool XMLAssembly::ReadChild(xercesc::DOMNode* child, ChildContext const& context)
 {
     bool goesOn = true;
-    Match(child,                                                                  //
-          On(u"ChangeKey", [&] { Ignored(ReadChangeKey(child, m_changeKey)); }),  //
-          On(u"Unit", [&] { ReadUnits(child); }),                                 //
+    Match(child,                                                                      //
+          On(Names::ChangeKey, [&] { Ignored(ReadChangeKey(child, m_changeKey)); }),  //
+          On(Names::Unit, [&] { ReadUnits(child); }),                                 //
           // Kept: in any case here, unlike in a part; but what is not written so reads as nothing.
-          OnAnyCase(u"UnitAndTolerance", [&] { KeepUnitAndTolerance(child); }),  //
-          On(u"ChildSet",
+          OnAnyCase(Names::UnitAndTolerance, [&] { KeepUnitAndTolerance(child); }),  //
+          On(Names::ChildSet,
              [&]
              {
                  std::span<ChildRow<AssemblyChildId> const> const rows(kChildRows);
                  goesOn = ReadChildSet(rows, context, child, m_childIds) != ChildSetEnd::kAborted;
              }),
-          On(u"AttributeSet", [&] { ReadAttributeSet(child); }),
-          On(u"Styles", [&] { Ignored(ReadStyleRefs(m_producer, child, m_styles)); }),  //
-          On(u"CrossLevelAttributes",
+          On(Names::AttributeSet, [&] { ReadAttributeSet(child); }),
+          On(Names::Styles, [&] { Ignored(ReadStyleRefs(m_producer, child, m_styles)); }),  //
+          On(Names::CrossLevelAttributes,
              [&]
              {
                  Ignored(ReadCrossLevelAttributes(m_producer, child, m_crossLevelVisibilities, m_crossLevelStyles,
                                                   m_crossLevelTransforms));
              }),
-          On(u"FileProperties", [&] { m_fileProperties.Read(child); }),  //
-          On(u"ExtensionData", [&] { AddExtensionData(child, *this); }));
+          On(Names::FileProperties, [&] { m_fileProperties.Read(child); }),  //
+          On(Names::ExtensionData, [&] { AddExtensionData(child, *this); }));
     return goesOn;
 }
 

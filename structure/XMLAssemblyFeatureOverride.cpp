@@ -3,6 +3,7 @@
 #include <xercesc/dom/DOMNamedNodeMap.hpp>
 
 #include "framework/api/Subscript.h"
+#include "framework/xml_util/FormatNames.h"
 #include "framework/xml_util/XMLStrUtil.h"
 #include "framework/xml_util/XMLUtils.h"
 #include "readers/ChangeKeyReader.h"
@@ -18,8 +19,8 @@ namespace
 
 // Kept: bodies and meshes alone; a "Child" that refers to one is passed over, too.
 constexpr ChildRow<AssemblyFeatureOverrideChildId> kChildRows[] = {
-    {u"IBrep", &BuildBrep<AssemblyFeatureOverrideChildId>, kOnFailure_Next},
-    {u"IPolygonMesh", &BuildPolygonMesh<AssemblyFeatureOverrideChildId>, kOnFailure_Next},
+    {Names::IBrep, &BuildBrep<AssemblyFeatureOverrideChildId>, kOnFailure_Next},
+    {Names::IPolygonMesh, &BuildPolygonMesh<AssemblyFeatureOverrideChildId>, kOnFailure_Next},
 };
 
 }  // namespace
@@ -39,10 +40,10 @@ AssemblyFeatureOverrideChildId XMLAssemblyFeatureOverride::ChildAt(unsigned long
 void XMLAssemblyFeatureOverride::ReadAttributes(xercesc::DOMNode const* node)
 {
     // Kept: the id stays as written, also where those of its bodies are mapped.
-    XMLUtils::GetNodeAttribute(node, u"ID", m_id);
-    XMLUtils::GetNodeAttribute(node, u"Label", m_label);
-    XMLUtils::GetNodeAttribute(node, u"Visibility", m_visible);
-    XMLUtils::GetNodeAttribute(node, u"VersionPersistentId", m_versionPersistentId);
+    XMLUtils::GetNodeAttribute(node, Names::ID, m_id);
+    XMLUtils::GetNodeAttribute(node, Names::Label, m_label);
+    XMLUtils::GetNodeAttribute(node, Names::Visibility, m_visible);
+    XMLUtils::GetNodeAttribute(node, Names::VersionPersistentId, m_versionPersistentId);
 }
 
 // Kept: every attribute of a "BaseOccPath" is a path, whatever its name. The ids of the paths are not mapped.
@@ -55,7 +56,7 @@ void XMLAssemblyFeatureOverride::ReadBaseOccPaths(xercesc::DOMNode const* node)
             m_baseOccPaths.AddPath(ParseOccurrencePath(XMLStrUtil::XMLStrToAStr(attributes.item(i)->getNodeValue())));
     };
     for (xercesc::DOMNode const* const child : Children(node))
-        Match(child, On(u"BaseOccPath", [&] { addPaths(child); }));
+        Match(child, On(Names::BaseOccPath, [&] { addPaths(child); }));
 }
 
 bool XMLAssemblyFeatureOverride::ReadFromXML(xercesc::DOMNode* node, BodyEntities& bodyEntities, MeshStore& meshStore)
@@ -70,11 +71,11 @@ bool XMLAssemblyFeatureOverride::ReadFromXML(xercesc::DOMNode* node, BodyEntitie
     std::span<ChildRow<AssemblyFeatureOverrideChildId> const> const rows(kChildRows);
     for (xercesc::DOMNode* const child : Children(node))
     {
-        Match(child,                                                                              //
-              OnAnyCase(u"BaseOccPaths", [&] { ReadBaseOccPaths(child); }),                       //
-              On(u"ChildSet", [&] { Ignored(ReadChildSet(rows, context, child, m_childIds)); }),  //
-              On(u"ChangeKey", [&] { Ignored(ReadChangeKey(child, m_changeKey)); }),              //
-              On(u"ExtensionData", [&] { AddExtensionData(child, *this); }));
+        Match(child,                                                                                  //
+              OnAnyCase(Names::BaseOccPaths, [&] { ReadBaseOccPaths(child); }),                       //
+              On(Names::ChildSet, [&] { Ignored(ReadChildSet(rows, context, child, m_childIds)); }),  //
+              On(Names::ChangeKey, [&] { Ignored(ReadChangeKey(child, m_changeKey)); }),              //
+              On(Names::ExtensionData, [&] { AddExtensionData(child, *this); }));
     }
     return true;
 }

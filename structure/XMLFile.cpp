@@ -6,6 +6,7 @@
 #include "framework/api/ObjectCollector.h"
 #include "framework/api/Subscript.h"
 #include "framework/xml_util/DomWalk.h"
+#include "framework/xml_util/FormatNames.h"
 #include "framework/xml_util/XMLStrUtil.h"
 #include "framework/xml_util/XMLUtils.h"
 #include "producer/ObjectNodeIndex.h"
@@ -63,14 +64,14 @@ IsValueSpecifiedEnum XMLFile::RefFileAt(unsigned long long index, UTF8String& id
 
 void XMLFile::ReadAttributes(xercesc::DOMNode const* node)
 {
-    XMLUtils::GetNodeAttribute(node, u"ID", m_id);
+    XMLUtils::GetNodeAttribute(node, Names::ID, m_id);
     m_producer->ApplyIdMapping(m_id);
-    XMLUtils::GetNodeAttribute(node, u"FileFullPath", m_fileFullPath);
+    XMLUtils::GetNodeAttribute(node, Names::FileFullPath, m_fileFullPath);
     m_hasLastModificationTime = Time::FromString(
-        XMLStrUtil::XMLStrToAStr(AttributeOrEmpty(node, u"LastModificationTime")), m_lastModificationTime);
-    XMLUtils::GetNodeAttribute(node, u"Label", m_label);
-    XMLUtils::GetNodeAttribute(node, u"IsRoot", m_isRoot);
-    XMLUtils::GetNodeAttribute(node, u"VersionPersistentId", m_versionPersistentId);
+        XMLStrUtil::XMLStrToAStr(AttributeOrEmpty(node, Names::LastModificationTime)), m_lastModificationTime);
+    XMLUtils::GetNodeAttribute(node, Names::Label, m_label);
+    XMLUtils::GetNodeAttribute(node, Names::IsRoot, m_isRoot);
+    XMLUtils::GetNodeAttribute(node, Names::VersionPersistentId, m_versionPersistentId);
 }
 
 bool XMLFile::ReadFromXML(xercesc::DOMNode* node)
@@ -80,18 +81,18 @@ bool XMLFile::ReadFromXML(xercesc::DOMNode* node)
     ReadAttributes(node);
     for (xercesc::DOMNode* const child : Children(node))
     {
-        Match(child,                                                                  //
-              On(u"ChildSet", [&] { ReadChildSet(child); }),                          //
-              On(u"ChangeKey", [&] { Ignored(ReadChangeKey(child, m_changeKey)); }),  //
-              On(u"Unit", [&] { ReadDisplayLengthUnit(child); }),                     //
-              On(u"AttributeSet",
+        Match(child,                                                                      //
+              On(Names::ChildSet, [&] { ReadChildSet(child); }),                          //
+              On(Names::ChangeKey, [&] { Ignored(ReadChangeKey(child, m_changeKey)); }),  //
+              On(Names::Unit, [&] { ReadDisplayLengthUnit(child); }),                     //
+              On(Names::AttributeSet,
                  [&] {
                      Ignored(ReadObjectSetsWithViews(m_producer, child, m_attributeSets,
                                                      m_producer->sideFileIndex->vitreolAssets));
                  }),
-              On(u"FileProperties", [&] { m_fileProperties.Read(child); }),   //
-              On(u"ExtensionData", [&] { AddExtensionData(child, *this); }),  //
-              On(u"RefFiles", [&] { ReadRefFiles(child); }));
+              On(Names::FileProperties, [&] { m_fileProperties.Read(child); }),   //
+              On(Names::ExtensionData, [&] { AddExtensionData(child, *this); }),  //
+              On(Names::RefFiles, [&] { ReadRefFiles(child); }));
     }
     return true;
 }
@@ -111,7 +112,7 @@ void XMLFile::ReadChildSet(xercesc::DOMNode const* node)
 {
     for (xercesc::DOMNode const* const child : Children(node))
     {
-        UTF8String const writtenId = XMLStrUtil::XMLStrToAStr(AttributeOrEmpty(child, u"ID"));
+        UTF8String const writtenId = XMLStrUtil::XMLStrToAStr(AttributeOrEmpty(child, Names::ID));
         UTF8String id = writtenId;
         m_producer->ApplyIdMapping(id);
         if (m_producer->objectCollector->HasObject(id) || m_producer->objectNodeIndex->ReadNodeById(writtenId))
@@ -124,8 +125,8 @@ void XMLFile::ReadRefFiles(xercesc::DOMNode const* node)
     for (xercesc::DOMNode const* const child : Children(node))
     {
         RefFile refFile;
-        if (XMLUtils::GetNodeAttribute(child, u"RefId", refFile.id) &&
-            XMLUtils::GetNodeAttribute(child, u"RefPath", refFile.path))
+        if (XMLUtils::GetNodeAttribute(child, Names::RefId, refFile.id) &&
+            XMLUtils::GetNodeAttribute(child, Names::RefPath, refFile.path))
             m_refFiles.push_back(std::move(refFile));
     }
 }

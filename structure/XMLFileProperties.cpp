@@ -5,7 +5,8 @@
 #include "framework/api/Time.h"
 #include "framework/api/ViewingData.h"
 #include "framework/xml_util/DomWalk.h"
-#include "framework/xml_util/PropertyTypeText.h"
+#include "framework/xml_util/EnumTexts.h"
+#include "framework/xml_util/FormatNames.h"
 #include "framework/xml_util/XMLStrUtil.h"
 #include "readers/BooleanText.h"
 #include "readers/Ignored.h"
@@ -64,9 +65,9 @@ void XMLFileProperties::Read(xercesc::DOMNode* node)
 {
     for (xercesc::DOMNode* const child : Children(node))
     {
-        bool const isKnown = Match(child,                                                          //
-                                   On(u"CustomProperties", [&] { ReadCustomProperties(child); }),  //
-                                   OnAnyCase(u"ViewData", [&] { ReadFileViewData(child); }));
+        bool const isKnown = Match(child,                                                              //
+                                   On(Names::CustomProperties, [&] { ReadCustomProperties(child); }),  //
+                                   OnAnyCase(Names::ViewData, [&] { ReadFileViewData(child); }));
         if (!isKnown)
             AddEntry(child);
     }
@@ -81,7 +82,7 @@ void XMLFileProperties::AddEntry(xercesc::DOMNode* element)
 void XMLFileProperties::ReadFileViewData(xercesc::DOMNode const* node)
 {
     for (xercesc::DOMNode* const child : Children(node))
-        Match(child, On(u"UpVector", [&] { AddEntry(child); }), On(u"FrontVector", [&] { AddEntry(child); }));
+        Match(child, On(Names::UpVector, [&] { AddEntry(child); }), On(Names::FrontVector, [&] { AddEntry(child); }));
 }
 
 void XMLFileProperties::ReadCustomProperties(xercesc::DOMNode const* node)
@@ -90,26 +91,26 @@ void XMLFileProperties::ReadCustomProperties(xercesc::DOMNode const* node)
     PropertyTypeEnum type = kPropertyType_String;
     for (xercesc::DOMNode const* const child : Children(node))
     {
-        if (!IsNamed(child, u"CustomProperty"))
+        if (!IsNamed(child, Names::CustomProperty))
             continue;
-        Ignored(PropertyTypeFromText(AttributeText(child, u"Type"), type));
+        Ignored(ValueOfText(kPropertyTypeTexts, AttributeText(child, Names::Type), type));
         CustomProperty property;
-        UTF16String const name = XMLStrUtil::XMLStrToWStr(AttributeOrEmpty(child, u"Key"));
-        if (SetFromText(property, type, name, AttributeOrEmpty(child, u"Value")))
+        UTF16String const name = XMLStrUtil::XMLStrToWStr(AttributeOrEmpty(child, Names::Key));
+        if (SetFromText(property, type, name, AttributeOrEmpty(child, Names::Value)))
             m_customProperties.push_back(std::move(property));
     }
 }
 
-IsValueSpecifiedEnum XMLFileProperties::TextOf(char const* key, UTF16String& text) const
+IsValueSpecifiedEnum XMLFileProperties::TextOf(ElementName key, UTF16String& text) const
 {
-    auto const found = m_entries.find(key);
+    auto const found = m_entries.find(key.Narrow());
     if (found == m_entries.end())
         return kIsValueSpecified_No;
     text = found->second;
     return kIsValueSpecified_Yes;
 }
 
-IsValueSpecifiedEnum XMLFileProperties::UnitOf(char const* key, UnitTypeEnum& unit) const
+IsValueSpecifiedEnum XMLFileProperties::UnitOf(ElementName key, UnitTypeEnum& unit) const
 {
     UTF16String text;
     if (TextOf(key, text) != kIsValueSpecified_Yes)
@@ -120,53 +121,53 @@ IsValueSpecifiedEnum XMLFileProperties::UnitOf(char const* key, UnitTypeEnum& un
 
 IsValueSpecifiedEnum XMLFileProperties::Title(UTF16String& text) const
 {
-    return TextOf("Title", text);
+    return TextOf(Names::Title, text);
 }
 IsValueSpecifiedEnum XMLFileProperties::Author(UTF16String& text) const
 {
-    return TextOf("Author", text);
+    return TextOf(Names::Author, text);
 }
 IsValueSpecifiedEnum XMLFileProperties::Organization(UTF16String& text) const
 {
-    return TextOf("Organization", text);
+    return TextOf(Names::Organization, text);
 }
 IsValueSpecifiedEnum XMLFileProperties::Description(UTF16String& text) const
 {
-    return TextOf("Description", text);
+    return TextOf(Names::Description, text);
 }
 IsValueSpecifiedEnum XMLFileProperties::SendingSystem(UTF16String& text) const
 {
-    return TextOf("SendingSystem", text);
+    return TextOf(Names::SendingSystem, text);
 }
 IsValueSpecifiedEnum XMLFileProperties::PartNumber(UTF16String& text) const
 {
-    return TextOf("PartNumber", text);
+    return TextOf(Names::PartNumber, text);
 }
 IsValueSpecifiedEnum XMLFileProperties::Revision(UTF16String& text) const
 {
-    return TextOf("Revision", text);
+    return TextOf(Names::Revision, text);
 }
 IsValueSpecifiedEnum XMLFileProperties::Preprocessor(UTF16String& text) const
 {
-    return TextOf("Preprocessor", text);
+    return TextOf(Names::Preprocessor, text);
 }
 IsValueSpecifiedEnum XMLFileProperties::Authorisation(UTF16String& text) const
 {
-    return TextOf("Authorisation", text);
+    return TextOf(Names::Authorisation, text);
 }
 IsValueSpecifiedEnum XMLFileProperties::MassUnit(UnitTypeEnum& unit) const
 {
-    return UnitOf("MassUnit", unit);
+    return UnitOf(Names::MassUnit, unit);
 }
 IsValueSpecifiedEnum XMLFileProperties::TimeUnit(UnitTypeEnum& unit) const
 {
-    return UnitOf("TimeUnit", unit);
+    return UnitOf(Names::TimeUnit, unit);
 }
 
 IsValueSpecifiedEnum XMLFileProperties::CreationDate(Time& time) const
 {
     UTF16String text;
-    if (TextOf("CreationDate", text) != kIsValueSpecified_Yes || !Time::FromString(UTF8String(text), time))
+    if (TextOf(Names::CreationDate, text) != kIsValueSpecified_Yes || !Time::FromString(UTF8String(text), time))
         return kIsValueSpecified_No;
     return kIsValueSpecified_Yes;
 }
@@ -186,12 +187,12 @@ IsValueSpecifiedEnum XMLFileProperties::ViewDataOf(ViewData& viewData) const
     double x = 0.0;
     double y = 0.0;
     double z = 0.0;
-    if (TextOf("UpVector", text) == kIsValueSpecified_Yes && ReadVectorText(UTF8String(text), x, y, z))
+    if (TextOf(Names::UpVector, text) == kIsValueSpecified_Yes && ReadVectorText(UTF8String(text), x, y, z))
     {
         viewData.SetUpVector(x, y, z);
         answer = kIsValueSpecified_Yes;
     }
-    if (TextOf("FrontVector", text) == kIsValueSpecified_Yes && ReadVectorText(UTF8String(text), x, y, z))
+    if (TextOf(Names::FrontVector, text) == kIsValueSpecified_Yes && ReadVectorText(UTF8String(text), x, y, z))
     {
         viewData.SetFrontVector(x, y, z);
         answer = kIsValueSpecified_Yes;

@@ -8,6 +8,7 @@
 #include "framework/api/FileProperties.h"
 #include "framework/api/UTF16String.h"
 #include "framework/api/UTF8String.h"
+#include "framework/xml_util/FormatNames.h"
 
 namespace KVR
 {
@@ -45,8 +46,8 @@ private:
     void ReadFileViewData(xercesc::DOMNode const* node);
     void AddEntry(xercesc::DOMNode* element);
 
-    IsValueSpecifiedEnum TextOf(char const* key, UTF16String& text) const;
-    IsValueSpecifiedEnum UnitOf(char const* key, UnitTypeEnum& unit) const;
+    IsValueSpecifiedEnum TextOf(ElementName key, UTF16String& text) const;
+    IsValueSpecifiedEnum UnitOf(ElementName key, UnitTypeEnum& unit) const;
 
     /// Text content by element name; the first element of a name stays.
     std::map<UTF8String, UTF16String> m_entries;

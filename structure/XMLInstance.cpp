@@ -9,6 +9,7 @@
 #include "framework/api/ObjectCollector.h"
 #include "framework/api/ObjectVisitor.h"
 #include "framework/xml_util/DomWalk.h"
+#include "framework/xml_util/FormatNames.h"
 #include "framework/xml_util/XMLStrUtil.h"
 #include "framework/xml_util/XMLUtils.h"
 #include "producer/ElementReaders.h"
@@ -73,12 +74,12 @@ struct InstanceFields
 
 void ReadAttributes(XMLProducerImpl& producer, DOMNode const* node, InstanceFields& fields)
 {
-    XMLUtils::GetNodeAttribute(node, u"ID", fields.id);
+    XMLUtils::GetNodeAttribute(node, Names::ID, fields.id);
     producer.ApplyIdMapping(fields.id);
-    XMLUtils::GetNodeAttribute(node, u"Label", fields.label);
-    fields.netVisible = ReadBoolean(node, u"NetVisibility", kVisibility_OneElseHidden);
-    fields.visible = ReadBoolean(node, u"Visibility", kVisibility_OneElseHidden);
-    XMLUtils::GetNodeAttribute(node, u"VersionPersistentId", fields.versionPersistentId);
+    XMLUtils::GetNodeAttribute(node, Names::Label, fields.label);
+    fields.netVisible = ReadBoolean(node, Names::NetVisibility, kVisibility_OneElseHidden);
+    fields.visible = ReadBoolean(node, Names::Visibility, kVisibility_OneElseHidden);
+    XMLUtils::GetNodeAttribute(node, Names::VersionPersistentId, fields.versionPersistentId);
 }
 
 // Takes the reference and the transform, and has the target read if that was not done yet. Of several the last counts;
@@ -86,10 +87,10 @@ void ReadAttributes(XMLProducerImpl& producer, DOMNode const* node, InstanceFiel
 void ReadTarget(XMLProducerImpl& producer, ObjectNodeIndex& objectNodeIndex, DOMNode const* node,
                 InstanceFields& fields)
 {
-    UTF8String const writtenId = XMLStrUtil::XMLStrToAStr(AttributeOrEmpty(node, u"ID"));
+    UTF8String const writtenId = XMLStrUtil::XMLStrToAStr(AttributeOrEmpty(node, Names::ID));
     fields.targetId = writtenId;
     producer.ApplyIdMapping(fields.targetId);
-    XMLStrUtil::GetTransfFromStr(AttributeOrEmpty(node, u"Transformation"), fields.transform);
+    XMLStrUtil::GetTransfFromStr(AttributeOrEmpty(node, Names::Transformation), fields.transform);
     if (!producer.objectCollector->HasObject(fields.targetId))
         Ignored(objectNodeIndex.ReadNodeById(writtenId));
 }
@@ -100,17 +101,17 @@ void ReadChildren(XMLProducerImpl& producer, ObjectNodeIndex& objectNodeIndex, D
     for (DOMNode* const child : Children(node))
     {
         Match(
-            child,                                                                        //
-            On(u"Child", [&] { ReadTarget(producer, objectNodeIndex, child, fields); }),  //
-            On(u"ChangeKey", [&] { Ignored(ReadChangeKey(child, fields.changeKey)); }),   //
-            On(u"Unit",
+            child,                                                                            //
+            On(Names::Child, [&] { ReadTarget(producer, objectNodeIndex, child, fields); }),  //
+            On(Names::ChangeKey, [&] { Ignored(ReadChangeKey(child, fields.changeKey)); }),   //
+            On(Names::Unit,
                [&] {
                    Ignored(ReadUnit(child, fields.units.length, fields.units.displayAngle, fields.units.displayLength));
                }),
-            On(u"Styles", [&] { Ignored(ReadStyleRefs(&producer, child, fields.styles)); }),        //
-            On(u"NetStyles", [&] { Ignored(ReadStyleRefs(&producer, child, fields.netStyles)); }),  //
+            On(Names::Styles, [&] { Ignored(ReadStyleRefs(&producer, child, fields.styles)); }),        //
+            On(Names::NetStyles, [&] { Ignored(ReadStyleRefs(&producer, child, fields.netStyles)); }),  //
             // Kept: one content, written over by each element, where other objects add each.
-            On(u"ExtensionData", [&] { Ignored(ReadExtensionData(child, fields.extensionData)); }));
+            On(Names::ExtensionData, [&] { Ignored(ReadExtensionData(child, fields.extensionData)); }));
     }
 }
 

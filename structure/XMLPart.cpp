@@ -1,6 +1,7 @@
 #include "structure/XMLPart.h"
 
 #include "framework/api/Subscript.h"
+#include "framework/xml_util/FormatNames.h"
 #include "geometry/XMLExtensionGeometry.h"
 #include "geometry/XMLGeometricSet.h"
 #include "geometry/XMLPoint.h"
@@ -20,19 +21,19 @@ namespace
 
 // Kept: a part passes over instances and feature overrides.
 constexpr ChildRow<PartChildId> kChildRows[] = {
-    {u"IBrep", &BuildBrep<PartChildId>, kOnFailure_Next},
-    {u"ICurve", &BuildCurve<PartChildId>, kOnFailure_Next},
-    {u"IPoint", &BuildObject<PartChildId, XMLPoint>, kOnFailure_Stop},
-    {u"IPointCloud", &BuildObject<PartChildId, XMLPointCloud>, kOnFailure_Stop},
-    {u"IPolygonMesh", &BuildPolygonMesh<PartChildId>, kOnFailure_Next},
-    {u"IGeometricSet", &BuildBundle<PartChildId, XMLGeometricSet>, kOnFailure_Stop},
-    {u"ISketch", &BuildSketch<PartChildId>, kOnFailure_Stop},
-    {u"IExtensionGeometry", &BuildBundle<PartChildId, XMLExtensionGeometry>, kOnFailure_Stop},
-    {u"Child", &BuildChildRef<PartChildId>, kOnFailure_Next},
-    {u"IWorkAxis", &BuildObject<PartChildId, XMLWorkAxis>, kOnFailure_Next},
-    {u"IWorkPlane", &BuildObject<PartChildId, XMLWorkPlane>, kOnFailure_Next},
-    {u"IWorkPoint", &BuildObject<PartChildId, XMLWorkPoint>, kOnFailure_Next},
-    {u"IAnnotationCallout", &BuildAnnotationCallout<PartChildId>, kOnFailure_Stop},
+    {Names::IBrep, &BuildBrep<PartChildId>, kOnFailure_Next},
+    {Names::ICurve, &BuildCurve<PartChildId>, kOnFailure_Next},
+    {Names::IPoint, &BuildObject<PartChildId, XMLPoint>, kOnFailure_Stop},
+    {Names::IPointCloud, &BuildObject<PartChildId, XMLPointCloud>, kOnFailure_Stop},
+    {Names::IPolygonMesh, &BuildPolygonMesh<PartChildId>, kOnFailure_Next},
+    {Names::IGeometricSet, &BuildBundle<PartChildId, XMLGeometricSet>, kOnFailure_Stop},
+    {Names::ISketch, &BuildSketch<PartChildId>, kOnFailure_Stop},
+    {Names::IExtensionGeometry, &BuildBundle<PartChildId, XMLExtensionGeometry>, kOnFailure_Stop},
+    {Names::Child, &BuildChildRef<PartChildId>, kOnFailure_Next},
+    {Names::IWorkAxis, &BuildObject<PartChildId, XMLWorkAxis>, kOnFailure_Next},
+    {Names::IWorkPlane, &BuildObject<PartChildId, XMLWorkPlane>, kOnFailure_Next},
+    {Names::IWorkPoint, &BuildObject<PartChildId, XMLWorkPoint>, kOnFailure_Next},
+    {Names::IAnnotationCallout, &BuildAnnotationCallout<PartChildId>, kOnFailure_Stop},
 };
 
 }  // namespace
@@ -56,15 +57,15 @@ bool XMLPart::ReadFromXML(xercesc::DOMNode* node, BodyEntities& bodyEntities, Cu
     for (xercesc::DOMNode* const child : Children(node))
     {
         // A set that stopped early is like any other: the children of the part behind it are read.
-        Match(child,                                                                              //
-              On(u"ChildSet", [&] { Ignored(ReadChildSet(rows, context, child, m_childIds)); }),  //
-              On(u"ChangeKey", [&] { Ignored(ReadChangeKey(child, m_changeKey)); }),              //
-              On(u"Unit", [&] { ReadUnits(child); }),                                             //
-              On(u"UnitAndTolerance", [&] { KeepUnitAndTolerance(child); }),                      //
-              On(u"AttributeSet", [&] { ReadAttributeSet(child); }),
-              On(u"Styles", [&] { Ignored(ReadStyleRefs(m_producer, child, m_styles)); }),  //
-              On(u"FileProperties", [&] { m_fileProperties.Read(child); }),                 //
-              On(u"ExtensionData", [&] { AddExtensionData(child, *this); }));
+        Match(child,                                                                                  //
+              On(Names::ChildSet, [&] { Ignored(ReadChildSet(rows, context, child, m_childIds)); }),  //
+              On(Names::ChangeKey, [&] { Ignored(ReadChangeKey(child, m_changeKey)); }),              //
+              On(Names::Unit, [&] { ReadUnits(child); }),                                             //
+              On(Names::UnitAndTolerance, [&] { KeepUnitAndTolerance(child); }),                      //
+              On(Names::AttributeSet, [&] { ReadAttributeSet(child); }),
+              On(Names::Styles, [&] { Ignored(ReadStyleRefs(m_producer, child, m_styles)); }),  //
+              On(Names::FileProperties, [&] { m_fileProperties.Read(child); }),                 //
+              On(Names::ExtensionData, [&] { AddExtensionData(child, *this); }));
     }
     ResolveUnits();
     return true;

@@ -5,6 +5,7 @@
 #include "framework/api/StringUtil.h"
 #include "framework/api/Subscript.h"
 #include "framework/xml_util/DomWalk.h"
+#include "framework/xml_util/FormatNames.h"
 #include "framework/xml_util/VitreolBinaryDataExternalFileReader.h"
 #include "framework/xml_util/XMLStrUtil.h"
 #include "readers/ColorReader.h"
@@ -17,7 +18,7 @@ namespace KVR
 namespace
 {
 
-UTF8String NarrowAttribute(xercesc::DOMNode const* node, XMLCh const* name)
+UTF8String NarrowAttribute(xercesc::DOMNode const* node, AttributeName name)
 {
     return XMLStrUtil::XMLStrToAStr(AttributeOrEmpty(node, name));
 }
@@ -33,8 +34,8 @@ bool ReadIds(xercesc::DOMNode const* item, Variant& value)
     IdSet ids;
     for (xercesc::DOMNode const* const child : Children(item))
     {
-        if (IsNamed(child, u"ID"))
-            ids.AddWithoutUniquenessCheck(NarrowAttribute(child, u"Value"));
+        if (IsNamed(child, Names::ID))
+            ids.AddWithoutUniquenessCheck(NarrowAttribute(child, Names::Value));
     }
     if (ids.IsEmpty())
         return false;
@@ -90,12 +91,13 @@ bool XMLUniverse::ReadFromXML(xercesc::DOMNode* node)
 {
     for (xercesc::DOMNode const* const child : Children(node))
     {
-        Match(child,                                          //
-              On(u"ViewData", [&] { ReadViewData(child); }),  //
-              On(u"DefaultCurveColor", [&] { ReadDefaultColor(child, m_defaultCurveColor, m_hasDefaultCurveColor); }),
-              On(u"DefaultSurfaceColor",
-                 [&] { ReadDefaultColor(child, m_defaultSurfaceColor, m_hasDefaultSurfaceColor); }),
-              On(u"CustomData", [&] { ReadCustomData(child); }));
+        Match(
+            child,                                              //
+            On(Names::ViewData, [&] { ReadViewData(child); }),  //
+            On(Names::DefaultCurveColor, [&] { ReadDefaultColor(child, m_defaultCurveColor, m_hasDefaultCurveColor); }),
+            On(Names::DefaultSurfaceColor,
+               [&] { ReadDefaultColor(child, m_defaultSurfaceColor, m_hasDefaultSurfaceColor); }),
+            On(Names::CustomData, [&] { ReadCustomData(child); }));
     }
     return node != nullptr;
 }
@@ -114,9 +116,9 @@ void XMLUniverse::ReadViewData(xercesc::DOMNode const* node)
             if (ReadVectorText(XMLStrUtil::XMLStrToAStr(TextContent(child)), x, y, z))
                 (*m_viewingData.*set)(x, y, z);
         };
-        Match(child,                                                      //
-              On(u"UpVector", [&] { read(&ViewingData::SetUpVector); }),  //
-              On(u"FrontVector", [&] { read(&ViewingData::SetFrontVector); }));
+        Match(child,                                                          //
+              On(Names::UpVector, [&] { read(&ViewingData::SetUpVector); }),  //
+              On(Names::FrontVector, [&] { read(&ViewingData::SetFrontVector); }));
     }
 }
 
@@ -124,7 +126,7 @@ void XMLUniverse::ReadCustomData(xercesc::DOMNode const* node)
 {
     for (xercesc::DOMNode const* const child : Children(node))
     {
-        if (IsNamed(child, u"CustomDataItem"))
+        if (IsNamed(child, Names::CustomDataItem))
             ReadCustomDataItem(child);
     }
 }
@@ -132,16 +134,16 @@ void XMLUniverse::ReadCustomData(xercesc::DOMNode const* node)
 void XMLUniverse::ReadCustomDataItem(xercesc::DOMNode const* item)
 {
     int type = 0;
-    if (StringUtil::ToInt(NarrowAttribute(item, u"Type"), type, 10) != StringUtil::kConversionStatus_Success)
+    if (StringUtil::ToInt(NarrowAttribute(item, Names::Type), type, 10) != StringUtil::kConversionStatus_Success)
         return;
-    UTF8String key = NarrowAttribute(item, u"Key");
+    UTF8String key = NarrowAttribute(item, Names::Key);
     // The key is listed before its value is looked at, so that one whose value fails stands there without a value.
     m_customDataKeys.push_back(key);
     Variant value;
     bool hasValue = false;
     if (type == Variant::kKind_AString)
     {
-        value.SetAStringValue(NarrowAttribute(item, u"Value"));
+        value.SetAStringValue(NarrowAttribute(item, Names::Value));
         hasValue = true;
     }
     else if (type == Variant::kKind_Blob)
@@ -159,10 +161,10 @@ void XMLUniverse::ReadCustomDataItem(xercesc::DOMNode const* item)
 bool XMLUniverse::ReadBlob(xercesc::DOMNode const* item, Variant& value) const
 {
     unsigned long size = 0;
-    if (StringUtil::ToUnsignedlong(NarrowAttribute(item, u"BlobBufferSize").Value(), size, 10) !=
+    if (StringUtil::ToUnsignedlong(NarrowAttribute(item, Names::BlobBufferSize).Value(), size, 10) !=
         StringUtil::kConversionStatus_Success)
         return false;
-    UTF16String const path = XMLStrUtil::XMLStrToWStr(AttributeOrEmpty(item, u"Path"));
+    UTF16String const path = XMLStrUtil::XMLStrToWStr(AttributeOrEmpty(item, Names::Path));
     VitreolBinaryDataExternalFileReader const reader(m_sceneFilePath, path);
     reader.Require(size);
     std::vector<unsigned char> buffer(size);

@@ -1,5 +1,6 @@
 #include "authoring/XmlFile.h"
 #include "authoring/elements/ElementWriters.h"
+#include "framework/xml_util/FormatNames.h"
 
 namespace KVR::Authoring
 {
@@ -8,7 +9,7 @@ namespace
 {
 
 // A text fragment's flags are written out.
-void WriteFlag(XmlFile& file, std::string_view name, std::optional<bool> flag)
+void WriteFlag(XmlFile& file, AttributeName name, std::optional<bool> flag)
 {
     if (flag)
         file.Attribute(name, *flag ? "True" : "False");
@@ -16,35 +17,35 @@ void WriteFlag(XmlFile& file, std::string_view name, std::optional<bool> flag)
 
 void WriteFragment(XmlFile& file, TextFragmentRecord const& fragment)
 {
-    file.Begin("ITextFragment");
-    file.Attribute("Value", fragment.value.View());
+    file.Begin(Names::ITextFragment);
+    file.Attribute(Names::Value, fragment.value.View());
     if (fragment.fontName)
-        file.Attribute("FontName", fragment.fontName->View());
-    WriteFlag(file, "IsBold", fragment.isBold);
-    WriteFlag(file, "IsItalic", fragment.isItalic);
+        file.Attribute(Names::FontName, fragment.fontName->View());
+    WriteFlag(file, Names::IsBold, fragment.isBold);
+    WriteFlag(file, Names::IsItalic, fragment.isItalic);
     if (fragment.height)
-        file.Attribute("Height", *fragment.height);
+        file.Attribute(Names::Height, *fragment.height);
     if (fragment.color)
-        WriteColor(file, "TextColor", *fragment.color);
+        WriteColor(file, Names::TextColor, *fragment.color);
     file.End();
 }
 
 void WriteText(XmlFile& file, TextRecord const& text)
 {
-    file.Begin("IText");
+    file.Begin(Names::IText);
     if (text.lengthUnit)
-        file.Attribute("LengthUnit", UnitText(*text.lengthUnit));
+        file.Attribute(Names::LengthUnit, UnitText(*text.lengthUnit));
     if (text.origin)
-        WriteXYZ(file, "Origin", *text.origin);
+        WriteXYZ(file, Names::Origin, *text.origin);
     if (text.transform)
     {
-        file.Begin("Transform");
+        file.Begin(Names::Transform);
         file.Text(TransformText(*text.transform));
         file.End();
     }
     for (std::vector<TextFragmentRecord> const& line : text.lines)
     {
-        file.Begin("ITextLine");
+        file.Begin(Names::ITextLine);
         for (TextFragmentRecord const& fragment : line)
             WriteFragment(file, fragment);
         file.End();
@@ -54,10 +55,10 @@ void WriteText(XmlFile& file, TextRecord const& text)
 
 void WriteElement(XmlFile& file, CalloutElementRecord const& element)
 {
-    file.Begin("IAnnotationCalloutElement");
+    file.Begin(Names::IAnnotationCalloutElement);
     WriteHead(file, element);
-    WriteStyleRefs(file, "Styles", element.styles);
-    file.Begin("ChildSet");
+    WriteStyleRefs(file, Names::Styles, element.styles);
+    file.Begin(Names::ChildSet);
     for (CurveElementRecord const& curve : element.curves)
         WriteCurve(file, curve);
     for (PointRecord const& point : element.points)
@@ -73,22 +74,22 @@ void WriteElement(XmlFile& file, CalloutElementRecord const& element)
 
 void WriteCallout(XmlFile& file, CalloutRecord const& callout)
 {
-    file.Begin("IAnnotationCallout");
+    file.Begin(Names::IAnnotationCallout);
     WriteHead(file, callout);
-    file.Attribute("Visibility", callout.isVisible ? "1" : "0");
+    file.Attribute(Names::Visibility, callout.isVisible ? "1" : "0");
     if (callout.text)
         WriteText(file, *callout.text);
     if (callout.plane)
     {
-        file.Begin("AnnotationPlane");
+        file.Begin(Names::AnnotationPlane);
         WriteWorkPlane(file, *callout.plane);
         file.End();
     }
-    file.Begin("ChildSet");
+    file.Begin(Names::ChildSet);
     for (UTF8String const& id : callout.childIds)
     {
-        file.Begin("Child");
-        file.Attribute("ID", id.View());
+        file.Begin(Names::Child);
+        file.Attribute(Names::ID, id.View());
         file.End();
     }
     for (CalloutElementRecord const& element : callout.elements)

@@ -1,5 +1,7 @@
 #include "authoring/XmlFile.h"
 #include "authoring/elements/ElementWriters.h"
+#include "framework/xml_util/EnumTexts.h"
+#include "framework/xml_util/FormatNames.h"
 
 namespace KVR::Authoring
 {
@@ -8,20 +10,20 @@ namespace
 {
 
 template <class Value>
-void WriteOptional(XmlFile& file, std::string_view name, std::optional<Value> const& value)
+void WriteOptional(XmlFile& file, AttributeName name, std::optional<Value> const& value)
 {
     if (value)
         file.Attribute(name, *value);
 }
 
-void WriteOptional(XmlFile& file, std::string_view name, std::optional<UTF8String> const& value)
+void WriteOptional(XmlFile& file, AttributeName name, std::optional<UTF8String> const& value)
 {
     if (value)
         file.Attribute(name, value->View());
 }
 
 template <class First, class Second>
-void WritePair(XmlFile& file, std::string_view name, std::string_view first, std::string_view second,
+void WritePair(XmlFile& file, ElementName name, AttributeName first, AttributeName second,
                std::optional<std::pair<First, Second>> const& value)
 {
     if (!value)
@@ -34,76 +36,74 @@ void WritePair(XmlFile& file, std::string_view name, std::string_view first, std
 
 void WriteTexture(XmlFile& file, TextureRecord const& texture)
 {
-    file.Begin("IMaterialTexture");
+    file.Begin(Names::IMaterialTexture);
     WriteHead(file, texture);
-    WriteOptional(file, "TextureFileReference", texture.fileReference);
-    WriteOptional(file, "RotateAngle", texture.rotation);
-    WriteOptional(file, "RepeatU", texture.repeatU);
-    WriteOptional(file, "RepeatV", texture.repeatV);
-    WriteOptional(file, "TempFilePath", texture.imagePath);
-    WriteOptional(file, "EmbeddedTextureImageSize", texture.imageSize);
-    WriteOptional(file, "EmbeddedTextureImageType", texture.imageType);
-    WritePair(file, "TextureDimensions", "Width", "Height", texture.dimensions);
-    WritePair(file, "TextureOffset", "X", "Y", texture.offset);
-    WritePair(file, "TextureScale", "X", "Y", texture.scale);
+    WriteOptional(file, Names::TextureFileReference, texture.fileReference);
+    WriteOptional(file, Names::RotateAngle, texture.rotation);
+    WriteOptional(file, Names::RepeatU, texture.repeatU);
+    WriteOptional(file, Names::RepeatV, texture.repeatV);
+    WriteOptional(file, Names::TempFilePath, texture.imagePath);
+    WriteOptional(file, Names::EmbeddedTextureImageSize, texture.imageSize);
+    WriteOptional(file, Names::EmbeddedTextureImageType, texture.imageType);
+    WritePair(file, Names::TextureDimensions, Names::Width, Names::Height, texture.dimensions);
+    WritePair(file, Names::TextureOffset, Names::X, Names::Y, texture.offset);
+    WritePair(file, Names::TextureScale, Names::X, Names::Y, texture.scale);
     WriteExtensionData(file, texture);
     file.End();
 }
 
-void BeginColor(XmlFile& file, std::string_view name, ColorRecord const& color)
+void BeginColor(XmlFile& file, ElementName name, ColorRecord const& color)
 {
     file.Begin(name);
-    file.Attribute("FractionRed", color.red);
-    file.Attribute("FractionGreen", color.green);
-    file.Attribute("FractionBlue", color.blue);
-    file.Attribute("FractionAlpha", color.alpha);
+    file.Attribute(Names::FractionRed, color.red);
+    file.Attribute(Names::FractionGreen, color.green);
+    file.Attribute(Names::FractionBlue, color.blue);
+    file.Attribute(Names::FractionAlpha, color.alpha);
 }
 
-void WriteTextureRef(XmlFile& file, std::string_view name, std::optional<UTF8String> const& texture)
+void WriteTextureRef(XmlFile& file, ElementName name, std::optional<UTF8String> const& texture)
 {
     if (!texture)
         return;
     file.Begin(name);
-    file.Attribute("TextureId", texture->View());
+    file.Attribute(Names::TextureId, texture->View());
     file.End();
 }
 
 void WriteStyle(XmlFile& file, StyleRecord const& style)
 {
-    file.Begin("IRenderStyle");
+    file.Begin(Names::IRenderStyle);
     WriteHead(file, style);
     if (style.pointMarker)
-        file.Attribute("PointStyleMarkerType",
-                       std::string_view("kPointStyleMarkerType_" + std::string(style.pointMarker->View())));
-    WriteOptional(file, "PointStyleMarkerSize", style.pointSize);
+        file.Attribute(Names::PointStyleMarkerType, WholeText(kPointStyleMarkerTypeTexts, *style.pointMarker));
+    WriteOptional(file, Names::PointStyleMarkerSize, style.pointSize);
     if (style.curveFont)
-        file.Attribute("CurveStyleFont",
-                       std::string_view("kCurveStyleFontType_" + std::string(style.curveFont->View())));
-    WriteOptional(file, "CurveStyleWidth", style.curveWidth);
+        file.Attribute(Names::CurveStyleFont, WholeText(kCurveStyleFontTypeTexts, *style.curveFont));
+    WriteOptional(file, Names::CurveStyleWidth, style.curveWidth);
     WriteChangeKey(file, style);
     if (style.diffuse)
     {
-        BeginColor(file, "DiffuseColor", *style.diffuse);
-        WriteOptional(file, "DiffuseFactor", style.diffuseFactor);
-        WriteOptional(file, "Shininess", style.shininess);
-        WriteOptional(file, "Reflection", style.reflection);
-        WriteOptional(file, "Transparency", style.transparency);
+        BeginColor(file, Names::DiffuseColor, *style.diffuse);
+        WriteOptional(file, Names::DiffuseFactor, style.diffuseFactor);
+        WriteOptional(file, Names::Shininess, style.shininess);
+        WriteOptional(file, Names::Reflection, style.reflection);
+        WriteOptional(file, Names::Transparency, style.transparency);
         file.End();
     }
     if (style.ambient)
-        WriteColor(file, "AmbientColor", *style.ambient);
+        WriteColor(file, Names::AmbientColor, *style.ambient);
     if (style.emission)
-        WriteColor(file, "EmissionColor", *style.emission);
+        WriteColor(file, Names::EmissionColor, *style.emission);
     if (style.specular)
-        WriteColor(file, "SpecularColor", *style.specular);
-    WriteTextureRef(file, "DiffuseTexture", style.diffuseTexture);
-    WriteTextureRef(file, "BumpMap", style.bumpMap);
+        WriteColor(file, Names::SpecularColor, *style.specular);
+    WriteTextureRef(file, Names::DiffuseTexture, style.diffuseTexture);
+    WriteTextureRef(file, Names::BumpMap, style.bumpMap);
     if (style.library)
     {
-        file.Begin("VitreolStyleInfo");
-        file.Attribute("VitreolLibraryId", style.library->libraryId.View());
-        file.Attribute("VitreolAssetDefinitionId", style.library->definitionId.View());
-        file.Attribute("VitreolAssetInstanceVersionGUID", style.library->versionGuid.View());
+        file.Begin(Names::VitreolStyleInfo);
+        file.Attribute(Names::VitreolLibraryId, style.library->libraryId.View());
+        file.Attribute(Names::VitreolAssetDefinitionId, style.library->definitionId.View());
+        file.Attribute(Names::VitreolAssetInstanceVersionGUID, style.library->versionGuid.View());
         file.End();
     }
     WriteExtensionData(file, style);
@@ -112,22 +112,22 @@ void WriteStyle(XmlFile& file, StyleRecord const& style)
 
 void WriteItems(XmlFile& file, std::vector<UTF8String> const& ids)
 {
-    file.Begin("GeometryItems");
-    file.Attribute("Items", std::string_view(ItemsText(ids)));
+    file.Begin(Names::GeometryItems);
+    file.Attribute(Names::Items, std::string_view(ItemsText(ids)));
     file.End();
 }
 
 void WriteLayer(XmlFile& file, LayerRecord const& layer)
 {
-    file.Begin("ILayer");
+    file.Begin(Names::ILayer);
     WriteHead(file, layer);
-    file.Begin("LayerInfo");
-    file.Attribute("ID", layer.number);
-    file.Attribute("Description", layer.description.View());
-    file.Attribute("Visibility", layer.isVisible ? "True" : "False");
+    file.Begin(Names::LayerInfo);
+    file.Attribute(Names::ID, layer.number);
+    file.Attribute(Names::Description, layer.description.View());
+    file.Attribute(Names::Visibility, layer.isVisible ? "True" : "False");
     file.End();
     WriteItems(file, layer.itemIds);
-    WriteStyleRefs(file, "Styles", layer.styles);
+    WriteStyleRefs(file, Names::Styles, layer.styles);
     WriteChangeKey(file, layer);
     WriteExtensionData(file, layer);
     file.End();
@@ -135,7 +135,7 @@ void WriteLayer(XmlFile& file, LayerRecord const& layer)
 
 void WriteGroup(XmlFile& file, GroupRecord const& group)
 {
-    file.Begin("IGroup");
+    file.Begin(Names::IGroup);
     WriteHead(file, group);
     WriteItems(file, group.itemIds);
     WriteExtensionData(file, group);
@@ -144,23 +144,23 @@ void WriteGroup(XmlFile& file, GroupRecord const& group)
 
 void WriteLevelOfDetail(XmlFile& file, LevelOfDetailRecord const& level)
 {
-    file.Begin("ILod");
+    file.Begin(Names::ILod);
     WriteHead(file, level);
-    file.Attribute("Description", level.description.View());
+    file.Attribute(Names::Description, level.description.View());
     file.End();
 }
 
 void WritePlaneData(XmlFile& file, PlaneRecord const& plane)
 {
-    file.Begin("PlaneData");
-    WriteXYZ(file, "Origin", plane.origin);
-    WriteXYZ(file, "Normal", plane.normal);
+    file.Begin(Names::PlaneData);
+    WriteXYZ(file, Names::Origin, plane.origin);
+    WriteXYZ(file, Names::Normal, plane.normal);
     if (plane.reference)
-        WriteXYZ(file, "Reference", *plane.reference);
+        WriteXYZ(file, Names::Reference, *plane.reference);
     file.End();
 }
 
-void WriteClippingPlane(XmlFile& file, std::string_view name, std::optional<PlaneRecord> const& plane)
+void WriteClippingPlane(XmlFile& file, ElementName name, std::optional<PlaneRecord> const& plane)
 {
     if (!plane)
         return;
@@ -171,29 +171,30 @@ void WriteClippingPlane(XmlFile& file, std::string_view name, std::optional<Plan
 
 void WriteCamera(XmlFile& file, CameraRecord const& camera)
 {
-    file.Begin("ICamera");
+    file.Begin(Names::ICamera);
     WriteHead(file, camera);
-    file.Attribute("Type", camera.isPerspective ? "kCameraType_Perspective" : "kCameraType_Parallel");
-    WriteOptional(file, "DistanceToViewPlane", camera.distanceToViewPlane);
-    WriteOptional(file, "AspectRatio", camera.aspectRatio);
-    WriteOptional(file, "ViewAngle", camera.viewAngle);
-    WriteOptional(file, "ViewWindowHeightForParallelCamera", camera.windowHeight);
+    file.Attribute(Names::Type, TextOfValue(kCameraTypeTexts, camera.isPerspective ? ICamera::kCameraType_Perspective
+                                                                                   : ICamera::kCameraType_Parallel));
+    WriteOptional(file, Names::DistanceToViewPlane, camera.distanceToViewPlane);
+    WriteOptional(file, Names::AspectRatio, camera.aspectRatio);
+    WriteOptional(file, Names::ViewAngle, camera.viewAngle);
+    WriteOptional(file, Names::ViewWindowHeightForParallelCamera, camera.windowHeight);
     if (camera.nearPlane || camera.farPlane)
-        file.Attribute("IsDepthFieldDefined", "1");
+        file.Attribute(Names::IsDepthFieldDefined, "1");
     WriteUnit(file, {.length = camera.lengthUnit, .displayLength = {}, .displayAngle = {}});
-    WriteXYZ(file, "CameraPosition", camera.position);
-    WriteXYZ(file, "CameraDirection", camera.direction);
-    WriteXYZ(file, "CameraUpDirection", camera.up);
-    WriteClippingPlane(file, "NearPlane", camera.nearPlane);
-    WriteClippingPlane(file, "FarPlane", camera.farPlane);
+    WriteXYZ(file, Names::CameraPosition, camera.position);
+    WriteXYZ(file, Names::CameraDirection, camera.direction);
+    WriteXYZ(file, Names::CameraUpDirection, camera.up);
+    WriteClippingPlane(file, Names::NearPlane, camera.nearPlane);
+    WriteClippingPlane(file, Names::FarPlane, camera.farPlane);
     if (!camera.sectionPlanes.empty() || !camera.sectioningOperations.IsEmpty())
     {
-        file.Begin("ISectionCamera");
+        file.Begin(Names::ISectionCamera);
         for (PlaneRecord const& plane : camera.sectionPlanes)
             WritePlaneData(file, plane);
         if (!camera.sectioningOperations.IsEmpty())
         {
-            file.Begin("SectioningOperations");
+            file.Begin(Names::SectioningOperations);
             file.Text(camera.sectioningOperations.View());
             file.End();
         }
@@ -204,17 +205,17 @@ void WriteCamera(XmlFile& file, CameraRecord const& camera)
 
 void WriteMember(XmlFile& file, ViewRecord::Member const& member)
 {
-    file.Begin("ViewMemberChild");
-    file.Begin("OccurrencePath");
-    file.Attribute("Path", std::string_view(PathText(member.path)));
+    file.Begin(Names::ViewMemberChild);
+    file.Begin(Names::OccurrencePath);
+    file.Attribute(Names::Path, std::string_view(PathText(member.path)));
     file.End();
-    file.Begin("EntityVisibility");
-    file.Attribute("Visibility", member.isVisible ? "1" : "0");
+    file.Begin(Names::EntityVisibility);
+    file.Attribute(Names::Visibility, member.isVisible ? "1" : "0");
     file.End();
-    WriteStyleRefs(file, "Styles", member.styles);
+    WriteStyleRefs(file, Names::Styles, member.styles);
     if (member.transform)
     {
-        file.Begin("Transform");
+        file.Begin(Names::Transform);
         file.Text(TransformText(*member.transform));
         file.End();
     }
@@ -223,25 +224,25 @@ void WriteMember(XmlFile& file, ViewRecord::Member const& member)
 
 void WriteView(XmlFile& file, ViewRecord const& view)
 {
-    file.Begin("IView");
+    file.Begin(Names::IView);
     WriteHead(file, view);
-    file.Attribute("Visibility", view.isVisible ? "1" : "0");
-    file.Attribute("IsActive", view.isActive ? "1" : "0");
+    file.Attribute(Names::Visibility, view.isVisible ? "1" : "0");
+    file.Attribute(Names::IsActive, view.isActive ? "1" : "0");
     WriteUnit(file, {.length = view.lengthUnit, .displayLength = {}, .displayAngle = {}});
     if (!view.members.empty())
     {
-        file.Begin("ViewMember");
+        file.Begin(Names::ViewMember);
         for (ViewRecord::Member const& member : view.members)
             WriteMember(file, member);
         file.End();
     }
     if (!view.cameraIds.empty())
     {
-        file.Begin("CameraSet");
+        file.Begin(Names::CameraSet);
         for (UTF8String const& id : view.cameraIds)
         {
-            file.Begin("CameraRef");
-            file.Attribute("ID", id.View());
+            file.Begin(Names::CameraRef);
+            file.Attribute(Names::ID, id.View());
             file.End();
         }
         file.End();
@@ -250,7 +251,7 @@ void WriteView(XmlFile& file, ViewRecord const& view)
 }
 
 template <class Record>
-void WriteSet(XmlFile& file, std::string_view name, std::vector<Record> const& records,
+void WriteSet(XmlFile& file, ElementName name, std::vector<Record> const& records,
               void (*write)(XmlFile&, Record const&))
 {
     if (records.empty())
@@ -265,14 +266,14 @@ void WriteSet(XmlFile& file, std::string_view name, std::vector<Record> const& r
 
 void WriteAttributeSet(XmlFile& file, AttributeSetRecord const& set)
 {
-    file.Begin("AttributeSet");
-    WriteSet(file, "TextureSet", set.textures, &WriteTexture);
-    WriteSet(file, "StyleSet", set.styles, &WriteStyle);
-    WriteSet(file, "LayerSet", set.layers, &WriteLayer);
-    WriteSet(file, "GroupSet", set.groups, &WriteGroup);
-    WriteSet(file, "LodSet", set.levelsOfDetail, &WriteLevelOfDetail);
-    WriteSet(file, "CameraSet", set.cameras, &WriteCamera);
-    WriteSet(file, "ViewSet", set.views, &WriteView);
+    file.Begin(Names::AttributeSet);
+    WriteSet(file, Names::TextureSet, set.textures, &WriteTexture);
+    WriteSet(file, Names::StyleSet, set.styles, &WriteStyle);
+    WriteSet(file, Names::LayerSet, set.layers, &WriteLayer);
+    WriteSet(file, Names::GroupSet, set.groups, &WriteGroup);
+    WriteSet(file, Names::LodSet, set.levelsOfDetail, &WriteLevelOfDetail);
+    WriteSet(file, Names::CameraSet, set.cameras, &WriteCamera);
+    WriteSet(file, Names::ViewSet, set.views, &WriteView);
     file.End();
 }
 

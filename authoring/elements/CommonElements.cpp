@@ -6,6 +6,9 @@
 #include "authoring/elements/ElementWriters.h"
 #include "authoring/elements/PropertyText.h"
 #include "framework/api/Exception.h"
+#include "framework/api/UnitText.h"
+#include "framework/xml_util/EnumTexts.h"
+#include "framework/xml_util/FormatNames.h"
 #include "framework/xml_util/XMLStrUtil.h"
 
 namespace KVR::Authoring
@@ -13,7 +16,8 @@ namespace KVR::Authoring
 
 std::string_view UnitText(UnitTypeEnum unit)
 {
-    return XMLStrUtil::UnitTypeToString(unit);
+    char const* const text = TextOfUnit(unit);
+    return text ? std::string_view(text) : std::string_view();
 }
 
 std::string TransformText(Matrix3d const& transform)
@@ -58,17 +62,17 @@ std::string ItemsText(std::span<UTF8String const> ids)
 
 void WriteHead(XmlFile& file, ObjectRecord const& object)
 {
-    file.Attribute("ID", object.id.View());
-    file.Attribute("Label", object.label.View());
+    file.Attribute(Names::ID, object.id.View());
+    file.Attribute(Names::Label, object.label.View());
     if (object.versionPersistentId)
-        file.Attribute("VersionPersistentId", object.versionPersistentId->View());
+        file.Attribute(Names::VersionPersistentId, object.versionPersistentId->View());
 }
 
 void WriteChangeKey(XmlFile& file, ObjectRecord const& object)
 {
     if (!object.changeKey)
         return;
-    file.Begin("ChangeKey");
+    file.Begin(Names::ChangeKey);
     file.Text(object.changeKey->View());
     file.End();
 }
@@ -77,18 +81,19 @@ void WriteExtensionData(XmlFile& file, ObjectRecord const& object)
 {
     for (ExtensionDataRecord const& data : object.extensionData)
     {
-        file.Begin("ExtensionData");
-        file.Attribute("TypeId", data.typeId.View());
-        file.Attribute("Content", data.content.View());
+        file.Begin(Names::ExtensionData);
+        file.Attribute(Names::TypeId, data.typeId.View());
+        file.Attribute(Names::Content, data.content.View());
         if (data.occurrencePath)
         {
-            file.Attribute("Type", "kObjectPathTypeEnum_OccurancePath");
-            file.Attribute("OccurrencePath", std::string_view(PathText(*data.occurrencePath)));
+            file.Attribute(Names::Type,
+                           TextOfValue(kObjectPathTypeTexts, ExtensionDataContent::kObjectPathType_Occurrence));
+            file.Attribute(Names::OccurrencePath, std::string_view(PathText(*data.occurrencePath)));
         }
         if (data.lengthUnit)
-            file.Attribute("LengthUnit", UnitText(*data.lengthUnit));
+            file.Attribute(Names::LengthUnit, UnitText(*data.lengthUnit));
         if (data.transform)
-            file.Attribute("Transformation", std::string_view(TransformText(*data.transform)));
+            file.Attribute(Names::Transformation, std::string_view(TransformText(*data.transform)));
         file.End();
     }
 }
@@ -97,53 +102,53 @@ void WriteUnit(XmlFile& file, UnitRecord const& unit)
 {
     if (!unit.length && !unit.displayLength && !unit.displayAngle)
         return;
-    file.Begin("Unit");
+    file.Begin(Names::Unit);
     if (unit.length)
-        file.Attribute("LengthUnit", UnitText(*unit.length));
+        file.Attribute(Names::LengthUnit, UnitText(*unit.length));
     if (unit.displayAngle)
-        file.Attribute("DisplayAngleUnit", UnitText(*unit.displayAngle));
+        file.Attribute(Names::DisplayAngleUnit, UnitText(*unit.displayAngle));
     if (unit.displayLength)
-        file.Attribute("DisplayLengthUnit", UnitText(*unit.displayLength));
+        file.Attribute(Names::DisplayLengthUnit, UnitText(*unit.displayLength));
     file.End();
 }
 
-void WriteStyleRefs(XmlFile& file, std::string_view name, std::span<UTF8String const> styles)
+void WriteStyleRefs(XmlFile& file, ElementName name, std::span<UTF8String const> styles)
 {
     if (styles.empty())
         return;
     file.Begin(name);
     for (UTF8String const& style : styles)
     {
-        file.Begin("StyleRef");
-        file.Attribute("ID", style.View());
+        file.Begin(Names::StyleRef);
+        file.Attribute(Names::ID, style.View());
         file.End();
     }
     file.End();
 }
 
-void WriteXYZ(XmlFile& file, std::string_view name, XYZ const& value)
+void WriteXYZ(XmlFile& file, ElementName name, XYZ const& value)
 {
     file.Begin(name);
-    file.Attribute("X", value[0]);
-    file.Attribute("Y", value[1]);
-    file.Attribute("Z", value[2]);
+    file.Attribute(Names::X, value[0]);
+    file.Attribute(Names::Y, value[1]);
+    file.Attribute(Names::Z, value[2]);
     file.End();
 }
 
-void WriteColor(XmlFile& file, std::string_view name, ColorRecord const& color)
+void WriteColor(XmlFile& file, ElementName name, ColorRecord const& color)
 {
     file.Begin(name);
-    file.Attribute("FractionRed", color.red);
-    file.Attribute("FractionGreen", color.green);
-    file.Attribute("FractionBlue", color.blue);
-    file.Attribute("FractionAlpha", color.alpha);
+    file.Attribute(Names::FractionRed, color.red);
+    file.Attribute(Names::FractionGreen, color.green);
+    file.Attribute(Names::FractionBlue, color.blue);
+    file.Attribute(Names::FractionAlpha, color.alpha);
     file.End();
 }
 
 namespace
 {
 
-void WriteVectorText(XmlFile& file, std::string_view name, std::optional<XYZ> const& value)
+void WriteVectorText(XmlFile& file, ElementName name, std::optional<XYZ> const& value)
 {
     if (!value)
         return;
@@ -156,12 +161,13 @@ void WriteViewData(XmlFile& file, std::optional<XYZ> const& up, std::optional<XY
 {
     if (!up && !front)
         return;
-    file.Begin("ViewData");
-    WriteVectorText(file, "UpVector", up);
-    WriteVectorText(file, "FrontVector", front);
+    file.Begin(Names::ViewData);
+    WriteVectorText(file, Names::UpVector, up);
+    WriteVectorText(file, Names::FrontVector, front);
     file.End();
 }
 
+// File properties have names of the caller's, too.
 void WriteText(XmlFile& file, std::string_view name, std::string_view text)
 {
     file.Begin(name);
@@ -173,26 +179,26 @@ void WriteText(XmlFile& file, std::string_view name, std::string_view text)
 
 void WriteFileProperties(XmlFile& file, FilePropertiesRecord const& properties)
 {
-    file.Begin("FileProperties");
+    file.Begin(Names::FileProperties);
     for (auto const& [name, text] : properties.texts)
         WriteText(file, name, text.View());
     if (properties.creationDate)
-        WriteText(file, "CreationDate", TimeText(*properties.creationDate));
+        WriteText(file, Names::CreationDate, TimeText(*properties.creationDate));
     if (properties.massUnit)
-        WriteText(file, "MassUnit", UnitText(*properties.massUnit));
+        WriteText(file, Names::MassUnit, UnitText(*properties.massUnit));
     if (properties.timeUnit)
-        WriteText(file, "TimeUnit", UnitText(*properties.timeUnit));
+        WriteText(file, Names::TimeUnit, UnitText(*properties.timeUnit));
     WriteViewData(file, properties.upVector, properties.frontVector);
     if (!properties.custom.empty())
     {
-        file.Begin("CustomProperties");
+        file.Begin(Names::CustomProperties);
         for (PropertyValue const& property : properties.custom)
         {
             ValueText const value = ValueText::Of(property);
-            file.Begin("CustomProperty");
-            file.Attribute("Key", UTF8String(property.Name()).View());
-            file.Attribute("Type", value.type);
-            file.Attribute("Value", std::string_view(value.value));
+            file.Begin(Names::CustomProperty);
+            file.Attribute(Names::Key, UTF8String(property.Name()).View());
+            file.Attribute(Names::Type, value.type);
+            file.Attribute(Names::Value, std::string_view(value.value));
             file.End();
         }
         file.End();
@@ -205,31 +211,31 @@ namespace
 
 void WriteCustomData(XmlFile& file, UniverseRecord::CustomData const& data)
 {
-    file.Begin("CustomDataItem");
-    file.Attribute("Key", data.key.View());
+    file.Begin(Names::CustomDataItem);
+    file.Attribute(Names::Key, data.key.View());
     if (data.text)
     {
-        file.Attribute("Type", "5");
-        file.Attribute("Value", data.text->View());
+        file.Attribute(Names::Type, "5");
+        file.Attribute(Names::Value, data.text->View());
     }
     else if (data.blob)
     {
-        file.Attribute("Type", "8");
-        file.Attribute("Path", data.blob->first.View());
-        file.Attribute("BlobBufferSize", static_cast<long long>(data.blob->second));
+        file.Attribute(Names::Type, "8");
+        file.Attribute(Names::Path, data.blob->first.View());
+        file.Attribute(Names::BlobBufferSize, static_cast<long long>(data.blob->second));
     }
     else if (data.ids)
     {
-        file.Attribute("Type", "9");
+        file.Attribute(Names::Type, "9");
         for (UTF8String const& id : *data.ids)
         {
-            file.Begin("ID");
-            file.Attribute("Value", id.View());
+            file.Begin(Names::ID);
+            file.Attribute(Names::Value, id.View());
             file.End();
         }
     }
     else
-        file.Attribute("Type", "0");
+        file.Attribute(Names::Type, "0");
     file.End();
 }
 
@@ -237,15 +243,15 @@ void WriteCustomData(XmlFile& file, UniverseRecord::CustomData const& data)
 
 void WriteUniverse(XmlFile& file, UniverseRecord const& universe)
 {
-    file.Begin("IUniverse");
+    file.Begin(Names::IUniverse);
     WriteViewData(file, universe.upVector, universe.frontVector);
     if (universe.curveColor)
-        WriteColor(file, "DefaultCurveColor", *universe.curveColor);
+        WriteColor(file, Names::DefaultCurveColor, *universe.curveColor);
     if (universe.surfaceColor)
-        WriteColor(file, "DefaultSurfaceColor", *universe.surfaceColor);
+        WriteColor(file, Names::DefaultSurfaceColor, *universe.surfaceColor);
     if (!universe.customData.empty())
     {
-        file.Begin("CustomData");
+        file.Begin(Names::CustomData);
         for (UniverseRecord::CustomData const& data : universe.customData)
             WriteCustomData(file, data);
         file.End();
@@ -257,31 +263,31 @@ void WriteCrossLevel(XmlFile& file, CrossLevelRecord const& crossLevel)
 {
     if (crossLevel.visibilities.empty() && crossLevel.styles.empty() && crossLevel.transforms.empty())
         return;
-    file.Begin("CrossLevelAttributes");
-    file.Begin("Visibilities");
+    file.Begin(Names::CrossLevelAttributes);
+    file.Begin(Names::Visibilities);
     for (auto const& [path, isVisible] : crossLevel.visibilities)
     {
-        file.Begin("EntityVisibility");
-        file.Attribute("Path", std::string_view(PathText(path)));
-        file.Attribute("Visibility", isVisible ? "1" : "0");
+        file.Begin(Names::EntityVisibility);
+        file.Attribute(Names::Path, std::string_view(PathText(path)));
+        file.Attribute(Names::Visibility, isVisible ? "1" : "0");
         file.End();
     }
     file.End();
-    file.Begin("Styles");
+    file.Begin(Names::Styles);
     for (auto const& [path, styles] : crossLevel.styles)
     {
-        file.Begin("EntityStyles");
-        file.Attribute("Path", std::string_view(PathText(path)));
-        WriteStyleRefs(file, "Styles", styles);
+        file.Begin(Names::EntityStyles);
+        file.Attribute(Names::Path, std::string_view(PathText(path)));
+        WriteStyleRefs(file, Names::Styles, styles);
         file.End();
     }
     file.End();
-    file.Begin("Transformations");
+    file.Begin(Names::Transformations);
     for (auto const& [path, transform] : crossLevel.transforms)
     {
-        file.Begin("EntityTransformation");
-        file.Attribute("Path", std::string_view(PathText(path)));
-        file.Attribute("Transformation", std::string_view(TransformText(transform)));
+        file.Begin(Names::EntityTransformation);
+        file.Attribute(Names::Path, std::string_view(PathText(path)));
+        file.Attribute(Names::Transformation, std::string_view(TransformText(transform)));
         file.End();
     }
     file.End();
@@ -290,18 +296,18 @@ void WriteCrossLevel(XmlFile& file, CrossLevelRecord const& crossLevel)
 
 void WriteInstance(XmlFile& file, InstanceRecord const& instance)
 {
-    file.Begin("IInstance");
+    file.Begin(Names::IInstance);
     WriteHead(file, instance);
-    file.Attribute("Visibility", instance.isVisible ? "1" : "0");
-    file.Attribute("NetVisibility", instance.isVisible ? "1" : "0");
-    file.Begin("Child");
-    file.Attribute("ID", instance.targetId.View());
+    file.Attribute(Names::Visibility, instance.isVisible ? "1" : "0");
+    file.Attribute(Names::NetVisibility, instance.isVisible ? "1" : "0");
+    file.Begin(Names::Child);
+    file.Attribute(Names::ID, instance.targetId.View());
     if (!instance.transform.IsIdentity())
-        file.Attribute("Transformation", std::string_view(TransformText(instance.transform)));
+        file.Attribute(Names::Transformation, std::string_view(TransformText(instance.transform)));
     file.End();
     WriteUnit(file, instance.unit);
-    WriteStyleRefs(file, "Styles", instance.styles);
-    WriteStyleRefs(file, "NetStyles", instance.netStyles);
+    WriteStyleRefs(file, Names::Styles, instance.styles);
+    WriteStyleRefs(file, Names::NetStyles, instance.netStyles);
     WriteChangeKey(file, instance);
     WriteExtensionData(file, instance);
     file.End();

@@ -1,6 +1,8 @@
 #include "authoring/XmlFile.h"
 #include "authoring/XmlText.h"
 #include "authoring/elements/ElementWriters.h"
+#include "framework/xml_util/EnumTexts.h"
+#include "framework/xml_util/FormatNames.h"
 
 namespace KVR::Authoring
 {
@@ -10,15 +12,15 @@ namespace
 
 void WriteVisibilities(XmlFile& file, ShownRecord const& shown)
 {
-    file.Attribute("Visibility", shown.isVisible ? "1" : "0");
-    file.Attribute("NetVisibility", shown.isVisible ? "1" : "0");
+    file.Attribute(Names::Visibility, shown.isVisible ? "1" : "0");
+    file.Attribute(Names::NetVisibility, shown.isVisible ? "1" : "0");
 }
 
 void WriteTransform(XmlFile& file, std::optional<Matrix3d> const& transform)
 {
     if (!transform || transform->IsIdentity())
         return;
-    file.Begin("Transform");
+    file.Begin(Names::Transform);
     file.Text(TransformText(*transform));
     file.End();
 }
@@ -27,13 +29,13 @@ void WriteTolerance(XmlFile& file, std::optional<ToleranceRecord> const& toleran
 {
     if (!tolerance)
         return;
-    file.Begin("Tolerance");
+    file.Begin(Names::Tolerance);
     if (tolerance->angular)
-        file.Attribute("AngularTolerance", *tolerance->angular);
+        file.Attribute(Names::AngularTolerance, *tolerance->angular);
     if (tolerance->linear)
-        file.Attribute("LinearTolerance", *tolerance->linear);
+        file.Attribute(Names::LinearTolerance, *tolerance->linear);
     if (tolerance->parameter)
-        file.Attribute("ParamTolerance", *tolerance->parameter);
+        file.Attribute(Names::ParamTolerance, *tolerance->parameter);
     file.End();
 }
 
@@ -43,26 +45,26 @@ void WriteGeometry(XmlFile& file, GeometryRecord const& geometry)
     WriteUnit(file, geometry.unit);
     WriteTolerance(file, geometry.tolerance);
     WriteTransform(file, geometry.transform);
-    WriteStyleRefs(file, "Styles", geometry.styles);
-    WriteStyleRefs(file, "NetStyles", geometry.netStyles);
+    WriteStyleRefs(file, Names::Styles, geometry.styles);
+    WriteStyleRefs(file, Names::NetStyles, geometry.netStyles);
     WriteChangeKey(file, geometry);
     WriteExtensionData(file, geometry);
 }
 
-void BeginGeometry(XmlFile& file, std::string_view name, GeometryRecord const& geometry)
+void BeginGeometry(XmlFile& file, ElementName name, GeometryRecord const& geometry)
 {
     file.Begin(name);
     WriteHead(file, geometry);
     WriteVisibilities(file, geometry);
 }
 
-void WriteSubEntities(XmlFile& file, std::string_view name, std::span<SubEntityStyles const> entities)
+void WriteSubEntities(XmlFile& file, ElementName name, std::span<SubEntityStyles const> entities)
 {
     for (SubEntityStyles const& entity : entities)
     {
         file.Begin(name);
-        file.Attribute("ID", entity.dataId.View());
-        WriteStyleRefs(file, "Styles", entity.styles);
+        file.Attribute(Names::ID, entity.dataId.View());
+        WriteStyleRefs(file, Names::Styles, entity.styles);
         file.End();
     }
 }
@@ -71,33 +73,33 @@ void WriteSubEntities(XmlFile& file, std::string_view name, std::span<SubEntityS
 
 void WriteBody(XmlFile& file, BodyRecord const& body)
 {
-    BeginGeometry(file, "IBrep", body);
-    file.Attribute("Type", std::string_view("kProducerGeometryType_" + std::string(body.type.View())));
+    BeginGeometry(file, Names::IBrep, body);
+    file.Attribute(Names::Type, WholeText(kProducerGeometryTypeTexts, body.type));
     WriteGeometry(file, body);
-    WriteSubEntities(file, "Face", body.faces);
-    WriteSubEntities(file, "Edge", body.edges);
+    WriteSubEntities(file, Names::Face, body.faces);
+    WriteSubEntities(file, Names::Edge, body.edges);
     file.End();
 }
 
 void WriteMesh(XmlFile& file, MeshRecord const& mesh)
 {
-    file.Begin("IPolygonMesh");
+    file.Begin(Names::IPolygonMesh);
     WriteHead(file, mesh);
-    file.Attribute("Visibility", mesh.isVisible ? "1" : "0");
-    file.Attribute("Type", std::string_view("kPolygonMeshType_" + std::string(mesh.type.View())));
+    file.Attribute(Names::Visibility, mesh.isVisible ? "1" : "0");
+    file.Attribute(Names::Type, WholeText(kPolygonMeshTypeTexts, mesh.type));
     if (mesh.levelOfDetailId)
-        file.Attribute("LODID", mesh.levelOfDetailId->View());
+        file.Attribute(Names::LODID, mesh.levelOfDetailId->View());
     WriteGeometry(file, mesh);
     file.End();
 }
 
 void WriteCurve(XmlFile& file, CurveElementRecord const& curve)
 {
-    BeginGeometry(file, "ICurve", curve);
+    BeginGeometry(file, Names::ICurve, curve);
     for (UTF8String const& id : curve.kernelEntityIds)
     {
-        file.Begin("GMKEntity");
-        file.Attribute("EntityId", id.View());
+        file.Begin(Names::GMKEntity);
+        file.Attribute(Names::EntityId, id.View());
         file.End();
     }
     WriteGeometry(file, curve);
@@ -106,8 +108,8 @@ void WriteCurve(XmlFile& file, CurveElementRecord const& curve)
 
 void WritePoint(XmlFile& file, PointRecord const& point)
 {
-    BeginGeometry(file, "IPoint", point);
-    WriteXYZ(file, "Point", point.position);
+    BeginGeometry(file, Names::IPoint, point);
+    WriteXYZ(file, Names::Point, point.position);
     WriteGeometry(file, point);
     file.End();
 }
@@ -116,7 +118,7 @@ void WritePointCloud(XmlFile& file, PointCloudRecord const& cloud)
 {
     // An element for each so many points keeps what is held small; a reader joins them.
     constexpr std::size_t kPointsPerElement = 4096;
-    BeginGeometry(file, "IPointCloud", cloud);
+    BeginGeometry(file, Names::IPointCloud, cloud);
     WriteGeometry(file, cloud);
     std::string text;
     for (std::size_t first = 0; first < cloud.points.size(); first += kPointsPerElement)
@@ -130,8 +132,8 @@ void WritePointCloud(XmlFile& file, PointCloudRecord const& cloud)
                     text += ' ';
                 text += NumberText(coordinate);
             }
-        file.Begin("PointCloud");
-        file.Attribute("PointCloudCoordinates", std::string_view(text));
+        file.Begin(Names::PointCloud);
+        file.Attribute(Names::PointCloudCoordinates, std::string_view(text));
         file.End();
     }
     file.End();
@@ -139,26 +141,26 @@ void WritePointCloud(XmlFile& file, PointCloudRecord const& cloud)
 
 void WriteWorkAxis(XmlFile& file, WorkAxisRecord const& axis)
 {
-    BeginGeometry(file, "IWorkAxis", axis);
-    WriteXYZ(file, "StartPoint", axis.start);
-    WriteXYZ(file, "EndPoint", axis.end);
-    WriteXYZ(file, "Axis", axis.axis);
+    BeginGeometry(file, Names::IWorkAxis, axis);
+    WriteXYZ(file, Names::StartPoint, axis.start);
+    WriteXYZ(file, Names::EndPoint, axis.end);
+    WriteXYZ(file, Names::Axis, axis.axis);
     WriteGeometry(file, axis);
     file.End();
 }
 
 void WriteWorkPlane(XmlFile& file, WorkPlaneRecord const& plane)
 {
-    BeginGeometry(file, "IWorkPlane", plane);
-    WriteXYZ(file, "Origin", plane.plane.origin);
-    WriteXYZ(file, "Normal", plane.plane.normal);
+    BeginGeometry(file, Names::IWorkPlane, plane);
+    WriteXYZ(file, Names::Origin, plane.plane.origin);
+    WriteXYZ(file, Names::Normal, plane.plane.normal);
     if (plane.plane.reference)
-        WriteXYZ(file, "Reference", *plane.plane.reference);
+        WriteXYZ(file, Names::Reference, *plane.plane.reference);
     if (plane.displayRange)
     {
-        file.Begin("DisplayRange");
-        WriteXYZ(file, "MinPoint", plane.displayRange->first);
-        WriteXYZ(file, "MaxPoint", plane.displayRange->second);
+        file.Begin(Names::DisplayRange);
+        WriteXYZ(file, Names::MinPoint, plane.displayRange->first);
+        WriteXYZ(file, Names::MaxPoint, plane.displayRange->second);
         file.End();
     }
     WriteGeometry(file, plane);
@@ -167,33 +169,34 @@ void WriteWorkPlane(XmlFile& file, WorkPlaneRecord const& plane)
 
 void WriteWorkPoint(XmlFile& file, WorkPointRecord const& point)
 {
-    BeginGeometry(file, "IWorkPoint", point);
-    WriteXYZ(file, "WorkPoint", point.position);
+    BeginGeometry(file, Names::IWorkPoint, point);
+    WriteXYZ(file, Names::WorkPoint, point.position);
     WriteGeometry(file, point);
     file.End();
 }
 
 void WriteSketch(XmlFile& file, SketchRecord const& sketch)
 {
-    BeginGeometry(file, "ISketch", sketch);
-    file.Attribute("SketchTypeEnum", sketch.is3D ? "kSketchType_3D" : "kSketchType_2D");
+    BeginGeometry(file, Names::ISketch, sketch);
+    file.Attribute(Names::SketchTypeEnum,
+                   TextOfValue(kSketchTypeTexts, sketch.is3D ? ISketch::kSketchType_3D : ISketch::kSketchType_2D));
     WriteGeometry(file, sketch);
-    file.Begin("ChildSet");
+    file.Begin(Names::ChildSet);
     for (PointRecord const& point : sketch.points)
         WritePoint(file, point);
     file.End();
-    file.Begin("CurveSet");
+    file.Begin(Names::CurveSet);
     for (CurveElementRecord const& curve : sketch.curves)
         WriteCurve(file, curve);
     file.End();
     file.End();
 }
 
-void BeginSet(XmlFile& file, std::string_view name, GeometryRecord const& set)
+void BeginSet(XmlFile& file, ElementName name, GeometryRecord const& set)
 {
     BeginGeometry(file, name, set);
     WriteGeometry(file, set);
-    file.Begin("ChildSet");
+    file.Begin(Names::ChildSet);
 }
 
 }  // namespace KVR::Authoring

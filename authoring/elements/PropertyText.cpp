@@ -7,6 +7,7 @@
 #include "framework/api/CustomProperty.h"
 #include "framework/api/Exception.h"
 #include "framework/api/Time.h"
+#include "framework/xml_util/EnumTexts.h"
 
 namespace KVR::Authoring
 {
@@ -36,38 +37,39 @@ std::string TimeText(struct tm const& time)
 
 ValueText ValueText::Of(CustomProperty const& content)
 {
+    std::string_view const type = TextOfValue(kPropertyTypeTexts, content.Type());
     switch (content.Type())
     {
         case kPropertyType_Int:
         {
             int value = 0;
             content.Value(value);
-            return {"kInt", std::to_string(value)};
+            return {type, std::to_string(value)};
         }
         case kPropertyType_Double:
         {
             double value = 0.0;
             content.Value(value);
-            return {"kDouble", NumberText(value)};
+            return {type, NumberText(value)};
         }
         case kPropertyType_Bool:
         {
             bool value = false;
             content.Value(value);
-            return {"kBool", value ? "True" : "False"};
+            return {type, value ? "True" : "False"};
         }
         case kPropertyType_Time:
         {
             struct tm value = {};
             content.Value(value);
-            return {"kTime", TimeText(value)};
+            return {type, TimeText(value)};
         }
         case kPropertyType_String:
             break;
     }
     UTF16String value;
     content.Value(value);
-    return {"kString", std::string(UTF8String(value).View())};
+    return {type, std::string(UTF8String(value).View())};
 }
 
 }  // namespace KVR::Authoring

@@ -5,6 +5,7 @@
 
 #include "authoring/StoreFile.h"
 #include "authoring/XmlFile.h"
+#include "framework/xml_util/FormatNames.h"
 
 namespace KVR::Authoring
 {
@@ -15,7 +16,6 @@ namespace
 constexpr char kSegmentEnding[] = ".seg";
 constexpr char kPersistentIdEnding[] = ".ids.xml";
 constexpr char kAssetEnding[] = ".assets";
-constexpr char kPropertyEnding[] = ".kvrproperty";
 
 }  // namespace
 
@@ -91,7 +91,7 @@ VitreolAssetWriter& SideFiles::Assets()
 PropertyWriter& SideFiles::Properties()
 {
     if (!m_properties)
-        m_properties.emplace(Beside(kPropertyEnding));
+        m_properties.emplace(Beside(kPropertyFileExtension));
     return *m_properties;
 }
 
@@ -105,31 +105,32 @@ UTF8String SideFiles::Blob(void const* bytes, std::size_t size)
     return UTF8String(NameOf(ending));
 }
 
-void SideFiles::WriteSection(XmlFile& document, std::string_view name, std::string_view condition,
+void SideFiles::WriteSection(XmlFile& document, ElementName name, std::optional<AttributeName> condition,
                              std::string_view ending) const
 {
     document.Begin(name);
-    if (!condition.empty())
-        document.Attribute(condition, "True");
-    document.Attribute("Path", std::string_view(NameOf(ending)));
+    if (condition)
+        document.Attribute(*condition, "True");
+    document.Attribute(Names::Path, std::string_view(NameOf(ending)));
     document.End();
 }
 
 void SideFiles::WriteSections(XmlFile& document) const
 {
     if (m_kernel)
-        WriteSection(document, "SatInfo", {}, KernelEnding());
+        WriteSection(document, Names::SatInfo, std::nullopt, KernelEnding());
     if (m_meshes && m_options.meshLayout == MeshStoreLayout::kMeshInfo)
-        WriteSection(document, "MeshInfo", "GenerateMesh", MeshEnding());
+        WriteSection(document, Names::MeshInfo, Names::GenerateMesh, MeshEnding());
     else if (m_meshes)
-        WriteSection(document, "GeometryInfo", "GenerateGeometry", MeshEnding());
+        WriteSection(document, Names::GeometryInfo, Names::GenerateGeometry, MeshEnding());
     // Behind the meshes: a reader takes segments only for meshes that it knows.
     if (m_segments)
-        WriteSection(document, "MeshSegmentInfo", "GenerateMeshSegment", kSegmentEnding);
+        WriteSection(document, Names::MeshSegmentInfo, Names::GenerateMeshSegment, kSegmentEnding);
     if (m_assets)
-        WriteSection(document, "VitreolMaterialInfo", "GenerateSerializedVitreol", kAssetEnding);
+        WriteSection(document, Names::VitreolMaterialInfo, Names::GenerateSerializedVitreol, kAssetEnding);
     if (m_persistentIds)
-        WriteSection(document, "SubObjectPersistentIdInfo", "GenerateSubObjectPersistentId", kPersistentIdEnding);
+        WriteSection(document, Names::SubObjectPersistentIdInfo, Names::GenerateSubObjectPersistentId,
+                     kPersistentIdEnding);
 }
 
 template <class Writer>
@@ -148,11 +149,11 @@ void SideFiles::Finish()
     Finish(m_segments, kSegmentEnding);
     Finish(m_assets, kAssetEnding);
     Finish(m_persistentIds, kPersistentIdEnding);
-    Finish(m_properties, kPropertyEnding);
+    Finish(m_properties, kPropertyFileExtension);
     if (m_properties)
         return;
     boost::system::error_code ignored;
-    boost::filesystem::remove(UTF8String(Beside(kPropertyEnding)).Value(), ignored);
+    boost::filesystem::remove(UTF8String(Beside(kPropertyFileExtension)).Value(), ignored);
 }
 
 }  // namespace KVR::Authoring

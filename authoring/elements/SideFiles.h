@@ -7,6 +7,7 @@
 
 #include "authoring/PropertyWriter.h"
 #include "authoring/SceneWriter.h"
+#include "framework/xml_util/FormatNames.h"
 
 namespace KVR::Authoring
 {
@@ -44,7 +45,7 @@ private:
     std::string NameOf(std::string_view ending) const;
     char const* MeshEnding() const noexcept;
     char const* KernelEnding() const noexcept;
-    void WriteSection(XmlFile& document, std::string_view name, std::string_view condition,
+    void WriteSection(XmlFile& document, ElementName name, std::optional<AttributeName> condition,
                       std::string_view ending) const;
     template <class Writer>
     void Finish(std::optional<Writer>& writer, std::string_view ending);

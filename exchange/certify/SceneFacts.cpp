@@ -8,11 +8,11 @@
 #include <map>
 
 #include "exchange/certify/FactReaders.h"
-#include "exchange/export/TriangleGroups.h"
 #include "framework/api/kvr_api.h"
 #include "framework/kernel/entity.h"
 #include "scene/OccurrenceState.h"
 #include "scene/Scene.h"
+#include "scene/SceneMesh.h"
 
 namespace KVR
 {
@@ -214,8 +214,8 @@ private:
         if (known == m_faceStyles.end())
         {
             std::set<std::string> styles;
-            for (TriangleGroups::Group const& group : TriangleGroups::Of(*geometry.mesh).groups)
-                styles.insert(group.style);
+            for (SceneMesh::Run const& run : SceneMesh::Of(*geometry.mesh).runs)
+                styles.insert(run.style);
             known = m_faceStyles.emplace(geometry.object, std::move(styles)).first;
         }
         for (std::string const& style : known->second)

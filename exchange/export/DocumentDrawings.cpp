@@ -6,10 +6,10 @@
 #include <cmath>
 #include <gp_Trsf.hxx>
 
-#include "exchange/export/CalloutFacts.h"
-#include "exchange/export/CurveShape.h"
 #include "exchange/export/ShapePlacement.h"
 #include "framework/api/kvr_api.h"
+#include "scene/CurveShape.h"
+#include "scene/SceneNote.h"
 
 namespace KVR
 {
@@ -252,14 +252,14 @@ void DocumentDrawings::AddCamera(ICamera const& camera, std::string const& name,
 
 void DocumentDrawings::AddFacts(ShapeDocument::Callout& drawn, IAnnotationCallout const& callout, double metresPerUnit)
 {
-    drawn.kind = KindOf(callout);
-    drawn.details = DetailsOf(callout);
+    drawn.kind = SceneNote::KindOf(callout);
+    drawn.details = AnnotationDetails::Of(SceneNote::DetailsOf(callout)).value_or(AnnotationDetails());
     UnitTypeEnum unit = kUnitType_Unknown;
     IText const* const text = callout.Text();
     double const own = text && text->LengthUnit(unit) == kIsValueSpecified_Yes ? MetresOf(unit) : 0.0;
     if (!IsAngle(DimensionTypeOf(drawn.details.type)))
         drawn.details.Scale((own > 0.0 ? own : metresPerUnit) / m_document.metresPerUnit);
-    drawn.references = ReferencesOf(callout);
+    drawn.references = SceneNote::ReferencesOf(callout);
     // Those that the annotation goes to are the last ones.
     std::size_t const seconds = drawn.details.second ? drawn.details.second->size() : 0;
     for (std::size_t i = 0; i < drawn.references.size(); ++i)

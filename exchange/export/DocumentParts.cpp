@@ -23,9 +23,9 @@
 #include <limits>
 #include <sstream>
 
-#include "exchange/export/CalloutFacts.h"
 #include "exchange/export/DocumentText.h"
 #include "framework/api/IAnnotationCallout.h"
+#include "scene/SceneNote.h"
 
 namespace KVR
 {
@@ -47,7 +47,7 @@ std::vector<std::string> ReferencesOf(ExportTask const& task)
     for (SceneComponent const& component : task.scene.Components())
         for (SceneGeometry const& geometry : component.geometry)
             if (auto const* const callout = dynamic_cast<IAnnotationCallout const*>(geometry.object))
-                for (std::string& id : ReferencesOf(*callout))
+                for (std::string& id : SceneNote::ReferencesOf(*callout))
                     all.push_back(std::move(id));
     return all;
 }

@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <cmath>
-#include <map>
-#include <memory>
+#include <limits>
+#include <unordered_set>
 
 #include "exchange/export/OccurrenceLimit.h"
-#include "framework/api/IPoint.h"
+#include "framework/api/kvr_api.h"
+#include "framework/kernel/entity.h"
 #include "scene/OccurrenceState.h"
+#include "scene/SceneMeshes.h"
 #include "scene/Transform.h"
 
 namespace KVR
@@ -23,7 +25,7 @@ class Walk
 public:
     Walk(ExportTask& task, std::function<void(FlatGroup const&)> const& use,
          std::function<void(FlatLines const&)> const& useLines)
-        : m_task(task), m_use(use), m_useLines(useLines)
+        : m_task(task), m_use(use), m_useLines(useLines), m_meshes(task.options.deflection)
     {
     }
 
@@ -73,59 +75,61 @@ private:
         std::string const label(name.empty() ? geometry.label : name);
         if (hasTriangles)
         {
-            for (TriangleGroups::Group const& group : GroupsOf(geometry).groups)
-                m_use({group, all, Mirrors(all),
-                       keeps && !group.style.empty() ? m_task.scene.StyleOf(group.style) : style, label});
-            if (!GroupsOf(geometry).groups.empty())
+            SceneMesh const& mesh = MeshOf(geometry);
+            for (SceneMesh::Run const& run : mesh.runs)
+                m_use({mesh, run, all, Mirrors(all),
+                       keeps && !run.style.empty() ? m_task.scene.StyleOf(run.style) : style, label});
+            if (!mesh.runs.empty())
                 return;
         }
-        Polylines const lines = m_useLines ? LinesOf(geometry) : Polylines();
-        if (lines.empty())
+        SceneLines const lines = m_useLines ? LinesOf(geometry) : SceneLines();
+        if (lines.IsEmpty())
             m_task.notCarried.Add("pieces of geometry with nothing to draw");
         else
             m_useLines({lines, all, style, label});
     }
 
-    static Polylines LinesOf(SceneGeometry const& geometry)
+    SceneLines LinesOf(SceneGeometry const& geometry) const
     {
+        CurveTolerance const tolerance{m_task.options.deflection, 0.0};
         switch (geometry.kind)
         {
             case GeometryKind::kBody:
-                return EdgesOf(*geometry.body);
+                return geometry.body->Body() ? CurvePoints::OfEdges(geometry.body->Body()->Shape(), tolerance)
+                                             : SceneLines();
             case GeometryKind::kCurve:
-                return PiecesOf(*geometry.curve);
+                return CurvePoints::Of(*geometry.curve, tolerance);
             case GeometryKind::kPoint:
             {
-                std::vector<float> const point{static_cast<float>(geometry.point->X()),
-                                               static_cast<float>(geometry.point->Y()),
-                                               static_cast<float>(geometry.point->Z())};
-                bool const isSomewhere =
-                    std::all_of(point.begin(), point.end(), [](float x) { return std::isfinite(x); });
-                return isSomewhere ? Polylines{point} : Polylines();
+                std::array<double, 3> const point{geometry.point->X(), geometry.point->Y(), geometry.point->Z()};
+                constexpr double kMost = std::numeric_limits<float>::max();
+                SceneLines lines;
+                if (std::all_of(point.begin(), point.end(), [](double x) { return std::abs(x) <= kMost; }))
+                    lines.Add(point);
+                return lines;
             }
             default:
                 return {};
         }
     }
 
-    TriangleGroups const& GroupsOf(SceneGeometry const& geometry)
+    SceneMesh const& MeshOf(SceneGeometry const& geometry)
     {
-        auto& entry = m_groups[geometry.object];
-        if (!entry)
+        SceneMesh const& mesh = geometry.mesh ? m_meshes.Of(*geometry.mesh) : m_meshes.Of(*geometry.body);
+        if (m_counted.insert(geometry.object).second)
         {
-            entry = std::make_unique<TriangleGroups>(
-                geometry.mesh ? TriangleGroups::Of(*geometry.mesh)
-                              : TriangleGroups::Of(*geometry.body, m_task.options.deflection));
-            m_task.notCarried.Add("polygons whose indices make no sense", entry->brokenPolygons);
-            m_task.notCarried.Add("faces that could not be meshed", entry->facesWithoutTriangles);
+            m_task.notCarried.Add("polygons whose indices make no sense", mesh.brokenPolygons);
+            m_task.notCarried.Add("faces that could not be meshed", mesh.facesWithoutTriangles);
         }
-        return *entry;
+        return mesh;
     }
 
     ExportTask& m_task;
     std::function<void(FlatGroup const&)> const& m_use;
     std::function<void(FlatLines const&)> const& m_useLines;
-    std::map<IObject const*, std::unique_ptr<TriangleGroups>> m_groups;
+    SceneMeshes m_meshes;
+    /// Of which what is not carried was counted.
+    std::unordered_set<IObject const*> m_counted;
 };
 
 }  // namespace
@@ -150,8 +154,9 @@ std::array<double, 3> Turned(std::array<double, 3> const& v, std::array<double, 
 
 }  // namespace
 
-std::array<float, 3> PlacedPoint(Matrix const& transform, float const* point)
+std::array<float, 3> PlacedPoint(Matrix const& transform, double const* exact)
 {
+    float const point[] = {static_cast<float>(exact[0]), static_cast<float>(exact[1]), static_cast<float>(exact[2])};
     std::array<float, 3> placed{};
     for (std::size_t row = 0; row < 3; ++row)
         placed[row] =
@@ -163,7 +168,7 @@ std::array<float, 3> PlacedPoint(Matrix const& transform, float const* point)
 
 std::array<float, 3> VertexOf(FlatGroup const& group, std::uint32_t index)
 {
-    return PlacedPoint(group.transform, group.triangles.positions.data() + 3 * std::size_t{index});
+    return PlacedPoint(group.transform, group.mesh.positions.data() + 3 * (group.run.firstVertex + index));
 }
 
 std::array<float, 3> NormalOf(FlatGroup const& group, std::uint32_t index)
@@ -171,7 +176,7 @@ std::array<float, 3> NormalOf(FlatGroup const& group, std::uint32_t index)
     // By the cofactors, which keep it at right angles to the surface.
     Matrix const& m = group.transform;
     double const sign = group.isMirrored ? -1.0 : 1.0;
-    float const* const normal = group.triangles.normals.data() + 3 * std::size_t{index};
+    float const* const normal = group.mesh.normals.data() + 3 * (group.run.firstVertex + index);
     std::array<double, 3> const placed =
         Turned({sign * static_cast<double>(normal[0]), sign * static_cast<double>(normal[1]),
                 sign * static_cast<double>(normal[2])},

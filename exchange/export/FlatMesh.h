@@ -6,7 +6,8 @@
 #include <string>
 
 #include "exchange/export/Export.h"
-#include "exchange/export/TriangleGroups.h"
+#include "scene/CurvePoints.h"
+#include "scene/SceneMesh.h"
 
 namespace KVR
 {
@@ -14,7 +15,8 @@ namespace KVR
 /// An occurrence's triangles of one style, with the transform that brings them to the scene's coordinates and unit.
 struct FlatGroup
 {
-    TriangleGroups::Group const& triangles;
+    SceneMesh const& mesh;
+    SceneMesh::Run const& run;
     Matrix const& transform;
     /// Whether triangles have to be turned over, since the transform mirrors.
     bool isMirrored;
@@ -26,7 +28,7 @@ struct FlatGroup
 /// An occurrence's curves, or the edges of a body without faces; a point is a line of one.
 struct FlatLines
 {
-    Polylines const& lines;
+    SceneLines const& lines;
     Matrix const& transform;
     /// Null for none.
     SceneStyle const* style;
@@ -40,8 +42,8 @@ void ForEachTriangleGroup(ExportTask& task, std::function<void(FlatGroup const&)
                           std::function<void(FlatLines const&)> const& useLines = {});
 
 /// A point of three numbers after a transform.
-std::array<float, 3> PlacedPoint(Matrix const& transform, float const* point);
-/// A vertex of a group, and its normal, in the scene's coordinates.
+std::array<float, 3> PlacedPoint(Matrix const& transform, double const* point);
+/// A vertex of a group, by its place in the run, and its normal, in the scene's coordinates.
 std::array<float, 3> VertexOf(FlatGroup const& group, std::uint32_t index);
 std::array<float, 3> NormalOf(FlatGroup const& group, std::uint32_t index);
 

@@ -1,3 +1,5 @@
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <stdexcept>
 
@@ -41,48 +43,54 @@ int GltfDocument::AddView(void const* bytes, std::size_t size, int target)
     return static_cast<int>(m_model.bufferViews.size()) - 1;
 }
 
-int GltfDocument::AddFloats(std::vector<float> const& values, int type, bool hasRange)
+int GltfDocument::AddFloats(std::span<float const> values, int type)
 {
     std::size_t const width = type == TINYGLTF_TYPE_VEC3 ? 3 : 2;
     tinygltf::Accessor accessor;
-    accessor.bufferView = AddView(values.data(), values.size() * sizeof(float), TINYGLTF_TARGET_ARRAY_BUFFER);
+    accessor.bufferView = AddView(values.data(), values.size_bytes(), TINYGLTF_TARGET_ARRAY_BUFFER);
     accessor.componentType = TINYGLTF_COMPONENT_TYPE_FLOAT;
     accessor.type = type;
     accessor.count = values.size() / width;
-    if (hasRange)
-    {
-        std::array<float, 3> low{values[0], values[1], values[2]};
-        std::array<float, 3> high = low;
-        for (std::size_t i = 3; i < values.size(); i += 3)
-            for (std::size_t axis = 0; axis < 3; ++axis)
-            {
-                low[axis] = std::min(low[axis], values[i + axis]);
-                high[axis] = std::max(high[axis], values[i + axis]);
-            }
-        accessor.minValues.assign(low.begin(), low.end());
-        accessor.maxValues.assign(high.begin(), high.end());
-    }
     m_model.accessors.push_back(std::move(accessor));
     return static_cast<int>(m_model.accessors.size()) - 1;
 }
 
-int GltfDocument::AddIndices(std::vector<std::uint32_t> const& indices, std::size_t vertexCount)
+int GltfDocument::AddPoints(std::span<double const> points)
+{
+    std::vector<float> values;
+    values.reserve(points.size());
+    for (double const x : points)
+        values.push_back(static_cast<float>(x));
+    int const place = AddFloats(values, TINYGLTF_TYPE_VEC3);
+    std::array<float, 3> low{values[0], values[1], values[2]};
+    std::array<float, 3> high = low;
+    for (std::size_t i = 3; i < values.size(); i += 3)
+        for (std::size_t axis = 0; axis < 3; ++axis)
+        {
+            low[axis] = std::min(low[axis], values[i + axis]);
+            high[axis] = std::max(high[axis], values[i + axis]);
+        }
+    m_model.accessors.back().minValues.assign(low.begin(), low.end());
+    m_model.accessors.back().maxValues.assign(high.begin(), high.end());
+    return place;
+}
+
+int GltfDocument::AddIndices(std::span<std::uint32_t const> indices, std::size_t firstVertex, std::size_t vertexCount)
 {
     tinygltf::Accessor accessor;
+    auto const add = [&]<class Index>(std::vector<Index> list, int componentType)
+    {
+        list.reserve(indices.size());
+        for (std::uint32_t const index : indices)
+            list.push_back(static_cast<Index>(index - firstVertex));
+        accessor.bufferView = AddView(list.data(), list.size() * sizeof(Index), TINYGLTF_TARGET_ELEMENT_ARRAY_BUFFER);
+        accessor.componentType = componentType;
+    };
     // The highest number of each width has a meaning of its own.
     if (vertexCount < 0xFFFF)
-    {
-        std::vector<std::uint16_t> const narrow(indices.begin(), indices.end());
-        accessor.bufferView =
-            AddView(narrow.data(), narrow.size() * sizeof narrow[0], TINYGLTF_TARGET_ELEMENT_ARRAY_BUFFER);
-        accessor.componentType = TINYGLTF_COMPONENT_TYPE_UNSIGNED_SHORT;
-    }
+        add(std::vector<std::uint16_t>(), TINYGLTF_COMPONENT_TYPE_UNSIGNED_SHORT);
     else
-    {
-        accessor.bufferView =
-            AddView(indices.data(), indices.size() * sizeof indices[0], TINYGLTF_TARGET_ELEMENT_ARRAY_BUFFER);
-        accessor.componentType = TINYGLTF_COMPONENT_TYPE_UNSIGNED_INT;
-    }
+        add(std::vector<std::uint32_t>(), TINYGLTF_COMPONENT_TYPE_UNSIGNED_INT);
     accessor.type = TINYGLTF_TYPE_SCALAR;
     accessor.count = indices.size();
     m_model.accessors.push_back(std::move(accessor));

@@ -1,11 +1,13 @@
 #include "exchange/export/GltfDocument.h"
 
 #include <cmath>
+#include <limits>
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 
 #include "exchange/export/OccurrenceLimit.h"
 #include "framework/api/kvr_api.h"
+#include "framework/kernel/entity.h"
 #include "scene/Transform.h"
 
 namespace KVR
@@ -296,26 +298,27 @@ std::vector<GltfDocument::Drawing> const& GltfDocument::DrawingsOf(SceneGeometry
     std::vector<Drawing>& drawings = entry->second;
     if (!isNew)
         return drawings;
+    CurveTolerance const tolerance{m_task.options.deflection, 0.0};
     switch (geometry.kind)
     {
         case GeometryKind::kMesh:
         {
-            TriangleGroups const groups = TriangleGroups::Of(*geometry.mesh);
-            m_task.notCarried.Add("polygons whose indices make no sense", groups.brokenPolygons);
-            AddTriangles(drawings, groups);
+            SceneMesh const mesh = SceneMesh::Of(*geometry.mesh);
+            m_task.notCarried.Add("polygons whose indices make no sense", mesh.brokenPolygons);
+            AddTriangles(drawings, mesh);
             break;
         }
         case GeometryKind::kBody:
         {
-            TriangleGroups const groups = TriangleGroups::Of(*geometry.body, m_task.options.deflection);
-            m_task.notCarried.Add("faces that could not be meshed", groups.facesWithoutTriangles);
-            AddTriangles(drawings, groups);
-            if (groups.groups.empty())
-                AddLines(drawings, EdgesOf(*geometry.body));
+            SceneMesh const mesh = SceneMesh::Of(*geometry.body, m_task.options.deflection);
+            m_task.notCarried.Add("faces that could not be meshed", mesh.facesWithoutTriangles);
+            AddTriangles(drawings, mesh);
+            if (mesh.runs.empty() && geometry.body->Body())
+                AddLines(drawings, CurvePoints::OfEdges(geometry.body->Body()->Shape(), tolerance));
             break;
         }
         case GeometryKind::kCurve:
-            AddLines(drawings, PiecesOf(*geometry.curve));
+            AddLines(drawings, CurvePoints::Of(*geometry.curve, tolerance));
             break;
         case GeometryKind::kPoint:
             AddPoint(drawings, *geometry.point);
@@ -329,44 +332,48 @@ std::vector<GltfDocument::Drawing> const& GltfDocument::DrawingsOf(SceneGeometry
     return drawings;
 }
 
-void GltfDocument::AddTriangles(std::vector<Drawing>& drawings, TriangleGroups const& groups)
+void GltfDocument::AddTriangles(std::vector<Drawing>& drawings, SceneMesh const& mesh)
 {
-    for (TriangleGroups::Group const& group : groups.groups)
+    for (SceneMesh::Run const& run : mesh.runs)
     {
         Drawing& drawing = drawings.emplace_back();
-        drawing.style = m_scene.StyleOf(group.style);
+        drawing.style = m_scene.StyleOf(run.style);
         drawing.primitive.mode = TINYGLTF_MODE_TRIANGLES;
-        drawing.primitive.attributes["POSITION"] = AddFloats(group.positions, TINYGLTF_TYPE_VEC3, true);
-        if (group.hasNormals)
-            drawing.primitive.attributes["NORMAL"] = AddFloats(group.normals, TINYGLTF_TYPE_VEC3, false);
-        if (group.hasTexture)
-            drawing.primitive.attributes["TEXCOORD_0"] = AddFloats(group.texture, TINYGLTF_TYPE_VEC2, false);
-        drawing.primitive.indices = AddIndices(group.indices, group.positions.size() / 3);
+        auto& attributes = drawing.primitive.attributes;
+        attributes["POSITION"] = AddPoints(std::span(mesh.positions).subspan(3 * run.firstVertex, 3 * run.vertexCount));
+        if (run.hasNormals)
+            attributes["NORMAL"] = AddFloats(std::span(mesh.normals).subspan(3 * run.firstVertex, 3 * run.vertexCount),
+                                             TINYGLTF_TYPE_VEC3);
+        if (run.hasTexture)
+            attributes["TEXCOORD_0"] = AddFloats(
+                std::span(mesh.texture).subspan(2 * run.firstVertex, 2 * run.vertexCount), TINYGLTF_TYPE_VEC2);
+        drawing.primitive.indices =
+            AddIndices(std::span(mesh.indices).subspan(3 * run.firstTriangle, 3 * run.triangleCount), run.firstVertex,
+                       run.vertexCount);
     }
 }
 
-void GltfDocument::AddLines(std::vector<Drawing>& drawings, Polylines const& lines)
+void GltfDocument::AddLines(std::vector<Drawing>& drawings, SceneLines const& lines)
 {
-    for (std::vector<float> const& line : lines)
+    for (std::size_t i = 0; i < lines.Count(); ++i)
     {
         Drawing& drawing = drawings.emplace_back();
         drawing.isCurve = true;
         drawing.primitive.mode = TINYGLTF_MODE_LINE_STRIP;
-        drawing.primitive.attributes["POSITION"] = AddFloats(line, TINYGLTF_TYPE_VEC3, true);
+        drawing.primitive.attributes["POSITION"] = AddPoints(lines.At(i));
     }
 }
 
 void GltfDocument::AddPoint(std::vector<Drawing>& drawings, IPoint const& point)
 {
-    std::vector<float> const position{static_cast<float>(point.X()), static_cast<float>(point.Y()),
-                                      static_cast<float>(point.Z())};
-    for (float const x : position)
-        if (!std::isfinite(x))
+    std::array<double, 3> const position{point.X(), point.Y(), point.Z()};
+    for (double const x : position)
+        if (!(std::abs(x) <= std::numeric_limits<float>::max()))
             return;
     Drawing& drawing = drawings.emplace_back();
     drawing.isCurve = true;
     drawing.primitive.mode = TINYGLTF_MODE_POINTS;
-    drawing.primitive.attributes["POSITION"] = AddFloats(position, TINYGLTF_TYPE_VEC3, true);
+    drawing.primitive.attributes["POSITION"] = AddPoints(position);
 }
 
 }  // namespace KVR

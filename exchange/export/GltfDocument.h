@@ -3,14 +3,16 @@
 #include <tiny_gltf.h>
 
 #include <map>
+#include <span>
 #include <string>
 #include <tuple>
 #include <vector>
 
 #include "exchange/export/DefaultColors.h"
 #include "exchange/export/Export.h"
-#include "exchange/export/TriangleGroups.h"
+#include "scene/CurvePoints.h"
 #include "scene/OccurrenceState.h"
+#include "scene/SceneMesh.h"
 
 namespace KVR
 {
@@ -49,11 +51,14 @@ private:
     int MaterialOf(SceneStyle const* style, bool isCurve);
     /// The primitives of geometry, without materials; made once for all styles.
     std::vector<Drawing> const& DrawingsOf(SceneGeometry const& geometry);
-    void AddTriangles(std::vector<Drawing>& drawings, TriangleGroups const& groups);
-    void AddLines(std::vector<Drawing>& drawings, Polylines const& lines);
+    void AddTriangles(std::vector<Drawing>& drawings, SceneMesh const& mesh);
+    void AddLines(std::vector<Drawing>& drawings, SceneLines const& lines);
     void AddPoint(std::vector<Drawing>& drawings, IPoint const& point);
-    int AddFloats(std::vector<float> const& values, int type, bool hasRange);
-    int AddIndices(std::vector<std::uint32_t> const& indices, std::size_t vertexCount);
+    int AddFloats(std::span<float const> values, int type);
+    /// With the range of the points.
+    int AddPoints(std::span<double const> points);
+    /// Each less the number of the first vertex.
+    int AddIndices(std::span<std::uint32_t const> indices, std::size_t firstVertex, std::size_t vertexCount);
     int AddView(void const* bytes, std::size_t size, int target);
     /// False, and counted, for a transform that leaves nothing of what it places.
     bool SetTransform(tinygltf::Node& node, Matrix const& transform, int& inner);

@@ -10,6 +10,7 @@
 #include <iterator>
 #include <map>
 #include <memory>
+#include <span>
 #include <stdexcept>
 #include <system_error>
 
@@ -29,10 +30,11 @@ static_assert(std::endian::native == std::endian::little, "the bytes of these fo
 
 std::array<std::uint32_t, 3> CornersOf(FlatGroup const& group, std::size_t triangle)
 {
-    std::uint32_t const* const corner = group.triangles.indices.data() + 3 * triangle;
+    std::uint32_t const* const corner = group.mesh.indices.data() + 3 * (group.run.firstTriangle + triangle);
+    auto const first = static_cast<std::uint32_t>(group.run.firstVertex);
     if (group.isMirrored)
-        return {corner[0], corner[2], corner[1]};
-    return {corner[0], corner[1], corner[2]};
+        return {corner[0] - first, corner[2] - first, corner[1] - first};
+    return {corner[0] - first, corner[1] - first, corner[2] - first};
 }
 
 unsigned char ByteOf(double fraction)
@@ -64,7 +66,7 @@ void ExportStl(ExportTask& task)
         task,
         [&](FlatGroup const& group)
         {
-            for (std::size_t i = 0; i < group.triangles.indices.size() / 3; ++i)
+            for (std::size_t i = 0; i < group.run.triangleCount; ++i)
             {
                 auto const corners = CornersOf(group, i);
                 std::array<std::array<float, 3>, 3> points;
@@ -124,46 +126,47 @@ private:
     void Put(FlatGroup const& group)
     {
         Begin(group.name, group.style, false);
-        std::size_t const count = group.triangles.positions.size() / 3;
+        std::size_t const count = group.run.vertexCount;
         for (std::size_t i = 0; i < count; ++i)
             Put("v", VertexOf(group, static_cast<std::uint32_t>(i)));
-        if (group.triangles.hasNormals)
+        if (group.run.hasNormals)
             for (std::size_t i = 0; i < count; ++i)
                 Put("vn", NormalOf(group, static_cast<std::uint32_t>(i)));
-        if (group.triangles.hasTexture)
+        if (group.run.hasTexture)
             for (std::size_t i = 0; i < count; ++i)
                 // Here the second one counts from the bottom.
-                m_text += fmt::format(FMT_COMPILE("vt {} {}\n"), group.triangles.texture[2 * i],
-                                      1.0F - group.triangles.texture[2 * i + 1]);
-        for (std::size_t i = 0; i < group.triangles.indices.size() / 3; ++i)
+                m_text += fmt::format(FMT_COMPILE("vt {} {}\n"), group.mesh.texture[2 * (group.run.firstVertex + i)],
+                                      1.0F - group.mesh.texture[2 * (group.run.firstVertex + i) + 1]);
+        for (std::size_t i = 0; i < group.run.triangleCount; ++i)
         {
             m_text += 'f';
             for (std::uint32_t const corner : CornersOf(group, i))
-                PutCorner(group.triangles, corner);
+                PutCorner(group.run, corner);
             m_text += '\n';
             Flush(kBlock);
         }
         m_vertices += count;
-        m_normals += group.triangles.hasNormals ? count : 0;
-        m_textures += group.triangles.hasTexture ? count : 0;
+        m_normals += group.run.hasNormals ? count : 0;
+        m_textures += group.run.hasTexture ? count : 0;
         Flush(0);
     }
 
-    void PutCorner(TriangleGroups::Group const& triangles, std::uint32_t corner)
+    void PutCorner(SceneMesh::Run const& run, std::uint32_t corner)
     {
         auto const out = std::back_inserter(m_text);
         fmt::format_to(out, FMT_COMPILE(" {}"), m_vertices + corner + 1);
-        if (triangles.hasTexture)
+        if (run.hasTexture)
             fmt::format_to(out, FMT_COMPILE("/{}"), m_textures + corner + 1);
-        if (triangles.hasNormals)
-            fmt::format_to(out, FMT_COMPILE("{}/{}"), triangles.hasTexture ? "" : "/", m_normals + corner + 1);
+        if (run.hasNormals)
+            fmt::format_to(out, FMT_COMPILE("{}/{}"), run.hasTexture ? "" : "/", m_normals + corner + 1);
     }
 
     void Put(FlatLines const& lines)
     {
         Begin(lines.name, lines.style, true);
-        for (std::vector<float> const& line : lines.lines)
+        for (std::size_t place = 0; place < lines.lines.Count(); ++place)
         {
+            std::span<double const> const line = lines.lines.At(place);
             std::size_t const count = line.size() / 3;
             for (std::size_t i = 0; i < count; ++i)
                 Put("v", PlacedPoint(lines.transform, line.data() + 3 * i));
@@ -255,7 +258,7 @@ void ExportPly(ExportTask& task)
         ForEachTriangleGroup(task,
                              [&](FlatGroup const& group)
                              {
-                                 std::size_t const count = group.triangles.positions.size() / 3;
+                                 std::size_t const count = group.run.vertexCount;
                                  if (count > 0x7FFFFFFF - vertexCount)
                                      throw std::runtime_error("it has more vertices than a PLY file can hold");
                                  for (std::size_t i = 0; i < count; ++i)
@@ -265,7 +268,7 @@ void ExportPly(ExportTask& task)
                                  std::array<unsigned char, 4> const bytes{
                                      ByteOf(color[0]), ByteOf(color[1]), ByteOf(color[2]),
                                      ByteOf(group.style ? group.style->opacity : 1.0)};
-                                 for (std::size_t i = 0; i < group.triangles.indices.size() / 3; ++i, ++faceCount)
+                                 for (std::size_t i = 0; i < group.run.triangleCount; ++i, ++faceCount)
                                  {
                                      faces.Put(std::uint8_t{3});
                                      for (std::uint32_t const corner : CornersOf(group, i))

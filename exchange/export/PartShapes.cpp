@@ -9,7 +9,6 @@
 #include <memory>
 #include <optional>
 
-#include "exchange/export/CurveShape.h"
 #include "exchange/export/MeshShell.h"
 #include "exchange/export/ShapePlacement.h"
 #include "framework/api/IBrep.h"
@@ -17,6 +16,7 @@
 #include "framework/api/IPolygonMesh.h"
 #include "framework/api/SubEntityToStylesMap.h"
 #include "framework/kernel/entity.h"
+#include "scene/CurveShape.h"
 
 namespace KVR
 {

@@ -20,6 +20,7 @@ public:
     Blob& operator=(Blob const&) = default;
     Blob& operator=(Blob&&) noexcept = default;
 
+    /// The number of bytes.
     unsigned long long Size() const noexcept { return m_bytes.size(); }
     /// The bytes, owned by the blob; null when there are none.
     void const* Data() const noexcept { return m_bytes.empty() ? nullptr : m_bytes.data(); }

@@ -21,13 +21,16 @@ public:
     CustomProperty& operator=(CustomProperty const&) = default;
     CustomProperty& operator=(CustomProperty&&) noexcept = default;
 
+    /// Replaces name, type and value.
     void SetProperty(UTF16String const& name, int value);
     void SetProperty(UTF16String const& name, double value);
     void SetProperty(UTF16String const& name, bool value);
     void SetProperty(UTF16String const& name, UTF16String const& value);
     void SetProperty(UTF16String const& name, struct tm value);
 
+    /// The name; owned by the property.
     UTF16String const& Name() const noexcept { return m_name; }
+    /// Which of the getters below answers.
     PropertyTypeEnum Type() const noexcept { return static_cast<PropertyTypeEnum>(m_value.index()); }
 
     /// Not specified, with the output left alone, unless the value is of the output's type.

@@ -16,11 +16,13 @@ class KVR_API DataIdToPersistentIdMap
 {
 public:
     virtual ~DataIdToPersistentIdMap();
+    /// The number of entries; 0 for an object without persistent ids.
     virtual unsigned long long Size() const = 0;
-    /// The entries in insertion order; an index at or beyond the size throws std::out_of_range.
+    /// The data id of an entry, in insertion order; an index at or beyond the size throws std::out_of_range.
     virtual UTF8String DataIdAt(unsigned long long index) const = 0;
+    /// The persistent id of an entry, in insertion order; an index at or beyond the size throws std::out_of_range.
     virtual UTF8String PersistentIdAt(unsigned long long index) const = 0;
-    /// Not specified, with the output left alone, for an unknown data id.
+    /// The persistent id of a face or edge. Not specified, with the output left alone, for an unknown data id.
     virtual IsValueSpecifiedEnum PersistentId(UTF8String const& dataId, UTF8String& persistentId) const = 0;
 
 protected:
@@ -29,6 +31,7 @@ protected:
     DataIdToPersistentIdMap& operator=(DataIdToPersistentIdMap const&) = default;
 };
 
+/// A map that can be filled. Looking up takes constant time.
 class KVR_API EditableDataIdToPersistentIdMap : public DataIdToPersistentIdMap
 {
 public:
@@ -41,6 +44,7 @@ public:
     void Add(UTF8String const& dataId, UTF8String const& persistentId);
     /// Takes the entry out; an unknown data id has no effect.
     void Remove(UTF8String const& dataId);
+    /// Takes all entries out.
     void Clear();
 
     unsigned long long Size() const override { return m_entries.size(); }

@@ -27,6 +27,7 @@ class KVR_API IMessageProvider
 {
 public:
     virtual ~IMessageProvider();
+    /// The words for the exception, as the user is to read them.
     virtual UTF16String MessageOf(Exception const& exception) = 0;
 };
 
@@ -43,6 +44,7 @@ public:
     ExceptionEvent(EventTypeEnum type, Exception const& exception);
     ~ExceptionEvent() override;
 
+    /// The kind of the event: that of an exception for every event of this producer.
     EventTypeEnum Type() const noexcept { return m_type; }
     /// The exception, owned by the event.
     Exception const& CarriedException() const noexcept { return *m_exception; }

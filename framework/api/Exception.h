@@ -17,6 +17,7 @@ class KVR_API Exception : public std::exception
 public:
     ~Exception() override;
 
+    /// Says who reports the exception.
     void SetReporter(ComponentRoleEnum reporter) noexcept;
     /// Not specified, with the output left alone, until set.
     IsValueSpecifiedEnum Reporter(ComponentRoleEnum& reporter) const noexcept;
@@ -42,6 +43,7 @@ public:
     GeneralException& operator=(GeneralException const&) = default;
     ~GeneralException() override;
 
+    /// What happened, in English; owned by the exception.
     UTF8String const& Message() const noexcept { return m_message; }
     /// The message; valid while the exception lives.
     char const* what() const noexcept override { return m_message.Value(); }
@@ -69,7 +71,9 @@ public:
     FileException& operator=(FileException const&) = default;
     ~FileException() override;
 
+    /// Says which file the failure is about.
     void SetFileName(UTF16String const& fileName);
+    /// Says what failed.
     void SetErrorCode(FileErrorCodeEnum code);
     /// Empty until set.
     UTF16String const& FileName() const noexcept { return m_fileName; }

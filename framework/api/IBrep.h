@@ -8,7 +8,8 @@ namespace KVR
 class BODY;
 class IBodyData;
 
-/// A boundary representation: a body of the geometry kernel with what the scene says of it.
+/// A boundary representation: a body of the geometry kernel with what the scene says of it. A body of a scene reports
+/// no length unit: it is in that of its component.
 class KVR_API IBrep : public IGeometry, public ISubEntityStyles, public ISubObjectPersistentIds
 {
 public:
@@ -34,13 +35,14 @@ public:
 
     ~IBrep() override;
     void AcceptVisitor(ObjectVisitor* visitor) override;
-    /// The body through a data interface instead of the kernel; null when there is none.
+    /// The body through a data interface instead of the kernel; null for every body of a scene.
     virtual IBodyData* BodyDI() const = 0;
-    /// What kind of geometry the source said it was.
+    /// What kind of geometry the scene says it was; a solid when it does not say, or says something else.
     virtual ProducerGeometryTypeEnum SrcGeomType() const = 0;
-    /// What kind of geometry the body is.
+    /// What kind of geometry the body is, told by its shapes; unknown without a body.
     virtual BrepTypeEnum BrepType_ex() const = 0;
-    /// The kernel's body, lent by the object; null when the scene had none.
+    /// The kernel's body, lent by the object and valid until it ends or the body is detached; null when the scene had
+    /// none.
     virtual BODY* Body() const = 0;
 };
 

@@ -14,10 +14,11 @@ public:
     ~IComponent() override;
     /// What the design file of the component says about itself, owned by the component; null when there is nothing.
     virtual KVR::FileProperties* FileProperties() const = 0;
-    /// The ids of the component's styles.
+    /// The ids of the component's styles, in document order; empty when there are none.
     virtual IdSet Styles() const = 0;
-    /// Whether the component alone stands under the root.
+    /// Whether the component alone stands under the root; false when the scene does not say.
     virtual bool IsSingleUnderRoot() const = 0;
+    /// The number of children, for ChildAt of the assembly or part.
     virtual unsigned long long ChildCount() const = 0;
 };
 

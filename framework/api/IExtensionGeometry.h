@@ -12,8 +12,10 @@ class KVR_API IExtensionGeometry : public IGeometry
 public:
     ~IExtensionGeometry() override;
     void AcceptVisitor(ObjectVisitor* visitor) override;
+    /// The number of children, each id once.
     virtual unsigned long long ChildCount() const = 0;
-    /// An index beyond the count throws GeneralException, the count itself std::out_of_range.
+    /// The child's id; empty when there is no object behind it. An index beyond the count throws GeneralException, the
+    /// count itself std::out_of_range.
     virtual ExtensionGeometryChildId ChildAt(unsigned long long index) const = 0;
 };
 

@@ -11,8 +11,9 @@ class KVR_API IGroup : public IObject
 public:
     ~IGroup() override;
     void AcceptVisitor(ObjectVisitor* visitor) override;
+    /// A text about the group; always empty in a scene.
     virtual UTF16String Description() const = 0;
-    /// The members, owned by the group.
+    /// The ids of the members, each once and in document order; owned by the group.
     virtual IdSet const& GeometryItems() const = 0;
 };
 

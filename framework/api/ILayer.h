@@ -12,11 +12,13 @@ class KVR_API ILayer : public IObject, public IVisible
 public:
     ~ILayer() override;
     void AcceptVisitor(ObjectVisitor* visitor) override;
+    /// A text about the layer; empty when there is none.
     virtual UTF16String Description() const = 0;
+    /// The layer's number; 0 when it is absent or no integer.
     virtual int LayerNumber() const = 0;
-    /// The members, owned by the layer.
+    /// The ids of the members, each once and in document order; owned by the layer.
     virtual IdSet const& GeometryItems() const = 0;
-    /// The styles, owned by the layer.
+    /// The ids of the layer's styles, in document order; owned by the layer.
     virtual IdSet const& Styles() const = 0;
 };
 

@@ -12,6 +12,7 @@ namespace KVR
 class KVR_API IOUtil
 {
 public:
+    /// Whether the machine keeps the highest byte of a number first.
     static bool IsBigEndian() noexcept;
     /// Opens a file as std::fopen does; null when that fails. A file opened to be read must be a regular one: a
     /// directory, FIFO or device counts as one that could not be opened, and the call never waits for one.

@@ -12,7 +12,7 @@ class KVR_API IPart : public IComponent
 public:
     ~IPart() override;
     void AcceptVisitor(ObjectVisitor* visitor) override;
-    /// An index at or beyond ChildCount throws std::out_of_range.
+    /// The id of a child, in document order. An index at or beyond ChildCount throws std::out_of_range.
     virtual PartChildId ChildAt(unsigned long long index) const = 0;
 };
 

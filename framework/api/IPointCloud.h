@@ -13,10 +13,12 @@ class KVR_API IPointCloud : public IGeometry
 public:
     ~IPointCloud() override;
     void AcceptVisitor(ObjectVisitor* visitor) override;
+    /// The number of points; a trailing one without all three numbers does not count.
     virtual std::size_t PointCount() const = 0;
-    /// Leaves the outputs alone for an index at or beyond the count.
+    /// A point, before the transform. An index at or beyond the count, and a coordinate that is no number, leave their
+    /// outputs alone. No pointer may be null.
     virtual void Point(std::size_t index, double* x, double* y, double* z) const = 0;
-    /// Keeps a copy, and nothing for the identity.
+    /// Sets what Transform answers, from then on a copy of the matrix, or null for the identity. Former answers end.
     virtual void SetTransform(Matrix3d const& transform) = 0;
 };
 

@@ -16,17 +16,27 @@ namespace KVR
 class KVR_API IProperty
 {
 public:
+    /// The property's own id, by which the database answers it; not that of the object it belongs to.
     virtual UTF8String Id() const = 0;
+    /// The name to show; empty when there is none.
     virtual UTF16String Name() const = 0;
+    /// Which of the getters below answers.
     virtual PropertyTypeEnum Type() const = 0;
-    /// Not specified, with the output left alone, unless the value is of the output's type.
+    /// The value of a text. Not specified, with the output left alone, for a property of another type.
     virtual IsValueSpecifiedEnum Value(UTF16String& value) const = 0;
+    /// The value of an integer. Not specified, with the output left alone, for a property of another type.
     virtual IsValueSpecifiedEnum Value(int& value) const = 0;
+    /// The value of a number, which has no unit. Not specified, with the output left alone, for a property of another
+    /// type.
     virtual IsValueSpecifiedEnum Value(double& value) const = 0;
+    /// The value of a truth. Not specified, with the output left alone, for a property of another type.
     virtual IsValueSpecifiedEnum Value(bool& value) const = 0;
+    /// The value of a time, to the second. Not specified, with the output left alone, for a property of another type.
     virtual IsValueSpecifiedEnum Value(struct tm& value) const = 0;
 
+    /// One more holder; from any thread.
     void Retain() const noexcept { m_holders.fetch_add(1, std::memory_order_relaxed); }
+    /// One holder less; the last one destroys the property, which nobody may use afterwards. From any thread.
     void Release() const noexcept
     {
         if (m_holders.fetch_sub(1, std::memory_order_acq_rel) == 1)

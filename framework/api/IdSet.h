@@ -34,8 +34,11 @@ public:
     /// Makes room for so many ids in all, for a list whose length is known: growing takes no further memory then.
     void Reserve(unsigned long long count);
 
+    /// Whether the id is in the set, in constant time for a long one.
     bool Contains(UTF8String const& id) const;
+    /// The number of ids, repeats included.
     unsigned long long Size() const noexcept;
+    /// Whether there is no id.
     bool IsEmpty() const noexcept;
     /// Throws std::out_of_range with "invalid vector<T> subscript" for an index at or beyond the size.
     UTF8String const& At(unsigned long long index) const;

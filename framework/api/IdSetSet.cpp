@@ -11,6 +11,20 @@ namespace KVR
 IdSetSet::IdSetSet() = default;
 IdSetSet::~IdSetSet() = default;
 
+// An index that is moved from keeps its count.
+IdSetSet::IdSetSet(IdSetSet&& other) noexcept
+    : m_sets(std::exchange(other.m_sets, {})), m_index(std::exchange(other.m_index, {}))
+{
+}
+
+IdSetSet& IdSetSet::operator=(IdSetSet&& other) noexcept
+{
+    IdSetSet taken(std::move(other));
+    m_sets.swap(taken.m_sets);
+    std::swap(m_index, taken.m_index);
+    return *this;
+}
+
 std::uint32_t IdSetSet::Find(IdSet const& set, std::size_t hash) const
 {
     return m_index.Find(hash, [&](std::uint32_t position) { return m_sets[position] == set; });

@@ -18,17 +18,21 @@ public:
     IdSetSet();
     ~IdSetSet();
     IdSetSet(IdSetSet const&) = default;
-    IdSetSet(IdSetSet&&) noexcept = default;
+    /// What was moved from is empty.
+    IdSetSet(IdSetSet&& other) noexcept;
     IdSetSet& operator=(IdSetSet const&) = default;
-    IdSetSet& operator=(IdSetSet&&) noexcept = default;
+    IdSetSet& operator=(IdSetSet&& other) noexcept;
 
     /// Appends the set unless an equal one is there already; constant time also for a long list.
     void AddWithUniquenessCheck(IdSet const& set);
     void AddWithUniquenessCheck(IdSet&& set);
+    /// The number of sets.
     unsigned long long Size() const noexcept { return m_sets.size(); }
+    /// Whether there is no set.
     bool IsEmpty() const noexcept { return m_sets.empty(); }
     /// Throws std::out_of_range for an index at or beyond the size.
     IdSet const& At(unsigned long long index) const;
+    /// The same as At.
     IdSet const& operator[](unsigned long long index) const { return At(index); }
 
 private:

@@ -22,7 +22,9 @@ public:
     void Add(unsigned long index) { m_indices.push_back(static_cast<unsigned int>(index)); }
     /// Makes room for so many indices in all.
     void Reserve(unsigned long count) { m_indices.reserve(count); }
+    /// Takes all indices out.
     void Clear() noexcept { m_indices.clear(); }
+    /// The indices; owned by the set.
     std::vector<unsigned int> const& Indices() const noexcept { return m_indices; }
 
 private:
@@ -40,10 +42,13 @@ public:
     VertexIndexSet& operator=(VertexIndexSet const&) = default;
     VertexIndexSet& operator=(VertexIndexSet&&) noexcept = default;
 
+    /// Appends the index as it is.
     void Append(int index) { m_indices.push_back(index); }
     /// Makes room for so many indices in all.
     void Reserve(unsigned long count) { m_indices.reserve(count); }
+    /// Takes all indices out.
     void Clear() noexcept { m_indices.clear(); }
+    /// The indices; owned by the set.
     std::vector<int> const& Indices() const noexcept { return m_indices; }
 
 private:

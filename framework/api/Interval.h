@@ -9,7 +9,9 @@ class Interval
 public:
     Interval(double lower, double upper) : m_lower(lower), m_upper(upper) {}
 
+    /// The first parameter, which may be the larger one.
     double Lower() const { return m_lower; }
+    /// The last parameter.
     double Upper() const { return m_upper; }
 
 private:

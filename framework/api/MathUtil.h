@@ -3,6 +3,7 @@
 namespace KVR
 {
 
+/// Numbers that geometry is weighed with.
 struct MathUtil
 {
     /// Below this magnitude a length without a unit counts as zero.

@@ -12,7 +12,9 @@ class KVR_API IMatrix
 {
 public:
     virtual ~IMatrix();
+    /// The number of rows.
     virtual int RowDimension() const = 0;
+    /// The number of columns.
     virtual int ColDimension() const = 0;
     /// Rows and columns count from 0; a bad index throws std::out_of_range.
     virtual double Element(int row, int column) const = 0;
@@ -39,10 +41,11 @@ public:
     int RowDimension() const override { return kDimension; }
     int ColDimension() const override { return kDimension; }
     double Element(int row, int column) const override;
-    /// A bad index throws std::out_of_range.
+    /// Sets one element. A bad index throws std::out_of_range.
     void SetElement(int row, int column, double value);
     /// The 16 elements, row by row.
     std::array<double, kElementCount> const& Elements() const { return m_elements; }
+    /// Sets all elements, row by row.
     void SetElements(std::array<double, kElementCount> const& elements) { m_elements = elements; }
     /// Whether every element equals the identity's exactly: a transform is never dropped for being small.
     bool IsIdentity() const;

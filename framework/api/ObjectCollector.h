@@ -50,7 +50,7 @@ public:
     void Visit(ILayer* object) override;
     void Visit(IBrep* object) override;
 
-    /// Destroys all objects of the id; whether there was one.
+    /// Destroys all objects of the id; whether there was one. Pointers to them are void afterwards.
     virtual bool Dispose(UTF8String const& id);
 
     /// Takes the object over and registers it under its Id(). Of several objects with one id the first is answered, and
@@ -58,6 +58,7 @@ public:
     void AddObject(IObject* object);
     /// The object, owned by the collector; null when there is none.
     IObject* QueryObject(UTF8String const& id) const;
+    /// Whether there is an object of that id.
     bool HasObject(UTF8String const& id) const;
     /// Destroys all objects, in the order in which they came.
     void Destroy() noexcept;

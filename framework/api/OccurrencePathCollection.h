@@ -18,8 +18,11 @@ public:
     OccurrencePathCollection& operator=(OccurrencePathCollection const&) = default;
     OccurrencePathCollection& operator=(OccurrencePathCollection&&) noexcept = default;
 
+    /// Appends the path in any case.
     void AddPath(IdSet const& path);
+    /// The number of paths.
     unsigned long long Size() const noexcept { return m_paths.size(); }
+    /// Whether there is no path.
     bool IsEmpty() const noexcept { return m_paths.empty(); }
     /// Throws std::out_of_range for an index at or beyond the size.
     IdSet const& At(unsigned long long index) const;

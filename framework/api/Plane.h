@@ -19,7 +19,9 @@ public:
     Plane& operator=(Plane const&) = default;
     virtual ~Plane();
 
+    /// The direction that stands on the plane, as it was given.
     virtual UnitVector Normal() const;
+    /// A point of the plane, in the length unit of the object that answers it.
     virtual Position Origin() const;
     /// Not specified for a plane that was made without one; the output is then left alone.
     virtual IsValueSpecifiedEnum ReferenceDirection(UnitVector& direction) const;

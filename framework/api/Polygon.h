@@ -29,8 +29,9 @@ class KVR_API EditablePolygon
 public:
     /// Ends the polygon; the pointer is void afterwards.
     virtual void Release() noexcept = 0;
-    /// Copies the indices; they replace those held.
+    /// Copies the indices of the vertices, which replace those held; none for null.
     virtual void SetVertexIndices(int count, int const* indices) = 0;
+    /// Copies the indices of the normals, one for each vertex, which replace those held; none for null.
     virtual void SetNormalIndices(int count, int const* indices) = 0;
     /// The number of vertices that the polygon was made for.
     virtual int VertexCount() const noexcept = 0;
@@ -45,9 +46,13 @@ public:
         int const* data = nullptr;
         int count = 0;
     };
+    /// The indices of the vertices.
     virtual IndexList VertexIndices() const noexcept = 0;
+    /// The indices of the normals, one for each vertex.
     virtual IndexList NormalIndices() const noexcept = 0;
+    /// The texture vertex sets that the polygon uses.
     virtual IndexList TextureSetIndices() const noexcept = 0;
+    /// For each vertex, in order, one index into each of those sets.
     virtual IndexList TextureVertexIndices() const noexcept = 0;
 
     EditablePolygon(EditablePolygon const&) = delete;
@@ -58,10 +63,11 @@ protected:
     virtual ~EditablePolygon();
 };
 
+/// Makes polygons.
 class KVR_API PolygonFactory
 {
 public:
-    /// A polygon for so many vertices, owned by the caller.
+    /// A polygon for so many vertices, owned by the caller, who frees it through Release.
     static EditablePolygon* Create(int vertexCount);
 };
 

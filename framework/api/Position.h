@@ -12,14 +12,18 @@ public:
     Position() = default;
     Position(double x, double y, double z) : m_x(x), m_y(y), m_z(z) {}
 
+    /// Moves the point.
     void Set(double x, double y, double z)
     {
         m_x = x;
         m_y = y;
         m_z = z;
     }
+    /// The first coordinate.
     double X() const { return m_x; }
+    /// The second coordinate.
     double Y() const { return m_y; }
+    /// The third coordinate.
     double Z() const { return m_z; }
 
 private:

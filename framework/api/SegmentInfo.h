@@ -19,7 +19,9 @@ public:
     EdgeSegmentInfo& operator=(EdgeSegmentInfo&&) noexcept = default;
     virtual ~EdgeSegmentInfo();
 
+    /// Sets the run of vertices.
     void SetVertexIndexSet(VertexIndexSet vertices) noexcept { m_vertices = std::move(vertices); }
+    /// The vertices of the mesh along the edge, in order; owned by the segment.
     VertexIndexSet const& VertexIndices() const noexcept { return m_vertices; }
 
 private:
@@ -37,9 +39,13 @@ public:
     FaceSegmentInfo& operator=(FaceSegmentInfo&&) noexcept = default;
     virtual ~FaceSegmentInfo();
 
+    /// Shows or hides the segment.
     void SetVisible(bool visible) noexcept { m_visible = visible; }
+    /// Whether the segment is shown.
     bool IsVisible() const noexcept { return m_visible; }
+    /// Sets the polygons.
     void SetPolygonIndexSet(PolygonIndexSet polygons) noexcept { m_polygons = std::move(polygons); }
+    /// The polygons of the mesh that make the face; owned by the segment.
     PolygonIndexSet const& PolygonIndices() const noexcept { return m_polygons; }
 
 private:

@@ -26,11 +26,14 @@ public:
     virtual void SetStyles(UTF8String const& dataId, IdSet const& styles);
     /// Takes the entry out; an unknown data id has no effect.
     void Remove(UTF8String const& dataId);
+    /// Takes all entries out.
     void Clear();
 
+    /// The number of entries; 0 for an object whose faces and edges have no styles of their own.
     unsigned long long Size() const noexcept { return m_entries.size(); }
-    /// The entries in the order of their first SetStyles; a bad index throws std::out_of_range.
+    /// The data id of an entry, in the order of the first SetStyles; a bad index throws std::out_of_range.
     UTF8String const& DataIdAt(unsigned long long index) const;
+    /// The styles of an entry, in the same order; a bad index throws std::out_of_range.
     IdSet const& StylesAt(unsigned long long index) const;
     /// Not specified, with the output left alone, for an unknown data id.
     IsValueSpecifiedEnum Styles(UTF8String const& dataId, IdSet& styles) const;

@@ -36,7 +36,9 @@ public:
     UTF16String& ToLower() noexcept;
     /// The zero-terminated text, valid while the string lives unchanged.
     wchar_t const* Value() const noexcept { return m_text.c_str(); }
+    /// The text as a view, valid while the string lives unchanged.
     std::wstring_view View() const noexcept { return m_text; }
+    /// Whether there is no character.
     bool IsEmpty() const noexcept { return m_text.empty(); }
 
     /// A strict total order, by the values of the code units.

@@ -36,7 +36,9 @@ public:
     int Compare(char const* text) const noexcept;
     /// The zero-terminated bytes, valid while the string lives unchanged.
     char const* Value() const noexcept { return m_bytes.c_str(); }
+    /// The bytes as a view, valid while the string lives unchanged.
     std::string_view View() const noexcept { return m_bytes; }
+    /// Whether there is no byte.
     bool IsEmpty() const noexcept { return m_bytes.empty(); }
     /// The number of bytes.
     unsigned long long Size() const noexcept { return m_bytes.size(); }
@@ -46,6 +48,7 @@ public:
     UTF8String Substr(unsigned long long start, long length) const;
     /// Inserts in place and returns itself; a position beyond the end counts as the end.
     UTF8String& Insert(unsigned long long position, UTF8String const& text);
+    /// This text with the other behind it.
     UTF8String operator+(UTF8String const& text) const;
     /// Removes the byte from both ends, in place, and returns itself.
     UTF8String& Trim(char byte);
@@ -60,9 +63,11 @@ private:
 
 }  // namespace KVR
 
+/// The hash of the bytes, equal for equal texts.
 template <>
 struct std::hash<KVR::UTF8String>
 {
+    /// The hash of a text.
     std::size_t operator()(KVR::UTF8String const& text) const noexcept
     {
         return std::hash<std::string_view>()(text.View());

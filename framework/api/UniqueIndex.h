@@ -43,6 +43,7 @@ public:
             Grow(slotCount);
     }
 
+    /// Whether nothing was entered.
     bool IsEmpty() const noexcept { return m_count == 0; }
     /// Begins to fetch what Find and Add will ask for under this hash: many hashes together take little longer than
     /// one.

@@ -30,14 +30,20 @@ public:
     Variant& operator=(Variant const&) = default;
     Variant& operator=(Variant&&) noexcept = default;
 
+    /// Makes it a text, a copy of the given one.
     void SetAStringValue(UTF8String const& value);
+    /// Makes it a list of ids, a copy of the given one.
     void SetIdSetValue(IdSet const& value);
+    /// Makes it bytes, a copy of the given ones.
     void SetBlobValue(Blob const& value);
 
+    /// What kind of value it has; none until set.
     KindEnum Kind() const noexcept;
-    /// The value when it is of that kind, null otherwise; owned by the variant.
+    /// The text, owned by the variant; null when the value is of another kind.
     UTF8String const* AStringValue() const noexcept { return std::get_if<UTF8String>(&m_value); }
+    /// The list of ids, owned by the variant; null when the value is of another kind.
     IdSet const* IdSetValue() const noexcept { return std::get_if<IdSet>(&m_value); }
+    /// The bytes, owned by the variant; null when the value is of another kind.
     Blob const* BlobValue() const noexcept { return std::get_if<Blob>(&m_value); }
 
 private:

@@ -13,6 +13,7 @@ class KVR_API Vector
 public:
     Vector() = default;
 
+    /// Sets all three components.
     void Set(double x, double y, double z) { m_components = {x, y, z}; }
     /// Component 0, 1 or 2; any other index throws std::out_of_range.
     double& operator[](unsigned long long index);

@@ -9,9 +9,13 @@ namespace KVR
 class ViewingData
 {
 public:
+    /// Sets which way is up.
     void SetUpVector(double x, double y, double z) { m_up.Set(x, y, z); }
+    /// Sets which way is front.
     void SetFrontVector(double x, double y, double z) { m_front.Set(x, y, z); }
+    /// Which way is up; owned by this object.
     Vector const& UpVector() const { return m_up; }
+    /// Which way is front; owned by this object.
     Vector const& FrontVector() const { return m_front; }
 
 private:

@@ -14,8 +14,9 @@ public:
     VitreolSerializedAsset(UTF8String type, Blob content);
     ~VitreolSerializedAsset();
 
+    /// The library's name for the kind of material; owned by the asset.
     UTF8String const& Type() const noexcept { return m_type; }
-    /// In bytes.
+    /// The size in bytes.
     unsigned long long Size() const noexcept { return m_content.Size(); }
     /// The bytes, owned by the asset; null when there are none.
     void const* Data() const noexcept { return m_content.Data(); }

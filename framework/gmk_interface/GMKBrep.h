@@ -31,27 +31,45 @@ public:
     /// Told by the shapes that the body is made of; unknown without a body.
     BrepTypeEnum BrepType_ex() const override;
     BODY* Body() const override { return m_body; }
+    /// Sets what kind of geometry it was at its source; the body is not compared with it.
     virtual void SetSrcGeomType(ProducerGeometryTypeEnum type) { m_srcGeomType = type; }
     /// Sets the styles of each face and edge in the map; one that was set before is replaced.
     virtual void AppendStylesToMap(SubEntityToStylesMap const& styles);
     /// Adds the ids of the map; one that is there already stays.
     virtual void AppendPersistentIDsToMap(EditableDataIdToPersistentIdMap const& ids);
+    /// Takes the styles of a face or edge out of the map; an unknown data id has no effect.
     virtual void RemoveSubEntityStyles(UTF8String const& dataId) { m_stylesMap.Remove(dataId); }
+    /// Takes the persistent id of a face or edge out of the map; an unknown data id has no effect.
     virtual void RemoveSubEntityPersistentIDs(UTF8String const& dataId) { m_persistentIds.Remove(dataId); }
+    /// Takes the styles of all faces and edges out of the map.
     virtual void RemoveAllSubEntityStyles() { m_stylesMap.Clear(); }
+    /// Takes all persistent ids out of the map.
     virtual void RemoveAllSubEntityPersistentIDs() { m_persistentIds.Clear(); }
+    /// Replaces the ids of the object's styles by those that are moved in.
     virtual void SetStyles(IdSet&& styles) { m_styles = std::move(styles); }
+    /// Replaces the ids of the object's styles by a copy.
     virtual void SetStyles(IdSet const& styles) { m_styles = styles; }
+    /// Replaces the ids of the resolved styles by those that are moved in.
     virtual void SetNetStyles(IdSet&& styles) { m_netStyles = std::move(styles); }
+    /// Replaces the ids of the resolved styles by a copy.
     virtual void SetNetStyles(IdSet const& styles) { m_netStyles = styles; }
+    /// Sets what Transform answers, from then on a copy of the matrix, or null for the identity. Former answers end.
     virtual void SetTransform(Matrix3d&& transform);
+    /// The same for a matrix that stays the caller's.
     virtual void SetTransform(Matrix3d const& transform);
+    /// Shows or hides the object.
     virtual void SetVisible(bool visible) { m_visible = visible; }
+    /// Sets the unit of the body's lengths; nothing is converted. A scene's reader leaves it not specified.
     virtual void SetLengthUnit(UnitTypeEnum unit) { m_lengthUnit = {unit, true}; }
+    /// Sets the unit in which to show angles.
     virtual void SetDisplayAngleUnit(UnitTypeEnum unit) { m_displayAngleUnit = {unit, true}; }
+    /// Sets the unit in which to show lengths.
     virtual void SetDisplayLengthUnit(UnitTypeEnum unit) { m_displayLengthUnit = {unit, true}; }
+    /// Sets the angle below which two directions are one; nothing is checked.
     virtual void SetAngularTolerance(double tolerance) { m_angularTolerance = tolerance; }
+    /// Sets the distance below which two points are one, in the body's length unit; nothing is checked.
     virtual void SetLinearTolerance(double tolerance) { m_linearTolerance = tolerance; }
+    /// Sets the difference below which two parameters are one; nothing is checked.
     virtual void SetParamTolerance(double tolerance) { m_paramTolerance = tolerance; }
 
     Matrix3d const* Transform() const override { return m_transform.get(); }
@@ -66,8 +84,11 @@ public:
     SubEntityToStylesMap* StylesMap() const override { return &m_stylesMap; }
     DataIdToPersistentIdMap* PersistentIDsMap() const override { return &m_persistentIds; }
 
+    /// Keeps the id that stays the object's over versions, beside the one that VersionPersistentId answers.
     void SetVersionPersistentId(UTF8String const& id) { m_versionPersistentId = id; }
+    /// The id that was kept so; empty until then. Owned by the object.
     UTF8String const& VersionPersistentIdText() const noexcept { return m_versionPersistentId; }
+    /// Sets the resolved visibility.
     void SetNetVisibility(bool visible) { m_netVisible = visible; }
 
 protected:

@@ -20,6 +20,7 @@ public:
     static void DeleteHistoryStream(HISTORY_STREAM* stream) noexcept;
     /// What the calling thread makes from here on belongs to the stream; null for none.
     static void SetActiveHistoryStream(HISTORY_STREAM* stream) noexcept;
+    /// The stream to which belongs what the calling thread makes, not owned; null when none is active.
     static HISTORY_STREAM* ActiveHistoryStream() noexcept;
     /// Moves entities to a stream of their own, which is split off from the stream of the first of them.
     static void CreateSeparateHistoryStream(std::size_t count, ENTITY* const* entities);

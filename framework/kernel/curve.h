@@ -30,11 +30,14 @@ public:
 
     /// The curve of Open CASCADE, in place; a null handle when it was destroyed. Include <Geom_Curve.hxx> to use it.
     opencascade::handle<Geom_Curve> const& Geometry() const noexcept { return *m_geometry; }
-    /// The range of its parameter.
+    /// The parameter at which the curve begins.
     double First() const noexcept { return m_first; }
+    /// The parameter at which the curve ends.
     double Last() const noexcept { return m_last; }
 
+    /// Whether Destroy was called.
     bool IsDestroyed() const noexcept;
+    /// Frees the geometry; what is left ends with the stream. Once more has no effect.
     void Destroy() noexcept;
 
     /// A curve in the active stream; null when there is no active stream to own it, or for a null handle.

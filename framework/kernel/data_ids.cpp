@@ -14,12 +14,4 @@ outcome gki_get_datax_id(ENTITY* entity, GMK::gmk_array<DXID_DATA>& ids)
     return {};
 }
 
-outcome gki_add_datax_id(ENTITY* entity, std::string dataId)
-{
-    if (!entity)
-        return {outcome::kBadArgument, "there is no entity"};
-    entity->AddDataId(std::move(dataId));
-    return {};
-}
-
 }  // namespace KVR

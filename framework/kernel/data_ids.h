@@ -17,6 +17,7 @@ class DXID_DATA
 {
 public:
     explicit DXID_DATA(std::string dataId) : m_dataId(std::move(dataId)) {}
+    /// The data id, owned by the record.
     std::string const& dx_id() const noexcept { return m_dataId; }
 
 private:
@@ -25,7 +26,5 @@ private:
 
 /// Appends the data ids of an entity in the order in which it got them. A bad outcome for null.
 KVR_KERNEL_API outcome gki_get_datax_id(ENTITY* entity, GMK::gmk_array<DXID_DATA>& ids);
-/// Gives an entity a further data id. A bad outcome for null.
-KVR_KERNEL_API outcome gki_add_datax_id(ENTITY* entity, std::string dataId);
 
 }  // namespace KVR

@@ -34,12 +34,14 @@ public:
     ENTITY(ENTITY const&) = delete;
     ENTITY& operator=(ENTITY const&) = delete;
 
+    /// What the entity is.
     ENTITY_KIND Kind() const noexcept { return m_kind; }
     /// The shape of Open CASCADE behind the entity, with its place and orientation; never null, and good for reading as
     /// long as the entity lives. Include <TopoDS_Shape.hxx> to use it.
     TopoDS_Shape const& Shape() const noexcept { return *m_shape; }
     /// The data ids in the order in which they were given.
     std::vector<std::string> const& DataIds() const noexcept { return m_dataIds; }
+    /// Gives the entity a further data id, an equal one too.
     void AddDataId(std::string dataId) { m_dataIds.push_back(std::move(dataId)); }
     /// The stream that frees the entity; null when the caller or a body does.
     HISTORY_STREAM* Stream() const noexcept { return m_stream; }
@@ -58,6 +60,7 @@ private:
     std::size_t m_place = 0;
 };
 
+/// A face of a shape.
 class KVR_KERNEL_API FACE final : public ENTITY
 {
 public:
@@ -65,6 +68,7 @@ public:
     ~FACE() override;
 };
 
+/// An edge of a shape.
 class KVR_KERNEL_API EDGE final : public ENTITY
 {
 public:
@@ -72,6 +76,7 @@ public:
     ~EDGE() override;
 };
 
+/// A vertex of a shape.
 class KVR_KERNEL_API VERTEX final : public ENTITY
 {
 public:
@@ -89,22 +94,26 @@ public:
     using Faces = std::vector<std::unique_ptr<FACE>>;
     using Edges = std::vector<std::unique_ptr<EDGE>>;
 
-    /// The faces and edges, each once, in the order of a walk over the shape, which is the same for the same shape.
-    /// They are owned by the body, made when they are first asked for, and stay until it ends.
+    /// The faces, each once, in the order of a walk over the shape, which is the same for the same shape. They are
+    /// owned by the body, made when they are first asked for, and stay until it ends.
     Faces const& FaceList() const;
+    /// The edges, in the same way.
     Edges const& EdgeList() const;
 
-    /// Gives a face or edge, by its place in those lists, another data id. One without such a place has no effect.
+    /// Gives a face, by its place in FaceList, another data id. One without such a place has no effect.
     void AddFaceDataId(std::uint32_t place, std::string dataId);
+    /// Gives an edge, by its place in EdgeList, another data id. One without such a place has no effect.
     void AddEdgeDataId(std::uint32_t place, std::string dataId);
 
-    /// The data ids of faces and edges by place, in the order in which they were given.
+    /// A data id of a face or edge, with its place in FaceList or EdgeList.
     struct SubId
     {
         std::uint32_t place;
         std::string dataId;
     };
+    /// The data ids of faces in the order in which they were given; owned by the body.
     std::vector<SubId> const& FaceDataIds() const noexcept { return m_faceIds; }
+    /// The data ids of edges in the order in which they were given; owned by the body.
     std::vector<SubId> const& EdgeDataIds() const noexcept { return m_edgeIds; }
 
 private:
@@ -124,6 +133,7 @@ struct BODY_xs
     BODY* body;
 };
 
+/// The same for an edge.
 struct EDGE_xs
 {
     explicit EDGE_xs(ENTITY* entity) noexcept : edge(dynamic_cast<EDGE*>(entity)) {}

@@ -19,6 +19,7 @@ public:
     /// The first one; the end for a null body or one without any.
     explicit entity_iterator(BODY const* body) : m_body(body) { EndAtLast(); }
 
+    /// Goes to the next one, or to the end; not to be called at the end.
     entity_iterator& operator++()
     {
         ++m_at;

@@ -22,7 +22,9 @@ public:
 
     /// Null has no effect.
     void add(ENTITY* entity);
+    /// Takes all entities out.
     void clear() noexcept;
+    /// The number of entities.
     int count() const noexcept { return static_cast<int>(m_entities.size()); }
     /// Null for a bad index.
     ENTITY* operator[](int index) const noexcept;

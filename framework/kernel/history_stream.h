@@ -31,8 +31,9 @@ public:
     /// Frees all entities, curves and streams in it.
     void Clear() noexcept;
 
-    /// The entities and curves in this stream and in those split off; destroyed curves are not counted.
+    /// The number of entities in this stream and in those split off.
     std::size_t EntityCount() const noexcept;
+    /// The number of curves in this stream and in those split off; destroyed ones are not counted.
     std::size_t CurveCount() const noexcept;
     /// The streams that were split off from this one, and from those.
     std::size_t StreamCount() const noexcept;

@@ -37,6 +37,7 @@ public:
 
     /// 0 for success.
     int error_number() const noexcept { return m_errorNumber; }
+    /// Whether the operation succeeded.
     bool ok() const noexcept { return m_errorNumber == kGood; }
     /// A sentence about the failure; empty for success.
     std::string const& message() const noexcept { return m_message; }

@@ -54,7 +54,7 @@ DOMNode* Next(DOMNode* node, DOMNode const* top)
 }  // namespace
 
 // An element has few attributes: to walk them costs less than the search that the map offers.
-XMLCh const* AttributeText(DOMNode const* node, XMLCh const* name)
+XMLCh const* FindAttribute(DOMNode const* node, XMLCh const* name)
 {
     if (!IsElement(node))
         return nullptr;

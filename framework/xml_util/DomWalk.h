@@ -4,13 +4,14 @@
 #include <xercesc/dom/DOMNode.hpp>
 
 #include "framework/xml_util/Export.h"
+#include "framework/xml_util/FormatNames.h"
 
 namespace KVR
 {
 
-// How readers walk the document. Names are u"..." literals compared with the node's own text: nothing is transcoded or
-// allocated to find out what a node is. Only elements are ever walked or matched. A processing instruction or an entity
-// reference can bear an element's name, but it has no attributes and makes no object.
+// How readers walk the document. Names, of the list in FormatNames.h, are compared with the node's own text: nothing is
+// transcoded or allocated to find out what a node is. Only elements are ever walked or matched. A processing
+// instruction or an entity reference can bear an element's name, but it has no attributes and makes no object.
 
 /// Whether the zero-terminated text equals the name, exactly.
 inline bool Equals(XMLCh const* text, std::u16string_view name)
@@ -40,13 +41,14 @@ inline bool EqualsAnyCase(XMLCh const* text, std::u16string_view name)
     return *text == 0;
 }
 
+/// Whether the node is an element; false for null.
 inline bool IsElement(xercesc::DOMNode const* node)
 {
     return node && node->getNodeType() == xercesc::DOMNode::ELEMENT_NODE;
 }
 
 /// Whether the node is an element of that name, exactly.
-inline bool IsNamed(xercesc::DOMNode const* node, std::u16string_view name)
+inline bool IsNamed(xercesc::DOMNode const* node, ElementName name)
 {
     return IsElement(node) && Equals(node->getNodeName(), name);
 }
@@ -55,11 +57,14 @@ inline bool IsNamed(xercesc::DOMNode const* node, std::u16string_view name)
 class ChildElements
 {
 public:
+    /// Goes from element to element, past text, comments and the like.
     class Iterator
     {
     public:
         explicit Iterator(xercesc::DOMNode* node) : m_node(node) { SkipOthers(); }
+        /// The element, owned by the document.
         xercesc::DOMNode* operator*() const { return m_node; }
+        /// Goes to the next element, or to the end.
         Iterator& operator++()
         {
             m_node = m_node->getNextSibling();
@@ -79,13 +84,16 @@ public:
     };
 
     explicit ChildElements(xercesc::DOMNode const* node) : m_first(node ? node->getFirstChild() : nullptr) {}
+    /// An iterator at the first element, or at the end.
     Iterator begin() const { return Iterator(m_first); }
+    /// An iterator behind the last element.
     Iterator end() const { return Iterator(nullptr); }
 
 private:
     xercesc::DOMNode* m_first;
 };
 
+/// The child elements of a node, for range-based loops.
 inline ChildElements Children(xercesc::DOMNode const* node)
 {
     return ChildElements(node);
@@ -99,6 +107,7 @@ struct MatchRow
     bool anyCase;
     Action action;
 
+    /// Runs the action when the name matches; whether it did.
     bool Try(XMLCh const* nodeName) const
     {
         bool const isMatch = anyCase ? EqualsAnyCase(nodeName, name) : Equals(nodeName, name);
@@ -108,15 +117,16 @@ struct MatchRow
     }
 };
 
+/// A row for children of exactly that name.
 template <class Action>
-MatchRow<Action> On(std::u16string_view name, Action action)
+MatchRow<Action> On(ElementName name, Action action)
 {
     return {name, false, action};
 }
 
 /// For the few names that match without regard to case.
 template <class Action>
-MatchRow<Action> OnAnyCase(std::u16string_view name, Action action)
+MatchRow<Action> OnAnyCase(ElementName name, Action action)
 {
     return {name, true, action};
 }
@@ -130,7 +140,11 @@ bool Match(xercesc::DOMNode const* element, MatchRow<Actions> const&... rows)
 }
 
 /// The text of an attribute, owned by the document; null when the node has none of that name or is no element.
-KVR_XML_UTIL_API XMLCh const* AttributeText(xercesc::DOMNode const* node, XMLCh const* name);
+KVR_XML_UTIL_API XMLCh const* FindAttribute(xercesc::DOMNode const* node, XMLCh const* name);
+inline XMLCh const* AttributeText(xercesc::DOMNode const* node, AttributeName name)
+{
+    return FindAttribute(node, name.Document());
+}
 
 /// The text of a node and of all elements in it, comments and processing instructions left out, as DOM Level 3 has it.
 /// Owned by the document; empty for a node without text, null for a null node. Depth of nesting does no harm.

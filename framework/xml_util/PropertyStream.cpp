@@ -11,10 +11,10 @@
 #include "framework/api/Time.h"
 #include "framework/api/Unicode.h"
 #include "framework/xml_util/DomWalk.h"
-#include "framework/xml_util/PropertyTypeText.h"
+#include "framework/xml_util/EnumTexts.h"
+#include "framework/xml_util/FormatNames.h"
 #include "framework/xml_util/SideFileParser.h"
 #include "framework/xml_util/SideFilePath.h"
-#include "framework/xml_util/TextConstants.h"
 #include "framework/xml_util/XMLProperty.h"
 #include "framework/xml_util/XMLStrUtil.h"
 
@@ -75,13 +75,14 @@ struct PropertyTexts
 
 struct TextRow
 {
-    std::u16string_view name;
+    AttributeName name;
     XMLCh const* PropertyTexts::*text;
 };
 
 constexpr TextRow kTextRows[] = {
-    {u"ID", &PropertyTexts::id},     {u"ObjectID", &PropertyTexts::objectId}, {u"Name", &PropertyTexts::name},
-    {u"Type", &PropertyTexts::type}, {u"Value", &PropertyTexts::value},
+    {Names::ID, &PropertyTexts::id},       {Names::ObjectID, &PropertyTexts::objectId},
+    {Names::Name, &PropertyTexts::name},   {Names::Type, &PropertyTexts::type},
+    {Names::Value, &PropertyTexts::value},
 };
 
 PropertyTexts TextsOf(xercesc::Attributes const& attributes)
@@ -117,7 +118,7 @@ XMLProperty* MakeProperty(PropertyTexts const& texts, std::string& buffer)
     if (!texts.id || !texts.objectId)
         return nullptr;
     PropertyTypeEnum type = kPropertyType_String;
-    static_cast<void>(PropertyTypeFromText(texts.type, type));
+    static_cast<void>(ValueOfText(kPropertyTypeTexts, texts.type, type));
     XMLProperty::ValueOf value;
     if (!ReadValue(type, texts.value, value))
         return nullptr;
@@ -143,7 +144,7 @@ public:
 
     void startElement(XMLCh const*, XMLCh const*, XMLCh const* name, xercesc::Attributes const& attributes) override
     {
-        if (m_depth++ != 1 || !Equals(name, u"Property"))
+        if (m_depth++ != 1 || !Equals(name, Names::Property))
             return;
         PropertyTexts const texts = TextsOf(attributes);
         std::unique_ptr<IProperty, Release> const property(MakeProperty(texts, m_buffer));
@@ -181,7 +182,8 @@ void StreamProperties(UTF16String const& sceneFilePath, PropertyReceiver& receiv
 {
     Handler handler(receiver);
     // The result is not needed: what stood before an error counts.
-    static_cast<void>(ParseSideFile(ReplaceExtension(sceneFilePath, UTF16String(kPropertyFileExtension)), handler));
+    static_cast<void>(
+        ParseSideFile(ReplaceExtension(sceneFilePath, UTF16String(kPropertyFileExtension.Document())), handler));
 }
 
 }  // namespace KVR

@@ -13,6 +13,7 @@ template <class T>
 class SpecifiedValue
 {
 public:
+    /// Specifies the value, in place of a former one.
     void Set(T value) { m_value = std::move(value); }
 
     /// Not specified, with the output left alone, until the value was set.
@@ -36,6 +37,7 @@ template <class T>
 class SpecifiedPair
 {
 public:
+    /// Specifies both values, in place of former ones.
     void Set(T first, T second) { m_value = std::pair(first, second); }
 
     /// Not specified, with the outputs left alone, until the values were set.

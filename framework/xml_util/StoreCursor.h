@@ -29,14 +29,15 @@ public:
     StoreCursor(StoreCursor const&) = delete;
     StoreCursor& operator=(StoreCursor const&) = delete;
 
+    /// One number, little-endian in the file; whether it was there.
     bool Read(unsigned long long& value) { return ReadItem(value); }
     bool Read(unsigned int& value) { return ReadItem(value); }
     bool Read(double& value) { return ReadItem(value); }
     /// Three doubles, each by itself; whether all were there.
     bool Read(double& x, double& y, double& z);
-    /// One byte, of which any value but 0 is true.
+    /// One byte, of which any value but 0 is true; whether it was there.
     bool Read(bool& flag);
-    /// A u64 length in bytes and that many bytes of UTF-8.
+    /// A u64 length in bytes and that many bytes of UTF-8; whether all were there.
     bool Read(UTF8String& text);
     /// So many doubles in a row; the number that were there.
     std::size_t ReadDoubles(double* values, std::size_t count);
@@ -62,7 +63,9 @@ public:
     unsigned long long Remaining() const noexcept { return m_size - m_position; }
     /// Whether no field can be read any more.
     bool HasEnded() const noexcept { return m_position >= m_size; }
+    /// The bytes that stand before the next field.
     unsigned long long Position() const noexcept { return m_position; }
+    /// Goes to a place counted from the file's beginning; one beyond the end has nothing to read.
     void Seek(unsigned long long position);
 
     /// To be called before a list is built to a count: throws std::length_error "vector<T> too long" when the items

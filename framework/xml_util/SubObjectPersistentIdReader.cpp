@@ -5,6 +5,7 @@
 #include <xercesc/sax2/DefaultHandler.hpp>
 
 #include "framework/xml_util/DomWalk.h"
+#include "framework/xml_util/FormatNames.h"
 #include "framework/xml_util/SideFileParser.h"
 #include "framework/xml_util/XMLStrUtil.h"
 #include "framework/xml_util/XMLUtils.h"
@@ -17,9 +18,6 @@ namespace
 
 using Maps = std::map<UTF8String, EditableDataIdToPersistentIdMap*>;
 
-constexpr std::u16string_view kObject = u"SubObjectPersistentIds";
-constexpr std::u16string_view kSubObject = u"SubObject";
-
 class Handler final : public xercesc::DefaultHandler
 {
 public:
@@ -28,9 +26,10 @@ public:
     void startElement(XMLCh const*, XMLCh const*, XMLCh const* name, xercesc::Attributes const& attributes) override
     {
         if (m_depth == 1)
-            m_current = Equals(name, kObject) ? MapOf(attributes.getValue(u"ID")) : nullptr;
-        else if (m_depth == 2 && m_current && Equals(name, kSubObject))
-            Add(attributes.getValue(u"DataId"), attributes.getValue(u"PersistentId"));
+            m_current = Equals(name, Names::SubObjectPersistentIds) ? MapOf(attributes.getValue(Names::ID.Document()))
+                                                                    : nullptr;
+        else if (m_depth == 2 && m_current && Equals(name, Names::SubObject))
+            Add(attributes.getValue(Names::DataId.Document()), attributes.getValue(Names::PersistentId.Document()));
         ++m_depth;
     }
 
@@ -65,8 +64,8 @@ void ReadObject(xercesc::DOMNode const* object, EditableDataIdToPersistentIdMap&
     {
         UTF8String dataId;
         UTF8String persistentId;
-        if (IsNamed(child, kSubObject) && XMLUtils::GetNodeAttribute(child, u"DataId", dataId) &&
-            XMLUtils::GetNodeAttribute(child, u"PersistentId", persistentId))
+        if (IsNamed(child, Names::SubObject) && XMLUtils::GetNodeAttribute(child, Names::DataId, dataId) &&
+            XMLUtils::GetNodeAttribute(child, Names::PersistentId, persistentId))
             map.Add(dataId, persistentId);
     }
 }
@@ -85,14 +84,14 @@ bool SubObjectPersistentIdReader::LoadSubObjectPersistentIds(UTF16String const& 
 void SubObjectPersistentIdReader::ReadSubObjectPersistentIdsFromXML(xercesc::DOMNode const* node,
                                                                     EditableDataIdToPersistentIdMap& map)
 {
-    if (IsNamed(node, kObject))
+    if (IsNamed(node, Names::SubObjectPersistentIds))
     {
         ReadObject(node, map);
         return;
     }
     for (xercesc::DOMNode* const child : Children(node))
     {
-        if (IsNamed(child, kObject))
+        if (IsNamed(child, Names::SubObjectPersistentIds))
             ReadObject(child, map);
     }
 }

@@ -28,6 +28,7 @@ public:
 
     /// Text of the document, which outlives the object; null when there is none.
     void SetChangeKey(XMLCh const* changeKey) noexcept { m_changeKey = changeKey; }
+    /// Sets the id that stays the object's over versions of the scene; the empty one counts as none.
     void SetVersionPersistentId(UTF8String const& id) { m_versionPersistentId = id; }
 
 protected:

@@ -12,6 +12,7 @@ class KVR_XML_UTIL_API XMLPlatform
 public:
     /// False, with nothing acquired, when Xerces cannot be initialised.
     [[nodiscard]] static bool Acquire() noexcept;
+    /// Takes back one successful Acquire; the last one ends everything that Xerces gave.
     static void Release() noexcept;
 };
 
@@ -28,6 +29,7 @@ public:
     XMLPlatformScope(XMLPlatformScope const&) = delete;
     XMLPlatformScope& operator=(XMLPlatformScope const&) = delete;
 
+    /// Whether Xerces could be initialised, so that it may be used in this scope.
     bool IsAcquired() const noexcept { return m_isAcquired; }
 
 private:

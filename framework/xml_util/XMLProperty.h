@@ -16,9 +16,11 @@ namespace KVR
 class KVR_XML_UTIL_API XMLProperty final : public IProperty
 {
 public:
+    /// Says that the value is the text.
     struct IsText
     {
     };
+    /// Says that the value is the time that the text stands for.
     struct IsTime
     {
     };
@@ -26,6 +28,7 @@ public:
     /// text beside it.
     using ValueOf = std::variant<IsText, int, double, bool, IsTime>;
 
+    /// The texts of a property, to be copied.
     struct Texts
     {
         std::string_view id;
@@ -45,6 +48,7 @@ public:
     IsValueSpecifiedEnum Value(bool& value) const override;
     IsValueSpecifiedEnum Value(struct tm& value) const override;
 
+    /// Frees the property with its texts; called by Release.
     static void operator delete(void* memory) noexcept;
 
 private:

@@ -11,6 +11,7 @@
 #include "framework/api/Matrix3d.h"
 #include "framework/api/StringUtil.h"
 #include "framework/api/Unicode.h"
+#include "framework/api/UnitText.h"
 
 namespace KVR
 {
@@ -96,43 +97,6 @@ std::string_view Trimmed(std::string_view text)
     return text.substr(first, text.find_last_not_of(kWhiteSpace) - first + 1);
 }
 
-struct UnitRow
-{
-    UnitTypeEnum unit;
-    char const* text;
-};
-
-constexpr UnitRow kUnitRows[] = {
-    {kUnitType_Unknown, "kUnitType_Unknown"},
-    {kUnitType_Micrometer, "kUnitType_Micrometer"},
-    {kUnitType_Millimeter, "kUnitType_Millimeter"},
-    {kUnitType_Centimeter, "kUnitType_Centimeter"},
-    {kUnitType_Decimeter, "kUnitType_Decimeter"},
-    {kUnitType_Meter, "kUnitType_Meter"},
-    {kUnitType_Kilometer, "kUnitType_Kilometer"},
-    {kUnitType_Microinch, "kUnitType_Microinch"},
-    {kUnitType_Mil, "kUnitType_Mil"},
-    {kUnitType_Inch, "kUnitType_Inch"},
-    {kUnitType_Foot, "kUnitType_Foot"},
-    {kUnitType_Yard, "kUnitType_Yard"},
-    {kUnitType_Mile, "kUnitType_Mile"},
-    {kUnitType_Radian, "kUnitType_Radian"},
-    {kUnitType_Degree, "kUnitType_Degree"},
-    {kUnitType_Gradian, "kUnitType_Gradian"},
-    {kUnitType_Milligram, "kUnitType_Milligram"},
-    {kUnitType_Gram, "kUnitType_Gram"},
-    {kUnitType_Kilogram, "kUnitType_Kilogram"},
-    {kUnitType_Tonne, "kUnitType_Tonne"},
-    {kUnitType_Ounce, "kUnitType_Ounce"},
-    {kUnitType_Pound, "kUnitType_Pound"},
-    {kUnitType_Slug, "kUnitType_Slug"},
-    {kUnitType_Millisecond, "kUnitType_Millisecond"},
-    {kUnitType_Second, "kUnitType_Second"},
-    {kUnitType_Minute, "kUnitType_Minute"},
-    {kUnitType_Hour, "kUnitType_Hour"},
-    {kUnitType_Day, "kUnitType_Day"},
-};
-
 }  // namespace
 
 UTF8String XMLStrUtil::XMLStrToAStr(XMLCh const* text)
@@ -191,25 +155,12 @@ void XMLStrUtil::GetTransfFromStr(XMLCh const* text, Matrix3d& matrix)
 
 bool XMLStrUtil::StringToUnitType(UTF8String const& text, UnitTypeEnum& unit)
 {
-    for (UnitRow const& row : kUnitRows)
-    {
-        if (text.View() == row.text)
-        {
-            unit = row.unit;
-            return true;
-        }
-    }
-    return false;
+    return UnitOfText(text.View(), unit);
 }
 
 char const* XMLStrUtil::UnitTypeToString(UnitTypeEnum unit) noexcept
 {
-    for (UnitRow const& row : kUnitRows)
-    {
-        if (row.unit == unit)
-            return row.text;
-    }
-    return nullptr;
+    return TextOfUnit(unit);
 }
 
 }  // namespace KVR

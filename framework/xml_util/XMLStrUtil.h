@@ -18,8 +18,9 @@ class Matrix3d;
 class KVR_XML_UTIL_API XMLStrUtil
 {
 public:
-    /// Exact; a lone surrogate becomes U+FFFD.
+    /// Document text as UTF-8, exact; a lone surrogate becomes U+FFFD.
     static UTF8String XMLStrToAStr(XMLCh const* text);
+    /// Document text as wide text, exact; a lone surrogate becomes U+FFFD.
     static UTF16String XMLStrToWStr(XMLCh const* text);
     /// 0 for a text that is no integer.
     static int XMLStrToInt(XMLCh const* text);

@@ -1,6 +1,7 @@
 #include "framework/xml_util/XMLUtils.h"
 
 #include "framework/xml_util/DomWalk.h"
+#include "framework/xml_util/FormatNames.h"
 #include "framework/xml_util/SideFilePath.h"
 #include "framework/xml_util/XMLStrUtil.h"
 
@@ -9,7 +10,7 @@ namespace KVR
 
 bool XMLUtils::GetNodeAttribute(xercesc::DOMNode const* node, XMLCh const* name, UTF8String& value)
 {
-    XMLCh const* const text = AttributeText(node, name);
+    XMLCh const* const text = FindAttribute(node, name);
     if (!text)
         return false;
     value = XMLStrUtil::XMLStrToAStr(text);
@@ -18,7 +19,7 @@ bool XMLUtils::GetNodeAttribute(xercesc::DOMNode const* node, XMLCh const* name,
 
 bool XMLUtils::GetNodeAttribute(xercesc::DOMNode const* node, XMLCh const* name, UTF16String& value)
 {
-    XMLCh const* const text = AttributeText(node, name);
+    XMLCh const* const text = FindAttribute(node, name);
     if (!text)
         return false;
     value = XMLStrUtil::XMLStrToWStr(text);
@@ -27,7 +28,7 @@ bool XMLUtils::GetNodeAttribute(xercesc::DOMNode const* node, XMLCh const* name,
 
 bool XMLUtils::GetNodeAttribute(xercesc::DOMNode const* node, XMLCh const* name, bool& value)
 {
-    XMLCh const* const text = AttributeText(node, name);
+    XMLCh const* const text = FindAttribute(node, name);
     if (!text)
         return false;
     value = Equals(text, u"1") || EqualsAnyCase(text, u"true");
@@ -37,7 +38,7 @@ bool XMLUtils::GetNodeAttribute(xercesc::DOMNode const* node, XMLCh const* name,
 UTF16String XMLUtils::GetFilePath(xercesc::DOMNode const* node, UTF16String const& sceneFilePath)
 {
     UTF16String path;
-    if (!GetNodeAttribute(node, u"Path", path))
+    if (!GetNodeAttribute(node, Names::Path, path))
         return {};
     return PathFromSceneFolder(sceneFilePath, path);
 }

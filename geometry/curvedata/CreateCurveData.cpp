@@ -12,6 +12,47 @@
 namespace KVR
 {
 
+namespace
+{
+
+using CurveMaker = ICurveData*(StoreCursor& store, unsigned level);
+
+template <class Data>
+ICurveData* Make(StoreCursor& store, unsigned)
+{
+    return new Data(store);
+}
+
+ICurveData* MakeComposite(StoreCursor& store, unsigned level)
+{
+    return level < kDeepestComposite ? new XMLCompositeCrvData(store, level + 1) : nullptr;
+}
+
+struct KindRow
+{
+    CurveKind kind;
+    CurveMaker* make;
+};
+
+constexpr KindRow kKindRows[] = {
+    {kCurveKind_Line, &Make<XMLLineData>},       {kCurveKind_Ray, &Make<XMLRayData>},
+    {kCurveKind_Ellipse, &Make<XMLEllipseData>}, {kCurveKind_Polyline, &Make<XMLPolylineData>},
+    {kCurveKind_Composite, &MakeComposite},      {kCurveKind_Nurbs, &Make<XMLNurbsCurveData>},
+};
+
+// Null for a type that is no curve.
+CurveMaker* MakerOf(std::uint64_t type) noexcept
+{
+    for (KindRow const& row : kKindRows)
+    {
+        if (row.kind == type)
+            return row.make;
+    }
+    return nullptr;
+}
+
+}  // namespace
+
 ICurveData* CreateCurveData(std::FILE* store, std::uint32_t kind, bool swapBytes)
 {
     if (!store)
@@ -20,25 +61,15 @@ ICurveData* CreateCurveData(std::FILE* store, std::uint32_t kind, bool swapBytes
     return CreateCurveData(cursor, kind, 0);
 }
 
+bool IsCurveKind(std::uint64_t type) noexcept
+{
+    return MakerOf(type) != nullptr;
+}
+
 ICurveData* CreateCurveData(StoreCursor& store, std::uint32_t kind, unsigned level)
 {
-    switch (kind)
-    {
-        case kCurveKind_Line:
-            return new XMLLineData(store);
-        case kCurveKind_Ray:
-            return new XMLRayData(store);
-        case kCurveKind_Ellipse:
-            return new XMLEllipseData(store);
-        case kCurveKind_Polyline:
-            return new XMLPolylineData(store);
-        case kCurveKind_Composite:
-            return level < kDeepestComposite ? new XMLCompositeCrvData(store, level + 1) : nullptr;
-        case kCurveKind_Nurbs:
-            return new XMLNurbsCurveData(store);
-        default:
-            return nullptr;
-    }
+    CurveMaker* const make = MakerOf(kind);
+    return make ? make(store, level) : nullptr;
 }
 
 }  // namespace KVR

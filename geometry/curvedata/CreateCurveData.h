@@ -17,6 +17,10 @@ inline constexpr unsigned kDeepestComposite = 1000;
 /// that no list can hold.
 ICurveData* CreateCurveData(std::FILE* store, std::uint32_t kind, bool swapBytes);
 
+/// Whether records of a store's type are curves. It is asked of the table that makes them, so that what is taken for a
+/// curve is always read to its end.
+bool IsCurveKind(std::uint64_t type) noexcept;
+
 /// The same through a cursor; `level` counts the composites around the record.
 ICurveData* CreateCurveData(StoreCursor& store, std::uint32_t kind, unsigned level);
 

@@ -16,10 +16,10 @@
 #include "framework/api/TypesafeId.h"
 #include "framework/api/UTF16String.h"
 #include "framework/api/UTF8String.h"
+#include "framework/api/UnitText.h"
 #include "framework/api/Variant.h"
 #include "framework/api/Vector.h"
 #include "framework/api/ViewingData.h"
-#include "host/UnitText.h"
 #include "host/dump/Ask.h"
 
 namespace KVR
@@ -78,11 +78,10 @@ void WriteNameTypeValue(JsonWriter& json, Property const& property)
 
 void WriteValue(JsonWriter& json, UnitTypeEnum unit)
 {
-    std::string_view const text = UnitText(unit);
-    if (text.empty())
-        json.Integer(unit);
-    else
+    if (char const* const text = TextOfUnit(unit))
         json.String(text);
+    else
+        json.Integer(unit);
 }
 
 void WriteValue(JsonWriter& json, UTF8String const& text)

@@ -3,7 +3,7 @@
 #include <string>
 
 #include "host/dump/DumpValues.h"
-#include "host/notes/Note.h"
+#include "scene/SceneNote.h"
 
 namespace KVR
 {
@@ -12,7 +12,7 @@ namespace
 {
 
 // Members of an object that the caller opens and ends.
-void WriteIdentity(JsonWriter& json, ProductNode const& object)
+void WriteIdentity(JsonWriter& json, SceneObjectRef const& object)
 {
     json.Key("Kind");
     json.String(object.kind);
@@ -22,21 +22,21 @@ void WriteIdentity(JsonWriter& json, ProductNode const& object)
     WriteValue(json, object.id);
 }
 
-void WriteText(JsonWriter& json, Note const& note)
+void WriteText(JsonWriter& json, SceneNote const& note)
 {
     if (!note.text)
         return json.Null();
     std::string text;
-    for (Note::Line const& line : *note.text)
+    for (SceneNote::Line const& line : *note.text)
     {
         if (&line != &note.text->front())
             text += '\n';
-        text += Joined(line);
+        text += SceneNote::Joined(line);
     }
     json.String(text);
 }
 
-void WriteTriple(JsonWriter& json, std::string_view name, std::optional<Note::Triple> const& triple)
+void WriteTriple(JsonWriter& json, std::string_view name, std::optional<SceneNote::Triple> const& triple)
 {
     json.Key(name);
     if (triple)
@@ -45,7 +45,7 @@ void WriteTriple(JsonWriter& json, std::string_view name, std::optional<Note::Tr
         json.Null();
 }
 
-void WritePlane(JsonWriter& json, Note const& note)
+void WritePlane(JsonWriter& json, SceneNote const& note)
 {
     if (!note.plane)
         return json.Null();
@@ -57,13 +57,13 @@ void WritePlane(JsonWriter& json, Note const& note)
     json.EndObject();
 }
 
-void WriteTarget(JsonWriter& json, Note::Target const& target)
+void WriteTarget(JsonWriter& json, SceneNote::Target const& target)
 {
     json.BeginObject();
     WriteIdentity(json, target.object);
     json.Key("Children");
     json.BeginList();
-    for (ProductNode const& part : target.parts)
+    for (SceneObjectRef const& part : target.parts)
     {
         json.BeginObject(JsonWriter::Layout::Row);
         WriteIdentity(json, part);
@@ -82,7 +82,7 @@ JsonNoteWriter::JsonNoteWriter(Output& out) : m_json(out)
     m_json.BeginList();
 }
 
-void JsonNoteWriter::Write(Note const& note)
+void JsonNoteWriter::Write(SceneNote const& note)
 {
     ++m_count;
     m_json.BeginObject();
@@ -98,7 +98,7 @@ void JsonNoteWriter::Write(Note const& note)
     WritePlane(m_json, note);
     m_json.Key("PointsAt");
     m_json.BeginList();
-    for (Note::Target const& target : note.targets)
+    for (SceneNote::Target const& target : note.targets)
         WriteTarget(m_json, target);
     m_json.EndList();
     m_json.EndObject();

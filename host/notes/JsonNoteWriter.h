@@ -12,7 +12,7 @@ class JsonNoteWriter final : public NoteWriter
 public:
     explicit JsonNoteWriter(Output& out);
 
-    void Write(Note const& note) override;
+    void Write(SceneNote const& note) override;
     void Finish() override;
 
 private:

@@ -3,14 +3,14 @@
 namespace KVR
 {
 
-struct Note;
+struct SceneNote;
 
 /// Takes the notes one by one, as the walk finds them. Every operation may throw OutputError.
 class NoteWriter
 {
 public:
     virtual ~NoteWriter() = default;
-    virtual void Write(Note const& note) = 0;
+    virtual void Write(SceneNote const& note) = 0;
     /// Ends the output with the number of notes.
     virtual void Finish() = 0;
 

@@ -9,9 +9,9 @@
 #include "framework/api/ObjectVisitor.h"
 #include "host/dump/References.h"
 #include "host/notes/JsonNoteWriter.h"
-#include "host/notes/Note.h"
 #include "host/notes/NotesOptions.h"
 #include "host/notes/TextNoteWriter.h"
+#include "scene/SceneNote.h"
 
 namespace KVR
 {
@@ -49,7 +49,7 @@ public:
             CalloutVisitor visitor;
             object->AcceptVisitor(&visitor);
             if (visitor.Callout())
-                m_writer.Write(Note::Of(m_producer, *visitor.Callout()));
+                m_writer.Write(SceneNote::Of(m_producer, *visitor.Callout()));
             references.clear();
             CollectReferences(*object, references);
             for (UTF8String const& reference : references)

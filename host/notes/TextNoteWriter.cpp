@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include "host/TextValues.h"
 #include "output/Output.h"
 #include "output/SafeText.h"
 
@@ -10,13 +11,6 @@ namespace KVR
 
 namespace
 {
-
-constexpr std::string_view kKindColor = "36";
-constexpr std::string_view kIdColor = "2";
-constexpr std::string_view kHiddenColor = "33";
-constexpr std::string_view kBold = "1";
-constexpr std::string_view kItalic = "3";
-constexpr std::string_view kPlain = "0";
 
 // Text that stands by itself: quotation marks and backslashes do no harm there and are shown as they are.
 void PutFreeText(Output& out, std::string_view text)
@@ -32,86 +26,72 @@ void PutFreeText(Output& out, std::string_view text)
     }
 }
 
-std::string TripleText(std::string_view name, std::optional<Note::Triple> const& triple)
+std::string TripleText(std::string_view name, std::optional<SceneNote::Triple> const& triple)
 {
     return triple ? fmt::format(", {} {} {} {}", name, (*triple)[0], (*triple)[1], (*triple)[2]) : std::string();
 }
 
 }  // namespace
 
-TextNoteWriter::TextNoteWriter(Output& out, bool color) : m_out(out), m_color(color) {}
+TextNoteWriter::TextNoteWriter(Output& out, bool color) : m_out(out), m_text(out, color) {}
 
-void TextNoteWriter::Paint(std::string_view code)
+void TextNoteWriter::PutObject(SceneObjectRef const& object)
 {
-    if (m_color)
-        m_out.Put(fmt::format("\x1b[{}m", code));
+    m_text.PutObject(object.kind, UTF8String(object.label).View(), object.id.View());
 }
 
-void TextNoteWriter::PutObject(std::string_view kind, UTF16String const& label, UTF8String const& id)
-{
-    Paint(kKindColor);
-    m_out.Put(kind);
-    Paint(kPlain);
-    m_out.Put(fmt::format(" \"{}\" ", Escaped(UTF8String(label).View())));
-    Paint(kIdColor);
-    m_out.Put(Escaped(id.View()));
-    Paint(kPlain);
-}
-
-void TextNoteWriter::PutLine(Note::Line const& line)
+void TextNoteWriter::PutLine(SceneNote::Line const& line)
 {
     m_out.Put("    ");
-    for (Note::Fragment const& fragment : line)
+    for (SceneNote::Fragment const& fragment : line)
     {
         if (fragment.isBold)
-            Paint(kBold);
+            m_text.Paint(PaintedText::kBold);
         if (fragment.isItalic)
-            Paint(kItalic);
+            m_text.Paint(PaintedText::kItalic);
         PutFreeText(m_out, fragment.text);
         if (fragment.isBold || fragment.isItalic)
-            Paint(kPlain);
+            m_text.Paint(PaintedText::kPlain);
     }
     m_out.Put('\n');
 }
 
-void TextNoteWriter::PutPlane(Note::Plane const& plane)
+void TextNoteWriter::PutPlane(SceneNote::Plane const& plane)
 {
     m_out.Put("  plane: ");
-    PutObject(plane.object.kind, plane.object.label, plane.object.id);
+    PutObject(plane.object);
     m_out.Put(TripleText("origin", plane.origin));
     m_out.Put(TripleText("normal", plane.normal));
     m_out.Put(TripleText("reference", plane.reference));
     m_out.Put('\n');
 }
 
-void TextNoteWriter::PutTargets(Note const& note)
+void TextNoteWriter::PutTargets(SceneNote const& note)
 {
     m_out.Put("  points at:\n");
-    for (Note::Target const& target : note.targets)
+    for (SceneNote::Target const& target : note.targets)
     {
         m_out.Put("    ");
-        PutObject(target.object.kind, target.object.label, target.object.id);
+        PutObject(target.object);
         m_out.Put('\n');
-        for (ProductNode const& part : target.parts)
+        for (SceneObjectRef const& part : target.parts)
         {
             m_out.Put("      ");
-            PutObject(part.kind, part.label, part.id);
+            PutObject(part);
             m_out.Put('\n');
         }
     }
 }
 
-void TextNoteWriter::Write(Note const& note)
+void TextNoteWriter::Write(SceneNote const& note)
 {
     ++m_count;
-    PutObject("IAnnotationCallout", note.label, note.id);
-    Paint(note.isVisible ? kPlain : kHiddenColor);
-    m_out.Put(note.isVisible ? ", visible\n" : ", hidden\n");
-    Paint(kPlain);
+    m_text.PutObject("IAnnotationCallout", UTF8String(note.label).View(), note.id.View());
+    m_text.PutVisibility(note.isVisible, "\n");
     if (note.text)
     {
         m_out.Put("  text:\n");
-        for (Note::Line const& line : *note.text)
+        for (SceneNote::Line const& line : *note.text)
             PutLine(line);
     }
     if (note.plane)
@@ -122,7 +102,7 @@ void TextNoteWriter::Write(Note const& note)
 
 void TextNoteWriter::Finish()
 {
-    m_out.Put(fmt::format("{} {}\n", m_count, m_count == 1 ? "note" : "notes"));
+    m_out.Put(Counted(m_count, "note", "notes") + "\n");
 }
 
 }  // namespace KVR

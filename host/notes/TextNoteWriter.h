@@ -1,9 +1,8 @@
 #pragma once
 
-#include <string_view>
-
-#include "host/notes/Note.h"
+#include "host/PaintedText.h"
 #include "host/notes/NoteWriter.h"
+#include "scene/SceneNote.h"
 
 namespace KVR
 {
@@ -16,18 +15,17 @@ class TextNoteWriter final : public NoteWriter
 public:
     TextNoteWriter(Output& out, bool color);
 
-    void Write(Note const& note) override;
+    void Write(SceneNote const& note) override;
     void Finish() override;
 
 private:
-    void Paint(std::string_view code);
-    void PutObject(std::string_view kind, UTF16String const& label, UTF8String const& id);
-    void PutLine(Note::Line const& line);
-    void PutPlane(Note::Plane const& plane);
-    void PutTargets(Note const& note);
+    void PutObject(SceneObjectRef const& object);
+    void PutLine(SceneNote::Line const& line);
+    void PutPlane(SceneNote::Plane const& plane);
+    void PutTargets(SceneNote const& note);
 
     Output& m_out;
-    bool m_color;
+    PaintedText m_text;
     unsigned long long m_count = 0;
 };
 

@@ -4,69 +4,16 @@
 #include <TopTools_IndexedMapOfShape.hxx>
 #include <TopoDS_Shape.hxx>
 #include <algorithm>
-#include <cmath>
 
-#include "framework/api/CurveDataVisitor.h"
-#include "framework/api/ICurveData.h"
 #include "framework/api/kvr_api.h"
 #include "framework/kernel/entity.h"
+#include "scene/CurvePoints.h"
 
 namespace KVR
 {
 
 namespace
 {
-
-constexpr int kPointsOnCurve = 1000;
-
-// Adds the points of one piece of a curve.
-class CurveBox final : public CurveDataVisitor
-{
-public:
-    explicit CurveBox(std::optional<Box>& box) : m_box(box) {}
-
-    void Visit(IStraightData* data) override { AddPointsOn(*data); }
-    void Visit(IRayData* data) override { AddPointsOn(*data); }
-    void Visit(IEllipseData* data) override { AddPointsOn(*data); }
-    void Visit(ICompositeCurveData* data) override { AddPointsOn(*data); }
-    void Visit(INurbsCurveData* data) override { AddPointsOn(*data); }
-    void Visit(IPolyLineData* data) override
-    {
-        std::uint32_t count = 0;
-        data->PointCount(count);
-        for (std::uint32_t i = 0; i < count; ++i)
-        {
-            double x = 0.0;
-            double y = 0.0;
-            double z = 0.0;
-            if (data->Point(static_cast<int>(i), x, y, z) == kDataReturnCode_Ok)
-                Add(x, y, z);
-        }
-    }
-
-private:
-    void AddPointsOn(ICurveData const& data)
-    {
-        Interval range(0.0, 0.0);
-        if (data.ParameterRange(range) != kDataReturnCode_Ok)
-            return;
-        for (int i = 0; i <= kPointsOnCurve; ++i)
-        {
-            double const share = static_cast<double>(i) / kPointsOnCurve;
-            Position point;
-            if (data.Evaluate_ex(range.Lower() * (1.0 - share) + range.Upper() * share, point) == kDataReturnCode_Ok)
-                Add(point.X(), point.Y(), point.Z());
-        }
-    }
-
-    void Add(double x, double y, double z)
-    {
-        if (std::isfinite(x) && std::isfinite(y) && std::isfinite(z))
-            m_box = Box::Around(m_box, x, y, z);
-    }
-
-    std::optional<Box>& m_box;
-};
 
 class FactsVisitor final : public ObjectVisitor
 {
@@ -88,14 +35,10 @@ public:
     void Visit(ICurve* object) override
     {
         ICurve const& curve = *object;
-        unsigned long long const count = curve.CurveDataCount();
-        facts.counts = {{"piece", "pieces", "Pieces", count}};
-        CurveBox pieces(facts.box);
-        for (unsigned long long i = 0; i < count; ++i)
-        {
-            if (ICurveData* const data = curve.CurveDataAt(i))
-                data->AcceptVisitor(&pieces);
-        }
+        facts.counts = {{"piece", "pieces", "Pieces", curve.CurveDataCount()}};
+        SceneLines const lines = CurvePoints::Of(curve, CurvePoints::kForBoxes);
+        for (std::size_t i = 0; i < lines.points.size(); i += 3)
+            facts.box = Box::Around(facts.box, lines.points[i], lines.points[i + 1], lines.points[i + 2]);
     }
 
     void Visit(IBrep* brep) override

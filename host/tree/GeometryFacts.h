@@ -34,7 +34,7 @@ struct GeometryFacts
     /// What is to be said instead of counts.
     std::string_view remark;
     /// None for bodies, of which a box takes long to compute, geometry without points and for curves that are
-    /// infinitely long. That of a curve other than a polyline is the box of points on it.
+    /// infinitely long. That of a bent curve is right to a millionth of its size.
     std::optional<Box> box;
 
     /// Nothing for objects other than bodies, meshes and curves.

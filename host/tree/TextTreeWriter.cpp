@@ -6,13 +6,13 @@
 #include <cmath>
 #include <string>
 
+#include "host/TextValues.h"
 #include "host/tree/GeometryFacts.h"
 #include "host/tree/ProductNode.h"
 #include "host/tree/ProductTotals.h"
 #include "host/tree/StyleColors.h"
 #include "host/tree/TreeOptions.h"
 #include "output/Output.h"
-#include "output/SafeText.h"
 
 namespace KVR
 {
@@ -26,21 +26,6 @@ constexpr std::size_t kDeepestIndent = 40;
 // A line shows so many styles and counts the others.
 constexpr std::size_t kMostStyles = 8;
 
-constexpr std::string_view kKindColor = "36";
-constexpr std::string_view kIdColor = "2";
-constexpr std::string_view kHiddenColor = "33";
-constexpr std::string_view kPlain = "0";
-
-std::string Quoted(UTF16String const& label)
-{
-    return "\"" + Escaped(UTF8String(label).View()) + "\"";
-}
-
-std::string Counted(unsigned long long count, std::string_view one, std::string_view many)
-{
-    return fmt::format("{} {}", count, count == 1 ? one : many);
-}
-
 // Without the remainders that computed zeros have.
 double Rounded(double coordinate)
 {
@@ -51,28 +36,22 @@ double Rounded(double coordinate)
 }  // namespace
 
 TextTreeWriter::TextTreeWriter(Output& out, TreeOptions const& options)
-    : m_out(out), m_color(options.color), m_colorBlocks(options.colorBlocks)
+    : m_out(out), m_text(out, options.color), m_colorBlocks(options.colorBlocks)
 {
-}
-
-void TextTreeWriter::Paint(std::string_view code)
-{
-    if (m_color)
-        m_out.Put(fmt::format("\x1b[{}m", code));
 }
 
 void TextTreeWriter::Indent(bool isLast)
 {
     if (m_isLast.empty())
         return;
-    Paint(kIdColor);
+    m_text.Paint(PaintedText::kId);
     // The root joins to nothing.
     for (std::size_t level = 1; level < m_isLast.size() && level < kDeepestIndent; ++level)
         m_out.Put(m_isLast[level] ? "   " : "│  ");
     if (m_isLast.size() > kDeepestIndent)
         m_out.Put(fmt::format("[+{}] ", m_isLast.size() - kDeepestIndent));
     m_out.Put(isLast ? "└─ " : "├─ ");
-    Paint(kPlain);
+    m_text.Paint(PaintedText::kPlain);
 }
 
 void TextTreeWriter::Styles(std::vector<StyleColor> const& styles)
@@ -118,30 +97,14 @@ void TextTreeWriter::Geometry(GeometryFacts const& facts)
 void TextTreeWriter::Begin(ProductNode const& node, Place const& place)
 {
     Indent(place.isLast);
-    Paint(kKindColor);
-    m_out.Put(node.kind);
-    Paint(kPlain);
-    m_out.Put(fmt::format(" {} ", Quoted(node.label)));
-    Paint(kIdColor);
-    m_out.Put(Escaped(node.id.View()));
-    Paint(kPlain);
+    m_text.PutObject(node.kind, UTF8String(node.label).View(), node.id.View());
     if (node.isInstance && node.HasOwner())
     {
         m_out.Put(" -> ");
-        Paint(kKindColor);
-        m_out.Put(node.ownerKind);
-        Paint(kPlain);
-        m_out.Put(fmt::format(" {} ", Quoted(node.ownerLabel)));
-        Paint(kIdColor);
-        m_out.Put(Escaped(node.ownerId.View()));
-        Paint(kPlain);
+        m_text.PutObject(node.ownerKind, UTF8String(node.ownerLabel).View(), node.ownerId.View());
     }
     if (node.visible)
-    {
-        Paint(*node.visible ? kPlain : kHiddenColor);
-        m_out.Put(*node.visible ? ", visible" : ", hidden");
-        Paint(kPlain);
-    }
+        m_text.PutVisibility(*node.visible, "");
     if (node.HasOwner())
         m_out.Put(", " + Counted(node.ChildCount(), "child", "children"));
     if (place.isCycle)

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <string_view>
 #include <vector>
 
+#include "host/PaintedText.h"
 #include "host/tree/TreeWriter.h"
 
 namespace KVR
@@ -23,12 +23,11 @@ public:
 
 private:
     void Indent(bool isLast);
-    void Paint(std::string_view code);
     void Geometry(GeometryFacts const& facts);
     void Styles(std::vector<StyleColor> const& styles);
 
     Output& m_out;
-    bool m_color;
+    PaintedText m_text;
     bool m_colorBlocks;
     /// For each node that has not ended, whether it is the last of its siblings.
     std::vector<bool> m_isLast;

@@ -14,13 +14,6 @@ namespace KVR
 namespace
 {
 
-template <class Object>
-std::optional<UnitTypeEnum> LengthUnitOf(Object const& object)
-{
-    UnitTypeEnum unit = kUnitType_Unknown;
-    return object.LengthUnit(unit) == kIsValueSpecified_Yes ? std::optional(unit) : std::nullopt;
-}
-
 class Collector final : public ObjectVisitor
 {
 public:
@@ -28,40 +21,8 @@ public:
 
     using ObjectVisitor::Visit;
 
-    void Visit(IView* view) override
-    {
-        ViewFacts facts;
-        facts.id = view->Id();
-        facts.label = view->Label();
-        facts.isVisible = view->IsVisible();
-        facts.isActive = view->IsActive();
-        facts.lengthUnit = LengthUnitOf(*view);
-        facts.members = view->ViewMemberCount();
-        for (unsigned long long i = 0; i < facts.members; ++i)
-            facts.hiddenMembers += view->EntityVisibilityAt(i) ? 0 : 1;
-        facts.cameras = view->CameraSet();
-        m_found.views.push_back(std::move(facts));
-    }
-
-    void Visit(ICamera* camera) override
-    {
-        CameraFacts facts;
-        facts.id = camera->Id();
-        facts.label = camera->Label();
-        facts.type = camera->CameraType();
-        facts.lengthUnit = LengthUnitOf(*camera);
-        facts.position = camera->CameraPosition();
-        facts.direction = camera->CameraDirection();
-        facts.upDirection = camera->CameraUpDirection();
-        if (auto const* const sectionCamera = dynamic_cast<ISectionCamera const*>(camera))
-        {
-            facts.isSectionCamera = true;
-            for (unsigned long long i = 0; i < sectionCamera->SectionPlaneCount(); ++i)
-                facts.sectionPlanes.push_back(sectionCamera->SectionPlaneAt(i));
-            facts.sectioningOperations = sectionCamera->SectioningOperations();
-        }
-        m_found.cameras.push_back(std::move(facts));
-    }
+    void Visit(IView* view) override { m_found.views.push_back(SceneView::Of(*view)); }
+    void Visit(ICamera* camera) override { m_found.cameras.push_back(SceneCamera::Of(*camera)); }
 
 private:
     SceneViews& m_found;

@@ -17,7 +17,7 @@ void Member(JsonWriter& json, std::string_view name, Value const& value)
     WriteValue(json, value);
 }
 
-void WriteView(JsonWriter& json, ViewFacts const& view)
+void WriteView(JsonWriter& json, SceneView const& view)
 {
     json.BeginObject();
     Member(json, "Id", view.id);
@@ -31,7 +31,7 @@ void WriteView(JsonWriter& json, ViewFacts const& view)
     json.EndObject();
 }
 
-void WriteCamera(JsonWriter& json, CameraFacts const& camera)
+void WriteCamera(JsonWriter& json, SceneCamera const& camera)
 {
     json.BeginObject();
     Member(json, "Id", camera.id);
@@ -65,12 +65,12 @@ void WriteViewsAsJson(SceneViews const& views, Output& out)
     json.BeginObject();
     json.Key("Views");
     json.BeginList();
-    for (ViewFacts const& view : views.views)
+    for (SceneView const& view : views.views)
         WriteView(json, view);
     json.EndList();
     json.Key("Cameras");
     json.BeginList();
-    for (CameraFacts const& camera : views.cameras)
+    for (SceneCamera const& camera : views.cameras)
     {
         WriteCamera(json, camera);
         sectionCameras += camera.isSectionCamera ? 1 : 0;

@@ -6,7 +6,8 @@
 #include <unordered_set>
 #include <vector>
 
-#include "host/UnitText.h"
+#include "framework/api/UnitText.h"
+#include "host/TextValues.h"
 #include "host/views/SceneViews.h"
 #include "host/views/Views.h"
 #include "output/Output.h"
@@ -25,26 +26,16 @@ constexpr std::string_view kGap = "  ";
 
 using Row = std::array<std::string, kHeads.size()>;
 
-std::string Quoted(UTF16String const& label)
-{
-    return "\"" + Escaped(UTF8String(label).View()) + "\"";
-}
-
 std::string Unit(std::optional<UnitTypeEnum> unit)
 {
     constexpr std::string_view kPrefix = "kUnitType_";
-    std::string_view const text = unit ? UnitText(*unit) : std::string_view();
-    return std::string(text.starts_with(kPrefix) ? text.substr(kPrefix.size()) : kNone);
+    char const* const text = unit ? TextOfUnit(*unit) : nullptr;
+    return std::string(text ? text + kPrefix.size() : kNone);
 }
 
 std::string Triple(double x, double y, double z)
 {
     return fmt::format("{}, {}, {}", x, y, z);
-}
-
-std::string Counted(std::size_t count, std::string_view one)
-{
-    return fmt::format("{} {}{}", count, one, count == 1 ? "" : "s");
 }
 
 // Places that a text takes: its characters, since it has no control characters. Wide scripts may stand out a little.
@@ -61,12 +52,12 @@ Row EmptyRow()
     return row;
 }
 
-Row RowOf(ViewFacts const& view, std::unordered_set<std::string_view> const& cameraIds)
+Row RowOf(SceneView const& view, std::unordered_set<std::string_view> const& cameraIds)
 {
     Row row = EmptyRow();
     row[0] = "view";
     row[1] = Escaped(view.id.View());
-    row[2] = Quoted(view.label);
+    row[2] = Quoted(UTF8String(view.label).View());
     row[3] = view.isVisible ? "yes" : "no";
     row[4] = view.isActive ? "active" : "inactive";
     row[5] = Unit(view.lengthUnit);
@@ -83,12 +74,12 @@ Row RowOf(ViewFacts const& view, std::unordered_set<std::string_view> const& cam
     return row;
 }
 
-Row RowOf(CameraFacts const& camera)
+Row RowOf(SceneCamera const& camera)
 {
     Row row = EmptyRow();
     row[0] = camera.isSectionCamera ? "section camera" : "camera";
     row[1] = Escaped(camera.id.View());
-    row[2] = Quoted(camera.label);
+    row[2] = Quoted(UTF8String(camera.label).View());
     row[4] = camera.type == ICamera::kCameraType_Perspective ? "perspective" : "parallel";
     row[5] = Unit(camera.lengthUnit);
     row[6] = Triple(camera.position.X(), camera.position.Y(), camera.position.Z());
@@ -115,13 +106,13 @@ void PutRow(Output& out, Row const& row, std::array<std::size_t, kHeads.size()> 
 void WriteViewsAsTable(SceneViews const& views, Output& out)
 {
     std::unordered_set<std::string_view> cameraIds;
-    for (CameraFacts const& camera : views.cameras)
+    for (SceneCamera const& camera : views.cameras)
         cameraIds.insert(camera.id.View());
     std::vector<Row> rows(1);
     std::copy(kHeads.begin(), kHeads.end(), rows.front().begin());
-    for (ViewFacts const& view : views.views)
+    for (SceneView const& view : views.views)
         rows.push_back(RowOf(view, cameraIds));
-    for (CameraFacts const& camera : views.cameras)
+    for (SceneCamera const& camera : views.cameras)
         rows.push_back(RowOf(camera));
     std::array<std::size_t, kHeads.size()> widths{};
     for (Row const& row : rows)
@@ -135,9 +126,10 @@ void WriteViewsAsTable(SceneViews const& views, Output& out)
             PutRow(out, row, widths);
     }
     auto const sectionCameras = static_cast<std::size_t>(std::count_if(
-        views.cameras.begin(), views.cameras.end(), [](CameraFacts const& camera) { return camera.isSectionCamera; }));
-    out.Put(fmt::format("{}, {} ({})\n", Counted(views.views.size(), "view"), Counted(views.cameras.size(), "camera"),
-                        Counted(sectionCameras, "section camera")));
+        views.cameras.begin(), views.cameras.end(), [](SceneCamera const& camera) { return camera.isSectionCamera; }));
+    out.Put(fmt::format("{}, {} ({})\n", Counted(views.views.size(), "view", "views"),
+                        Counted(views.cameras.size(), "camera", "cameras"),
+                        Counted(sectionCameras, "section camera", "section cameras")));
 }
 
 }  // namespace KVR

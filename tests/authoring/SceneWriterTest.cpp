@@ -442,6 +442,36 @@ TEST(SceneWriter, TextsThatXmlDoesNotKnowAndNumbersThatAreNoneAreRefused)
     EXPECT_THROW(scene.Point(point), GeneralException);
 }
 
+TEST(SceneWriter, ATypeThatTheFormatHasNoTextForIsRefused)
+{
+    auto const write = [](auto const& record, auto operation)
+    {
+        WrittenScene written;
+        SceneWriter scene(written.Path());
+        BeginPart(scene);
+        (scene.*operation)(record);
+        scene.EndPart();
+    };
+    for (char const* const type : {"", "Solid", "BrepSolid ", "kProducerGeometryType_BrepSolid", "Regular"})
+    {
+        BodyRecord body = Named<BodyRecord>("b");
+        body.type = type;
+        EXPECT_THROW(write(body, &SceneWriter::Body), GeneralException) << type;
+    }
+    MeshRecord mesh = Named<MeshRecord>("m");
+    mesh.type = "BrepSolid";
+    EXPECT_THROW(write(mesh, &SceneWriter::Mesh), GeneralException);
+    mesh.type = "Fan";
+    EXPECT_NO_THROW(write(mesh, &SceneWriter::Mesh));
+    AttributeSetRecord set;
+    set.styles = {Named<StyleRecord>("s")};
+    set.styles[0].curveFont = "ISO_LongDashDoubleShortDash";
+    set.styles[0].pointMarker = "FilledDiamond";
+    EXPECT_NO_THROW(write(set, &SceneWriter::AttributeSet));
+    set.styles[0].pointMarker = "ISO_Dash";
+    EXPECT_THROW(write(set, &SceneWriter::AttributeSet), GeneralException);
+}
+
 TEST(SceneWriter, AnIdThatAnOccurrencePathCannotHoldIsRefused)
 {
     WrittenScene written;

@@ -34,8 +34,9 @@ bool Fail(ChildContext const&, xercesc::DOMNode*, std::vector<UTF8String>&)
 }
 
 constexpr ChildIdRow kRows[] = {
-    {u"Good", &AddItsId, kOnFailure_Abort}, {u"Next", &Fail, kOnFailure_Next},     {u"Stop", &Fail, kOnFailure_Stop},
-    {u"Abort", &Fail, kOnFailure_Abort},    {u"IBrep", &AddBrep, kOnFailure_Stop},
+    {{u"Good", "Good"}, &AddItsId, kOnFailure_Abort}, {{u"Next", "Next"}, &Fail, kOnFailure_Next},
+    {{u"Stop", "Stop"}, &Fail, kOnFailure_Stop},      {{u"Abort", "Abort"}, &Fail, kOnFailure_Abort},
+    {Names::IBrep, &AddBrep, kOnFailure_Stop},
 };
 
 class ChildIds : public testing::Test

@@ -380,6 +380,18 @@ TEST(CurveData, WithoutAKnownKindOrAFileThereIsNone)
         EXPECT_EQ(CreateCurveData(nullptr, kind, false), nullptr) << kind;
 }
 
+TEST(CurveData, ATypeIsACurvesExactlyWhenACurveIsMadeOfIt)
+{
+    TempFolder folder;
+    FilePtr const file(UTF8String(folder.Write("c", "")), "rb");
+    for (std::uint32_t type = 0; type < 1000; ++type)
+    {
+        std::unique_ptr<ICurveData> const curve(CreateCurveData(file, type, IOUtil::IsBigEndian()));
+        EXPECT_EQ(IsCurveKind(type), curve != nullptr) << type;
+        EXPECT_FALSE(IsCurveKind(type + (std::uint64_t{1} << 32))) << "not by its lower half: " << type;
+    }
+}
+
 TEST(CurveData, ShortRecordsLeaveZerosBehind)
 {
     CurveScene test(4, ByteBuilder().BoolPair(false, false).U64(3).Bytes() + VertexBytes(1));

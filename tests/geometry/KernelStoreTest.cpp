@@ -11,10 +11,12 @@
 #include "framework/kernel/global_data.h"
 #include "framework/kernel/gmk_array.h"
 #include "framework/kernel/history_stream.h"
+#include "producer/XMLProducerImpl.h"
 #include "tests/support/KernelBytes.h"
 #include "tests/support/ResidentMemory.h"
 #include "tests/support/SanitizedBuild.h"
 #include "tests/support/Shapes.h"
+#include "tests/support/TempFolder.h"
 #include "tests/support/TestScene.h"
 
 namespace KVR::Test
@@ -114,6 +116,19 @@ TEST(KernelStores, OneStoreNamedTwiceIsRestoredTwiceAndTheFirstCounts)
 {
     TestScene scene("<Scene><SatInfo Path='s.sab'/><SatInfo Path='s.sab'/><IBrep ID='b'/></Scene>");
     EXPECT_TRUE(HasBody(scene.WithFile("s.sab", StoreBytes(OneBox(), false)).Begin()));
+
+    TempFolder folder;
+    folder.Write("s.sab", StoreBytes(OneBox(), false));
+    UTF16String const scenePath = folder.PathOf("scene.xml");
+    XMLProducerImpl producer(UTF16String(), nullptr);
+    CurveEntities curves;
+    BodyEntities bodies;
+    ASSERT_TRUE(RestoreKernelStore({scenePath, producer}, L"s.sab", curves, bodies));
+    ENTITY const* const first = bodies.at("b");
+    ASSERT_TRUE(RestoreKernelStore({scenePath, producer}, L"s.sab", curves, bodies));
+    EXPECT_EQ(bodies.size(), 1U);
+    EXPECT_EQ(bodies.at("b"), first);
+    EXPECT_EQ(producer.GetHistoryStream()->EntityCount(), 2U) << "the second one was restored all the same";
 }
 
 TEST(KernelStores, ABodyAndAnEdgeMayShareADataId)
@@ -209,17 +224,18 @@ class EventNotes final : public EventManager
 public:
     struct Note
     {
+        int type;
         int code;
         std::string fileName;
         ComponentRoleEnum reporter;
     };
     void PostEvent(Event* event) const override
     {
-        auto const& exception =
-            dynamic_cast<FileException const&>(dynamic_cast<ExceptionEvent&>(*event).CarriedException());
+        auto const& carrier = dynamic_cast<ExceptionEvent const&>(*event);
+        auto const& exception = dynamic_cast<FileException const&>(carrier.CarriedException());
         ComponentRoleEnum reporter = kComponentRole_Unknown;
         exception.Reporter(reporter);
-        notes.push_back({exception.ErrorCode(), Text(exception.FileName()), reporter});
+        notes.push_back({carrier.Type(), exception.ErrorCode(), Text(exception.FileName()), reporter});
     }
     mutable std::vector<Note> notes;
 };
@@ -238,6 +254,7 @@ TEST(KernelStores, AnInsecureStoreIsReportedAndNotRestored)
     scene.WithFile("s.sab", InsecureStore()).WithFile("sub/x", "").Begin(&events);
     EXPECT_FALSE(HasBody(scene));
     ASSERT_EQ(events.notes.size(), 1U);
+    EXPECT_EQ(events.notes[0].type, 0);
     EXPECT_EQ(events.notes[0].code, 16);
     EXPECT_EQ(events.notes[0].fileName, "sub/../s.sab");
     EXPECT_EQ(events.notes[0].reporter, 2);
@@ -251,7 +268,9 @@ TEST(KernelStores, AnInsecureStoreIsRestoredAndReportedWhenTheHostWantsIt)
     scene.WithFile("s.sab", InsecureStore()).Begin(&events);
     EXPECT_TRUE(HasBody(scene));
     ASSERT_EQ(events.notes.size(), 1U);
+    EXPECT_EQ(events.notes[0].type, 0);
     EXPECT_EQ(events.notes[0].code, 15);
+    EXPECT_EQ(events.notes[0].reporter, 2);
 }
 
 TEST(KernelStores, WithoutAnEventManagerNothingIsReported)

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <stdexcept>
 
 #include "framework/api/ICurveData.h"
@@ -12,6 +13,7 @@
 #include "mesh/StoreMemory.h"
 #include "mesh/XMLPolygonMesh.h"
 #include "tests/support/MeshBytes.h"
+#include "tests/support/TempFolder.h"
 
 namespace KVR::Test
 {
@@ -51,10 +53,23 @@ TEST(MeshStore, AStoreWithoutRecordsFailsAndTheScanGoesOn)
 {
     for (char const* const info : {kMeshInfo, kGeometryInfo})
     {
-        TestScene scene(StoreScene(info, {"m"}));
-        std::string const bytes = info == kMeshInfo ? MeshInfoHeader(0).Bytes() : GeometryInfoHeader(0).Bytes();
-        scene.WithFile("s.mesh", bytes + TriangleRecord("m")).Begin();
-        EXPECT_FALSE(scene.Has("m"));
+        bool const isGeometryInfo = info == kGeometryInfo;
+        std::string const bytes = isGeometryInfo ? GeometryInfoHeader(0).Bytes() : MeshInfoHeader(0).Bytes();
+        TempFolder folder;
+        folder.Write("s.mesh", bytes + TriangleRecord("m"));
+        MeshStore meshes;
+        CurveStore curves;
+        SideStoreReader reader(folder.PathOf("scene.xml"), nullptr, isGeometryInfo);
+        EXPECT_FALSE(reader.ReadMeshStore(L"s.mesh", meshes, curves)) << info;
+        EXPECT_TRUE(meshes.empty()) << info;
+
+        TestScene scene(
+            StoreScene(std::string(info) + R"(<MeshInfo GenerateMesh="True" Path="behind.mesh"/>)", {"m", "n"}));
+        scene.WithFile("s.mesh", bytes + TriangleRecord("m"))
+            .WithFile("behind.mesh", MeshInfoHeader(1).Bytes() + TriangleRecord("n"))
+            .Begin();
+        EXPECT_FALSE(scene.Has("m")) << info;
+        EXPECT_TRUE(scene.Has("n")) << info << ": the element behind it is read";
     }
 }
 
@@ -270,13 +285,32 @@ TEST(MeshStore, ATableOffsetBelowEightIsNoTable)
 
 TEST(MeshStore, ATableBeyondTheEndOrOutOfReachIsEmpty)
 {
-    for (std::uint64_t const offset :
-         {std::uint64_t{100000}, std::uint64_t{1} << 31, std::uint64_t{1} << 40, ~std::uint64_t{0}})
+    // Two polygons that ask for the first two materials, and a table where the header says, if the file goes that far.
+    auto const materialsAt = [](std::uint64_t offset, bool isThere)
     {
         TestScene scene(StoreScene(kMeshInfo, {"m"}));
-        scene.WithFile("s.mesh", MeshInfoHeader(1, offset).Bytes() + TriangleRecord("m")).Begin();
-        EXPECT_EQ(scene.Get<IPolygonMesh>("m").VertexCount(), 3U);
-    }
+        std::string store = StoreWithMaterials({0, 1}, "");
+        store.replace(0, 24, MeshInfoHeader(1, offset).Bytes());
+        scene.WithFile("s.mesh", store);
+        if (isThere)
+        {
+            std::ofstream file(scene.Folder() + "/s.mesh", std::ios::binary | std::ios::in);
+            file.seekp(static_cast<std::streamoff>(offset)) << Table({"a", "b"});
+            EXPECT_TRUE(file.good());
+        }
+        auto& mesh = scene.Begin().Get<IPolygonMesh>("m");
+        EXPECT_EQ(mesh.VertexCount(), 3U) << offset;
+        EXPECT_EQ(mesh.PolygonCount(), 2U) << offset;
+        return MaterialsOf(mesh);
+    };
+    constexpr std::uint64_t kLast = 0x7FFFFFFF;
+    EXPECT_THAT(materialsAt(100000, true), ElementsAre("a", "b"));
+    EXPECT_THAT(materialsAt(100000, false), ElementsAre("(none)"));
+    EXPECT_THAT(materialsAt(kLast, true), ElementsAre("a", "b"));
+    // The file is sparse: it takes no room for what nobody wrote.
+    EXPECT_THAT(materialsAt(kLast + 1, true), ElementsAre("(none)"));
+    for (std::uint64_t const offset : {kLast, kLast + 1, std::uint64_t{1} << 40, ~std::uint64_t{0}})
+        EXPECT_THAT(materialsAt(offset, false), ElementsAre("(none)")) << offset;
 }
 
 TEST(MeshStore, ATableInsideARecordIsReadWhereItStands)

@@ -171,12 +171,21 @@ TEST(XMLPolygonMesh, AnIdentityTransformIsNull)
     EXPECT_EQ(moved.mesh.Transform(), nullptr);
 }
 
+// How far a mesh is moved along x; far away for one that has no transform.
+double XOf(MeshScene const& scene)
+{
+    return scene.mesh.Transform() ? scene.mesh.Transform()->Element(0, 3) : 1e9;
+}
+
 TEST(XMLPolygonMesh, TheLastTransformCounts)
 {
     std::string const moved = "<Transform>1 0 0 5 0 1 0 6 0 0 1 7 0 0 0 1</Transform>";
     std::string const identity = "<Transform>1 0 0 0 0 1 0 0 0 0 1 0 0 0 0 1</Transform>";
+    std::string const other = "<Transform>1 0 0 8 0 1 0 9 0 0 1 2 0 0 0 1</Transform>";
     EXPECT_EQ(MeshScene("", moved + identity).mesh.Transform(), nullptr);
-    EXPECT_NE(MeshScene("", identity + moved).mesh.Transform(), nullptr);
+    EXPECT_EQ(XOf(MeshScene("", identity + moved)), 5.0);
+    EXPECT_EQ(XOf(MeshScene("", moved + other)), 8.0);
+    EXPECT_EQ(XOf(MeshScene("", other + identity + moved)), 5.0);
     EXPECT_EQ(MeshScene("", "<Transform>1 0 0 5 nonsense</Transform>").mesh.Transform(), nullptr);
     EXPECT_EQ(MeshScene("", "<Transform/>").mesh.Transform(), nullptr);
 }

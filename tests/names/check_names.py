@@ -1,43 +1,110 @@
 #!/usr/bin/env python3
-"""Compares the names of elements and attributes that the readers know with the list in docs/formats.md, and both with
-examples/complete, which uses every one of them."""
+"""Holds the list of the format's names, framework/xml_util/FormatNames.h, against the readers and the writers that take
+names from it, the section "Names" of docs/formats.md, and examples/complete, which uses every name.
+
+    check_names.py ROOT
+"""
 
 import pathlib
 import re
 import sys
 
-FOLDERS = ["producer", "structure", "mesh", "geometry", "appearance", "organisation", "annotation", "readers",
+LIST = "framework/xml_util/FormatNames.h"
+READERS = ["producer", "structure", "mesh", "geometry", "appearance", "organisation", "annotation", "readers",
            "framework/xml_util"]
+WRITERS = ["authoring"]
 EXAMPLES = ["complete.xml", "complete.ids.xml", "complete.kvrproperty"]
-# Names of children of file properties are asked for as narrow text.
-LITERAL = re.compile(r'(?:\bu|\b\w*TextOf\()"([A-Z]\w*)"|\bUnitOf\("([A-Z]\w*)"')
-CONSTANT = re.compile(r'\b(k\w+)\[\] = u"([A-Z]\w*)"')
-# A value of switches and flags.
-NO_NAMES = {"True"}
-# A name that stands here counts when another file uses its constant.
-CONSTANTS = "framework/xml_util/TextConstants.h"
-# Elements whose name is free; the documents name the ones to write.
-FREE = {"Scene", "ICamera", "IGroup", "IView", "RefFile", "Ids", "Properties"}
+
+ROW = re.compile(r"^KVR_(ELEMENT|ATTRIBUTE|ELEMENT_AND_ATTRIBUTE)\((\w+)\);", re.M)
+USE = re.compile(r"\bNames::(\w+)")
+COMMENT_OR_LITERAL = re.compile(
+    r'//[^\n]*|/\*.*?\*/|#include[^\n]*|\bR"([^\s()\\]{0,16})\(.*?\)\1"|"(?:\\.|[^"\\\n])*"|\'(?:\\.|[^\'\\\n])+\'',
+    re.S)
+# A text in quotes that is made like a name, or that has a tag with its name in it.
+QUOTED = re.compile(r'"([A-Z]\w*)"|"[^"]*</?([A-Za-z]\w*)')
+
+# Texts in quotes that are made like names and are none.
+VALUES = {
+    "True": "switches and flags have it for a value",
+    "False": "flags have it for a value",
+    "BrepSolid": "the end of a value, which a record states",
+    "Triangular": "the end of a value, which a record states",
+    "KVRASSET": "the first letters of a file of material assets",
+}
+
+# Words for elements that the libraries around a scene share; a scene has "StyleRef" alone.
+RESERVED = {"AddRef", "ChildRef", "DeleteRef", "ModifiedRef", "ObjectRef", "UpdatedRef"}
+
+# Elements that readers know by their place, whatever their name; the documents name the ones to write.
+UNREAD = {
+    **dict.fromkeys(["Scene", "Ids", "Properties"], "the root of a file"),
+    **dict.fromkeys(["ICamera", "IGroup", "IView"], "the children of a set"),
+    "RefFile": "the children of \"RefFiles\"",
+}
+
+# Names that the authoring library writes nowhere.
+UNWRITTEN = {
+    **dict.fromkeys(["Author", "Authorisation", "Organization", "PartNumber", "Preprocessor", "Revision",
+                     "SendingSystem", "Title"], "the record of file properties has the names of its texts"),
+    "UnitAndTolerance": "\"Unit\" and \"Tolerance\" are written instead",
+    "BumpMapId": "the element \"BumpMap\" is written instead",
+    **dict.fromkeys(["AmbientFactor", "AmbientTexture", "ColorFactor", "CurveStyleFillArea", "Eccentricity",
+                     "EmissionFactor", "EmissionTexture", "Rolloff", "ShaderType", "SpecularFactor",
+                     "SpecularTexture", "TransparencyRGB"], "the record of styles has what exchange formats know"),
+    **dict.fromkeys(["TextureType", "TextureCenter", "TextureSizeForScale", "ProjectType", "ProceduralName",
+                     "ProcedureU", "ProcedureV"], "the record of textures has images alone"),
+    **dict.fromkeys(["FontSize", "Gap", "Indentation", "IsOverlined", "IsUnderlined", "IsVertical", "ScriptType",
+                     "TextAlignment", "TextBackgroundColor", "TextJustification"],
+                    "the record of text has what notes of exchange formats have"),
+}
 
 
-def code_names(root):
-    names, words = set(), set()
-    for folder in FOLDERS:
+def code_of(file, keep_literals):
+    """The text without comments and includes, and without literals unless they are kept."""
+
+    def blank(match):
+        found = match.group()
+        return found if keep_literals and found[0] in "\"'R" else " "
+
+    return COMMENT_OR_LITERAL.sub(blank, file.read_text(encoding="utf-8"))
+
+
+def list_of_names(root):
+    """Elements and attributes of the list."""
+    file = root / LIST
+    elements, attributes = set(), set()
+    for kind, name in ROW.findall(file.read_text(encoding="utf-8")) if file.exists() else ():
+        if kind != "ATTRIBUTE":
+            elements.add(name)
+        if kind != "ELEMENT":
+            attributes.add(name)
+    return elements, attributes
+
+
+def sources(root, folders):
+    for folder in folders:
         for file in sorted((root / folder).rglob("*")):
-            if file.suffix not in (".cpp", ".h") or file == root / CONSTANTS:
-                continue
-            text = file.read_text(encoding="utf-8")
-            words.update(re.findall(r"\bk[A-Z]\w*", text))
-            for match in LITERAL.finditer(text):
-                names.add(match.group(1) or match.group(2))
-    constants = root / CONSTANTS
-    for constant, name in CONSTANT.findall(constants.read_text(encoding="utf-8")) if constants.exists() else ():
-        if constant in words:
-            names.add(name)
-    return names - NO_NAMES
+            if file.suffix in (".cpp", ".h"):
+                yield file
 
 
-def listed_names(root):
+def used_in_code(root, folders):
+    names = set()
+    for file in sources(root, folders):
+        names.update(USE.findall(code_of(file, keep_literals=False)))
+    return names
+
+
+def quoted_in_code(root):
+    """Texts in quotes that are made like names, each with the file where it stands."""
+    for file in sources(root, READERS + WRITERS):
+        for literal in COMMENT_OR_LITERAL.finditer(code_of(file, keep_literals=True)):
+            for name, tag in QUOTED.findall(literal.group()):
+                if (name or tag) not in VALUES:
+                    yield name or tag, file.relative_to(root).as_posix()
+
+
+def documented_names(root):
     """Elements and attributes of the section "Names"."""
     text = (root / "docs/formats.md").read_text(encoding="utf-8")
     section = re.search(r"^## [\d. ]*Names\n(.*?)(?=^## |\Z)", text, re.M | re.S)
@@ -50,7 +117,7 @@ def listed_names(root):
     return found[0], found[1]
 
 
-def used_names(root):
+def names_of_examples(root):
     elements, attributes = set(), set()
     for name in EXAMPLES:
         text = (root / "examples/complete" / name).read_text(encoding="utf-8")
@@ -63,18 +130,28 @@ def used_names(root):
 
 def check(root):
     root = pathlib.Path(root)
-    code, (elements, attributes), (used_elements, used_attributes) = code_names(root), listed_names(root), used_names(root)
-    problems = []
+    elements, attributes = list_of_names(root)
+    rows = elements | attributes
+    read, written = used_in_code(root, READERS), used_in_code(root, WRITERS)
+    problems = [f"{name}: in quotes in {file}, not taken from {LIST}" for name, file in quoted_in_code(root)]
 
     def report(names, text):
         problems.extend(f"{name}: {text}" for name in sorted(names))
 
-    report(code - elements - attributes, "read, but not listed in docs/formats.md")
-    report((elements | attributes) - code - FREE, "listed in docs/formats.md, but not read")
-    report(elements - used_elements, "an element that examples/complete does not use")
-    report(attributes - used_attributes, "an attribute that examples/complete does not use")
-    report(used_elements - elements, "an element of examples/complete that docs/formats.md does not list")
-    report(used_attributes - attributes, "an attribute of examples/complete that docs/formats.md does not list")
+    report((read | written) - rows, f"not in {LIST}")
+    report(rows - read - RESERVED - set(UNREAD), f"in {LIST}, but no reader takes it")
+    report(rows - written - RESERVED - set(UNWRITTEN), f"in {LIST}, but authoring does not write it")
+    report(RESERVED & (read | written), "reserved, but used")
+    report(set(UNREAD) & read, "said to be read nowhere, but a reader takes it")
+    report(set(UNWRITTEN) & written, "said to be written nowhere, but authoring writes it")
+    report((RESERVED | set(UNREAD) | set(UNWRITTEN)) - rows, f"an exception that is not in {LIST}")
+
+    for kind, listed, documented, used in zip(("element", "attribute"), (elements - RESERVED, attributes),
+                                              documented_names(root), names_of_examples(root)):
+        report(listed - documented, f"an {kind} that docs/formats.md does not list")
+        report(documented - listed, f"an {kind} of docs/formats.md that is not in {LIST}")
+        report(listed - used, f"an {kind} that examples/complete does not use")
+        report(used - listed, f"an {kind} of examples/complete that is not in {LIST}")
     return problems
 
 

@@ -118,6 +118,19 @@ TEST(Lifecycle, OptionsMayBeNull)
     EXPECT_NE(producer.Load("f"), nullptr);
 }
 
+TEST(Lifecycle, BeginProcessIgnoresItsFilter)
+{
+    TestScene scene(kScene);
+    FilterOptions const filter;
+    IdSet ids;
+    ids.AddWithoutUniquenessCheck("q");
+    scene.Producer().BeginProcess(ids, &filter, nullptr);
+    for (char const* const id : {"f", "p", "q"})
+        EXPECT_TRUE(scene.Has(id)) << id;
+    EXPECT_EQ(scene.ChildIds("f"), (std::vector<std::string>{"p", "q"}));
+    EXPECT_NE(scene.Producer().LoadUniverse(), nullptr);
+}
+
 TEST(Lifecycle, QueryFileFollowedByBeginProcessParsesOnce)
 {
     TestScene scene(kScene);

@@ -31,10 +31,16 @@ TEST(XMLProducerOptions, ReportWhatWasSet)
 
 TEST(XMLProducerOptions, ThatWantNoLayersChangeNothingInWhatIsRead)
 {
-    TestScene scene(R"(<S><IFile ID="f"/></S>)");
-    scene.Options().SetWantLayer(false);
-    EXPECT_TRUE(scene.Begin().Has("f"));
-    EXPECT_FALSE(scene.Options().WantLayer()) << "options stay the host's";
+    for (bool const wantsLayers : {true, false})
+    {
+        TestScene scene(R"(<S><IPart ID="p" Label=""><AttributeSet><LayerSet>
+            <ILayer ID="l" Label="L"><GeometryItems Items="a,b"/></ILayer></LayerSet></AttributeSet></IPart></S>)");
+        scene.Options().SetWantLayer(wantsLayers);
+        scene.Begin();
+        EXPECT_EQ(Ids(scene.Get<IPart>("p").LayerSet()), std::vector<std::string>{"l"}) << wantsLayers;
+        EXPECT_EQ(Ids(scene.Get<ILayer>("l").GeometryItems()), (std::vector<std::string>{"a", "b"})) << wantsLayers;
+        EXPECT_EQ(scene.Options().WantLayer(), wantsLayers) << "options stay the host's";
+    }
 }
 
 }  // namespace KVR::Test

@@ -57,10 +57,10 @@ TEST(ReadNodeAttributes, AnswersFalseForANullNodeAndForAnyThatIsNoElement)
 
 TEST(AttributeOrEmpty, GivesTheEmptyTextForAnAbsentAttribute)
 {
-    ParsedDocument const document("<E a='1'/>");
-    EXPECT_EQ(XMLStrUtil::XMLStrToInt(AttributeOrEmpty(document.Root(), u"a")), 1);
-    EXPECT_EQ(*AttributeOrEmpty(document.Root(), u"b"), 0);
-    EXPECT_EQ(*AttributeOrEmpty(nullptr, u"a"), 0);
+    ParsedDocument const document("<E ID='1'/>");
+    EXPECT_EQ(XMLStrUtil::XMLStrToInt(AttributeOrEmpty(document.Root(), Names::ID)), 1);
+    EXPECT_EQ(*AttributeOrEmpty(document.Root(), Names::Label), 0);
+    EXPECT_EQ(*AttributeOrEmpty(nullptr, Names::ID), 0);
 }
 
 }  // namespace KVR::Test

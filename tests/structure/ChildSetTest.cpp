@@ -14,33 +14,33 @@ namespace KVR::Test
 namespace
 {
 
-using Names = std::vector<std::string>;
+using ElementNames = std::vector<std::string>;
 
-bool Succeed(ChildContext const&, xercesc::DOMNode* node, Names& children)
+bool Succeed(ChildContext const&, xercesc::DOMNode* node, ElementNames& children)
 {
     children.emplace_back(XMLStrUtil::XMLStrToAStr(node->getNodeName()).View());
     return true;
 }
 
-bool Fail(ChildContext const&, xercesc::DOMNode*, Names&)
+bool Fail(ChildContext const&, xercesc::DOMNode*, ElementNames&)
 {
     return false;
 }
 
-bool SucceedWithoutChild(ChildContext const&, xercesc::DOMNode*, Names&)
+bool SucceedWithoutChild(ChildContext const&, xercesc::DOMNode*, ElementNames&)
 {
     return true;
 }
 
 constexpr ChildRow<std::string> kRows[] = {
-    {u"Good", &Succeed, kOnFailure_Abort},
-    {u"Other", &Succeed, kOnFailure_Next},
-    {u"Silent", &SucceedWithoutChild, kOnFailure_Abort},
-    {u"FailedNext", &Fail, kOnFailure_Next},
-    {u"FailedStop", &Fail, kOnFailure_Stop},
-    {u"FailedAbort", &Fail, kOnFailure_Abort},
+    {{u"Good", "Good"}, &Succeed, kOnFailure_Abort},
+    {{u"Other", "Other"}, &Succeed, kOnFailure_Next},
+    {{u"Silent", "Silent"}, &SucceedWithoutChild, kOnFailure_Abort},
+    {{u"FailedNext", "FailedNext"}, &Fail, kOnFailure_Next},
+    {{u"FailedStop", "FailedStop"}, &Fail, kOnFailure_Stop},
+    {{u"FailedAbort", "FailedAbort"}, &Fail, kOnFailure_Abort},
     // Never reached: the first row of a name has it.
-    {u"Good", &Fail, kOnFailure_Abort},
+    {{u"Good", "Good"}, &Fail, kOnFailure_Abort},
 };
 
 // Reads sets by the rows above, into one list.
@@ -60,7 +60,7 @@ protected:
         return ReadChildSet(std::span<ChildRow<std::string> const>(kRows), context, node, m_children);
     }
 
-    Names m_children;
+    ElementNames m_children;
 
 private:
     SideFileIndex m_index;
@@ -71,88 +71,88 @@ private:
 TEST_F(ChildSet, ChildrenKeepTheOrderOfTheDocumentNotThatOfTheRows)
 {
     EXPECT_EQ(Read("<Other/><Good/><Other/>"), ChildSetEnd::kDone);
-    EXPECT_EQ(m_children, (Names{"Other", "Good", "Other"}));
+    EXPECT_EQ(m_children, (ElementNames{"Other", "Good", "Other"}));
 }
 
 TEST_F(ChildSet, ARepeatedElementIsAChildEachTime)
 {
     EXPECT_EQ(Read("<Good/><Good/><Good/>"), ChildSetEnd::kDone);
-    EXPECT_EQ(m_children, (Names{"Good", "Good", "Good"}));
+    EXPECT_EQ(m_children, (ElementNames{"Good", "Good", "Good"}));
 }
 
 TEST_F(ChildSet, AnEmptySetAndANullNodeHaveNoChildren)
 {
     EXPECT_EQ(Read(""), ChildSetEnd::kDone);
     EXPECT_EQ(ReadNode(nullptr), ChildSetEnd::kDone);
-    EXPECT_EQ(m_children, Names());
+    EXPECT_EQ(m_children, ElementNames());
 }
 
 TEST_F(ChildSet, ASecondSetAppends)
 {
     EXPECT_EQ(Read("<Good/>"), ChildSetEnd::kDone);
     EXPECT_EQ(Read("<Other/>"), ChildSetEnd::kDone);
-    EXPECT_EQ(m_children, (Names{"Good", "Other"}));
+    EXPECT_EQ(m_children, (ElementNames{"Good", "Other"}));
 }
 
 TEST_F(ChildSet, UnknownNamesAreSkippedWithWhatTheyHold)
 {
     EXPECT_EQ(Read("<Unknown><Good/><FailedAbort/></Unknown><Good/>"), ChildSetEnd::kDone);
-    EXPECT_EQ(m_children, (Names{"Good"}));
+    EXPECT_EQ(m_children, (ElementNames{"Good"}));
 }
 
 TEST_F(ChildSet, NamesAreExact)
 {
     EXPECT_EQ(Read("<good/><GOOD/><Goods/><Goo/><failedabort/><x:Good xmlns:x='urn:x'/>"), ChildSetEnd::kDone);
-    EXPECT_EQ(m_children, Names());
+    EXPECT_EQ(m_children, ElementNames());
 }
 
 TEST_F(ChildSet, TextCommentsAndInstructionsOfAChildsNameAreNoChildren)
 {
     EXPECT_EQ(Read("Good<!--Good--><?Good Good?><?FailedAbort x?><![CDATA[<Good/>]]>\n<Good/> "), ChildSetEnd::kDone);
-    EXPECT_EQ(m_children, (Names{"Good"}));
+    EXPECT_EQ(m_children, (ElementNames{"Good"}));
 }
 
 TEST_F(ChildSet, ASuccessfulChildMayAddNothing)
 {
     EXPECT_EQ(Read("<Silent/><Good/>"), ChildSetEnd::kDone);
-    EXPECT_EQ(m_children, (Names{"Good"}));
+    EXPECT_EQ(m_children, (ElementNames{"Good"}));
 }
 
 TEST_F(ChildSet, AFailureOfARowWithNextGoesOnAndLeavesNoGap)
 {
     EXPECT_EQ(Read("<Good/><FailedNext/><Other/>"), ChildSetEnd::kDone);
-    EXPECT_EQ(m_children, (Names{"Good", "Other"}));
+    EXPECT_EQ(m_children, (ElementNames{"Good", "Other"}));
 }
 
 TEST_F(ChildSet, AFailureOfARowWithStopEndsTheSetAndKeepsWhatWasRead)
 {
     EXPECT_EQ(Read("<Good/><FailedStop/><Other/><FailedAbort/>"), ChildSetEnd::kStopped);
-    EXPECT_EQ(m_children, (Names{"Good"}));
+    EXPECT_EQ(m_children, (ElementNames{"Good"}));
 }
 
 TEST_F(ChildSet, AFailureOfARowWithAbortEndsTheOwnerAndKeepsWhatWasRead)
 {
     EXPECT_EQ(Read("<Other/><FailedAbort/><Good/><FailedStop/>"), ChildSetEnd::kAborted);
-    EXPECT_EQ(m_children, (Names{"Other"}));
+    EXPECT_EQ(m_children, (ElementNames{"Other"}));
 }
 
 TEST_F(ChildSet, TheFirstFailureThatEndsTheSetDecidesHow)
 {
     EXPECT_EQ(Read("<FailedNext/><FailedNext/><FailedStop/><FailedAbort/>"), ChildSetEnd::kStopped);
-    EXPECT_EQ(m_children, Names());
+    EXPECT_EQ(m_children, ElementNames());
 }
 
 RC_GTEST_FIXTURE_PROP(ChildSet, AnySequenceIsReadUpToTheFirstFailureThatEndsIt, ())
 {
-    auto const names = *rc::gen::container<Names>(rc::gen::weightedElement<std::string>({{8, "Good"},
-                                                                                         {8, "Other"},
-                                                                                         {4, "Silent"},
-                                                                                         {4, "Unknown"},
-                                                                                         {4, "FailedNext"},
-                                                                                         {1, "FailedStop"},
-                                                                                         {1, "FailedAbort"}}));
+    auto const names = *rc::gen::container<ElementNames>(rc::gen::weightedElement<std::string>({{8, "Good"},
+                                                                                                {8, "Other"},
+                                                                                                {4, "Silent"},
+                                                                                                {4, "Unknown"},
+                                                                                                {4, "FailedNext"},
+                                                                                                {1, "FailedStop"},
+                                                                                                {1, "FailedAbort"}}));
     std::string content;
-    Names expected;
+    ElementNames expected;
     ChildSetEnd end = ChildSetEnd::kDone;
     for (std::string const& name : names)
     {

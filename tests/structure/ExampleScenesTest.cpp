@@ -36,7 +36,7 @@ std::string ContentOf(std::string const& path)
     return content.str();
 }
 
-std::string AttributeOf(xercesc::DOMNode const* node, XMLCh const* name)
+std::string AttributeOf(xercesc::DOMNode const* node, AttributeName name)
 {
     return Text(XMLStrUtil::XMLStrToAStr(AttributeText(node, name)));
 }
@@ -78,7 +78,7 @@ public:
     }
 
     /// Calls the action for every element of that name in the document.
-    void ForEach(std::u16string_view name, std::function<void(xercesc::DOMNode*)> const& action) const
+    void ForEach(ElementName name, std::function<void(xercesc::DOMNode*)> const& action) const
     {
         std::vector<xercesc::DOMNode*> open{m_document.Root()};
         while (!open.empty())
@@ -94,15 +94,15 @@ public:
 
     /// How many objects of that element's interface the producer serves with the label of their elements.
     template <class Interface>
-    int CountServed(std::u16string_view name)
+    int CountServed(ElementName name)
     {
         int count = 0;
         ForEach(name,
                 [&](xercesc::DOMNode* node)
                 {
-                    auto* const object = Find<Interface>(AttributeOf(node, u"ID"));
-                    ASSERT_NE(object, nullptr) << AttributeOf(node, u"ID");
-                    EXPECT_EQ(Text(object->Label()), AttributeOf(node, u"Label"));
+                    auto* const object = Find<Interface>(AttributeOf(node, Names::ID));
+                    ASSERT_NE(object, nullptr) << AttributeOf(node, Names::ID);
+                    EXPECT_EQ(Text(object->Label()), AttributeOf(node, Names::Label));
                     ++count;
                 });
         return count;
@@ -147,15 +147,15 @@ private:
 // Every instance of the document is served with what its element says.
 void ExpectInstancesAsWritten(ExampleScene& scene)
 {
-    scene.ForEach(u"IInstance",
+    scene.ForEach(Names::IInstance,
                   [&](xercesc::DOMNode* node)
                   {
-                      std::string const id = AttributeOf(node, u"ID");
+                      std::string const id = AttributeOf(node, Names::ID);
                       auto const* const instance = scene.Find<IInstance>(id);
                       ASSERT_NE(instance, nullptr) << id;
                       xercesc::DOMNode const* const child = *Children(node).begin();
-                      EXPECT_EQ(Text(instance->TargetId().Id()), AttributeOf(child, u"ID")) << id;
-                      EXPECT_EQ(instance->Transform()->Elements(), NumbersOf(AttributeOf(child, u"Transformation")))
+                      EXPECT_EQ(Text(instance->TargetId().Id()), AttributeOf(child, Names::ID)) << id;
+                      EXPECT_EQ(instance->Transform()->Elements(), NumbersOf(AttributeOf(child, Names::Transformation)))
                           << id;
                       EXPECT_TRUE(instance->IsVisible()) << id;
                       EXPECT_TRUE(instance->IsNetVisible()) << id;
@@ -165,7 +165,7 @@ void ExpectInstancesAsWritten(ExampleScene& scene)
 // The instances of every assembly are served in document order.
 void ExpectAssembliesAsWritten(ExampleScene& scene)
 {
-    scene.ForEach(u"IAssembly",
+    scene.ForEach(Names::IAssembly,
                   [&](xercesc::DOMNode* node)
                   {
                       std::vector<std::string> written;
@@ -173,11 +173,11 @@ void ExpectAssembliesAsWritten(ExampleScene& scene)
                       {
                           for (xercesc::DOMNode const* const child : Children(set))
                           {
-                              if (IsNamed(child, u"IInstance"))
-                                  written.push_back(AttributeOf(child, u"ID"));
+                              if (IsNamed(child, Names::IInstance))
+                                  written.push_back(AttributeOf(child, Names::ID));
                           }
                       }
-                      auto const* const assembly = scene.Find<IAssembly>(AttributeOf(node, u"ID"));
+                      auto const* const assembly = scene.Find<IAssembly>(AttributeOf(node, Names::ID));
                       ASSERT_NE(assembly, nullptr);
                       std::vector<std::string> served;
                       for (unsigned long long i = 0; i < assembly->ChildCount(); ++i)
@@ -198,10 +198,10 @@ std::string DateOf(Time const& time)
 TEST(ExampleAs1, HasItsFourAssembliesFivePartsAndThirteenInstances)
 {
     ExampleScene scene("as1-oc-214");
-    EXPECT_EQ(scene.CountServed<IFile>(u"IFile"), 1);
-    EXPECT_EQ(scene.CountServed<IAssembly>(u"IAssembly"), 4);
-    EXPECT_EQ(scene.CountServed<IPart>(u"IPart"), 5);
-    EXPECT_EQ(scene.CountServed<IInstance>(u"IInstance"), 13);
+    EXPECT_EQ(scene.CountServed<IFile>(Names::IFile), 1);
+    EXPECT_EQ(scene.CountServed<IAssembly>(Names::IAssembly), 4);
+    EXPECT_EQ(scene.CountServed<IPart>(Names::IPart), 5);
+    EXPECT_EQ(scene.CountServed<IInstance>(Names::IInstance), 13);
 }
 
 TEST(ExampleAs1, MakesEighteenSolidsOutOfItsParts)
@@ -308,10 +308,10 @@ TEST(ExampleAs1, ItsUniverseHasTwoDirectionsAndASurfaceColor)
 TEST(ExampleFollowerArm, HasItsEighteenAssembliesThirtyTwoPartsAndItsInstances)
 {
     ExampleScene scene("lcr_follower_arm");
-    EXPECT_EQ(scene.CountServed<IFile>(u"IFile"), 1);
-    EXPECT_EQ(scene.CountServed<IAssembly>(u"IAssembly"), 18);
-    EXPECT_EQ(scene.CountServed<IPart>(u"IPart"), 32);
-    EXPECT_EQ(scene.CountServed<IInstance>(u"IInstance"), 138);
+    EXPECT_EQ(scene.CountServed<IFile>(Names::IFile), 1);
+    EXPECT_EQ(scene.CountServed<IAssembly>(Names::IAssembly), 18);
+    EXPECT_EQ(scene.CountServed<IPart>(Names::IPart), 32);
+    EXPECT_EQ(scene.CountServed<IInstance>(Names::IInstance), 138);
 }
 
 TEST(ExampleFollowerArm, ServesEveryInstanceAndAssemblyAsWritten)

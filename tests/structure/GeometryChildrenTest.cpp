@@ -88,6 +88,17 @@ TEST_P(GeometryChildren, IdsAreMapped)
                 ElementsAre("n2", "n3", "n4", "n5", "n6", "n7", "n8", "n9", "n10"));
 }
 
+TEST_P(GeometryChildren, AMeshThatNoStoreHoldsIsLeftOutAndTheChildBehindItIsRead)
+{
+    TestScene& scene = Read(
+        "<ChildSet><IPoint ID='a'/><IPolygonMesh ID='none'/><IPoint ID='b'/></ChildSet><ChildSet><IPoint ID='c'/>"
+        "</ChildSet><ChangeKey>k</ChangeKey>");
+    EXPECT_FALSE(scene.Has("none"));
+    EXPECT_THAT(scene.ChildIds("o"), ElementsAre("a", "b", "c"));
+    UTF8String key;
+    EXPECT_EQ(scene.Get<IComponent>("o").ChangeKey(kSnapshotVersion_Current, key), kIsValueSpecified_Yes);
+}
+
 INSTANTIATE_TEST_SUITE_P(Each, GeometryChildren, testing::Values("IAssembly", "IPart"),
                          [](auto const& test) { return std::string(test.param); });
 

@@ -110,6 +110,19 @@ TEST(InstanceTarget, OfAWrongKindLeavesNoInstanceThoughTheObjectExists)
     }
 }
 
+TEST(InstanceTarget, ThatIsABodyIsReadAndLeavesNoInstance)
+{
+    TestScene scene(InScene("<IAssembly ID='a'><ChildSet>" + InstanceText("i", "<Child ID='z'/>") +
+                            "<IPoint ID='behind'/></ChildSet></IAssembly><IBrep ID='z'/>" +
+                            InstanceText("j", "<Child ID='z'/>")));
+    scene.Begin();
+    EXPECT_NO_THROW(scene.Get<IBrep>("z"));
+    EXPECT_FALSE(scene.Has("i"));
+    EXPECT_FALSE(scene.Has("j"));
+    EXPECT_FALSE(scene.Has("behind")) << "it ends the assembly";
+    EXPECT_TRUE(scene.Has("a"));
+}
+
 TEST(InstanceTarget, OfTwoChildrenTheSecondDecidesAndTheFirstIsStillRead)
 {
     // The reference behind the instance finds "y" only because the instance had it read.

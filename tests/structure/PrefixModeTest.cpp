@@ -3,11 +3,16 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <TopoDS_Shape.hxx>
 #include <map>
+#include <memory>
 #include <set>
 
+#include "framework/kernel/entity.h"
 #include "structure/XMLFile.h"
 #include "tests/structure/Answers.h"
+#include "tests/support/KernelBytes.h"
+#include "tests/support/Shapes.h"
 
 namespace KVR::Test
 {
@@ -189,6 +194,25 @@ TEST(PrefixModeTarget, IsReadOnDemandByItsWrittenId)
     EXPECT_THAT(scene.ChildIds("x1"), ElementsAre("x2"));
     EXPECT_EQ(Text(scene.Get<IInstance>("x2").TargetId().Id()), "x3");
     EXPECT_EQ(Text(scene.Get<IPart>("x3").Id()), "x3");
+}
+
+TEST(PrefixModeBody, ThatIsRepeatedIsOneObjectWithOneNewIdAndTheBody)
+{
+    TestScene scene(
+        "<Scene><SatInfo Path='s.sab'/><IPart ID='p' Label=''><ChildSet><IBrep ID='b' Label='first'/>"
+        "<IBrep ID='b' Label='second'/></ChildSet></IPart><IPart ID='q' Label=''><ChildSet>"
+        "<IBrep ID='b' Label='third'/><IPoint ID='c'/></ChildSet></IPart></Scene>");
+    std::vector<std::unique_ptr<ENTITY>> entities;
+    entities.push_back(std::make_unique<BODY>(BoxShape(1, 2, 3)));
+    entities.back()->AddDataId("b");
+    scene.WithFile("s.sab", StoreBytes(entities, false)).WithPrefix("n").Begin();
+    EXPECT_THAT(scene.ChildIds("n1"), ElementsAre("n2", "n2"));
+    EXPECT_THAT(scene.ChildIds("n3"), ElementsAre("n2", "n4")) << "the repeats take no number";
+    EXPECT_EQ(Text(scene.Get<IBrep>("n2").Label()), "first");
+    EXPECT_TRUE(scene.Get<IBrep>("n2").Body());
+    // One alone: with it the id is gone, and the body ends once.
+    scene.Producer().Dispose("n2");
+    EXPECT_FALSE(scene.Has("n2"));
 }
 
 }  // namespace KVR::Test

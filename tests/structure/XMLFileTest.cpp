@@ -104,10 +104,12 @@ TEST(XMLFile, EveryAttributeIsRead)
 
 TEST(XMLFile, NamesOfAttributesAreExact)
 {
+    // A lone file would be the root in any case.
     FileScene file(
-        FileText("label='L' fileFullPath='p' FILEFULLPATH='p' isroot='1' versionPersistentId='v' "
-                 "lastModificationTime='2024-03-01'"));
+        InScene("<IFile ID='f' label='L' fileFullPath='p' FILEFULLPATH='p' isroot='1' versionPersistentId='v' "
+                "lastModificationTime='2024-03-01T12:30:00'/><IFile ID='g'/>"));
     EXPECT_EQ(Text(file->Label()), "");
+    EXPECT_FALSE(file->IsRoot());
     EXPECT_EQ(TextOf(*file, &IFile::FileFullPath), std::nullopt);
     EXPECT_EQ(TextOf(*file, &IFile::VersionPersistentId), std::nullopt);
     EXPECT_FALSE(AnswerOf(*file, &IFile::LastModificationTime));

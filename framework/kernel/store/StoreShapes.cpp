@@ -13,6 +13,7 @@
 #include "framework/kernel/store/BinaryShapes.h"
 #include "framework/kernel/store/ShapeWalk.h"
 #include "framework/kernel/store/StoreStream.h"
+#include "framework/kernel/store/TextShapeSet.h"
 #include "framework/kernel/store/TextShapes.h"
 
 namespace KVR
@@ -112,10 +113,10 @@ void WriteShapes(std::vector<TopoDS_Shape const*> const& shapes, std::ostream& o
     TopoDS_Compound const compound = CompoundOf(shapes);
     if (textMode)
     {
-        BRepTools_ShapeSet set;
+        TextShapeSet set;
         set.Add(compound);
         set.Write(out);
-        static_cast<TopTools_ShapeSet&>(set).Write(compound, out);
+        set.Write(compound, out);
         out << '\n';
         return;
     }

@@ -99,6 +99,12 @@ BodyMesh::BodyMesh(TopoDS_Shape const& shape)
         AddFace(TopoDS::Face(face.Current()));
 }
 
+std::vector<std::uint64_t> const* BodyMesh::VerticesOf(TopoDS_Shape const& edge) const
+{
+    std::size_t const* const place = m_edgePlaces.Seek(edge);
+    return place ? &m_edges[*place] : nullptr;
+}
+
 void BodyMesh::AddFace(TopoDS_Face const& face)
 {
     TopLoc_Location location;

@@ -43,6 +43,8 @@ public:
     std::vector<double> const& Texture() const noexcept { return m_texture; }
     /// The vertices along each edge, each edge once.
     std::vector<std::vector<std::uint64_t>> const& Edges() const noexcept { return m_edges; }
+    /// The vertices along an edge of the shape, in whatever orientation; null for one that no face has points of.
+    std::vector<std::uint64_t> const* VerticesOf(TopoDS_Shape const& edge) const;
 
 private:
     using EdgeVertices = NCollection_DataMap<TopoDS_Shape, std::size_t, TopTools_ShapeMapHasher>;

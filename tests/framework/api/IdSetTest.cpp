@@ -9,7 +9,6 @@
 #include <utility>
 #include <vector>
 
-#include "framework/api/IdSetSet.h"
 #include "framework/api/OccurrencePathCollection.h"
 
 namespace
@@ -295,71 +294,6 @@ TEST(IdSet, EqualSetsHashEqually)
     EXPECT_EQ(Ids({"a", "b"}).Hash(), Ids({"a", "b"}).Hash());
     EXPECT_EQ(IdSet().Hash(), Ids({}).Hash());
     EXPECT_NE(Ids({"a", "b"}).Hash(), Ids({"b", "a"}).Hash());
-}
-
-TEST(IdSetSet, KeepsDifferentSetsInInsertionOrder)
-{
-    IdSetSet sets;
-    EXPECT_TRUE(sets.IsEmpty());
-    sets.AddWithUniquenessCheck(Ids({"b"}));
-    sets.AddWithUniquenessCheck(Ids({"a", "b"}));
-    sets.AddWithUniquenessCheck(Ids({"b", "a"}));
-    sets.AddWithUniquenessCheck(Ids({}));
-    ASSERT_EQ(sets.Size(), 4U);
-    EXPECT_FALSE(sets.IsEmpty());
-    EXPECT_EQ(sets.At(0), Ids({"b"}));
-    EXPECT_EQ(sets[1], Ids({"a", "b"}));
-    EXPECT_EQ(sets[2], Ids({"b", "a"}));
-    EXPECT_EQ(sets[3], IdSet());
-}
-
-TEST(IdSetSet, ASecondAddOfAnEqualSetChangesNothing)
-{
-    IdSetSet sets;
-    for (int i = 0; i < 3; ++i)
-    {
-        sets.AddWithUniquenessCheck(Ids({"a", "b"}));
-        sets.AddWithUniquenessCheck(IdSet());
-    }
-    EXPECT_EQ(sets.Size(), 2U);
-    sets.AddWithUniquenessCheck(sets.At(0));
-    EXPECT_EQ(sets.Size(), 2U);
-}
-
-TEST(IdSetSet, HoldsManySetsInLinearTime)
-{
-    IdSetSet sets;
-    for (int round = 0; round < 2; ++round)
-    {
-        for (std::size_t i = 0; i < 300000; ++i)
-        {
-            IdSet set;
-            set.AddWithoutUniquenessCheck(Id(i));
-            sets.AddWithUniquenessCheck(set);
-        }
-    }
-    EXPECT_EQ(sets.Size(), 300000U);
-}
-
-TEST(IdSetSet, CopiesAreIndependent)
-{
-    IdSetSet sets;
-    sets.AddWithUniquenessCheck(Ids({"a"}));
-    IdSetSet copy;
-    copy = sets;
-    copy.AddWithUniquenessCheck(Ids({"a"}));
-    copy.AddWithUniquenessCheck(Ids({"b"}));
-    EXPECT_EQ(copy.Size(), 2U);
-    EXPECT_EQ(sets.Size(), 1U);
-}
-
-TEST(IdSetSet, AnIndexAtOrBeyondTheSizeIsOutOfRange)
-{
-    IdSetSet sets;
-    ExpectInvalidSubscript([&] { static_cast<void>(sets.At(0)); });
-    sets.AddWithUniquenessCheck(Ids({"a"}));
-    ExpectInvalidSubscript([&] { static_cast<void>(sets.At(1)); });
-    ExpectInvalidSubscript([&] { static_cast<void>(sets[~0ULL]); });
 }
 
 TEST(OccurrencePathCollection, KeepsPathsInOrderWithRepeats)

@@ -1,4 +1,4 @@
-// The order of bases and of virtual operations, which hosts that were built earlier rely on.
+// The order of bases and of virtual operations, which a host has in it once it is built.
 
 #include <gtest/gtest.h>
 

@@ -15,6 +15,9 @@ using namespace KVR;
 using Test::ParsedDocument;
 using xercesc::DOMNode;
 
+constexpr ElementName kPart(u"Part", "Part");
+constexpr AttributeName kEmpty(u"Empty", "Empty");
+
 using Texts = std::vector<std::string>;
 
 // The values of "ID" of the nodes that a walk gives.
@@ -24,7 +27,7 @@ Texts IdsOf(ChildElements const& children)
     for (DOMNode* const child : children)
     {
         std::string id;
-        for (XMLCh const* text = AttributeText(child, u"ID"); text && *text; ++text)
+        for (XMLCh const* text = AttributeText(child, Names::ID); text && *text; ++text)
             id.push_back(static_cast<char>(*text));
         ids.push_back(id);
     }
@@ -63,12 +66,12 @@ TEST(NamedNode, IsAnElementAlthoughOthersBearTheName)
     for (DOMNode* node = document.Root()->getFirstChild(); node; node = node->getNextSibling())
     {
         bearers += Equals(node->getNodeName(), u"Part");
-        elements += IsNamed(node, u"Part");
+        elements += IsNamed(node, kPart);
         EXPECT_EQ(IsElement(node), node->getNodeType() == DOMNode::ELEMENT_NODE);
     }
     EXPECT_EQ(bearers, 4);
     EXPECT_EQ(elements, 2);
-    EXPECT_FALSE(IsNamed(nullptr, u"Part"));
+    EXPECT_FALSE(IsNamed(nullptr, kPart));
     EXPECT_FALSE(IsElement(nullptr));
 }
 
@@ -109,10 +112,11 @@ protected:
     {
         ParsedDocument const document(xml);
         Texts ran;
-        m_isMatch = Match(
-            document.Root(), On(u"Part", [&] { ran.push_back("Part"); }),
-            OnAnyCase(u"Styles", [&] { ran.push_back("Styles"); }), On(u"STYLES", [&] { ran.push_back("STYLES"); }),
-            On(u"Part", [&] { ran.push_back("Part again"); }), OnAnyCase(u"part", [&] { ran.push_back("part"); }));
+        m_isMatch = Match(document.Root(), On(kPart, [&] { ran.push_back("Part"); }),
+                          OnAnyCase(Names::Styles, [&] { ran.push_back("Styles"); }),
+                          On(ElementName(u"STYLES", "STYLES"), [&] { ran.push_back("STYLES"); }),
+                          On(kPart, [&] { ran.push_back("Part again"); }),
+                          OnAnyCase(ElementName(u"part", "part"), [&] { ran.push_back("part"); }));
         return ran;
     }
 
@@ -152,21 +156,21 @@ TEST_F(MatchedRows, CompareTheQualifiedNameWhateverTheNamespace)
 TEST(AttributeText, IsTheDocumentsOwn)
 {
     ParsedDocument const document("<a ID='p1' Empty=''/>");
-    XMLCh const* const text = AttributeText(document.Root(), u"ID");
+    XMLCh const* const text = AttributeText(document.Root(), Names::ID);
     ASSERT_NE(text, nullptr);
     EXPECT_EQ(std::u16string_view(text), u"p1");
-    EXPECT_EQ(AttributeText(document.Root(), u"ID"), text);
-    ASSERT_NE(AttributeText(document.Root(), u"Empty"), nullptr);
-    EXPECT_EQ(std::u16string_view(AttributeText(document.Root(), u"Empty")), u"");
+    EXPECT_EQ(AttributeText(document.Root(), Names::ID), text);
+    ASSERT_NE(AttributeText(document.Root(), kEmpty), nullptr);
+    EXPECT_EQ(std::u16string_view(AttributeText(document.Root(), kEmpty)), u"");
 }
 
 TEST(AttributeText, IsNullWithoutTheAttributeOrAnElement)
 {
     ParsedDocument const document(kImpostors);
-    EXPECT_EQ(AttributeText(document.Root(), u"ID"), nullptr);
-    EXPECT_EQ(AttributeText(nullptr, u"ID"), nullptr);
+    EXPECT_EQ(AttributeText(document.Root(), Names::ID), nullptr);
+    EXPECT_EQ(AttributeText(nullptr, Names::ID), nullptr);
     for (DOMNode* node = document.Root()->getFirstChild(); node; node = node->getNextSibling())
-        EXPECT_EQ(AttributeText(node, u"ID") != nullptr, IsElement(node));
+        EXPECT_EQ(AttributeText(node, Names::ID) != nullptr, IsElement(node));
 }
 
 }  // namespace

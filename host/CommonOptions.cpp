@@ -1,0 +1,41 @@
+#include "host/CommonOptions.h"
+
+#include <CLI/CLI.hpp>
+
+namespace KVR
+{
+
+void AddSceneOptions(CLI::App& command, SceneOptions& options)
+{
+    command.add_option("scene", options.path, "The scene file")->required()->type_name("SCENE");
+    command.add_option("--prefix", options.prefix, "Give objects new ids: this prefix and a number")->type_name("TEXT");
+    command.add_flag("--allow-dtd", options.allowDtd,
+                     "Allow a document type declaration, and with it entities and references to other documents, "
+                     "also on the network; for scenes that you trust");
+}
+
+void AddInsecureOption(CLI::App& command, SceneOptions& options)
+{
+    command.add_flag("--insecure", options.insecure, "Restore kernel stores that the kernel judges insecure");
+}
+
+void AddJsonOption(CLI::App& command, bool& asJson)
+{
+    command.add_flag("--json", asJson, "Print JSON");
+}
+
+void AddIdOption(CLI::App& command, std::vector<std::string>& ids)
+{
+    AddRepeatedOption(command, "--id", ids, "Begin a walk at this id, too; may be repeated", "ID");
+}
+
+void AddRepeatedOption(CLI::App& command, std::string const& name, std::vector<std::string>& texts,
+                       std::string const& description, std::string const& typeName)
+{
+    command.add_option(name, texts, description)
+        ->type_name(typeName)
+        ->expected(1)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+}
+
+}  // namespace KVR

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "exchange/source/SceneOptions.h"
+
+namespace CLI
+{
+class App;
+}
+
+namespace KVR
+{
+
+// Options that several commands have. What they set must outlive the command.
+
+/// Those of all commands that read a scene: its file, "--prefix" and "--allow-dtd".
+void AddSceneOptions(CLI::App& command, SceneOptions& options);
+
+/// "--insecure".
+void AddInsecureOption(CLI::App& command, SceneOptions& options);
+
+/// "--json".
+void AddJsonOption(CLI::App& command, bool& asJson);
+
+/// "--id", where a walk begins besides the root.
+void AddIdOption(CLI::App& command, std::vector<std::string>& ids);
+
+/// An option of one text, which may be repeated.
+void AddRepeatedOption(CLI::App& command, std::string const& name, std::vector<std::string>& texts,
+                       std::string const& description, std::string const& typeName);
+
+}  // namespace KVR

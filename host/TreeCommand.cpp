@@ -1,0 +1,42 @@
+#include "host/TreeCommand.h"
+
+#include <CLI/CLI.hpp>
+
+#include "exchange/source/SceneReading.h"
+#include "host/CommonOptions.h"
+#include "host/tree/Tree.h"
+
+namespace KVR
+{
+
+TreeCommand::TreeCommand(CLI::App& program)
+    : SceneCommand(
+          program, "tree",
+          "Show the product tree: a line per file, instance with what it places, component and object. The closing "
+          "line counts different files, assemblies, parts and instances, and the occurrences of assemblies and parts")
+{
+    CLI::App& arguments = Arguments();
+    arguments.add_option("--depth", m_options.depth, "Show so many levels below the root")->type_name("N");
+    AddJsonOption(arguments, m_options.json);
+    m_color.AddTo(arguments);
+    arguments.add_flag("--styles", m_options.styles,
+                       "Show the diffuse colours of the styles that objects name: blocks of colour on a terminal, "
+                       "#rrggbb elsewhere");
+    arguments.add_option("--max-occurrences", m_options.maxOccurrences, "End the tree after so many lines")
+        ->type_name("N")
+        ->capture_default_str();
+}
+
+std::string TreeCommand::Show(IProducer& producer, SceneReading const& reading, Output& out)
+{
+    if (!reading.rootId)
+        return OfScene("the scene has no root file, so there is no tree to show");
+    m_options.color = m_color.IsWanted();
+    m_options.colorBlocks = m_options.color && IsTerminal();
+    if (WriteTree(producer, *reading.rootId, m_options, out))
+        return {};
+    return OfScene("the tree has more than " + std::to_string(m_options.maxOccurrences) +
+                   " lines and is cut there; --depth and --max-occurrences set how much is shown");
+}
+
+}  // namespace KVR
