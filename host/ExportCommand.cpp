@@ -2,9 +2,10 @@
 
 #include <CLI/CLI.hpp>
 
-#include "exchange/import/Import.h"
 #include "host/CommonOptions.h"
 #include "host/ImportCommand.h"
+#include "host/LongWork.h"
+#include "output/SafeText.h"
 
 namespace KVR
 {
@@ -28,11 +29,7 @@ ExportCommand::ExportCommand(CLI::App& program)
     : Command(program, "export", "Write a scene for other programs, by the target's extension: " + ExportFormats())
 {
     AddSceneOptions(Arguments(), m_scene);
-    Arguments()
-        .add_option("target", m_options.path, "The file to be")
-        ->required()
-        ->type_name("OUT")
-        ->check(&ProblemOfTarget);
+    Arguments().add_option("target", m_target, "The file to be")->required()->type_name("OUT")->check(&ProblemOfTarget);
     AddRepeatedOption(Arguments(), "--only", m_options.filter.only,
                       "Export this object with all below it, by its id or label, or a layer; may be repeated", "NAME");
     AddRepeatedOption(Arguments(), "--hide", m_options.filter.hide, "Leave this out, named as above; may be repeated",
@@ -47,21 +44,19 @@ ExportCommand::ExportCommand(CLI::App& program)
     Arguments().add_flag("--mesh-faces", m_options.meshFaces,
                          "Write a mesh without a body to STEP and BREP as a shell of flat faces");
     AddInsecureOption(Arguments(), m_scene);
-    Arguments().add_flag("--quiet", m_options.isQuiet, "Say nothing but what fails");
+    Arguments().add_flag("--quiet", m_isQuiet, "Say nothing but what fails");
 }
 
 ExitStatus ExportCommand::Run()
 {
     m_options.deflection = DeflectionOf(m_deflection).value;
-    ExportResult const result = ExportScene(m_scene, m_options);
-    if (!result.isGood)
-    {
-        Complain(result.sentence);
-        return result.isInterrupted ? kExit_Interrupted : kExit_Failed;
-    }
-    if (!m_options.isQuiet)
+    ExportResult const result =
+        Watched(false, [&](Progress const& progress) { return ExportScene(m_scene, m_target, m_options, progress); });
+    if (result.outcome != Outcome::kDone)
+        return ComplainOf(result);
+    if (!m_isQuiet)
         for (std::string const& remark : result.remarks)
-            Complain(remark);
+            Complain(Escaped(m_target) + ": " + remark);
     return kExit_Good;
 }
 

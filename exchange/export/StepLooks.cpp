@@ -1,6 +1,5 @@
-#include "exchange/export/StepFinish.h"
+#include "exchange/export/StepPhases.h"
 
-#include <STEPConstruct.hxx>
 #include <STEPConstruct_Styles.hxx>
 #include <StepBasic_Product.hxx>
 #include <StepBasic_ProductDefinitionRelationship.hxx>
@@ -53,10 +52,7 @@
 #include <TopoDS_Shape.hxx>
 #include <TransferBRep.hxx>
 #include <TransferBRep_ShapeMapper.hxx>
-#include <Transfer_FinderProcess.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
-#include <XSControl_TransferWriter.hxx>
-#include <XSControl_WorkSession.hxx>
 #include <algorithm>
 #include <map>
 #include <unordered_map>
@@ -160,73 +156,55 @@ std::vector<Standard_Transient const*> UsagePath(handle<StepBasic_ProductDefinit
     return path;
 }
 
-}  // namespace
-
-StepFinish::StepFinish(STEPCAFControl_Writer& writer, ShapeDocument const& document)
-    : m_writer(writer),
-      m_document(document),
-      m_model(handle<StepData_StepModel>::DownCast(writer.ChangeWriter().WS()->Model()))
+void WriteNames(StepTransfer& step)
 {
-}
-
-handle<StepRepr_RepresentationItem> StepFinish::ItemOf(std::size_t body) const
-{
-    auto const point = m_points.find(body);
-    if (point != m_points.end())
-        return point->second;
-    return STEPConstruct::FindEntity(m_writer.ChangeWriter().WS()->TransferWriter()->FinderProcess(),
-                                     m_document.bodies[body].shape);
-}
-
-void StepFinish::WriteNames()
-{
-    for (std::size_t i = 0; i < m_document.bodies.size(); ++i)
+    for (std::size_t i = 0; i < step.document.bodies.size(); ++i)
     {
-        std::string const& name = m_document.bodies[i].name;
+        std::string const& name = step.document.bodies[i].name;
         handle<StepRepr_RepresentationItem> const item =
-            name.empty() ? handle<StepRepr_RepresentationItem>() : ItemOf(i);
+            name.empty() ? handle<StepRepr_RepresentationItem>() : step.ItemOf(i);
         if (!item.IsNull())
             item->SetName(StepString(name));
     }
     // The writer makes up names and numbers for what has none, and a reader would take them for names.
     constexpr std::string_view kMadeUp = "Open CASCADE STEP translator";
-    for (auto const& product : StepEntitiesOf<StepBasic_Product>(m_model))
+    for (auto const& product : StepEntitiesOf<StepBasic_Product>(step.model))
         if (std::string_view(product->Name()->ToCString()).starts_with(kMadeUp))
         {
             product->SetName(StepString(""));
             product->SetId(StepString(""));
         }
-    for (auto const& usage : StepEntitiesOf<StepRepr_NextAssemblyUsageOccurrence>(m_model))
+    for (auto const& usage : StepEntitiesOf<StepRepr_NextAssemblyUsageOccurrence>(step.model))
         if (usage->Name().IsNull() || usage->Name()->IsEmpty())
             usage->SetId(StepString(""));
 }
 
-void StepFinish::WriteHiddenBodies()
+void WriteHiddenBodies(StepTransfer& step)
 {
-    bool const hasHidden = std::any_of(m_document.bodies.begin(), m_document.bodies.end(),
+    bool const hasHidden = std::any_of(step.document.bodies.begin(), step.document.bodies.end(),
                                        [](ShapeDocument::Body const& body) { return body.isHidden; });
     if (!hasHidden)
         return;
     std::unordered_map<Standard_Transient const*, handle<StepVisual_StyledItem>> known;
-    for (handle<StepVisual_StyledItem> const& style : StepEntitiesOf<StepVisual_StyledItem>(m_model))
+    for (handle<StepVisual_StyledItem> const& style : StepEntitiesOf<StepVisual_StyledItem>(step.model))
     {
         // An item's styles in the context of an occurrence do not hide the item itself.
         if (!style->Item().IsNull() && style->IsInstance(STANDARD_TYPE(StepVisual_StyledItem)))
             known.emplace(style->Item().get(), style);
     }
-    STEPConstruct_Styles const contexts(m_writer.ChangeWriter().WS());
+    STEPConstruct_Styles const contexts(step.Session());
     std::vector<std::pair<handle<StepRepr_RepresentationContext>, Styles>> plain;
     std::unordered_map<Standard_Transient const*, std::size_t> places;
-    for (std::size_t i = 0; i < m_document.bodies.size(); ++i)
+    for (std::size_t i = 0; i < step.document.bodies.size(); ++i)
     {
-        ShapeDocument::Body const& body = m_document.bodies[i];
+        ShapeDocument::Body const& body = step.document.bodies[i];
         handle<StepRepr_RepresentationItem> const item =
-            body.isHidden ? ItemOf(i) : handle<StepRepr_RepresentationItem>();
+            body.isHidden ? step.ItemOf(i) : handle<StepRepr_RepresentationItem>();
         if (item.IsNull())
             continue;
         auto const found = known.find(item.get());
-        handle<StepVisual_StyledItem> style = found != known.end() ? found->second : PlainStyle(item, m_model);
-        AddInvisibility({style}, m_model);
+        handle<StepVisual_StyledItem> style = found != known.end() ? found->second : PlainStyle(item, step.model);
+        AddInvisibility({style}, step.model);
         handle<StepRepr_RepresentationContext> const context =
             contexts.FindContext(XCAFDoc_ShapeTool::GetShape(body.part));
         if (found != known.end() || context.IsNull())
@@ -245,24 +223,24 @@ void StepFinish::WriteHiddenBodies()
         handle<StepVisual_MechanicalDesignGeometricPresentationRepresentation> const presentation =
             new StepVisual_MechanicalDesignGeometricPresentationRepresentation;
         presentation->Init(StepString(""), items, context);
-        m_model->AddEntity(presentation);
+        step.model->AddEntity(presentation);
     }
 }
 
-void StepFinish::TakeColorsOfParts()
+void TakeColorsOfParts(StepTransfer& step)
 {
-    if (m_document.colorlessParts.empty())
+    if (step.document.colorlessParts.empty())
         return;
     TDF_LabelMap parts;
-    for (TDF_Label const& part : m_document.colorlessParts)
+    for (TDF_Label const& part : step.document.colorlessParts)
         parts.Add(part);
     std::unordered_set<Standard_Transient const*> items;
-    for (std::size_t i = 0; i < m_document.bodies.size(); ++i)
+    for (std::size_t i = 0; i < step.document.bodies.size(); ++i)
     {
-        if (parts.Contains(m_document.bodies[i].part))
-            items.insert(ItemOf(i).get());
+        if (parts.Contains(step.document.bodies[i].part))
+            items.insert(step.ItemOf(i).get());
     }
-    for (auto const& style : StepEntitiesOf<StepVisual_StyledItem>(m_model))
+    for (auto const& style : StepEntitiesOf<StepVisual_StyledItem>(step.model))
     {
         if (!style->IsInstance(STANDARD_TYPE(StepVisual_StyledItem)) || items.count(style->Item().get()) == 0)
             continue;
@@ -271,12 +249,12 @@ void StepFinish::TakeColorsOfParts()
     }
 }
 
-void StepFinish::WriteLooks()
+void WriteLooks(StepTransfer& step)
 {
-    TakeColorsOfParts();
-    if (m_document.looks.empty())
+    TakeColorsOfParts(step);
+    if (step.document.looks.empty())
         return;
-    handle<Transfer_FinderProcess> const& process = m_writer.ChangeWriter().WS()->TransferWriter()->FinderProcess();
+    handle<Transfer_FinderProcess> const& process = step.Process();
     // The usage of a component is found by its shape, whose location is no other component's.
     auto const usageOf = [&](TDF_Label const& component) -> Standard_Transient const*
     {
@@ -289,7 +267,7 @@ void StepFinish::WriteLooks()
         return representation->RepresentedProductRelation()->Definition().ProductDefinitionRelationship().get();
     };
     std::map<std::vector<Standard_Transient const*>, ShapeDocument::Look const*> byPath;
-    for (ShapeDocument::Look const& look : m_document.looks)
+    for (ShapeDocument::Look const& look : step.document.looks)
     {
         std::vector<Standard_Transient const*> path;
         for (TDF_Label const& component : look.path)
@@ -298,13 +276,13 @@ void StepFinish::WriteLooks()
     }
     // The writer makes a chain of usages for a path of its own, and gives the look to the first of them.
     std::unordered_map<Standard_Transient const*, handle<StepBasic_ProductDefinitionRelationship>> longer;
-    for (auto const& usage : StepEntitiesOf<StepRepr_SpecifiedHigherUsageOccurrence>(m_model))
+    for (auto const& usage : StepEntitiesOf<StepRepr_SpecifiedHigherUsageOccurrence>(step.model))
     {
         if (usage->UpperUsage()->IsKind(STANDARD_TYPE(StepRepr_SpecifiedHigherUsageOccurrence)))
             longer.emplace(usage->UpperUsage().get(), usage.get());
     }
     std::unordered_map<Standard_Transient const*, ShapeDocument::Look const*> byContext;
-    for (auto const& definition : StepEntitiesOf<StepShape_ShapeDefinitionRepresentation>(m_model))
+    for (auto const& definition : StepEntitiesOf<StepShape_ShapeDefinitionRepresentation>(step.model))
     {
         handle<StepRepr_ProductDefinitionShape> const shape =
             handle<StepRepr_ProductDefinitionShape>::DownCast(definition->Definition().PropertyDefinition());
@@ -317,7 +295,7 @@ void StepFinish::WriteLooks()
         if (found != byPath.end())
             byContext[definition->UsedRepresentation().get()] = found->second;
     }
-    for (auto const& style : StepEntitiesOf<StepVisual_PresentationStyleByContext>(m_model))
+    for (auto const& style : StepEntitiesOf<StepVisual_PresentationStyleByContext>(step.model))
     {
         auto const found = byContext.find(style->StyleContext().Value().get());
         if (found == byContext.end())
@@ -331,9 +309,18 @@ void StepFinish::WriteLooks()
         {
             handle<StepVisual_SurfaceStyleUsage> const usage = style->StylesValue(i).SurfaceStyleUsage();
             if (!usage.IsNull() && !usage->Style().IsNull())
-                MakeTransparent(usage->Style(), 1.0 - found->second->opacity, m_model);
+                MakeTransparent(usage->Style(), 1.0 - found->second->opacity, step.model);
         }
     }
+}
+
+}  // namespace
+
+DressedModel::DressedModel(LayeredModel&& model) : StepPhase(model)
+{
+    WriteNames(*m_step);
+    WriteHiddenBodies(*m_step);
+    WriteLooks(*m_step);
 }
 
 }  // namespace KVR
