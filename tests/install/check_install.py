@@ -95,6 +95,20 @@ def check_exchange(options, prefix, folder):
         sys.exit("the program that imports and exports wrote no STEP file")
 
 
+def check_scene_host(options, prefix, folder, scene):
+    """The host on the resolved scene prints each visible part where it stands, in its colour."""
+    run(options.cmake, "-G", "Ninja", "-S", options.source / "examples/scene_host", "-B", folder,
+        "-D", f"CMAKE_PREFIX_PATH={prefix}", "-D", f"CMAKE_CXX_COMPILER={options.compiler}",
+        "-D", "CMAKE_FIND_USE_PACKAGE_REGISTRY=OFF")
+    run(options.cmake, "--build", folder)
+    lines = run(folder / "scene_host", scene).splitlines()
+    number = r"-?[0-9.]+(?:e[-+][0-9]+)?"
+    line = re.compile(rf"(/\w+)+  {number} {number} {number}  from {number} {number} {number} to {number} {number} {number}")
+    parts = sum(what.startswith("part") for _, what in TREE)
+    if len(lines) != parts or not all(line.fullmatch(text) for text in lines):
+        sys.exit("the host on the resolved scene should print %d parts:\n%s" % (parts, "\n".join(lines)))
+
+
 def check_exports(library, own, expected):
     """The library exports what is expected of it and nothing else of the project."""
     lines = [line.split(maxsplit=2) for line in
@@ -126,6 +140,7 @@ def main():
         check_tree("pkg-config", run(build_with_pkg_config(options, prefix, folder / "with_pkg_config"), scene))
         check_headers(options, prefix, folder / "headers")
         check_exchange(options, prefix, folder / "exchange")
+        check_scene_host(options, prefix, folder / "scene_host", scene)
         for library in prefix.rglob("libkvr_xml_producer.so"):
             check_exports(library, PRODUCER, "KVR::XMLProducer::BeginProcess(")
         for library in prefix.rglob("libkvr_exchange.so"):
