@@ -77,10 +77,10 @@ private:
         ++*(component.isAssembly ? m_facts.assemblies : m_facts.parts);
         AddName(component.name);
         AddStyle(component.label, false);
-        for (PlacementPlan const& placement : component.placements)
+        for (Authoring::InstanceRecord const& instance : component.instances)
         {
             ++*m_facts.instances;
-            AddName(placement.name);
+            AddName(instance.label);
         }
         for (auto const& [path, styles] : InstanceStyles(m_plan, component, m_styles, m_losses))
             for (UTF8String const& style : styles)
@@ -252,8 +252,8 @@ std::vector<double> DocumentReader::OccurrencesOf() const
                             [this](std::size_t component)
                             {
                                 std::vector<std::size_t> targets;
-                                for (PlacementPlan const& placement : m_plan.components[component].placements)
-                                    targets.push_back(placement.target);
+                                for (ComponentPlan::Origin const& origin : m_plan.components[component].origins)
+                                    targets.push_back(origin.target);
                                 return targets;
                             });
 }
