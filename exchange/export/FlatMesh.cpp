@@ -154,15 +154,12 @@ std::array<double, 3> Turned(std::array<double, 3> const& v, std::array<double, 
 
 }  // namespace
 
-std::array<float, 3> PlacedPoint(Matrix const& transform, double const* exact)
+std::array<float, 3> PlacedPoint(Matrix const& transform, double const* point)
 {
-    float const point[] = {static_cast<float>(exact[0]), static_cast<float>(exact[1]), static_cast<float>(exact[2])};
     std::array<float, 3> placed{};
     for (std::size_t row = 0; row < 3; ++row)
-        placed[row] =
-            static_cast<float>(transform[4 * row] * static_cast<double>(point[0]) +
-                               transform[4 * row + 1] * static_cast<double>(point[1]) +
-                               transform[4 * row + 2] * static_cast<double>(point[2]) + transform[4 * row + 3]);
+        placed[row] = static_cast<float>(transform[4 * row] * point[0] + transform[4 * row + 1] * point[1] +
+                                         transform[4 * row + 2] * point[2] + transform[4 * row + 3]);
     return placed;
 }
 

@@ -73,12 +73,12 @@ bool HasOwnGeometry(SceneComponent const& component)
 
 }  // namespace
 
-ShapeDocumentBuilder::ShapeDocumentBuilder(ExportTask& task, ShapeDocument& document)
-    : m_task(task), m_scene(task.scene), m_document(document)
+ShapeDocumentBuilder::ShapeDocumentBuilder(ExportTask& task)
+    : m_task(task), m_scene(task.scene), m_document(task.notCarried)
 {
 }
 
-void ShapeDocumentBuilder::Build()
+ShapeDocument ShapeDocumentBuilder::Build()
 {
     CheckSize();
     if (StepUnitOf(m_scene.Unit()))
@@ -102,6 +102,7 @@ void ShapeDocumentBuilder::Build()
     drawings.AddViews(m_inOrder);
     for (DocumentVariant const* const variant : m_inOrder)
         drawings.AddCallouts(*variant);
+    return std::move(m_document);
 }
 
 void ShapeDocumentBuilder::CheckSize() const

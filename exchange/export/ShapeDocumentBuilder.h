@@ -24,11 +24,11 @@ class FileProperties;
 class ShapeDocumentBuilder
 {
 public:
-    /// The document is empty; its unit becomes that of the scene, or millimetres where STEP has no such unit.
-    ShapeDocumentBuilder(ExportTask& task, ShapeDocument& document);
+    explicit ShapeDocumentBuilder(ExportTask& task);
 
-    /// Throws std::runtime_error when the scene has more occurrences than a STEP writer can go through.
-    void Build();
+    /// The document, once; its unit is that of the scene, or millimetres where STEP has no such unit. Throws
+    /// std::runtime_error when the scene has more occurrences than a STEP writer can go through.
+    ShapeDocument Build();
 
 private:
     void CheckSize() const;
@@ -44,7 +44,7 @@ private:
 
     ExportTask& m_task;
     Scene const& m_scene;
-    ShapeDocument& m_document;
+    ShapeDocument m_document;
     opencascade::handle<XCAFDoc_ShapeTool> m_shapes;
     std::unique_ptr<DocumentParts> m_parts;
     std::map<std::string, std::unique_ptr<DocumentVariant>> m_variants;
