@@ -1,5 +1,9 @@
 #include "scene/Scene.h"
 
+#include "framework/api/IObject.h"
+#include "framework/api/IProperty.h"
+#include "framework/api/PropertyDatabase.h"
+#include "scene/reader/PropertyValue.h"
 #include "scene/reader/SceneContent.h"
 #include "scene/reader/SceneCuts.h"
 #include "scene/reader/SceneReader.h"
@@ -78,6 +82,29 @@ std::vector<SceneReference> const& Scene::Cameras() const noexcept
 std::array<double, 3> const& Scene::UpVector() const noexcept
 {
     return m_content->upVector;
+}
+
+std::array<double, 3> const& Scene::DefaultSurfaceColor() const noexcept
+{
+    return m_content->surfaceColor;
+}
+
+std::array<double, 3> const& Scene::DefaultCurveColor() const noexcept
+{
+    return m_content->curveColor;
+}
+
+std::vector<SceneProperty> Scene::PropertiesOf(IObject const& object) const
+{
+    std::vector<SceneProperty> properties;
+    IdSet const ids = m_content->database ? object.PropertyIds() : IdSet();
+    for (unsigned long long i = 0; i < ids.Size(); ++i)
+    {
+        IProperty const* property = nullptr;
+        if (m_content->database->PropertyAt(ids.At(i), property) == kIsValueSpecified_Yes && property)
+            properties.push_back(PropertyOf(*property));
+    }
+    return properties;
 }
 
 std::vector<Scene::Cut> const& Scene::Cuts() const noexcept

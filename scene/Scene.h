@@ -23,7 +23,8 @@ struct SceneContent;
 
 /// A scene as its producer serves it, read once: components, what they are made of, and how it looks. Each component
 /// is there once, however often it occurs; OccurrenceWalk goes through the occurrences. All is read by the constructor,
-/// apart from the numbers of geometry, which stand in the objects: nothing else asks the producer.
+/// apart from properties in the database and the numbers of geometry, which stand in the
+/// objects: no other call asks the producer.
 class KVR_SCENE_API Scene
 {
 public:
@@ -60,6 +61,17 @@ public:
 
     /// Of length 1; upwards is z when the scene states nothing usable.
     std::array<double, 3> const& UpVector() const noexcept;
+
+    // The colours of what has no style, as fractions of sRGB.
+
+    /// A light grey, since the surface colour that a producer serves is its curves'.
+    std::array<double, 3> const& DefaultSurfaceColor() const noexcept;
+    /// That which the scene states, else black.
+    std::array<double, 3> const& DefaultCurveColor() const noexcept;
+
+    /// The properties that the scene's database has for an object, in the object's order; empty without a database.
+    /// They are read from the producer with each call.
+    std::vector<SceneProperty> PropertiesOf(IObject const& object) const;
 
     /// What of the scene is not in its occurrences. Placements that are cut stay with their components, marked.
     struct Cut

@@ -106,7 +106,7 @@ int GltfDocument::MaterialOf(SceneStyle const* style, bool isCurve)
         return entry->second;
     tinygltf::Material material;
     material.doubleSided = true;
-    std::array<double, 3> color = isCurve ? m_colors.curve : m_colors.surface;
+    std::array<double, 3> color = isCurve ? m_scene.DefaultCurveColor() : m_scene.DefaultSurfaceColor();
     double opacity = 1.0;
     if (style)
     {

@@ -70,7 +70,7 @@ std::string LabelOf(std::string_view label, std::string_view id)
 
 }  // namespace
 
-GltfDocument::GltfDocument(ExportTask& task) : m_task(task), m_scene(task.scene), m_colors(task.producer)
+GltfDocument::GltfDocument(ExportTask& task) : m_task(task), m_scene(task.scene)
 {
     m_model.asset.version = "2.0";
     m_model.asset.generator = "kvr_xml_producer";
@@ -122,28 +122,17 @@ Value::Object GltfDocument::ExtrasOf(std::string_view id, IObject const* object)
     UTF8String persistentId;
     if (object->VersionPersistentId(persistentId) == kIsValueSpecified_Yes)
         extras["versionPersistentId"] = Value(std::string(persistentId.View()));
-    IUniverse const* const universe = m_task.producer.LoadUniverse();
-    PropertyDatabase const* const database = universe ? universe->PropertyDatabaseOf() : nullptr;
-    IdSet const ids = database ? object->PropertyIds() : IdSet();
     Value::Object properties;
-    for (unsigned long long i = 0; i < ids.Size(); ++i)
+    for (SceneProperty const& property : m_scene.PropertiesOf(*object))
     {
-        IProperty const* property = nullptr;
-        if (database->PropertyAt(ids.At(i), property) != kIsValueSpecified_Yes || !property)
-            continue;
-        std::string const name(UTF8String(property->Name()).View());
-        UTF16String text;
-        double number = 0.0;
-        int integer = 0;
-        bool flag = false;
-        if (property->Value(text) == kIsValueSpecified_Yes)
-            properties[name] = Value(std::string(UTF8String(text).View()));
-        else if (property->Value(number) == kIsValueSpecified_Yes)
-            properties[name] = Value(number);
-        else if (property->Value(integer) == kIsValueSpecified_Yes)
-            properties[name] = Value(integer);
-        else if (property->Value(flag) == kIsValueSpecified_Yes)
-            properties[name] = Value(flag);
+        if (auto const* const text = std::get_if<std::string>(&property.value))
+            properties[property.name] = Value(*text);
+        else if (auto const* const number = std::get_if<double>(&property.value))
+            properties[property.name] = Value(*number);
+        else if (auto const* const integer = std::get_if<int>(&property.value))
+            properties[property.name] = Value(*integer);
+        else if (auto const* const flag = std::get_if<bool>(&property.value))
+            properties[property.name] = Value(*flag);
     }
     if (!properties.empty())
         extras["properties"] = Value(properties);

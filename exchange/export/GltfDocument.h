@@ -8,7 +8,6 @@
 #include <tuple>
 #include <vector>
 
-#include "exchange/export/DefaultColors.h"
 #include "exchange/export/Export.h"
 #include "scene/CurvePoints.h"
 #include "scene/OccurrenceWalk.h"
@@ -71,7 +70,6 @@ private:
 
     ExportTask& m_task;
     Scene const& m_scene;
-    DefaultColors m_colors;
     tinygltf::Model m_model;
     std::map<MeshKey, int> m_meshes;
     std::unordered_map<IObject const*, std::vector<Drawing>> m_drawings;

@@ -14,7 +14,6 @@
 #include <stdexcept>
 #include <system_error>
 
-#include "exchange/export/DefaultColors.h"
 #include "exchange/export/FlatMesh.h"
 #include "exchange/export/Formats.h"
 #include "exchange/run/NewFile.h"
@@ -104,10 +103,7 @@ class ObjWriter
 {
 public:
     explicit ObjWriter(ExportTask& task)
-        : m_task(task),
-          m_colors(task.producer),
-          m_library(std::filesystem::path(task.path).replace_extension(".mtl")),
-          m_file(task.path)
+        : m_task(task), m_library(std::filesystem::path(task.path).replace_extension(".mtl")), m_file(task.path)
     {
     }
 
@@ -198,8 +194,8 @@ private:
                                                   : "surface",
                                         m_materials.size());
             std::array<double, 3> const color = hasColor  ? *style->diffuse
-                                                : isCurve ? m_colors.curve
-                                                          : m_colors.surface;
+                                                : isCurve ? m_task.scene.DefaultCurveColor()
+                                                          : m_task.scene.DefaultSurfaceColor();
             m_materialText += fmt::format("newmtl {}\nKd {} {} {}\nd {}\n", entry->second, color[0], color[1], color[2],
                                           hasColor ? style->opacity : 1.0);
             if (hasColor && style->emission)
@@ -220,7 +216,6 @@ private:
     static constexpr std::size_t kBlock = std::size_t{64} * 1024;
 
     ExportTask& m_task;
-    DefaultColors m_colors;
     std::filesystem::path m_library;
     NewFile m_file;
     std::string m_text;
@@ -246,7 +241,6 @@ void ExportPly(ExportTask& task)
         "ply\nformat binary_little_endian 1.0\ncomment kvr_xml_producer\nelement vertex {:<10}\nproperty float x\n"
         "property float y\nproperty float z\nelement face {:<10}\nproperty list uchar int vertex_indices\n"
         "property uchar red\nproperty uchar green\nproperty uchar blue\nproperty uchar alpha\nend_header\n";
-    DefaultColors const colors(task.producer);
     std::string const facesPath = task.path + ".faces";
     std::uint32_t vertexCount = 0;
     std::uint32_t faceCount = 0;
@@ -255,28 +249,28 @@ void ExportPly(ExportTask& task)
     {
         // Vertices stand in front of all faces, which wait in a file of their own.
         NewFile faces(facesPath);
-        ForEachTriangleGroup(task,
-                             [&](FlatGroup const& group)
-                             {
-                                 std::size_t const count = group.run.vertexCount;
-                                 if (count > 0x7FFFFFFF - vertexCount)
-                                     throw std::runtime_error("it has more vertices than a PLY file can hold");
-                                 for (std::size_t i = 0; i < count; ++i)
-                                     file.Put(VertexOf(group, static_cast<std::uint32_t>(i)));
-                                 std::array<double, 3> const color =
-                                     group.style && group.style->diffuse ? *group.style->diffuse : colors.surface;
-                                 std::array<unsigned char, 4> const bytes{
-                                     ByteOf(color[0]), ByteOf(color[1]), ByteOf(color[2]),
-                                     ByteOf(group.style ? group.style->opacity : 1.0)};
-                                 for (std::size_t i = 0; i < group.run.triangleCount; ++i, ++faceCount)
-                                 {
-                                     faces.Put(std::uint8_t{3});
-                                     for (std::uint32_t const corner : CornersOf(group, i))
-                                         faces.Put(vertexCount + corner);
-                                     faces.Put(bytes);
-                                 }
-                                 vertexCount += static_cast<std::uint32_t>(count);
-                             });
+        ForEachTriangleGroup(
+            task,
+            [&](FlatGroup const& group)
+            {
+                std::size_t const count = group.run.vertexCount;
+                if (count > 0x7FFFFFFF - vertexCount)
+                    throw std::runtime_error("it has more vertices than a PLY file can hold");
+                for (std::size_t i = 0; i < count; ++i)
+                    file.Put(VertexOf(group, static_cast<std::uint32_t>(i)));
+                std::array<double, 3> const color =
+                    group.style && group.style->diffuse ? *group.style->diffuse : task.scene.DefaultSurfaceColor();
+                std::array<unsigned char, 4> const bytes{ByteOf(color[0]), ByteOf(color[1]), ByteOf(color[2]),
+                                                         ByteOf(group.style ? group.style->opacity : 1.0)};
+                for (std::size_t i = 0; i < group.run.triangleCount; ++i, ++faceCount)
+                {
+                    faces.Put(std::uint8_t{3});
+                    for (std::uint32_t const corner : CornersOf(group, i))
+                        faces.Put(vertexCount + corner);
+                    faces.Put(bytes);
+                }
+                vertexCount += static_cast<std::uint32_t>(count);
+            });
         faces.Finish();
     }
     std::unique_ptr<std::FILE, int (*)(std::FILE*)> const faces(std::fopen(facesPath.c_str(), "rb"), &std::fclose);

@@ -32,19 +32,21 @@ std::vector<std::pair<Authoring::OccurrencePath, std::vector<UTF8String>>> Insta
                                                                                           Losses& losses)
 {
     std::vector<std::pair<Authoring::OccurrencePath, std::vector<UTF8String>>> result;
-    for (PlacementPlan const& placement : assembly.placements)
+    for (std::size_t i = 0; i < assembly.instances.size(); ++i)
     {
-        if (UTF8String const style = styles.StyleOf(placement.label, false); !style.IsEmpty())
-            result.push_back({{placement.id}, {style}});
+        UTF8String const& id = assembly.instances[i].id;
+        TDF_Label const& origin = assembly.origins[i].label;
+        if (UTF8String const style = styles.StyleOf(origin, false); !style.IsEmpty())
+            result.push_back({{id}, {style}});
         TDF_AttributeSequence usages;
-        XCAFDoc_ShapeTool::GetAllComponentSHUO(placement.label, usages);
+        XCAFDoc_ShapeTool::GetAllComponentSHUO(origin, usages);
         std::vector<Usage> work;
         for (Handle(TDF_Attribute) const& attribute : usages)
         {
             TDF_LabelSequence upper;
             // A usage within a longer one is met on the way down from that.
             if (!XCAFDoc_ShapeTool::GetSHUOUpperUsage(attribute->Label(), upper) || upper.IsEmpty())
-                work.push_back({attribute->Label(), {placement.id}, {}});
+                work.push_back({attribute->Label(), {id}, {}});
         }
         while (!work.empty())
         {
@@ -52,20 +54,20 @@ std::vector<std::pair<Authoring::OccurrencePath, std::vector<UTF8String>>> Insta
             work.pop_back();
             if (UTF8String const style = styles.StyleOf(usage.label, false); !style.IsEmpty())
                 usage.style = style;
-            TDF_LabelSequence next;
-            XCAFDoc_ShapeTool::GetSHUONextUsage(usage.label, next);
-            if (next.IsEmpty() && !usage.style.IsEmpty())
+            TDF_LabelSequence nexts;
+            XCAFDoc_ShapeTool::GetSHUONextUsage(usage.label, nexts);
+            if (nexts.IsEmpty() && !usage.style.IsEmpty())
                 result.push_back({usage.path, {usage.style}});
-            for (TDF_Label const& label : next)
+            for (TDF_Label const& label : nexts)
             {
-                UTF8String const id = plan.IdOf(label.Father());
-                if (id.IsEmpty() || usage.path.size() >= kMostLevels)
+                UTF8String const next = plan.IdOf(label.Father());
+                if (next.IsEmpty() || usage.path.size() >= kMostLevels)
                 {
                     losses.Add("styles of occurrences that are no objects");
                     continue;
                 }
                 Usage below{label, usage.path, usage.style};
-                below.path.push_back(id);
+                below.path.push_back(next);
                 work.push_back(std::move(below));
             }
         }

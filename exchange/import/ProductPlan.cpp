@@ -41,7 +41,7 @@ ProductPlan::ProductPlan(Handle(TDocStd_Document) const& document)
     shapes->GetFreeShapes(free);
     for (TDF_Label const& label : free)
         roots.push_back(Add(label));
-    std::size_t placementCount = 0;
+    std::size_t instanceCount = 0;
     for (std::size_t i = 0; i < components.size(); ++i)
     {
         if (!components[i].isAssembly)
@@ -56,17 +56,18 @@ ProductPlan::ProductPlan(Handle(TDocStd_Document) const& document)
             TDF_Label target;
             if (!XCAFDoc_ShapeTool::GetReferredShape(label, target))
                 continue;
-            PlacementPlan placement;
-            placement.label = label;
-            placement.id = Numbered("inst", ++placementCount);
-            placement.target = Add(target);
-            placement.name = NameOfLabel(label);
-            if (placement.name.IsEmpty())
-                placement.name = components[placement.target].name;
-            placement.transform = MatrixOf(XCAFDoc_ShapeTool::GetLocation(label));
-            placement.isVisible = m_colorTool->IsVisible(label);
-            m_placements.Bind(label, placement.id);
-            components[i].placements.push_back(std::move(placement));
+            std::size_t const placed = Add(target);
+            Authoring::InstanceRecord instance;
+            instance.id = Numbered("inst", ++instanceCount);
+            instance.label = NameOfLabel(label);
+            if (instance.label.IsEmpty())
+                instance.label = components[placed].name;
+            instance.targetId = components[placed].id;
+            instance.transform = MatrixOf(XCAFDoc_ShapeTool::GetLocation(label));
+            instance.isVisible = m_colorTool->IsVisible(label) && components[placed].isVisible;
+            m_instances.Bind(label, instance.id);
+            components[i].instances.push_back(std::move(instance));
+            components[i].origins.push_back({label, placed});
         }
     }
 }
@@ -93,8 +94,8 @@ UTF8String ProductPlan::IdOf(TDF_Label const& label) const
 {
     if (std::size_t const* const component = m_components.Seek(label))
         return components[*component].id;
-    UTF8String const* const placement = m_placements.Seek(label);
-    return placement ? *placement : UTF8String();
+    UTF8String const* const instance = m_instances.Seek(label);
+    return instance ? *instance : UTF8String();
 }
 
 std::size_t ProductPlan::ComponentOf(TDF_Label const& label) const

@@ -10,22 +10,11 @@
 #include <string>
 #include <vector>
 
-#include "framework/api/Matrix3d.h"
+#include "authoring/SceneRecords.h"
 #include "framework/api/UTF8String.h"
 
 namespace KVR
 {
-
-/// A component where an assembly has it.
-struct PlacementPlan
-{
-    TDF_Label label;
-    UTF8String id;
-    UTF8String name;
-    std::size_t target = 0;
-    Matrix3d transform;
-    bool isVisible = true;
-};
 
 /// An assembly or part of the scene to be.
 struct ComponentPlan
@@ -35,7 +24,15 @@ struct ComponentPlan
     UTF8String name;
     bool isAssembly = false;
     bool isVisible = true;
-    std::vector<PlacementPlan> placements;
+    /// What an assembly places, as the scene gets it.
+    std::vector<Authoring::InstanceRecord> instances;
+    /// Where each of them comes from: its label in the document, and the component that it places.
+    struct Origin
+    {
+        TDF_Label label;
+        std::size_t target = 0;
+    };
+    std::vector<Origin> origins;
     /// Of a part.
     TopoDS_Shape shape;
 };
@@ -51,7 +48,7 @@ public:
     /// Which of them stand under the root.
     std::vector<std::size_t> roots;
 
-    /// The id of the object that a label of a component or placement became; empty for another label.
+    /// The id of the object that a label of a component or instance became; empty for another label.
     UTF8String IdOf(TDF_Label const& label) const;
     /// The component of a label; nothing (the number of components) for another label.
     std::size_t ComponentOf(TDF_Label const& label) const;
@@ -61,7 +58,7 @@ private:
 
     Handle(XCAFDoc_ColorTool) m_colorTool;
     NCollection_DataMap<TDF_Label, std::size_t, TDF_LabelMapHasher> m_components;
-    NCollection_DataMap<TDF_Label, UTF8String, TDF_LabelMapHasher> m_placements;
+    NCollection_DataMap<TDF_Label, UTF8String, TDF_LabelMapHasher> m_instances;
     std::size_t m_assemblyCount = 0;
 };
 

@@ -226,16 +226,11 @@ private:
         Authoring::ComponentRecord assembly = Component(index);
         assembly.crossLevel.styles = InstanceStyles(m_plan, plan, m_styles, m_report.losses);
         m_scene.BeginAssembly(assembly);
-        for (PlacementPlan const& placement : plan.placements)
+        for (std::size_t i = 0; i < plan.instances.size(); ++i)
         {
-            Authoring::InstanceRecord instance;
-            instance.id = placement.id;
-            instance.label = placement.name;
-            instance.targetId = m_plan.components[placement.target].id;
-            instance.transform = placement.transform;
-            instance.isVisible = placement.isVisible && m_plan.components[placement.target].isVisible;
+            Authoring::InstanceRecord const& instance = plan.instances[i];
             m_scene.Instance(instance);
-            for (Authoring::PropertyValue const& property : PropertiesOfLabel(placement.label, m_report.losses))
+            for (Authoring::PropertyValue const& property : PropertiesOfLabel(plan.origins[i].label, m_report.losses))
                 m_scene.Property(instance.id, property);
             ++m_report.counts.instances;
         }

@@ -1,8 +1,10 @@
 #include "scene/reader/AttributeReader.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "framework/api/kvr_api.h"
+#include "scene/reader/PropertyValue.h"
 #include "scene/reader/SceneContent.h"
 #include "scene/reader/StyleReader.h"
 
@@ -21,17 +23,9 @@ std::vector<std::string_view> Kept(SceneText& text, IdSet const& ids)
     return kept;
 }
 
-template <class Value>
-bool Take(CustomProperty const& property, SceneProperty& entry)
+std::array<double, 3> Triple(Color const& color)
 {
-    Value value{};
-    if (property.Value(value) != kIsValueSpecified_Yes)
-        return false;
-    if constexpr (std::is_same_v<Value, UTF16String>)
-        entry.value = std::string(UTF8String(value).View());
-    else
-        entry.value = value;
-    return true;
+    return {std::clamp(color.Red(), 0.0, 1.0), std::clamp(color.Green(), 0.0, 1.0), std::clamp(color.Blue(), 0.0, 1.0)};
 }
 
 }  // namespace
@@ -142,18 +136,21 @@ void AttributeReader::ReadProperties(SceneComponent& component)
         CustomProperty property;
         if (properties.CustomPropertyAt(i, property) != kIsValueSpecified_Yes)
             continue;
-        SceneProperty& entry = component.properties.emplace_back();
-        entry.name = std::string(UTF8String(property.Name()).View());
-        static_cast<void>(Take<UTF16String>(property, entry) || Take<double>(property, entry) ||
-                          Take<int>(property, entry) || Take<bool>(property, entry) || Take<std::tm>(property, entry));
+        component.properties.push_back(PropertyOf(property));
     }
 }
 
-void AttributeReader::ReadUpVector()
+void AttributeReader::ReadUniverse()
 {
     IUniverse const* const universe = m_producer.LoadUniverse();
+    if (!universe)
+        return;
+    m_content.database = universe->PropertyDatabaseOf();
+    Color color;
+    if (universe->DefaultCurveColor(color) == kIsValueSpecified_Yes)
+        m_content.curveColor = Triple(color);
     ViewingData viewing;
-    if (!universe || universe->ViewingDataOf(viewing) != kIsValueSpecified_Yes)
+    if (universe->ViewingDataOf(viewing) != kIsValueSpecified_Yes)
         return;
     Vector const& up = viewing.UpVector();
     double const length = std::sqrt(up[0] * up[0] + up[1] * up[1] + up[2] * up[2]);

@@ -24,7 +24,7 @@ public:
 
     void ReadSets(IObject const& object);
     void ReadProperties(SceneComponent& component);
-    void ReadUpVector();
+    void ReadUniverse();
 
 private:
     void ReadLayers(IdSet const& ids);

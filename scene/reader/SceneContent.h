@@ -11,6 +11,8 @@
 namespace KVR
 {
 
+class PropertyDatabase;
+
 /// What a scene holds.
 struct SceneContent
 {
@@ -29,6 +31,9 @@ struct SceneContent
     std::vector<SceneReference> views;
     std::vector<SceneReference> cameras;
     std::array<double, 3> upVector{0.0, 0.0, 1.0};
+    std::array<double, 3> surfaceColor{0.7, 0.7, 0.7};
+    std::array<double, 3> curveColor{0.0, 0.0, 0.0};
+    PropertyDatabase const* database = nullptr;
     std::vector<Scene::Cut> cuts;
     std::size_t filteredGeometry = 0;
 };

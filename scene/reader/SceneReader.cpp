@@ -47,7 +47,7 @@ void SceneReader::Read(UTF8String const& rootId)
             if (geometry.metresPerUnit == 0.0)
                 geometry.metresPerUnit = component.metresPerUnit;
     }
-    m_attributes.ReadUpVector();
+    m_attributes.ReadUniverse();
 }
 
 std::size_t SceneReader::ComponentOf(UTF8String const& id)

@@ -96,6 +96,24 @@ TEST(OccurrenceWalk, TellsWherePlacementAndDepthAre)
     EXPECT_THAT(walk.Path(), ElementsAre("top", "i1"));
 }
 
+TEST(OccurrenceWalk, MayStartAtAnyComponentAsIfItWereTheRoot)
+{
+    ModelScene const scene(File({"top"}) + Assembly("top", MovedInstance("i", "a", 4), CrossLevel(Moves("[i][j]", 5))) +
+                           Assembly("a", MovedInstance("j", "p", 1) + Instance("k", "p")) + Part("p"));
+    OccurrenceWalk walk(scene.Model(), scene.Placement("top", "i").target);
+    ASSERT_TRUE(walk.Next());
+    EXPECT_EQ(walk.Component().id, "a");
+    EXPECT_EQ(walk.PlacementIndex(), kNoIndex);
+    ASSERT_TRUE(walk.Next());
+    EXPECT_EQ(walk.PlacementIndex(), 0U);
+    // Neither the place of the assembly nor what is said above it.
+    EXPECT_EQ(walk.Place()[3], 1.0);
+    ASSERT_TRUE(walk.Next());
+    EXPECT_EQ(walk.PlacementIndex(), 1U);
+    EXPECT_EQ(walk.Placement()->id, "k");
+    EXPECT_FALSE(walk.Next());
+}
+
 TEST(OccurrenceWalk, PlacesAreInTheScenesUnit)
 {
     ModelScene const scene(File({"top"}) +

@@ -270,6 +270,37 @@ TEST(Scene, PropertiesHaveValuesOfTheirTypes)
     EXPECT_EQ(scene.Component("f").fileProperties, nullptr);
 }
 
+TEST(Scene, PropertiesOfTheDatabaseAreValuesInTheObjectsOrder)
+{
+    TestScene source("<Scene><IUniverse/>" + File({"a"}) + Assembly("a", Instance("i", "p")) + Part("p") + "</Scene>");
+    source.WithFile("scene.kvrproperty",
+                    "<P><Property ID='p1' ObjectID='i' Name='first' Value='v'/>"
+                    "<Property ID='p2' ObjectID='i' Name='second' Value='w'/></P>");
+    source.Begin();
+    KVR::Scene const scene(source.Producer(), "f");
+    std::vector<SceneProperty> const properties = scene.PropertiesOf(*scene.Components()[1].placements.at(0).object);
+    ASSERT_EQ(properties.size(), 2U);
+    EXPECT_EQ(properties[0].name, "first");
+    EXPECT_EQ(std::get<std::string>(properties[0].value), "v");
+    EXPECT_EQ(properties[1].name, "second");
+    EXPECT_THAT(scene.PropertiesOf(*scene.Components()[2].object), IsEmpty());
+}
+
+TEST(Scene, TheUniverseStatesUpAndTheColourOfCurves)
+{
+    ModelScene const plain(File({"p"}) + Part("p"));
+    EXPECT_EQ(plain.Model().UpVector(), (std::array<double, 3>{0.0, 0.0, 1.0}));
+    EXPECT_EQ(plain.Model().DefaultCurveColor(), (std::array<double, 3>{0.0, 0.0, 0.0}));
+    EXPECT_EQ(plain.Model().DefaultSurfaceColor(), (std::array<double, 3>{0.7, 0.7, 0.7}));
+    EXPECT_THAT(plain.Model().PropertiesOf(*plain.Component("p").object), IsEmpty());
+    ModelScene const stated(
+        "<IUniverse><ViewData><UpVector>0,2,0</UpVector><FrontVector>1,0,0</FrontVector></ViewData>"
+        "<DefaultCurveColor FractionRed='0.25' FractionGreen='2' FractionBlue='0'/></IUniverse>" +
+        File({"p"}) + Part("p"));
+    EXPECT_EQ(stated.Model().UpVector(), (std::array<double, 3>{0.0, 1.0, 0.0}));
+    EXPECT_EQ(stated.Model().DefaultCurveColor(), (std::array<double, 3>{0.25, 1.0, 0.0}));
+}
+
 TEST(Scene, AMovedSceneKeepsItsTexts)
 {
     ModelScene scene(File({"p"}) + Part("p"));
