@@ -17,7 +17,8 @@ class UTF8String;
 struct ExportOptions
 {
     SceneFilter filter;
-    /// How far the triangles of a body without a mesh may be from it, as a fraction of the diagonal of its box.
+    /// How far the triangles of a body without a mesh may be from it, and the lines of a curve from each piece of it,
+    /// as a fraction of the diagonal of the box.
     double deflection = 1e-3;
     /// Whether a mesh without a body is written to STEP and BREP as flat faces.
     bool meshFaces = false;

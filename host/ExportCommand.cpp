@@ -36,8 +36,8 @@ ExportCommand::ExportCommand(CLI::App& program)
                       "NAME");
     Arguments()
         .add_option("--deflection", m_deflection,
-                    "How far the triangles of a body without a mesh may be from it, as a percentage of the diagonal of "
-                    "its box")
+                    "How far the triangles of a body without a mesh, and the lines of a curve, may be from it, as a "
+                    "percentage of the diagonal of the box")
         ->type_name("PERCENT")
         ->check(&ProblemOfPercentage)
         ->capture_default_str();

@@ -44,14 +44,19 @@ public:
 
 }  // namespace
 
+std::string_view SceneObjectRef::KindOf(IObject& object)
+{
+    KindFinder finder;
+    object.AcceptVisitor(&finder);
+    return finder.kind;
+}
+
 SceneObjectRef SceneObjectRef::Of(IProducer& producer, UTF8String const& id)
 {
     IObject* const object = id.IsEmpty() ? nullptr : producer.Load(id);
     if (!object)
         return {"missing", id, {}};
-    KindFinder finder;
-    object->AcceptVisitor(&finder);
-    return {finder.kind, id, object->Label()};
+    return {KindOf(*object), id, object->Label()};
 }
 
 }  // namespace KVR

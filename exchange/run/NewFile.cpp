@@ -1,6 +1,7 @@
 #include "exchange/run/NewFile.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -21,6 +22,14 @@ int Opened(std::string const& path)
     return descriptor;
 }
 
+// A device is not the file that was begun, and stays.
+void RemoveFile(std::string const& path)
+{
+    struct stat status = {};
+    if (::lstat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode))
+        ::unlink(path.c_str());
+}
+
 }  // namespace
 
 NewFile::NewFile(std::string const& path) : m_path(path), m_descriptor(Opened(path)), m_out(m_descriptor) {}
@@ -30,7 +39,7 @@ NewFile::~NewFile()
     if (m_descriptor < 0)
         return;
     ::close(m_descriptor);
-    ::unlink(m_path.c_str());
+    RemoveFile(m_path);
 }
 
 void NewFile::Patch(std::size_t place, std::string_view bytes)
@@ -56,7 +65,7 @@ void NewFile::Finish()
     if (::close(descriptor) != 0)
     {
         int const error = errno;
-        ::unlink(m_path.c_str());
+        RemoveFile(m_path);
         throw OutputError(error);
     }
 }

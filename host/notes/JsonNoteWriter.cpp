@@ -1,8 +1,10 @@
 #include "host/notes/JsonNoteWriter.h"
 
+#include <array>
 #include <string>
 
-#include "host/dump/DumpValues.h"
+#include "describe/JsonAnswers.h"
+#include "host/ObjectJson.h"
 #include "scene/SceneNote.h"
 
 namespace KVR
@@ -11,15 +13,9 @@ namespace KVR
 namespace
 {
 
-// Members of an object that the caller opens and ends.
 void WriteIdentity(JsonWriter& json, SceneObjectRef const& object)
 {
-    json.Key("Kind");
-    json.String(object.kind);
-    json.Key("Label");
-    WriteValue(json, object.label);
-    json.Key("Id");
-    WriteValue(json, object.id);
+    WriteIdentity(json, object.kind, UTF8String(object.label).View(), object.id.View());
 }
 
 void WriteText(JsonWriter& json, SceneNote const& note)
@@ -40,7 +36,7 @@ void WriteTriple(JsonWriter& json, std::string_view name, std::optional<SceneNot
 {
     json.Key(name);
     if (triple)
-        WriteRow(json, (*triple)[0], (*triple)[1], (*triple)[2]);
+        WriteValue(json, std::array{(*triple)[0], (*triple)[1], (*triple)[2]});
     else
         json.Null();
 }

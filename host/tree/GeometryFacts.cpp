@@ -22,6 +22,7 @@ public:
 
     void Visit(IPolygonMesh* mesh) override
     {
+        GeometryFacts& facts = found.emplace();
         unsigned long const vertexCount = mesh->VertexCount();
         facts.counts = {{"polygon", "polygons", "Polygons", mesh->PolygonCount()},
                         {"vertex", "vertices", "Vertices", vertexCount}};
@@ -34,6 +35,7 @@ public:
 
     void Visit(ICurve* object) override
     {
+        GeometryFacts& facts = found.emplace();
         ICurve const& curve = *object;
         facts.counts = {{"piece", "pieces", "Pieces", curve.CurveDataCount()}};
         SceneLines const lines = CurvePoints::Of(curve, CurvePoints::kForBoxes);
@@ -43,6 +45,7 @@ public:
 
     void Visit(IBrep* brep) override
     {
+        GeometryFacts& facts = found.emplace();
         BODY const* const body = brep->Body();
         if (!body)
         {
@@ -55,7 +58,8 @@ public:
                         {"vertex", "vertices", "Vertices", CountOf(*body, TopAbs_VERTEX)}};
     }
 
-    GeometryFacts facts;
+    // Nothing for another object.
+    std::optional<GeometryFacts> found;
 
 private:
     static unsigned long long CountOf(BODY const& body, TopAbs_ShapeEnum kind)
@@ -80,11 +84,11 @@ Box Box::Around(std::optional<Box> const& box, double x, double y, double z)
     return around;
 }
 
-GeometryFacts GeometryFacts::Of(IObject& object)
+std::optional<GeometryFacts> GeometryFacts::Of(IObject& object)
 {
     FactsVisitor visitor;
     object.AcceptVisitor(&visitor);
-    return visitor.facts;
+    return visitor.found;
 }
 
 }  // namespace KVR

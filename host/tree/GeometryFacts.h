@@ -38,7 +38,7 @@ struct GeometryFacts
     std::optional<Box> box;
 
     /// Nothing for objects other than bodies, meshes and curves.
-    static GeometryFacts Of(IObject& object);
+    static std::optional<GeometryFacts> Of(IObject& object);
 };
 
 }  // namespace KVR

@@ -1,10 +1,12 @@
 #include "host/tree/JsonTreeWriter.h"
 
-#include "host/dump/DumpValues.h"
+#include "describe/JsonAnswers.h"
+#include "host/ObjectJson.h"
 #include "host/tree/GeometryFacts.h"
-#include "host/tree/ProductNode.h"
-#include "host/tree/ProductTotals.h"
 #include "host/tree/StyleColors.h"
+#include "host/tree/TreeNode.h"
+#include "scene/SceneComponent.h"
+#include "scene/SceneTotals.h"
 
 namespace KVR
 {
@@ -16,25 +18,15 @@ JsonTreeWriter::JsonTreeWriter(Output& out) : m_json(out)
     m_json.BeginList();
 }
 
-void JsonTreeWriter::Begin(ProductNode const& node, Place const& place)
+void JsonTreeWriter::Begin(TreeNode const& node)
 {
     m_json.BeginObject();
-    m_json.Key("Kind");
-    m_json.String(node.kind);
-    m_json.Key("Label");
-    WriteValue(m_json, node.label);
-    m_json.Key("Id");
-    WriteValue(m_json, node.id);
+    WriteIdentity(m_json, node.kind, node.label, node.id);
     m_json.Key("Target");
-    if (node.isInstance && node.HasOwner())
+    if (node.isInstance && node.owner)
     {
         m_json.BeginObject(JsonWriter::Layout::Row);
-        m_json.Key("Kind");
-        m_json.String(node.ownerKind);
-        m_json.Key("Label");
-        WriteValue(m_json, node.ownerLabel);
-        m_json.Key("Id");
-        WriteValue(m_json, node.ownerId);
+        WriteIdentity(m_json, KindOf(*node.owner), node.owner->label, node.owner->id);
         m_json.EndObject();
     }
     else
@@ -42,15 +34,23 @@ void JsonTreeWriter::Begin(ProductNode const& node, Place const& place)
         m_json.Null();
     }
     m_json.Key("Visible");
-    WriteValue(m_json, node.visible);
+    if (node.isVisible)
+        m_json.Bool(*node.isVisible);
+    else
+        m_json.Null();
     m_json.Key("ChildCount");
-    m_json.Unsigned(node.ChildCount());
+    m_json.Unsigned(node.owner ? node.owner->children.size() : 0);
     m_json.Key("Cycle");
-    m_json.Bool(place.isCycle);
-    if (place.geometry)
-        Geometry(*place.geometry);
-    if (place.styles)
-        Styles(*place.styles);
+    m_json.Bool(node.isCycle);
+    if (node.isRepeated)
+    {
+        m_json.Key("Repeated");
+        m_json.Bool(true);
+    }
+    if (node.geometry)
+        Geometry(*node.geometry);
+    if (node.styles)
+        Styles(*node.styles);
     m_json.Key("Children");
     m_json.BeginList();
 }
@@ -89,10 +89,10 @@ void JsonTreeWriter::Styles(std::vector<StyleColor> const& styles)
     {
         m_json.BeginObject(JsonWriter::Layout::Row);
         m_json.Key("Id");
-        WriteValue(m_json, style.id);
+        m_json.String(style.id.View());
         m_json.Key("Label");
         if (style.isThere)
-            WriteValue(m_json, style.label);
+            m_json.String(UTF8String(style.label).View());
         else
             m_json.Null();
         m_json.Key("DiffuseColor");
@@ -111,7 +111,7 @@ void JsonTreeWriter::End()
     m_json.EndObject();
 }
 
-void JsonTreeWriter::Finish(ProductTotals const& totals)
+void JsonTreeWriter::Finish(SceneTotals const& totals)
 {
     m_json.EndList();
     m_json.Key("Totals");
@@ -125,7 +125,7 @@ void JsonTreeWriter::Finish(ProductTotals const& totals)
     count("Assemblies", totals.assemblies);
     count("Parts", totals.parts);
     count("Instances", totals.instances);
-    count("Occurrences", totals.occurrences);
+    count("Occurrences", ProductOccurrences(totals));
     count("PartOccurrences", totals.partOccurrences);
     count("DeepestLevel", totals.deepestLevel);
     m_json.EndObject();

@@ -1,12 +1,16 @@
 #pragma once
 
+#include <vector>
+
 #include "host/tree/TreeWriter.h"
 #include "output/JsonWriter.h"
 
 namespace KVR
 {
 
+struct GeometryFacts;
 class Output;
+struct StyleColor;
 
 /// One JSON object: "Tree", in which every node holds its "Children", and "Totals".
 class JsonTreeWriter final : public TreeWriter
@@ -14,9 +18,9 @@ class JsonTreeWriter final : public TreeWriter
 public:
     explicit JsonTreeWriter(Output& out);
 
-    void Begin(ProductNode const& node, Place const& place) override;
+    void Begin(TreeNode const& node) override;
     void End() override;
-    void Finish(ProductTotals const& totals) override;
+    void Finish(SceneTotals const& totals) override;
 
 private:
     void Geometry(GeometryFacts const& facts);

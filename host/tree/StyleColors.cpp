@@ -76,14 +76,11 @@ int ByteOf(double fraction)
 
 }  // namespace
 
-std::vector<StyleColor> StylesOf(IProducer& producer, UTF8String const& id)
+std::vector<StyleColor> StylesOf(IProducer& producer, IObject& object)
 {
     std::vector<StyleColor> styles;
-    IObject* const object = id.IsEmpty() ? nullptr : producer.Load(id);
-    if (!object)
-        return styles;
     Collector collector(producer);
-    object->AcceptVisitor(&collector);
+    object.AcceptVisitor(&collector);
     for (unsigned long long i = 0; i < collector.Ids().Size(); ++i)
     {
         StyleColor style;

@@ -11,6 +11,7 @@
 namespace KVR
 {
 
+class IObject;
 class IProducer;
 
 /// A style that an object names.
@@ -24,9 +25,9 @@ struct StyleColor
     std::optional<Color> diffuse;
 };
 
-/// The styles that the object of that id names itself, each once: its own, those of a mesh's materials and of a body's
-/// faces, and for an instance also those of what it places. Empty for an unknown id.
-std::vector<StyleColor> StylesOf(IProducer& producer, UTF8String const& id);
+/// The styles that an object names itself, each once: its own, those of a mesh's materials and of a body's faces, and
+/// for an instance also those of what it places.
+std::vector<StyleColor> StylesOf(IProducer& producer, IObject& object);
 
 /// A colour's components, each from 0 to 255; what lies outside the range of fractions counts as its end.
 struct Rgb

@@ -8,11 +8,12 @@
 
 #include "host/TextValues.h"
 #include "host/tree/GeometryFacts.h"
-#include "host/tree/ProductNode.h"
-#include "host/tree/ProductTotals.h"
 #include "host/tree/StyleColors.h"
+#include "host/tree/TreeNode.h"
 #include "host/tree/TreeOptions.h"
 #include "output/Output.h"
+#include "scene/SceneComponent.h"
+#include "scene/SceneTotals.h"
 
 namespace KVR
 {
@@ -94,27 +95,29 @@ void TextTreeWriter::Geometry(GeometryFacts const& facts)
     m_out.Put(fmt::format(", from {} to {}", corner(facts.box->low), corner(facts.box->high)));
 }
 
-void TextTreeWriter::Begin(ProductNode const& node, Place const& place)
+void TextTreeWriter::Begin(TreeNode const& node)
 {
-    Indent(place.isLast);
-    m_text.PutObject(node.kind, UTF8String(node.label).View(), node.id.View());
-    if (node.isInstance && node.HasOwner())
+    Indent(node.isLast);
+    m_text.PutObject(node.kind, node.label, node.id);
+    if (node.isInstance && node.owner)
     {
         m_out.Put(" -> ");
-        m_text.PutObject(node.ownerKind, UTF8String(node.ownerLabel).View(), node.ownerId.View());
+        m_text.PutObject(KindOf(*node.owner), node.owner->label, node.owner->id);
     }
-    if (node.visible)
-        m_text.PutVisibility(*node.visible, "");
-    if (node.HasOwner())
-        m_out.Put(", " + Counted(node.ChildCount(), "child", "children"));
-    if (place.isCycle)
+    if (node.isVisible)
+        m_text.PutVisibility(*node.isVisible, "");
+    if (node.owner)
+        m_out.Put(", " + Counted(node.owner->children.size(), "child", "children"));
+    if (node.isCycle)
         m_out.Put(", cycle");
-    if (place.geometry)
-        Geometry(*place.geometry);
-    if (place.styles && !place.styles->empty())
-        Styles(*place.styles);
+    if (node.isRepeated)
+        m_out.Put(", repeated");
+    if (node.geometry)
+        Geometry(*node.geometry);
+    if (node.styles && !node.styles->empty())
+        Styles(*node.styles);
     m_out.Put('\n');
-    m_isLast.push_back(place.isLast);
+    m_isLast.push_back(node.isLast);
 }
 
 void TextTreeWriter::End()
@@ -122,12 +125,12 @@ void TextTreeWriter::End()
     m_isLast.pop_back();
 }
 
-void TextTreeWriter::Finish(ProductTotals const& totals)
+void TextTreeWriter::Finish(SceneTotals const& totals)
 {
     m_out.Put(fmt::format("{}, {}, {}, {}, {} ({}), deepest level {}\n", Counted(totals.files, "file", "files"),
                           Counted(totals.assemblies, "assembly", "assemblies"), Counted(totals.parts, "part", "parts"),
                           Counted(totals.instances, "instance", "instances"),
-                          Counted(totals.occurrences, "occurrence", "occurrences"),
+                          Counted(ProductOccurrences(totals), "occurrence", "occurrences"),
                           Counted(totals.partOccurrences, "of a part", "of parts"), totals.deepestLevel));
 }
 

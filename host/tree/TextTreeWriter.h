@@ -8,7 +8,9 @@
 namespace KVR
 {
 
+struct GeometryFacts;
 class Output;
+struct StyleColor;
 struct TreeOptions;
 
 /// A line per node, indented by lines that join it to its owner, and a closing line of totals.
@@ -17,9 +19,9 @@ class TextTreeWriter final : public TreeWriter
 public:
     TextTreeWriter(Output& out, TreeOptions const& options);
 
-    void Begin(ProductNode const& node, Place const& place) override;
+    void Begin(TreeNode const& node) override;
     void End() override;
-    void Finish(ProductTotals const& totals) override;
+    void Finish(SceneTotals const& totals) override;
 
 private:
     void Indent(bool isLast);

@@ -1,14 +1,10 @@
 #pragma once
 
-#include <vector>
-
 namespace KVR
 {
 
-class ProductNode;
-struct GeometryFacts;
-struct ProductTotals;
-struct StyleColor;
+struct SceneTotals;
+struct TreeNode;
 
 /// Receives the nodes of a product tree as they are walked.
 class TreeWriter
@@ -18,26 +14,17 @@ public:
     TreeWriter(TreeWriter const&) = delete;
     TreeWriter& operator=(TreeWriter const&) = delete;
 
-    /// What a node is shown with.
-    struct Place
-    {
-        bool isLast = false;
-        /// It stands within itself and is not entered.
-        bool isCycle = false;
-        /// The styles that it names; null when they are not to be shown.
-        std::vector<StyleColor> const* styles = nullptr;
-        /// What is to be said of its geometry; null for an object of another kind.
-        GeometryFacts const* geometry = nullptr;
-    };
-
-    virtual void Begin(ProductNode const& node, Place const& place) = 0;
+    virtual void Begin(TreeNode const& node) = 0;
     /// The end of the node begun last that has not ended.
     virtual void End() = 0;
     /// The end of the tree; the totals are those of the whole, whatever was shown.
-    virtual void Finish(ProductTotals const& totals) = 0;
+    virtual void Finish(SceneTotals const& totals) = 0;
 
 protected:
     TreeWriter() = default;
+
+    /// Places of assemblies and parts in the tree; the largest number when no number holds them.
+    static unsigned long long ProductOccurrences(SceneTotals const& totals) noexcept;
 };
 
 }  // namespace KVR

@@ -103,6 +103,25 @@ TEST(ExportFormatsTest, StlHasTheTrianglesOfAllOccurrences)
     EXPECT_THAT(stl.run.error, HasSubstr("2 objects of the kind ICurve"));
 }
 
+TEST(ExportFormatsTest, APointIsRoundedOnceInTheCoordinatesOfTheScene)
+{
+    ExportScene scene;
+    // As floats the first and the third one would be 16777216.
+    scene.Mesh("m", {16777217, 0, 0, 16777218, 0, 0, 16777217, 3, 0}, {{0, 1, 2}});
+    ToolRun const run = scene.Export(
+        R"(<IFile ID="f" IsRoot="1"><ChildSet><Child ID="top" Type="IAssembly"/></ChildSet></IFile>
+<IAssembly ID="top"><ChildSet>)" +
+            Instance("i", "p", "1 0 0 -16777216 0 1 0 0 0 0 1 0 0 0 0 1") +
+            R"(</ChildSet></IAssembly><IPart ID="p"><ChildSet><IPolygonMesh ID="m" Visibility="1"/></ChildSet></IPart>)",
+        "out.stl");
+    ASSERT_EQ(run.status, 0) << run.error;
+    Assimp::Importer importer;
+    aiScene const* const found = importer.ReadFile(scene.PathOf("out.stl"), 0);
+    ASSERT_TRUE(found) << importer.GetErrorString();
+    EXPECT_THAT(TrianglesOf(*found),
+                ElementsAre(ElementsAre(ElementsAre(1, 0, 0), ElementsAre(2, 0, 0), ElementsAre(1, 3, 0))));
+}
+
 TEST(ExportFormatsTest, PlyHasTrianglesWithTheirColours)
 {
     FormatsRun const ply("out.ply");

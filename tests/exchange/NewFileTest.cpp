@@ -81,6 +81,7 @@ TEST(NewFile, AFullDiskIsAnErrorAndLeavesNoFile)
                       file.Out().Flush();
                   }),
               ENOSPC);
+    EXPECT_TRUE(std::filesystem::is_character_file("/dev/full")) << "a device is no file that goes with the object";
     TempFolder const folder;
     std::string const path = folder.NarrowPathOf("f");
     auto* const former = std::signal(SIGXFSZ, SIG_IGN);

@@ -168,6 +168,42 @@ TEST(Tree, ACycleIsShownAndNotEntered)
     EXPECT_EQ(Lines(run.out).size(), 3U);
 }
 
+TEST(Tree, AChildThatIsListedTwiceOccursOnce)
+{
+    std::string const xml = "<S>" + File("a") +
+                            Assembly("a", Instance("i", "b") + "<IPoint ID=\"o\" Label=\"\" Visibility=\"1\"/>" +
+                                              Instance("i", "b") + Instance("j", "b")) +
+                            Assembly("b", Instance("k", "p")) + "<IPart ID=\"p\" Label=\"\"/></S>";
+    TreeRun const run(xml);
+    std::vector<std::string> const lines = Lines(run.out);
+    ASSERT_EQ(lines.size(), 9U) << run.out;
+    EXPECT_EQ(lines[1], "└─ IAssembly \"a\" a, 4 children");
+    EXPECT_EQ(lines[2], "   ├─ IInstance \"i\" i -> IAssembly \"b\" b, visible, 1 child");
+    EXPECT_EQ(lines[3], "   │  └─ IInstance \"k\" k -> IPart \"\" p, visible, 0 children");
+    EXPECT_EQ(lines[4], "   ├─ IPoint \"\" o, visible");
+    EXPECT_EQ(lines[5], "   ├─ IInstance \"i\" i -> IAssembly \"b\" b, visible, 1 child, repeated");
+    EXPECT_EQ(lines[6], "   └─ IInstance \"j\" j -> IAssembly \"b\" b, visible, 1 child");
+    EXPECT_THAT(lines[8], HasSubstr("3 instances, 5 occurrences (2 of parts)"));
+    json const tree = json::parse(TreeRun(xml, {"--json"}).out);
+    json const& children = tree["Tree"][0]["Children"][0]["Children"];
+    EXPECT_FALSE(children[0].contains("Repeated"));
+    EXPECT_EQ(children[2]["Repeated"], true);
+    EXPECT_EQ(children[2]["Children"].size(), 0U);
+}
+
+TEST(Tree, WhatIsMissingStandsWhereItIsListed)
+{
+    TreeRun const run(
+        "<S><IFile ID=\"f\" Label=\"\"><ChildSet><C ID=\"lost\"/><C ID=\"p\"/><C ID=\"gone\"/></ChildSet>"
+        "</IFile><IPart ID=\"p\" Label=\"\"/></S>");
+    std::vector<std::string> const lines = Lines(run.out);
+    ASSERT_EQ(lines.size(), 5U) << run.out;
+    EXPECT_EQ(lines[1], "├─ missing \"\" ");
+    EXPECT_EQ(lines[2], "├─ IPart \"\" p, 0 children");
+    EXPECT_EQ(lines[3], "└─ missing \"\" ");
+    EXPECT_EQ(lines[4], "1 file, 0 assemblies, 1 part, 0 instances, 1 occurrence (1 of a part), deepest level 1");
+}
+
 TEST(Tree, ATreeOfMoreOccurrencesThanCouldBeWalkedIsCut)
 {
     std::string xml = "<S>" + File("a0");
