@@ -40,7 +40,7 @@ KVR_EXCHANGE_API bool IsExportFormat(std::string const& path);
 /// The extensions of all formats, for a message: ".glb .gltf ...".
 KVR_EXCHANGE_API std::string ExportFormats();
 
-/// Reads a scene file and writes it in the format of the extension of `path`, which must be one. The file and those
+/// Reads a scene file and writes it in the format of the extension of `path`. The file and those
 /// beside it (".bin", ".mtl") appear whole, itself last, or not at all; what was there is replaced. Works in a child
 /// process, so that a crash is a failure like another; see ImportModel on threads. Progress tells the stages "reading"
 /// and "writing". Throws std::bad_alloc and what the callback throws; all else is a failure in the result.

@@ -29,7 +29,7 @@ struct ImportOptions
     bool asText = false;
     /// Whether annotations (dimensions, tolerances, datums) and views are read.
     bool withAnnotations = true;
-    /// The unit of length of a model that states none.
+    /// The unit of length of a model that states none; another unit is a failure.
     UnitTypeEnum unit = kUnitType_Millimeter;
 };
 

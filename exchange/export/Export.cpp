@@ -128,6 +128,8 @@ ExportResult ExportTo(std::string const& path, Progress const& progress, Work co
     ExportResult result;
     try
     {
+        if (!FormatOf(path))
+            throw ExportError(Escaped(path) + ": it has none of the extensions " + ExportFormats());
         result.outcome = Outcome::kCancelled;
         if (!Begin(progress, kStage_Reading))
             return result;

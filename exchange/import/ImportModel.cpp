@@ -16,6 +16,7 @@
 #include "exchange/run/Heard.h"
 #include "exchange/run/WorkFolder.h"
 #include "framework/api/Exception.h"
+#include "framework/api/LengthUnits.h"
 #include "framework/xml_util/XMLStrUtil.h"
 #include "output/SafeText.h"
 
@@ -120,6 +121,8 @@ ImportResult Import(std::string const& modelPath, std::string const& scenePath, 
     std::optional<ModelFormat> const format = FormatOfModel(modelPath);
     if (!format)
         throw ModelError("it is in none of the formats STEP, IGES, BREP, glTF, STL, OBJ and PLY");
+    if (!(MetresOf(options.unit) > 0.0))
+        throw ModelError("no length is measured in the unit that it is to have");
     WorkFolder const folder(scenePath);
     std::string const inside = folder.Inside().string();
     ChildResult child = ImportInChild(modelPath, *format, inside, options, progress);

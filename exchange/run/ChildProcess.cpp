@@ -9,8 +9,10 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <iostream>
 #include <new>
 #include <system_error>
 
@@ -171,6 +173,10 @@ ChildResult RunInChild(std::function<std::string(ChildVoice const&)> const& work
     std::array<int, 2> ends{};
     if (pipe2(ends.data(), O_CLOEXEC) != 0)
         Fail("a pipe");
+    // What the caller has yet to print would be printed by the child as well, when the work flushes it.
+    std::cout.flush();
+    std::clog.flush();
+    std::fflush(stdout);
     pid_t const self = getpid();
     pid_t const process = fork();
     if (process == 0)

@@ -6,7 +6,9 @@
 
 #include <cerrno>
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
+#include <iostream>
 #include <stdexcept>
 
 #include "exchange/run/Heard.h"
@@ -106,6 +108,23 @@ TEST(RunInChild, WhatTheCallbackThrowsEndsTheChildAndComesOut)
     EXPECT_THROW(RunInChild(work, [](ProgressReport const&) -> bool { throw std::out_of_range("enough"); }),
                  std::out_of_range);
     ExpectNoChild();
+}
+
+TEST(RunInChild, WhatTheCallerPrintedIsPrintedOnce)
+{
+    testing::internal::CaptureStdout();
+    std::printf("printed ");
+    std::cout << "once";
+    RunInChild(
+        [](ChildVoice const&)
+        {
+            std::cout.flush();
+            std::fflush(stdout);
+            return std::string();
+        },
+        {});
+    std::cout.flush();
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "printed once");
 }
 
 TEST(RunInChild, EndsWithItsCaller)

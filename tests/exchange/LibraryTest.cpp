@@ -127,6 +127,17 @@ TEST(ImportModel, AFailureIsASentenceThatIsSafeOnATerminal)
     EXPECT_EQ(FilesIn(folder), 0u);
 }
 
+TEST(ImportModel, AUnitOfNoLengthIsAFailure)
+{
+    TempFolder const folder;
+    ImportOptions options;
+    options.unit = kUnitType_Degree;
+    ImportResult const result = ImportModel(kModel, folder.NarrowPathOf("scene.xml"), options);
+    EXPECT_EQ(result.outcome, Outcome::kFailed);
+    EXPECT_THAT(result.failure, testing::HasSubstr("no length"));
+    EXPECT_EQ(FilesIn(folder), 0u);
+}
+
 TEST(ImportModel, IsCancelledAnywhereAndLeavesNothing)
 {
     TempFolder const folder;
@@ -161,6 +172,13 @@ TEST(ExportScene, WritesTheSameOfAFileAndOfAnOpenProducer)
         EXPECT_EQ(std::filesystem::file_size(first), std::filesystem::file_size(second));
         EXPECT_EQ(FilesIn(folder), 2u);
     }
+}
+
+TEST(ExportScene, ATargetOfNoFormatIsAFailure)
+{
+    ExportResult const result = ExportScene(ExampleScene(), "/tmp/out.xyz");
+    EXPECT_EQ(result.outcome, Outcome::kFailed);
+    EXPECT_THAT(result.failure, testing::StartsWith("/tmp/out.xyz: it has none of the extensions .glb .gltf"));
 }
 
 TEST(ExportScene, IsCancelledAnywhereAndLeavesNothing)
