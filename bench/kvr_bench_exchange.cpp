@@ -17,9 +17,8 @@
 #include "bench/ChildProcess.h"
 #include "bench/Goals.h"
 #include "bench/ScratchFolder.h"
-#include "exchange/export/Export.h"
-#include "exchange/export/Formats.h"
-#include "exchange/import/Import.h"
+#include "exchange/ExportScene.h"
+#include "exchange/ImportModel.h"
 #include "exchange/import/ModelBox.h"
 #include "exchange/import/ProductPlan.h"
 #include "exchange/model/ModelDocument.h"
@@ -70,32 +69,23 @@ Figures OpenCascade(std::string const& path, std::string const& glb)
     return {{"read", read}, {"write", write}};
 }
 
+template <class Result>
+void Expect(Result const& result)
+{
+    if (result.outcome != KVR::Outcome::kDone)
+        throw std::runtime_error(result.failure);
+}
+
 double ImportSeconds(std::string const& path, std::string const& scene)
 {
-    KVR::ImportOptions options;
-    options.modelPath = path;
-    options.scenePath = scene;
-    options.isQuiet = true;
-    return WallSecondsOf(
-        [&]
-        {
-            if (KVR::ImportResult const result = KVR::ImportModel(options); !result.isGood)
-                throw std::runtime_error(result.sentence);
-        });
+    return WallSecondsOf([&] { Expect(KVR::ImportModel(path, scene)); });
 }
 
 double ExportSeconds(std::string const& scene, std::string const& glb)
 {
     KVR::SceneOptions options;
     options.path = scene;
-    KVR::ExportOptions target;
-    target.path = glb;
-    return WallSecondsOf(
-        [&]
-        {
-            if (KVR::ExportResult const result = KVR::ExportScene(options, target); !result.isGood)
-                throw std::runtime_error(result.sentence);
-        });
+    return WallSecondsOf([&] { Expect(KVR::ExportScene(options, glb)); });
 }
 
 // Of a scene that the producer holds.
@@ -107,15 +97,7 @@ double WriteSeconds(std::string const& scene, std::string const& glb)
     KVR::SceneReading const reading = KVR::SceneReading::Of(file.Producer());
     if (!reading.rootId)
         throw std::runtime_error("The scene cannot be read");
-    KVR::ExportOptions target;
-    target.path = glb;
-    return WallSecondsOf(
-        [&]
-        {
-            KVR::Scene const model(file.Producer(), *reading.rootId, {});
-            KVR::ExportTask task{file.Producer(), model, target, glb, {}};
-            KVR::ExportGltf(task);
-        });
+    return WallSecondsOf([&] { Expect(KVR::ExportScene(file.Producer(), *reading.rootId, glb)); });
 }
 
 double Median(std::vector<double> values)

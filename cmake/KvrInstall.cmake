@@ -5,7 +5,8 @@ include(CMakePackageConfigHelpers)
 set(KVR_PACKAGE_DIR "${CMAKE_INSTALL_LIBDIR}/cmake/${PROJECT_NAME}")
 set(KVR_PKGCONFIG_DIR "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
 
-install(TARGETS kvr_api kvr_kernel kvr_gmk_interface kvr_xml_util kvr_xml_producer kvr_authoring kvr_scene EXPORT ${PROJECT_NAME}
+install(TARGETS kvr_api kvr_kernel kvr_gmk_interface kvr_xml_util kvr_xml_producer kvr_authoring kvr_scene kvr_exchange
+  EXPORT ${PROJECT_NAME}
   LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
   ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}")
 if(TARGET kvr)
@@ -19,6 +20,10 @@ foreach(folder framework/api framework/kernel framework/gmk_interface framework/
 endforeach()
 install(FILES producer/Export.h producer/XMLProducer.h producer/XMLProducerOptions.h
   DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/kvr/producer")
+
+file(GLOB headers CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/exchange/*.h")
+install(FILES ${headers} DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/kvr/exchange")
+install(FILES exchange/source/SceneOptions.h DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/kvr/exchange/source")
 
 install(EXPORT ${PROJECT_NAME} NAMESPACE kvr:: FILE ${PROJECT_NAME}Targets.cmake DESTINATION "${KVR_PACKAGE_DIR}")
 configure_package_config_file(cmake/${PROJECT_NAME}Config.cmake.in ${PROJECT_NAME}Config.cmake

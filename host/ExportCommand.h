@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "exchange/export/Export.h"
+#include "exchange/ExportScene.h"
 #include "host/Command.h"
 
 namespace KVR
@@ -18,8 +18,10 @@ public:
 
 private:
     SceneOptions m_scene;
+    std::string m_target;
     ExportOptions m_options;
     std::string m_deflection = "0.1%";
+    bool m_isQuiet = false;
 };
 
 }  // namespace KVR

@@ -4,9 +4,12 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <charconv>
+#include <cmath>
 #include <stdexcept>
 #include <vector>
 
+#include "host/LongWork.h"
 #include "output/Output.h"
 #include "output/SafeText.h"
 
@@ -31,7 +34,35 @@ UnitTypeEnum UnitOf(std::string const& word)
     return static_cast<UnitTypeEnum>(kUnitType_Micrometer + place);
 }
 
+std::string Counted(std::size_t count, char const* one, char const* many)
+{
+    return std::to_string(count) + ' ' + (count == 1 ? one : many);
+}
+
+std::string Summary(ImportResult const& result)
+{
+    ImportCounts const& counts = result.counts;
+    return Counted(counts.assemblies, "assembly", "assemblies") + ", " + Counted(counts.parts, "part", "parts") + ", " +
+           Counted(counts.instances, "instance", "instances") + ", " + Counted(counts.bodies, "body", "bodies") + ", " +
+           Counted(counts.triangles, "triangle", "triangles") +
+           "; unit of length: " + UnitWords().at(static_cast<std::size_t>(result.unit - kUnitType_Micrometer));
+}
+
 }  // namespace
+
+Deflection DeflectionOf(std::string const& text)
+{
+    Deflection deflection;
+    deflection.isFraction = text.ends_with('%');
+    std::size_t const length = text.size() - (deflection.isFraction ? 1 : 0);
+    auto const [end, error] = std::from_chars(text.data(), text.data() + length, deflection.value);
+    if (error != std::errc() || end != text.data() + length || !(deflection.value > 0.0) ||
+        !std::isfinite(deflection.value))
+        throw std::invalid_argument("a deflection is a length above 0, or a percentage of the diagonal such as 0.1%");
+    if (deflection.isFraction)
+        deflection.value /= 100.0;
+    return deflection;
+}
 
 std::string ProblemOfDeflection(std::string const& text)
 {
@@ -50,9 +81,9 @@ ImportCommand::ImportCommand(CLI::App& program)
     : Command(program, "import",
               "Make a scene of a model: STEP, IGES, BREP, glTF, STL, OBJ or PLY, told apart by content and name")
 {
-    Arguments().add_option("model", m_options.modelPath, "The model's file")->required()->type_name("MODEL");
+    Arguments().add_option("model", m_model, "The model's file")->required()->type_name("MODEL");
     Arguments()
-        .add_option("scene", m_options.scenePath, "The scene to be; its side files stand beside it")
+        .add_option("scene", m_scene, "The scene to be; its side files stand beside it")
         ->required()
         ->type_name("SCENE.xml");
     Arguments()
@@ -70,29 +101,27 @@ ImportCommand::ImportCommand(CLI::App& program)
     Arguments().add_flag("--no-mesh", m_withoutMeshes, "Write no meshes");
     Arguments().add_flag("--no-brep", m_withoutBreps, "Write no bodies");
     Arguments().add_flag("--no-pmi", m_withoutNotes, "Read no annotations and views");
-    Arguments().add_flag("--text", m_options.scene.asText, "Write bodies as text");
-    Arguments().add_flag("--quiet", m_options.isQuiet, "Say nothing but what fails");
+    Arguments().add_flag("--text", m_options.asText, "Write bodies as text");
+    Arguments().add_flag("--quiet", m_isQuiet, "Say nothing but what fails");
 }
 
 ExitStatus ImportCommand::Run()
 {
-    m_options.scene.deflection = DeflectionOf(m_deflection);
-    m_options.scene.withMeshes = !m_withoutMeshes;
-    m_options.scene.withBreps = !m_withoutBreps;
+    m_options.deflection = DeflectionOf(m_deflection);
+    m_options.withMeshes = !m_withoutMeshes;
+    m_options.withBreps = !m_withoutBreps;
     m_options.withAnnotations = !m_withoutNotes;
     m_options.unit = UnitOf(m_unit);
-    ImportResult const result = ImportModel(m_options);
-    if (!result.isGood)
-    {
-        Complain(result.sentence);
-        return result.isInterrupted ? kExit_Interrupted : kExit_Failed;
-    }
-    if (m_options.isQuiet)
+    ImportResult const result = Watched(
+        !m_isQuiet, [&](Progress const& progress) { return ImportModel(m_model, m_scene, m_options, progress); });
+    if (result.outcome != Outcome::kDone)
+        return ComplainOf(result);
+    if (m_isQuiet)
         return kExit_Good;
     for (std::string const& remark : result.remarks)
-        Complain(Escaped(m_options.modelPath) + ": " + Escaped(remark));
+        Complain(Escaped(m_model) + ": " + Escaped(remark));
     Output out(STDOUT_FILENO);
-    out.Put(result.sentence + "\n");
+    out.Put(Escaped(m_scene) + ": " + Summary(result) + "\n");
     out.Flush();
     return kExit_Good;
 }

@@ -177,13 +177,13 @@ SceneLines CurvePoints::OfEdges(TopoDS_Shape const& shape, CurveTolerance const&
 
 bool CurvePoints::AddEdge(SceneLines& lines, TopoDS_Shape const& shape, CurveTolerance const& tolerance)
 {
-    TopoDS_Edge const edge = TopoDS::Edge(shape);
-    double first = 0.0;
-    double last = 0.0;
-    if (BRep_Tool::Degenerated(edge) || BRep_Tool::Curve(edge, first, last).IsNull())
-        return false;
     try
     {
+        TopoDS_Edge const edge = TopoDS::Edge(shape);
+        double first = 0.0;
+        double last = 0.0;
+        if (BRep_Tool::Degenerated(edge) || BRep_Tool::Curve(edge, first, last).IsNull())
+            return false;
         return AddCurve(lines, BRepAdaptor_Curve(edge), tolerance, false);
     }
     catch (Standard_Failure const&)

@@ -3,7 +3,12 @@
 namespace KVR
 {
 
-OccurrenceWalk::OccurrenceWalk(Scene const& scene, Mode mode) : m_scene(&scene), m_mode(mode) {}
+OccurrenceWalk::OccurrenceWalk(Scene const& scene, Mode mode) : OccurrenceWalk(scene, scene.Root(), mode) {}
+
+OccurrenceWalk::OccurrenceWalk(Scene const& scene, std::size_t component, Mode mode)
+    : m_scene(&scene), m_root(component), m_mode(mode)
+{
+}
 
 bool OccurrenceWalk::Next()
 {
@@ -11,11 +16,11 @@ bool OccurrenceWalk::Next()
     if (!m_hasStarted)
     {
         m_hasStarted = true;
-        if (m_scene->Root() == kNoIndex)
+        if (m_root == kNoIndex)
             return false;
-        SceneComponent const& root = components[m_scene->Root()];
+        SceneComponent const& root = components[m_root];
         Matrix const step = Scaling(root.metresPerUnit / m_scene->MetresPerUnit());
-        m_path.push_back({m_scene->Root(), 0, nullptr, OccurrenceState(root), step, step});
+        m_path.push_back({m_root, 0, nullptr, OccurrenceState(root), step, step});
         return true;
     }
     while (!m_path.empty())
@@ -62,6 +67,12 @@ SceneComponent const& OccurrenceWalk::Component() const
 SceneComponent const* OccurrenceWalk::Above() const
 {
     return m_path.size() < 2 ? nullptr : &m_scene->Components()[m_path[m_path.size() - 2].component];
+}
+
+std::size_t OccurrenceWalk::PlacementIndex() const noexcept
+{
+    // The level above goes on behind it.
+    return m_path.size() < 2 ? kNoIndex : m_path[m_path.size() - 2].next - 1;
 }
 
 std::vector<std::string_view> OccurrenceWalk::Path() const

@@ -26,6 +26,9 @@ public:
         kVisible
     };
     explicit OccurrenceWalk(Scene const& scene, Mode mode = Mode::kAll);
+    /// The same for what a component says of itself and of what is below it: as if it, one of the scene's, were the
+    /// root. Places are in the scene's unit all the same.
+    OccurrenceWalk(Scene const& scene, std::size_t component, Mode mode = Mode::kAll);
 
     /// Goes to the first occurrence, which is that of the root, or on to the next one; false when there are no more.
     /// The other operations are for occurrences alone: they must not be called before the first call or after false.
@@ -40,6 +43,8 @@ public:
     SceneComponent const& Component() const;
     /// What places it; null for the root.
     ScenePlacement const* Placement() const noexcept { return m_path.back().placement; }
+    /// Its place among the placements of the component above; kNoIndex for the root.
+    std::size_t PlacementIndex() const noexcept;
     /// The component above; null for the root.
     SceneComponent const* Above() const;
     OccurrenceState const& State() const noexcept { return m_path.back().state; }
@@ -65,6 +70,7 @@ private:
     bool Enter(ScenePlacement const& placement);
 
     Scene const* m_scene;
+    std::size_t m_root;
     Mode m_mode;
     bool m_hasStarted = false;
     std::vector<Level> m_path;

@@ -3,6 +3,8 @@
 #include <BRepBndLib.hxx>
 #include <BRepMesh_IncrementalMesh.hxx>
 #include <Bnd_Box.hxx>
+#include <Precision.hxx>
+#include <Standard_Failure.hxx>
 #include <TopExp.hxx>
 #include <TopExp_Explorer.hxx>
 #include <TopTools_IndexedMapOfShape.hxx>
@@ -84,11 +86,26 @@ private:
     BodyMesh const& m_mesh;
 };
 
+// Faces that Open CASCADE cannot divide stay without triangles.
+void Triangulate(TopoDS_Shape const& shape, double distance)
+{
+    try
+    {
+        // It refuses what is finer than its own tolerance.
+        double const finest = Precision::Confusion();
+        BRepMesh_IncrementalMesh const meshed(shape, distance >= finest ? distance : finest, false, kAngle, true);
+    }
+    catch (Standard_Failure const&)
+    {
+        // Those that it came to have theirs.
+    }
+}
+
 void AddTriangles(SceneMesh& target, BodyMesh const& mesh, TopTools_IndexedMapOfShape const& faces, IBrep const& body)
 {
     std::vector<std::string> const styles = StylesOfFaces(body, static_cast<std::size_t>(faces.Extent()));
     BodySource const source(mesh);
-    TriangleRuns runs;
+    TriangleRuns runs(mesh.Vertices().size() / 3);
     for (std::size_t range = 0; range < mesh.Faces().size(); ++range)
     {
         auto const face = static_cast<std::uint32_t>(faces.FindIndex(mesh.Faces()[range].face) - 1);
@@ -157,7 +174,7 @@ SceneMesh SceneMesh::Of(IBrep& body, double deflection)
     BRepBndLib::Add(shape, box);
     if (box.IsVoid())
         return result;
-    BRepMesh_IncrementalMesh const meshed(shape, std::sqrt(box.SquareExtent()) * deflection, false, kAngle, true);
+    Triangulate(shape, std::sqrt(box.SquareExtent()) * deflection);
     BodyMesh const mesh(shape);
     result.facesWithoutTriangles = mesh.FacesWithoutTriangles();
     TopTools_IndexedMapOfShape faces;

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cmath>
 #include <functional>
-#include <nlohmann/json.hpp>
 
 namespace KVR
 {
@@ -73,27 +72,27 @@ std::optional<Point> CentreOf(std::optional<Measures> const& measures)
 
 }  // namespace
 
-Certificate::Certificate(std::vector<Stage> stages) : m_stages(std::move(stages))
+Certificate::Certificate(std::vector<Stage> const& stages)
 {
-    double const diagonal = DiagonalOf(m_stages);
+    double const diagonal = DiagonalOf(stages);
     auto const count = [&](char const* name, std::optional<Count> ModelFacts::*member)
     {
         m_rows.push_back(MakeRow<Count>(
-            name, m_stages, [member](ModelFacts const& facts) { return facts.*member; },
+            name, stages, [member](ModelFacts const& facts) { return facts.*member; },
             [](Count const& value) { return std::to_string(value); },
             [](Count const& a, Count const& b) { return Relative(static_cast<double>(a), static_cast<double>(b)); }));
     };
     auto const names = [&](char const* name, std::optional<Names> ModelFacts::*member)
     {
         m_rows.push_back(MakeRow<Names>(
-            name, m_stages, [member](ModelFacts const& facts) { return facts.*member; },
+            name, stages, [member](ModelFacts const& facts) { return facts.*member; },
             [](Names const& value) { return std::to_string(value.size()); },
             [](Names const& a, Names const& b) { return a == b ? 0.0 : 1.0; }));
     };
     auto const number = [&](char const* name, std::function<std::optional<double>(ModelFacts const&)> const& ask)
     {
         m_rows.push_back(MakeRow<double>(
-            name, m_stages, ask, [](double const& value) { return fmt::format("{:.9g}", value); }, &Relative));
+            name, stages, ask, [](double const& value) { return fmt::format("{:.9g}", value); }, &Relative));
     };
     auto const lengths =
         [&]<std::size_t size>(char const* name,
@@ -101,7 +100,7 @@ Certificate::Certificate(std::vector<Stage> stages) : m_stages(std::move(stages)
     {
         using List = std::array<double, size>;
         m_rows.push_back(MakeRow<List>(
-            name, m_stages, ask,
+            name, stages, ask,
             [](List const& value)
             {
                 std::string text;
@@ -148,59 +147,6 @@ Certificate::Certificate(std::vector<Stage> stages) : m_stages(std::move(stages)
 bool Certificate::IsGood() const noexcept
 {
     return std::all_of(m_rows.begin(), m_rows.end(), [](Row const& row) { return row.isGood; });
-}
-
-std::string Certificate::Table() const
-{
-    std::vector<std::vector<std::string>> lines;
-    lines.push_back({"millimetres"});
-    for (Stage const& stage : m_stages)
-        lines.back().push_back(stage.name);
-    lines.back().insert(lines.back().end(), {"difference", "verdict"});
-    for (Row const& row : m_rows)
-    {
-        lines.push_back({row.name});
-        for (std::string const& value : row.values)
-            lines.back().push_back(value.empty() ? "-" : value);
-        lines.back().push_back(row.difference == 0.0 ? "0" : fmt::format("{:.1e}", row.difference));
-        lines.back().push_back(row.isGood ? "equal" : "DIFFERENT");
-    }
-    std::vector<std::size_t> widths(lines.front().size(), 0);
-    for (auto const& line : lines)
-        for (std::size_t i = 0; i < line.size(); ++i)
-            widths[i] = std::max(widths[i], line[i].size());
-    std::string text;
-    for (auto const& line : lines)
-    {
-        std::string row;
-        for (std::size_t i = 0; i < line.size(); ++i)
-            row += fmt::format("{:<{}}  ", line[i], widths[i]);
-        row.erase(row.find_last_not_of(' ') + 1);
-        text += row + '\n';
-    }
-    return text;
-}
-
-std::string Certificate::Json(std::string const& model, std::vector<std::string> const& remarks) const
-{
-    nlohmann::ordered_json object;
-    object["Model"] = model;
-    object["Verdict"] = IsGood() ? "equal" : "different";
-    nlohmann::ordered_json rows = nlohmann::ordered_json::array();
-    for (Row const& row : m_rows)
-    {
-        nlohmann::ordered_json entry;
-        entry["Name"] = row.name;
-        for (std::size_t i = 0; i < m_stages.size(); ++i)
-            entry[m_stages[i].name] =
-                row.values[i].empty() ? nlohmann::ordered_json() : nlohmann::ordered_json(row.values[i]);
-        entry["Difference"] = row.difference;
-        entry["Verdict"] = row.isGood ? "equal" : "different";
-        rows.push_back(entry);
-    }
-    object["Rows"] = rows;
-    object["Remarks"] = remarks;
-    return object.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + '\n';
 }
 
 }  // namespace KVR

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "exchange/CertifyModel.h"
 #include "exchange/certify/ModelFacts.h"
 
 namespace KVR
@@ -18,27 +19,14 @@ public:
         std::string name;
         ModelFacts facts;
     };
-    struct Row
-    {
-        std::string name;
-        /// One for each stage; empty where the stage has no place for it.
-        std::vector<std::string> values;
-        /// How far the stages are apart: for numbers relative, for lengths relative to the diagonal of the box; 1 where
-        /// names differ.
-        double difference = 0.0;
-        bool isGood = true;
-    };
+    using Row = CertificateRow;
 
-    explicit Certificate(std::vector<Stage> stages);
+    explicit Certificate(std::vector<Stage> const& stages);
 
     bool IsGood() const noexcept;
     std::vector<Row> const& Rows() const noexcept { return m_rows; }
 
-    std::string Table() const;
-    std::string Json(std::string const& model, std::vector<std::string> const& remarks) const;
-
 private:
-    std::vector<Stage> m_stages;
     std::vector<Row> m_rows;
 };
 

@@ -2,7 +2,10 @@
 #include <BRepMesh_IncrementalMesh.hxx>
 #include <BRep_Tool.hxx>
 #include <GProp_GProps.hxx>
+#include <NCollection_DataMap.hxx>
 #include <Poly_Triangulation.hxx>
+#include <TDF_AttributeSequence.hxx>
+#include <TDF_LabelMapHasher.hxx>
 #include <TDF_LabelSequence.hxx>
 #include <TopExp.hxx>
 #include <TopExp_Explorer.hxx>
@@ -12,21 +15,23 @@
 #include <XCAFDimTolObjects_DatumObject.hxx>
 #include <XCAFDimTolObjects_DimensionObject.hxx>
 #include <XCAFDimTolObjects_GeomToleranceObject.hxx>
+#include <XCAFDoc_ColorTool.hxx>
 #include <XCAFDoc_Datum.hxx>
 #include <XCAFDoc_DimTolTool.hxx>
 #include <XCAFDoc_Dimension.hxx>
 #include <XCAFDoc_DocumentTool.hxx>
 #include <XCAFDoc_GeomTolerance.hxx>
+#include <XCAFDoc_GraphNode.hxx>
 #include <XCAFDoc_LayerTool.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
 #include <XCAFDoc_ViewTool.hxx>
+#include <XCAFDoc_VisMaterial.hxx>
+#include <XCAFDoc_VisMaterialTool.hxx>
 #include <gp_Trsf.hxx>
+#include <optional>
+#include <vector>
 
 #include "exchange/certify/FactReaders.h"
-#include "exchange/certify/OccurrenceCounts.h"
-#include "exchange/import/InstanceStyles.h"
-#include "exchange/import/ProductPlan.h"
-#include "exchange/import/StyleTable.h"
 #include "exchange/model/CleanText.h"
 #include "exchange/model/ModelDocument.h"
 #include "framework/api/LengthUnits.h"
@@ -37,13 +42,17 @@ namespace KVR
 namespace
 {
 
+// As the import has it: the angle between the normals of neighbouring triangles, in radians.
+constexpr double kAngularDeflection = 0.5;
+// A chain of usages that is longer is a damaged document's.
+constexpr std::size_t kMostLevels = 1000;
+
 class DocumentReader
 {
 public:
-    DocumentReader(ModelDocument const& model, double deflection, std::string const& stem)
+    DocumentReader(ModelDocument const& model, double deflection)
         : m_model(model),
-          m_plan(model.document),
-          m_styles(model.document, stem, m_losses),
+          m_colorTool(XCAFDoc_DocumentTool::ColorTool(model.document->Main())),
           m_deflection(deflection),
           m_millimetres(MetresOf(model.unit) * 1e3)
     {
@@ -55,69 +64,189 @@ public:
             m_facts.edges = m_facts.triangles = 0;
         m_facts.names.emplace();
         m_facts.colors.emplace();
-        for (ComponentPlan const& component : m_plan.components)
-            ReadComponent(component);
-        for (std::size_t const root : m_plan.roots)
-            ReadOccurrences(XCAFDoc_ShapeTool::GetShape(m_plan.components[root].label));
-        std::vector<double> const counts = OccurrencesOf();
-        double occurrences = 0.0;
-        for (std::size_t i = 0; i < counts.size(); ++i)
-            if (!m_plan.components[i].isAssembly)
-                occurrences += counts[i];
-        m_facts.occurrences = static_cast<unsigned long long>(occurrences);
+        TDF_LabelSequence roots;
+        XCAFDoc_DocumentTool::ShapeTool(m_model.document->Main())->GetFreeShapes(roots);
+        for (TDF_Label const& root : roots)
+            Meet(root);
+        std::vector<double> counts(m_components.size(), 1.0);
+        for (std::size_t i = 0; i < m_components.size(); ++i)
+            ReadComponent(i);
+        for (TDF_Label const& root : roots)
+            ReadOccurrences(XCAFDoc_ShapeTool::GetShape(root));
+        CountOccurrences(std::move(counts));
         ReadTables();
         return std::move(m_facts);
     }
 
 private:
-    std::vector<double> OccurrencesOf() const;
-
-    void ReadComponent(ComponentPlan const& component)
+    struct Component
     {
-        ++*(component.isAssembly ? m_facts.assemblies : m_facts.parts);
-        AddName(component.name);
-        AddStyle(component.label, false);
-        for (PlacementPlan const& placement : component.placements)
+        TDF_Label label;
+        bool isAssembly = false;
+        UTF8String name;
+        /// The components that it places, with repeats.
+        std::vector<std::size_t> targets;
+    };
+
+    // The place of a component in the list, at the end of which a new one is put.
+    std::size_t Meet(TDF_Label const& label)
+    {
+        if (std::size_t const* const known = m_places.Seek(label))
+            return *known;
+        std::size_t const place = m_components.size();
+        m_places.Bind(label, place);
+        m_components.push_back({label, XCAFDoc_ShapeTool::IsAssembly(label), NameOfLabel(label), {}});
+        return place;
+    }
+
+    // Components that it places are met, and read in their turn.
+    void ReadComponent(std::size_t place)
+    {
+        TDF_Label const label = m_components[place].label;
+        AddName(m_components[place].name);
+        AddColor(label, false);
+        if (!m_components[place].isAssembly)
         {
-            ++*m_facts.instances;
-            AddName(placement.name);
-        }
-        for (auto const& [path, styles] : InstanceStyles(m_plan, component, m_styles, m_losses))
-            for (UTF8String const& style : styles)
-                AddStyle(style);
-        if (component.isAssembly)
+            ReadPart(label);
             return;
+        }
+        ++*m_facts.assemblies;
+        TDF_LabelSequence placements;
+        XCAFDoc_ShapeTool::GetComponents(label, placements, false);
+        for (TDF_Label const& placement : placements)
+        {
+            TDF_Label target;
+            if (!XCAFDoc_ShapeTool::GetReferredShape(placement, target))
+                continue;
+            ++*m_facts.instances;
+            std::size_t const met = Meet(target);
+            m_components[place].targets.push_back(met);
+            UTF8String const name = NameOfLabel(placement);
+            AddName(name.IsEmpty() ? NameOfLabel(target) : name);
+            AddColor(placement, false);
+            AddColorsOfUsages(placement);
+        }
+    }
+
+    void ReadPart(TDF_Label const& label)
+    {
+        ++*m_facts.parts;
         TDF_LabelSequence labels;
-        XCAFDoc_ShapeTool::GetSubShapes(component.label, labels);
-        for (TDF_Label const& label : labels)
+        XCAFDoc_ShapeTool::GetSubShapes(label, labels);
+        for (TDF_Label const& sub : labels)
         {
-            TopoDS_Shape const shape = XCAFDoc_ShapeTool::GetShape(label);
+            TopoDS_Shape const shape = XCAFDoc_ShapeTool::GetShape(sub);
             if (!shape.IsNull())
-                AddStyle(label, shape.ShapeType() == TopAbs_EDGE || shape.ShapeType() == TopAbs_WIRE);
+                AddColor(sub, shape.ShapeType() == TopAbs_EDGE || shape.ShapeType() == TopAbs_WIRE);
         }
-        if (!component.shape.IsNull() && m_deflection > 0.0)
+        TopoDS_Shape const shape = XCAFDoc_ShapeTool::GetShape(label);
+        if (shape.IsNull() || !(m_deflection > 0.0))
+            return;
+        IMeshTools_Parameters parameters;
+        parameters.Deflection = m_deflection;
+        parameters.Angle = kAngularDeflection;
+        parameters.InParallel = true;
+        BRepMesh_IncrementalMesh(shape, parameters);
+    }
+
+    // Of occurrences further down: chains of usages from a placement, of which the last that has a colour counts.
+    void AddColorsOfUsages(TDF_Label const& placement)
+    {
+        struct Usage
         {
-            IMeshTools_Parameters parameters;
-            parameters.Deflection = m_deflection;
-            parameters.Angle = 0.5;
-            parameters.InParallel = true;
-            BRepMesh_IncrementalMesh(component.shape, parameters);
+            TDF_Label label;
+            std::size_t level;
+            std::optional<std::string> color;
+        };
+        TDF_AttributeSequence attributes;
+        XCAFDoc_ShapeTool::GetAllComponentSHUO(placement, attributes);
+        std::vector<Usage> work;
+        for (Handle(TDF_Attribute) const& attribute : attributes)
+        {
+            TDF_LabelSequence upper;
+            // A usage within a longer one is met on the way down from that.
+            if (!XCAFDoc_ShapeTool::GetSHUOUpperUsage(attribute->Label(), upper) || upper.IsEmpty())
+                work.push_back({attribute->Label(), 1, {}});
         }
+        while (!work.empty())
+        {
+            Usage usage = std::move(work.back());
+            work.pop_back();
+            if (auto color = ColorOf(usage.label, false))
+                usage.color = std::move(color);
+            TDF_LabelSequence next;
+            XCAFDoc_ShapeTool::GetSHUONextUsage(usage.label, next);
+            if (next.IsEmpty() && usage.color)
+                m_facts.colors->insert(*usage.color);
+            for (TDF_Label const& label : next)
+                if (usage.level < kMostLevels && XCAFDoc_ShapeTool::IsReference(label.Father()))
+                    work.push_back({label, usage.level + 1, usage.color});
+        }
+    }
+
+    // The colour that a label states itself: its material's or its own. For a curve the colour of curves comes first,
+    // and for all else that of surfaces.
+    std::optional<std::string> ColorOf(TDF_Label const& label, bool isCurve) const
+    {
+        Quantity_ColorRGBA color;
+        TDF_Label material;
+        if (XCAFDoc_VisMaterialTool::GetShapeMaterial(label, material))
+        {
+            Handle(XCAFDoc_VisMaterial) content;
+            if (!material.FindAttribute(XCAFDoc_VisMaterial::GetID(), content))
+                return {};
+            color = content->BaseColor();
+        }
+        else if (!m_colorTool->GetColor(label, isCurve ? XCAFDoc_ColorCurv : XCAFDoc_ColorSurf, color) &&
+                 !m_colorTool->GetColor(label, XCAFDoc_ColorGen, color) &&
+                 !m_colorTool->GetColor(label, isCurve ? XCAFDoc_ColorSurf : XCAFDoc_ColorCurv, color))
+            return {};
+        // Open CASCADE keeps colours linear.
+        double red = 0.0;
+        double green = 0.0;
+        double blue = 0.0;
+        color.GetRGB().Values(red, green, blue, Quantity_TOC_sRGB);
+        return ColorText(red, green, blue, static_cast<double>(color.Alpha()));
+    }
+
+    void AddColor(TDF_Label const& label, bool isCurve)
+    {
+        if (auto color = ColorOf(label, isCurve))
+            m_facts.colors->insert(std::move(*color));
+    }
+
+    // Counts a component when all that place it have been counted.
+    void CountOccurrences(std::vector<double> counts)
+    {
+        counts.resize(m_components.size(), 0.0);
+        std::vector<std::size_t> users(m_components.size(), 0);
+        for (Component const& component : m_components)
+            for (std::size_t const target : component.targets)
+                ++users[target];
+        std::vector<std::size_t> ready;
+        for (std::size_t i = 0; i < users.size(); ++i)
+            if (users[i] == 0)
+                ready.push_back(i);
+        double occurrences = 0.0;
+        while (!ready.empty())
+        {
+            std::size_t const place = ready.back();
+            ready.pop_back();
+            occurrences += m_components[place].isAssembly ? 0.0 : counts[place];
+            for (std::size_t const target : m_components[place].targets)
+            {
+                counts[target] += counts[place];
+                if (--users[target] == 0)
+                    ready.push_back(target);
+            }
+        }
+        m_facts.occurrences = static_cast<unsigned long long>(occurrences);
     }
 
     void AddName(UTF8String const& name)
     {
         if (!name.IsEmpty())
             m_facts.names->insert(std::string(name.View()));
-    }
-
-    void AddStyle(TDF_Label const& label, bool isCurve) { AddStyle(m_styles.StyleOf(label, isCurve)); }
-    void AddStyle(UTF8String const& id)
-    {
-        for (Authoring::StyleRecord const& style : m_styles.Styles())
-            if (style.id == id && style.diffuse)
-                m_facts.colors->insert(
-                    ColorText(style.diffuse->red, style.diffuse->green, style.diffuse->blue, style.diffuse->alpha));
     }
 
     // A document's shape has all of its occurrences in their places.
@@ -238,31 +367,19 @@ private:
     }
 
     ModelDocument const& m_model;
-    Losses m_losses;
-    ProductPlan m_plan;
-    StyleTable m_styles;
+    Handle(XCAFDoc_ColorTool) m_colorTool;
+    std::vector<Component> m_components;
+    NCollection_DataMap<TDF_Label, std::size_t, TDF_LabelMapHasher> m_places;
     double m_deflection;
     double m_millimetres;
     ModelFacts m_facts;
 };
 
-std::vector<double> DocumentReader::OccurrencesOf() const
-{
-    return OccurrenceCounts(m_plan.components.size(), m_plan.roots,
-                            [this](std::size_t component)
-                            {
-                                std::vector<std::size_t> targets;
-                                for (PlacementPlan const& placement : m_plan.components[component].placements)
-                                    targets.push_back(placement.target);
-                                return targets;
-                            });
-}
-
 }  // namespace
 
-ModelFacts FactsOfDocument(ModelDocument const& model, double deflection, std::string const& stem)
+ModelFacts FactsOfDocument(ModelDocument const& model, double deflection)
 {
-    return DocumentReader(model, deflection, stem).Read();
+    return DocumentReader(model, deflection).Read();
 }
 
 }  // namespace KVR

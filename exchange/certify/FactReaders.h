@@ -12,8 +12,8 @@ class UTF8String;
 struct ModelDocument;
 
 /// What a document of Open CASCADE's holds, by Open CASCADE itself. It is meshed at the deflection, a length in its
-/// unit; lengths in the answer are in millimetres. Files may be written beside `stem`.
-ModelFacts FactsOfDocument(ModelDocument const& model, double deflection, std::string const& stem);
+/// unit, or not at all at 0; lengths in the answer are in millimetres.
+ModelFacts FactsOfDocument(ModelDocument const& model, double deflection);
 
 /// What a scene serves, through its producer, in millimetres.
 ModelFacts FactsOfScene(IProducer& producer, UTF8String const& rootId);

@@ -10,7 +10,7 @@
 #include "exchange/certify/FactReaders.h"
 #include "framework/api/kvr_api.h"
 #include "framework/kernel/entity.h"
-#include "scene/OccurrenceState.h"
+#include "scene/OccurrenceWalk.h"
 #include "scene/Scene.h"
 #include "scene/SceneMesh.h"
 
@@ -105,8 +105,7 @@ public:
             *m_facts.layerMembers += layer.items.size();
         }
         m_facts.views = m_scene.Views().size();
-        SceneComponent const& root = m_scene.Components()[m_scene.Root()];
-        Walk(root, OccurrenceState(root), Scaling(root.metresPerUnit * 1e3));
+        Walk();
         return std::move(m_facts);
     }
 
@@ -132,12 +131,18 @@ private:
             m_facts.colors->insert(
                 ColorText((*style->diffuse)[0], (*style->diffuse)[1], (*style->diffuse)[2], style->opacity));
     }
-    void AddStyles(SceneOverride const& entry)
+    void AddStyles(SceneOverride const& top)
     {
-        if (entry.style)
-            AddStyle(*entry.style);
-        for (auto const& below : entry.below)
-            AddStyles(*below.second);
+        std::vector<SceneOverride const*> waiting{&top};
+        while (!waiting.empty())
+        {
+            SceneOverride const& entry = *waiting.back();
+            waiting.pop_back();
+            if (entry.style)
+                AddStyle(*entry.style);
+            for (auto const& below : entry.below)
+                waiting.push_back(below.second);
+        }
     }
 
     void ReadComponent(SceneComponent const& component)
@@ -182,29 +187,27 @@ private:
         }
     }
 
-    void Walk(SceneComponent const& component, OccurrenceState const& state, Matrix const& place)
+    // Places are in millimetres.
+    void Walk()
     {
-        if (component.kind == SceneComponent::Kind::kPart)
-            ++*m_facts.occurrences;
-        for (SceneGeometry const& geometry : component.geometry)
+        Matrix const toMillimetres = Scaling(m_scene.MetresPerUnit() * 1e3);
+        for (OccurrenceWalk walk(m_scene); walk.Next();)
         {
-            Matrix const all = Product(place, geometry.transform);
-            if (geometry.mesh)
+            if (walk.Component().kind == SceneComponent::Kind::kPart)
+                ++*m_facts.occurrences;
+            Matrix const place = Product(toMillimetres, walk.Place());
+            for (SceneGeometry const& geometry : walk.Component().geometry)
             {
-                AddMesh(geometry, all);
-                if (state.IsVisible(geometry))
-                    AddDrawnColors(geometry, state);
+                Matrix const all = Product(place, walk.State().PlaceOf(geometry, walk.Component()));
+                if (geometry.mesh)
+                {
+                    AddMesh(geometry, all);
+                    if (walk.State().IsVisible(geometry))
+                        AddDrawnColors(geometry, walk.State());
+                }
+                else if (geometry.body && geometry.body->Body())
+                    AddBody(geometry, all);
             }
-            else if (geometry.body && geometry.body->Body())
-                AddBody(geometry, all);
-        }
-        for (ScenePlacement const& placement : component.placements)
-        {
-            if (!placement.IsEntered())
-                continue;
-            SceneComponent const& target = m_scene.Components()[placement.target];
-            Walk(target, state.Below(placement, target),
-                 Product(place, Product(placement.transform, Scaling(target.metresPerUnit / component.metresPerUnit))));
         }
     }
 

@@ -45,52 +45,71 @@ DocumentLooks::DocumentLooks(ExportTask& task, ShapeDocument& document, Document
 
 void DocumentLooks::Carry(DocumentVariant const& assembly)
 {
+    if (!assembly.isAssembly)
+        return;
     SceneComponent const& component = *assembly.component;
-    OccurrenceState const here(component);
-    for (DocumentVariant::Child const& child : assembly.children)
+    for (OccurrenceWalk walk(m_task.scene, assembly.index); walk.Next();)
     {
-        if (!child.placement)
+        if (walk.Depth() == 0)
             continue;
-        SceneComponent const& target = *child.target->component;
-        OccurrenceState const state = here.Below(*child.placement, target);
-        m_path.Append(child.label);
-        bool const saysSomething =
-            component.overrides || component.style || child.placement->style || !child.placement->isVisible;
-        if (!child.target->isAssembly)
-            CarryTo(child, target, state, nullptr);
-        else if (saysSomething)
-            CarryBelow(*child.target, state, OccurrenceState(target));
+        ScenePlacement const& placement = *walk.Placement();
+        DocumentVariant::Place const& place = assembly.places[walk.PlacementIndex()];
+        bool const saysSomething = component.overrides || component.style || placement.style || !placement.isVisible;
+        if (place.target)
+            m_path.Append(place.label);
+        if (place.target && place.target->isAssembly && saysSomething)
+        {
+            CarryBelow(*place.target, walk);
+        }
+        else
+        {
+            if (place.target && !place.target->isAssembly)
+                CarryTo(walk.Component(), walk.State(), nullptr);
+            walk.SkipBelow();
+        }
         m_path.Clear();
     }
 }
 
-void DocumentLooks::CarryBelow(DocumentVariant const& assembly, OccurrenceState const& state,
-                               OccurrenceState const& known)
+void DocumentLooks::CarryBelow(DocumentVariant const& placed, OccurrenceWalk& walk)
 {
-    for (DocumentVariant::Child const& child : assembly.children)
+    // Goes in step with the walk: what is said below the assembly alone, beside what holds from above.
+    OccurrenceWalk known(m_task.scene, placed.index);
+    // Of each level down to the current one.
+    std::vector<DocumentVariant const*> assemblies;
+    while (known.Next())
     {
-        m_path.Append(child.label);
-        if (!child.placement)
+        DocumentVariant const* assembly = &placed;
+        if (known.Depth() > 0)
         {
-            CarryTo(child, *assembly.component, state, &known);
+            walk.Next();
+            assemblies.resize(known.Depth());
+            while (static_cast<std::size_t>(m_path.Length()) > known.Depth())
+                m_path.Remove(m_path.Length());
+            DocumentVariant::Place const& place = assemblies.back()->places[known.PlacementIndex()];
+            if (place.target)
+                m_path.Append(place.label);
+            if (place.target && !place.target->isAssembly)
+                CarryTo(known.Component(), walk.State(), &known.State());
+            if (!place.target || !place.target->isAssembly)
+            {
+                walk.SkipBelow();
+                known.SkipBelow();
+                continue;
+            }
+            assembly = place.target;
         }
-        else
+        if (!assembly->ownGeometry.IsNull())
         {
-            SceneComponent const& target = *child.target->component;
-            OccurrenceState const below = state.Below(*child.placement, target);
-            OccurrenceState const knownBelow = known.Below(*child.placement, target);
-            if (child.target->isAssembly)
-                CarryBelow(*child.target, below, knownBelow);
-            else
-                CarryTo(child, target, below, &knownBelow);
+            m_path.Append(assembly->ownGeometry);
+            CarryTo(known.Component(), walk.State(), &known.State());
+            m_path.Remove(m_path.Length());
         }
-        m_path.Remove(m_path.Length());
+        assemblies.push_back(assembly);
     }
 }
 
-// `known` is what the assemblies further down say by themselves; null when there is none between.
-void DocumentLooks::CarryTo(DocumentVariant::Child const& child, SceneComponent const& part,
-                            OccurrenceState const& state, OccurrenceState const* known)
+void DocumentLooks::CarryTo(SceneComponent const& part, OccurrenceState const& state, OccurrenceState const* known)
 {
     Look const look = LookOf(state, part);
     Look const knownLook = known ? LookOf(*known, part) : Look();
@@ -100,12 +119,12 @@ void DocumentLooks::CarryTo(DocumentVariant::Child const& child, SceneComponent 
         m_document.notCarried.Add("hidden occurrences that an override shows");
     auto const shapes = XCAFDoc_DocumentTool::ShapeTool(m_document.document->Main());
     auto const colors = XCAFDoc_DocumentTool::ColorTool(m_document.document->Main());
-    TDF_Label label = child.label;
+    TDF_Label label = m_path.Last();
     if (known)
     {
         opencascade::handle<XCAFDoc_GraphNode> usage;
         TDF_Label target;
-        XCAFDoc_ShapeTool::GetReferredShape(child.label, target);
+        XCAFDoc_ShapeTool::GetReferredShape(label, target);
         if (m_paths == kMostPaths || !Prepare(target) || !shapes->SetSHUO(m_path, usage) || usage.IsNull())
             return m_document.notCarried.Add("looks of occurrences");
         ++m_paths;

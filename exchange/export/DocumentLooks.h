@@ -8,7 +8,7 @@
 #include "exchange/export/DocumentParts.h"
 #include "exchange/export/DocumentVariant.h"
 #include "exchange/export/ShapeDocument.h"
-#include "scene/OccurrenceState.h"
+#include "scene/OccurrenceWalk.h"
 
 namespace KVR
 {
@@ -35,9 +35,12 @@ private:
         bool operator==(Look const&) const = default;
     };
 
-    void CarryBelow(DocumentVariant const& assembly, OccurrenceState const& state, OccurrenceState const& known);
-    void CarryTo(DocumentVariant::Child const& child, SceneComponent const& part, OccurrenceState const& state,
-                 OccurrenceState const* known);
+    /// Gives what a placed assembly is the look that the one above gives it, part by part. `walk` stands at it, and is
+    /// led through all below it.
+    void CarryBelow(DocumentVariant const& placed, OccurrenceWalk& walk);
+    /// The state of a part that the last component of the path places. `known` is what the assemblies further down say
+    /// by themselves; null when there is none between.
+    void CarryTo(SceneComponent const& part, OccurrenceState const& state, OccurrenceState const* known);
     /// Makes a part ready for looks along paths; false for one that can have none.
     bool Prepare(TDF_Label const& part);
     Look LookOf(OccurrenceState const& state, SceneComponent const& part);

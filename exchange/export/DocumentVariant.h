@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "scene/Scene.h"
+#include "scene/SceneComponent.h"
 
 namespace KVR
 {
@@ -13,24 +13,28 @@ namespace KVR
 /// A component as it stands in a document: as itself, or changed by a mirror, a scale, or an override of a place.
 struct DocumentVariant
 {
-    struct Child
+    /// What became of a placement.
+    struct Place
     {
-        /// Null for the geometry of an assembly itself, which is a part of its own in a document.
-        ScenePlacement const* placement = nullptr;
-        /// The component of the assembly.
+        /// The component of the assembly; null for a placement that is not in the document.
         TDF_Label label;
-        /// Null without a placement.
+        /// What it refers to; null without a label.
         DocumentVariant const* target = nullptr;
     };
 
     SceneComponent const* component = nullptr;
+    /// The component's place in the scene.
+    std::size_t index = 0;
     /// Tells it from other variants of the component; empty for the first one.
     std::string key;
     TDF_Label label;
     bool isAssembly = false;
     /// What changes the component's shapes, in its coordinates; the identity for the component as itself.
     gp_Mat change;
-    std::vector<Child> children;
+    /// The geometry of an assembly itself, which is a part of its own in a document; null without any.
+    TDF_Label ownGeometry;
+    /// Of an assembly, beside the placements of its component.
+    std::vector<Place> places;
 };
 
 }  // namespace KVR

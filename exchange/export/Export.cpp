@@ -1,14 +1,16 @@
-#include "exchange/export/Export.h"
+#include "exchange/ExportScene.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <filesystem>
-#include <sstream>
+#include <optional>
+#include <stdexcept>
 #include <string_view>
 #include <system_error>
 
+#include "exchange/export/Export.h"
 #include "exchange/export/Formats.h"
 #include "exchange/run/ChildProcess.h"
+#include "exchange/run/Heard.h"
 #include "exchange/run/WorkFolder.h"
 #include "exchange/source/SceneFile.h"
 #include "exchange/source/SceneProblem.h"
@@ -33,10 +35,15 @@ constexpr ExportFormat kFormats[] = {
     {".ply", &ExportPly},  {".step", &ExportStep}, {".stp", &ExportStep}, {".brep", &ExportBrep},
 };
 
-// What a child answers is lines, each of a letter and a text.
-constexpr char kLine_Done = 'D';
-constexpr char kLine_Remark = 'R';
-constexpr char kLine_Error = 'E';
+constexpr char kStage_Reading[] = "reading";
+constexpr char kStage_Writing[] = "writing";
+
+// A failure that is a sentence of its own.
+class ExportError : public std::runtime_error
+{
+public:
+    using runtime_error::runtime_error;
+};
 
 ExportFormat const* FormatOf(std::string const& path)
 {
@@ -48,16 +55,14 @@ ExportFormat const* FormatOf(std::string const& path)
     return found == std::end(kFormats) ? nullptr : found;
 }
 
-std::string Line(char kind, std::string text)
+std::string SentenceOf(std::string const& path, std::exception const& error)
 {
-    std::replace(text.begin(), text.end(), '\n', ' ');
-    return kind + text + '\n';
-}
-
-std::string Unwritable(ExportOptions const& options, int errorNumber)
-{
-    return Line(kLine_Error,
-                Escaped(options.path) + ": it cannot be written: " + std::generic_category().message(errorNumber));
+    if (dynamic_cast<ExportError const*>(&error))
+        return error.what();
+    auto const* const system = dynamic_cast<std::system_error const*>(&error);
+    return Escaped(path) + ": " +
+           (system ? "it cannot be written: " + std::generic_category().message(system->code().value())
+                   : Escaped(error.what()));
 }
 
 // Not the user's wish.
@@ -66,57 +71,78 @@ bool IsMissing(Scene::Cut const& cut)
     return cut.reason != SceneCut::kFiltered;
 }
 
+// Writes the file that is to become `target` at `path`. Nothing, when it is not to go on; else the remarks.
+std::optional<std::vector<std::string>> Write(IProducer& producer, UTF8String const& rootId, std::string const& target,
+                                              std::string const& path, ExportOptions const& options,
+                                              Progress const& progress)
+{
+    Scene const scene(producer, rootId, options.filter);
+    if (!Begin(progress, kStage_Writing))
+        return {};
+    ExportTask task{producer, scene, options, path, {}};
+    auto const cuts = std::count_if(scene.Cuts().begin(), scene.Cuts().end(), &IsMissing);
+    task.notCarried.Add("instances without a target, or in a cycle", static_cast<unsigned long long>(cuts));
+    FormatOf(target)->write(task);
+    std::vector<std::string> remarks;
+    if (std::string sentence = task.notCarried.Sentence(); !sentence.empty())
+        remarks.push_back(std::move(sentence));
+    return remarks;
+}
+
 // What the child does.
-std::string ExportHere(SceneOptions const& sceneOptions, ExportOptions const& options, std::string const& path)
+void ExportHere(SceneOptions const& sceneOptions, std::string const& target, std::string const& path,
+                ExportOptions const& options, ChildVoice const& voice)
 {
     try
     {
         SceneFile file(sceneOptions);
         SceneReading const reading = SceneReading::Of(file.Producer());
         if (reading.failure)
-            return Line(kLine_Error, SceneProblem(sceneOptions, *reading.failure));
+            throw ExportError(SceneProblem(sceneOptions, *reading.failure));
         if (!reading.rootId)
-            return Line(kLine_Error,
-                        Escaped(sceneOptions.path) + ": the scene has no root file, so there is nothing to export");
-        Scene const scene(file.Producer(), *reading.rootId, options.filter);
-        ExportTask task{file.Producer(), scene, options, path, {}};
-        auto const cuts = std::count_if(scene.Cuts().begin(), scene.Cuts().end(), &IsMissing);
-        task.notCarried.Add("instances without a target, or in a cycle", static_cast<unsigned long long>(cuts));
-        FormatOf(options.path)->write(task);
-        std::string answer = Line(kLine_Done, Escaped(options.path));
-        if (std::string const sentence = task.notCarried.Sentence(); !sentence.empty())
-            answer += Line(kLine_Remark, Escaped(options.path) + ": " + sentence);
-        return answer;
+            throw ExportError(Escaped(sceneOptions.path) +
+                              ": the scene has no root file, so there is nothing to export");
+        auto const tell = [&](ProgressReport const& report)
+        {
+            voice.Progress(report);
+            return true;
+        };
+        auto const remarks = Write(file.Producer(), *reading.rootId, target, path, options, tell);
+        for (std::string const& remark : remarks.value())
+            voice.Remark(remark);
     }
     catch (std::bad_alloc const&)
     {
-        return Line(kLine_Error, Escaped(sceneOptions.path) + ": there is not enough memory to export it");
-    }
-    catch (std::system_error const& error)
-    {
-        return Unwritable(options, error.code().value());
+        throw ExportError(Escaped(sceneOptions.path) + ": there is not enough memory to export it");
     }
     catch (std::exception const& error)
     {
-        return Line(kLine_Error, Escaped(options.path) + ": " + Escaped(error.what()));
+        throw ExportError(SentenceOf(target, error));
     }
 }
 
-ExportResult ReadAnswer(std::string const& answer)
+// Runs work that writes into a folder and fills the result, and gives its files their places when it is done.
+template <class Work>
+ExportResult ExportTo(std::string const& path, Progress const& progress, Work const& work)
 {
     ExportResult result;
-    std::istringstream lines(answer);
-    for (std::string line; std::getline(lines, line);)
+    try
     {
-        if (line.empty())
-            continue;
-        if (line.front() == kLine_Remark)
-            result.remarks.push_back(line.substr(1));
-        else
-        {
-            result.isGood = line.front() == kLine_Done;
-            result.sentence = line.substr(1);
-        }
+        result.outcome = Outcome::kCancelled;
+        if (!Begin(progress, kStage_Reading))
+            return result;
+        WorkFolder const folder(path);
+        work(folder.Inside().string(), result);
+        if (result.outcome == Outcome::kDone)
+            folder.MoveIntoPlace();
+    }
+    catch (std::bad_alloc const&)
+    {
+        throw;
+    }
+    catch (std::exception const& error)
+    {
+        result = {Outcome::kFailed, SentenceOf(path, error), {}};
     }
     return result;
 }
@@ -159,37 +185,46 @@ std::string ExportFormats()
     return text;
 }
 
-ExportResult ExportScene(SceneOptions const& scene, ExportOptions const& options)
+ExportResult ExportScene(SceneOptions const& scene, std::string const& path, ExportOptions const& options,
+                         Progress const& progress)
 {
-    ExportResult result;
-    try
+    auto const work = [&](Progress const& heard)
     {
-        InterruptionScope const signals;
-        WorkFolder const folder(options.path);
-        ChildResult const child = RunInChild([&] { return ExportHere(scene, options, folder.Inside().string()); });
-        if (child.isInterrupted)
-        {
-            result.isInterrupted = true;
-            result.sentence = "interrupted; nothing was written";
-            return result;
-        }
-        if (!child.answer)
-        {
-            result.sentence = Escaped(options.path) + ": its writer ended (" +
-                              (child.signal != 0 ? SignalText(child.signal) : "early") + "); nothing was written";
-            return result;
-        }
-        result = ReadAnswer(*child.answer);
-        if (result.isGood)
-            folder.MoveIntoPlace();
-    }
-    catch (std::system_error const& error)
+        return ExportTo(path, heard,
+                        [&](std::string const& inside, ExportResult& result)
+                        {
+                            ChildResult child = RunInChild(
+                                [&](ChildVoice const& voice)
+                                {
+                                    ExportHere(scene, path, inside, options, voice);
+                                    return std::string();
+                                },
+                                heard);
+                            if (child.isCancelled)
+                                return;
+                            if (!child.answer)
+                                throw ExportError(child.failure.value_or(Escaped(path) + ": its writer ended " +
+                                                                         child.EndText() + "; nothing was written"));
+                            result = {Outcome::kDone, {}, std::move(child.remarks)};
+                        });
+    };
+    return Heard(progress, work);
+}
+
+ExportResult ExportScene(IProducer& producer, UTF8String const& rootId, std::string const& path,
+                         ExportOptions const& options, Progress const& progress)
+{
+    auto const work = [&](Progress const& heard)
     {
-        result.isGood = false;
-        result.sentence =
-            Escaped(options.path) + ": it cannot be written: " + std::generic_category().message(error.code().value());
-    }
-    return result;
+        return ExportTo(path, heard,
+                        [&](std::string const& inside, ExportResult& result)
+                        {
+                            auto remarks = Write(producer, rootId, path, inside, options, heard);
+                            if (remarks)
+                                result = {Outcome::kDone, {}, std::move(*remarks)};
+                        });
+    };
+    return Heard(progress, work);
 }
 
 }  // namespace KVR

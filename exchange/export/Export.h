@@ -1,25 +1,14 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
-#include "exchange/source/SceneOptions.h"
+#include "exchange/ExportScene.h"
 #include "scene/Scene.h"
 
 namespace KVR
 {
-
-/// What the command "export" was given.
-struct ExportOptions
-{
-    std::string path;
-    SceneFilter filter;
-    /// How far the triangles of a body without a mesh may be from it, as a fraction of the diagonal of its box.
-    double deflection = 1e-3;
-    /// Whether a mesh without a body is written to STEP and BREP as flat faces.
-    bool meshFaces = false;
-    bool isQuiet = false;
-};
 
 /// Counts what a format has no place for, by kind; a kind is in the plural.
 class NotCarriedCounts
@@ -44,22 +33,5 @@ struct ExportTask
     std::string path;
     NotCarriedCounts notCarried;
 };
-
-/// Whether there is a format with the extension of that path.
-bool IsExportFormat(std::string const& path);
-/// The extensions of all formats, for a message.
-std::string ExportFormats();
-
-/// How an export ended: a sentence without its full stop on failure, and remarks on success.
-struct ExportResult
-{
-    bool isGood = false;
-    bool isInterrupted = false;
-    std::string sentence;
-    std::vector<std::string> remarks;
-};
-
-/// Reads a scene and writes it in the format of the target's extension. The target appears whole or not at all.
-ExportResult ExportScene(SceneOptions const& scene, ExportOptions const& options);
 
 }  // namespace KVR

@@ -8,7 +8,7 @@
 #include "exchange/export/OccurrenceLimit.h"
 #include "framework/api/kvr_api.h"
 #include "framework/kernel/entity.h"
-#include "scene/OccurrenceState.h"
+#include "scene/OccurrenceWalk.h"
 #include "scene/SceneMeshes.h"
 #include "scene/Transform.h"
 
@@ -20,41 +20,43 @@ namespace
 
 constexpr unsigned long long kMostOccurrences = 10'000'000;
 
-class Walk
+// Formats without structure name things by the nearest name.
+std::string_view LabelOf(SceneGeometry const& geometry, OccurrenceWalk const& walk)
+{
+    std::string_view label = walk.Placement() ? walk.Placement()->label : std::string_view();
+    if (label.empty())
+        label = walk.Component().label;
+    return label.empty() ? geometry.label : label;
+}
+
+class FlatWalk
 {
 public:
-    Walk(ExportTask& task, std::function<void(FlatGroup const&)> const& use,
-         std::function<void(FlatLines const&)> const& useLines)
+    FlatWalk(ExportTask& task, std::function<void(FlatGroup const&)> const& use,
+             std::function<void(FlatLines const&)> const& useLines)
         : m_task(task), m_use(use), m_useLines(useLines), m_meshes(task.options.deflection)
     {
     }
 
-    void Component(SceneComponent const& component, OccurrenceState const& state, Matrix const& place,
-                   std::string_view name)
+    void Go()
     {
-        for (SceneGeometry const& geometry : component.geometry)
-            Geometry(geometry, component, state, place, name);
-        for (ScenePlacement const& placement : component.placements)
+        for (OccurrenceWalk walk(m_task.scene); walk.Next();)
         {
-            if (!placement.IsEntered())
-                continue;
-            SceneComponent const& target = m_task.scene.Components()[placement.target];
-            OccurrenceState const below = state.Below(placement, target);
-            if (!below.isVisible)
+            if (!walk.State().isVisible)
             {
                 m_task.notCarried.Add("hidden occurrences");
+                walk.SkipBelow();
                 continue;
             }
-            Matrix const scaling = Scaling(target.metresPerUnit / component.metresPerUnit);
-            Component(target, below, Product(place, Product(below.transform, scaling)),
-                      placement.label.empty() ? target.label : placement.label);
+            for (SceneGeometry const& geometry : walk.Component().geometry)
+                Geometry(geometry, walk);
         }
     }
 
 private:
-    void Geometry(SceneGeometry const& geometry, SceneComponent const& component, OccurrenceState const& state,
-                  Matrix const& place, std::string_view name)
+    void Geometry(SceneGeometry const& geometry, OccurrenceWalk const& walk)
     {
+        OccurrenceState const& state = walk.State();
         if (geometry.kind == GeometryKind::kBody && geometry.hasMesh)
             return;
         if (!state.IsVisible(geometry))
@@ -69,10 +71,10 @@ private:
             m_task.notCarried.Add("objects of the kind " + std::string(geometry.className));
             return;
         }
-        Matrix const all = Product(place, state.PlaceOf(geometry, component));
+        Matrix const all = Product(walk.Place(), state.PlaceOf(geometry, walk.Component()));
         SceneStyle const* const style = state.StyleOf(geometry);
         bool const keeps = state.KeepsFaceStyles(geometry);
-        std::string const label(name.empty() ? geometry.label : name);
+        std::string const label(LabelOf(geometry, walk));
         if (hasTriangles)
         {
             SceneMesh const& mesh = MeshOf(geometry);
@@ -138,9 +140,7 @@ void ForEachTriangleGroup(ExportTask& task, std::function<void(FlatGroup const&)
                           std::function<void(FlatLines const&)> const& useLines)
 {
     RefuseMoreOccurrences(task.scene, kMostOccurrences);
-    SceneComponent const& root = task.scene.Components()[task.scene.Root()];
-    Walk(task, use, useLines)
-        .Component(root, OccurrenceState(root), Scaling(root.metresPerUnit / task.scene.MetresPerUnit()), root.label);
+    FlatWalk(task, use, useLines).Go();
 }
 
 namespace
@@ -154,15 +154,12 @@ std::array<double, 3> Turned(std::array<double, 3> const& v, std::array<double, 
 
 }  // namespace
 
-std::array<float, 3> PlacedPoint(Matrix const& transform, double const* exact)
+std::array<float, 3> PlacedPoint(Matrix const& transform, double const* point)
 {
-    float const point[] = {static_cast<float>(exact[0]), static_cast<float>(exact[1]), static_cast<float>(exact[2])};
     std::array<float, 3> placed{};
     for (std::size_t row = 0; row < 3; ++row)
-        placed[row] =
-            static_cast<float>(transform[4 * row] * static_cast<double>(point[0]) +
-                               transform[4 * row + 1] * static_cast<double>(point[1]) +
-                               transform[4 * row + 2] * static_cast<double>(point[2]) + transform[4 * row + 3]);
+        placed[row] = static_cast<float>(transform[4 * row] * point[0] + transform[4 * row + 1] * point[1] +
+                                         transform[4 * row + 2] * point[2] + transform[4 * row + 3]);
     return placed;
 }
 

@@ -85,15 +85,7 @@ GltfDocument::GltfDocument(ExportTask& task) : m_task(task), m_scene(task.scene)
 void GltfDocument::Build()
 {
     RefuseMoreOccurrences(m_scene, kMostOccurrences);
-    SceneComponent const& root = m_scene.Components()[m_scene.Root()];
-    Matrix const toScene = Product(TurnUp(m_scene.UpVector()), Scaling(root.metresPerUnit));
-    tinygltf::Node node;
-    node.name = LabelOf(root.label, root.id);
-    node.extras = Value(ExtrasOf(root.id, root.object));
-    if (toScene != kIdentity)
-        node.matrix = ColumnsOf(toScene);
-    int const index = AddNode(std::move(node), -1);
-    AddComponent(root, OccurrenceState(root), index);
+    AddOccurrences();
     AddCameras(TurnUp(m_scene.UpVector()));
     AddExtras();
     // A buffer without content is none.
@@ -183,60 +175,84 @@ bool GltfDocument::SetTransform(tinygltf::Node& node, Matrix const& transform, i
     return true;
 }
 
-void GltfDocument::AddComponent(SceneComponent const& component, OccurrenceState const& state, int node)
+void GltfDocument::AddOccurrences()
 {
-    if (!component.properties.empty())
+    // Of each level down to the current one, the node that takes what is below.
+    std::vector<int> nodes;
+    for (OccurrenceWalk walk(m_scene); walk.Next();)
     {
-        Value::Object properties;
-        for (SceneProperty const& property : component.properties)
-        {
-            auto const* const text = std::get_if<std::string>(&property.value);
-            auto const* const flag = std::get_if<bool>(&property.value);
-            std::optional<double> const number = NumberOf(property);
-            properties[property.name] = text ? Value(*text) : flag ? Value(*flag) : number ? Value(*number) : Value();
-        }
-        Value const& extras = m_model.nodes[static_cast<std::size_t>(node)].extras;
-        Value::Object all = extras.IsObject() ? extras.Get<Value::Object>() : Value::Object();
-        all["componentProperties"] = Value(properties);
-        m_model.nodes[static_cast<std::size_t>(node)].extras = Value(all);
-    }
-    for (SceneGeometry const& geometry : component.geometry)
-        AddGeometry(geometry, component, state, node);
-    for (ScenePlacement const& placement : component.placements)
-    {
-        if (!placement.IsEntered())
-            continue;
-        SceneComponent const& target = m_scene.Components()[placement.target];
-        OccurrenceState const below = state.Below(placement, target);
-        if (!below.isVisible)
+        if (!walk.State().isVisible)
         {
             m_task.notCarried.Add("hidden occurrences");
+            walk.SkipBelow();
             continue;
         }
-        tinygltf::Node child;
-        std::string_view const label = placement.label.empty() ? target.label : placement.label;
-        child.name = LabelOf(label, placement.id.empty() ? target.id : placement.id);
-        Value::Object extras = ExtrasOf(placement.id.empty() ? target.id : placement.id,
-                                        placement.object ? placement.object : target.object);
-        extras["kind"] = Value(std::string(KindText(target.kind)));
-        if (!placement.id.empty())
+        nodes.resize(walk.Depth());
+        int const node = AddOccurrence(walk, nodes.empty() ? -1 : nodes.back());
+        if (node < 0)
         {
-            extras["component"] = Value(std::string(target.id));
-            extras["componentLabel"] = Value(std::string(target.label));
-        }
-        child.extras = Value(extras);
-        int inner = -1;
-        if (!SetTransform(child, Product(below.transform, Scaling(target.metresPerUnit / component.metresPerUnit)),
-                          inner))
+            walk.SkipBelow();
             continue;
-        int const index = AddNode(std::move(child), node);
-        AddComponent(target, below, inner >= 0 ? inner : index);
+        }
+        nodes.push_back(node);
+        AddProperties(walk.Component(), node);
+        for (SceneGeometry const& geometry : walk.Component().geometry)
+            AddGeometry(geometry, walk, node);
     }
 }
 
-void GltfDocument::AddGeometry(SceneGeometry const& geometry, SceneComponent const& component,
-                               OccurrenceState const& state, int parent)
+int GltfDocument::AddOccurrence(OccurrenceWalk const& walk, int parent)
 {
+    SceneComponent const& component = walk.Component();
+    tinygltf::Node node;
+    ScenePlacement const* const placement = walk.Placement();
+    if (!placement)
+    {
+        Matrix const toScene = Product(TurnUp(m_scene.UpVector()), Scaling(component.metresPerUnit));
+        node.name = LabelOf(component.label, component.id);
+        node.extras = Value(ExtrasOf(component.id, component.object));
+        if (toScene != kIdentity)
+            node.matrix = ColumnsOf(toScene);
+        return AddNode(std::move(node), parent);
+    }
+    std::string_view const id = placement->id.empty() ? component.id : placement->id;
+    node.name = LabelOf(placement->label.empty() ? component.label : placement->label, id);
+    Value::Object extras = ExtrasOf(id, placement->object ? placement->object : component.object);
+    extras["kind"] = Value(std::string(KindText(component.kind)));
+    if (!placement->id.empty())
+    {
+        extras["component"] = Value(std::string(component.id));
+        extras["componentLabel"] = Value(std::string(component.label));
+    }
+    node.extras = Value(extras);
+    int inner = -1;
+    if (!SetTransform(node, walk.Step(), inner))
+        return -1;
+    int const index = AddNode(std::move(node), parent);
+    return inner >= 0 ? inner : index;
+}
+
+void GltfDocument::AddProperties(SceneComponent const& component, int node)
+{
+    if (component.properties.empty())
+        return;
+    Value::Object properties;
+    for (SceneProperty const& property : component.properties)
+    {
+        auto const* const text = std::get_if<std::string>(&property.value);
+        auto const* const flag = std::get_if<bool>(&property.value);
+        std::optional<double> const number = NumberOf(property);
+        properties[property.name] = text ? Value(*text) : flag ? Value(*flag) : number ? Value(*number) : Value();
+    }
+    Value const& extras = m_model.nodes[static_cast<std::size_t>(node)].extras;
+    Value::Object all = extras.IsObject() ? extras.Get<Value::Object>() : Value::Object();
+    all["componentProperties"] = Value(properties);
+    m_model.nodes[static_cast<std::size_t>(node)].extras = Value(all);
+}
+
+void GltfDocument::AddGeometry(SceneGeometry const& geometry, OccurrenceWalk const& walk, int parent)
+{
+    OccurrenceState const& state = walk.State();
     // The mesh of a body stands for it, whether the body is shown or not.
     if (geometry.kind == GeometryKind::kBody && geometry.hasMesh)
         return;
@@ -261,7 +277,7 @@ void GltfDocument::AddGeometry(SceneGeometry const& geometry, SceneComponent con
         extras["body"] = Value(std::string(geometry.bodyId));
     node.extras = Value(extras);
     int inner = -1;
-    if (!SetTransform(node, state.PlaceOf(geometry, component), inner))
+    if (!SetTransform(node, state.PlaceOf(geometry, walk.Component()), inner))
         return;
     if (inner >= 0)
         std::swap(m_model.nodes[static_cast<std::size_t>(inner)].mesh, node.mesh);

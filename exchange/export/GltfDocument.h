@@ -11,7 +11,7 @@
 #include "exchange/export/DefaultColors.h"
 #include "exchange/export/Export.h"
 #include "scene/CurvePoints.h"
-#include "scene/OccurrenceState.h"
+#include "scene/OccurrenceWalk.h"
 #include "scene/SceneMesh.h"
 
 namespace KVR
@@ -42,9 +42,12 @@ private:
     };
 
     int AddNode(tinygltf::Node node, int parent);
-    void AddComponent(SceneComponent const& component, OccurrenceState const& state, int node);
-    void AddGeometry(SceneGeometry const& geometry, SceneComponent const& component, OccurrenceState const& state,
-                     int parent);
+    /// The node of the scene's root, with the components and geometry below it.
+    void AddOccurrences();
+    /// The node that takes what is below the occurrence; -1, and counted, when nothing is left of it.
+    int AddOccurrence(OccurrenceWalk const& walk, int parent);
+    void AddProperties(SceneComponent const& component, int node);
+    void AddGeometry(SceneGeometry const& geometry, OccurrenceWalk const& walk, int parent);
     /// -1 for geometry of which there is nothing to draw.
     int MeshOf(SceneGeometry const& geometry, OccurrenceState const& state);
     int MakeMesh(SceneGeometry const& geometry, SceneStyle const* style, bool keepsFaceStyles);

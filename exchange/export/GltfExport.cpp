@@ -4,10 +4,10 @@
 #include <sstream>
 #include <stdexcept>
 
-#include "exchange/export/ExportFile.h"
 #include "exchange/export/Formats.h"
 #include "exchange/export/GltfDocument.h"
 #include "exchange/export/OutputBuffer.h"
+#include "exchange/run/NewFile.h"
 
 namespace KVR
 {
@@ -35,7 +35,7 @@ std::string UriOf(std::string const& name)
 
 void WriteBinary(tinygltf::Model const& model, std::string const& path)
 {
-    ExportFile file(path);
+    NewFile file(path);
     OutputBuffer buffer(file.Out());
     std::ostream stream(&buffer);
     // What the file refuses is then thrown here.
@@ -61,11 +61,11 @@ void WriteText(tinygltf::Model& model, std::filesystem::path const& path)
     {
         std::string const name = path.stem().string() + ".bin";
         document["buffers"] = {{{"byteLength", bytes.size()}, {"uri", UriOf(name)}}};
-        ExportFile file((path.parent_path() / name).string());
+        NewFile file((path.parent_path() / name).string());
         file.Out().Put({reinterpret_cast<char const*>(bytes.data()), bytes.size()});
         file.Finish();
     }
-    ExportFile file(path.string());
+    NewFile file(path.string());
     file.Out().Put(document.dump(2) + '\n');
     file.Finish();
 }

@@ -17,6 +17,7 @@
 #include "exchange/export/DefaultColors.h"
 #include "exchange/export/FlatMesh.h"
 #include "exchange/export/Formats.h"
+#include "exchange/run/NewFile.h"
 
 // Formats of triangles without structure: STL, OBJ and PLY, in the scene's unit of length.
 namespace KVR
@@ -26,50 +27,6 @@ namespace
 {
 
 static_assert(std::endian::native == std::endian::little, "the bytes of these formats start with the lowest");
-
-// A file whose every failure is an exception.
-class CheckedFile
-{
-public:
-    explicit CheckedFile(std::string const& path) : m_file(std::fopen(path.c_str(), "wb"))
-    {
-        if (!m_file)
-            Fail();
-    }
-
-    template <class Value>
-    void Put(Value const& value)
-    {
-        Bytes(&value, sizeof value);
-    }
-    void Text(std::string_view text) { Bytes(text.data(), text.size()); }
-    void Bytes(void const* bytes, std::size_t size)
-    {
-        if (size > 0 && std::fwrite(bytes, 1, size, m_file.get()) != size)
-            Fail();
-    }
-    // Writes over what stands at a place.
-    void Patch(long place, std::string_view bytes)
-    {
-        if (std::fseek(m_file.get(), place, SEEK_SET) != 0)
-            Fail();
-        Text(bytes);
-    }
-    void Close()
-    {
-        if (std::fclose(m_file.release()) != 0)
-            Fail();
-    }
-
-private:
-    [[noreturn]] static void Fail() { throw std::system_error(errno != 0 ? errno : EIO, std::generic_category()); }
-
-    struct Closer
-    {
-        void operator()(std::FILE* file) const { std::fclose(file); }
-    };
-    std::unique_ptr<std::FILE, Closer> m_file;
-};
 
 std::array<std::uint32_t, 3> CornersOf(FlatGroup const& group, std::size_t triangle)
 {
@@ -98,11 +55,11 @@ std::string Word(std::string text)
 
 void ExportStl(ExportTask& task)
 {
-    CheckedFile file(task.path);
+    NewFile file(task.path);
     std::string head(80, ' ');
     constexpr std::string_view kHead = "kvr_xml_producer";
     head.replace(0, kHead.size(), kHead);
-    file.Text(head);
+    file.Out().Put(head);
     std::uint32_t count = 0;
     file.Put(count);
     ForEachTriangleGroup(
@@ -137,7 +94,7 @@ void ExportStl(ExportTask& task)
             }
         });
     file.Patch(80, {reinterpret_cast<char const*>(&count), sizeof count});
-    file.Close();
+    file.Finish();
 }
 
 namespace
@@ -156,13 +113,13 @@ public:
 
     void Write()
     {
-        m_file.Text(fmt::format("# kvr_xml_producer\nmtllib {}\n", m_library.filename().string()));
+        m_file.Out().Put(fmt::format("# kvr_xml_producer\nmtllib {}\n", m_library.filename().string()));
         ForEachTriangleGroup(
             m_task, [this](FlatGroup const& group) { Put(group); }, [this](FlatLines const& lines) { Put(lines); });
-        m_file.Close();
-        CheckedFile library(m_library.string());
-        library.Text(m_materialText);
-        library.Close();
+        m_file.Finish();
+        NewFile library(m_library.string());
+        library.Out().Put(m_materialText);
+        library.Finish();
     }
 
 private:
@@ -256,7 +213,7 @@ private:
     {
         if (m_text.size() <= above)
             return;
-        m_file.Text(m_text);
+        m_file.Out().Put(m_text);
         m_text.clear();
     }
 
@@ -265,7 +222,7 @@ private:
     ExportTask& m_task;
     DefaultColors m_colors;
     std::filesystem::path m_library;
-    CheckedFile m_file;
+    NewFile m_file;
     std::string m_text;
     std::string m_materialText;
     /// The materials' names by style, and whether it is the colour of curves without one.
@@ -293,11 +250,11 @@ void ExportPly(ExportTask& task)
     std::string const facesPath = task.path + ".faces";
     std::uint32_t vertexCount = 0;
     std::uint32_t faceCount = 0;
-    CheckedFile file(task.path);
-    file.Text(fmt::format(kHead, 0, 0));
+    NewFile file(task.path);
+    file.Out().Put(fmt::format(kHead, 0, 0));
     {
         // Vertices stand in front of all faces, which wait in a file of their own.
-        CheckedFile faces(facesPath);
+        NewFile faces(facesPath);
         ForEachTriangleGroup(task,
                              [&](FlatGroup const& group)
                              {
@@ -320,7 +277,7 @@ void ExportPly(ExportTask& task)
                                  }
                                  vertexCount += static_cast<std::uint32_t>(count);
                              });
-        faces.Close();
+        faces.Finish();
     }
     std::unique_ptr<std::FILE, int (*)(std::FILE*)> const faces(std::fopen(facesPath.c_str(), "rb"), &std::fclose);
     if (!faces)
@@ -328,10 +285,10 @@ void ExportPly(ExportTask& task)
     std::array<char, 65536> block;
     for (std::size_t size = std::fread(block.data(), 1, block.size(), faces.get()); size > 0;
          size = std::fread(block.data(), 1, block.size(), faces.get()))
-        file.Bytes(block.data(), size);
+        file.Out().Put({block.data(), size});
     std::filesystem::remove(facesPath);
     file.Patch(0, fmt::format(kHead, vertexCount, faceCount));
-    file.Close();
+    file.Finish();
 }
 
 }  // namespace KVR

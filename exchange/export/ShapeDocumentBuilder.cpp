@@ -19,6 +19,7 @@
 #include "framework/api/IFile.h"
 #include "framework/api/UTF16String.h"
 #include "framework/api/UTF8String.h"
+#include "scene/SceneTotals.h"
 
 namespace KVR
 {
@@ -27,7 +28,7 @@ namespace
 {
 
 // Open CASCADE's writer goes through every occurrence.
-constexpr double kMostOccurrences = 1'000'000.0;
+constexpr unsigned long long kMostOccurrences = 1'000'000;
 
 gp_Mat Unit()
 {
@@ -41,14 +42,14 @@ std::string NameOf(std::string_view label, std::string_view id)
     return std::string(label.empty() ? id : label);
 }
 
-std::string KeyOf(std::size_t component, gp_Mat const& change, std::vector<SceneOverride const*> const& overrides)
+std::string KeyOf(std::size_t component, gp_Mat const& change, std::vector<SceneOverride const*> const& moving)
 {
     std::string key;
     auto const append = [&](void const* bytes, std::size_t size) { key.append(static_cast<char const*>(bytes), size); };
     auto const elements = ElementsOf(change);
     append(&component, sizeof component);
     append(elements.data(), sizeof elements);
-    append(overrides.data(), overrides.size() * sizeof(void*));
+    append(moving.data(), moving.size() * sizeof(void*));
     return key;
 }
 
@@ -72,12 +73,12 @@ bool HasOwnGeometry(SceneComponent const& component)
 
 }  // namespace
 
-ShapeDocumentBuilder::ShapeDocumentBuilder(ExportTask& task, ShapeDocument& document)
-    : m_task(task), m_scene(task.scene), m_document(document)
+ShapeDocumentBuilder::ShapeDocumentBuilder(ExportTask& task)
+    : m_task(task), m_scene(task.scene), m_document(task.notCarried)
 {
 }
 
-void ShapeDocumentBuilder::Build()
+ShapeDocument ShapeDocumentBuilder::Build()
 {
     CheckSize();
     if (StepUnitOf(m_scene.Unit()))
@@ -101,35 +102,14 @@ void ShapeDocumentBuilder::Build()
     drawings.AddViews(m_inOrder);
     for (DocumentVariant const* const variant : m_inOrder)
         drawings.AddCallouts(*variant);
+    return std::move(m_document);
 }
 
 void ShapeDocumentBuilder::CheckSize() const
 {
-    // Occurrences below a component, each counted once it is known of all below.
-    std::vector<double> counts(m_scene.Components().size(), -1.0);
-    std::vector<std::pair<std::size_t, std::size_t>> path;
-    if (m_scene.Root() != kNoIndex)
-        path.emplace_back(m_scene.Root(), 0);
-    while (!path.empty())
-    {
-        auto& [component, next] = path.back();
-        std::vector<ScenePlacement> const& placements = m_scene.Components()[component].placements;
-        if (next < placements.size())
-        {
-            ScenePlacement const& placement = placements[next++];
-            std::size_t const target = placement.target;
-            if (placement.IsEntered() && counts[target] < 0.0)
-                path.emplace_back(target, 0);
-            continue;
-        }
-        counts[component] = 1.0;
-        for (ScenePlacement const& placement : placements)
-            counts[component] += placement.IsEntered() ? std::max(counts[placement.target], 0.0) : 0.0;
-        path.pop_back();
-    }
     if (m_scene.Root() == kNoIndex)
         throw std::runtime_error("the scene has no component to write");
-    if (counts[m_scene.Root()] > kMostOccurrences)
+    if (SceneTotals::Of(m_scene).occurrences > kMostOccurrences)
         throw std::runtime_error(
             "the scene has more than 1,000,000 occurrences, beyond what is written in this format");
 }
@@ -152,7 +132,7 @@ void ShapeDocumentBuilder::AddRoots()
     {
         if (auto const* const owner = dynamic_cast<IComponent const*>(m_scene.Components()[top].object))
             AddFileProperties(owner->FileProperties());
-        VariantOf(top, Unit(), {});
+        VariantOf(top, Unit(), OccurrenceState(m_scene.Components()[top]));
     }
 }
 
@@ -182,32 +162,35 @@ bool ShapeDocumentBuilder::Moves(SceneOverride const& entry)
     return m_moving[&entry] = moves;
 }
 
-DocumentVariant const* ShapeDocumentBuilder::VariantOf(std::size_t component, gp_Mat const& change, Overrides overrides)
+DocumentVariant const* ShapeDocumentBuilder::VariantOf(std::size_t component, gp_Mat const& change,
+                                                       OccurrenceState const& state)
 {
     SceneComponent const& source = m_scene.Components()[component];
-    if (source.overrides)
-        overrides.push_back(source.overrides);
-    std::erase_if(overrides, [&](SceneOverride const* entry) { return !Moves(*entry); });
-    std::unique_ptr<DocumentVariant>& variant = m_variants[KeyOf(component, change, overrides)];
+    std::vector<SceneOverride const*> moving;
+    for (SceneOverride const* const entry : state.Overrides())
+        if (Moves(*entry))
+            moving.push_back(entry);
+    std::unique_ptr<DocumentVariant>& variant = m_variants[KeyOf(component, change, moving)];
     if (variant)
         return variant.get();
     variant = std::make_unique<DocumentVariant>();
     if (std::size_t const copies = m_copies[component]++; copies > 0)
         variant->key = std::to_string(copies);
     variant->component = &source;
+    variant->index = component;
     variant->change = change;
     m_inOrder.push_back(variant.get());
     variant->isAssembly = source.kind != SceneComponent::Kind::kPart;
     // The reference to the pointer is void once more variants are made.
     DocumentVariant* const made = variant.get();
     if (made->isAssembly)
-        FillAssembly(*made, change, overrides);
+        FillAssembly(*made, change, state);
     else
         made->label = m_parts->Add(source, change);
     return made;
 }
 
-void ShapeDocumentBuilder::FillAssembly(DocumentVariant& variant, gp_Mat const& change, Overrides const& overrides)
+void ShapeDocumentBuilder::FillAssembly(DocumentVariant& variant, gp_Mat const& change, OccurrenceState const& state)
 {
     SceneComponent const& component = *variant.component;
     variant.label = m_shapes->NewShape();
@@ -216,50 +199,36 @@ void ShapeDocumentBuilder::FillAssembly(DocumentVariant& variant, gp_Mat const& 
     if (HasOwnGeometry(component))
     {
         TDF_Label const part = m_parts->Add(component, change);
-        TDF_Label const label = m_shapes->AddComponent(variant.label, part, TopLoc_Location(gp_Trsf()));
-        TDataStd_Name::Set(label, DocumentText(std::string(component.label)));
-        variant.children.push_back({nullptr, label, nullptr});
+        variant.ownGeometry = m_shapes->AddComponent(variant.label, part, TopLoc_Location(gp_Trsf()));
+        TDataStd_Name::Set(variant.ownGeometry, DocumentText(std::string(component.label)));
     }
-    for (ScenePlacement const& placement : component.placements)
-        if (placement.IsEntered())
-            Place(variant, placement, change, overrides);
+    variant.places.resize(component.placements.size());
+    for (std::size_t i = 0; i < component.placements.size(); ++i)
+        if (component.placements[i].IsEntered())
+            variant.places[i] = Placed(variant, component.placements[i], change, state);
 }
 
-void ShapeDocumentBuilder::Place(DocumentVariant& assembly, ScenePlacement const& placement, gp_Mat const& change,
-                                 Overrides const& overrides)
+DocumentVariant::Place ShapeDocumentBuilder::Placed(DocumentVariant const& assembly, ScenePlacement const& placement,
+                                                    gp_Mat const& change, OccurrenceState const& state)
 {
     SceneComponent const& target = m_scene.Components()[placement.target];
-    Matrix transform = placement.transform;
-    bool isMoved = false;
-    Overrides below;
-    for (SceneOverride const* const outer : overrides)
-    {
-        auto const found = outer->below.find(placement.id);
-        if (found == outer->below.end())
-            continue;
-        if (!isMoved && found->second->transform)
-        {
-            transform = *found->second->transform;
-            isMoved = true;
-        }
-        below.push_back(found->second);
-        // A path may name what an instance places as well.
-        auto const placed = found->second->below.find(target.id);
-        if (placed != found->second->below.end())
-            below.push_back(placed->second);
-    }
+    OccurrenceState const below = state.Below(placement, target);
     // Lengths of the place are in the unit of the assembly. They alone are scaled, since each part is in the document's
     // unit already.
+    Matrix transform = below.transform;
     double const scale = assembly.component->metresPerUnit / m_document.metresPerUnit;
     for (std::size_t row = 0; row < 3; ++row)
         transform[4 * row + 3] *= scale;
     auto const where = ShapePlacement::Of(transform, 1.0, change);
     if (!where)
-        return m_document.notCarried.Add("instances whose transform leaves nothing of them");
+    {
+        m_document.notCarried.Add("instances whose transform leaves nothing of them");
+        return {};
+    }
     DocumentVariant const* const variant = VariantOf(placement.target, where->change, below);
     TDF_Label const label = m_shapes->AddComponent(assembly.label, variant->label, where->motion);
     TDataStd_Name::Set(label, DocumentText(std::string(placement.label.empty() ? target.label : placement.label)));
-    assembly.children.push_back({&placement, label, variant});
+    return {label, variant};
 }
 
 }  // namespace KVR

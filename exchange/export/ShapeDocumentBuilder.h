@@ -11,6 +11,7 @@
 #include "exchange/export/DocumentParts.h"
 #include "exchange/export/DocumentVariant.h"
 #include "exchange/export/ShapeDocument.h"
+#include "scene/OccurrenceState.h"
 
 class XCAFDoc_ShapeTool;
 
@@ -23,28 +24,27 @@ class FileProperties;
 class ShapeDocumentBuilder
 {
 public:
-    /// The document is empty; its unit becomes that of the scene, or millimetres where STEP has no such unit.
-    ShapeDocumentBuilder(ExportTask& task, ShapeDocument& document);
+    explicit ShapeDocumentBuilder(ExportTask& task);
 
-    /// Throws std::runtime_error when the scene has more occurrences than a STEP writer can go through.
-    void Build();
+    /// The document, once; its unit is that of the scene, or millimetres where STEP has no such unit. Throws
+    /// std::runtime_error when the scene has more occurrences than a STEP writer can go through.
+    ShapeDocument Build();
 
 private:
-    /// What assemblies above say of what is below, as far as it moves something; the outermost first.
-    using Overrides = std::vector<SceneOverride const*>;
-
     void CheckSize() const;
     void AddRoots();
     void AddFileProperties(FileProperties const* properties);
-    DocumentVariant const* VariantOf(std::size_t component, gp_Mat const& change, Overrides overrides);
-    void FillAssembly(DocumentVariant& variant, gp_Mat const& change, Overrides const& overrides);
-    void Place(DocumentVariant& assembly, ScenePlacement const& placement, gp_Mat const& change,
-               Overrides const& overrides);
+    /// The component as it stands after a change of its coordinates, where the state holds: of that, the places alone
+    /// make a difference.
+    DocumentVariant const* VariantOf(std::size_t component, gp_Mat const& change, OccurrenceState const& state);
+    void FillAssembly(DocumentVariant& variant, gp_Mat const& change, OccurrenceState const& state);
+    DocumentVariant::Place Placed(DocumentVariant const& assembly, ScenePlacement const& placement,
+                                  gp_Mat const& change, OccurrenceState const& state);
     bool Moves(SceneOverride const& entry);
 
     ExportTask& m_task;
     Scene const& m_scene;
-    ShapeDocument& m_document;
+    ShapeDocument m_document;
     opencascade::handle<XCAFDoc_ShapeTool> m_shapes;
     std::unique_ptr<DocumentParts> m_parts;
     std::map<std::string, std::unique_ptr<DocumentVariant>> m_variants;

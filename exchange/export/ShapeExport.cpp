@@ -1,8 +1,3 @@
-#include <fcntl.h>
-#include <unistd.h>
-
-#include <Standard_Failure.hxx>
-#include <cerrno>
 #include <stdexcept>
 
 #include "exchange/export/BrepFile.h"
@@ -11,8 +6,8 @@
 #include "exchange/export/ShapeDocument.h"
 #include "exchange/export/ShapeDocumentBuilder.h"
 #include "exchange/export/StepFile.h"
-#include "output/Output.h"
-#include "output/OutputError.h"
+#include "exchange/run/KernelFailure.h"
+#include "exchange/run/NewFile.h"
 
 namespace KVR
 {
@@ -20,42 +15,19 @@ namespace KVR
 namespace
 {
 
-// A new file, closed with the object.
-class NewFile
-{
-public:
-    explicit NewFile(std::string const& path)
-        : m_descriptor(::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666))
-    {
-        if (m_descriptor < 0)
-            throw OutputError(errno);
-    }
-    ~NewFile() { ::close(m_descriptor); }
-    NewFile(NewFile const&) = delete;
-    NewFile& operator=(NewFile const&) = delete;
-
-    int Descriptor() const noexcept { return m_descriptor; }
-
-private:
-    int m_descriptor;
-};
-
 template <class Writer>
 void WriteShapes(ExportTask& task, Writer write)
 {
     try
     {
-        ShapeDocument document(task.notCarried);
-        ShapeDocumentBuilder(task, document).Build();
-        NewFile const file(task.path);
-        Output out(file.Descriptor());
-        write(document, out);
+        ShapeDocument document = ShapeDocumentBuilder(task).Build();
+        NewFile file(task.path);
+        write(std::move(document), file.Out());
+        file.Finish();
     }
     catch (Standard_Failure const& failure)
     {
-        char const* const message = failure.GetMessageString();
-        throw std::runtime_error(std::string("Open CASCADE refuses it: ") +
-                                 (message && *message ? message : failure.DynamicType()->Name()));
+        throw std::runtime_error("Open CASCADE refuses it: " + KernelFailureText(failure));
     }
 }
 
@@ -63,12 +35,12 @@ void WriteShapes(ExportTask& task, Writer write)
 
 void ExportStep(ExportTask& task)
 {
-    WriteShapes(task, [](ShapeDocument& document, Output& out) { WriteStepFile(document, out); });
+    WriteShapes(task, &WriteStepFile);
 }
 
 void ExportBrep(ExportTask& task)
 {
-    WriteShapes(task, [](ShapeDocument& document, Output& out) { WriteBrepFile(document, out); });
+    WriteShapes(task, &WriteBrepFile);
 }
 
 }  // namespace KVR

@@ -1,6 +1,5 @@
 #include "exchange/export/StepAspects.h"
 
-#include <STEPConstruct.hxx>
 #include <StepAP242_GeometricItemSpecificUsage.hxx>
 #include <StepAP242_ItemIdentifiedRepresentationUsageDefinition.hxx>
 #include <StepData_StepModel.hxx>
@@ -12,10 +11,6 @@
 #include <StepShape_ShapeDefinitionRepresentation.hxx>
 #include <StepShape_ShapeRepresentation.hxx>
 #include <TCollection_HAsciiString.hxx>
-#include <Transfer_FinderProcess.hxx>
-#include <XCAFDoc_ShapeTool.hxx>
-#include <XSControl_TransferWriter.hxx>
-#include <XSControl_WorkSession.hxx>
 
 #include "exchange/export/StepEntities.h"
 
@@ -24,15 +19,9 @@ namespace KVR
 
 using opencascade::handle;
 
-StepAspects::StepAspects(STEPCAFControl_Writer& writer)
-    : m_writer(writer), m_model(handle<StepData_StepModel>::DownCast(writer.ChangeWriter().WS()->Model()))
-{
-}
-
 handle<StepRepr_ProductDefinitionShape> StepAspects::ShapeOf(TDF_Label const& part) const
 {
-    handle<StepShape_ShapeDefinitionRepresentation> const definition =
-        StepDefinitionOf(m_writer, XCAFDoc_ShapeTool::GetShape(part));
+    handle<StepShape_ShapeDefinitionRepresentation> const definition = m_step.DefinitionOf(part);
     return definition.IsNull()
                ? handle<StepRepr_ProductDefinitionShape>()
                : handle<StepRepr_ProductDefinitionShape>::DownCast(definition->Definition().PropertyDefinition());
@@ -40,18 +29,14 @@ handle<StepRepr_ProductDefinitionShape> StepAspects::ShapeOf(TDF_Label const& pa
 
 handle<StepRepr_RepresentationContext> StepAspects::ContextOf(TDF_Label const& part) const
 {
-    handle<StepShape_ShapeDefinitionRepresentation> const definition =
-        StepDefinitionOf(m_writer, XCAFDoc_ShapeTool::GetShape(part));
+    handle<StepShape_ShapeDefinitionRepresentation> const definition = m_step.DefinitionOf(part);
     return definition.IsNull() ? handle<StepRepr_RepresentationContext>()
                                : definition->UsedRepresentation()->ContextOfItems();
 }
 
 handle<StepRepr_RepresentationItem> StepAspects::ItemOf(ShapeDocument::Target const& target) const
 {
-    if (target.shape.IsNull())
-        return {};
-    handle<Transfer_FinderProcess> const& process = m_writer.ChangeWriter().WS()->TransferWriter()->FinderProcess();
-    return STEPConstruct::FindEntity(process, target.shape);
+    return target.shape.IsNull() ? handle<StepRepr_RepresentationItem>() : m_step.ItemOf(target.shape);
 }
 
 handle<StepRepr_ShapeAspect> StepAspects::Empty(TDF_Label const& part)
@@ -61,7 +46,7 @@ handle<StepRepr_ShapeAspect> StepAspects::Empty(TDF_Label const& part)
         return {};
     handle<StepRepr_ShapeAspect> aspect = new StepRepr_ShapeAspect;
     aspect->Init(StepString(""), StepString(""), shape, StepData_LTrue);
-    m_model->AddWithRefs(aspect);
+    m_step.model->AddWithRefs(aspect);
     return aspect;
 }
 
@@ -72,8 +57,7 @@ void StepAspects::Apply(handle<StepRepr_ShapeAspect> const& aspect, Targets cons
         handle<StepRepr_RepresentationItem> const item = ItemOf(target);
         if (item.IsNull())
             continue;
-        handle<StepShape_ShapeDefinitionRepresentation> const definition =
-            StepDefinitionOf(m_writer, XCAFDoc_ShapeTool::GetShape(target.part));
+        handle<StepShape_ShapeDefinitionRepresentation> const definition = m_step.DefinitionOf(target.part);
         if (definition.IsNull())
             continue;
         StepAP242_ItemIdentifiedRepresentationUsageDefinition of;
@@ -82,7 +66,7 @@ void StepAspects::Apply(handle<StepRepr_ShapeAspect> const& aspect, Targets cons
         items->SetValue(1, item);
         handle<StepAP242_GeometricItemSpecificUsage> const usage = new StepAP242_GeometricItemSpecificUsage;
         usage->Init(StepString(""), StepString(""), of, definition->UsedRepresentation(), items);
-        m_model->AddWithRefs(usage);
+        m_step.model->AddWithRefs(usage);
     }
 }
 
@@ -120,12 +104,12 @@ handle<StepRepr_ShapeAspect> StepAspects::Make(Targets const& targets, bool mayS
         return known->second;
     handle<StepRepr_CompositeShapeAspect> const composite = new StepRepr_CompositeShapeAspect;
     composite->Init(StepString(""), StepString(""), singles.front()->OfShape(), StepData_LTrue);
-    m_model->AddWithRefs(composite);
+    m_step.model->AddWithRefs(composite);
     for (handle<StepRepr_ShapeAspect> const& single : singles)
     {
         handle<StepRepr_ShapeAspectRelationship> const relationship = new StepRepr_ShapeAspectRelationship;
         relationship->Init(StepString(""), Standard_False, {}, composite, single);
-        m_model->AddWithRefs(relationship);
+        m_step.model->AddWithRefs(relationship);
     }
     if (mayShare)
         m_composites.emplace(key, composite.get());

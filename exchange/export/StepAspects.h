@@ -1,15 +1,12 @@
 #pragma once
 
-#include <STEPCAFControl_Writer.hxx>
 #include <StepRepr_ProductDefinitionShape.hxx>
 #include <StepRepr_RepresentationItem.hxx>
 #include <StepRepr_ShapeAspect.hxx>
 #include <map>
 #include <vector>
 
-#include "exchange/export/ShapeDocument.h"
-
-class StepData_StepModel;
+#include "exchange/export/StepTransfer.h"
 
 namespace KVR
 {
@@ -20,8 +17,8 @@ class StepAspects
 public:
     using Targets = std::vector<ShapeDocument::Target>;
 
-    /// The writer has transferred the document, and outlives this.
-    explicit StepAspects(STEPCAFControl_Writer& writer);
+    /// The transfer outlives this.
+    explicit StepAspects(StepTransfer& step) : m_step(step) {}
 
     /// The aspect of one target, or of several together; null when none is in the file. Annotations may share it.
     opencascade::handle<StepRepr_ShapeAspect> Of(Targets const& targets) { return Make(targets, true); }
@@ -43,8 +40,7 @@ private:
     opencascade::handle<StepRepr_ShapeAspect> Make(Targets const& targets, bool mayShare);
     opencascade::handle<StepRepr_ShapeAspect> Single(ShapeDocument::Target const& target, bool mayShare);
 
-    STEPCAFControl_Writer& m_writer;
-    opencascade::handle<StepData_StepModel> m_model;
+    StepTransfer& m_step;
     std::map<Standard_Transient const*, opencascade::handle<StepRepr_ShapeAspect>> m_singles;
     std::map<std::vector<Standard_Transient const*>, opencascade::handle<StepRepr_ShapeAspect>> m_composites;
 };

@@ -8,7 +8,10 @@
 #include <StepGeom_CartesianPoint.hxx>
 #include <StepGeom_Direction.hxx>
 #include <StepGeom_HArray1OfCartesianPoint.hxx>
+#include <StepGeom_Plane.hxx>
 #include <StepGeom_Polyline.hxx>
+#include <StepRepr_HArray1OfRepresentationItem.hxx>
+#include <StepRepr_RepresentationItem.hxx>
 #include <StepShape_GeometricCurveSet.hxx>
 #include <StepShape_GeometricSetSelect.hxx>
 #include <StepShape_HArray1OfGeometricSetSelect.hxx>
@@ -117,6 +120,22 @@ handle<StepShape_GeometricCurveSet> StepCurves(std::string const& name, std::vec
     return set;
 }
 
+handle<StepGeom_Plane> StepPlane(gp_Ax2 const& axes)
+{
+    handle<StepGeom_Plane> plane = new StepGeom_Plane;
+    plane->Init(StepString(""), StepAxes(axes));
+    return plane;
+}
+
+handle<StepRepr_HArray1OfRepresentationItem> StepArray(std::vector<handle<StepRepr_RepresentationItem>> const& items)
+{
+    handle<StepRepr_HArray1OfRepresentationItem> array =
+        new StepRepr_HArray1OfRepresentationItem(1, static_cast<int>(items.size()));
+    for (std::size_t i = 0; i < items.size(); ++i)
+        array->SetValue(static_cast<int>(i) + 1, items[i]);
+    return array;
+}
+
 void AddInvisibility(std::vector<handle<Standard_Transient>> const& items, handle<StepData_StepModel> const& model)
 {
     handle<StepVisual_HArray1OfInvisibleItem> const selects =
@@ -130,16 +149,6 @@ void AddInvisibility(std::vector<handle<Standard_Transient>> const& items, handl
     handle<StepVisual_Invisibility> const invisibility = new StepVisual_Invisibility;
     invisibility->Init(selects);
     model->AddEntity(invisibility);
-}
-
-handle<StepShape_ShapeDefinitionRepresentation> StepDefinitionOf(STEPCAFControl_Writer& writer,
-                                                                 TopoDS_Shape const& shape)
-{
-    handle<Transfer_FinderProcess> const& process = writer.ChangeWriter().WS()->TransferWriter()->FinderProcess();
-    handle<StepShape_ShapeDefinitionRepresentation> definition;
-    process->FindTypedTransient(TransferBRep::ShapeMapper(process, shape),
-                                STANDARD_TYPE(StepShape_ShapeDefinitionRepresentation), definition);
-    return definition;
 }
 
 }  // namespace KVR

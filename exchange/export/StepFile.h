@@ -8,6 +8,6 @@ struct ShapeDocument;
 
 /// Writes a document as a STEP file of AP242, in the document's unit. Counts in the document what STEP cannot carry.
 /// Throws std::runtime_error when Open CASCADE refuses, OutputError when the output does, and Standard_Failure.
-void WriteStepFile(ShapeDocument& document, Output& out);
+void WriteStepFile(ShapeDocument document, Output& out);
 
 }  // namespace KVR

@@ -24,7 +24,6 @@
 #include <StepShape_DimensionalSize.hxx>
 #include <TCollection_HAsciiString.hxx>
 #include <TDF_Tool.hxx>
-#include <XSControl_WorkSession.hxx>
 #include <algorithm>
 #include <limits>
 
@@ -78,11 +77,8 @@ std::string EntryOf(TDF_Label const& label)
 
 }  // namespace
 
-StepNotes::StepNotes(STEPCAFControl_Writer& writer, ShapeDocument const& document)
-    : m_inOrder(Sorted(document.callouts)),
-      m_model(handle<StepData_StepModel>::DownCast(writer.ChangeWriter().WS()->Model())),
-      m_aspects(writer),
-      m_measures(m_model)
+StepNotes::StepNotes(StepTransfer& step)
+    : m_inOrder(Sorted(step.document.callouts)), m_step(step), m_aspects(step), m_measures(step.model)
 {
     for (Callout const* const callout : m_inOrder)
         if (callout->kind == "datum" && !callout->details.tolerance.empty())
@@ -172,7 +168,7 @@ handle<Standard_Transient> StepNotes::Dimension(Callout const& callout)
         size->Init(first, name);
         dimension.SetValue(size);
     }
-    m_model->AddWithRefs(dimension.Value());
+    m_step.model->AddWithRefs(dimension.Value());
     m_measures.Write(dimension, callout.details, isAngle, m_aspects.ContextOf(part));
     return dimension.Value();
 }
@@ -196,7 +192,7 @@ handle<Standard_Transient> StepNotes::Tolerance(Callout const& callout, Frame co
     {
         // A scene has no magnitudes, since they arrive wrong.
         plain->Init(StepString(callout.label), StepString(""), {}, target);
-        m_model->AddWithRefs(plain);
+        m_step.model->AddWithRefs(plain);
         return plain.get();
     }
     StepDimTol_DatumSystemOrReference system;
@@ -210,7 +206,7 @@ handle<Standard_Transient> StepNotes::Tolerance(Callout const& callout, Frame co
     handle<StepDimTol_GeoTolAndGeoTolWthDatRef> const tolerance = new StepDimTol_GeoTolAndGeoTolWthDatRef;
     tolerance->Init(StepString(callout.label), StepString(""), {}, target, reference,
                     STEPCAFControl_GDTProperty::GetGeomToleranceType(type));
-    m_model->AddWithRefs(tolerance);
+    m_step.model->AddWithRefs(tolerance);
     return tolerance.get();
 }
 
@@ -282,12 +278,12 @@ void StepNotes::AddDatum(Datum& made, Callout const& callout, TDF_Label const& p
     handle<StepDimTol_DatumFeature> const feature = new StepDimTol_DatumFeature;
     feature->Init(StepString(callout.label), StepString(""), shape, StepData_LTrue);
     made.feature = feature;
-    m_model->AddWithRefs(feature);
+    m_step.model->AddWithRefs(feature);
     m_aspects.Apply(feature, callout.first);
-    m_model->AddWithRefs(made.datum);
+    m_step.model->AddWithRefs(made.datum);
     handle<StepRepr_ShapeAspectRelationship> const relationship = new StepRepr_ShapeAspectRelationship;
     relationship->Init(StepString(""), Standard_False, {}, feature, made.datum);
-    m_model->AddWithRefs(relationship);
+    m_step.model->AddWithRefs(relationship);
 }
 
 }  // namespace KVR

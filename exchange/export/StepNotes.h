@@ -19,8 +19,8 @@ namespace KVR
 class StepNotes
 {
 public:
-    /// The writer has transferred the document; both outlive this.
-    StepNotes(STEPCAFControl_Writer& writer, ShapeDocument const& document);
+    /// The transfer outlives this.
+    explicit StepNotes(StepTransfer& step);
 
     /// The callouts by their numbers; a reader that goes through the file meets them in the order of its entities.
     std::vector<ShapeDocument::Callout const*> const& InOrder() const noexcept { return m_inOrder; }
@@ -54,7 +54,7 @@ private:
     std::vector<Callout const*> m_inOrder;
     /// The datums of tolerances by the ids of these, which stand once in each copy of a component.
     std::map<std::pair<std::string, std::string>, Frame> m_frames;
-    opencascade::handle<StepData_StepModel> m_model;
+    StepTransfer& m_step;
     StepAspects m_aspects;
     StepMeasures m_measures;
     std::map<Callout const*, opencascade::handle<Standard_Transient>> m_entities;

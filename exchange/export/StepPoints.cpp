@@ -1,4 +1,4 @@
-#include "exchange/export/StepFinish.h"
+#include "exchange/export/StepPhases.h"
 
 #include <StepData_StepModel.hxx>
 #include <StepGeom_Point.hxx>
@@ -16,7 +16,6 @@
 #include <StepVisual_LayeredItem.hxx>
 #include <StepVisual_PresentationLayerAssignment.hxx>
 #include <TCollection_HAsciiString.hxx>
-#include <XCAFDoc_ShapeTool.hxx>
 #include <algorithm>
 #include <map>
 #include <unordered_map>
@@ -27,31 +26,15 @@
 namespace KVR
 {
 
+namespace
+{
+
 using opencascade::handle;
 
-void StepFinish::SeparatePoints()
-{
-    // The bodies of a part stand together.
-    std::vector<std::size_t> points;
-    for (std::size_t i = 0; i < m_document.bodies.size(); ++i)
-    {
-        ShapeDocument::Body const& body = m_document.bodies[i];
-        if (!points.empty() && m_document.bodies[points.front()].part != body.part)
-        {
-            SeparatePoints(points);
-            points.clear();
-        }
-        if (body.shape.ShapeType() == TopAbs_VERTEX)
-            points.push_back(i);
-    }
-    if (!points.empty())
-        SeparatePoints(points);
-}
-
-void StepFinish::SeparatePoints(std::vector<std::size_t> const& points)
+void SeparatePoints(StepTransfer& step, std::vector<std::size_t> const& points)
 {
     handle<StepShape_ShapeDefinitionRepresentation> const definition =
-        StepDefinitionOf(m_writer, XCAFDoc_ShapeTool::GetShape(m_document.bodies[points.front()].part));
+        step.DefinitionOf(step.document.bodies[points.front()].part);
     if (definition.IsNull())
         return;
     handle<StepRepr_Representation> const part = definition->UsedRepresentation();
@@ -61,7 +44,7 @@ void StepFinish::SeparatePoints(std::vector<std::size_t> const& points)
         handle<StepShape_GeometricCurveSet> const set =
             handle<StepShape_GeometricCurveSet>::DownCast(part->ItemsValue(i));
         bool const isOfPoints = !set.IsNull() && set->NbElements() == static_cast<int>(points.size()) &&
-                                !set->ElementsValue(1).Point().IsNull() && m_points.count(points.front()) == 0;
+                                !set->ElementsValue(1).Point().IsNull() && step.points.count(points.front()) == 0;
         if (!isOfPoints)
         {
             items.push_back(part->ItemsValue(i));
@@ -83,9 +66,9 @@ void StepFinish::SeparatePoints(std::vector<std::size_t> const& points)
             {
                 single = new StepShape_GeometricCurveSet;
                 single->Init(StepString(""), elements);
-                m_model->AddEntity(single);
+                step.model->AddEntity(single);
             }
-            m_points[points[point]] = single;
+            step.points[points[point]] = single;
             items.push_back(single);
         }
         set->SetElements(first);
@@ -99,16 +82,35 @@ void StepFinish::SeparatePoints(std::vector<std::size_t> const& points)
     part->SetItems(array);
 }
 
-void StepFinish::WriteLayersOfPoints()
+void SeparatePoints(StepTransfer& step)
 {
-    if (m_document.layersOfPoints.empty())
+    // The bodies of a part stand together.
+    std::vector<std::size_t> points;
+    for (std::size_t i = 0; i < step.document.bodies.size(); ++i)
+    {
+        ShapeDocument::Body const& body = step.document.bodies[i];
+        if (!points.empty() && step.document.bodies[points.front()].part != body.part)
+        {
+            SeparatePoints(step, points);
+            points.clear();
+        }
+        if (body.shape.ShapeType() == TopAbs_VERTEX)
+            points.push_back(i);
+    }
+    if (!points.empty())
+        SeparatePoints(step, points);
+}
+
+void WriteLayersOfPoints(StepTransfer& step)
+{
+    if (step.document.layersOfPoints.empty())
         return;
     std::map<std::string, handle<StepVisual_PresentationLayerAssignment>> layers;
-    for (auto const& layer : StepEntitiesOf<StepVisual_PresentationLayerAssignment>(m_model))
+    for (auto const& layer : StepEntitiesOf<StepVisual_PresentationLayerAssignment>(step.model))
         layers.emplace(layer->Name()->ToCString(), layer);
-    for (ShapeDocument::LayerOfPoint const& point : m_document.layersOfPoints)
+    for (ShapeDocument::LayerOfPoint const& point : step.document.layersOfPoints)
     {
-        handle<StepRepr_RepresentationItem> const item = ItemOf(point.body);
+        handle<StepRepr_RepresentationItem> const item = step.ItemOf(point.body);
         if (item.IsNull())
             continue;
         handle<StepVisual_PresentationLayerAssignment>& layer = layers[point.layer];
@@ -126,18 +128,18 @@ void StepFinish::WriteLayersOfPoints()
         }
         layer = new StepVisual_PresentationLayerAssignment;
         layer->Init(StepString(point.layer), StepString(point.isVisible ? "visible" : "invisible"), items);
-        m_model->AddEntity(layer);
+        step.model->AddEntity(layer);
         if (!point.isVisible)
-            AddInvisibility({layer}, m_model);
+            AddInvisibility({layer}, step.model);
     }
 }
 
 // The entities keep their places, and change what they say.
-void StepFinish::OrderLayers()
+void OrderLayers(StepTransfer& step)
 {
     using Layer = handle<StepVisual_PresentationLayerAssignment>;
     std::unordered_map<std::string, std::size_t> ranks;
-    for (std::string const& name : m_document.layers)
+    for (std::string const& name : step.document.layers)
         ranks.emplace(name, ranks.size());
     struct Content
     {
@@ -147,7 +149,7 @@ void StepFinish::OrderLayers()
         handle<StepVisual_HArray1OfLayeredItem> items;
         std::size_t rank = 0;
     };
-    std::vector<Layer> const layers = StepEntitiesOf<StepVisual_PresentationLayerAssignment>(m_model);
+    std::vector<Layer> const layers = StepEntitiesOf<StepVisual_PresentationLayerAssignment>(step.model);
     std::vector<Content> contents;
     for (Layer const& layer : layers)
     {
@@ -163,7 +165,7 @@ void StepFinish::OrderLayers()
         layers[i]->Init(contents[i].name, contents[i].description, contents[i].items);
         moved[contents[i].entity.get()] = layers[i];
     }
-    for (auto const& invisibility : StepEntitiesOf<StepVisual_Invisibility>(m_model))
+    for (auto const& invisibility : StepEntitiesOf<StepVisual_Invisibility>(step.model))
         for (int i = 1; i <= invisibility->NbInvisibleItems(); ++i)
         {
             auto const found = moved.find(invisibility->InvisibleItemsValue(i).Value().get());
@@ -173,6 +175,19 @@ void StepFinish::OrderLayers()
             select.SetValue(found->second);
             invisibility->InvisibleItems()->SetValue(i, select);
         }
+}
+
+}  // namespace
+
+SeparatedModel::SeparatedModel(TransferredModel&& model) : StepPhase(model)
+{
+    SeparatePoints(*m_step);
+}
+
+LayeredModel::LayeredModel(SeparatedModel&& model) : StepPhase(model)
+{
+    WriteLayersOfPoints(*m_step);
+    OrderLayers(*m_step);
 }
 
 }  // namespace KVR

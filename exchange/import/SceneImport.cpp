@@ -49,7 +49,7 @@ class SceneImporter
 {
 public:
     SceneImporter(ModelDocument const& model, std::string const& modelPath, std::string const& scenePath,
-                  SceneImportOptions const& options)
+                  ImportOptions const& options)
         : m_model(model),
           m_modelPath(modelPath),
           m_options(options),
@@ -237,11 +237,11 @@ private:
             m_scene.Instance(instance);
             for (Authoring::PropertyValue const& property : PropertiesOfLabel(placement.label, m_report.losses))
                 m_scene.Property(instance.id, property);
-            ++m_report.instances;
+            ++m_report.counts.instances;
         }
         WriteNotes(index);
         m_scene.EndAssembly();
-        ++m_report.assemblies;
+        ++m_report.counts.assemblies;
     }
 
     void WritePart(std::size_t index)
@@ -257,7 +257,7 @@ private:
                 WriteBody(part, body, isShown);
         WriteNotes(index);
         m_scene.EndPart();
-        ++m_report.parts;
+        ++m_report.counts.parts;
     }
 
     void WritePoint(BodyPlan const& body, bool isShown)
@@ -291,7 +291,7 @@ private:
         // Triangles are in the mesh; the store of bodies needs none. Those of faces without surface stay.
         if (hasBody)
             m_written.push_back(body.shape);
-        ++m_report.bodies;
+        ++m_report.counts.bodies;
     }
 
     void WriteBrep(PartPlan const& part, BodyPlan const& body, bool isShown)
@@ -354,7 +354,7 @@ private:
                 SubShapeInfo const* const info = part.subShapes.Seek(face);
                 return !info || info->isVisible;
             });
-        m_report.triangles += mesh.TriangleCount();
+        m_report.counts.triangles += mesh.TriangleCount();
     }
 
     void WriteNotes(std::size_t index)
@@ -377,7 +377,7 @@ private:
 
     ModelDocument const& m_model;
     std::string m_modelPath;
-    SceneImportOptions m_options;
+    ImportOptions m_options;
     ImportReport m_report;
     ProductPlan m_plan;
     StyleTable m_styles;
@@ -390,7 +390,7 @@ private:
 }  // namespace
 
 ImportReport WriteSceneOf(ModelDocument const& model, std::string const& modelPath, std::string const& scenePath,
-                          SceneImportOptions const& options)
+                          ImportOptions const& options)
 {
     return SceneImporter(model, modelPath, scenePath, options).Import();
 }

@@ -11,7 +11,6 @@
 #include <RWGltf_CafReader.hxx>
 #include <RWObj_CafReader.hxx>
 #include <RWStl.hxx>
-#include <Standard_Failure.hxx>
 #include <TDataStd_Name.hxx>
 #include <TopoDS_Face.hxx>
 #include <XCAFDoc_DocumentTool.hxx>
@@ -23,6 +22,7 @@
 #include "exchange/model/ModelError.h"
 #include "exchange/model/PlyReader.h"
 #include "exchange/model/ReadingProgress.h"
+#include "exchange/run/KernelFailure.h"
 #include "framework/api/LengthUnits.h"
 
 namespace KVR
@@ -138,7 +138,7 @@ ModelDocument ModelDocument::Read(std::string const& path, ModelFormat format, M
     ModelDocument model;
     model.document = new TDocStd_Document("BinXCAF");
     model.unit = options.unit;
-    Handle(ReadingProgress) const indicator = new ReadingProgress(options.showsProgress);
+    Handle(ReadingProgress) const indicator = new ReadingProgress(options.progress);
     Message_ProgressRange const progress = indicator->Start();
     try
     {
@@ -169,9 +169,7 @@ ModelDocument ModelDocument::Read(std::string const& path, ModelFormat format, M
     }
     catch (Standard_Failure const& failure)
     {
-        char const* const message = failure.GetMessageString();
-        throw ModelError(std::string("its reader failed: ") +
-                         (message && *message ? message : failure.DynamicType()->Name()));
+        throw ModelError("its reader failed: " + KernelFailureText(failure));
     }
     return model;
 }

@@ -2,6 +2,7 @@
 
 #include <TDocStd_Document.hxx>
 #include <array>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -22,8 +23,9 @@ struct ModelReadOptions
     bool withAnnotations = true;
     /// The unit of a model that states none.
     UnitTypeEnum unit = kUnitType_Millimeter;
-    /// Whether progress is shown on standard error.
-    bool showsProgress = false;
+    /// Told, where there is one, each time that another percent has been read, from 0 to 1. BREP and PLY files tell
+    /// nothing.
+    std::function<void(double fraction)> progress;
 };
 
 /// A model as it was read: a document of Open CASCADE's with its geometry in the unit that the model states, and what
@@ -46,8 +48,6 @@ struct ModelDocument
     std::unordered_map<std::string, std::array<double, 3>> eyes;
     /// What was found and is not in the document, by kind.
     std::vector<std::pair<std::string, unsigned long long>> losses;
-    /// Sentences for the user.
-    std::vector<std::string> warnings;
 
     /// Reads a model. Throws ModelError. May end the process: Open CASCADE crashes on some inputs.
     static ModelDocument Read(std::string const& path, ModelFormat format, ModelReadOptions const& options);

@@ -1,22 +1,24 @@
 #pragma once
 
 #include <Message_ProgressIndicator.hxx>
+#include <functional>
+#include <utility>
 
 namespace KVR
 {
 
-/// Shows on standard error how far the reading of a model is, on one line that it clears in the end.
+/// Tells each time that another percent of a model has been read, from 0 to 1.
 class ReadingProgress : public Message_ProgressIndicator
 {
 public:
-    explicit ReadingProgress(bool isShown) : m_isShown(isShown) {}
-    ~ReadingProgress() override;
+    /// An empty function is nobody.
+    explicit ReadingProgress(std::function<void(double)> tell) : m_tell(std::move(tell)) {}
 
 protected:
     void Show(Message_ProgressScope const& scope, Standard_Boolean isForced) override;
 
 private:
-    bool m_isShown;
+    std::function<void(double)> m_tell;
     int m_percent = -1;
 };
 

@@ -2,14 +2,20 @@
 
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <cstdlib>
 #include <cstring>
+#include <new>
 #include <system_error>
+
+#include "exchange/run/ChildReport.h"
+#include "exchange/run/KernelFailure.h"
 
 namespace KVR
 {
@@ -17,131 +23,183 @@ namespace KVR
 namespace
 {
 
-constexpr int kSignals[] = {SIGINT, SIGTERM, SIGHUP};
-
-volatile std::sig_atomic_t interrupted = 0;
-
-extern "C" void NoteInterruption(int)
-{
-    interrupted = 1;
-}
+// How long the callback waits to be asked, in milliseconds.
+constexpr int kBetweenQuestions = 200;
 
 [[noreturn]] void Fail(char const* what)
 {
     throw std::system_error(errno, std::generic_category(), what);
 }
 
-[[noreturn]] void RunAndExit(std::function<std::string()> const& work, int pipe)
+// A child process, and the end of the pipe on which it tells. What still works ends with the object.
+class Child
 {
+public:
+    Child(pid_t process, int pipe) noexcept : m_process(process), m_pipe(pipe) {}
+    ~Child()
+    {
+        if (m_process > 0)
+        {
+            kill(m_process, SIGKILL);
+            Wait();
+        }
+        close(m_pipe);
+    }
+    Child(Child const&) = delete;
+    Child& operator=(Child const&) = delete;
+
+    int Pipe() const noexcept { return m_pipe; }
+    // The state in which it ended.
+    int Wait()
+    {
+        int status = 0;
+        while (waitpid(m_process, &status, 0) < 0 && errno == EINTR)
+        {
+        }
+        m_process = 0;
+        return status;
+    }
+
+private:
+    pid_t m_process;
+    int m_pipe;
+};
+
+// What the work answers or why it failed, as the last record.
+void Work(std::function<std::string(ChildVoice const&)> const& work, ChildVoice const& voice)
+{
+    try
+    {
+        voice.Result(work(voice));
+    }
+    catch (std::bad_alloc const&)
+    {
+        voice.Failure("there is not enough memory for it");
+    }
+    catch (std::exception const& error)
+    {
+        voice.Failure(error.what());
+    }
+    catch (Standard_Failure const& error)
+    {
+        voice.Failure("Open CASCADE failed: " + KernelFailureText(error));
+    }
+}
+
+[[noreturn]] void WorkAndExit(std::function<std::string(ChildVoice const&)> const& work, int pipe, pid_t parent)
+{
+    // Whoever started this ends it, also by ending: signals of the terminal are not for it.
+    for (int const signal : {SIGINT, SIGTERM, SIGHUP})
+        std::signal(signal, SIG_IGN);
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+    if (getppid() != parent)
+        _exit(EXIT_FAILURE);
     // A file that grows beyond a limit is a failed write, not the end.
     std::signal(SIGXFSZ, SIG_IGN);
-    std::string const answer = work() + '\n';
-    for (std::size_t done = 0; done < answer.size();)
-    {
-        ssize_t const count = write(pipe, answer.data() + done, answer.size() - done);
-        if (count <= 0)
-            _exit(EXIT_FAILURE);
-        done += static_cast<std::size_t>(count);
-    }
+    Work(work, ChildVoice(pipe));
     // Without destructors: what the work has built is given back with the process, at once.
     _exit(EXIT_SUCCESS);
 }
 
-// Waits until there is something to read; an interruption ends the wait.
-void WaitFor(int pipe)
+// Reads what a child tells to its end; false when the callback does not want to go on.
+bool Listen(int pipe, ChildReport& report, Progress const& progress)
 {
-    sigset_t mask;
-    sigprocmask(SIG_SETMASK, nullptr, &mask);
-    for (int const signal : kSignals)
-        sigdelset(&mask, signal);
-    struct pollfd entry = {pipe, POLLIN, 0};
-    // Signals arrive here and nowhere else, so that none gets lost between a look and the wait.
-    ppoll(&entry, 1, nullptr, &mask);
+    std::array<char, 4096> bytes;
+    for (;;)
+    {
+        struct pollfd entry = {pipe, POLLIN, 0};
+        // A signal ends the wait, too.
+        if (poll(&entry, 1, progress ? kBetweenQuestions : -1) <= 0)
+        {
+            if (progress && !progress(report.LastProgress()))
+                return false;
+            continue;
+        }
+        ssize_t const count = read(pipe, bytes.data(), bytes.size());
+        if (count == 0)
+            return true;
+        if (count > 0 && !report.Take({bytes.data(), static_cast<std::size_t>(count)}, progress))
+            return false;
+        if (count < 0 && errno != EINTR)
+            return true;
+    }
 }
 
 }  // namespace
 
-InterruptionScope::InterruptionScope()
+void ChildVoice::Progress(ProgressReport const& report) const
 {
-    sigset_t mask;
-    sigemptyset(&mask);
-    struct sigaction action = {};
-    action.sa_handler = &NoteInterruption;
-    for (std::size_t i = 0; i < m_actions.size(); ++i)
+    Write(ChildReport::Record(ChildReport::Kind::kProgress, ChildReport::ProgressText(report)));
+}
+
+void ChildVoice::Remark(std::string const& sentence) const
+{
+    Write(ChildReport::Record(ChildReport::Kind::kRemark, sentence));
+}
+
+void ChildVoice::Failure(std::string const& cause) const
+{
+    Write(ChildReport::Record(ChildReport::Kind::kFailure, cause));
+}
+
+void ChildVoice::Result(std::string const& answer) const
+{
+    Write(ChildReport::Record(ChildReport::Kind::kResult, answer));
+}
+
+void ChildVoice::Write(std::string const& record) const
+{
+    for (std::size_t done = 0; done < record.size();)
     {
-        sigaddset(&mask, kSignals[i]);
-        sigaction(kSignals[i], nullptr, &m_actions[i]);
-        // What whoever started the program wants to be ignored stays so.
-        if (m_actions[i].sa_handler != SIG_IGN)
-            sigaction(kSignals[i], &action, nullptr);
+        ssize_t const count = write(m_pipe, record.data() + done, record.size() - done);
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count <= 0)
+            _exit(EXIT_FAILURE);
+        done += static_cast<std::size_t>(count);
     }
-    sigprocmask(SIG_BLOCK, &mask, &m_mask);
 }
 
-InterruptionScope::~InterruptionScope()
+std::string ChildResult::EndText() const
 {
-    for (std::size_t i = 0; i < m_actions.size(); ++i)
-        sigaction(kSignals[i], &m_actions[i], nullptr);
-    sigprocmask(SIG_SETMASK, &m_mask, nullptr);
+    char const* const text = signal != 0 ? strsignal(signal) : "early";
+    return std::string("(") + (text ? text : "signal " + std::to_string(signal)) + ')';
 }
 
-ChildResult RunInChild(std::function<std::string()> const& work)
+ChildResult RunInChild(std::function<std::string(ChildVoice const&)> const& work, Progress const& progress)
 {
     std::array<int, 2> ends{};
     if (pipe2(ends.data(), O_CLOEXEC) != 0)
         Fail("a pipe");
-    interrupted = 0;
-    InterruptionScope const signals;
-    pid_t const child = fork();
-    if (child < 0)
+    pid_t const self = getpid();
+    pid_t const process = fork();
+    if (process == 0)
     {
         close(ends[0]);
-        close(ends[1]);
+        WorkAndExit(work, ends[1], self);
+    }
+    int const error = errno;
+    close(ends[1]);
+    if (process < 0)
+    {
+        close(ends[0]);
+        errno = error;
         Fail("a child process");
     }
-    if (child == 0)
-    {
-        close(ends[0]);
-        // Signals stay held back: whoever started this ends it.
-        RunAndExit(work, ends[1]);
-    }
-    close(ends[1]);
+    Child child(process, ends[0]);
+    ChildReport report;
     ChildResult result;
-    std::string answer;
-    std::array<char, 4096> bytes;
-    while (!interrupted)
-    {
-        WaitFor(ends[0]);
-        if (interrupted)
-            break;
-        ssize_t const count = read(ends[0], bytes.data(), bytes.size());
-        if (count > 0)
-            answer.append(bytes.data(), static_cast<std::size_t>(count));
-        else if (count == 0 || errno != EINTR)
-            break;
-    }
-    close(ends[0]);
-    if (interrupted)
-        kill(child, SIGKILL);
-    int status = 0;
-    while (waitpid(child, &status, 0) < 0 && errno == EINTR)
-    {
-    }
-    result.isInterrupted = interrupted != 0;
-    if (WIFSIGNALED(status))
-        result.signal = WTERMSIG(status);
-    if (WIFEXITED(status) && WEXITSTATUS(status) == EXIT_SUCCESS && answer.ends_with('\n'))
-    {
-        answer.pop_back();
-        result.answer = std::move(answer);
-    }
+    result.isCancelled = !Listen(child.Pipe(), report, progress);
+    if (result.isCancelled)
+        return result;
+    int const status = child.Wait();
+    result.signal = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
+    if (!report.IsWhole())
+        return result;
+    result.answer = report.Result();
+    result.remarks = report.Remarks();
+    result.failure = report.Failure();
     return result;
-}
-
-std::string SignalText(int signal)
-{
-    char const* const text = strsignal(signal);
-    return text ? text : "signal " + std::to_string(signal);
 }
 
 }  // namespace KVR

@@ -1,46 +1,54 @@
 #pragma once
 
-#include <array>
-#include <csignal>
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
+
+#include "exchange/Progress.h"
 
 namespace KVR
 {
 
+/// How a child process tells whoever started it what is going on. Whoever is gone ends the process.
+class ChildVoice
+{
+public:
+    /// Writes to a pipe, which it does not own.
+    explicit ChildVoice(int pipe) noexcept : m_pipe(pipe) {}
+
+    void Progress(ProgressReport const& report) const;
+    void Remark(std::string const& sentence) const;
+    void Failure(std::string const& cause) const;
+    void Result(std::string const& answer) const;
+
+private:
+    void Write(std::string const& record) const;
+
+    int m_pipe;
+};
+
 /// How work in a child process ended.
 struct ChildResult
 {
-    /// What the work answered: empty when it was not done to its end.
+    /// What the work answered; nothing when it failed or was cancelled.
     std::optional<std::string> answer;
-    /// The signal that ended the child, 0 for none.
+    /// What it remarked.
+    std::vector<std::string> remarks;
+    /// Why it failed: what it threw; nothing when its process ended before that, or it did not fail.
+    std::optional<std::string> failure;
+    /// The signal that ended the process, 0 for none.
     int signal = 0;
-    /// Whether the user ended the program meanwhile (SIGINT, SIGTERM, SIGHUP); the child is gone then.
-    bool isInterrupted = false;
+    /// Whether the callback did not want it to go on; the process is gone then.
+    bool isCancelled = false;
+
+    /// How a process ended that told of no failure, in brackets: "(Segmentation fault)", "(early)".
+    std::string EndText() const;
 };
 
-/// Holds back the signals by which a user ends the program (SIGINT, SIGTERM, SIGHUP) while it lives: they reach it in
-/// RunInChild alone, and one that comes later ends the program afterwards. Whoever makes files that must not stay makes
-/// this first.
-class InterruptionScope
-{
-public:
-    InterruptionScope();
-    ~InterruptionScope();
-    InterruptionScope(InterruptionScope const&) = delete;
-    InterruptionScope& operator=(InterruptionScope const&) = delete;
-
-private:
-    std::array<struct sigaction, 3> m_actions{};
-    sigset_t m_mask{};
-};
-
-/// Does work in a child process, where it may crash: what it answers comes back. The work throws nothing. The program
-/// has one thread when this is called. Throws std::system_error when there can be no child.
-ChildResult RunInChild(std::function<std::string()> const& work);
-
-/// The text of a signal, such as "Segmentation fault".
-std::string SignalText(int signal);
+/// Does work in a child process, where it may crash: what it answers, remarks and throws comes back. The process ends
+/// with that of the caller. The callback is asked a few times a second, and when a signal arrives. Throws
+/// std::system_error when there can be no child, and what the callback throws; the child is gone then.
+ChildResult RunInChild(std::function<std::string(ChildVoice const&)> const& work, Progress const& progress);
 
 }  // namespace KVR

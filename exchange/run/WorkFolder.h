@@ -2,6 +2,8 @@
 
 #include <filesystem>
 
+#include "exchange/run/ScratchFolder.h"
+
 namespace KVR
 {
 
@@ -11,12 +13,9 @@ class WorkFolder
 {
 public:
     explicit WorkFolder(std::filesystem::path const& target);
-    ~WorkFolder();
-    WorkFolder(WorkFolder const&) = delete;
-    WorkFolder& operator=(WorkFolder const&) = delete;
 
     /// Where to write the file: its own name, in the folder.
-    std::filesystem::path Inside() const { return m_path / m_target.filename(); }
+    std::filesystem::path Inside() const { return m_folder.Path() / m_target.filename(); }
     std::filesystem::path const& Target() const noexcept { return m_target; }
 
     /// Whether a file of that name stands in the folder.
@@ -26,7 +25,7 @@ public:
 
 private:
     std::filesystem::path m_target;
-    std::filesystem::path m_path;
+    ScratchFolder m_folder;
 };
 
 }  // namespace KVR

@@ -1,9 +1,10 @@
 #include "host/notes/JsonNoteWriter.h"
 
+#include <array>
 #include <string>
 
+#include "describe/JsonAnswers.h"
 #include "host/ObjectJson.h"
-#include "host/dump/DumpValues.h"
 #include "scene/SceneNote.h"
 
 namespace KVR
@@ -35,7 +36,7 @@ void WriteTriple(JsonWriter& json, std::string_view name, std::optional<SceneNot
 {
     json.Key(name);
     if (triple)
-        WriteRow(json, (*triple)[0], (*triple)[1], (*triple)[2]);
+        WriteValue(json, std::array{(*triple)[0], (*triple)[1], (*triple)[2]});
     else
         json.Null();
 }

@@ -1,13 +1,11 @@
 #include "host/notes/Notes.h"
 
-#include <deque>
 #include <memory>
-#include <unordered_set>
 
+#include "describe/ReferenceWalk.h"
 #include "framework/api/IAnnotationCallout.h"
 #include "framework/api/IProducer.h"
 #include "framework/api/ObjectVisitor.h"
-#include "host/dump/References.h"
 #include "host/notes/JsonNoteWriter.h"
 #include "host/notes/NotesOptions.h"
 #include "host/notes/TextNoteWriter.h"
@@ -31,45 +29,6 @@ private:
     IAnnotationCallout const* m_callout = nullptr;
 };
 
-// The walk of a dump, of which the callouts alone are written.
-class Walk
-{
-public:
-    Walk(IProducer& producer, NoteWriter& writer) : m_producer(producer), m_writer(writer) {}
-
-    void From(UTF8String const& id)
-    {
-        Reach(id);
-        std::vector<UTF8String> references;
-        for (; !m_queue.empty(); m_queue.pop_front())
-        {
-            IObject* const object = m_producer.Load(m_queue.front());
-            if (!object)
-                continue;
-            CalloutVisitor visitor;
-            object->AcceptVisitor(&visitor);
-            if (visitor.Callout())
-                m_writer.Write(SceneNote::Of(m_producer, *visitor.Callout()));
-            references.clear();
-            CollectReferences(*object, references);
-            for (UTF8String const& reference : references)
-                Reach(reference);
-        }
-    }
-
-private:
-    void Reach(UTF8String const& id)
-    {
-        if (m_reached.insert(id).second)
-            m_queue.push_back(id);
-    }
-
-    IProducer& m_producer;
-    NoteWriter& m_writer;
-    std::unordered_set<UTF8String> m_reached;
-    std::deque<UTF8String> m_queue;
-};
-
 }  // namespace
 
 void WriteNotes(IProducer& producer, std::vector<UTF8String> const& ids, NotesOptions const& options, Output& out)
@@ -79,9 +38,19 @@ void WriteNotes(IProducer& producer, std::vector<UTF8String> const& ids, NotesOp
         writer = std::make_unique<JsonNoteWriter>(out);
     else
         writer = std::make_unique<TextNoteWriter>(out, options.color);
-    Walk walk(producer, *writer);
+    ReferenceWalk walk(producer);
     for (UTF8String const& id : ids)
-        walk.From(id);
+    {
+        walk.Reach(id);
+        while (walk.Next())
+        {
+            CalloutVisitor visitor;
+            if (walk.Object())
+                walk.Object()->AcceptVisitor(&visitor);
+            if (visitor.Callout())
+                writer->Write(SceneNote::Of(producer, *visitor.Callout()));
+        }
+    }
     writer->Finish();
 }
 

@@ -1,5 +1,6 @@
 #include "host/tree/JsonTreeWriter.h"
 
+#include "describe/JsonAnswers.h"
 #include "host/ObjectJson.h"
 #include "host/tree/GeometryFacts.h"
 #include "host/tree/StyleColors.h"

@@ -1,12 +1,9 @@
 #include "host/views/SceneViews.h"
 
-#include <deque>
-#include <unordered_set>
-
+#include "describe/ReferenceWalk.h"
 #include "framework/api/IProducer.h"
 #include "framework/api/IView.h"
 #include "framework/api/ObjectVisitor.h"
-#include "host/dump/References.h"
 
 namespace KVR
 {
@@ -34,22 +31,12 @@ SceneViews SceneViews::Of(IProducer& producer, UTF8String const& rootId)
 {
     SceneViews found;
     Collector collector(found);
-    std::unordered_set<UTF8String> reached{rootId};
-    std::deque<UTF8String> queue{rootId};
-    std::vector<UTF8String> references;
-    for (; !queue.empty(); queue.pop_front())
+    ReferenceWalk walk(producer);
+    walk.Reach(rootId);
+    while (walk.Next())
     {
-        IObject* const object = producer.Load(queue.front());
-        if (!object)
-            continue;
-        object->AcceptVisitor(&collector);
-        references.clear();
-        CollectReferences(*object, references);
-        for (UTF8String& reference : references)
-        {
-            if (reached.insert(reference).second)
-                queue.push_back(std::move(reference));
-        }
+        if (walk.Object())
+            walk.Object()->AcceptVisitor(&collector);
     }
     return found;
 }

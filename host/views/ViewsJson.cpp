@@ -1,4 +1,4 @@
-#include "host/dump/DumpValues.h"
+#include "describe/JsonAnswers.h"
 #include "host/views/SceneViews.h"
 #include "host/views/Views.h"
 #include "output/JsonWriter.h"

@@ -17,6 +17,8 @@ namespace
 
 // What is assumed of a curve that tells no degree of its own.
 constexpr unsigned kDegreeOfAny = 63;
+// A composite that has itself for segments would have no end.
+constexpr std::size_t kMostPieces = 10'000'000;
 // Segments meet where their ends are no farther apart than this fraction of the largest coordinate.
 constexpr double kMeeting = 1e-9;
 
@@ -77,8 +79,13 @@ void CurveDataLines::Add(ICurveData& data)
 {
     m_linesBefore = m_lines.Count();
     m_pieces.assign(1, {&data, 0});
-    while (!m_pieces.empty())
+    for (std::size_t count = 0; !m_pieces.empty(); ++count)
     {
+        if (count == kMostPieces)
+        {
+            m_lines.missing += m_pieces.size();
+            return;
+        }
         Piece const piece = m_pieces.back();
         m_pieces.pop_back();
         if (!piece.data || piece.level > kDeepestCurveNesting)

@@ -91,7 +91,10 @@ bool CurveSampler::Turning(double first, double last, double radius)
     double const rise = radius > 0.0 ? std::min(m_distance / radius, 1.0) : 1.0;
     double const step = std::min(4.0 * std::asin(std::sqrt(0.5 * rise)), kWidestStep);
     double const count = std::ceil(std::abs(range) / step * (1.0 - 1e-9));
-    auto const pieces = static_cast<std::size_t>(std::clamp(count, 1.0, static_cast<double>(kMostPoints)));
+    auto pieces = static_cast<std::size_t>(std::clamp(count, 1.0, static_cast<double>(kMostPoints)));
+    // So that the ends of both axes of a whole ellipse are among the points.
+    if (std::abs(range) > kTurn * (1.0 - 1e-9))
+        pieces = (pieces + 3) / 4 * 4;
     std::vector<double> parameters;
     parameters.reserve(pieces + 1);
     for (std::size_t i = 0; i < pieces; ++i)

@@ -37,6 +37,7 @@ bool IsBelow(int index, std::size_t count)
 MeshTriangles::MeshTriangles(IPolygonMesh& mesh, SceneMesh& target)
     : m_mesh(mesh),
       m_target(target),
+      m_runs(mesh.VertexCount()),
       m_type(mesh.MeshType()),
       m_polygonCount(mesh.PolygonCount()),
       m_normalCount(mesh.NormalCount())

@@ -82,6 +82,7 @@ void TriangleRuns::Append(SceneMesh& mesh, Content&& content, bool hasNormals, b
 
 void TriangleRuns::MoveInto(SceneMesh& mesh, bool hasFaces)
 {
+    std::vector<Seen>().swap(m_seen);
     bool const hasNormals = std::any_of(m_runs.begin(), m_runs.end(), [](auto const& c) { return c.run.hasNormals; });
     bool const hasTexture = std::any_of(m_runs.begin(), m_runs.end(), [](auto const& c) { return c.run.hasTexture; });
     std::size_t vertices = 0;

@@ -44,6 +44,8 @@ public:
         return {m_slots[slot], true};
     }
 
+    TriangleCorner const& At(std::uint32_t number) const { return m_corners[number]; }
+
 private:
     void Grow();
     std::size_t SlotOf(TriangleCorner const& corner) const noexcept
@@ -62,6 +64,9 @@ private:
 class TriangleRuns
 {
 public:
+    /// For a source of so many vertices.
+    explicit TriangleRuns(std::size_t vertexCount) : m_seen(vertexCount) {}
+
     /// The place of the run of a style; made when there is none.
     std::size_t RunOf(std::string_view style, bool hasNormals, bool hasTexture);
 
@@ -73,7 +78,15 @@ public:
         Content& target = m_runs[run];
         for (TriangleCorner const& corner : corners)
         {
+            // The triangles around a vertex are neighbours as a rule, and have the same corner there.
+            Seen& seen = m_seen[corner.vertex];
+            if (seen.run == run && target.numbers.At(seen.number) == corner)
+            {
+                target.indices.push_back(seen.number);
+                continue;
+            }
             auto const [number, isNew] = target.numbers.Add(corner);
+            seen = {static_cast<std::uint32_t>(run), number};
             target.indices.push_back(number);
             if (!isNew)
                 continue;
@@ -103,9 +116,17 @@ private:
         std::vector<std::uint32_t> faces;
     };
 
+    /// The corner of a vertex that was added last.
+    struct Seen
+    {
+        std::uint32_t run = TriangleCorner::kNone;
+        std::uint32_t number = 0;
+    };
+
     static void AddNormal(Content& target, std::array<double, 3> const& normal);
     static void Append(SceneMesh& mesh, Content&& content, bool hasNormals, bool hasTexture, bool hasFaces);
 
+    std::vector<Seen> m_seen;
     std::vector<Content> m_runs;
     std::unordered_map<std::string, std::size_t> m_places;
 };

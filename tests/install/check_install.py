@@ -22,6 +22,10 @@ TREE = ([(0, "file as1-oc-214"), (1, "assembly as1"),
          (2, "assembly rod-assembly"), (3, "part nut"), (3, "part nut"), (3, "part rod")]
         + BRACKET + [(2, "part plate")] + BRACKET)
 
+# What the libraries export.
+PRODUCER = re.compile(r"(vtable for |typeinfo for |typeinfo name for )?KVR::XMLProducer(Options)?(::|$)")
+EXCHANGE = re.compile(r"KVR::(ImportModel|ExportScene|CertifyModel|IsExportFormat|ExportFormats)[(\[]")
+
 
 def run(*command, **options):
     """The command's standard output; ends the test with all its output when it fails."""
@@ -77,16 +81,29 @@ def check_headers(options, prefix, folder):
         *(flag for flag in pkg_config_flags(options, prefix) if flag.startswith("-I")), source)
 
 
-def check_exports(library):
-    """The producer's library exports its two classes and nothing else of the project."""
+def check_exchange(options, prefix, folder):
+    """A program of another project imports a model and exports the scene."""
+    run(options.cmake, "-G", "Ninja", "-S", options.source / "tests/install/exchange", "-B", folder,
+        "-D", f"CMAKE_PREFIX_PATH={prefix}", "-D", f"CMAKE_CXX_COMPILER={options.compiler}",
+        "-D", "CMAKE_FIND_USE_PACKAGE_REGISTRY=OFF")
+    run(options.cmake, "--build", folder)
+    target = folder / "out.step"
+    printed = run(folder / "exchange", options.source / "examples/models/as1-oc-214.stp", folder / "scene.xml", target)
+    if printed != "5 parts, 13 instances; writing\n":
+        sys.exit(f"the program that imports and exports printed {printed}")
+    if not target.read_bytes().startswith(b"ISO-10303-21;"):
+        sys.exit("the program that imports and exports wrote no STEP file")
+
+
+def check_exports(library, own, expected):
+    """The library exports what is expected of it and nothing else of the project."""
     lines = [line.split(maxsplit=2) for line in
              run("nm", "--dynamic", "--defined-only", "--demangle", library).splitlines()]
     # Weak symbols (V, W) are inline code of other libraries' classes and of templates.
     names = [name for _, kind, name in lines if kind in "BDRT" and "KVR::" in name]
-    own = re.compile(r"(vtable for |typeinfo for |typeinfo name for )?KVR::XMLProducer(Options)?(::|$)")
     alien = [name for name in names if not own.match(name)]
-    if alien or not any(name.startswith("KVR::XMLProducer::BeginProcess(") for name in names):
-        sys.exit("\n".join([f"{library} should export XMLProducer and XMLProducerOptions alone:", *names]))
+    if alien or not any(name.startswith(expected) for name in names):
+        sys.exit("\n".join([f"{library} should export {own.pattern} alone:", *names]))
 
 
 def main():
@@ -108,9 +125,11 @@ def main():
         check_tree("find_package", run(build_with_cmake(options, prefix, folder / "with_cmake"), scene))
         check_tree("pkg-config", run(build_with_pkg_config(options, prefix, folder / "with_pkg_config"), scene))
         check_headers(options, prefix, folder / "headers")
-        libraries = list(prefix.rglob("libkvr_xml_producer.so"))
-        if len(libraries) == 1:
-            check_exports(libraries[0])
+        check_exchange(options, prefix, folder / "exchange")
+        for library in prefix.rglob("libkvr_xml_producer.so"):
+            check_exports(library, PRODUCER, "KVR::XMLProducer::BeginProcess(")
+        for library in prefix.rglob("libkvr_exchange.so"):
+            check_exports(library, EXCHANGE, "KVR::ImportModel(")
         program = prefix / "bin/kvr"
         if "l-bracket-assembly" not in run(program, "tree", scene):
             sys.exit("the installed program does not print the tree")

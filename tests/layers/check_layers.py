@@ -38,6 +38,7 @@ GROUPS = (
     ("describe/", "describe"),
     ("scene/ExtensionTypes.h", "extension types"),
     ("scene/", "scene"),
+    ("exchange/source/SceneOptions.h", "exchange"),
     ("exchange/run/", "run"),
     ("exchange/conventions/", "conventions"),
     ("exchange/source/", "source"),
@@ -45,6 +46,7 @@ GROUPS = (
     ("exchange/import/", "import"),
     ("exchange/export/", "export"),
     ("exchange/certify/", "certify"),
+    ("exchange/", "exchange"),
     ("host/", "host"),
 )
 
@@ -77,16 +79,22 @@ MAY_INCLUDE = {
     # Names alone: what is written into scenes and understood in them.
     "extension types": (),
     "scene": ("api", "kernel", "gmk_interface", "extension types"),
+    # The public headers of the exchange stand on the interfaces and the scene alone, which makes them low enough for
+    # everybody in it and for any program; what they promise is done in import, export and certify, none of which knows
+    # the other two.
+    "exchange": ("api", "scene"),
     # What touches files and processes; what a scene of the exchange says in extension data; how a scene file is opened;
     # models of other programs as documents of Open CASCADE.
-    "run": ("api", "output"),
+    "run": ("api", "output", "exchange"),
     "conventions": ("api",),
-    "source": ("api", "facade", "output"),
-    "model": ("api", "kernel"),
-    "import": ("extension types", "api", "kernel", "authoring", "xml_util", "output", "run", "conventions", "model"),
-    "export": ("extension types", "api", "kernel", "gmk_interface", "scene", "output", "run", "conventions", "source"),
-    "certify": ("api", "kernel", "scene", "output", "run", "conventions", "source", "model"),
-    "host": ("api", "kernel", "facade", "output", "describe", "scene", "run", "source", "import", "export", "certify"),
+    "source": ("api", "facade", "output", "exchange"),
+    "model": ("api", "kernel", "run"),
+    "import": ("extension types", "api", "kernel", "authoring", "xml_util", "output", "exchange", "run", "conventions",
+               "model"),
+    "export": ("extension types", "api", "kernel", "gmk_interface", "scene", "output", "exchange", "run", "conventions",
+               "source"),
+    "certify": ("api", "kernel", "scene", "output", "exchange", "run", "conventions", "source", "model"),
+    "host": ("api", "kernel", "facade", "output", "describe", "scene", "source", "exchange"),
 }
 
 # Headers that everybody below the producer's top sees, and that therefore name other classes by declaration only.

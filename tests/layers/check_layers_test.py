@@ -52,6 +52,20 @@ class LayerCheck(unittest.TestCase):
         self.write("framework/kernel/Entity.h", '#include "framework/api/IObject.h"\n')
         self.assertEqual(len(self.problems()), 2)
 
+    def test_the_parts_of_the_exchange_know_each_other_by_its_public_headers_alone(self):
+        self.write("exchange/ImportModel.h")
+        self.write("exchange/run/ChildProcess.h")
+        self.write("exchange/import/SceneImport.h")
+        self.write("exchange/certify/CertifyModel.cpp",
+                   '#include "exchange/ImportModel.h"\n#include "exchange/run/ChildProcess.h"\n')
+        self.write("host/ImportCommand.cpp", '#include "exchange/ImportModel.h"\n')
+        self.assertEqual(self.problems(), [])
+        self.write("exchange/certify/DocumentFacts.cpp", '#include "exchange/import/SceneImport.h"\n')
+        self.write("exchange/export/Ply.cpp", '#include "exchange/import/SceneImport.h"\n')
+        self.write("host/ExportCommand.cpp", '#include "exchange/run/ChildProcess.h"\n')
+        problems = self.problems()
+        self.assertEqual(len(problems), 3, problems)
+
     def test_the_context_headers_are_below_the_producers_other_files(self):
         self.write("producer/XMLProducerImpl.h")
         self.write("producer/Dispatch.h")

@@ -1,3 +1,4 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -334,14 +335,20 @@ TEST(Lifecycle, TheFullSceneAnswersWhatItSays)
     WriteSideFiles(scene);
     scene.Begin();
     SceneAnswers const answers = WalkScene(scene.Producer(), FullSceneIds());
+    std::string const kAbsent = "\nAbsent: ";
     EXPECT_EQ(answers.files, 1U);
     EXPECT_EQ(answers.assemblies, 2U);
     EXPECT_EQ(answers.parts, 2U);
     EXPECT_EQ(answers.instances, 4U);
     EXPECT_EQ(answers.shapes, 15U);
     EXPECT_EQ(answers.notes, 2U);
-    // An element that names nothing, an id that nobody names, and the empty id.
-    EXPECT_EQ(answers.absent, 3U);
+    std::vector<std::string> absent;
+    for (auto at = answers.text.find(kAbsent); at != std::string::npos; at = answers.text.find(kAbsent, at + 1))
+        absent.push_back(
+            answers.text.substr(at + kAbsent.size(), answers.text.find('\n', at + 1) - at - kAbsent.size()));
+    // An element that names nothing, ids that nobody names, the empty one among them, and styles without an element.
+    EXPECT_THAT(absent, testing::ElementsAre("ghost", "evil", "", "s3", "s6", "s4", "s5", "s7"));
+    EXPECT_EQ(answers.absent, absent.size());
 }
 
 }  // namespace KVR::Test

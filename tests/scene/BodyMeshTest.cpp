@@ -8,6 +8,7 @@
 #include <TopoDS_Compound.hxx>
 #include <TopoDS_Solid.hxx>
 #include <cmath>
+#include <limits>
 #include <set>
 
 #include "scene/SceneMesh.h"
@@ -95,6 +96,17 @@ TEST(SceneMeshOfBody, AFinerDeflectionHasMoreTriangles)
     PlainBrep coarse(new BODY(BRepPrimAPI_MakeCylinder(1.0, 1.0).Solid()));
     PlainBrep fine(new BODY(BRepPrimAPI_MakeCylinder(1.0, 1.0).Solid()));
     EXPECT_LT(SceneMesh::Of(coarse, 1e-2).TriangleCount(), SceneMesh::Of(fine, 1e-4).TriangleCount());
+}
+
+TEST(SceneMeshOfBody, NoDeflectionIsTooFineAndNoBodyTooSmall)
+{
+    for (double const deflection : {0.0, -1.0, 1e-300, std::numeric_limits<double>::quiet_NaN()})
+    {
+        PlainBrep brep(new BODY(BoxShape(1, 2, 3)));
+        EXPECT_EQ(SceneMesh::Of(brep, deflection).TriangleCount(), 12U) << deflection;
+    }
+    PlainBrep brep(new BODY(BoxShape(1e-5, 1e-5, 1e-5)));
+    EXPECT_EQ(SceneMesh::Of(brep, 1e-3).TriangleCount(), 12U);
 }
 
 TEST(SceneMeshOfBody, AWireHasEdgesAlone)

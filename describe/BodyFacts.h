@@ -1,0 +1,29 @@
+#pragma once
+
+#include <array>
+#include <optional>
+
+namespace KVR
+{
+
+class BODY;
+class curve;
+
+// What is measured of the kernel's entities. A measure that cannot be taken is nothing, and so is what an infinite
+// curve does not have.
+
+unsigned long long SolidCount(BODY const& body);
+unsigned long long FaceCount(BODY const& body);
+unsigned long long EdgeCount(BODY const& body);
+unsigned long long VertexCount(BODY const& body);
+/// That of the solids.
+std::optional<double> Volume(BODY const& body);
+std::optional<double> Area(BODY const& body);
+/// The low corner, then the high one.
+std::optional<std::array<double, 6>> BoundingBox(BODY const& body);
+
+std::optional<double> Length(curve const& kernelCurve);
+std::optional<std::array<double, 3>> Start(curve const& kernelCurve);
+std::optional<std::array<double, 3>> End(curve const& kernelCurve);
+
+}  // namespace KVR

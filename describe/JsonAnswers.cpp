@@ -1,0 +1,47 @@
+#include "describe/JsonAnswers.h"
+
+namespace KVR
+{
+
+bool JsonAnswers::BeginMember(Row const& row)
+{
+    if (m_isSummary && row.isLong)
+        return false;
+    m_json.Key(row.name);
+    return true;
+}
+
+void JsonAnswers::BeginObject(Interface const& interface)
+{
+    m_json.BeginObject(interface.form == Interface::Form::Short ? JsonWriter::Layout::Row : JsonWriter::Layout::Lines);
+    if (interface.form != Interface::Form::Named)
+        return;
+    m_json.Key("Class");
+    m_json.String(interface.name);
+}
+
+void JsonAnswers::Numbers(double const* values, std::size_t count)
+{
+    m_json.BeginList(JsonWriter::Layout::Row);
+    for (std::size_t i = 0; i < count; ++i)
+        m_json.Number(values[i]);
+    m_json.EndList();
+}
+
+void JsonAnswers::Indices(int const* values, std::size_t count)
+{
+    m_json.BeginList(JsonWriter::Layout::Row);
+    for (std::size_t i = 0; i < count; ++i)
+        m_json.Integer(values[i]);
+    m_json.EndList();
+}
+
+void JsonAnswers::Indices(unsigned int const* values, std::size_t count)
+{
+    m_json.BeginList(JsonWriter::Layout::Row);
+    for (std::size_t i = 0; i < count; ++i)
+        m_json.Unsigned(values[i]);
+    m_json.EndList();
+}
+
+}  // namespace KVR

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <deque>
+#include <unordered_set>
+#include <vector>
+
+#include "framework/api/UTF8String.h"
+
+namespace KVR
+{
+
+class IObject;
+class IProducer;
+
+/// Appends the ids that an object names: its children, then single objects, its sets of ids, and the sets in its lists,
+/// each in the order of its table. Ids of properties, and those in occurrence paths, are no references to objects.
+void CollectReferences(IObject& object, std::vector<UTF8String>& ids);
+
+/// Every object that is reached from some ids over references, each once, in the order in which it was reached. Not
+/// recursive: any depth will do.
+///
+///     ReferenceWalk walk(producer);
+///     walk.Reach(rootId);
+///     while (walk.Next())
+///         Use(walk.Id(), walk.Object());
+class ReferenceWalk
+{
+public:
+    explicit ReferenceWalk(IProducer& producer) : m_producer(producer) {}
+
+    /// Appends an id to go to, unless it was reached before; also between two steps.
+    void Reach(UTF8String const& id);
+    /// Goes to the next id; false when there is none. What the object before names counts as reached by then.
+    bool Next();
+
+    UTF8String const& Id() const { return m_id; }
+    /// Null for an id that the producer does not find.
+    IObject* Object() const { return m_object; }
+
+private:
+    IProducer& m_producer;
+    UTF8String m_id;
+    IObject* m_object = nullptr;
+    std::unordered_set<UTF8String> m_reached;
+    std::deque<UTF8String> m_queue;
+    std::vector<UTF8String> m_references;
+};
+
+}  // namespace KVR

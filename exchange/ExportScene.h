@@ -1,0 +1,55 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "exchange/Export.h"
+#include "exchange/Progress.h"
+#include "exchange/source/SceneOptions.h"
+#include "scene/SceneFilter.h"
+
+namespace KVR
+{
+
+class IProducer;
+class UTF8String;
+
+struct ExportOptions
+{
+    SceneFilter filter;
+    /// How far the triangles of a body without a mesh may be from it, and the lines of a curve from each piece of it,
+    /// as a fraction of the diagonal of the box.
+    double deflection = 1e-3;
+    /// Whether a mesh without a body is written to STEP and BREP as flat faces.
+    bool meshFaces = false;
+};
+
+/// What came of an export. All texts are UTF-8, and safe to be shown on a terminal.
+struct ExportResult
+{
+    Outcome outcome = Outcome::kFailed;
+    /// What stood in the way, in one sentence without its full stop that names the file. Empty unless the export
+    /// failed.
+    std::string failure;
+    /// Sentences without their full stops: what of the scene the format has no place for.
+    std::vector<std::string> remarks;
+};
+
+/// Whether there is a format with the extension of that path, in whatever case.
+KVR_EXCHANGE_API bool IsExportFormat(std::string const& path);
+/// The extensions of all formats, for a message: ".glb .gltf ...".
+KVR_EXCHANGE_API std::string ExportFormats();
+
+/// Reads a scene file and writes it in the format of the extension of `path`, which must be one. The file and those
+/// beside it (".bin", ".mtl") appear whole, itself last, or not at all; what was there is replaced. Works in a child
+/// process, so that a crash is a failure like another; see ImportModel on threads. Progress tells the stages "reading"
+/// and "writing". Throws std::bad_alloc and what the callback throws; all else is a failure in the result.
+KVR_EXCHANGE_API ExportResult ExportScene(SceneOptions const& scene, std::string const& path,
+                                          ExportOptions const& options = {}, Progress const& progress = {});
+
+/// The same of a scene that a producer serves: after its BeginProcess, from the object `rootId` down. Works in this
+/// process, where nothing holds a crash back, and asks whether to go on between the stages alone.
+KVR_EXCHANGE_API ExportResult ExportScene(IProducer& producer, UTF8String const& rootId, std::string const& path,
+                                          ExportOptions const& options = {}, Progress const& progress = {});
+
+}  // namespace KVR

@@ -1,0 +1,80 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "exchange/Export.h"
+#include "exchange/Progress.h"
+#include "framework/api/Enums.h"
+
+namespace KVR
+{
+
+/// How far meshes may be from bodies: a length above 0 in the model's unit, or a fraction of the diagonal of the
+/// model's box.
+struct Deflection
+{
+    double value = 1e-3;
+    bool isFraction = true;
+};
+
+struct ImportOptions
+{
+    Deflection deflection;
+    bool withMeshes = true;
+    bool withBreps = true;
+    /// Whether kernel stores are texts.
+    bool asText = false;
+    /// Whether annotations (dimensions, tolerances, datums) and views are read.
+    bool withAnnotations = true;
+    /// The unit of length of a model that states none.
+    UnitTypeEnum unit = kUnitType_Millimeter;
+};
+
+/// What a scene holds.
+struct ImportCounts
+{
+    std::size_t assemblies = 0;
+    std::size_t parts = 0;
+    std::size_t instances = 0;
+    std::size_t bodies = 0;
+    std::size_t triangles = 0;
+};
+
+/// What came of an import. All texts are UTF-8.
+struct ImportResult
+{
+    Outcome outcome = Outcome::kFailed;
+    /// What stood in the way, in one sentence without its full stop that names the file: safe to be shown on a
+    /// terminal. Empty unless the import failed.
+    std::string failure;
+    /// Sentences without their full stops: what else there is to know of a good result, and what the scene lacks.
+    std::vector<std::string> remarks;
+    /// What the model holds and the scene does not, by kinds in the plural ("comments") with their counts; the remarks
+    /// tell it, too.
+    std::vector<std::pair<std::string, unsigned long long>> losses;
+
+    ImportCounts counts;
+    /// The scene's unit of length, which is the model's.
+    UnitTypeEnum unit = kUnitType_Millimeter;
+    /// Whether the model states its unit.
+    bool isUnitStated = false;
+    /// Whether annotations and views were read: not when they were not wanted, or when the model could only be read
+    /// without them.
+    bool hasAnnotations = true;
+    /// How far meshes may be from bodies, in the scene's unit; 0 when nothing was meshed.
+    double deflection = 0.0;
+};
+
+/// Makes a scene of a model: STEP, IGES, BREP, glTF, STL, OBJ or PLY, told apart by content and name. The scene's files
+/// appear whole, the scene itself last, or not at all; files of these names are replaced. Paths are UTF-8. The model is
+/// read in a child process, so that one that crashes its reader is a failure like another; whoever has further threads
+/// sees to it that none of them holds a lock of Open CASCADE's when this is called. Progress tells the stages "reading"
+/// (with a fraction for STEP, IGES, STL, OBJ and glTF) and "writing". Throws std::bad_alloc and what the callback
+/// throws; all else is a failure in the result.
+KVR_EXCHANGE_API ImportResult ImportModel(std::string const& modelPath, std::string const& scenePath,
+                                          ImportOptions const& options = {}, Progress const& progress = {});
+
+}  // namespace KVR

@@ -1,0 +1,174 @@
+#include "exchange/ImportModel.h"
+
+#include <cerrno>
+#include <filesystem>
+#include <map>
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <stdexcept>
+#include <system_error>
+
+#include "exchange/import/SceneImport.h"
+#include "exchange/model/ModelDocument.h"
+#include "exchange/model/ModelError.h"
+#include "exchange/model/ModelFormat.h"
+#include "exchange/run/ChildProcess.h"
+#include "exchange/run/Heard.h"
+#include "exchange/run/WorkFolder.h"
+#include "framework/api/Exception.h"
+#include "framework/xml_util/XMLStrUtil.h"
+#include "output/SafeText.h"
+
+namespace KVR
+{
+
+namespace
+{
+
+namespace fs = std::filesystem;
+using nlohmann::json;
+
+constexpr char kStage_Reading[] = "reading";
+constexpr char kStage_Writing[] = "writing";
+
+// In words, as in "millimeter".
+std::string UnitWord(UnitTypeEnum unit)
+{
+    std::string_view text = XMLStrUtil::UnitTypeToString(unit);
+    text.remove_prefix(text.find('_') + 1);
+    std::string word(text);
+    word.front() = static_cast<char>(word.front() - 'A' + 'a');
+    return word;
+}
+
+// What the child answers: the facts of a result.
+std::string AnswerOf(ModelDocument const& model, ImportReport const& report)
+{
+    ImportCounts const& counts = report.counts;
+    return json{{"counts", {counts.assemblies, counts.parts, counts.instances, counts.bodies, counts.triangles}},
+                {"unit", model.unit},
+                {"isUnitStated", model.isUnitStated},
+                {"deflection", report.deflection},
+                {"losses", report.losses.Counts()}}
+        .dump(-1, ' ', false, json::error_handler_t::replace);
+}
+
+void ReadAnswer(std::string const& answer, ImportResult& result)
+{
+    json const facts = json::parse(answer);
+    json const& counts = facts.at("counts");
+    result.counts = {counts.at(0), counts.at(1), counts.at(2), counts.at(3), counts.at(4)};
+    result.unit = facts.at("unit");
+    result.isUnitStated = facts.at("isUnitStated");
+    result.deflection = facts.at("deflection");
+    for (auto const& [kind, count] : facts.at("losses").get<std::map<std::string, unsigned long long>>())
+        result.losses.emplace_back(kind, count);
+}
+
+// What the child does.
+std::string ImportHere(std::string const& modelPath, ModelFormat format, std::string const& scenePath,
+                       ImportOptions const& options, ChildVoice const& voice)
+{
+    ModelReadOptions reading;
+    reading.withAnnotations = options.withAnnotations;
+    reading.unit = options.unit;
+    reading.progress = [&](double fraction) { voice.Progress({kStage_Reading, fraction}); };
+    ModelDocument const model = ModelDocument::Read(modelPath, format, reading);
+    voice.Progress({kStage_Writing, std::nullopt});
+    try
+    {
+        ImportReport const report = WriteSceneOf(model, modelPath, scenePath, options);
+        return AnswerOf(model, report);
+    }
+    catch (FileException const&)
+    {
+        int const errorNumber = errno;
+        throw std::runtime_error("its scene cannot be written: " + std::generic_category().message(errorNumber));
+    }
+}
+
+ChildResult ImportInChild(std::string const& modelPath, ModelFormat format, std::string const& scenePath,
+                          ImportOptions const& options, Progress const& progress)
+{
+    return RunInChild([&](ChildVoice const& voice) { return ImportHere(modelPath, format, scenePath, options, voice); },
+                      progress);
+}
+
+void AddRemarks(ImportResult& result)
+{
+    if (!result.isUnitStated)
+        result.remarks.push_back("the model states no unit of length; its numbers are taken for " +
+                                 UnitWord(result.unit) + " lengths");
+    for (auto const& [kind, count] : result.losses)
+        result.remarks.push_back("not in the scene: " + std::to_string(count) + ' ' + kind);
+}
+
+void Place(WorkFolder const& folder)
+{
+    // Properties of an earlier scene of this name would count as this one's.
+    fs::path const properties = fs::path(folder.Target()).replace_extension(".kvrproperty");
+    bool const hasProperties = folder.Holds(properties.filename());
+    folder.MoveIntoPlace();
+    if (!hasProperties)
+        fs::remove(properties);
+}
+
+ImportResult Import(std::string const& modelPath, std::string const& scenePath, ImportOptions options,
+                    Progress const& progress)
+{
+    ImportResult result;
+    std::optional<ModelFormat> const format = FormatOfModel(modelPath);
+    if (!format)
+        throw ModelError("it is in none of the formats STEP, IGES, BREP, glTF, STL, OBJ and PLY");
+    WorkFolder const folder(scenePath);
+    std::string const inside = folder.Inside().string();
+    ChildResult child = ImportInChild(modelPath, *format, inside, options, progress);
+    if (child.signal != 0 && *format == ModelFormat::kStep && options.withAnnotations)
+    {
+        result.remarks.push_back(
+            "the model was read without its annotations and views, since with them its reader ended " +
+            child.EndText());
+        options.withAnnotations = false;
+        child = ImportInChild(modelPath, *format, inside, options, progress);
+    }
+    if (child.isCancelled)
+        return Ended<ImportResult>(Outcome::kCancelled);
+    if (!child.answer)
+        throw ModelError(child.failure.value_or("its reader ended " + child.EndText()));
+    ReadAnswer(*child.answer, result);
+    result.hasAnnotations = options.withAnnotations;
+    AddRemarks(result);
+    Place(folder);
+    result.outcome = Outcome::kDone;
+    return result;
+}
+
+ImportResult ImportOrFailure(std::string const& modelPath, std::string const& scenePath, ImportOptions const& options,
+                             Progress const& progress)
+{
+    try
+    {
+        return Begin(progress, kStage_Reading) ? Import(modelPath, scenePath, options, progress)
+                                               : Ended<ImportResult>(Outcome::kCancelled);
+    }
+    catch (ModelError const& error)
+    {
+        return Ended<ImportResult>(Outcome::kFailed, Escaped(modelPath) + ": " + Escaped(error.what()));
+    }
+    catch (std::system_error const& error)
+    {
+        return Ended<ImportResult>(Outcome::kFailed, Escaped(scenePath) + ": the scene cannot be written: " +
+                                                         std::generic_category().message(error.code().value()));
+    }
+}
+
+}  // namespace
+
+ImportResult ImportModel(std::string const& modelPath, std::string const& scenePath, ImportOptions const& options,
+                         Progress const& progress)
+{
+    return Heard(progress,
+                 [&](Progress const& heard) { return ImportOrFailure(modelPath, scenePath, options, heard); });
+}
+
+}  // namespace KVR
