@@ -1,6 +1,5 @@
 #include "host/tree/JsonTreeWriter.h"
 
-#include "describe/JsonAnswers.h"
 #include "host/ObjectJson.h"
 #include "host/tree/GeometryFacts.h"
 #include "host/tree/StyleColors.h"

@@ -4,6 +4,7 @@
 #include <TopoDS_Shape.hxx>
 #include <nlohmann/json.hpp>
 
+#include "tests/host/ResourceLimit.h"
 #include "tests/support/KernelBytes.h"
 #include "tests/support/MeshBytes.h"
 #include "tests/support/Shapes.h"
@@ -227,7 +228,7 @@ TEST(Tree, ALabelCannotWriteToTheTerminal)
     EXPECT_EQ(run.out.find("\u202E"), std::string::npos);
 }
 
-TEST(Tree, AHundredThousandLevelsAreShownInText)
+TEST(Tree, AHundredThousandLevelsAreShownOnASmallStack)
 {
     // Read from the innermost outwards, so that no reading is nested.
     std::string xml = "<S><IPart ID=\"000000\" Label=\"\"/>";
@@ -239,6 +240,7 @@ TEST(Tree, AHundredThousandLevelsAreShownInText)
     for (int i = 1; i <= 100000; ++i)
         xml += Assembly(id(i), Instance("i" + id(i), id(i - 1)));
     xml += "<IFile ID=\"z\" Label=\"\"><ChildSet><C ID=\"100000\"/></ChildSet></IFile></S>";
+    ResourceLimit const stack(RLIMIT_STACK, rlim_t{512} * 1024);
     TreeRun const run(xml);
     EXPECT_EQ(run.status, 0);
     EXPECT_THAT(run.out, HasSubstr("deepest level 100001"));
