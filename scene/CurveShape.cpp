@@ -11,6 +11,7 @@
 #include <TColgp_Array1OfPnt.hxx>
 #include <TopoDS_Compound.hxx>
 #include <TopoDS_Edge.hxx>
+#include <TopoDS_Shape.hxx>
 #include <TopoDS_Wire.hxx>
 #include <algorithm>
 #include <cmath>
@@ -225,16 +226,13 @@ public:
         --m_depth;
     }
 
-    CurveShape Take() const
+    TopoDS_Shape Shape() const
     {
-        CurveShape made;
-        made.missing = m_missing;
-        if (m_edges.size() == 1)
-            made.shape = m_edges.front();
-        else if (!m_edges.empty())
-            made.shape = Joined();
-        return made;
+        if (m_edges.empty())
+            return {};
+        return m_edges.size() == 1 ? m_edges.front() : Joined();
     }
+    unsigned long long Missing() const noexcept { return m_missing; }
 
 private:
     template <class Data>
@@ -295,7 +293,7 @@ private:
 
 }  // namespace
 
-CurveShape CurveShape::Of(ICurve const& curve)
+unsigned long long MakeCurveShape(ICurve const& curve, TopoDS_Shape& shape)
 {
     EdgeMaker maker;
     bool isOfKernel = false;
@@ -310,7 +308,8 @@ CurveShape CurveShape::Of(ICurve const& curve)
         if (ICurveData* const data = curve.CurveDataAt(i); data || !isOfKernel)
             maker.Make(data);
     }
-    return maker.Take();
+    shape = maker.Shape();
+    return maker.Missing();
 }
 
 }  // namespace KVR

@@ -1,5 +1,6 @@
 // Prints each visible occurrence of a scene that shows something: its path, its colour and the box around it.
 
+#include <kvr/framework/api/kvr_api.h>
 #include <kvr/producer/XMLProducer.h>
 #include <kvr/scene/OccurrenceWalk.h>
 #include <kvr/scene/SceneBox.h>
@@ -7,6 +8,7 @@
 
 #include <exception>
 #include <iostream>
+#include <stdexcept>
 
 namespace
 {

@@ -83,15 +83,15 @@ public:
         UnitTypeEnum unit = kUnitType_Unknown;
         double const own = curve->LengthUnit(unit) == kIsValueSpecified_Yes ? MetresOf(unit) : 0.0;
         double const scale = (own > 0.0 ? own : m_variant.component->metresPerUnit) / m_document.metresPerUnit;
-        CurveShape const made = CurveShape::Of(*curve);
-        m_document.notCarried.Add("pieces of curves", made.missing);
-        if (made.shape.IsNull())
+        TopoDS_Shape made;
+        m_document.notCarried.Add("pieces of curves", MakeCurveShape(*curve, made));
+        if (made.IsNull())
             return;
         Matrix3d const* const transform = curve->Transform();
         auto const place = ShapePlacement::Of(transform ? transform->Elements() : kIdentity, scale, m_variant.change);
         if (!place)
             return;
-        TopoDS_Shape const shape = place->IsRigid() ? made.shape : ChangedShape(made.shape, place->change).Shape();
+        TopoDS_Shape const shape = place->IsRigid() ? made : ChangedShape(made, place->change).Shape();
         curves.push_back(shape.Moved(place->motion));
     }
 

@@ -92,11 +92,12 @@ TopoDS_Shape PartShapes::ShapeOf(SceneGeometry const& geometry, NotCarriedCounts
             return {};
         case GeometryKind::kCurve:
         {
-            CurveShape const made = CurveShape::Of(*geometry.curve);
-            notCarried.Add("pieces of curves", made.missing);
-            if (made.shape.IsNull() && made.missing == 0)
+            TopoDS_Shape shape;
+            unsigned long long const missing = MakeCurveShape(*geometry.curve, shape);
+            notCarried.Add("pieces of curves", missing);
+            if (shape.IsNull() && missing == 0)
                 notCarried.Add("empty curves");
-            return made.shape;
+            return shape;
         }
         case GeometryKind::kPoint:
         {
