@@ -1,10 +1,12 @@
 #!/usr/bin/env python3
-"""Fails on an operation of an interface that has no row in the tables of describe.
+"""Fails on an operation of an interface that has no row in the tables of describe, and on a kind of object that is
+missing in the list of the interfaces that an object may have.
 
     check_operations.py ROOT
 
 An operation is a virtual const member function of a class in framework/api. It has a row when a table's source names it
-as &Class::Operation; several operations of one name are named as many times.
+as &Class::Operation; several operations of one name are named as many times. The kinds of objects are those that
+ObjectVisitor visits.
 """
 
 import pathlib
@@ -13,6 +15,8 @@ import sys
 
 HEADERS = "framework/api"
 TABLES = "describe/tables"
+VISITOR = "framework/api/ObjectVisitor.h"
+LIST = "describe/Tables.h"
 
 # Classes whose operations are no answers of a scene.
 NO_INTERFACES = {
@@ -25,6 +29,8 @@ NO_INTERFACES = {
 COMMENT_OR_TEXT = re.compile(r'//[^\n]*|/\*.*?\*/|"(?:\\.|[^"\\\n])*"', re.DOTALL)
 CLASS = re.compile(r"\bclass\s+(?:KVR_API\s+)?(\w+)(?:\s+final)?\s*(?::[^;{]*)?\{")
 OPERATION = re.compile(r"\bvirtual\b[^;{}()]*?\b(\w+)\s*\([^;{}]*?\)\s*const\b[^;{}]*[;{]")
+VISIT = re.compile(r"\bvoid\s+Visit\s*\(\s*(\w+)\s*\*")
+OBJECTS = re.compile(r"\bObjectInterfaces\s*=\s*InterfaceList\s*<([^<>]*)>")
 NAMED = re.compile(r"&\s*(\w+)::(\w+)\b")
 
 
@@ -75,6 +81,17 @@ def problems(headers, tables):
         yield f"{HEADERS}: no operation was found"
 
 
+def missing_kinds(visitor, tables):
+    """A line for each kind of object that the text of the visitor has and the list in the text of the tables lacks."""
+    listed = {name for found in OBJECTS.finditer(code_of(tables)) for name in re.findall(r"\w+", found.group(1))}
+    visited = [found.group(1) for found in VISIT.finditer(code_of(visitor))]
+    if not visited:
+        yield f"{VISITOR}: no visit was found"
+    for name in visited:
+        if name not in listed:
+            yield f"{LIST}: {name} is not in ObjectInterfaces"
+
+
 def texts_in(root, folder, pattern):
     return {str(path.relative_to(root)): path.read_text(encoding="utf-8") for path in (root / folder).glob(pattern)}
 
@@ -85,6 +102,7 @@ def main(arguments):
         return 2
     root = pathlib.Path(arguments[1])
     found = list(problems(texts_in(root, HEADERS, "*.h"), texts_in(root, TABLES, "*.cpp")))
+    found += missing_kinds((root / VISITOR).read_text(encoding="utf-8"), (root / LIST).read_text(encoding="utf-8"))
     for problem in found:
         print(problem)
     return 1 if found else 0

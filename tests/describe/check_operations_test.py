@@ -65,6 +65,13 @@ class OperationCheck(unittest.TestCase):
     def test_a_longer_name_does_not_count(self):
         self.assert_one(self.problems(table=TABLE.replace("&IThing::X>", "&IThing::XAt>")), "IThing::X ")
 
+    def test_a_kind_of_object_that_is_not_listed_is_found(self):
+        visitor = "virtual void Visit(IThing* object);\n// virtual void Visit(IOld* object);\nvoid Visit(IOther*);"
+        whole = "using ObjectInterfaces =\n    InterfaceList<IThing, IMore,\n    IOther>;"
+        self.assertEqual(list(check_operations.missing_kinds(visitor, whole)), [])
+        self.assert_one(list(check_operations.missing_kinds(visitor, whole.replace("IThing", "IThings"))), "IThing ")
+        self.assert_one(list(check_operations.missing_kinds("", whole)), "no visit")
+
     def test_finding_no_operation_at_all_is_a_problem(self):
         self.assert_one(self.problems(header="class IThing;\n"), "no operation")
 
