@@ -26,7 +26,9 @@ struct KVR_SCENE_API SceneLines
     /// The pieces that make no line: those without an end, and those whose numbers make no sense.
     unsigned long long missing = 0;
 
+    /// The number of lines.
     std::size_t Count() const noexcept { return ends.size(); }
+    /// Whether there is no line, however many pieces are missing.
     bool IsEmpty() const noexcept { return ends.empty(); }
     /// The numbers of a line; the place is to be below the count.
     std::span<double const> At(std::size_t place) const;
