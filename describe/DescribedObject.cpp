@@ -14,49 +14,54 @@ DescribedObject As(T const& object)
     return {&TableOf<T>::kTable, &object};
 }
 
-class Finder final : public ObjectVisitor
+// Whether the visitor has a visit for objects of this very interface.
+template <class T>
+concept Visited = requires(void (ObjectVisitor::*visit)(T*))
+{
+    visit = &ObjectVisitor::Visit;
+};
+
+// A visit for each interface of the list that has one.
+template <class List>
+class FinderOf;
+
+template <>
+class FinderOf<InterfaceList<>> : public ObjectVisitor
 {
 public:
-    void Visit(IGenericObject* object) override { m_found = As(*object); }
-    void Visit(IView* object) override { m_found = As(*object); }
-    void Visit(ICamera* object) override
-    {
-        auto const* const sectionCamera = dynamic_cast<ISectionCamera const*>(object);
-        m_found = sectionCamera ? As(*sectionCamera) : As(*object);
-    }
-    void Visit(IAssemblyFeatureOverride* object) override { m_found = As(*object); }
-    void Visit(IAnnotationCalloutElement* object) override { m_found = As(*object); }
-    void Visit(IAnnotationCallout* object) override { m_found = As(*object); }
-    void Visit(IMaterialTexture* object) override { m_found = As(*object); }
-    void Visit(IExtensionGeometry* object) override { m_found = As(*object); }
-    void Visit(IPointCloud* object) override { m_found = As(*object); }
-    void Visit(ILod* object) override { m_found = As(*object); }
-    void Visit(IPolygonMesh* object) override { m_found = As(*object); }
-    void Visit(ICoordSys* object) override { m_found = As(*object); }
-    void Visit(IWorkPlane* object) override { m_found = As(*object); }
-    void Visit(IWorkAxis* object) override { m_found = As(*object); }
-    void Visit(IWorkPoint* object) override { m_found = As(*object); }
-    void Visit(ISketch* object) override { m_found = As(*object); }
-    void Visit(ICurve* object) override { m_found = As(*object); }
-    void Visit(IPoint* object) override { m_found = As(*object); }
-    void Visit(IRenderStyle* object) override
-    {
-        auto const* const vitreolStyle = dynamic_cast<IVitreolRenderStyle const*>(object);
-        m_found = vitreolStyle ? As(*vitreolStyle) : As(*object);
-    }
-    void Visit(IGroup* object) override { m_found = As(*object); }
-    void Visit(IInstance* object) override { m_found = As(*object); }
-    void Visit(IAssembly* object) override { m_found = As(*object); }
-    void Visit(IFile* object) override { m_found = As(*object); }
-    void Visit(IPart* object) override { m_found = As(*object); }
-    void Visit(IGeometricSet* object) override { m_found = As(*object); }
-    void Visit(ILayer* object) override { m_found = As(*object); }
-    void Visit(IBrep* object) override { m_found = As(*object); }
+    using ObjectVisitor::Visit;
 
-    DescribedObject Found() const { return m_found; }
+    DescribedObject found;
+};
+
+template <class First, class... Others>
+class FinderOf<InterfaceList<First, Others...>> : public FinderOf<InterfaceList<Others...>>
+{
+};
+
+template <Visited First, class... Others>
+class FinderOf<InterfaceList<First, Others...>> : public FinderOf<InterfaceList<Others...>>
+{
+public:
+    using FinderOf<InterfaceList<Others...>>::Visit;
+    void Visit(First* object) override { this->found = As(*object); }
+};
+
+// A section camera is visited as a camera, and a style of the material library as a style.
+class Finder final : public FinderOf<ObjectInterfaces>
+{
+public:
+    using FinderOf<ObjectInterfaces>::Visit;
+    void Visit(ICamera* object) override { TakeAs<ISectionCamera>(*object); }
+    void Visit(IRenderStyle* object) override { TakeAs<IVitreolRenderStyle>(*object); }
 
 private:
-    DescribedObject m_found;
+    template <class Special, class General>
+    void TakeAs(General const& object)
+    {
+        auto const* const special = dynamic_cast<Special const*>(&object);
+        found = special ? As(*special) : As(object);
+    }
 };
 
 class DataFinder final : public CurveDataVisitor
@@ -83,7 +88,7 @@ DescribedObject DescribedObject::Of(IObject& object)
 {
     Finder finder;
     object.AcceptVisitor(&finder);
-    return finder.Found();
+    return finder.found;
 }
 
 DescribedObject DescribedObject::Of(ICurveData& data)

@@ -153,38 +153,22 @@ struct DescribedObject
     static DescribedObject Of(ICurveData& data);
 };
 
-/// The tables of all interfaces that an object may have.
-inline constexpr Interface const* kObjectTables[] = {
-    &TableOf<IFile>::kTable,
-    &TableOf<IAssembly>::kTable,
-    &TableOf<IPart>::kTable,
-    &TableOf<IInstance>::kTable,
-    &TableOf<IAssemblyFeatureOverride>::kTable,
-    &TableOf<IBrep>::kTable,
-    &TableOf<IPolygonMesh>::kTable,
-    &TableOf<ICurve>::kTable,
-    &TableOf<IPoint>::kTable,
-    &TableOf<IPointCloud>::kTable,
-    &TableOf<ISketch>::kTable,
-    &TableOf<IGeometricSet>::kTable,
-    &TableOf<IExtensionGeometry>::kTable,
-    &TableOf<IWorkAxis>::kTable,
-    &TableOf<IWorkPlane>::kTable,
-    &TableOf<IWorkPoint>::kTable,
-    &TableOf<IRenderStyle>::kTable,
-    &TableOf<IVitreolRenderStyle>::kTable,
-    &TableOf<IMaterialTexture>::kTable,
-    &TableOf<ILayer>::kTable,
-    &TableOf<IGroup>::kTable,
-    &TableOf<ILod>::kTable,
-    &TableOf<ICamera>::kTable,
-    &TableOf<ISectionCamera>::kTable,
-    &TableOf<IView>::kTable,
-    &TableOf<IAnnotationCallout>::kTable,
-    &TableOf<IAnnotationCalloutElement>::kTable,
-    &TableOf<IGenericObject>::kTable,
-    &TableOf<ICoordSys>::kTable,
+/// The interfaces of a list.
+template <class... Interfaces>
+struct InterfaceList
+{
+    static constexpr Interface const* kTables[] = {&TableOf<Interfaces>::kTable...};
 };
+
+/// All interfaces that an object may have.
+using ObjectInterfaces =
+    InterfaceList<IFile, IAssembly, IPart, IInstance, IAssemblyFeatureOverride, IBrep, IPolygonMesh, ICurve, IPoint,
+                  IPointCloud, ISketch, IGeometricSet, IExtensionGeometry, IWorkAxis, IWorkPlane, IWorkPoint,
+                  IRenderStyle, IVitreolRenderStyle, IMaterialTexture, ILayer, IGroup, ILod, ICamera, ISectionCamera,
+                  IView, IAnnotationCallout, IAnnotationCalloutElement, IGenericObject, ICoordSys>;
+
+/// The tables of them.
+inline constexpr auto& kObjectTables = ObjectInterfaces::kTables;
 
 /// The tables of all kinds of curve data.
 inline constexpr Interface const* kCurveDataTables[] = {

@@ -1,6 +1,5 @@
 #include "producer/DocumentScan.h"
 
-#include <algorithm>
 #include <memory>
 #include <optional>
 #include <xercesc/dom/DOMDocument.hpp>
@@ -131,19 +130,6 @@ void ReadUniverse(Scan const& scan, DOMNode* node)
     current = std::move(universe);
 }
 
-// Kept: "IAnnotationCalloutElement" is not among them, although the dispatcher knows the name: it is read only inside
-// its callout.
-constexpr ElementName kObjectNames[] = {
-    Names::IFile,         Names::IAnnotationCallout,
-    Names::IAssembly,     Names::IPart,
-    Names::IInstance,     Names::IBrep,
-    Names::IPoint,        Names::IPolygonMesh,
-    Names::IGeometricSet, Names::IExtensionGeometry,
-    Names::ICurve,        Names::ISketch,
-    Names::IPointCloud,   Names::IWorkPoint,
-    Names::IWorkAxis,     Names::IWorkPlane,
-};
-
 }  // namespace
 
 bool ScanDocument(xercesc::XercesDOMParser const* parser, UTF16String const& sceneFilePath, XMLProducerImpl& producer)
@@ -161,8 +147,7 @@ bool ScanDocument(xercesc::XercesDOMParser const* parser, UTF16String const& sce
             continue;
         if (Equals(name, Names::IUniverse))
             ReadUniverse(scan, node);
-        else if (std::any_of(std::begin(kObjectNames), std::end(kObjectNames),
-                             [&](ElementName const& object) { return Equals(name, object); }))
+        else if (ObjectNodeIndex::IsObjectName(name))
             producer.objectNodeIndex->AddNode(node);
     }
     producer.objectNodeIndex->ReadAllNodes(&producer);

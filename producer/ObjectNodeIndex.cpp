@@ -2,6 +2,7 @@
 
 #include "producer/ObjectNodeIndex.h"
 
+#include <algorithm>
 #include <memory>
 
 #include "framework/api/IComponent.h"
@@ -33,6 +34,19 @@ namespace
 
 using xercesc::DOMNode;
 
+// Kept: "IAnnotationCalloutElement" is not among them, although the dispatcher knows the name: it is read only inside
+// its callout.
+constexpr ElementName kObjectNames[] = {
+    Names::IFile,         Names::IAnnotationCallout,
+    Names::IAssembly,     Names::IPart,
+    Names::IInstance,     Names::IBrep,
+    Names::IPoint,        Names::IPolygonMesh,
+    Names::IGeometricSet, Names::IExtensionGeometry,
+    Names::ICurve,        Names::ISketch,
+    Names::IPointCloud,   Names::IWorkPoint,
+    Names::IWorkAxis,     Names::IWorkPlane,
+};
+
 // A component stays registered also when its reading failed half-way.
 template <class Component>
 void ReadComponent(XMLProducerImpl& producer, DOMNode* node)
@@ -47,6 +61,12 @@ void ReadComponent(XMLProducerImpl& producer, DOMNode* node)
 
 ObjectNodeIndex::ObjectNodeIndex() = default;
 ObjectNodeIndex::~ObjectNodeIndex() = default;
+
+bool ObjectNodeIndex::IsObjectName(XMLCh const* name)
+{
+    return std::any_of(std::begin(kObjectNames), std::end(kObjectNames),
+                       [&](ElementName const& object) { return Equals(name, object); });
+}
 
 void ObjectNodeIndex::AddNode(DOMNode* node)
 {

@@ -28,6 +28,8 @@ public:
     ObjectNodeIndex(ObjectNodeIndex const&) = delete;
     ObjectNodeIndex& operator=(ObjectNodeIndex const&) = delete;
 
+    /// Whether an element of this name under the document's root is an object.
+    static bool IsObjectName(XMLCh const* name);
     /// Notes the element under its "ID". A second one of an id replaces the first; those without the attribute all
     /// fall on the empty id.
     void AddNode(xercesc::DOMNode* node);

@@ -19,6 +19,14 @@ class Collector final : public ObjectVisitor
 public:
     explicit Collector(IProducer& producer) : m_producer(producer) {}
 
+    // Geometry of every kind answers in one way, and what some kinds have besides is told by a visit.
+    void Collect(IObject& object)
+    {
+        if (auto const* const geometry = dynamic_cast<IGeometry const*>(&object))
+            Add(geometry->Styles());
+        object.AcceptVisitor(this);
+    }
+
     using ObjectVisitor::Visit;
     void Visit(IAssembly* object) override { Add(object->Styles()); }
     void Visit(IPart* object) override { Add(object->Styles()); }
@@ -28,20 +36,10 @@ public:
         // An instance places no instance, so that this ends.
         IObject* const target = m_producer.Load(object->TargetId().Id());
         if (target && !dynamic_cast<IInstance*>(target))
-            target->AcceptVisitor(this);
+            Collect(*target);
     }
-    void Visit(ICurve* object) override { Add(object->Styles()); }
-    void Visit(IExtensionGeometry* object) override { Add(object->Styles()); }
-    void Visit(IGeometricSet* object) override { Add(object->Styles()); }
-    void Visit(IPoint* object) override { Add(object->Styles()); }
-    void Visit(IPointCloud* object) override { Add(object->Styles()); }
-    void Visit(ISketch* object) override { Add(object->Styles()); }
-    void Visit(IWorkAxis* object) override { Add(object->Styles()); }
-    void Visit(IWorkPlane* object) override { Add(object->Styles()); }
-    void Visit(IWorkPoint* object) override { Add(object->Styles()); }
     void Visit(IPolygonMesh* object) override
     {
-        Add(object->Styles());
         IdSetSet materials;
         if (object->PolygonMaterials(materials) != kIsValueSpecified_Yes)
             return;
@@ -50,7 +48,6 @@ public:
     }
     void Visit(IBrep* object) override
     {
-        Add(object->Styles());
         SubEntityToStylesMap const* const map = object->StylesMap();
         for (unsigned long long i = 0; map && i < map->Size(); ++i)
             Add(map->StylesAt(i));
@@ -80,7 +77,7 @@ std::vector<StyleColor> StylesOf(IProducer& producer, IObject& object)
 {
     std::vector<StyleColor> styles;
     Collector collector(producer);
-    object.AcceptVisitor(&collector);
+    collector.Collect(object);
     for (unsigned long long i = 0; i < collector.Ids().Size(); ++i)
     {
         StyleColor style;

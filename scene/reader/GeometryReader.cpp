@@ -7,7 +7,6 @@
 #include "framework/api/kvr_api.h"
 #include "scene/ExtensionTypes.h"
 #include "scene/reader/GeometryFinder.h"
-#include "scene/reader/ObjectKind.h"
 #include "scene/reader/SceneContent.h"
 #include "scene/reader/StyleReader.h"
 
@@ -22,6 +21,27 @@ constexpr std::size_t kDeepestSets = 1000;
 constexpr std::size_t kMostSets = 1'000'000;
 
 }  // namespace
+
+/// Finds out whether an object is a set of geometry; it is none when there is no object found.
+class GeometryReader::SetFinder final : public ObjectVisitor
+{
+public:
+    using ObjectVisitor::Visit;
+    void Visit(IGeometricSet* object) override { Take(*object); }
+    void Visit(IExtensionGeometry* object) override { Take(*object); }
+
+    Set found;
+
+private:
+    template <class Interface>
+    void Take(Interface const& set)
+    {
+        found.object = &set;
+        found.childIdAt = [](IGeometry const& object, unsigned long long index)
+        { return static_cast<Interface const&>(object).ChildAt(index).Id(); };
+        found.count = set.ChildCount();
+    }
+};
 
 bool GeometryReader::Read(IObject& object, std::vector<SceneGeometry>& list)
 {
@@ -38,7 +58,7 @@ bool GeometryReader::Read(IObject& object, std::vector<SceneGeometry>& list)
             continue;
         }
         unsigned long long const index = top.next++;
-        UTF8String const id = top.set ? top.set->ChildAt(index).Id() : top.extension->ChildAt(index).Id();
+        UTF8String const id = top.childIdAt(*top.object, index);
         IObject* const child = id.IsEmpty() ? nullptr : m_producer.Load(id);
         if (!child)
             continue;
@@ -52,27 +72,22 @@ bool GeometryReader::Read(IObject& object, std::vector<SceneGeometry>& list)
 
 bool GeometryReader::Enter(IObject& object, Matrix const& place, bool isVisible)
 {
-    ObjectKind const kind(object);
-    if (!kind.set && !kind.extension)
+    SetFinder finder;
+    object.AcceptVisitor(&finder);
+    Set& set = finder.found;
+    if (!set.object)
         return false;
     bool const isWithinItself =
-        std::any_of(m_path.begin(), m_path.end(),
-                    [&](Set const& outer) { return outer.set == kind.set && outer.extension == kind.extension; });
+        std::any_of(m_path.begin(), m_path.end(), [&](Set const& outer) { return outer.object == set.object; });
     if (isWithinItself || m_path.size() == kDeepestSets || m_entered == kMostSets)
     {
         m_isWhole = false;
         return true;
     }
     ++m_entered;
-    auto const enter = [&](auto const& set)
-    {
-        m_path.push_back({kind.set, kind.extension, 0, set.ChildCount(), Product(place, PlaceOf(set.Transform())),
-                          isVisible && set.IsVisible()});
-    };
-    if (kind.set)
-        enter(*kind.set);
-    else
-        enter(*kind.extension);
+    set.place = Product(place, PlaceOf(set.object->Transform()));
+    set.isVisible = isVisible && set.object->IsVisible();
+    m_path.push_back(set);
     return true;
 }
 

@@ -9,8 +9,7 @@ namespace KVR
 {
 
 class IProducer;
-class IExtensionGeometry;
-class IGeometricSet;
+class IGeometry;
 class StyleReader;
 class UTF8String;
 struct SceneContent;
@@ -33,13 +32,16 @@ public:
 private:
     struct Set
     {
-        IGeometricSet const* set = nullptr;
-        IExtensionGeometry const* extension = nullptr;
-        unsigned long long next = 0;
+        IGeometry const* object = nullptr;
+        /// The id of a child, by the set's own interface.
+        UTF8String (*childIdAt)(IGeometry const& object, unsigned long long index) = nullptr;
         unsigned long long count = 0;
+        unsigned long long next = 0;
         Matrix place = kIdentity;
         bool isVisible = true;
     };
+
+    class SetFinder;
 
     /// Whether it was a set, which is entered now.
     bool Enter(IObject& object, Matrix const& place, bool isVisible);

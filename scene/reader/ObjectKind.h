@@ -18,8 +18,6 @@ public:
     void Visit(IAssembly* object) override { assembly = object; }
     void Visit(IPart* object) override { part = object; }
     void Visit(IInstance* object) override { instance = object; }
-    void Visit(IGeometricSet* object) override { set = object; }
-    void Visit(IExtensionGeometry* object) override { extension = object; }
 
     bool IsComponent() const noexcept { return file || assembly || part; }
 
@@ -27,8 +25,6 @@ public:
     IAssembly* assembly = nullptr;
     IPart* part = nullptr;
     IInstance* instance = nullptr;
-    IGeometricSet* set = nullptr;
-    IExtensionGeometry* extension = nullptr;
 };
 
 }  // namespace KVR
