@@ -9,8 +9,9 @@ namespace KVR::Authoring
 /// Begins a document: what stands in front of its root.
 inline constexpr std::string_view kXmlDeclaration = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>";
 
-/// Appends a tag as far as its name, and a whole closing one.
+/// Appends a tag as far as its name, which is not checked.
 void AppendTagStart(std::string& element, std::string_view name);
+/// Appends a whole closing tag. The name is not checked.
 void AppendEndTag(std::string& element, std::string_view name);
 
 /// Appends a blank and an attribute with that value. Throws GeneralException for a value that is not UTF-8 or has a

@@ -1,26 +1,19 @@
 #include "scene/CurvePoints.h"
 
-#include <BRepAdaptor_Curve.hxx>
-#include <BRep_Tool.hxx>
 #include <GeomAdaptor_Curve.hxx>
 #include <Geom_Curve.hxx>
-#include <Precision.hxx>
 #include <Standard_Failure.hxx>
-#include <TColStd_Array1OfReal.hxx>
 #include <TopExp.hxx>
 #include <TopTools_IndexedMapOfShape.hxx>
 #include <TopoDS.hxx>
 #include <TopoDS_Edge.hxx>
 #include <algorithm>
-#include <cmath>
-#include <gp_Circ.hxx>
-#include <gp_Elips.hxx>
 
 #include "framework/api/ICurve.h"
 #include "framework/kernel/curve.h"
 #include "framework/kernel/gmk_array.h"
+#include "framework/kernel/tessellation/CurveLine.h"
 #include "scene/geometry/CurveDataLines.h"
-#include "scene/geometry/CurveSampler.h"
 
 namespace KVR
 {
@@ -28,68 +21,12 @@ namespace KVR
 namespace
 {
 
-// What is assumed of a curve that tells no degree of its own.
-constexpr unsigned kDegreeOfConic = 7;
-constexpr unsigned kDegreeOfAny = 15;
-
-class AdaptorSource final : public CurveSource
-{
-public:
-    explicit AdaptorSource(Adaptor3d_Curve const& curve) : m_curve(curve) {}
-
-    bool PointAt(double parameter, Point& point) const override
-    {
-        gp_Pnt const found = m_curve.Value(parameter);
-        point = {found.X(), found.Y(), found.Z()};
-        return true;
-    }
-
-private:
-    Adaptor3d_Curve const& m_curve;
-};
-
-unsigned DegreeOf(Adaptor3d_Curve const& curve)
-{
-    switch (curve.GetType())
-    {
-        case GeomAbs_Line:
-            return 1;
-        case GeomAbs_BezierCurve:
-        case GeomAbs_BSplineCurve:
-            return static_cast<unsigned>(curve.Degree());
-        case GeomAbs_Hyperbola:
-        case GeomAbs_Parabola:
-            return kDegreeOfConic;
-        default:
-            return kDegreeOfAny;
-    }
-}
-
-bool Follow(CurveSampler& sampler, Adaptor3d_Curve const& curve)
-{
-    double const first = curve.FirstParameter();
-    double const last = curve.LastParameter();
-    if (!(first < last) || Precision::IsInfinite(first) || Precision::IsInfinite(last))
-        return false;
-    if (curve.GetType() == GeomAbs_Circle)
-        return sampler.Turning(first, last, curve.Circle().Radius());
-    if (curve.GetType() == GeomAbs_Ellipse)
-        return sampler.Turning(first, last, curve.Ellipse().MajorRadius());
-    if (curve.GetType() == GeomAbs_Line)
-        return sampler.Straight({first, last});
-    TColStd_Array1OfReal ends(1, curve.NbIntervals(GeomAbs_CN) + 1);
-    curve.Intervals(ends, GeomAbs_CN);
-    return sampler.Smooth({ends.begin(), ends.end()}, DegreeOf(curve));
-}
-
 // With `isTurned` the line runs from the curve's end to its start.
 bool AddCurve(SceneLines& lines, Adaptor3d_Curve const& curve, CurveTolerance const& tolerance, bool isTurned)
 {
-    AdaptorSource const source(curve);
-    CurveSampler sampler(source, tolerance);
-    if (!Follow(sampler, curve))
+    std::vector<double> points;
+    if (!PointsOn(curve, tolerance, points))
         return false;
-    std::vector<double> points = sampler.Points();
     if (isTurned)
     {
         std::reverse(points.begin(), points.end());
@@ -177,20 +114,11 @@ SceneLines CurvePoints::OfEdges(TopoDS_Shape const& shape, CurveTolerance const&
 
 bool CurvePoints::AddEdge(SceneLines& lines, TopoDS_Shape const& shape, CurveTolerance const& tolerance)
 {
-    try
-    {
-        TopoDS_Edge const edge = TopoDS::Edge(shape);
-        double first = 0.0;
-        double last = 0.0;
-        if (BRep_Tool::Degenerated(edge) || BRep_Tool::Curve(edge, first, last).IsNull())
-            return false;
-        return AddCurve(lines, BRepAdaptor_Curve(edge), tolerance, false);
-    }
-    catch (Standard_Failure const&)
-    {
-        // As above.
+    std::vector<double> points;
+    if (shape.IsNull() || shape.ShapeType() != TopAbs_EDGE || !PointsOn(TopoDS::Edge(shape), tolerance, points))
         return false;
-    }
+    lines.Add(points);
+    return true;
 }
 
 }  // namespace KVR

@@ -4,6 +4,7 @@
 #include <span>
 #include <vector>
 
+#include "framework/kernel/CurveTolerance.h"
 #include "scene/Export.h"
 
 class TopoDS_Shape;
@@ -26,21 +27,14 @@ struct KVR_SCENE_API SceneLines
     /// The pieces that make no line: those without an end, and those whose numbers make no sense.
     unsigned long long missing = 0;
 
+    /// The number of lines.
     std::size_t Count() const noexcept { return ends.size(); }
+    /// Whether there is no line, however many pieces are missing.
     bool IsEmpty() const noexcept { return ends.empty(); }
     /// The numbers of a line; the place is to be below the count.
     std::span<double const> At(std::size_t place) const;
     /// Adds a line, of three numbers for each point.
     void Add(std::span<double const> line);
-};
-
-/// How far a polyline may be from its curve.
-struct CurveTolerance
-{
-    /// As a fraction of the diagonal of the box around the piece.
-    double fraction = 1e-3;
-    /// In the curve's own unit of length. Counts instead of the fraction where it is greater than 0.
-    double length = 0.0;
 };
 
 /// The polylines of curves, by chord deviation: no point of a curve is farther from its chord than the tolerance says.

@@ -31,6 +31,7 @@ public:
 
     // What is said of a body holds for its mesh as well.
 
+    /// Whether geometry of the component is shown; false for all of it where the occurrence is hidden.
     bool IsVisible(SceneGeometry const& geometry) const;
     /// From the geometry to its component, in the geometry's own unit.
     Matrix const& TransformOf(SceneGeometry const& geometry) const;

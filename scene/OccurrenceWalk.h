@@ -39,7 +39,9 @@ public:
 
     /// 0 for the root.
     std::size_t Depth() const noexcept { return m_path.size() - 1; }
+    /// The component's index among those of the scene.
     std::size_t ComponentIndex() const noexcept { return m_path.back().component; }
+    /// The component that occurs here, which belongs to the scene.
     SceneComponent const& Component() const;
     /// What places it; null for the root.
     ScenePlacement const* Placement() const noexcept { return m_path.back().placement; }
@@ -47,6 +49,7 @@ public:
     std::size_t PlacementIndex() const noexcept;
     /// The component above; null for the root.
     SceneComponent const* Above() const;
+    /// What holds for this occurrence, with what those above it say.
     OccurrenceState const& State() const noexcept { return m_path.back().state; }
     /// From the component, in its unit, to the one above, in the unit of that; for the root, to the scene's unit.
     Matrix const& Step() const noexcept { return m_path.back().step; }

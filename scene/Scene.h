@@ -40,8 +40,9 @@ public:
     std::vector<SceneComponent> const& Components() const noexcept;
     /// The root's index; kNoIndex, without any component, when no file, assembly or part has its id.
     std::size_t Root() const noexcept;
-    /// The unit of the first component that states one, and its length; millimetres when none does.
+    /// The unit of length of the first component that states one; millimetres when none does.
     UnitTypeEnum Unit() const noexcept;
+    /// The length of that unit in metres, always greater than 0.
     double MetresPerUnit() const noexcept;
 
     /// All styles that components, instances, geometry, faces, overrides or sets name.
@@ -51,8 +52,11 @@ public:
 
     // Declared by components, each once, in the order of the components.
 
+    /// Ids without a layer behind them are left out.
     std::vector<SceneLayer> const& Layers() const noexcept;
+    /// Ids without a group behind them are left out.
     std::vector<SceneGroup> const& Groups() const noexcept;
+    /// Levels of detail. Ids without one behind them are left out.
     std::vector<SceneLod> const& Lods() const noexcept;
     /// Objects behind them are null or any; a view's is an IView.
     std::vector<SceneReference> const& Views() const noexcept;
@@ -81,6 +85,7 @@ public:
         std::size_t placement = kNoIndex;
         SceneCut reason = SceneCut::kNone;
     };
+    /// What was found in reading, then cycles and placements that are too deep, then what the filter leaves out.
     std::vector<Cut> const& Cuts() const noexcept;
     /// Pieces of geometry that the filter took out of components.
     std::size_t FilteredGeometry() const noexcept;

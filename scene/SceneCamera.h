@@ -14,6 +14,7 @@ namespace KVR
 /// A camera, or a section camera. What the scene does not state is nothing.
 struct KVR_SCENE_API SceneCamera
 {
+    /// What the camera answers, copied: nothing of it belongs to the producer. Throws what the camera throws.
     static SceneCamera Of(ICamera const& camera);
 
     UTF8String id;

@@ -101,6 +101,7 @@ struct ScenePlacement
     bool isVisible = true;
     SceneCut cut = SceneCut::kNone;
 
+    /// Whether it is not cut, so that what it places occurs below its component.
     bool IsEntered() const noexcept { return cut == SceneCut::kNone; }
 };
 

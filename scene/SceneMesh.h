@@ -67,7 +67,9 @@ struct KVR_SCENE_API SceneMesh
     /// have the same number of faces; edges likewise.
     void TakeIdsOf(IBrep const& body);
 
+    /// The number of vertices of all runs.
     std::size_t VertexCount() const noexcept { return positions.size() / 3; }
+    /// The number of triangles of all runs.
     std::size_t TriangleCount() const noexcept { return indices.size() / 3; }
 
     /// In the order in which their first triangles come.

@@ -19,6 +19,7 @@ class IProducer;
 /// An annotation callout as a reader of the drawing sees it. Nothing of it belongs to the producer.
 struct KVR_SCENE_API SceneNote
 {
+    /// A piece of a line, all of it in one face. What the callout does not mark is neither bold nor italic.
     struct Fragment
     {
         /// UTF-8.
@@ -29,6 +30,7 @@ struct KVR_SCENE_API SceneNote
     using Line = std::vector<Fragment>;
     using Triple = std::array<double, 3>;
 
+    /// What the callout names as its annotation plane.
     struct Plane
     {
         SceneObjectRef object;
@@ -38,6 +40,7 @@ struct KVR_SCENE_API SceneNote
         std::optional<Triple> reference;
     };
 
+    /// A child of the callout, of whatever kind.
     struct Target
     {
         SceneObjectRef object;

@@ -31,6 +31,7 @@ struct KVR_SCENE_API SceneTotals
     /// How often each component occurs; 0 for those that only a filter left over.
     std::vector<unsigned long long> occurrencesOf;
 
+    /// The totals of a scene from its root on; zeros, and an empty list, when it has no root.
     static SceneTotals Of(Scene const& scene);
 };
 

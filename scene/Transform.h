@@ -33,6 +33,8 @@ struct KVR_SCENE_API TwoTransforms
     Matrix outer;
     Matrix inner;
 
+    /// `inner` is a turn alone; `outer` stretches, turns, mirrors if the transform does, and moves. Elements are to be
+    /// finite.
     static TwoTransforms Of(Matrix const& transform);
 };
 

@@ -1,6 +1,7 @@
 #include "exchange/certify/Certificate.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include <algorithm>
 #include <cmath>
@@ -100,14 +101,7 @@ Certificate::Certificate(std::vector<Stage> const& stages)
     {
         using List = std::array<double, size>;
         m_rows.push_back(MakeRow<List>(
-            name, stages, ask,
-            [](List const& value)
-            {
-                std::string text;
-                for (double const x : value)
-                    text += fmt::format("{}{:.6g}", text.empty() ? "" : " ", x);
-                return text;
-            },
+            name, stages, ask, [](List const& value) { return fmt::format("{:.6g}", fmt::join(value, " ")); },
             [diagonal](List const& a, List const& b)
             {
                 double most = 0.0;

@@ -1,10 +1,8 @@
 #include "exchange/import/Annotations.h"
 
 #include <fmt/format.h>
-#include <BRepAdaptor_Curve.hxx>
 #include <BRep_Tool.hxx>
 #include <Bnd_Box.hxx>
-#include <GCPnts_TangentialDeflection.hxx>
 #include <STEPCAFControl_GDTProperty.hxx>
 #include <TCollection_HAsciiString.hxx>
 #include <TDF_LabelSequence.hxx>
@@ -24,6 +22,7 @@
 
 #include "exchange/conventions/AnnotationDetails.h"
 #include "exchange/model/CleanText.h"
+#include "framework/kernel/tessellation/CurveLine.h"
 #include "framework/kernel/tessellation/EdgeCorners.h"
 #include "scene/ExtensionTypes.h"
 
@@ -32,9 +31,6 @@ namespace KVR
 
 namespace
 {
-
-// How far a drawn arc may be from its polyline, by the angle between two pieces.
-constexpr double kArcAngle = 0.2;
 
 // What Open CASCADE calls annotations without a name.
 constexpr std::string_view kMadeUpName = "DGT:";
@@ -88,10 +84,11 @@ private:
             points.push_back(Triple(corner.XYZ()));
         if (points.empty())
         {
-            BRepAdaptor_Curve const curve(edge);
-            GCPnts_TangentialDeflection const pieces(curve, kArcAngle, 1e9);
-            for (int i = 1; i <= pieces.NbPoints(); ++i)
-                points.push_back(Triple(pieces.Value(i).XYZ()));
+            std::vector<double> curve;
+            if (!PointsOn(edge, CurveTolerance(), curve))
+                return;
+            for (std::size_t i = 0; i < curve.size(); i += 3)
+                points.push_back(Triple({curve[i], curve[i + 1], curve[i + 2]}));
         }
         if (edge.Orientation() == TopAbs_REVERSED)
             std::reverse(points.begin(), points.end());

@@ -1,5 +1,5 @@
-// The out-of-line members of the object interfaces: destructors, which anchor the type information, the dispatch of
-// AcceptVisitor, and the answers that an interface gives by itself.
+// The out-of-line members of the object interfaces: destructors, which anchor the type information, and the
+// answers that an interface gives by itself.
 
 #include "framework/api/Color.h"
 #include "framework/api/IAnnotationCallout.h"
@@ -28,7 +28,6 @@
 #include "framework/api/IUniverse.h"
 #include "framework/api/IView.h"
 #include "framework/api/IWorkFeature.h"
-#include "framework/api/ObjectVisitor.h"
 
 namespace KVR
 {
@@ -81,154 +80,6 @@ IRenderStyle::~IRenderStyle() = default;
 IVitreolRenderStyle::~IVitreolRenderStyle() = default;
 IGenericObject::~IGenericObject() = default;
 ICoordSys::~ICoordSys() = default;
-ObjectVisitor::~ObjectVisitor() = default;
-
-namespace
-{
-template <class Object>
-void VisitBy(ObjectVisitor* visitor, Object* object)
-{
-    if (visitor)
-        visitor->Visit(object);
-}
-}  // namespace
-
-void IGenericObject::AcceptVisitor(ObjectVisitor* visitor)
-{
-    VisitBy(visitor, this);
-}
-void IView::AcceptVisitor(ObjectVisitor* visitor)
-{
-    VisitBy(visitor, this);
-}
-void ICamera::AcceptVisitor(ObjectVisitor* visitor)
-{
-    VisitBy(visitor, this);
-}
-void IAssemblyFeatureOverride::AcceptVisitor(ObjectVisitor* visitor)
-{
-    VisitBy(visitor, this);
-}
-void IAnnotationCalloutElement::AcceptVisitor(ObjectVisitor* visitor)
-{
-    VisitBy(visitor, this);
-}
-void IAnnotationCallout::AcceptVisitor(ObjectVisitor* visitor)
-{
-    VisitBy(visitor, this);
-}
-void IMaterialTexture::AcceptVisitor(ObjectVisitor* visitor)
-{
-    VisitBy(visitor, this);
-}
-void IExtensionGeometry::AcceptVisitor(ObjectVisitor* visitor)
-{
-    VisitBy(visitor, this);
-}
-void IPointCloud::AcceptVisitor(ObjectVisitor* visitor)
-{
-    VisitBy(visitor, this);
-}
-void ILod::AcceptVisitor(ObjectVisitor* visitor)
-{
-    VisitBy(visitor, this);
-}
-void IPolygonMesh::AcceptVisitor(ObjectVisitor* visitor)
-{
-    VisitBy(visitor, this);
-}
-void ICoordSys::AcceptVisitor(ObjectVisitor* visitor)
-{
-    VisitBy(visitor, this);
-}
-void IWorkPlane::AcceptVisitor(ObjectVisitor* visitor)
-{
-    VisitBy(visitor, this);
-}
-void IWorkAxis::AcceptVisitor(ObjectVisitor* visitor)
-{
-    VisitBy(visitor, this);
-}
-void IWorkPoint::AcceptVisitor(ObjectVisitor* visitor)
-{
-    VisitBy(visitor, this);
-}
-void ISketch::AcceptVisitor(ObjectVisitor* visitor)
-{
-    VisitBy(visitor, this);
-}
-void ICurve::AcceptVisitor(ObjectVisitor* visitor)
-{
-    VisitBy(visitor, this);
-}
-void IPoint::AcceptVisitor(ObjectVisitor* visitor)
-{
-    VisitBy(visitor, this);
-}
-void IRenderStyle::AcceptVisitor(ObjectVisitor* visitor)
-{
-    VisitBy(visitor, this);
-}
-void IGroup::AcceptVisitor(ObjectVisitor* visitor)
-{
-    VisitBy(visitor, this);
-}
-void IInstance::AcceptVisitor(ObjectVisitor* visitor)
-{
-    VisitBy(visitor, this);
-}
-void IAssembly::AcceptVisitor(ObjectVisitor* visitor)
-{
-    VisitBy(visitor, this);
-}
-void IFile::AcceptVisitor(ObjectVisitor* visitor)
-{
-    VisitBy(visitor, this);
-}
-void IPart::AcceptVisitor(ObjectVisitor* visitor)
-{
-    VisitBy(visitor, this);
-}
-void IGeometricSet::AcceptVisitor(ObjectVisitor* visitor)
-{
-    VisitBy(visitor, this);
-}
-void ILayer::AcceptVisitor(ObjectVisitor* visitor)
-{
-    VisitBy(visitor, this);
-}
-void IBrep::AcceptVisitor(ObjectVisitor* visitor)
-{
-    VisitBy(visitor, this);
-}
-
-void ObjectVisitor::Visit(IGenericObject*) {}
-void ObjectVisitor::Visit(IView*) {}
-void ObjectVisitor::Visit(ICamera*) {}
-void ObjectVisitor::Visit(IAssemblyFeatureOverride*) {}
-void ObjectVisitor::Visit(IAnnotationCalloutElement*) {}
-void ObjectVisitor::Visit(IAnnotationCallout*) {}
-void ObjectVisitor::Visit(IMaterialTexture*) {}
-void ObjectVisitor::Visit(IExtensionGeometry*) {}
-void ObjectVisitor::Visit(IPointCloud*) {}
-void ObjectVisitor::Visit(ILod*) {}
-void ObjectVisitor::Visit(IPolygonMesh*) {}
-void ObjectVisitor::Visit(ICoordSys*) {}
-void ObjectVisitor::Visit(IWorkPlane*) {}
-void ObjectVisitor::Visit(IWorkAxis*) {}
-void ObjectVisitor::Visit(IWorkPoint*) {}
-void ObjectVisitor::Visit(ISketch*) {}
-void ObjectVisitor::Visit(ICurve*) {}
-void ObjectVisitor::Visit(IPoint*) {}
-void ObjectVisitor::Visit(IRenderStyle*) {}
-void ObjectVisitor::Visit(IGroup*) {}
-void ObjectVisitor::Visit(IInstance*) {}
-void ObjectVisitor::Visit(IAssembly*) {}
-void ObjectVisitor::Visit(IFile*) {}
-void ObjectVisitor::Visit(IPart*) {}
-void ObjectVisitor::Visit(IGeometricSet*) {}
-void ObjectVisitor::Visit(ILayer*) {}
-void ObjectVisitor::Visit(IBrep*) {}
 
 bool IObject::IsThreadSafe() const
 {

@@ -141,6 +141,7 @@ bool Match(xercesc::DOMNode const* element, MatchRow<Actions> const&... rows)
 
 /// The text of an attribute, owned by the document; null when the node has none of that name or is no element.
 KVR_XML_UTIL_API XMLCh const* FindAttribute(xercesc::DOMNode const* node, XMLCh const* name);
+/// The same for a name of the format.
 inline XMLCh const* AttributeText(xercesc::DOMNode const* node, AttributeName name)
 {
     return FindAttribute(node, name.Document());

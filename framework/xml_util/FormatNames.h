@@ -18,10 +18,13 @@ public:
     {
     }
 
+    /// As document text.
     constexpr operator std::u16string_view() const noexcept { return {m_document, m_length}; }
+    /// As UTF-8.
     constexpr operator std::string_view() const noexcept { return {m_narrow, m_length}; }
-    /// Zero-terminated.
+    /// The document text, zero-terminated.
     constexpr char16_t const* Document() const noexcept { return m_document; }
+    /// The UTF-8, zero-terminated.
     constexpr char const* Narrow() const noexcept { return m_narrow; }
 
 private:
@@ -30,13 +33,14 @@ private:
     std::size_t m_length;
 };
 
-/// The kinds of names. An attribute's name where an element's is wanted does not compile, and neither does a text.
+/// The name of elements. An attribute's name where an element's is wanted does not compile, and neither does a text.
 struct ElementName : FormatName
 {
     using FormatName::FormatName;
     constexpr explicit ElementName(FormatName const& name) noexcept : FormatName(name) {}
 };
 
+/// The name of attributes; as strict as that of elements.
 struct AttributeName : FormatName
 {
     using FormatName::FormatName;
@@ -47,7 +51,9 @@ struct AttributeName : FormatName
 struct SharedName : FormatName
 {
     using FormatName::FormatName;
+    /// For what wants an element's name.
     constexpr operator ElementName() const noexcept { return ElementName(static_cast<FormatName const&>(*this)); }
+    /// For what wants an attribute's name.
     constexpr operator AttributeName() const noexcept { return AttributeName(static_cast<FormatName const&>(*this)); }
 };
 

@@ -6,8 +6,8 @@
 #include <stdexcept>
 
 #include "framework/api/ICurveData.h"
+#include "framework/kernel/tessellation/CurveSampler.h"
 #include "scene/geometry/CurveDataFacts.h"
-#include "scene/geometry/CurveSampler.h"
 
 namespace KVR
 {

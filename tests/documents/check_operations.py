@@ -5,9 +5,9 @@
 
 Which headers are installed is read from cmake/KvrInstall.cmake. An operation is a free function or a public member
 function. It is documented by a "///" comment directly above it or a "///<" comment behind it. Not counted are
-constructors, destructors, assignments, comparisons, and what is deleted. An override takes its comment from the virtual
-operation of that name, and a setter that is not virtual, SetX, that of the X which its class answers. Overloads that
-are not virtual and stand directly below one another share one comment.
+constructors, destructors, assignments, comparisons, what is deleted, and calls of macros in place of a declaration. An
+override takes its comment from the virtual operation of that name, and a setter that is not virtual, SetX, that of the
+X which its class answers. Overloads that are not virtual and stand directly below one another share one comment.
 """
 
 import dataclasses
@@ -169,7 +169,7 @@ class Header:
     def operation(self, qualified, owner, words, begin, former):
         texts = [token.text for token in words]
         place = parameters_at(texts)
-        if place is None:
+        if place is None or is_macro_call(texts, place):
             return None
         name = operation_name(texts, place)
         if name is None or name == owner or name.startswith("~") or texts[-2:] == ["=", "delete"]:
@@ -229,6 +229,16 @@ def parameters_at(texts):
         if text == "(" and depth == 0 and at > 0 and re.match(r"\w+$", texts[at - 1]):
             return at
     return None
+
+
+def is_macro_call(texts, place):
+    """Whether there is a name with arguments alone: no type in front of it and nothing behind."""
+    depth = 0
+    for at in range(place, len(texts)):
+        depth += (texts[at] == "(") - (texts[at] == ")")
+        if depth == 0:
+            return place == 1 and at == len(texts) - 1
+    return False
 
 
 def operation_name(texts, place):

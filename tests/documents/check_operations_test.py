@@ -86,6 +86,12 @@ class CheckOperationsTest(unittest.TestCase):
             "    std::function<int(int)> f;\n    int a = Max(1, 2);\n    std::vector<int> b{1, 2};\n"
             "    static constexpr int kC = int(3);\n    class Later;\n    static_assert(sizeof(int) == 4);"), [])
 
+    def test_a_call_of_a_macro_is_no_operation_and_hides_none(self):
+        self.assertEqual(self.undocumented(
+            "namespace KVR\n{\nKVR_NAME(A);\nKVR_NAME(B(1), (C));\nint D();\nE F();\n}\n"), ["KVR::D", "KVR::F"])
+        self.assertEqual(self.undocumented("KVR_NAME(A)\nint B();\nint C();\n"), ["KVR_NAME", "C"])
+        self.assertEqual(self.undocumented_in_class("public:\n    KVR_NAME(A);\n    operator int();"), ["operatorint"])
+
     def test_bodies_are_passed_over(self):
         self.assertEqual(self.undocumented_in_class(
             'public:\n    /// A.\n    int A() const\n    {\n        if (m_a) { return B("}"); }\n        return \'}\';\n'

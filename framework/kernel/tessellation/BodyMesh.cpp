@@ -114,55 +114,11 @@ void BodyMesh::AddFace(TopoDS_Face const& face)
         ++m_bareFaces;
         return;
     }
+    // The vertex of each node.
+    Indices vertices(static_cast<std::size_t>(triangulation->NbNodes()), kNoVertex);
+    for (TopExp_Explorer edge(face, TopAbs_EDGE); edge.More(); edge.Next())
+        AddEdge(TopoDS::Edge(edge.Current()), triangulation, location, vertices);
     gp_Trsf const place = location.Transformation();
-    std::vector<std::uint64_t> vertices(static_cast<std::size_t>(triangulation->NbNodes()), kNoVertex);
-
-    for (TopExp_Explorer explorer(face, TopAbs_EDGE); explorer.More(); explorer.Next())
-    {
-        TopoDS_Edge const edge = TopoDS::Edge(explorer.Current());
-        Handle(Poly_PolygonOnTriangulation) const polygon =
-            BRep_Tool::PolygonOnTriangulation(edge, triangulation, location);
-        if (polygon.IsNull() || polygon->NbNodes() < 2)
-            continue;
-        auto const nodeCount = static_cast<std::size_t>(polygon->NbNodes());
-        auto const slot = [&](std::size_t i) -> std::uint64_t&
-        { return vertices[static_cast<std::size_t>(polygon->Node(static_cast<int>(i) + 1)) - 1]; };
-        if (std::size_t const* const known = m_edgePlaces.Seek(edge))
-        {
-            auto const& list = m_edges[*known];
-            if (list.size() == nodeCount)
-                for (std::size_t i = 0; i < nodeCount; ++i)
-                    if (slot(i) == kNoVertex)
-                        slot(i) = list[i];
-            continue;
-        }
-        if (BRep_Tool::Degenerated(edge))
-            continue;
-        // The ends of an edge are those of its neighbours.
-        TopoDS_Vertex ends[2];
-        TopExp::Vertices(TopoDS::Edge(edge.Oriented(TopAbs_FORWARD)), ends[0], ends[1]);
-        std::vector<std::uint64_t> list(nodeCount);
-        for (std::size_t i = 0; i < nodeCount; ++i)
-        {
-            bool const isEnd = i == 0 || i + 1 == nodeCount;
-            TopoDS_Shape const end = isEnd ? ends[i == 0 ? 0 : 1] : TopoDS_Shape();
-            std::uint64_t const* const corner = end.IsNull() ? nullptr : m_cornerVertices.Seek(end);
-            std::uint64_t& vertex = slot(i);
-            if (vertex == kNoVertex && corner)
-                vertex = *corner;
-            if (vertex == kNoVertex)
-            {
-                vertex = m_vertices.size() / 3;
-                Put(m_vertices, triangulation->Node(polygon->Node(static_cast<int>(i) + 1)).Transformed(place).XYZ());
-            }
-            if (!end.IsNull() && !corner)
-                m_cornerVertices.Bind(end, vertex);
-            list[i] = vertex;
-        }
-        m_edgePlaces.Bind(edge, m_edges.size());
-        m_edges.push_back(std::move(list));
-    }
-
     std::uint64_t const firstNormal = m_normals.size() / 3;
     // With a surface they are its parameters, and nobody's texture.
     TopLoc_Location surfaceLocation;
@@ -198,6 +154,53 @@ void BodyMesh::AddFace(TopoDS_Face const& face)
             m_cornerNormals.push_back(firstNormal + static_cast<std::uint64_t>(node) - 1);
         }
     }
+}
+
+void BodyMesh::AddEdge(TopoDS_Edge const& edge, Handle(Poly_Triangulation) const& triangulation,
+                       TopLoc_Location const& location, Indices& vertices)
+{
+    Handle(Poly_PolygonOnTriangulation) const polygon =
+        BRep_Tool::PolygonOnTriangulation(edge, triangulation, location);
+    if (polygon.IsNull() || polygon->NbNodes() < 2)
+        return;
+    auto const nodeCount = static_cast<std::size_t>(polygon->NbNodes());
+    auto const slot = [&](std::size_t i) -> std::uint64_t&
+    { return vertices[static_cast<std::size_t>(polygon->Node(static_cast<int>(i) + 1)) - 1]; };
+    if (std::size_t const* const known = m_edgePlaces.Seek(edge))
+    {
+        Indices const& list = m_edges[*known];
+        if (list.size() == nodeCount)
+            for (std::size_t i = 0; i < nodeCount; ++i)
+                if (slot(i) == kNoVertex)
+                    slot(i) = list[i];
+        return;
+    }
+    if (BRep_Tool::Degenerated(edge))
+        return;
+    // The ends of an edge are those of its neighbours.
+    TopoDS_Vertex ends[2];
+    TopExp::Vertices(TopoDS::Edge(edge.Oriented(TopAbs_FORWARD)), ends[0], ends[1]);
+    gp_Trsf const place = location.Transformation();
+    Indices list(nodeCount);
+    for (std::size_t i = 0; i < nodeCount; ++i)
+    {
+        bool const isEnd = i == 0 || i + 1 == nodeCount;
+        TopoDS_Shape const end = isEnd ? ends[i == 0 ? 0 : 1] : TopoDS_Shape();
+        std::uint64_t const* const corner = end.IsNull() ? nullptr : m_cornerVertices.Seek(end);
+        std::uint64_t& vertex = slot(i);
+        if (vertex == kNoVertex && corner)
+            vertex = *corner;
+        if (vertex == kNoVertex)
+        {
+            vertex = m_vertices.size() / 3;
+            Put(m_vertices, triangulation->Node(polygon->Node(static_cast<int>(i) + 1)).Transformed(place).XYZ());
+        }
+        if (!end.IsNull() && !corner)
+            m_cornerVertices.Bind(end, vertex);
+        list[i] = vertex;
+    }
+    m_edgePlaces.Bind(edge, m_edges.size());
+    m_edges.push_back(std::move(list));
 }
 
 }  // namespace KVR

@@ -1,7 +1,10 @@
 #pragma once
 
 #include <NCollection_DataMap.hxx>
+#include <Poly_Triangulation.hxx>
+#include <TopLoc_Location.hxx>
 #include <TopTools_ShapeMapHasher.hxx>
+#include <TopoDS_Edge.hxx>
 #include <TopoDS_Face.hxx>
 #include <TopoDS_Shape.hxx>
 #include <cstdint>
@@ -49,7 +52,12 @@ public:
 private:
     using EdgeVertices = NCollection_DataMap<TopoDS_Shape, std::size_t, TopTools_ShapeMapHasher>;
 
+    using Indices = std::vector<std::uint64_t>;
+
     void AddFace(TopoDS_Face const& face);
+    /// Gives the nodes of a face's triangulation that lie on the edge their vertices.
+    void AddEdge(TopoDS_Edge const& edge, Handle(Poly_Triangulation) const& triangulation,
+                 TopLoc_Location const& location, Indices& vertices);
 
     std::vector<double> m_vertices;
     std::vector<double> m_normals;

@@ -4,13 +4,14 @@
 #include <cstddef>
 #include <vector>
 
-#include "scene/CurvePoints.h"
+#include "framework/kernel/CurveTolerance.h"
+#include "framework/kernel/Export.h"
 
 namespace KVR
 {
 
 /// A curve by its parameter.
-class CurveSource
+class KVR_KERNEL_API CurveSource
 {
 public:
     using Point = std::array<double, 3>;
@@ -27,7 +28,7 @@ protected:
 
 /// Follows one piece of a curve by points, three numbers for each. Every operation answers false, with points of no
 /// meaning, when the curve has no point somewhere or one that no float could hold.
-class CurveSampler
+class KVR_KERNEL_API CurveSampler
 {
 public:
     using Point = CurveSource::Point;

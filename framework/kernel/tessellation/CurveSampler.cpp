@@ -1,4 +1,4 @@
-#include "scene/geometry/CurveSampler.h"
+#include "framework/kernel/tessellation/CurveSampler.h"
 
 #include <algorithm>
 #include <bit>
