@@ -1,33 +1,19 @@
-// The out-of-line members of the object interfaces: destructors, which anchor the type information, and the
-// answers that an interface gives by itself.
+// The out-of-line members of the interfaces: destructors, which anchor the type information, and the answers that an
+// interface gives by itself. The destructors of what a visitor visits stand with the visits.
 
 #include "framework/api/Color.h"
-#include "framework/api/IAnnotationCallout.h"
-#include "framework/api/IAssembly.h"
-#include "framework/api/IAssemblyFeatureOverride.h"
-#include "framework/api/IBrep.h"
 #include "framework/api/ICamera.h"
-#include "framework/api/ICurve.h"
-#include "framework/api/IExtensionGeometry.h"
+#include "framework/api/IComponent.h"
 #include "framework/api/IFile.h"
-#include "framework/api/IGenericObject.h"
-#include "framework/api/IGeometricSet.h"
-#include "framework/api/IGroup.h"
-#include "framework/api/IInstance.h"
-#include "framework/api/ILayer.h"
-#include "framework/api/ILod.h"
-#include "framework/api/IMaterialTexture.h"
-#include "framework/api/IPart.h"
-#include "framework/api/IPoint.h"
-#include "framework/api/IPointCloud.h"
+#include "framework/api/IGeometry.h"
+#include "framework/api/IObject.h"
 #include "framework/api/IPolygonMesh.h"
 #include "framework/api/IProducer.h"
 #include "framework/api/IRenderStyle.h"
-#include "framework/api/ISketch.h"
 #include "framework/api/IText.h"
 #include "framework/api/IUniverse.h"
-#include "framework/api/IView.h"
 #include "framework/api/IWorkFeature.h"
+#include "framework/api/Mixins.h"
 
 namespace KVR
 {
@@ -45,41 +31,14 @@ ISubObjectPersistentIds::~ISubObjectPersistentIds() = default;
 IAttributeSets::~IAttributeSets() = default;
 IGeometry::~IGeometry() = default;
 IComponent::~IComponent() = default;
-IAssembly::~IAssembly() = default;
-IPart::~IPart() = default;
-IFile::~IFile() = default;
-IInstance::~IInstance() = default;
 IUniverse::~IUniverse() = default;
 IProducer::~IProducer() = default;
-IAssemblyFeatureOverride::~IAssemblyFeatureOverride() = default;
-IBrep::~IBrep() = default;
-ICurve::~ICurve() = default;
-IPoint::~IPoint() = default;
-IPointCloud::~IPointCloud() = default;
-IPolygonMesh::~IPolygonMesh() = default;
-ISketch::~ISketch() = default;
-IGeometricSet::~IGeometricSet() = default;
-IExtensionGeometry::~IExtensionGeometry() = default;
 IWorkFeature::~IWorkFeature() = default;
-IWorkAxis::~IWorkAxis() = default;
-IWorkPlane::~IWorkPlane() = default;
-IWorkPoint::~IWorkPoint() = default;
-ILayer::~ILayer() = default;
-IGroup::~IGroup() = default;
-ILod::~ILod() = default;
-ICamera::~ICamera() = default;
 ISectionCamera::~ISectionCamera() = default;
-IView::~IView() = default;
 ITextFragment::~ITextFragment() = default;
 ITextLine::~ITextLine() = default;
 IText::~IText() = default;
-IAnnotationCallout::~IAnnotationCallout() = default;
-IAnnotationCalloutElement::~IAnnotationCalloutElement() = default;
-IMaterialTexture::~IMaterialTexture() = default;
-IRenderStyle::~IRenderStyle() = default;
 IVitreolRenderStyle::~IVitreolRenderStyle() = default;
-IGenericObject::~IGenericObject() = default;
-ICoordSys::~ICoordSys() = default;
 
 bool IObject::IsThreadSafe() const
 {

@@ -39,6 +39,35 @@ void VisitBy(ObjectVisitor* visitor, Object* object)
 }
 }  // namespace
 
+// The destructors anchor the type information.
+IGenericObject::~IGenericObject() = default;
+IView::~IView() = default;
+ICamera::~ICamera() = default;
+IAssemblyFeatureOverride::~IAssemblyFeatureOverride() = default;
+IAnnotationCalloutElement::~IAnnotationCalloutElement() = default;
+IAnnotationCallout::~IAnnotationCallout() = default;
+IMaterialTexture::~IMaterialTexture() = default;
+IExtensionGeometry::~IExtensionGeometry() = default;
+IPointCloud::~IPointCloud() = default;
+ILod::~ILod() = default;
+IPolygonMesh::~IPolygonMesh() = default;
+ICoordSys::~ICoordSys() = default;
+IWorkPlane::~IWorkPlane() = default;
+IWorkAxis::~IWorkAxis() = default;
+IWorkPoint::~IWorkPoint() = default;
+ISketch::~ISketch() = default;
+ICurve::~ICurve() = default;
+IPoint::~IPoint() = default;
+IRenderStyle::~IRenderStyle() = default;
+IGroup::~IGroup() = default;
+IInstance::~IInstance() = default;
+IAssembly::~IAssembly() = default;
+IFile::~IFile() = default;
+IPart::~IPart() = default;
+IGeometricSet::~IGeometricSet() = default;
+ILayer::~ILayer() = default;
+IBrep::~IBrep() = default;
+
 void IGenericObject::AcceptVisitor(ObjectVisitor* visitor)
 {
     VisitBy(visitor, this);
