@@ -1,19 +1,33 @@
-// The out-of-line members of the interfaces: destructors, which anchor the type information, and the answers that an
-// interface gives by itself. The destructors of what a visitor visits stand with the visits.
+// The out-of-line members of the object interfaces: destructors, which anchor the type information, and the dispatch
+// of AcceptVisitor.
 
-#include "framework/api/Color.h"
+#include "framework/api/IAnnotationCallout.h"
+#include "framework/api/IAssembly.h"
+#include "framework/api/IAssemblyFeatureOverride.h"
+#include "framework/api/IBrep.h"
 #include "framework/api/ICamera.h"
-#include "framework/api/IComponent.h"
+#include "framework/api/ICurve.h"
+#include "framework/api/IExtensionGeometry.h"
 #include "framework/api/IFile.h"
-#include "framework/api/IGeometry.h"
-#include "framework/api/IObject.h"
+#include "framework/api/IGenericObject.h"
+#include "framework/api/IGeometricSet.h"
+#include "framework/api/IGroup.h"
+#include "framework/api/IInstance.h"
+#include "framework/api/ILayer.h"
+#include "framework/api/ILod.h"
+#include "framework/api/IMaterialTexture.h"
+#include "framework/api/IPart.h"
+#include "framework/api/IPoint.h"
+#include "framework/api/IPointCloud.h"
 #include "framework/api/IPolygonMesh.h"
 #include "framework/api/IProducer.h"
 #include "framework/api/IRenderStyle.h"
+#include "framework/api/ISketch.h"
 #include "framework/api/IText.h"
 #include "framework/api/IUniverse.h"
+#include "framework/api/IView.h"
 #include "framework/api/IWorkFeature.h"
-#include "framework/api/Mixins.h"
+#include "framework/api/ObjectVisitor.h"
 
 namespace KVR
 {
@@ -31,217 +45,188 @@ ISubObjectPersistentIds::~ISubObjectPersistentIds() = default;
 IAttributeSets::~IAttributeSets() = default;
 IGeometry::~IGeometry() = default;
 IComponent::~IComponent() = default;
+IAssembly::~IAssembly() = default;
+IPart::~IPart() = default;
+IFile::~IFile() = default;
+IInstance::~IInstance() = default;
 IUniverse::~IUniverse() = default;
 IProducer::~IProducer() = default;
+IAssemblyFeatureOverride::~IAssemblyFeatureOverride() = default;
+IBrep::~IBrep() = default;
+ICurve::~ICurve() = default;
+IPoint::~IPoint() = default;
+IPointCloud::~IPointCloud() = default;
+IPolygonMesh::~IPolygonMesh() = default;
+ISketch::~ISketch() = default;
+IGeometricSet::~IGeometricSet() = default;
+IExtensionGeometry::~IExtensionGeometry() = default;
 IWorkFeature::~IWorkFeature() = default;
+IWorkAxis::~IWorkAxis() = default;
+IWorkPlane::~IWorkPlane() = default;
+IWorkPoint::~IWorkPoint() = default;
+ILayer::~ILayer() = default;
+IGroup::~IGroup() = default;
+ILod::~ILod() = default;
+ICamera::~ICamera() = default;
 ISectionCamera::~ISectionCamera() = default;
+IView::~IView() = default;
 ITextFragment::~ITextFragment() = default;
 ITextLine::~ITextLine() = default;
 IText::~IText() = default;
+IAnnotationCallout::~IAnnotationCallout() = default;
+IAnnotationCalloutElement::~IAnnotationCalloutElement() = default;
+IMaterialTexture::~IMaterialTexture() = default;
+IRenderStyle::~IRenderStyle() = default;
 IVitreolRenderStyle::~IVitreolRenderStyle() = default;
+IGenericObject::~IGenericObject() = default;
+ICoordSys::~ICoordSys() = default;
+ObjectVisitor::~ObjectVisitor() = default;
 
-bool IObject::IsThreadSafe() const
+namespace
 {
-    return false;
+template <class Object>
+void VisitBy(ObjectVisitor* visitor, Object* object)
+{
+    if (visitor)
+        visitor->Visit(object);
 }
-IsValueSpecifiedEnum IObject::ExtensionDataByTypeId(UTF8String const&, ExtensionDataContent&) const
+}  // namespace
+
+void IGenericObject::AcceptVisitor(ObjectVisitor* visitor)
 {
-    return kIsValueSpecified_No;
+    VisitBy(visitor, this);
 }
-IsValueSpecifiedEnum IObject::ExtensionDataChangeKeyByTypeId(UTF8String const&, SnapshotVersionEnum, UTF8String&) const
+void IView::AcceptVisitor(ObjectVisitor* visitor)
 {
-    return kIsValueSpecified_No;
+    VisitBy(visitor, this);
 }
-IdSet IObject::PropertyIds() const
+void ICamera::AcceptVisitor(ObjectVisitor* visitor)
 {
-    return {};
+    VisitBy(visitor, this);
+}
+void IAssemblyFeatureOverride::AcceptVisitor(ObjectVisitor* visitor)
+{
+    VisitBy(visitor, this);
+}
+void IAnnotationCalloutElement::AcceptVisitor(ObjectVisitor* visitor)
+{
+    VisitBy(visitor, this);
+}
+void IAnnotationCallout::AcceptVisitor(ObjectVisitor* visitor)
+{
+    VisitBy(visitor, this);
+}
+void IMaterialTexture::AcceptVisitor(ObjectVisitor* visitor)
+{
+    VisitBy(visitor, this);
+}
+void IExtensionGeometry::AcceptVisitor(ObjectVisitor* visitor)
+{
+    VisitBy(visitor, this);
+}
+void IPointCloud::AcceptVisitor(ObjectVisitor* visitor)
+{
+    VisitBy(visitor, this);
+}
+void ILod::AcceptVisitor(ObjectVisitor* visitor)
+{
+    VisitBy(visitor, this);
+}
+void IPolygonMesh::AcceptVisitor(ObjectVisitor* visitor)
+{
+    VisitBy(visitor, this);
+}
+void ICoordSys::AcceptVisitor(ObjectVisitor* visitor)
+{
+    VisitBy(visitor, this);
+}
+void IWorkPlane::AcceptVisitor(ObjectVisitor* visitor)
+{
+    VisitBy(visitor, this);
+}
+void IWorkAxis::AcceptVisitor(ObjectVisitor* visitor)
+{
+    VisitBy(visitor, this);
+}
+void IWorkPoint::AcceptVisitor(ObjectVisitor* visitor)
+{
+    VisitBy(visitor, this);
+}
+void ISketch::AcceptVisitor(ObjectVisitor* visitor)
+{
+    VisitBy(visitor, this);
+}
+void ICurve::AcceptVisitor(ObjectVisitor* visitor)
+{
+    VisitBy(visitor, this);
+}
+void IPoint::AcceptVisitor(ObjectVisitor* visitor)
+{
+    VisitBy(visitor, this);
+}
+void IRenderStyle::AcceptVisitor(ObjectVisitor* visitor)
+{
+    VisitBy(visitor, this);
+}
+void IGroup::AcceptVisitor(ObjectVisitor* visitor)
+{
+    VisitBy(visitor, this);
+}
+void IInstance::AcceptVisitor(ObjectVisitor* visitor)
+{
+    VisitBy(visitor, this);
+}
+void IAssembly::AcceptVisitor(ObjectVisitor* visitor)
+{
+    VisitBy(visitor, this);
+}
+void IFile::AcceptVisitor(ObjectVisitor* visitor)
+{
+    VisitBy(visitor, this);
+}
+void IPart::AcceptVisitor(ObjectVisitor* visitor)
+{
+    VisitBy(visitor, this);
+}
+void IGeometricSet::AcceptVisitor(ObjectVisitor* visitor)
+{
+    VisitBy(visitor, this);
+}
+void ILayer::AcceptVisitor(ObjectVisitor* visitor)
+{
+    VisitBy(visitor, this);
+}
+void IBrep::AcceptVisitor(ObjectVisitor* visitor)
+{
+    VisitBy(visitor, this);
 }
 
-IsValueSpecifiedEnum IUnit::LengthUnit(UnitTypeEnum&) const
-{
-    return kIsValueSpecified_No;
-}
-IsValueSpecifiedEnum IUnit::DisplayAngleUnit(UnitTypeEnum&) const
-{
-    return kIsValueSpecified_No;
-}
-IsValueSpecifiedEnum IUnit::DisplayLengthUnit(UnitTypeEnum&) const
-{
-    return kIsValueSpecified_No;
-}
-SubEntityToStylesMap* ISubEntityStyles::StylesMap() const
-{
-    return nullptr;
-}
-DataIdToPersistentIdMap* ISubObjectPersistentIds::PersistentIDsMap() const
-{
-    return nullptr;
-}
-
-bool IGeometry::IsNetVisible() const
-{
-    return IsVisible();
-}
-IdSet IGeometry::Styles() const
-{
-    return {};
-}
-IdSet IGeometry::NetStyles() const
-{
-    return {};
-}
-
-void IFile::SetDisplayLengthUnit(UnitTypeEnum unit)
-{
-    m_displayLengthUnit = unit;
-    m_hasDisplayLengthUnit = true;
-}
-IsValueSpecifiedEnum IFile::DisplayLengthUnit(UnitTypeEnum& unit) const
-{
-    if (!m_hasDisplayLengthUnit)
-        return kIsValueSpecified_No;
-    unit = m_displayLengthUnit;
-    return kIsValueSpecified_Yes;
-}
-
-void IProducer::Unload(UTF8String const&) {}
-
-unsigned long IPolygonMesh::MeshSegmentCount() const
-{
-    return FaceSegmentCount();
-}
-IsValueSpecifiedEnum IPolygonMesh::MeshSegmentAt(unsigned long index, PolygonIndexSet& polygons) const
-{
-    FaceSegmentInfo segment;
-    if (FaceSegmentAt(index, segment) != kIsValueSpecified_Yes)
-        return kIsValueSpecified_No;
-    polygons = segment.PolygonIndices();
-    return kIsValueSpecified_Yes;
-}
-IsValueSpecifiedEnum IPolygonMesh::MeshSegmentVisibilityAt(unsigned long index, bool& visible) const
-{
-    FaceSegmentInfo segment;
-    if (FaceSegmentAt(index, segment) != kIsValueSpecified_Yes)
-        return kIsValueSpecified_No;
-    visible = segment.IsVisible();
-    return kIsValueSpecified_Yes;
-}
-IsValueSpecifiedEnum IPolygonMesh::EdgeSegmentAt(unsigned long index, VertexIndexSet& vertices) const
-{
-    EdgeSegmentInfo segment;
-    if (EdgeSegmentInfoAt(index, segment) != kIsValueSpecified_Yes)
-        return kIsValueSpecified_No;
-    vertices = segment.VertexIndices();
-    return kIsValueSpecified_Yes;
-}
-
-IsValueSpecifiedEnum IRenderStyle::DiffuseColor(Color&) const
-{
-    return kIsValueSpecified_No;
-}
-IsValueSpecifiedEnum IRenderStyle::DiffuseTexture(UTF8String&) const
-{
-    return kIsValueSpecified_No;
-}
-IsValueSpecifiedEnum IRenderStyle::DiffuseFactor(double&) const
-{
-    return kIsValueSpecified_No;
-}
-IsValueSpecifiedEnum IRenderStyle::AmbientColor(Color&) const
-{
-    return kIsValueSpecified_No;
-}
-IsValueSpecifiedEnum IRenderStyle::AmbientTexture(UTF8String&) const
-{
-    return kIsValueSpecified_No;
-}
-IsValueSpecifiedEnum IRenderStyle::AmbientFactor(double&) const
-{
-    return kIsValueSpecified_No;
-}
-IsValueSpecifiedEnum IRenderStyle::EmissionColor(Color&) const
-{
-    return kIsValueSpecified_No;
-}
-IsValueSpecifiedEnum IRenderStyle::EmissionTexture(UTF8String&) const
-{
-    return kIsValueSpecified_No;
-}
-IsValueSpecifiedEnum IRenderStyle::EmissionFactor(double&) const
-{
-    return kIsValueSpecified_No;
-}
-IsValueSpecifiedEnum IRenderStyle::SpecularColor(Color&) const
-{
-    return kIsValueSpecified_No;
-}
-IsValueSpecifiedEnum IRenderStyle::SpecularTexture(UTF8String&) const
-{
-    return kIsValueSpecified_No;
-}
-IsValueSpecifiedEnum IRenderStyle::SpecularFactor(double&) const
-{
-    return kIsValueSpecified_No;
-}
-IsValueSpecifiedEnum IRenderStyle::Shininess(double&) const
-{
-    return kIsValueSpecified_No;
-}
-IsValueSpecifiedEnum IRenderStyle::ShaderType(ShadingModelType&) const
-{
-    return kIsValueSpecified_No;
-}
-IsValueSpecifiedEnum IRenderStyle::Reflection(double&) const
-{
-    return kIsValueSpecified_No;
-}
-IsValueSpecifiedEnum IRenderStyle::Eccentricity(double&) const
-{
-    return kIsValueSpecified_No;
-}
-IsValueSpecifiedEnum IRenderStyle::Rolloff(double&) const
-{
-    return kIsValueSpecified_No;
-}
-IsValueSpecifiedEnum IRenderStyle::Transparency(Color&) const
-{
-    return kIsValueSpecified_No;
-}
-IsValueSpecifiedEnum IRenderStyle::Transparency(double&) const
-{
-    return kIsValueSpecified_No;
-}
-IsValueSpecifiedEnum IRenderStyle::BumpMap(UTF8String&) const
-{
-    return kIsValueSpecified_No;
-}
-IsValueSpecifiedEnum IRenderStyle::CutoutTexture(UTF8String&) const
-{
-    return kIsValueSpecified_No;
-}
-IsValueSpecifiedEnum IRenderStyle::PointStyleMarker(PointStyleMarkerTypeEnum&) const
-{
-    return kIsValueSpecified_No;
-}
-IsValueSpecifiedEnum IRenderStyle::PointStyleMarkerSize(double&) const
-{
-    return kIsValueSpecified_No;
-}
-IsValueSpecifiedEnum IRenderStyle::CurveStyleFont(CurveStyleFontTypeEnum&) const
-{
-    return kIsValueSpecified_No;
-}
-IsValueSpecifiedEnum IRenderStyle::CurveStyleWidth(double&) const
-{
-    return kIsValueSpecified_No;
-}
-IsValueSpecifiedEnum IRenderStyle::CurveStyleFillArea(CurveStyleFillTypeEnum&) const
-{
-    return kIsValueSpecified_No;
-}
-IsValueSpecifiedEnum IVitreolRenderStyle::BestFitDiffuseColor(Color& color) const
-{
-    return DiffuseColor(color);
-}
+void ObjectVisitor::Visit(IGenericObject*) {}
+void ObjectVisitor::Visit(IView*) {}
+void ObjectVisitor::Visit(ICamera*) {}
+void ObjectVisitor::Visit(IAssemblyFeatureOverride*) {}
+void ObjectVisitor::Visit(IAnnotationCalloutElement*) {}
+void ObjectVisitor::Visit(IAnnotationCallout*) {}
+void ObjectVisitor::Visit(IMaterialTexture*) {}
+void ObjectVisitor::Visit(IExtensionGeometry*) {}
+void ObjectVisitor::Visit(IPointCloud*) {}
+void ObjectVisitor::Visit(ILod*) {}
+void ObjectVisitor::Visit(IPolygonMesh*) {}
+void ObjectVisitor::Visit(ICoordSys*) {}
+void ObjectVisitor::Visit(IWorkPlane*) {}
+void ObjectVisitor::Visit(IWorkAxis*) {}
+void ObjectVisitor::Visit(IWorkPoint*) {}
+void ObjectVisitor::Visit(ISketch*) {}
+void ObjectVisitor::Visit(ICurve*) {}
+void ObjectVisitor::Visit(IPoint*) {}
+void ObjectVisitor::Visit(IRenderStyle*) {}
+void ObjectVisitor::Visit(IGroup*) {}
+void ObjectVisitor::Visit(IInstance*) {}
+void ObjectVisitor::Visit(IAssembly*) {}
+void ObjectVisitor::Visit(IFile*) {}
+void ObjectVisitor::Visit(IPart*) {}
+void ObjectVisitor::Visit(IGeometricSet*) {}
+void ObjectVisitor::Visit(ILayer*) {}
+void ObjectVisitor::Visit(IBrep*) {}
 
 }  // namespace KVR
