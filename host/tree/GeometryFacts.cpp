@@ -3,7 +3,6 @@
 #include <TopExp.hxx>
 #include <TopTools_IndexedMapOfShape.hxx>
 #include <TopoDS_Shape.hxx>
-#include <algorithm>
 
 #include "framework/api/kvr_api.h"
 #include "framework/kernel/entity.h"
@@ -29,7 +28,7 @@ public:
         for (unsigned long i = 0; i < vertexCount; ++i)
         {
             PolygonVertex const vertex = mesh->VertexAt(i);
-            facts.box = Box::Around(facts.box, vertex.x, vertex.y, vertex.z);
+            facts.box = SceneBox::Around(facts.box, {vertex.x, vertex.y, vertex.z});
         }
     }
 
@@ -40,7 +39,7 @@ public:
         facts.counts = {{"piece", "pieces", "Pieces", curve.CurveDataCount()}};
         SceneLines const lines = CurvePoints::Of(curve, CurvePoints::kForBoxes);
         for (std::size_t i = 0; i < lines.points.size(); i += 3)
-            facts.box = Box::Around(facts.box, lines.points[i], lines.points[i + 1], lines.points[i + 2]);
+            facts.box = SceneBox::Around(facts.box, {lines.points[i], lines.points[i + 1], lines.points[i + 2]});
     }
 
     void Visit(IBrep* brep) override
@@ -71,18 +70,6 @@ private:
 };
 
 }  // namespace
-
-Box Box::Around(std::optional<Box> const& box, double x, double y, double z)
-{
-    double const point[3] = {x, y, z};
-    Box around = box.value_or(Box{{x, y, z}, {x, y, z}});
-    for (int axis = 0; axis < 3; ++axis)
-    {
-        around.low[axis] = std::min(around.low[axis], point[axis]);
-        around.high[axis] = std::max(around.high[axis], point[axis]);
-    }
-    return around;
-}
 
 std::optional<GeometryFacts> GeometryFacts::Of(IObject& object)
 {

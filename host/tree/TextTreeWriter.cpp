@@ -90,7 +90,7 @@ void TextTreeWriter::Geometry(GeometryFacts const& facts)
     if (!facts.box)
         return;
     // Six digits tell where something is.
-    auto const corner = [](double const(&at)[3])
+    auto const corner = [](std::array<double, 3> const& at)
     { return fmt::format("({:.6g}, {:.6g}, {:.6g})", Rounded(at[0]), Rounded(at[1]), Rounded(at[2])); };
     m_out.Put(fmt::format(", from {} to {}", corner(facts.box->low), corner(facts.box->high)));
 }
