@@ -1,6 +1,7 @@
 #include "tests/tool/ToolRun.h"
 
 #include <fcntl.h>
+#include <gtest/gtest.h>
 #include <sched.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -81,11 +82,28 @@ ToolRun Run(std::vector<std::string> const& words, rlim_t mostBytes)
     return {StatusOf(status), Content(outPath), Content(errorPath), usage.ru_maxrss};
 }
 
+// Every dump that a test makes is as docs/dump.schema.json says. The validator takes minutes for lists of millions.
+void ExpectDumpFitsSchema(ToolRun const& dump)
+{
+    constexpr std::size_t kMostBytes = 4'000'000;
+    if ((dump.status != 0 && dump.status != 1) || !dump.out.starts_with('{') || dump.out.size() > kMostBytes)
+        return;
+    TempFolder folder;
+    folder.Write("dump.json", dump.out);
+    ToolRun const validator = Run({KVR_PYTHON, "-B", KVR_VALIDATE_DUMPS,
+                                   std::string(KVR_DOCS_DIR) + "/dump.schema.json", folder.NarrowPathOf("dump.json")},
+                                  RLIM_INFINITY);
+    EXPECT_EQ(validator.status, 0) << validator.out << validator.error;
+}
+
 }  // namespace
 
 ToolRun RunTool(std::vector<std::string> const& arguments)
 {
-    return Run(WithTool(arguments), RLIM_INFINITY);
+    ToolRun run = Run(WithTool(arguments), RLIM_INFINITY);
+    if (!arguments.empty() && arguments.front() == "dump")
+        ExpectDumpFitsSchema(run);
+    return run;
 }
 
 ToolRun RunProgram(std::vector<std::string> const& words)

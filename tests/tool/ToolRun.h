@@ -18,6 +18,7 @@ struct ToolRun
 };
 
 /// Runs the program with the arguments, and waits for it; a signal that ended it gives a status of 128 and its number.
+/// A dump that is not as docs/dump.schema.json says fails the test.
 ToolRun RunTool(std::vector<std::string> const& arguments);
 
 /// Runs another program, by its path, in the same way.
