@@ -42,11 +42,11 @@ inline bool Begin(Progress const& progress, char const* stage)
 
 /// A result without content.
 template <class Result>
-Result Ended(Outcome outcome, std::string failure = {})
+Result Ended(Outcome outcome, std::string const& failure = {})
 {
     Result result;
     result.outcome = outcome;
-    result.failure = std::move(failure);
+    result.failure = failure;
     return result;
 }
 
