@@ -3,7 +3,6 @@
 #include <exception>
 #include <optional>
 #include <string>
-#include <utility>
 
 #include "exchange/Progress.h"
 
