@@ -21,6 +21,13 @@ namespace KVR
 struct ShapeDocument
 {
     explicit ShapeDocument(NotCarriedCounts& counts) : notCarried(counts) {}
+    ShapeDocument(ShapeDocument&&) noexcept = default;
+    /// Layers and views hold one another by their links, which a document ends only when it is told to.
+    ~ShapeDocument()
+    {
+        if (!document.IsNull())
+            document->Main().Root().ForgetAllAttributes(true);
+    }
 
     /// A body, as the shape that stands in the document.
     struct Body

@@ -1,8 +1,8 @@
 #include "exchange/export/ShapeDocumentBuilder.h"
 
 #include <TDataStd_Name.hxx>
+#include <TDocStd_Document.hxx>
 #include <UnitsMethods_LengthUnit.hxx>
-#include <XCAFApp_Application.hxx>
 #include <XCAFDoc_DocumentTool.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
 #include <algorithm>
@@ -86,7 +86,9 @@ ShapeDocument ShapeDocumentBuilder::Build()
         m_document.unit = m_scene.Unit();
         m_document.metresPerUnit = m_scene.MetresPerUnit();
     }
-    XCAFApp_Application::GetApplication()->NewDocument("BinXCAF", m_document.document);
+    // Without Open CASCADE's application, which would stay to the end of the process.
+    m_document.document = new TDocStd_Document("BinXCAF");
+    XCAFDoc_DocumentTool::Set(m_document.document->Main());
     XCAFDoc_DocumentTool::SetLengthUnit(m_document.document, m_document.metresPerUnit, UnitsMethods_LengthUnit_Meter);
     XCAFDoc_ShapeTool::SetAutoNaming(Standard_False);
     m_shapes = XCAFDoc_DocumentTool::ShapeTool(m_document.document->Main());

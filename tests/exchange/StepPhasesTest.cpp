@@ -5,7 +5,8 @@
 #include <stdexcept>
 #include <type_traits>
 
-#include <XCAFApp_Application.hxx>
+#include <TDocStd_Document.hxx>
+#include <XCAFDoc_DocumentTool.hxx>
 
 // What the compiler says of the order of the phases.
 namespace KVR::Test
@@ -46,7 +47,8 @@ TEST(StepPhases, ADocumentWithoutShapesIsRefusedInTheFirst)
 {
     NotCarriedCounts counts;
     ShapeDocument document(counts);
-    XCAFApp_Application::GetApplication()->NewDocument("BinXCAF", document.document);
+    document.document = new TDocStd_Document("BinXCAF");
+    XCAFDoc_DocumentTool::Set(document.document->Main());
     EXPECT_THROW(TransferredModel{std::move(document)}, std::runtime_error);
 }
 
