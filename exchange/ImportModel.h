@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "exchange/Export.h"
@@ -43,6 +42,16 @@ struct ImportCounts
     std::size_t triangles = 0;
 };
 
+/// A kind of thing that a model holds and its scene does not. All texts are UTF-8 as the model has them.
+struct ImportLoss
+{
+    /// In the plural: "comments".
+    std::string kind;
+    unsigned long long count = 0;
+    /// At most `count` of them: what tells each in the model, such as a name or an entity.
+    std::vector<std::string> items;
+};
+
 /// What came of an import. All texts are UTF-8.
 struct ImportResult
 {
@@ -52,9 +61,8 @@ struct ImportResult
     std::string failure;
     /// Sentences without their full stops: what else there is to know of a good result, and what the scene lacks.
     std::vector<std::string> remarks;
-    /// What the model holds and the scene does not, by kinds in the plural ("comments") with their counts; the remarks
-    /// tell it, too.
-    std::vector<std::pair<std::string, unsigned long long>> losses;
+    /// What the model holds and the scene does not, in the order of the kinds; the remarks count it, too.
+    std::vector<ImportLoss> losses;
 
     ImportCounts counts;
     /// The scene's unit of length, which is the model's.

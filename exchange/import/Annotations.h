@@ -10,8 +10,8 @@
 
 #include "authoring/CurveRecord.h"
 #include "authoring/SceneRecords.h"
-#include "exchange/import/Losses.h"
 #include "exchange/import/ProductPlan.h"
+#include "exchange/model/Losses.h"
 
 namespace KVR
 {

@@ -2,7 +2,6 @@
 
 #include <cerrno>
 #include <filesystem>
-#include <map>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <stdexcept>
@@ -42,6 +41,14 @@ std::string UnitWord(UnitTypeEnum unit)
     return word;
 }
 
+json JsonOf(Losses const& losses)
+{
+    json list = json::array();
+    for (auto const& [name, kind] : losses.Kinds())
+        list.push_back({name, kind.count, kind.items});
+    return list;
+}
+
 // What the child answers: the facts of a result.
 std::string AnswerOf(ModelDocument const& model, ImportReport const& report)
 {
@@ -50,7 +57,7 @@ std::string AnswerOf(ModelDocument const& model, ImportReport const& report)
                 {"unit", model.unit},
                 {"isUnitStated", model.isUnitStated},
                 {"deflection", report.deflection},
-                {"losses", report.losses.Counts()}}
+                {"losses", JsonOf(report.losses)}}
         .dump(-1, ' ', false, json::error_handler_t::replace);
 }
 
@@ -62,8 +69,8 @@ void ReadAnswer(std::string const& answer, ImportResult& result)
     result.unit = facts.at("unit");
     result.isUnitStated = facts.at("isUnitStated");
     result.deflection = facts.at("deflection");
-    for (auto const& [kind, count] : facts.at("losses").get<std::map<std::string, unsigned long long>>())
-        result.losses.emplace_back(kind, count);
+    for (json const& loss : facts.at("losses"))
+        result.losses.push_back({loss.at(0), loss.at(1), loss.at(2)});
 }
 
 // What the child does.
@@ -100,8 +107,8 @@ void AddRemarks(ImportResult& result)
     if (!result.isUnitStated)
         result.remarks.push_back("the model states no unit of length; its numbers are taken for " +
                                  UnitWord(result.unit) + " lengths");
-    for (auto const& [kind, count] : result.losses)
-        result.remarks.push_back("not in the scene: " + std::to_string(count) + ' ' + kind);
+    for (ImportLoss const& loss : result.losses)
+        result.remarks.push_back("not in the scene: " + std::to_string(loss.count) + ' ' + loss.kind);
 }
 
 void Place(WorkFolder const& folder)

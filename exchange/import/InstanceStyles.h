@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "authoring/SceneRecords.h"
-#include "exchange/import/Losses.h"
 #include "exchange/import/ProductPlan.h"
+#include "exchange/model/Losses.h"
 
 namespace KVR
 {

@@ -6,8 +6,8 @@
 #include <TopoDS_Shape.hxx>
 #include <vector>
 
-#include "exchange/import/Losses.h"
 #include "exchange/import/ProductPlan.h"
+#include "exchange/model/Losses.h"
 #include "exchange/model/ModelDocument.h"
 #include "framework/api/UTF8String.h"
 

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "authoring/SceneRecords.h"
-#include "exchange/import/Losses.h"
+#include "exchange/model/Losses.h"
 #include "exchange/model/ModelDocument.h"
 
 namespace KVR

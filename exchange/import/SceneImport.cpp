@@ -60,8 +60,7 @@ public:
               {.kernelForm = options.asText ? Authoring::KernelStoreForm::kText : Authoring::KernelStoreForm::kBinary,
                .meshLayout = Authoring::MeshStoreLayout::kMeshInfo})
     {
-        for (auto const& [kind, count] : model.losses)
-            m_report.losses.Add(kind, count);
+        m_report.losses = model.losses;
     }
 
     ImportReport Import()

@@ -3,7 +3,7 @@
 #include <string>
 
 #include "exchange/ImportModel.h"
-#include "exchange/import/Losses.h"
+#include "exchange/model/Losses.h"
 #include "exchange/model/ModelDocument.h"
 
 namespace KVR

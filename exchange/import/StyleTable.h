@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "authoring/SceneRecords.h"
-#include "exchange/import/Losses.h"
+#include "exchange/model/Losses.h"
 
 namespace KVR
 {

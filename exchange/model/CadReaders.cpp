@@ -237,7 +237,7 @@ void CountUnread(ModelDocument& model, Handle(Interface_InterfaceModel) const& s
             ++tessellated;
     }
     if (tessellated > 0)
-        model.losses.emplace_back("tessellated shapes, which arrive without geometry", tessellated);
+        model.losses.Add("tessellated shapes, which arrive without geometry", tessellated);
 }
 
 std::string IgesTime(std::string const& date)

@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "exchange/model/Losses.h"
 #include "exchange/model/ModelFormat.h"
 #include "framework/api/Enums.h"
 
@@ -47,7 +48,7 @@ struct ModelDocument
     /// Where the eyes of saved views are, by the names of the views; Open CASCADE's documents do not tell.
     std::unordered_map<std::string, std::array<double, 3>> eyes;
     /// What was found and is not in the document, by kind.
-    std::vector<std::pair<std::string, unsigned long long>> losses;
+    Losses losses;
 
     /// Reads a model. Throws ModelError. May end the process: Open CASCADE crashes on some inputs.
     static ModelDocument Read(std::string const& path, ModelFormat format, ModelReadOptions const& options);

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace KVR
+{
+
+/// What a model holds and its scene does not, by kind: how many there are, and those of them that can be named. A kind
+/// is in the plural, as in "notes".
+class Losses
+{
+public:
+    struct Kind
+    {
+        unsigned long long count = 0;
+        /// At most `count` of them: what tells each in the model, such as a name or an entity ("#65 CALENDAR_DATE").
+        std::vector<std::string> items;
+    };
+
+    void Add(std::string const& kind, unsigned long long count = 1)
+    {
+        if (count > 0)
+            m_kinds[kind].count += count;
+    }
+    void AddItem(std::string const& kind, std::string item)
+    {
+        Kind& losses = m_kinds[kind];
+        ++losses.count;
+        losses.items.push_back(std::move(item));
+    }
+    std::map<std::string, Kind> const& Kinds() const noexcept { return m_kinds; }
+
+private:
+    std::map<std::string, Kind> m_kinds;
+};
+
+}  // namespace KVR
