@@ -6,6 +6,7 @@
 #include "exchange/Export.h"
 #include "exchange/Progress.h"
 #include "exchange/source/SceneOptions.h"
+#include "scene/MeshQuality.h"
 #include "scene/SceneFilter.h"
 
 namespace KVR
@@ -17,9 +18,9 @@ class UTF8String;
 struct ExportOptions
 {
     SceneFilter filter;
-    /// How far the triangles of a body without a mesh may be from it, and the lines of a curve from each piece of it,
-    /// as a fraction of the diagonal of the box.
-    double deflection = 1e-3;
+    /// Of bodies without a mesh; lines of a curve are as far from each piece of it. A length is in the unit of the body
+    /// or curve; the box is that of the body or piece.
+    MeshQuality quality;
     /// Whether a mesh without a body is written to STEP and BREP as flat faces.
     bool meshFaces = false;
 };

@@ -7,21 +7,15 @@
 #include "exchange/Export.h"
 #include "exchange/Progress.h"
 #include "framework/api/Enums.h"
+#include "scene/MeshQuality.h"
 
 namespace KVR
 {
 
-/// How far meshes may be from bodies: a length above 0 in the model's unit, or a fraction of the diagonal of the
-/// model's box.
-struct Deflection
-{
-    double value = 1e-3;
-    bool isFraction = true;
-};
-
 struct ImportOptions
 {
-    Deflection deflection;
+    /// A length is in the model's unit; the box is that of the whole model.
+    MeshQuality quality;
     bool withMeshes = true;
     bool withBreps = true;
     /// Whether kernel stores are texts.

@@ -23,6 +23,8 @@ namespace KVR
 namespace
 {
 
+constexpr char kSeeHelp[] = "; see kvr --help";
+
 using Commands = std::vector<std::unique_ptr<Command>>;
 
 template <class... Classes>
@@ -55,7 +57,7 @@ void Describe(CLI::App& program)
         "  kvr export --only l-bracket as1.xml bracket.step\n"
         "  kvr certify examples/models/as1-oc-214.stp");
     program.failure_message([](CLI::App const*, CLI::Error const& error)
-                            { return std::string("kvr: ") + error.what() + "; see kvr --help\n"; });
+                            { return std::string("kvr: ") + error.what() + kSeeHelp + '\n'; });
 }
 
 ExitStatus Run(Command& command)
@@ -63,6 +65,11 @@ ExitStatus Run(Command& command)
     try
     {
         return command.Run();
+    }
+    catch (ArgumentError const& error)
+    {
+        Complain(Escaped(error.what()) + kSeeHelp);
+        return kExit_BadArguments;
     }
     catch (OutputError const& error)
     {

@@ -37,9 +37,6 @@ namespace KVR
 namespace
 {
 
-// The angle between the normals of neighbouring triangles, in radians.
-constexpr double kAngularDeflection = 0.5;
-
 std::string StemOf(std::string const& path)
 {
     return (std::filesystem::path(path).parent_path() / std::filesystem::path(path).stem()).string();
@@ -96,15 +93,18 @@ private:
     // All parts are meshed at one measure, and before any is written: they may share faces.
     void MeshParts()
     {
-        double deflection = m_options.deflection.value;
-        if (m_options.deflection.isFraction)
-            deflection *= DiagonalOfModel(m_plan);
+        MeshQuality const& quality = m_options.quality;
+        double const diagonal = DiagonalOfModel(m_plan);
+        double deflection = quality.deflection.value;
+        if (quality.deflection.isFraction)
+            deflection *= diagonal;
         if (!(deflection > 0.0))
             return;
         m_report.deflection = deflection;
         IMeshTools_Parameters parameters;
-        parameters.Deflection = deflection;
-        parameters.Angle = kAngularDeflection;
+        parameters.Relative = quality.isRelative && quality.deflection.isFraction;
+        parameters.Deflection = parameters.Relative ? quality.deflection.value : deflection;
+        parameters.Angle = quality.angle;
         parameters.InParallel = true;
         for (ComponentPlan const& component : m_plan.components)
             if (!component.shape.IsNull())
