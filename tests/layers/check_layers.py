@@ -45,6 +45,7 @@ GROUPS = (
     ("exchange/model/", "model"),
     ("exchange/import/", "import"),
     ("exchange/export/", "export"),
+    ("exchange/convert/", "convert"),
     ("exchange/certify/", "certify"),
     ("exchange/", "exchange"),
     ("host/", "host"),
@@ -85,7 +86,7 @@ MAY_INCLUDE = {
     "exchange": ("api", "scene"),
     # What touches files and processes; what a scene of the exchange says in extension data; how a scene file is opened;
     # models of other programs as documents of Open CASCADE.
-    "run": ("api", "output", "exchange"),
+    "run": ("api", "kernel", "output", "exchange"),
     "conventions": ("api",),
     "source": ("api", "facade", "output", "exchange"),
     "model": ("api", "kernel", "run"),
@@ -93,6 +94,7 @@ MAY_INCLUDE = {
                "model"),
     "export": ("extension types", "api", "kernel", "gmk_interface", "scene", "output", "exchange", "run", "conventions",
                "source"),
+    "convert": ("output", "exchange", "run"),
     "certify": ("api", "kernel", "scene", "output", "exchange", "run", "conventions", "source", "model"),
     "host": ("api", "kernel", "facade", "output", "describe", "scene", "source", "exchange"),
 }
