@@ -43,13 +43,14 @@ KVR_EXCHANGE_API std::string ExportFormats();
 
 /// Reads a scene file and writes it in the format of the extension of `path`. The file and those
 /// beside it (".bin", ".mtl") appear whole, itself last, or not at all; what was there is replaced. Works in a child
-/// process, so that a crash is a failure like another; see ImportModel on threads. Progress tells the stages "reading"
-/// and "writing". Throws std::bad_alloc and what the callback throws; all else is a failure in the result.
+/// process, so that a crash is a failure like another; see ImportModel on threads. Progress tells the stages "reading",
+/// "transferring" (to STEP) and "writing". Throws std::bad_alloc and what the callback throws; all else is a failure in
+/// the result.
 KVR_EXCHANGE_API ExportResult ExportScene(SceneOptions const& scene, std::string const& path,
                                           ExportOptions const& options = {}, Progress const& progress = {});
 
 /// The same of a scene that a producer serves: after its BeginProcess, from the object `rootId` down. Works in this
-/// process, where nothing holds a crash back, and asks whether to go on between the stages alone.
+/// process, where nothing holds a crash back, and asks whether to go on when it tells how far it is.
 KVR_EXCHANGE_API ExportResult ExportScene(IProducer& producer, UTF8String const& rootId, std::string const& path,
                                           ExportOptions const& options = {}, Progress const& progress = {});
 

@@ -74,8 +74,8 @@ struct ImportResult
 /// appear whole, the scene itself last, or not at all; files of these names are replaced. Paths are UTF-8. The model is
 /// read in a child process, so that one that crashes its reader is a failure like another; whoever has further threads
 /// sees to it that none of them holds a lock of Open CASCADE's when this is called. Progress tells the stages "reading"
-/// (with a fraction for STEP, IGES, STL, OBJ and glTF) and "writing". Throws std::bad_alloc and what the callback
-/// throws; all else is a failure in the result.
+/// (with a fraction for STL, OBJ and glTF), "transferring" (of STEP and IGES), "meshing" and "writing". Throws
+/// std::bad_alloc and what the callback throws; all else is a failure in the result.
 KVR_EXCHANGE_API ImportResult ImportModel(std::string const& modelPath, std::string const& scenePath,
                                           ImportOptions const& options = {}, Progress const& progress = {});
 

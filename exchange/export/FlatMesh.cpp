@@ -42,6 +42,7 @@ public:
     {
         for (OccurrenceWalk walk(m_task.scene); walk.Next();)
         {
+            m_task.NextOccurrence();
             if (!walk.State().isVisible)
             {
                 m_task.notCarried.Add("hidden occurrences");

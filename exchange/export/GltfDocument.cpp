@@ -170,6 +170,7 @@ void GltfDocument::AddOccurrences()
     std::vector<int> nodes;
     for (OccurrenceWalk walk(m_scene); walk.Next();)
     {
+        m_task.NextOccurrence();
         if (!walk.State().isVisible)
         {
             m_task.notCarried.Add("hidden occurrences");

@@ -13,6 +13,7 @@
 #include "exchange/model/ModelFormat.h"
 #include "exchange/run/ChildProcess.h"
 #include "exchange/run/Heard.h"
+#include "exchange/run/StagePlan.h"
 #include "exchange/run/WorkFolder.h"
 #include "framework/api/Exception.h"
 #include "framework/api/LengthUnits.h"
@@ -29,7 +30,6 @@ namespace fs = std::filesystem;
 using nlohmann::json;
 
 constexpr char kStage_Reading[] = "reading";
-constexpr char kStage_Writing[] = "writing";
 
 // In words, as in "millimeter".
 std::string UnitWord(UnitTypeEnum unit)
@@ -80,12 +80,11 @@ std::string ImportHere(std::string const& modelPath, ModelFormat format, std::st
     ModelReadOptions reading;
     reading.withAnnotations = options.withAnnotations;
     reading.unit = options.unit;
-    reading.progress = [&](double fraction) { voice.Progress({kStage_Reading, fraction}); };
+    reading.progress = EachPercent([&](ProgressReport const& report) { voice.Progress(report); });
     ModelDocument const model = ModelDocument::Read(modelPath, format, reading);
-    voice.Progress({kStage_Writing, std::nullopt});
     try
     {
-        ImportReport const report = WriteSceneOf(model, modelPath, scenePath, options);
+        ImportReport const report = WriteSceneOf(model, modelPath, scenePath, options, reading.progress);
         return AnswerOf(model, report);
     }
     catch (FileException const&)
@@ -177,8 +176,13 @@ ImportResult ImportOrFailure(std::string const& modelPath, std::string const& sc
 ImportResult ImportModel(std::string const& modelPath, std::string const& scenePath, ImportOptions const& options,
                          Progress const& progress)
 {
-    return Heard(progress,
-                 [&](Progress const& heard) { return ImportOrFailure(modelPath, scenePath, options, heard); });
+    auto const work = [&](Progress const& heard)
+    {
+        Progress const planned =
+            Planned(heard, {{kStage_Reading, 25}, {"transferring", 40}, {"meshing", 20}, {"writing", 15}});
+        return ImportOrFailure(modelPath, scenePath, options, planned);
+    };
+    return Heard(progress, work);
 }
 
 }  // namespace KVR

@@ -3,6 +3,8 @@
 #include <BRepMesh_IncrementalMesh.hxx>
 #include <BRepTools.hxx>
 #include <BRep_Tool.hxx>
+#include <Message_ProgressScope.hxx>
+#include <Precision.hxx>
 #include <TDF_LabelSequence.hxx>
 #include <TopExp.hxx>
 #include <TopTools_IndexedMapOfShape.hxx>
@@ -11,6 +13,7 @@
 #include <XCAFDoc_LayerTool.hxx>
 #include <XCAFDoc_NotesTool.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
+#include <algorithm>
 #include <filesystem>
 #include <map>
 #include <memory>
@@ -46,10 +49,11 @@ class SceneImporter
 {
 public:
     SceneImporter(ModelDocument const& model, std::string const& modelPath, std::string const& scenePath,
-                  ImportOptions const& options)
+                  ImportOptions const& options, TellStage const& tell)
         : m_model(model),
           m_modelPath(modelPath),
           m_options(options),
+          m_tell(tell),
           m_plan(model.document),
           m_styles(model.document, StemOf(scenePath), m_report.losses),
           m_scene(
@@ -70,10 +74,13 @@ public:
         WriteUniverse();
         WriteFile();
         for (std::size_t i = 0; i < m_plan.components.size(); ++i)
+        {
+            m_tell("writing", static_cast<double>(i) / static_cast<double>(m_plan.components.size()));
             if (m_plan.components[i].isAssembly)
                 WriteAssembly(i);
             else
                 WritePart(i);
+        }
         CountLosses();
         m_scene.Finish();
         return std::move(m_report);
@@ -103,12 +110,19 @@ private:
         m_report.deflection = deflection;
         IMeshTools_Parameters parameters;
         parameters.Relative = quality.isRelative && quality.deflection.isFraction;
-        parameters.Deflection = parameters.Relative ? quality.deflection.value : deflection;
+        // Open CASCADE refuses what is finer than its own tolerance.
+        parameters.Deflection =
+            parameters.Relative ? quality.deflection.value : std::max(deflection, Precision::Confusion());
         parameters.Angle = quality.angle;
         parameters.InParallel = true;
+        Handle(StageProgress) const indicator = new StageProgress("meshing", m_tell);
+        Message_ProgressScope scope(indicator->Start(), nullptr, static_cast<double>(m_plan.components.size()));
         for (ComponentPlan const& component : m_plan.components)
+        {
+            Message_ProgressRange const range = scope.Next();
             if (!component.shape.IsNull())
-                BRepMesh_IncrementalMesh(component.shape, parameters);
+                BRepMesh_IncrementalMesh(component.shape, parameters, range);
+        }
     }
 
     // The ids of what a label of the document became: a component, placement, body, face, edge or note, or for a
@@ -372,6 +386,7 @@ private:
     ModelDocument const& m_model;
     std::string m_modelPath;
     ImportOptions m_options;
+    TellStage const& m_tell;
     ImportReport m_report;
     ProductPlan m_plan;
     StyleTable m_styles;
@@ -384,9 +399,9 @@ private:
 }  // namespace
 
 ImportReport WriteSceneOf(ModelDocument const& model, std::string const& modelPath, std::string const& scenePath,
-                          ImportOptions const& options)
+                          ImportOptions const& options, TellStage const& tell)
 {
-    return SceneImporter(model, modelPath, scenePath, options).Import();
+    return SceneImporter(model, modelPath, scenePath, options, tell).Import();
 }
 
 }  // namespace KVR

@@ -2,7 +2,6 @@
 
 #include <TDocStd_Document.hxx>
 #include <array>
-#include <functional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -11,6 +10,7 @@
 
 #include "exchange/model/Losses.h"
 #include "exchange/model/ModelFormat.h"
+#include "exchange/run/StageProgress.h"
 #include "framework/api/Enums.h"
 
 class TopoDS_TShape;
@@ -24,9 +24,8 @@ struct ModelReadOptions
     bool withAnnotations = true;
     /// The unit of a model that states none.
     UnitTypeEnum unit = kUnitType_Millimeter;
-    /// Told, where there is one, each time that another percent has been read, from 0 to 1. BREP and PLY files tell
-    /// nothing.
-    std::function<void(double fraction)> progress;
+    /// Told, where there is one, of "transferring" for STEP and IGES, and for STL, OBJ and glTF of "reading".
+    TellStage progress;
 };
 
 /// A model as it was read: a document of Open CASCADE's with its geometry in the unit that the model states, and what
