@@ -1,12 +1,11 @@
 #include "host/MeshArguments.h"
 
 #include <CLI/CLI.hpp>
-#include <charconv>
-#include <cmath>
 #include <numbers>
-#include <stdexcept>
+#include <string_view>
 
 #include "host/Command.h"
+#include "host/NumberRange.h"
 
 namespace KVR
 {
@@ -16,31 +15,29 @@ namespace
 
 constexpr double kDegreesOfRadian = 180.0 / std::numbers::pi;
 
-Deflection DeflectionOf(std::string const& text)
+// Finer ones would take more memory than there is, and say nothing about models that are exact to a micrometre.
+constexpr NumberRange kLengths{1e-6, 1e6};
+constexpr NumberRange kPercentages{1e-4, 100};
+constexpr NumberRange kDegrees{0.1, 180};
+
+std::optional<Deflection> DeflectionOf(std::string_view text)
 {
     Deflection deflection;
     deflection.isFraction = text.ends_with('%');
-    std::size_t const length = text.size() - (deflection.isFraction ? 1 : 0);
-    auto const [end, error] = std::from_chars(text.data(), text.data() + length, deflection.value);
-    if (error != std::errc() || end != text.data() + length || !(deflection.value > 0.0) ||
-        !std::isfinite(deflection.value))
-        throw std::invalid_argument("a deflection is a length above 0, or a percentage of the diagonal such as 0.1%");
     if (deflection.isFraction)
-        deflection.value /= 100.0;
+        text.remove_suffix(1);
+    std::optional<double> const number = (deflection.isFraction ? kPercentages : kLengths).Read(text);
+    if (!number)
+        return {};
+    deflection.value = deflection.isFraction ? *number / 100.0 : *number;
     return deflection;
 }
 
 std::string ProblemOfDeflection(std::string const& text)
 {
-    try
-    {
-        DeflectionOf(text);
-        return {};
-    }
-    catch (std::invalid_argument const& error)
-    {
-        return error.what();
-    }
+    return DeflectionOf(text) ? std::string()
+                              : text + " is no length, a " + kLengths.Text() + ", and no percentage, a " +
+                                    kPercentages.Text() + " before %";
 }
 
 }  // namespace
@@ -54,10 +51,11 @@ void MeshArguments::AddTo(CLI::App& command)
         ->type_name("LENGTH")
         ->check(&ProblemOfDeflection)
         ->capture_default_str();
-    command
-        .add_option("--angle", m_angle,
-                    "The greatest angle between neighbouring triangles of a body, in degrees, 28.6 unless given")
-        ->type_name("DEGREES");
+    kDegrees.Check(
+        *command
+             .add_option("--angle", m_angle,
+                         "The greatest angle between neighbouring triangles of a body, in degrees, 28.6 unless given")
+             ->type_name("DEGREES"));
     command.add_flag("--relative", m_isRelative,
                      "Take the percentage of --deflection of the size of each edge, and not of the box");
 }
@@ -65,7 +63,7 @@ void MeshArguments::AddTo(CLI::App& command)
 MeshQuality MeshArguments::Quality() const
 {
     MeshQuality quality;
-    quality.deflection = DeflectionOf(m_deflection);
+    quality.deflection = DeflectionOf(m_deflection).value();
     if (m_angle)
         quality.angle = *m_angle / kDegreesOfRadian;
     quality.isRelative = m_isRelative;
