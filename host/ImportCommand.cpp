@@ -7,6 +7,7 @@
 #include "host/LongWork.h"
 #include "host/TextValues.h"
 #include "output/Output.h"
+#include "output/OutputError.h"
 #include "output/SafeText.h"
 
 namespace KVR
@@ -50,9 +51,18 @@ ExitStatus ImportCommand::Run()
         return kExit_Good;
     for (std::string const& remark : result.remarks)
         Complain(Escaped(m_model) + ": " + Escaped(remark));
-    Output out(STDOUT_FILENO);
-    out.Put(Escaped(m_scene) + ": " + Summary(result) + "\n");
-    out.Flush();
+    // The scene is there, whether or not somebody reads this.
+    try
+    {
+        Output out(STDOUT_FILENO);
+        out.Put(Escaped(m_scene) + ": " + Summary(result) + "\n");
+        out.Flush();
+    }
+    catch (OutputError const& error)
+    {
+        if (!error.IsReaderGone())
+            throw;
+    }
     return kExit_Good;
 }
 
