@@ -23,8 +23,8 @@ ExportCommand::ExportCommand(CLI::App& program)
 ExitStatus ExportCommand::Run()
 {
     ExportOptions const options = m_export.Options(m_meshing);
-    ExportResult const result =
-        Watched(false, [&](Progress const& progress) { return ExportScene(m_scene, m_target, options, progress); });
+    ExportResult const result = Watched(
+        !m_isQuiet, [&](Progress const& progress) { return ExportScene(m_scene, m_target, options, progress); });
     if (result.outcome != Outcome::kDone)
         return ComplainOf(result);
     if (!m_isQuiet)

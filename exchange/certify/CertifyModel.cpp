@@ -13,6 +13,7 @@
 #include "exchange/run/ChildProcess.h"
 #include "exchange/run/Heard.h"
 #include "exchange/run/ScratchFolder.h"
+#include "exchange/run/StagePlan.h"
 #include "exchange/source/SceneFile.h"
 #include "exchange/source/SceneReading.h"
 #include "framework/api/LengthUnits.h"
@@ -182,7 +183,24 @@ CertifyResult Certified(std::string const& model, Progress const& progress)
 
 CertifyResult CertifyModel(std::string const& modelPath, Progress const& progress)
 {
-    return Heard(progress, [&](Progress const& heard) { return Certified(modelPath, heard); });
+    auto const work = [&](Progress const& heard)
+    {
+        // Import, facts of source and scene, STEP with its facts, GLB with its facts.
+        Progress const planned = Planned(heard, {{"reading", 8},
+                                                 {"transferring", 14},
+                                                 {"meshing", 6},
+                                                 {"writing", 5},
+                                                 {kStage_Comparing, 30},
+                                                 {"reading", 1},
+                                                 {"transferring", 5},
+                                                 {"writing", 5},
+                                                 {kStage_Comparing, 20},
+                                                 {"reading", 1},
+                                                 {"writing", 3},
+                                                 {kStage_Comparing, 2}});
+        return Certified(modelPath, planned);
+    };
+    return Heard(progress, work);
 }
 
 }  // namespace KVR

@@ -93,7 +93,7 @@ Progress PlannedFor(std::string const& path, Progress const& progress)
 {
     bool const isTransferred = FormatOf(path)->stage == kStage_Transferring;
     return Planned(progress,
-                   {{kStage_Reading, 30}, {kStage_Transferring, isTransferred ? 50.0 : 0.0}, {kStage_Writing, 50}});
+                   {{kStage_Reading, 10}, {kStage_Transferring, isTransferred ? 50.0 : 0.0}, {kStage_Writing, 40}});
 }
 
 // Not the user's wish.

@@ -179,7 +179,7 @@ ImportResult ImportModel(std::string const& modelPath, std::string const& sceneP
     auto const work = [&](Progress const& heard)
     {
         Progress const planned =
-            Planned(heard, {{kStage_Reading, 25}, {"transferring", 40}, {"meshing", 20}, {"writing", 15}});
+            Planned(heard, {{kStage_Reading, 20}, {"transferring", 50}, {"meshing", 25}, {"writing", 5}});
         return ImportOrFailure(modelPath, scenePath, options, planned);
     };
     return Heard(progress, work);

@@ -1,10 +1,7 @@
 #include "exchange/import/SceneImport.h"
 
-#include <BRepMesh_IncrementalMesh.hxx>
 #include <BRepTools.hxx>
 #include <BRep_Tool.hxx>
-#include <Message_ProgressScope.hxx>
-#include <Precision.hxx>
 #include <TDF_LabelSequence.hxx>
 #include <TopExp.hxx>
 #include <TopTools_IndexedMapOfShape.hxx>
@@ -13,17 +10,16 @@
 #include <XCAFDoc_LayerTool.hxx>
 #include <XCAFDoc_NotesTool.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
-#include <algorithm>
 #include <filesystem>
 #include <map>
 #include <memory>
 
 #include "authoring/SceneWriter.h"
 #include "exchange/import/Annotations.h"
+#include "exchange/import/BodyMeshing.h"
 #include "exchange/import/DocumentProperties.h"
 #include "exchange/import/InstanceStyles.h"
 #include "exchange/import/MeshRecord.h"
-#include "exchange/import/ModelBox.h"
 #include "exchange/import/PartPlan.h"
 #include "exchange/import/SavedViews.h"
 #include "exchange/import/StyleTable.h"
@@ -68,7 +64,7 @@ public:
     {
         PlanParts();
         if (m_options.withMeshes)
-            MeshParts();
+            m_report.deflection = MeshBodies(m_plan, m_options.quality, m_tell);
         auto const idsOf = [this](TDF_Label const& label) { return IdsOf(label); };
         m_annotations = std::make_unique<Annotations>(m_model.document, m_plan, m_model.unit, idsOf, m_report.losses);
         WriteUniverse();
@@ -95,34 +91,6 @@ private:
             if (!m_plan.components[i].isAssembly)
                 m_parts[i] =
                     std::make_unique<PartPlan>(m_plan.components[i], m_model, m_styles, numbers, m_report.losses);
-    }
-
-    // All parts are meshed at one measure, and before any is written: they may share faces.
-    void MeshParts()
-    {
-        MeshQuality const& quality = m_options.quality;
-        double const diagonal = DiagonalOfModel(m_plan);
-        double deflection = quality.deflection.value;
-        if (quality.deflection.isFraction)
-            deflection *= diagonal;
-        if (!(deflection > 0.0))
-            return;
-        m_report.deflection = deflection;
-        IMeshTools_Parameters parameters;
-        parameters.Relative = quality.isRelative && quality.deflection.isFraction;
-        // Open CASCADE refuses what is finer than its own tolerance.
-        parameters.Deflection =
-            parameters.Relative ? quality.deflection.value : std::max(deflection, Precision::Confusion());
-        parameters.Angle = quality.angle;
-        parameters.InParallel = true;
-        Handle(StageProgress) const indicator = new StageProgress("meshing", m_tell);
-        Message_ProgressScope scope(indicator->Start(), nullptr, static_cast<double>(m_plan.components.size()));
-        for (ComponentPlan const& component : m_plan.components)
-        {
-            Message_ProgressRange const range = scope.Next();
-            if (!component.shape.IsNull())
-                BRepMesh_IncrementalMesh(component.shape, parameters, range);
-        }
     }
 
     // The ids of what a label of the document became: a component, placement, body, face, edge or note, or for a

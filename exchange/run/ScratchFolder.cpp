@@ -22,6 +22,7 @@ namespace
 
 // What stands for the end of the name, in the pattern.
 constexpr std::string_view kVaries = "XXXXXX";
+constexpr char kInside[] = "files";
 constexpr char kLockName[] = ".kvr-lock";
 constexpr char kNewLockName[] = ".kvr-lock-new";
 // By which nobody else's file is taken for a lock.
@@ -117,25 +118,26 @@ fs::path Made(fs::path const& folder, std::string const& name)
 }  // namespace
 
 ScratchFolder::ScratchFolder(fs::path const& folder, std::string const& name)
-    : m_path(Made(folder, name)), m_lock(LockIn(m_path))
+    : m_outer(Made(folder, name)), m_path(m_outer / kInside), m_lock(LockIn(m_outer))
 {
+    if (mkdir(m_path.c_str(), 0700) == 0)
+        return;
+    int const error = errno;
+    Remove();
+    throw std::system_error(error, std::generic_category());
 }
 
 ScratchFolder::~ScratchFolder()
 {
-    RemoveAllIn(m_path);
-    rmdir(m_path.c_str());
-    if (m_lock >= 0)
-        close(m_lock);
+    Remove();
 }
 
-std::vector<fs::path> ScratchFolder::Names() const
+void ScratchFolder::Remove() const
 {
-    std::vector<fs::path> names;
-    for (fs::directory_entry const& entry : fs::directory_iterator(m_path))
-        if (entry.path().filename() != kLockName)
-            names.push_back(entry.path().filename());
-    return names;
+    RemoveAllIn(m_outer);
+    rmdir(m_outer.c_str());
+    if (m_lock >= 0)
+        close(m_lock);
 }
 
 }  // namespace KVR

@@ -15,8 +15,9 @@ struct PlannedStage
 };
 
 /// A callback for work of these stages, in this order, that tells another one how much of all is done. That other one
-/// must outlive it. Nobody for nobody. A stage that is told when its turn is over, as when work is begun once more,
-/// leaves what is done as it is.
+/// must outlive it. Nobody for nobody. A name that occurs several times is that of the next such stage when another was
+/// told in between. A stage that is told when its turn is over, as when work is begun once more, leaves what is done as
+/// it is.
 Progress Planned(Progress const& progress, std::vector<PlannedStage> stages);
 
 /// A callback for a part of some work, from one fraction of the whole to another, as above.

@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <system_error>
+#include <vector>
 
 namespace KVR
 {
@@ -33,9 +34,12 @@ bool WorkFolder::Holds(fs::path const& name) const
 
 void WorkFolder::MoveIntoPlace() const
 {
-    for (fs::path const& name : m_folder.Names())
-        if (name != m_target.filename())
-            fs::rename(m_folder.Path() / name, m_target.parent_path() / name);
+    std::vector<fs::path> names;
+    for (fs::directory_entry const& entry : fs::directory_iterator(m_folder.Path()))
+        if (entry.path().filename() != m_target.filename())
+            names.push_back(entry.path().filename());
+    for (fs::path const& name : names)
+        fs::rename(m_folder.Path() / name, m_target.parent_path() / name);
     fs::rename(Inside(), m_target);
 }
 

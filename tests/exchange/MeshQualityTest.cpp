@@ -1,5 +1,6 @@
 #include "scene/MeshQuality.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -47,7 +48,6 @@ protected:
         return (std::filesystem::file_size(path) - 84) / 50;
     }
 
-private:
     TempFolder m_folder;
 };
 
@@ -60,6 +60,16 @@ TEST_F(MeshQualityOf, AnImportIsThatOfAllItsBodies)
     EXPECT_GT(Imported({{1e-3, true}, 0.2, false}), usual);
     EXPECT_GT(Imported(kRelative), usual);
     EXPECT_GT(Imported(kLength), usual);
+}
+
+TEST_F(MeshQualityOf, ALengthThatIsAbsurdBesideTheModelIsRefusedWithTheLeast)
+{
+    ImportOptions options;
+    options.quality.deflection = {1e-4, false};
+    ImportResult const result = ImportModel(std::string(KVR_EXAMPLES_DIR) + "/models/as1-oc-214.stp",
+                                            m_folder.NarrowPathOf("scene.xml"), options);
+    EXPECT_EQ(result.outcome, Outcome::kFailed);
+    EXPECT_THAT(result.failure, testing::EndsWith(", so that bodies can be meshed to 0.000256 at the finest"));
 }
 
 TEST_F(MeshQualityOf, AnExportIsThatOfBodiesWithoutMeshes)

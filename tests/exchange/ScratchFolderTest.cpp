@@ -56,7 +56,7 @@ TEST(ScratchFolder, GoesWithAllThatIsInIt)
         ScratchFolder const scratch(folder.Path(), "work-");
         fs::create_directories(scratch.Path() / "a/b");
         std::ofstream(scratch.Path() / "file") << "content";
-        EXPECT_THAT(scratch.Names(), UnorderedElementsAre("a", "file"));
+        EXPECT_THAT(NamesIn(scratch.Path()), UnorderedElementsAre("a", "file"));
         EXPECT_EQ(fs::status(scratch.Path()).permissions(), fs::perms::owner_all);
     }
     EXPECT_THAT(NamesIn(folder.Path()), IsEmpty());
@@ -68,7 +68,7 @@ TEST(ScratchFolder, WhatAProcessLeftIsRemovedByTheNext)
     std::string const left = LeftIn(folder);
     // Another name looks after its own.
     ScratchFolder const other(folder.Path(), "other-");
-    EXPECT_TRUE(fs::exists(left + "/deep/er/file"));
+    EXPECT_TRUE(fs::exists(left + "/files/deep/er/file"));
     ScratchFolder const scratch(folder.Path(), "work-");
     EXPECT_FALSE(fs::exists(left));
 }
@@ -131,7 +131,7 @@ TEST(ScratchFolder, WhatARemovalInItsMidstLeftIsStillKnown)
 {
     TempFolder const folder;
     std::string const left = LeftIn(folder);
-    fs::remove_all(left + "/deep");
+    fs::remove_all(left + "/files");
     {
         ScratchFolder const scratch(folder.Path(), "work-");
     }

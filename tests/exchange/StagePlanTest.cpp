@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <vector>
+
 #include "exchange/run/StageProgress.h"
 
 namespace KVR::Test
@@ -59,6 +61,20 @@ TEST(StagePlan, TheWholeNeverFalls)
     }
 }
 
+TEST(StagePlan, ANameThatComesAgainIsTheNextOfThatName)
+{
+    Whole whole;
+    Progress const told = whole.Callback();
+    Progress const plan = Planned(told, {{"read", 1}, {"write", 1}, {"check", 1}, {"write", 1}});
+    std::vector<double> wholes;
+    for (char const* const stage : {"read", "write", "write", "check", "check", "read", "write"})
+    {
+        plan({stage, 0.5});
+        wholes.push_back(whole.last.whole);
+    }
+    EXPECT_EQ(wholes, (std::vector{0.125, 0.375, 0.375, 0.625, 0.625, 0.625, 0.875}));
+}
+
 TEST(StagePlan, APartLiesBetweenItsEnds)
 {
     Whole whole;
@@ -75,6 +91,17 @@ TEST(StagePlan, NobodyStaysNobody)
 {
     EXPECT_FALSE(Planned({}, {{"one", 1}}));
     EXPECT_FALSE(PartOf({}, 0.0, 1.0));
+}
+
+TEST(StagePlan, NoStageIsTheOneThatWasBegun)
+{
+    Whole whole;
+    Progress const told = whole.Callback();
+    Progress const plan = Planned(told, {{"one", 1}, {"two", 1}});
+    plan({"two", 0.5});
+    plan({});
+    EXPECT_EQ(whole.last.stage, "two");
+    EXPECT_EQ(whole.last.whole, 0.75);
 }
 
 TEST(EachPercent, TellsOfStagesAndPercentsOnce)
