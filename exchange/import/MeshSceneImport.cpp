@@ -113,6 +113,8 @@ private:
         record.label = CleanText(component.name);
         record.unit = Unit();
         record.isSingleUnderRoot = index == 0;
+        if (!component.properties.empty())
+            record.properties.emplace().custom = component.properties;
         if (!component.isAssembly)
         {
             m_scene.BeginPart(record);
@@ -131,7 +133,8 @@ private:
     {
         Authoring::InstanceRecord instance;
         instance.id = UTF8String("inst" + std::to_string(++m_report.counts.instances));
-        instance.label = CleanText(placement.name.empty() ? m_model.components[placement.component].name : placement.name);
+        instance.label =
+            CleanText(placement.name.empty() ? m_model.components[placement.component].name : placement.name);
         instance.targetId = m_ids[placement.component];
         instance.transform = placement.transform;
         instance.isVisible = placement.isVisible;

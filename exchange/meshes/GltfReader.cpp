@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cmath>
+#include <map>
 
 #include "exchange/meshes/GltfMeshes.h"
 #include "exchange/model/CleanText.h"
@@ -95,7 +96,6 @@ public:
           m_model(file.Reading().model),
           m_materials(file),
           m_meshes(file, m_materials),
-          m_parts(file.List("meshes").size(), kNoPart),
           m_isPlaced(file.List("nodes").size(), false)
     {
     }
@@ -118,8 +118,6 @@ public:
     }
 
 private:
-    static constexpr std::size_t kNoPart = static_cast<std::size_t>(-1);
-
     struct Work
     {
         std::size_t node = 0;
@@ -132,6 +130,7 @@ private:
     void ReadAsset()
     {
         Json const& asset = GltfFile::Object(m_file.Root(), "asset");
+        m_isOfExport = GltfFile::Text(asset, "generator") == "kvr_xml_producer";
         for (auto const& [member, element] : {std::pair{"generator", "SendingSystem"}, {"copyright", "Description"}})
             if (std::string text = GltfFile::Text(asset, member); !text.empty())
                 m_model.header.emplace_back(element, std::move(text));
@@ -209,37 +208,84 @@ private:
         if (!mesh && !hasChildren && (hasLight || node.contains("camera")))
             return;
         std::string const name = GltfFile::Text(node, "name");
-        Json const& extras = GltfFile::Object(node, "extras");
         MeshModel::Placement placement;
         placement.name = name;
         placement.transform = TransformOf(own);
         placement.isVisible = GltfFile::Extension(node, "KHR_node_visibility").value("visible", Json()) != false;
-        for (auto const& [key, value] : extras.items())
-            AddProperty(placement, key, value);
-        if (mesh && !hasChildren)
+        placement.component = ComponentOf(node, mesh && !hasChildren);
+        if (m_isOfExport)
+            DressAsExported(m_model.components[placement.component], GltfFile::Object(node, "extras"));
+        else
+            AddProperties(placement.properties, GltfFile::Object(node, "extras"));
+        std::size_t const component = placement.component;
+        m_model.components[work.parent].placements.push_back(std::move(placement));
+        if (m_model.components[component].isAssembly)
+            AddChildren(node, "children", component, work.level, place);
+    }
+
+    // What a node places: the part of its mesh, or an assembly of what is below, with its mesh.
+    std::size_t ComponentOf(Json const& node, bool isLeaf)
+    {
+        std::string const name = GltfFile::Text(node, "name");
+        if (isLeaf)
+            return PartOf({*GltfFile::Index(node, "mesh")}, name);
+        if (std::vector<std::size_t> const meshes = MeshesOfExportedPart(node); !meshes.empty())
         {
-            placement.component = PartOf(*GltfFile::Index(node, "mesh"), name);
-            m_model.components[work.parent].placements.push_back(std::move(placement));
-            return;
+            for (Json const& child : node["children"])
+                m_isPlaced[child.get<std::size_t>()] = true;
+            return PartOf(meshes, name);
         }
         std::size_t const assembly = m_model.components.size();
         m_model.components.emplace_back().isAssembly = true;
         m_model.components.back().name = name;
-        placement.component = assembly;
-        m_model.components[work.parent].placements.push_back(std::move(placement));
-        if (mesh)
+        if (m_file.Entry("meshes", node, "mesh"))
         {
             MeshModel::Placement inner;
-            inner.component = PartOf(*GltfFile::Index(node, "mesh"), name);
-            inner.name = m_model.components[inner.component].name;
+            inner.component = PartOf({*GltfFile::Index(node, "mesh")}, name);
             m_model.components[assembly].placements.push_back(std::move(inner));
         }
-        AddChildren(node, "children", assembly, work.level, place);
+        return assembly;
     }
 
-    static void AddProperty(MeshModel::Placement& placement, std::string const& name, Json const& value)
+    // The export writes a part as a node, with a node below it for each piece of geometry.
+    std::vector<std::size_t> MeshesOfExportedPart(Json const& node)
     {
-        CustomProperty& property = placement.properties.emplace_back();
+        if (!m_isOfExport || GltfFile::Text(GltfFile::Object(node, "extras"), "kind") != "IPart" ||
+            !node.contains("children") || !node["children"].is_array())
+            return {};
+        std::vector<std::size_t> meshes;
+        for (Json const& child : node["children"])
+        {
+            std::size_t const index = child.is_number_unsigned() ? child.get<std::size_t>() : m_isPlaced.size();
+            if (index >= m_isPlaced.size() || m_isPlaced[index])
+                return {};
+            Json const& below = m_file.List("nodes")[index];
+            std::optional<std::size_t> const mesh = GltfFile::Index(below, "mesh");
+            if (!mesh || *mesh >= m_file.List("meshes").size() || below.contains("children") ||
+                MatrixOf(below) != kIdentity)
+                return {};
+            meshes.push_back(*mesh);
+        }
+        return meshes;
+    }
+
+    // The name and the properties that a component had before it was exported.
+    void DressAsExported(MeshModel::Component& component, Json const& extras)
+    {
+        if (std::string label = GltfFile::Text(extras, "componentLabel"); !label.empty())
+            component.name = std::move(label);
+        if (component.properties.empty())
+            AddProperties(component.properties, GltfFile::Object(extras, "componentProperties"));
+    }
+
+    static void AddProperties(std::vector<CustomProperty>& properties, Json const& object)
+    {
+        for (auto const& [name, value] : object.items())
+            AddProperty(properties.emplace_back(), name, value);
+    }
+
+    static void AddProperty(CustomProperty& property, std::string const& name, Json const& value)
+    {
         UTF16String const key(CleanText(name));
         if (value.is_number() && std::isfinite(value.get<double>()))
             property.SetProperty(key, value.get<double>());
@@ -248,19 +294,24 @@ private:
                                  UTF16String(CleanText(value.is_string() ? value.get<std::string>() : value.dump())));
     }
 
-    // The part of a mesh; by the name of the first node that shows it when it has none of its own.
-    std::size_t PartOf(std::size_t mesh, std::string const& nodeName)
+    // The part of meshes; by the name of the first node that shows it when they have none of their own.
+    std::size_t PartOf(std::vector<std::size_t> const& meshes, std::string const& nodeName)
     {
-        if (m_parts[mesh] != kNoPart)
-            return m_parts[mesh];
+        auto const [entry, isNew] = m_partOf.try_emplace(meshes, m_model.components.size());
+        if (!isNew)
+            return entry->second;
+        m_model.components.emplace_back();
         MeshModel::Component part;
-        part.name = GltfFile::Text(m_file.List("meshes")[mesh], "name");
+        part.name = GltfFile::Text(m_file.List("meshes")[meshes.front()], "name");
         if (part.name.empty())
             part.name = nodeName;
-        part.meshes = m_meshes.Of(mesh);
-        m_parts[mesh] = m_model.components.size();
-        m_model.components.push_back(std::move(part));
-        return m_parts[mesh];
+        for (std::size_t const mesh : meshes)
+        {
+            std::vector<std::size_t> const& read = m_meshes.Of(mesh);
+            part.meshes.insert(part.meshes.end(), read.begin(), read.end());
+        }
+        m_model.components[entry->second] = std::move(part);
+        return entry->second;
     }
 
     void ReadCamera(Json const& node, Matrix const& place)
@@ -318,7 +369,9 @@ private:
     MeshModel& m_model;
     GltfMaterials m_materials;
     GltfMeshes m_meshes;
-    std::vector<std::size_t> m_parts;
+    // Those of one mesh, and of several that the export made of one part.
+    std::map<std::vector<std::size_t>, std::size_t> m_partOf;
+    bool m_isOfExport = false;
     std::vector<bool> m_isPlaced;
     std::vector<Work> m_work;
 };

@@ -107,6 +107,7 @@ struct MeshModel
         bool isAssembly = false;
         std::vector<Placement> placements;
         std::vector<std::size_t> meshes;
+        std::vector<CustomProperty> properties;
     };
 
     /// A camera where it stands: it looks along its direction.
