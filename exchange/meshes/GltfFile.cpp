@@ -51,8 +51,7 @@ int Base64Digit(char c)
 
 }  // namespace
 
-GltfFile::GltfFile(MeshReading& reading, std::string_view bytes, std::string const& folder)
-    : m_reading(reading), m_folder(folder)
+GltfFile::GltfFile(MeshReading& reading, std::string_view bytes) : m_reading(reading)
 {
     std::string_view json = bytes;
     if (bytes.starts_with("glTF"))
@@ -141,7 +140,7 @@ void GltfFile::ReadBuffers(std::string_view bytes)
             m_buffers[i] = i == 0 ? m_binary : std::string_view();
         else if (auto data = DataOf(uri))
             m_loaded[i] = std::move(*data);
-        else if (std::string const path = FileBeside(m_folder, PathOf(uri)); !path.empty())
+        else if (std::string const path = FileBeside(m_reading.options.folder, PathOf(uri)); !path.empty())
             m_loaded[i] = BytesOfFile(path);
         else
             m_reading.Damage(name + " is not there: \"" + uri.substr(0, 200) + '"');

@@ -19,10 +19,9 @@ public:
     using Json = nlohmann::json;
 
     /// Reads a file in either form, and the buffers that it names. Throws ModelError.
-    GltfFile(MeshReading& reading, std::string_view bytes, std::string const& folder);
+    GltfFile(MeshReading& reading, std::string_view bytes);
 
     MeshReading& Reading() const noexcept { return m_reading; }
-    std::string const& Folder() const noexcept { return m_folder; }
 
     /// The list of a name in the document; empty for none.
     Json const& List(char const* name) const;
@@ -54,7 +53,6 @@ private:
     void RefuseExtensions();
 
     MeshReading& m_reading;
-    std::string m_folder;
     Json m_root;
     std::string_view m_binary;
     bool m_hasBinary = false;

@@ -56,7 +56,9 @@ MeshModel::Color GltfMaterials::Srgb(MeshModel::Color const& linear)
 {
     MeshModel::Color color = linear;
     for (std::size_t i = 0; i < 3; ++i)
-        color[i] = linear[i] <= 0.0031308 ? 12.92 * linear[i] : 1.055 * std::pow(linear[i], 1.0 / 2.4) - 0.055;
+        color[i] = linear[i] <= 0.0031308 ? 12.92 * linear[i]
+                   : linear[i] < 1.0      ? 1.055 * std::pow(linear[i], 1.0 / 2.4) - 0.055
+                                          : 1.0;
     return color;
 }
 
@@ -153,7 +155,7 @@ std::optional<std::size_t> GltfMaterials::ImageOf(std::size_t index)
     else if (auto data = GltfFile::DataOf(uri))
         image.bytes = std::move(*data);
     else
-        image.path = FileBeside(m_file.Folder(), GltfFile::PathOf(uri));
+        image.path = FileBeside(m_file.Reading().options.folder, GltfFile::PathOf(uri));
     if (image.name.empty() && !uri.starts_with("data:"))
         image.name = uri;
     if (image.bytes.empty() && image.path.empty())

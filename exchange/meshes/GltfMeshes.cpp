@@ -23,7 +23,7 @@ enum Mode
 };
 
 // A corner takes a byte at the least; what is shared may be so many times.
-constexpr std::size_t kMostShares = 16;
+constexpr std::size_t kMostShares = 4;
 constexpr std::size_t kLeastRoom = std::size_t{1} << 20;
 
 std::size_t TriangleCount(std::size_t mode, std::size_t corners)

@@ -378,9 +378,9 @@ private:
 
 }  // namespace
 
-void ReadGltfMeshes(MeshReading& reading, std::string_view bytes, std::string const& folder)
+void ReadGltfMeshes(MeshReading& reading, std::string_view bytes)
 {
-    GltfFile file(reading, bytes, folder);
+    GltfFile file(reading, bytes);
     GltfScene(file).Read();
 }
 

@@ -146,8 +146,15 @@ void MeshReading::Tell(std::size_t place, std::size_t size)
 MeshModel ReadMeshes(std::string const& path, ModelFormat format, MeshReadOptions const& options)
 {
     std::filesystem::path const file = std::filesystem::absolute(path);
-    std::string const folder = options.folder.empty() ? file.parent_path().string() : options.folder;
-    std::string const bytes = BytesOfFile(file.string());
+    MeshReadOptions complete = options;
+    if (complete.folder.empty())
+        complete.folder = file.parent_path().string();
+    return ReadMeshes(BytesOfFile(file.string()), file.stem().string(), format, complete);
+}
+
+MeshModel ReadMeshes(std::string_view bytes, std::string const& name, ModelFormat format,
+                     MeshReadOptions const& options)
+{
     MeshModel model;
     model.unit = options.unit;
     MeshReading reading(model, options);
@@ -157,25 +164,25 @@ MeshModel ReadMeshes(std::string const& path, ModelFormat format, MeshReadOption
             ReadStlMeshes(reading, bytes);
             break;
         case ModelFormat::kPly:
-            ReadPlyMeshes(reading, bytes, folder);
+            ReadPlyMeshes(reading, bytes);
             break;
         case ModelFormat::kObj:
-            ReadObjMeshes(reading, bytes, folder);
+            ReadObjMeshes(reading, bytes);
             break;
         case ModelFormat::kGltf:
-            ReadGltfMeshes(reading, bytes, folder);
+            ReadGltfMeshes(reading, bytes);
             break;
         default:
             throw ModelError("its format has no meshes alone");
     }
     if (model.components.empty())
-        MakePartsOfMeshes(model, file.stem().string());
+        MakePartsOfMeshes(model, name);
     bool const isEmpty = std::all_of(model.meshes.begin(), model.meshes.end(),
                                      [](MeshModel::Mesh const& mesh) { return mesh.IsEmpty(); });
     if (isEmpty && model.cameras.empty())
         throw ModelError("it holds no triangles");
     if (model.components.front().name.empty())
-        model.components.front().name = TextOfBytes(file.stem().string());
+        model.components.front().name = TextOfBytes(name);
     for (MeshModel::Mesh& mesh : model.meshes)
         AddCreaseNormals(mesh, options.creaseAngle);
     FoldColors(model);

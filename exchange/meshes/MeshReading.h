@@ -28,7 +28,7 @@ struct MeshReadOptions
     double creaseAngle = 30.0;
     /// Whether what is there is taken of a file that is damaged.
     bool isLenient = false;
-    /// The folder of the files that the model names; that of the model when empty.
+    /// The folder of the files that the model names; that of the model, if it is a file, when empty.
     std::string folder;
     /// Told how much has been read, from 0 to 1, where there is one.
     std::function<void(double fraction)> progress;
@@ -38,6 +38,10 @@ struct MeshReadOptions
 /// unless the reading is lenient, for a file that is cut short, holds more or less than it announces, or names what it
 /// does not have. Counts of a file are held against its size before anything is made of them.
 MeshModel ReadMeshes(std::string const& path, ModelFormat format, MeshReadOptions const& options);
+
+/// The same of the bytes of a file, whose name without extension is `name`.
+MeshModel ReadMeshes(std::string_view bytes, std::string const& name, ModelFormat format,
+                     MeshReadOptions const& options);
 
 /// What readers of one format share: where the model goes, and what a damage means.
 class MeshReading
@@ -68,8 +72,8 @@ std::string TextOfBytes(std::string_view bytes);
 
 /// The readers. `bytes` is the whole file.
 void ReadStlMeshes(MeshReading& reading, std::string_view bytes);
-void ReadPlyMeshes(MeshReading& reading, std::string_view bytes, std::string const& folder);
-void ReadObjMeshes(MeshReading& reading, std::string_view bytes, std::string const& folder);
-void ReadGltfMeshes(MeshReading& reading, std::string_view bytes, std::string const& folder);
+void ReadPlyMeshes(MeshReading& reading, std::string_view bytes);
+void ReadObjMeshes(MeshReading& reading, std::string_view bytes);
+void ReadGltfMeshes(MeshReading& reading, std::string_view bytes);
 
 }  // namespace KVR

@@ -71,8 +71,8 @@ struct Corner
 class ObjFile
 {
 public:
-    ObjFile(MeshReading& reading, std::string_view text, std::string const& folder)
-        : m_reading(reading), m_text(text), m_materials(reading.model, folder)
+    ObjFile(MeshReading& reading, std::string_view text)
+        : m_reading(reading), m_text(text), m_materials(reading.model, reading.options.folder)
     {
     }
 
@@ -395,9 +395,9 @@ void ObjFile::Finish()
 
 }  // namespace
 
-void ReadObjMeshes(MeshReading& reading, std::string_view bytes, std::string const& folder)
+void ReadObjMeshes(MeshReading& reading, std::string_view bytes)
 {
-    ObjFile(reading, bytes, folder).Read();
+    ObjFile(reading, bytes).Read();
 }
 
 }  // namespace KVR

@@ -368,13 +368,13 @@ private:
 
 }  // namespace
 
-void ReadPlyMeshes(MeshReading& reading, std::string_view bytes, std::string const& folder)
+void ReadPlyMeshes(MeshReading& reading, std::string_view bytes)
 {
     PlyFile file(reading, bytes);
     MeshModel::Mesh mesh = file.Read();
     if (std::string const& name = file.Header().texture; !name.empty())
     {
-        std::string const path = FileBeside(folder, name);
+        std::string const path = FileBeside(reading.options.folder, name);
         if (path.empty())
             reading.model.losses.AddItem("images of textures", TextOfBytes(name));
         else

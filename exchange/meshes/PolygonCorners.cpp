@@ -93,7 +93,7 @@ private:
     std::vector<std::uint32_t> m_left;
     std::size_t m_effort;
     // Where the last ear was.
-    std::size_t m_next = 0;
+    std::size_t m_next = 1;
     std::size_t m_u = 0;
     std::size_t m_v = 1;
     double m_sign = 1.0;

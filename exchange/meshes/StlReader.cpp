@@ -136,7 +136,10 @@ public:
         {
             m_reading.Tell(m_lines.Place(), m_text.size());
             TextWords words(line);
-            if (std::string_view const word = words.Next(); !word.empty() && !ReadLine(Lower(word), words))
+            std::string_view const word = words.Next();
+            // That the last line is not whole is said behind it.
+            bool const isCut = m_isOpen && m_lines.Place() > m_text.size();
+            if (!word.empty() && !ReadLine(Lower(word), words) && !isCut)
                 m_reading.Damage(m_lines.Where() + ": \"" + TextOfBytes(word.substr(0, 40)) +
                                  "\" has no place there in an STL file");
         }

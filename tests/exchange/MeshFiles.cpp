@@ -23,6 +23,8 @@ ModelFormat FormatOf(std::string const& name)
 MeshModel ReadMeshBytes(std::string const& name, std::string_view bytes, MeshReadOptions const& options,
                         std::vector<std::pair<std::string, std::string>> const& beside)
 {
+    if (beside.empty())
+        return ReadMeshes(bytes, name.substr(0, name.find('.')), FormatOf(name), options);
     TempFolder const folder;
     folder.Write(name, bytes);
     for (auto const& [other, content] : beside)
