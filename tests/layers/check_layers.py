@@ -87,7 +87,7 @@ MAY_INCLUDE = {
     # models of other programs as documents of Open CASCADE.
     "run": ("api", "output", "exchange"),
     "conventions": ("api",),
-    "source": ("api", "facade", "output", "exchange"),
+    "source": ("api", "xml_util", "facade", "output", "exchange"),
     "model": ("api", "kernel", "run"),
     "import": ("extension types", "api", "kernel", "authoring", "xml_util", "output", "exchange", "run", "conventions",
                "model"),
