@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <filesystem>
 #include <optional>
 #include <system_error>
@@ -48,16 +47,19 @@ std::string About(std::string const& name, std::string const& problem)
 // What is wrong with a file; empty for nothing.
 std::string ProblemOf(fs::path const& path, FileDigest const& noted)
 {
+    std::error_code error;
+    std::uintmax_t const size = fs::file_size(path, error);
+    if (error == std::errc::no_such_file_or_directory)
+        return "is missing";
+    if (!error && size < noted.size)
+        return fmt::format("is short, or another scene's: it has {} of {} bytes", size, noted.size);
+    constexpr char kChanged[] = "is another scene's, or was changed";
+    if (!error && size != noted.size)
+        return kChanged;
     std::optional<FileDigest> const found = FileDigest::Of(UTF8String(path.string()));
     if (!found)
-    {
-        int const error = errno;
-        std::error_code ignored;
-        return fs::exists(path, ignored) ? "cannot be read: " + std::generic_category().message(error) : "is missing";
-    }
-    if (found->size < noted.size)
-        return fmt::format("is short, or another scene's: it has {} of {} bytes", found->size, noted.size);
-    return *found == noted ? std::string() : "is another scene's, or was changed";
+        return "cannot be read";
+    return *found == noted ? "" : kChanged;
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <new>
 #include <string_view>
 #include <system_error>
+#include <unordered_set>
 
 #include "framework/api/IOUtil.h"
 
@@ -19,9 +20,9 @@ namespace
 
 constexpr std::size_t kBlockSize = std::size_t{256} * 1024;
 
-// The end of a document that is looked at first, and at most; there is room for half a million notes.
+// The end of a document that is looked at first, and at most; there is room for more than 50,000 notes.
 constexpr std::size_t kFirstTail = 4096;
-constexpr std::size_t kLargestTail = std::size_t{64} * 1024 * 1024;
+constexpr std::size_t kLargestTail = std::size_t{4} * 1024 * 1024;
 
 constexpr std::string_view kBegin = "<?kvr-side-files";
 constexpr std::string_view kEnd = "?>";
@@ -101,6 +102,7 @@ std::string_view NextWord(std::string_view& line)
 std::vector<SideFileNote> NotesOf(std::string_view content)
 {
     std::vector<SideFileNote> notes;
+    std::unordered_set<std::string> names;
     while (!content.empty())
     {
         std::string_view line = content.substr(0, content.find_first_of(kLineEnds));
@@ -108,7 +110,7 @@ std::vector<SideFileNote> NotesOf(std::string_view content)
         SideFileNote note;
         bool const isGood = Decode(NextWord(line), note.name) && IsNumber(NextWord(line), 10, note.digest.size) &&
                             IsNumber(NextWord(line), kHexBase, note.digest.hash);
-        if (isGood && IsFileName(note.name))
+        if (isGood && IsFileName(note.name) && names.insert(note.name).second)
             notes.push_back(std::move(note));
     }
     return notes;

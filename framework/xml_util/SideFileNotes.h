@@ -43,7 +43,7 @@ struct KVR_XML_UTIL_API SideFileNotes
     static std::string Text(std::vector<SideFileNote> const& notes);
 
     /// The notes of a document. Nothing for one without, and for a file that cannot be read. A line of them that makes
-    /// no sense is passed over, and so is a name that leads out of the folder.
+    /// no sense is passed over, and so are a name that leads out of the folder and the second note of a name.
     static std::optional<std::vector<SideFileNote>> Of(UTF8String const& scenePath);
 };
 

@@ -59,6 +59,20 @@ private:
 
 std::unique_ptr<TempFolder> SideFiles::s_original;
 
+// A triangle with texture coordinates and a picture of one pixel.
+constexpr char kTexturedTriangle[] =
+    R"({"asset":{"version":"2.0"},"scene":0,"scenes":[{"nodes":[0]}],"nodes":[{"mesh":0}],
+"meshes":[{"primitives":[{"attributes":{"POSITION":0,"TEXCOORD_0":1},"indices":2,"material":0}]}],
+"materials":[{"pbrMetallicRoughness":{"baseColorTexture":{"index":0}}}],"textures":[{"source":0}],
+"images":[{"uri":"data:image/png;base64,iVBORw0KGgoAAAANSUhEUgAAAAEAAAABCAYAAAAfFcSJAAAADUlEQVR42mNk+M9QDwADhgGA)"
+    R"(WjR9awAAAABJRU5ErkJggg=="}],"buffers":[{"byteLength":68,"uri":"data:application/octet-stream;base64,)"
+    R"(AAAAAAAAAAAAAAAAAACAPwAAAAAAAAAAAAAAAAAAgD8AAAAAAAAAAAAAAAAAAIA/AAAAAAAAAAAAAIA/AAABAAIAAAA="}],
+"bufferViews":[{"buffer":0,"byteOffset":0,"byteLength":36},{"buffer":0,"byteOffset":36,"byteLength":24},
+{"buffer":0,"byteOffset":60,"byteLength":6}],
+"accessors":[{"bufferView":0,"componentType":5126,"count":3,"type":"VEC3","min":[0,0,0],"max":[1,1,0]},
+{"bufferView":1,"componentType":5126,"count":3,"type":"VEC2"},
+{"bufferView":2,"componentType":5123,"count":3,"type":"SCALAR"}]})";
+
 void Shorten(std::string const& path)
 {
     fs::resize_file(path, fs::file_size(path) - 1);
@@ -82,6 +96,17 @@ TEST_F(SideFiles, OfAnImportAreItsOwn)
                 ElementsAre(File("a.xml.sab"), File("a.xml.mesh"), File("a.xml.seg"), File("a.xml.ids")));
     EXPECT_THAT(Export(false).remarks, IsEmpty());
     EXPECT_EQ(Export(true).outcome, Outcome::kDone);
+}
+
+TEST(TexturesOfImports, AreSideFilesOfTheScene)
+{
+    TempFolder const folder;
+    folder.Write("t.gltf", kTexturedTriangle);
+    std::string const scene = folder.NarrowPathOf("a.xml");
+    ASSERT_EQ(ImportModel(folder.NarrowPathOf("t.gltf"), scene).outcome, Outcome::kDone);
+    EXPECT_THAT(SideFileCheck(scene).Problems(), IsEmpty());
+    fs::remove(folder.NarrowPathOf("a.xml.texture1.png"));
+    EXPECT_THAT(SideFileCheck(scene).Problems(), ElementsAre("the scene's side file a.xml.texture1.png is missing"));
 }
 
 TEST_F(SideFiles, AreMissingShortOrAnothers)

@@ -115,7 +115,7 @@ TEST(SideFileNotes, LinesWithoutSenseAndNamesThatLeadElsewhereArePassedOver)
 {
     std::string const lines =
         "\n  ../up 1 2\n  /etc/passwd 1 2\n  %2e%2E 1 2\n  . 1 2\n  a%00b 1 2\n  %4 1 2\n  %4x 1 2\n  a 1\n  a -1 2\n"
-        "  a 1 g\n  a 99999999999999999999 2\n  a 0x1 2\n\n  good 1 2\n  better 3 4 more\n";
+        "  a 1 g\n  a 99999999999999999999 2\n  a 0x1 2\n\n  good 1 2\n  better 3 4 more\n  good 5 6\n";
     EXPECT_EQ(NamesIn("<Scene/><?kvr-side-files" + lines + "?>"), (Names{"good", "better"}));
 }
 
