@@ -1,7 +1,6 @@
 #include "exchange/ImportModel.h"
 
 #include <cerrno>
-#include <filesystem>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <stdexcept>
@@ -10,13 +9,13 @@
 #include "exchange/import/MeshSceneImport.h"
 #include "exchange/import/ModelSource.h"
 #include "exchange/import/SceneImport.h"
+#include "exchange/import/SceneTarget.h"
 #include "exchange/meshes/MeshReading.h"
 #include "exchange/model/ModelDocument.h"
 #include "exchange/model/ModelError.h"
 #include "exchange/model/ModelFormat.h"
 #include "exchange/run/ChildProcess.h"
 #include "exchange/run/Heard.h"
-#include "exchange/run/WorkFolder.h"
 #include "framework/api/Exception.h"
 #include "framework/api/LengthUnits.h"
 #include "framework/xml_util/XMLStrUtil.h"
@@ -28,7 +27,6 @@ namespace KVR
 namespace
 {
 
-namespace fs = std::filesystem;
 using nlohmann::json;
 
 constexpr char kStage_Reading[] = "reading";
@@ -149,16 +147,6 @@ void AddRemarks(ImportResult& result)
         result.remarks.push_back("not in the scene: " + std::to_string(loss.count) + ' ' + loss.kind);
 }
 
-void Place(WorkFolder const& folder)
-{
-    // Properties of an earlier scene of this name would count as this one's.
-    fs::path const properties = fs::path(folder.Target()).replace_extension(".kvrproperty");
-    bool const hasProperties = folder.Holds(properties.filename());
-    folder.MoveIntoPlace();
-    if (!hasProperties)
-        fs::remove(properties);
-}
-
 ModelFormat FormatOf(ModelSource const& source, ImportOptions const& options)
 {
     std::optional<ModelFormat> const format = FormatOfModel(source.File());
@@ -183,8 +171,8 @@ ImportResult Import(std::string const& modelPath, std::string const& scenePath, 
     if (!source.Remark().empty())
         result.remarks.push_back(source.Remark());
     ModelFormat const format = FormatOf(source, options);
-    WorkFolder const folder(scenePath);
-    std::string const inside = folder.Inside().string();
+    SceneTarget const target(source.Path(), scenePath, options.force);
+    std::string const inside = target.Inside();
     ImportWork const work{source, format, inside, options};
     ChildResult child = ImportInChild(work, progress);
     if (child.signal != 0 && format == ModelFormat::kStep && options.withAnnotations)
@@ -203,7 +191,7 @@ ImportResult Import(std::string const& modelPath, std::string const& scenePath, 
     ReadAnswer(*child.answer, result);
     result.hasAnnotations = options.withAnnotations;
     AddRemarks(result);
-    Place(folder);
+    target.Place();
     result.outcome = Outcome::kDone;
     return result;
 }
@@ -219,6 +207,10 @@ ImportResult ImportOrFailure(std::string const& modelPath, std::string const& sc
     catch (ModelError const& error)
     {
         return Ended<ImportResult>(Outcome::kFailed, Escaped(modelPath) + ": " + Escaped(error.what()));
+    }
+    catch (TargetError const& error)
+    {
+        return Ended<ImportResult>(Outcome::kFailed, Escaped(error.what()));
     }
     catch (std::system_error const& error)
     {

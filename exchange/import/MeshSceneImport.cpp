@@ -22,8 +22,7 @@ public:
         : m_model(model), m_options(options), m_scene(UTF16String(UTF8String(scenePath)), {})
     {
         m_report.losses = model.losses;
-        std::filesystem::path const path(scenePath);
-        m_styles = MeshStyles::Of(model, (path.parent_path() / path.stem()).string(), m_report.losses);
+        m_styles = MeshStyles::Of(model, scenePath, m_report.losses);
         for (MeshModel::Component const& component : model.components)
         {
             std::size_t& count = component.isAssembly ? m_report.counts.assemblies : m_report.counts.parts;
@@ -58,11 +57,15 @@ private:
         file.properties.emplace();
         for (auto const& [element, text] : m_model.header)
             file.properties->texts.emplace_back(element, CleanText(text));
-        file.childIds.push_back(m_ids.front());
+        file.children.emplace_back(m_ids.front(), m_model.components.front().isAssembly
+                                                      ? Authoring::FileChildType::kAssembly
+                                                      : Authoring::FileChildType::kPart);
         m_scene.BeginFile(file);
         Authoring::AttributeSetRecord attributes;
         attributes.styles = m_styles.styles;
         attributes.textures = m_styles.textures;
+        for (std::string const& image : m_styles.images)
+            m_scene.AddSideFile(UTF8String(image));
         for (MeshModel::Camera const& camera : m_model.cameras)
             AddView(attributes, camera);
         m_scene.AttributeSet(attributes);

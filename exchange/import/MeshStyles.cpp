@@ -40,13 +40,13 @@ std::string BytesOf(MeshModel::Image const& image)
 }
 
 // The name of the image's file beside the scene; empty when there is none.
-std::string WriteImage(MeshModel::Image const& image, std::string const& stem)
+std::string WriteImage(MeshModel::Image const& image, std::string const& target)
 {
     std::string const bytes = BytesOf(image);
     std::string const extension = ExtensionOf(bytes, image.path.empty() ? image.name : image.path);
     if (extension.empty())
         return {};
-    std::string const path = stem + extension;
+    std::string const path = target + extension;
     std::ofstream file(path, std::ios::binary);
     file << bytes;
     file.close();
@@ -98,15 +98,17 @@ Authoring::StyleRecord StyleOf(MeshModel::Material const& material)
 
 }  // namespace
 
-MeshStyles MeshStyles::Of(MeshModel const& model, std::string const& stem, Losses& losses)
+MeshStyles MeshStyles::Of(MeshModel const& model, std::string const& scenePath, Losses& losses)
 {
     MeshStyles result;
     std::vector<std::string> files;
     for (MeshModel::Image const& image : model.images)
     {
-        files.push_back(WriteImage(image, stem + ".texture" + std::to_string(files.size() + 1)));
+        files.push_back(WriteImage(image, scenePath + ".texture" + std::to_string(files.size() + 1)));
         if (files.back().empty())
             losses.AddItem("images of textures", image.name);
+        else
+            result.images.push_back(files.back());
     }
     std::vector<std::optional<UTF8String>> ids;
     for (MeshModel::Texture const& texture : model.textures)

@@ -15,9 +15,11 @@ struct MeshStyles
     std::vector<Authoring::StyleRecord> styles;
     std::vector<Authoring::TextureRecord> textures;
 
-    /// Images are written beside the scene, whose path without extension is `stem`; what is no image is counted, and
-    /// left out.
-    static MeshStyles Of(MeshModel const& model, std::string const& stem, Losses& losses);
+    /// The names of the files of images, in the scene's folder.
+    std::vector<std::string> images;
+
+    /// Images are written beside the scene; what is no image is counted, and left out.
+    static MeshStyles Of(MeshModel const& model, std::string const& scenePath, Losses& losses);
 
     /// The style of a material; empty for none.
     UTF8String IdOf(std::uint32_t material) const

@@ -255,8 +255,8 @@ TEST(ImportMeshes, AGlbHasStylesTexturesViewsAndPropertiesInTheScene)
     EXPECT_THAT(document, HasSubstr("33648"));
     EXPECT_EQ(objects.at("view1").at("Label"), "door");
     EXPECT_EQ(objects.at("camera1").at("ViewAngle"), 0.5);
-    EXPECT_EQ(FileBytes(folder.NarrowPathOf("s.texture1.png")), "\x89PNG");
-    EXPECT_FALSE(std::filesystem::exists(folder.NarrowPathOf("s.texture2.png")))
+    EXPECT_EQ(FileBytes(folder.NarrowPathOf("s.xml.texture1.png")), "\x89PNG");
+    EXPECT_FALSE(std::filesystem::exists(folder.NarrowPathOf("s.xml.texture2.png")))
         << "what is no image stays where it is";
     EXPECT_THAT(objects.at("inst1").dump(), HasSubstr("kitchen"));
 }
