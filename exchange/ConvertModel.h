@@ -38,9 +38,10 @@ struct ConvertResult
 
 /// Makes a file for another program of a model: ImportModel into a scene, which goes again unless it is to stay, and
 /// ExportScene of that. A path that ends in ".xml", in whatever case, is a scene already, and only exported. The scene
-/// on the way stands in a folder for temporary files. When either step fails there is neither file nor scene; only a
-/// scene that has its place stays there when the export fails. Paths, processes, progress and exceptions are as for the
-/// two steps; `whole` of the progress is that of both.
+/// on the way stands in a folder for temporary files. A target that is the model, by whatever name or link, is a
+/// failure. When either step fails there is neither file nor scene; only a scene that has its place stays there when
+/// the export fails. Paths, processes, progress and exceptions are as for the two steps; `whole` of the progress is
+/// that of both.
 KVR_EXCHANGE_API ConvertResult ConvertModel(std::string const& modelPath, std::string const& path,
                                             ConvertOptions const& options = {}, Progress const& progress = {});
 

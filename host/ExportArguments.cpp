@@ -10,7 +10,9 @@ namespace KVR
 void ExportArguments::AddTo(CLI::App& command)
 {
     AddRepeatedOption(command, "--only", m_options.filter.only,
-                      "Export this object with all below it, by its id or label, or a layer; may be repeated", "NAME");
+                      "Export this object with all below it, by its id or label, or a layer; * and ? stand for any "
+                      "characters and one; may be repeated",
+                      "NAME");
     AddRepeatedOption(command, "--hide", m_options.filter.hide, "Leave this out, named as above; may be repeated",
                       "NAME");
     command.add_flag("--mesh-faces", m_options.meshFaces,

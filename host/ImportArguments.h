@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "exchange/ImportModel.h"
 #include "host/LengthUnitOption.h"
 #include "host/MeshArguments.h"
@@ -25,6 +27,7 @@ public:
 private:
     ImportOptions m_options;
     LengthUnitOption m_unit{ImportOptions().unit};
+    std::string m_up;
     bool m_withoutMeshes = false;
     bool m_withoutBreps = false;
     bool m_withoutNotes = false;

@@ -30,7 +30,10 @@ ImportCommand::ImportCommand(CLI::App& program)
     : Command(program, "import",
               "Make a scene of a model: STEP, IGES, BREP, glTF, STL, OBJ or PLY, told apart by content and name")
 {
-    Arguments().add_option("model", m_model, "The model's file")->required()->type_name("MODEL");
+    Arguments()
+        .add_option("model", m_model, "The model's file; \"-\" is standard input")
+        ->required()
+        ->type_name("MODEL");
     Arguments()
         .add_option("scene", m_scene, "The scene to be; its side files stand beside it")
         ->required()

@@ -49,6 +49,8 @@ ConvertResult Convert(std::string const& modelPath, std::string const& path, Con
     // What is wrong with the target is better known before the work than in its midst.
     if (!IsExportFormat(path))
         result.failure = Escaped(path) + ": it has none of the extensions " + ExportFormats();
+    else if (std::error_code ignored; fs::equivalent(path, modelPath, ignored))
+        result.failure = Escaped(path) + ": it is " + Escaped(modelPath) + ", which is being read";
     else if (IsScenePath(modelPath))
         Export(modelPath, path, options, progress, result);
     else if (options.scenePath)

@@ -36,22 +36,18 @@ namespace KVR
 namespace
 {
 
-std::string StemOf(std::string const& path)
-{
-    return (std::filesystem::path(path).parent_path() / std::filesystem::path(path).stem()).string();
-}
-
 class SceneImporter
 {
 public:
-    SceneImporter(ModelDocument const& model, std::string const& modelPath, std::string const& scenePath,
-                  ImportOptions const& options, TellStage const& tell)
+    SceneImporter(ModelDocument const& model, std::string const& modelPath, std::string const& name,
+                  std::string const& scenePath, ImportOptions const& options, TellStage const& tell)
         : m_model(model),
           m_modelPath(modelPath),
+          m_name(name),
           m_options(options),
           m_tell(tell),
           m_plan(model.document),
-          m_styles(model.document, StemOf(scenePath), m_report.losses),
+          m_styles(model.document, scenePath, m_report.losses),
           m_scene(
               UTF16String(UTF8String(scenePath)),
               {.kernelForm = options.asText ? Authoring::KernelStoreForm::kText : Authoring::KernelStoreForm::kBinary,
@@ -123,16 +119,21 @@ private:
     {
         Authoring::FileRecord file;
         file.id = "file1";
-        file.label = CleanText(std::filesystem::path(m_modelPath).stem().string());
-        file.path = CleanText(std::filesystem::absolute(m_modelPath).lexically_normal().string());
+        file.label = CleanText(m_name);
+        if (!m_modelPath.empty())
+            file.path = CleanText(std::filesystem::absolute(m_modelPath).lexically_normal().string());
         file.unit = Unit();
         file.properties = Properties();
         for (std::size_t const root : m_plan.roots)
-            file.childIds.push_back(m_plan.components[root].id);
+            file.children.emplace_back(m_plan.components[root].id, m_plan.components[root].isAssembly
+                                                                       ? Authoring::FileChildType::kAssembly
+                                                                       : Authoring::FileChildType::kPart);
         m_scene.BeginFile(file);
         Authoring::AttributeSetRecord attributes;
         attributes.styles = m_styles.Styles();
         attributes.textures = m_styles.Textures();
+        for (std::string const& image : m_styles.Images())
+            m_scene.AddSideFile(UTF8String(image));
         AddLayers(attributes);
         SavedViews views = SavedViews::Of(
             m_model, [this](TDF_Label const& label) { return IdsOf(label); }, m_report.losses);
@@ -353,6 +354,7 @@ private:
 
     ModelDocument const& m_model;
     std::string m_modelPath;
+    std::string m_name;
     ImportOptions m_options;
     TellStage const& m_tell;
     ImportReport m_report;
@@ -366,10 +368,10 @@ private:
 
 }  // namespace
 
-ImportReport WriteSceneOf(ModelDocument const& model, std::string const& modelPath, std::string const& scenePath,
-                          ImportOptions const& options, TellStage const& tell)
+ImportReport WriteSceneOf(ModelDocument const& model, std::string const& modelPath, std::string const& name,
+                          std::string const& scenePath, ImportOptions const& options, TellStage const& tell)
 {
-    return SceneImporter(model, modelPath, scenePath, options, tell).Import();
+    return SceneImporter(model, modelPath, name, scenePath, options, tell).Import();
 }
 
 }  // namespace KVR

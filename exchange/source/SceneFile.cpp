@@ -26,8 +26,10 @@ XMLProducerOptions& Prepare(XMLProducerOptions& producerOptions, SceneOptions co
 }  // namespace
 
 SceneFile::SceneFile(SceneOptions const& options)
-    : m_producer(UTF16String(UTF8String(options.path)), &Prepare(m_options, options))
+    : m_sceneOptions(options), m_producer(UTF16String(UTF8String(options.path)), &Prepare(m_options, options))
 {
+    m_options.SetUnreadSideFileHandler([this](UTF16String const& path)
+                                       { m_unread.emplace_back(UTF8String(path).View()); });
     if (options.prefix)
         m_producer.SetNewObjectIdPrefix(UTF8String(*options.prefix));
 }

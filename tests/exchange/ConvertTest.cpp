@@ -69,7 +69,8 @@ TEST_F(Convert, IsAnImportAndAnExportWithoutASceneLeftOver)
     EXPECT_EQ(run.status, 0) << run.error;
     EXPECT_EQ(run.out, "");
     EXPECT_EQ(BytesOf(PathOf("one.stl")), BytesOf(PathOf("both.stl")));
-    EXPECT_THAT(Names(), UnorderedElementsAre("a.xml", "a.mesh", "a.seg", "a.sab", "a.ids.xml", "both.stl", "one.stl"));
+    EXPECT_THAT(Names(), UnorderedElementsAre("a.xml", "a.xml.mesh", "a.xml.seg", "a.xml.sab", "a.xml.ids",
+                                              "both.stl", "one.stl"));
 }
 
 TEST_F(Convert, TakesASceneAndFilesBesideTheTarget)
@@ -84,7 +85,7 @@ TEST_F(Convert, KeepsTheSceneWhereThatIsWanted)
 {
     ToolRun const run = RunTool({"convert", "--scene", PathOf("kept.xml"), "--no-brep", kModel, PathOf("one.ply")});
     EXPECT_EQ(run.status, 0) << run.error;
-    EXPECT_THAT(Names(), UnorderedElementsAre("one.ply", "kept.xml", "kept.mesh", "kept.seg"));
+    EXPECT_THAT(Names(), UnorderedElementsAre("one.ply", "kept.xml", "kept.xml.mesh", "kept.xml.seg"));
 }
 
 TEST_F(Convert, TellsWhatBothStepsLose)
@@ -127,6 +128,16 @@ TEST_F(Convert, AFailureOfEitherStepIsOneSentenceAndLeavesNothing)
     EXPECT_EQ(ConvertModel(kModel, PathOf("one.xyz")).failure,
               PathOf("one.xyz") + ": it has none of the extensions " + ExportFormats());
     EXPECT_THAT(Names(), IsEmpty());
+}
+
+TEST_F(Convert, TheModelIsNoTarget)
+{
+    fs::copy(kModel, PathOf("a.stp"));
+    fs::create_symlink(PathOf("a.stp"), PathOf("b.step"));
+    ToolRun const run = RunTool({"convert", PathOf("a.stp"), PathOf("b.step")});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.error, "kvr: " + PathOf("b.step") + ": it is " + PathOf("a.stp") + ", which is being read\n");
+    EXPECT_EQ(BytesOf(PathOf("a.stp")), BytesOf(kModel));
 }
 
 TEST_F(Convert, OneWholeGoesThroughBothSteps)
