@@ -30,6 +30,9 @@ struct ImportOptions
     bool withAnnotations = true;
     /// The unit of length of a model that states none; another unit is a failure.
     UnitTypeEnum unit = kUnitType_Millimeter;
+    /// Where what the model holds and the scene does not is listed, item by item, as a JSON object; empty for nowhere.
+    /// What stands there is replaced, unless it is the model or the scene: that is a failure.
+    std::string reportPath;
 };
 
 /// What a scene holds.

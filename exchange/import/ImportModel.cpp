@@ -7,6 +7,7 @@
 #include <stdexcept>
 #include <system_error>
 
+#include "exchange/import/ImportReportFile.h"
 #include "exchange/import/SceneImport.h"
 #include "exchange/model/ModelDocument.h"
 #include "exchange/model/ModelError.h"
@@ -130,6 +131,8 @@ ImportResult Import(std::string const& modelPath, std::string const& scenePath, 
         throw ModelError("it is in none of the formats STEP, IGES, BREP, glTF, STL, OBJ and PLY");
     if (!(MetresOf(options.unit) > 0.0))
         throw ModelError("no length is measured in the unit that it is to have");
+    if (std::string const problem = ProblemOfReport(options.reportPath, modelPath, scenePath); !problem.empty())
+        throw ModelError(problem);
     WorkFolder const folder(scenePath);
     std::string const inside = folder.Inside().string();
     ChildResult child = ImportInChild(modelPath, *format, inside, options, progress);
@@ -148,6 +151,8 @@ ImportResult Import(std::string const& modelPath, std::string const& scenePath, 
     ReadAnswer(*child.answer, result);
     result.hasAnnotations = options.withAnnotations;
     AddRemarks(result);
+    if (!options.reportPath.empty())
+        WriteImportReport(result, options.reportPath, modelPath, scenePath);
     Place(folder);
     result.outcome = Outcome::kDone;
     return result;

@@ -25,6 +25,7 @@
 #include "exchange/import/SavedViews.h"
 #include "exchange/import/StyleTable.h"
 #include "exchange/model/CleanText.h"
+#include "exchange/model/StepCensus.h"
 #include "framework/api/DataIdToPersistentIdMap.h"
 #include "framework/api/Time.h"
 #include "framework/api/UTF16String.h"
@@ -69,7 +70,7 @@ public:
         if (m_options.withMeshes)
             MeshParts();
         auto const idsOf = [this](TDF_Label const& label) { return IdsOf(label); };
-        m_annotations = std::make_unique<Annotations>(m_model.document, m_plan, m_model.unit, idsOf, m_report.losses);
+        m_annotations = std::make_unique<Annotations>(m_model, m_plan, idsOf, m_report.losses);
         WriteUniverse();
         WriteFile();
         for (std::size_t i = 0; i < m_plan.components.size(); ++i)
@@ -153,7 +154,7 @@ private:
         attributes.textures = m_styles.Textures();
         AddLayers(attributes);
         SavedViews views = SavedViews::Of(
-            m_model, [this](TDF_Label const& label) { return IdsOf(label); }, m_report.losses);
+            m_model, m_plan, [this](TDF_Label const& label) { return IdsOf(label); }, m_report.losses);
         attributes.views = std::move(views.views);
         attributes.cameras = std::move(views.cameras);
         m_scene.AttributeSet(attributes);
@@ -210,12 +211,7 @@ private:
         component.isSingleUnderRoot = m_plan.roots.size() == 1 && m_plan.roots.front() == index;
         if (UTF8String const style = m_styles.StyleOf(plan.label, false); !style.IsEmpty())
             component.styles.push_back(style);
-        std::vector<Authoring::PropertyValue> properties = PropertiesOfLabel(plan.label, m_report.losses);
-        if (!properties.empty())
-        {
-            component.properties.emplace();
-            component.properties->custom = std::move(properties);
-        }
+        component.properties = PropertiesOfComponent(m_model, plan.label, m_report.losses);
         return component;
     }
 
@@ -229,7 +225,8 @@ private:
         {
             Authoring::InstanceRecord const& instance = plan.instances[i];
             m_scene.Instance(instance);
-            for (Authoring::PropertyValue const& property : PropertiesOfLabel(plan.origins[i].label, m_report.losses))
+            for (Authoring::PropertyValue const& property :
+                 PropertiesOfUsage(m_model, plan.origins[i].label, m_report.losses))
                 m_scene.Property(instance.id, property);
             ++m_report.counts.instances;
         }
@@ -365,6 +362,8 @@ private:
     {
         auto const notes = XCAFDoc_DocumentTool::NotesTool(m_model.document->Main());
         m_report.losses.Add("comments", static_cast<unsigned long long>(notes->NbNotes()));
+        if (m_model.step)
+            CountStepLosses(*m_model.step, m_annotations->Entities(), m_report.losses);
         for (TopoDS_Shape const& shape : m_written)
             BRepTools::Clean(shape);
     }
