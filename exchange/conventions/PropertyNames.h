@@ -8,7 +8,6 @@ namespace KVR
 constexpr char kProperty_RevisionDescription[] = "revision description";
 constexpr char kProperty_ProductCategory[] = "product category";
 constexpr char kProperty_UsageId[] = "usage id";
-constexpr char kProperty_UsageName[] = "usage name";
 constexpr char kProperty_UsageDescription[] = "usage description";
 constexpr char kProperty_ReferenceDesignator[] = "reference designator";
 

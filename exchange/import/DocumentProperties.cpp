@@ -188,9 +188,6 @@ std::vector<Authoring::PropertyValue> PropertiesOfUsage(ModelDocument const& mod
     if (StepUsage const* const usage = model.usages.Seek(label))
     {
         AddText(collector, kProperty_UsageId, usage->id);
-        // As a rule it is the instance's label.
-        if (CleanText(usage->name) != NameOfLabel(label))
-            AddText(collector, kProperty_UsageName, usage->name);
         AddText(collector, kProperty_UsageDescription, usage->description);
         AddText(collector, kProperty_ReferenceDesignator, usage->designator);
         AddStated(collector, usage->properties);

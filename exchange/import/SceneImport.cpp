@@ -3,12 +3,10 @@
 #include <BRepMesh_IncrementalMesh.hxx>
 #include <BRepTools.hxx>
 #include <BRep_Tool.hxx>
-#include <TDF_LabelSequence.hxx>
 #include <TopExp.hxx>
 #include <TopTools_IndexedMapOfShape.hxx>
 #include <TopoDS.hxx>
 #include <XCAFDoc_DocumentTool.hxx>
-#include <XCAFDoc_LayerTool.hxx>
 #include <XCAFDoc_NotesTool.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
 #include <filesystem>
@@ -23,6 +21,7 @@
 #include "exchange/import/ModelBox.h"
 #include "exchange/import/PartPlan.h"
 #include "exchange/import/SavedViews.h"
+#include "exchange/import/SceneLayers.h"
 #include "exchange/import/StyleTable.h"
 #include "exchange/model/CleanText.h"
 #include "exchange/model/StepCensus.h"
@@ -62,6 +61,7 @@ public:
                .meshLayout = Authoring::MeshStoreLayout::kMeshInfo})
     {
         m_report.losses = model.losses;
+        NameUsages();
     }
 
     ImportReport Import()
@@ -84,6 +84,16 @@ public:
     }
 
 private:
+    // Open CASCADE calls a component by other texts of its usage, too.
+    void NameUsages()
+    {
+        for (ComponentPlan& component : m_plan.components)
+            for (std::size_t i = 0; i < component.instances.size(); ++i)
+                if (StepUsage const* const usage = m_model.usages.Seek(component.origins[i].label);
+                    usage && usage->name.find_first_not_of(' ') != std::string::npos)
+                    component.instances[i].label = CleanText(usage->name);
+    }
+
     void PlanParts()
     {
         PartPlan::Numbers numbers;
@@ -152,9 +162,9 @@ private:
         Authoring::AttributeSetRecord attributes;
         attributes.styles = m_styles.Styles();
         attributes.textures = m_styles.Textures();
-        AddLayers(attributes);
-        SavedViews views = SavedViews::Of(
-            m_model, m_plan, [this](TDF_Label const& label) { return IdsOf(label); }, m_report.losses);
+        auto const idsOf = [this](TDF_Label const& label) { return IdsOf(label); };
+        attributes.layers = LayersOf(m_model.document, idsOf, m_report.losses);
+        SavedViews views = SavedViews::Of(m_model, m_plan, idsOf, m_report.losses);
         attributes.views = std::move(views.views);
         attributes.cameras = std::move(views.cameras);
         m_scene.AttributeSet(attributes);
@@ -170,35 +180,6 @@ private:
         if (Time::FromString(UTF8String(m_model.creationTime), time))
             properties.creationDate = time.Value();
         return properties;
-    }
-
-    void AddLayers(Authoring::AttributeSetRecord& attributes)
-    {
-        auto const tool = XCAFDoc_DocumentTool::LayerTool(m_model.document->Main());
-        TDF_LabelSequence labels;
-        tool->GetLayerLabels(labels);
-        for (TDF_Label const& label : labels)
-        {
-            TCollection_ExtendedString name;
-            if (!tool->GetLayer(label, name))
-                continue;
-            Authoring::LayerRecord layer;
-            layer.number = static_cast<long long>(attributes.layers.size()) + 1;
-            layer.id = UTF8String("layer" + std::to_string(layer.number));
-            layer.label = CleanExtendedText(name);
-            layer.description = layer.label;
-            layer.isVisible = tool->IsVisible(label);
-            TDF_LabelSequence shapes;
-            tool->GetShapesOfLayer(label, shapes);
-            for (TDF_Label const& shape : shapes)
-            {
-                std::vector<UTF8String> const ids = IdsOf(shape);
-                if (ids.empty())
-                    m_report.losses.Add("members of layers that are no objects");
-                layer.itemIds.insert(layer.itemIds.end(), ids.begin(), ids.end());
-            }
-            attributes.layers.push_back(std::move(layer));
-        }
     }
 
     Authoring::ComponentRecord Component(std::size_t index)
