@@ -8,6 +8,7 @@
 #include <fstream>
 #include <map>
 #include <nlohmann/json.hpp>
+#include <regex>
 #include <sstream>
 
 #include "exchange/model/Part21Text.h"
@@ -57,6 +58,17 @@ public:
                        m_folder.NarrowPathOf("model.stp"), Scene()});
         objects = json::parse(RunTool({"dump", "--summary", Scene()}).out).at("Objects");
         report = json::parse(TextOf(m_folder.NarrowPathOf("report.json")));
+        for (auto const& entry : std::filesystem::directory_iterator(m_folder.Path()))
+            if (entry.path().string().ends_with("property"))
+                properties = TextOf(entry.path().string());
+    }
+
+    // As STEP, with the entities on one line each.
+    std::string Exported() const
+    {
+        std::string const path = m_folder.NarrowPathOf("out.step");
+        EXPECT_EQ(RunTool({"export", Scene(), path}).status, 0);
+        return std::regex_replace(TextOf(path), std::regex("\n *"), "");
     }
 
     std::string Scene() const { return m_folder.NarrowPathOf("scene.xml"); }
@@ -80,6 +92,7 @@ public:
     ToolRun run;
     json objects;
     json report;
+    std::string properties;
 
 private:
     TempFolder m_folder;
@@ -165,17 +178,24 @@ TEST(StepImport, PropertiesOfUsersKeepTheirTypes)
 
 TEST(StepImport, UsagesKeepIdNameAndDesignator)
 {
-    json const& instance = Products().Labelled(" nut_1 ");
-    std::map<std::string, json> properties;
-    for (json const& id : instance.at("PropertyIds"))
-    {
-        json const& property = Products().objects.at(id.get<std::string>());
-        properties[property.at("Name")] = property.at("Value");
-    }
-    EXPECT_EQ(properties["usage id"], "u1");
-    EXPECT_EQ(properties["usage description"], "first");
-    EXPECT_EQ(properties["reference designator"], "N1");
-    EXPECT_FALSE(properties.count("usage name"));
+    std::string const id = Products().Labelled(" nut_1 ").at("Id");
+    auto const has = [&](std::string const& name, std::string const& value)
+    { return HasSubstr("ObjectID=\"" + id + "\" Name=\"" + name + "\" Type=\"kString\" Value=\"" + value + "\""); };
+    EXPECT_THAT(Products().properties, has("usage id", "u1"));
+    EXPECT_THAT(Products().properties, has("usage description", "first"));
+    EXPECT_THAT(Products().properties, has("reference designator", "N1"));
+}
+
+TEST(StepImport, ProductsUsagesAndPropertiesComeBackFromAnExport)
+{
+    std::string const back = Products().Exported();
+    for (char const* const text :
+         {"PRODUCT('4711-A',' nut ','holds \\X2\\00FC\\X0\\'", "PRODUCT_DEFINITION_FORMATION('C','third'",
+          "NEXT_ASSEMBLY_USAGE_OCCURRENCE('u1',' nut_1 ','first'", "PROPERTY_DEFINITION('colour code: paint',$",
+          "DESCRIPTIVE_REPRESENTATION_ITEM('','RAL''5002')", "INTEGER_REPRESENTATION_ITEM('',3",
+          "VALUE_REPRESENTATION_ITEM('',NUMERIC_MEASURE(0.25))", "PRODUCT_RELATED_PRODUCT_CATEGORY('part',$"})
+        EXPECT_THAT(back, HasSubstr(text));
+    EXPECT_THAT(back, testing::ContainsRegex("'N1'\\);"));
 }
 
 TEST(StepImport, WhatIsNotInTheSceneIsListedByEntity)
@@ -210,7 +230,8 @@ TEST(StepImport, ATolerancesMagnitudeStandsInItsNote)
 {
     ChangedModel const model("nist_plate_creo_lbls.stp", {});
     std::map<std::string, json> details;
-    for (json const& note : json::parse(RunTool({"notes", "--json", model.Scene()}).out).at("Notes"))
+    json const notes = json::parse(RunTool({"notes", "--json", model.Scene()}).out);
+    for (json const& note : notes.at("Notes"))
         if (note.at("Kind") == "tolerance")
             details[note.at("Text")] = note.at("Details");
     ASSERT_EQ(details.size(), 1u) << model.run.error;
@@ -219,6 +240,7 @@ TEST(StepImport, ATolerancesMagnitudeStandsInItsNote)
     EXPECT_DOUBLE_EQ(magnitude, 0.01);
     EXPECT_EQ(text, "position 0.01");
     EXPECT_THAT(RunTool({"notes", model.Scene()}).out, HasSubstr("position 0.01: IAnnotationCallout"));
+    EXPECT_THAT(model.Exported(), HasSubstr("LENGTH_MEASURE(1.E-02)"));
 }
 
 TEST(StepTolerances, MagnitudesModifiersZonesAndFramesAreThoseOfTheEntities)
