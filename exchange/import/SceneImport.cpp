@@ -40,21 +40,17 @@ namespace
 // The angle between the normals of neighbouring triangles, in radians.
 constexpr double kAngularDeflection = 0.5;
 
-std::string StemOf(std::string const& path)
-{
-    return (std::filesystem::path(path).parent_path() / std::filesystem::path(path).stem()).string();
-}
-
 class SceneImporter
 {
 public:
-    SceneImporter(ModelDocument const& model, std::string const& modelPath, std::string const& scenePath,
-                  ImportOptions const& options)
+    SceneImporter(ModelDocument const& model, std::string const& modelPath, std::string const& name,
+                  std::string const& scenePath, ImportOptions const& options)
         : m_model(model),
           m_modelPath(modelPath),
+          m_name(name),
           m_options(options),
           m_plan(model.document),
-          m_styles(model.document, StemOf(scenePath), m_report.losses),
+          m_styles(model.document, scenePath, m_report.losses),
           m_scene(
               UTF16String(UTF8String(scenePath)),
               {.kernelForm = options.asText ? Authoring::KernelStoreForm::kText : Authoring::KernelStoreForm::kBinary,
@@ -152,16 +148,21 @@ private:
     {
         Authoring::FileRecord file;
         file.id = "file1";
-        file.label = CleanText(std::filesystem::path(m_modelPath).stem().string());
-        file.path = CleanText(std::filesystem::absolute(m_modelPath).lexically_normal().string());
+        file.label = CleanText(m_name);
+        if (!m_modelPath.empty())
+            file.path = CleanText(std::filesystem::absolute(m_modelPath).lexically_normal().string());
         file.unit = Unit();
         file.properties = Properties();
         for (std::size_t const root : m_plan.roots)
-            file.childIds.push_back(m_plan.components[root].id);
+            file.children.emplace_back(m_plan.components[root].id, m_plan.components[root].isAssembly
+                                                                       ? Authoring::FileChildType::kAssembly
+                                                                       : Authoring::FileChildType::kPart);
         m_scene.BeginFile(file);
         Authoring::AttributeSetRecord attributes;
         attributes.styles = m_styles.Styles();
         attributes.textures = m_styles.Textures();
+        for (std::string const& image : m_styles.Images())
+            m_scene.AddSideFile(UTF8String(image));
         auto const idsOf = [this](TDF_Label const& label) { return IdsOf(label); };
         attributes.layers = LayersOf(m_model.document, idsOf, m_report.losses);
         SavedViews views = SavedViews::Of(m_model, m_plan, idsOf, m_report.losses);
@@ -351,6 +352,7 @@ private:
 
     ModelDocument const& m_model;
     std::string m_modelPath;
+    std::string m_name;
     ImportOptions m_options;
     ImportReport m_report;
     ProductPlan m_plan;
@@ -363,10 +365,10 @@ private:
 
 }  // namespace
 
-ImportReport WriteSceneOf(ModelDocument const& model, std::string const& modelPath, std::string const& scenePath,
-                          ImportOptions const& options)
+ImportReport WriteSceneOf(ModelDocument const& model, std::string const& modelPath, std::string const& name,
+                          std::string const& scenePath, ImportOptions const& options)
 {
-    return SceneImporter(model, modelPath, scenePath, options).Import();
+    return SceneImporter(model, modelPath, name, scenePath, options).Import();
 }
 
 }  // namespace KVR
