@@ -32,6 +32,9 @@ void ImportArguments::AddTo(CLI::App& command)
     command.add_flag("--no-brep", m_withoutBreps, "Write no bodies");
     command.add_flag("--no-pmi", m_withoutNotes, "Read no annotations and views");
     command.add_flag("--text", m_options.asText, "Write bodies as text");
+    command
+        .add_option("--report", m_options.reportPath, "List what the scene lacks of the model, item by item, as JSON")
+        ->type_name("FILE");
     command.add_flag("--force", m_options.force, "Replace files that are no side files of a scene of that name");
 }
 
