@@ -69,7 +69,7 @@ TEST_F(MeshQualityOf, ALengthThatIsAbsurdBesideTheModelIsRefusedWithTheLeast)
     ImportResult const result = ImportModel(std::string(KVR_EXAMPLES_DIR) + "/models/as1-oc-214.stp",
                                             m_folder.NarrowPathOf("scene.xml"), options);
     EXPECT_EQ(result.outcome, Outcome::kFailed);
-    EXPECT_THAT(result.failure, testing::EndsWith(", so that bodies can be meshed to 0.000256 at the finest"));
+    EXPECT_THAT(result.failure, testing::EndsWith(", so that bodies can be meshed to 0.000264 at the finest"));
 }
 
 TEST_F(MeshQualityOf, AnExportIsThatOfBodiesWithoutMeshes)
