@@ -188,7 +188,7 @@ private:
             if (!property.isList)
                 continue;
             std::size_t const size = m_header.form == PlyHeader::Form::kText ? 1 : PlyHeader::SizeOf(property.type);
-            if (!(*number >= 0.0) || *number > static_cast<double>(m_numbers.Left() / size))
+            if (!(*number >= 0.0) || *number * static_cast<double>(size) > static_cast<double>(m_numbers.Left()))
                 return false;
             for (double left = *number; left >= 1.0; --left)
             {
