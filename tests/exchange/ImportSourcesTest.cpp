@@ -4,8 +4,6 @@
 #include <BRepBuilderAPI_MakeEdge.hxx>
 #include <BRepTools.hxx>
 #include <BinTools.hxx>
-#include <IGESControl_Controller.hxx>
-#include <IGESControl_Writer.hxx>
 #include <TopoDS_Edge.hxx>
 #include <gp_Pnt.hxx>
 
@@ -191,23 +189,6 @@ TEST(ImportSources, TheBrepOfAnExportIsRead)
     ToolRun const run = RunTool({"import", "--no-mesh", brep, scene});
     EXPECT_EQ(run.status, 0) << run.error;
     EXPECT_THAT(run.out, HasSubstr("18 bodies"));
-}
-
-TEST(ImportSources, TheUnitThatIsSaidHoldsForAnIgesFileThatNamesNoneThatIsKnown)
-{
-    IGESControl_Controller::Init();
-    IGESControl_Writer writer("IN", 0);
-    ASSERT_TRUE(writer.AddShape(BoxShape(1.0, 2.0, 3.0)));
-    TempFolder const folder;
-    std::string const iges = folder.NarrowPathOf("box.igs");
-    ASSERT_TRUE(writer.Write(iges.c_str()));
-    std::string bytes = FileBytes(iges);
-    std::size_t const unit = bytes.find("1,4HINCH");
-    ASSERT_NE(unit, std::string::npos);
-    folder.Write("box.igs", bytes.replace(unit, 8, "3,4HFURL"));
-    ToolRun const run = RunTool({"import", "--unit", "foot", iges, folder.NarrowPathOf("s.xml")});
-    EXPECT_THAT(run.error, HasSubstr("the model states no unit of length; its numbers are taken for foot lengths"));
-    EXPECT_THAT(run.out, HasSubstr("unit of length: foot"));
 }
 
 TEST(ImportMeshes, LeniencyTakesWhatIsThereAndSaysHowMuch)
