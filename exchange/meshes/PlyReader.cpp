@@ -124,7 +124,8 @@ public:
             m_mesh.cornerTexture.clear();
         if (m_mesh.corners.empty())
             for (std::uint32_t i = 0; i < m_mesh.PointCount(); ++i)
-                m_mesh.dots.push_back(i);
+                if (m_isGood[i])
+                    m_mesh.dots.push_back(i);
         return std::move(m_mesh);
     }
 
