@@ -125,55 +125,97 @@ TEST(Certify, AModelThatCannotBeReadGetsOneSentence)
 
 TEST(Certificate, ADifferenceBeyondTheToleranceIsOne)
 {
-    ModelFacts source;
-    source.solids = 5;
-    source.names = {"a", "b"};
-    source.bodies.emplace().volume = 1.0;
-    source.box = {0, 0, 0, 3, 4, 0};
-    ModelFacts other = source;
-    Certificate const same({{"source", source}, {"scene", other}});
-    EXPECT_TRUE(same.IsGood());
-    other.bodies->volume = 1.0 + 5e-7;
-    EXPECT_TRUE(Certificate({{"source", source}, {"scene", other}}).IsGood());
-    other.bodies->volume = 1.0 + 5e-6;
-    EXPECT_FALSE(RowOf(Certificate({{"source", source}, {"scene", other}}), "volume").isGood);
-    other = source;
-    other.solids = 4;
-    EXPECT_FALSE(RowOf(Certificate({{"source", source}, {"scene", other}}), "solids").isGood);
-    other = source;
-    other.names = {"a", "c"};
-    EXPECT_FALSE(RowOf(Certificate({{"source", source}, {"scene", other}}), "names").isGood);
-    other = source;
+    auto const facts = [](double volume, double x)
+    {
+        ModelFacts made;
+        made.hasBodies = true;
+        ModelFacts::Occurrence& part = made.occurrences.emplace_back();
+        part.path = part.name = part.componentName = "a";
+        part.isPart = true;
+        part.solids = 5;
+        part.bodies.volume = part.bodies.absoluteVolume = volume;
+        part.bodies.AddPoint({x, 0, 0});
+        part.bodies.AddPoint({3, 4, 0});
+        return made;
+    };
+    auto const isGood = [](ModelFacts const& source, ModelFacts const& scene, char const* row) {
+        return RowOf(Certificate({{"source", source}, {"scene", scene}}), row).isGood;
+    };
+    ModelFacts const source = facts(1.0, 0.0);
+    EXPECT_TRUE(Certificate({{"source", source}, {"scene", source}}).IsGood());
+    EXPECT_TRUE(isGood(source, facts(1.0 + 5e-7, 0.0), "volume"));
+    EXPECT_FALSE(isGood(source, facts(1.0 + 5e-6, 0.0), "volume"));
     // Relative to the diagonal, which is 5.
-    (*other.box)[0] = 4e-6;
-    EXPECT_TRUE(RowOf(Certificate({{"source", source}, {"scene", other}}), "box").isGood);
-    (*other.box)[0] = 6e-6;
-    EXPECT_FALSE(RowOf(Certificate({{"source", source}, {"scene", other}}), "box").isGood);
+    EXPECT_TRUE(isGood(source, facts(1.0, 4e-6), "box"));
+    EXPECT_FALSE(isGood(source, facts(1.0, 6e-6), "box"));
+    ModelFacts other = source;
+    other.occurrences.front().solids = 4;
+    EXPECT_FALSE(isGood(source, other, "solids"));
+    other.occurrences.front().componentName = "b";
+    EXPECT_FALSE(isGood(source, other, "names"));
 }
 
-TEST(Certificate, AStageWithoutAPlaceForSomethingDoesNotCount)
+TEST(Certificate, AStageWithoutAPlaceForSomethingSaysSo)
 {
     ModelFacts source;
-    source.solids = 5;
-    Certificate const certificate({{"source", source}, {"GLB", ModelFacts()}});
+    source.occurrences.emplace_back().path = "a";
+    source.Add(kTable_Hidden, "a", {}, 3.0);
+    ModelFacts other = source;
+    other.tables.clear();
+    Certificate const certificate({{"source", source}, {"GLB", other}});
     EXPECT_TRUE(certificate.IsGood());
-    EXPECT_EQ(RowOf(certificate, "solids").values, (std::vector<std::string>{"5", ""}));
+    EXPECT_EQ(RowOf(certificate, "hidden").values, (std::vector<std::string>{"3", ""}));
+    EXPECT_EQ(certificate.Absences(), (std::vector<std::string>{"not in GLB: 3 hidden"}));
+}
+
+TEST(Certificate, APartThatIsDividedIsComparedAsAWhole)
+{
+    auto const add = [](ModelFacts& facts, char const* path, bool isPart, double area)
+    {
+        ModelFacts::Occurrence& occurrence = facts.occurrences.emplace_back();
+        occurrence.path = occurrence.component = path;
+        occurrence.isPart = isPart;
+        occurrence.bodies.area = area;
+        facts.hasBodies = true;
+    };
+    ModelFacts source;
+    add(source, "a", false, 0.0);
+    add(source, "a/b", true, 3.0);
+    ModelFacts scene;
+    add(scene, "a", false, 0.0);
+    add(scene, "a/b", false, 0.0);
+    add(scene, "a/b/", true, 1.0);
+    add(scene, "a/b/c", true, 2.0);
+    EXPECT_TRUE(Certificate({{"source", source}, {"scene", scene}}).IsGood());
+    scene.occurrences.back().bodies.area = 1.5;
+    EXPECT_EQ(RowOf(Certificate({{"source", source}, {"scene", scene}}), "by path").differences.size(), 1U);
+}
+
+TEST(Certificate, ColoursThatRoundOtherwiseAreTheSame)
+{
+    ModelFacts source;
+    source.Add(kTable_Colors, "#ff8000ff", {2.0});
+    ModelFacts scene;
+    scene.Add(kTable_Colors, "#ff7f00ff", {2.0});
+    EXPECT_TRUE(Certificate({{"source", source}, {"scene", scene}}).IsGood());
+    scene.tables.clear();
+    scene.Add(kTable_Colors, "#ff7e00ff", {2.0});
+    EXPECT_FALSE(Certificate({{"source", source}, {"scene", scene}}).IsGood());
 }
 
 TEST(ModelFacts, ComeBackFromTheirText)
 {
     ModelFacts facts;
-    facts.parts = 3;
-    facts.names = {"ä", "b"};
-    facts.mesh.emplace().areaMoment = {1.0, 2.0, 0.1};
-    facts.AddPoint(1.0, 2.0, 3.0);
-    facts.AddPoint(-1.0, 5.0, 3.0);
+    facts.hasMesh = true;
+    facts.occurrences.emplace_back().path = "ä/b";
+    facts.occurrences.back().mesh.AddTriangle({0, 0, 0}, {1, 0, 0}, {0, 1, 0});
+    facts.Add(kTable_Views, "top", {1.0, 2.0});
     ModelFacts const back = ModelFacts::Of(facts.Text());
-    EXPECT_EQ(back.parts, facts.parts);
-    EXPECT_EQ(back.names, facts.names);
-    EXPECT_EQ(back.mesh->areaMoment, facts.mesh->areaMoment);
-    EXPECT_EQ(back.box, (std::array<double, 6>{-1.0, 2.0, 3.0, 1.0, 5.0, 3.0}));
-    EXPECT_FALSE(back.solids.has_value());
+    EXPECT_EQ(back.occurrences.at(0).path, "ä/b");
+    EXPECT_EQ(back.occurrences.at(0).mesh.area, 0.5);
+    EXPECT_EQ(back.tables.at(kTable_Views).at("top").numbers, (std::vector<double>{1.0, 2.0}));
+    EXPECT_TRUE(back.hasMesh);
+    EXPECT_FALSE(back.hasBodies);
 }
 
 }  // namespace KVR::Test

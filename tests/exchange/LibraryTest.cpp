@@ -205,7 +205,7 @@ TEST(ExportScene, IsCancelledAnywhereAndLeavesNothing)
 TEST(CertifyModel, AnswersItsRowsAsData)
 {
     Stages stages;
-    CertifyResult const result = CertifyModel(kModel, stages.Callback());
+    CertifyResult const result = CertifyModel(kModel, {}, stages.Callback());
     ASSERT_EQ(result.outcome, Outcome::kDone) << result.failure;
     EXPECT_TRUE(result.isEqual);
     EXPECT_THAT(result.stages, ElementsAre("source", "scene", "STEP", "GLB"));
@@ -220,7 +220,7 @@ TEST(CertifyModel, AnswersItsRowsAsData)
 
 TEST(CertifyModel, IsCancelledAnywhere)
 {
-    ExpectCancelledAnywhere([](Progress const& progress) { return CertifyModel(kModel, progress).outcome; }, 8);
+    ExpectCancelledAnywhere([](Progress const& progress) { return CertifyModel(kModel, {}, progress).outcome; }, 8);
 }
 
 TEST(CertifyModel, AModelThatIsNoneIsAFailure)

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+
+#include "exchange/certify/ModelFacts.h"
+
+namespace KVR
+{
+
+/// The facts of a file of another program by whichever reader is for its kind, told by its first bytes or else by its
+/// extension. The unit, in millimetres, is that of files that state none. Throws std::exception for one that cannot be
+/// read; may end the process.
+ModelFacts FactsOfFile(std::string const& path, double millimetres);
+
+}  // namespace KVR

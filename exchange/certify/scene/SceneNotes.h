@@ -1,0 +1,16 @@
+#pragma once
+
+#include "exchange/certify/ModelFacts.h"
+#include "framework/api/kvr_api.h"
+
+namespace KVR
+{
+
+// What a scene says beside its geometry, into the tables of its facts.
+
+/// `unit` is that of a text without one, in millimetres.
+void AddSceneNote(ModelFacts& facts, IAnnotationCallout const& callout, double unit);
+void AddSceneView(ModelFacts& facts, IProducer& producer, IView const& view);
+void AddSceneProperties(ModelFacts& facts, IProducer& producer, IComponent const& component);
+
+}  // namespace KVR
