@@ -28,6 +28,9 @@ struct ImportOptions
     bool asText = false;
     /// Whether annotations (dimensions, tolerances, datums) and views are read.
     bool withAnnotations = true;
+    /// Whether files that are no side files of a scene at the target, and stand where this one's are to be, are
+    /// replaced; otherwise they are a failure.
+    bool force = false;
     /// The unit of length of a model that states none; another unit is a failure.
     UnitTypeEnum unit = kUnitType_Millimeter;
 };
@@ -76,12 +79,14 @@ struct ImportResult
     double deflection = 0.0;
 };
 
-/// Makes a scene of a model: STEP, IGES, BREP, glTF, STL, OBJ or PLY, told apart by content and name. The scene's files
-/// appear whole, the scene itself last, or not at all; files of these names are replaced. Paths are UTF-8. The model is
-/// read in a child process, so that one that crashes its reader is a failure like another; whoever has further threads
-/// sees to it that none of them holds a lock of Open CASCADE's when this is called. Progress tells the stages "reading"
-/// (with a fraction for STEP, IGES, STL, OBJ and glTF) and "writing". Throws std::bad_alloc and what the callback
-/// throws; all else is a failure in the result.
+/// Makes a scene of a model: STEP, IGES, BREP, glTF, STL, OBJ or PLY, told apart by content and name. The name
+/// of the scene ends in ".xml". Its files appear whole, the scene itself last, or not at all; a former scene of the
+/// name is replaced with the files that it notes as its own. A target that is the model, by whatever name or link, is a
+/// failure, and so is a file of others where a side file is to be (see ImportOptions::force). Paths are UTF-8. The
+/// model is read in a child process, so that one that crashes its reader is a failure like another; whoever has further
+/// threads sees to it that none of them holds a lock of Open CASCADE's when this is called. Progress tells the stages
+/// "reading" (with a fraction for STEP, IGES, STL, OBJ and glTF) and "writing". Throws std::bad_alloc and what the
+/// callback throws; all else is a failure in the result.
 KVR_EXCHANGE_API ImportResult ImportModel(std::string const& modelPath, std::string const& scenePath,
                                           ImportOptions const& options = {}, Progress const& progress = {});
 

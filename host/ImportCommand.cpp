@@ -102,6 +102,7 @@ ImportCommand::ImportCommand(CLI::App& program)
     Arguments().add_flag("--no-brep", m_withoutBreps, "Write no bodies");
     Arguments().add_flag("--no-pmi", m_withoutNotes, "Read no annotations and views");
     Arguments().add_flag("--text", m_options.asText, "Write bodies as text");
+    Arguments().add_flag("--force", m_options.force, "Replace files that are no side files of a scene at SCENE.xml");
     Arguments().add_flag("--quiet", m_isQuiet, "Say nothing but what fails");
 }
 

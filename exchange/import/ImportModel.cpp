@@ -1,19 +1,18 @@
 #include "exchange/ImportModel.h"
 
 #include <cerrno>
-#include <filesystem>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <stdexcept>
 #include <system_error>
 
 #include "exchange/import/SceneImport.h"
+#include "exchange/import/SceneTarget.h"
 #include "exchange/model/ModelDocument.h"
 #include "exchange/model/ModelError.h"
 #include "exchange/model/ModelFormat.h"
 #include "exchange/run/ChildProcess.h"
 #include "exchange/run/Heard.h"
-#include "exchange/run/WorkFolder.h"
 #include "framework/api/Exception.h"
 #include "framework/api/LengthUnits.h"
 #include "framework/xml_util/XMLStrUtil.h"
@@ -25,7 +24,6 @@ namespace KVR
 namespace
 {
 
-namespace fs = std::filesystem;
 using nlohmann::json;
 
 constexpr char kStage_Reading[] = "reading";
@@ -111,16 +109,6 @@ void AddRemarks(ImportResult& result)
         result.remarks.push_back("not in the scene: " + std::to_string(loss.count) + ' ' + loss.kind);
 }
 
-void Place(WorkFolder const& folder)
-{
-    // Properties of an earlier scene of this name would count as this one's.
-    fs::path const properties = fs::path(folder.Target()).replace_extension(".kvrproperty");
-    bool const hasProperties = folder.Holds(properties.filename());
-    folder.MoveIntoPlace();
-    if (!hasProperties)
-        fs::remove(properties);
-}
-
 ImportResult Import(std::string const& modelPath, std::string const& scenePath, ImportOptions options,
                     Progress const& progress)
 {
@@ -130,8 +118,8 @@ ImportResult Import(std::string const& modelPath, std::string const& scenePath, 
         throw ModelError("it is in none of the formats STEP, IGES, BREP, glTF, STL, OBJ and PLY");
     if (!(MetresOf(options.unit) > 0.0))
         throw ModelError("no length is measured in the unit that it is to have");
-    WorkFolder const folder(scenePath);
-    std::string const inside = folder.Inside().string();
+    SceneTarget const target(modelPath, scenePath, options.force);
+    std::string const inside = target.Inside();
     ChildResult child = ImportInChild(modelPath, *format, inside, options, progress);
     if (child.signal != 0 && *format == ModelFormat::kStep && options.withAnnotations)
     {
@@ -148,7 +136,7 @@ ImportResult Import(std::string const& modelPath, std::string const& scenePath, 
     ReadAnswer(*child.answer, result);
     result.hasAnnotations = options.withAnnotations;
     AddRemarks(result);
-    Place(folder);
+    target.Place();
     result.outcome = Outcome::kDone;
     return result;
 }
@@ -164,6 +152,10 @@ ImportResult ImportOrFailure(std::string const& modelPath, std::string const& sc
     catch (ModelError const& error)
     {
         return Ended<ImportResult>(Outcome::kFailed, Escaped(modelPath) + ": " + Escaped(error.what()));
+    }
+    catch (TargetError const& error)
+    {
+        return Ended<ImportResult>(Outcome::kFailed, Escaped(error.what()));
     }
     catch (std::system_error const& error)
     {

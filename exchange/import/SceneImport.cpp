@@ -40,11 +40,6 @@ namespace
 // The angle between the normals of neighbouring triangles, in radians.
 constexpr double kAngularDeflection = 0.5;
 
-std::string StemOf(std::string const& path)
-{
-    return (std::filesystem::path(path).parent_path() / std::filesystem::path(path).stem()).string();
-}
-
 class SceneImporter
 {
 public:
@@ -54,7 +49,7 @@ public:
           m_modelPath(modelPath),
           m_options(options),
           m_plan(model.document),
-          m_styles(model.document, StemOf(scenePath), m_report.losses),
+          m_styles(model.document, scenePath, m_report.losses),
           m_scene(
               UTF16String(UTF8String(scenePath)),
               {.kernelForm = options.asText ? Authoring::KernelStoreForm::kText : Authoring::KernelStoreForm::kBinary,
@@ -146,11 +141,15 @@ private:
         file.unit = Unit();
         file.properties = Properties();
         for (std::size_t const root : m_plan.roots)
-            file.childIds.push_back(m_plan.components[root].id);
+            file.children.emplace_back(m_plan.components[root].id, m_plan.components[root].isAssembly
+                                                                       ? Authoring::FileChildType::kAssembly
+                                                                       : Authoring::FileChildType::kPart);
         m_scene.BeginFile(file);
         Authoring::AttributeSetRecord attributes;
         attributes.styles = m_styles.Styles();
         attributes.textures = m_styles.Textures();
+        for (std::string const& image : m_styles.Images())
+            m_scene.AddSideFile(UTF8String(image));
         AddLayers(attributes);
         SavedViews views = SavedViews::Of(
             m_model, [this](TDF_Label const& label) { return IdsOf(label); }, m_report.losses);

@@ -250,11 +250,11 @@ TEST(Import, AnnotationsBecomeCalloutsWithTextPlaneAndLines)
 TEST(Import, MeshesOrBodiesMayBeLeftOutAndBodiesWrittenAsText)
 {
     Imported noMesh(Model("as1-oc-214.stp"), {"--no-mesh"});
-    EXPECT_EQ(FilesIn(noMesh.Folder()), (std::vector<std::string>{"scene.ids.xml", "scene.sab", "scene.xml"}));
+    EXPECT_EQ(FilesIn(noMesh.Folder()), (std::vector<std::string>{"scene.xml", "scene.xml.ids", "scene.xml.sab"}));
     Imported noBrep(Model("as1-oc-214.stp"), {"--no-brep"});
-    EXPECT_EQ(FilesIn(noBrep.Folder()), (std::vector<std::string>{"scene.mesh", "scene.seg", "scene.xml"}));
+    EXPECT_EQ(FilesIn(noBrep.Folder()), (std::vector<std::string>{"scene.xml", "scene.xml.mesh", "scene.xml.seg"}));
     Imported text(Model("as1-oc-214.stp"), {"--text", "--no-mesh"});
-    EXPECT_EQ(FilesIn(text.Folder()), (std::vector<std::string>{"scene.ids.xml", "scene.sat", "scene.xml"}));
+    EXPECT_EQ(FilesIn(text.Folder()), (std::vector<std::string>{"scene.xml", "scene.xml.ids", "scene.xml.sat"}));
     EXPECT_NEAR(Sum(text.OfClass("IBrep"), "Volume"), Sum(noMesh.OfClass("IBrep"), "Volume"), 1e-6);
 }
 
@@ -477,7 +477,7 @@ TEST(Import, WhatStoodThereIsReplacedWithItsProperties)
     folder.Write("scene.xml", "the former scene");
     EXPECT_EQ(RunTool({"import", "--quiet", Model("as1-oc-214.stp"), folder.NarrowPathOf("scene.xml")}).status, 0);
     EXPECT_EQ(FilesIn(folder),
-              (std::vector<std::string>{"scene.ids.xml", "scene.mesh", "scene.sab", "scene.seg", "scene.xml"}));
+              (std::vector<std::string>{"scene.xml", "scene.xml.ids", "scene.xml.mesh", "scene.xml.sab", "scene.xml.seg"}));
 }
 
 TEST(Import, QuietSaysNothing)
