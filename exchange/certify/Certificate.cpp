@@ -108,7 +108,7 @@ void Certificate::AddTableOf(char const* name, Compare const& compare, double to
 
 void Certificate::AddTotal(char const* name,
                            std::function<std::optional<std::vector<double>>(std::size_t stage)> const& ask,
-                           bool areLengths)
+                           bool areLengths, std::optional<double> tolerance)
 {
     Row row;
     row.name = name;
@@ -129,7 +129,7 @@ void Certificate::AddTotal(char const* name,
                                     : m_diagonal > 0.0 ? std::abs((*first)[i] - (*values)[i]) / m_diagonal
                                                        : 0.0);
         row.difference = std::max(row.difference, apart);
-        if (apart > kTolerance)
+        if (apart > tolerance.value_or(kTolerance))
             row.differences.push_back(fmt::format("{}: {:.9g} instead of {:.9g}", m_stages[stage].name,
                                                   fmt::join(*values, " "), fmt::join(*first, " ")));
         if (!first)

@@ -42,13 +42,15 @@ private:
     void AddTable(char const* name, Ask const& ask, Compare const& compare, double tolerance, bool mayHaveMore = false);
     void AddTableOf(char const* name, Compare const& compare, double tolerance, bool mayHaveMore = false);
     void AddTotal(char const* name, std::function<std::optional<std::vector<double>>(std::size_t stage)> const& ask,
-                  bool areLengths);
+                  bool areLengths, std::optional<double> tolerance = {});
     void AddStructure();
     void AddOrganisation();
     void AddShapes();
     void AddMeshes();
     /// Measures of bodies or of meshes: in all, and by path.
     void AddBulk(bool isOfMeshes);
+    /// Of a model of shapes, whether meshes leave nothing of them out.
+    void AddBodiesInMeshes();
     /// By path, of nodes that are shown or that all stages have a place for.
     ModelFacts::Table ByPath(std::size_t stage, std::function<std::vector<double>(Node const&)> const& ask) const;
     bool HasPlaceForHidden(std::size_t stage) const;

@@ -237,24 +237,53 @@ void Certificate::AddMeshes()
         },
         [](Entry const& a, Entry const& b) { return std::abs(a.numbers.at(0) - b.numbers.at(0)) / 180.0; },
         kAngleTolerance);
-    // A mesh leaves nothing of its body out: of the first stage with shapes the shapes, of the next with meshes these.
-    if (!m_stages.front().facts.hasBodies || m_stages.front().facts.hasMesh)
-        return;
+    if (m_stages.front().facts.hasBodies && !m_stages.front().facts.hasMesh)
+        AddBodiesInMeshes();
+}
+
+void Certificate::AddBodiesInMeshes()
+{
+    auto const measured = [this](std::size_t stage, double Bulk::*member) -> std::optional<std::vector<double>>
+    {
+        // What is hidden has no triangles.
+        auto const hidden = m_stages.front().facts.tables.find(kTable_Hidden);
+        if (hidden == m_stages.front().facts.tables.end() || !hidden->second.empty() ||
+            (stage > 0 && !m_stages[stage].facts.hasMesh))
+            return {};
+        double sum = 0.0;
+        for (auto const& known : m_folded[stage].nodes)
+            sum += (stage == 0 ? known.second.bodies : known.second.mesh).*member;
+        return std::vector<double>{sum};
+    };
+    AddTotal(
+        "area of all bodies in meshes", [&](std::size_t stage) { return measured(stage, &Bulk::area); }, false,
+        kMeshTolerance);
     AddTable(
         "area of bodies in meshes",
         [this](std::size_t stage) -> std::optional<Table>
         {
-            if (stage > 0 && !m_stages[stage].facts.hasMesh)
+            if ((stage > 0 && !m_stages[stage].facts.hasMesh) || !m_folded[stage].hasStructure)
                 return {};
             Table const hidden = m_folded.front().ByPath(m_stages.front().facts, kTable_Hidden);
             Table table;
             for (auto const& [path, node] : m_folded[stage].nodes)
-                if (double const area = stage == 0 ? node.bodies.area : node.mesh.area; area > 0.0)
-                    if (hidden.count(path) == 0)
-                        table[path] = {1.0, {area}};
-            if (!m_folded[stage].hasStructure)
-                return {};
+                if (double const area = stage == 0 ? node.bodies.area : node.mesh.area;
+                    area > 0.0 && hidden.count(path) == 0)
+                    table[path] = {1.0, {area}};
             return table;
+        },
+        OfNumbers, kMeshTolerance);
+    AddTable(
+        "colours of bodies in meshes",
+        [this](std::size_t stage) -> std::optional<Table>
+        {
+            auto const& tables = m_stages[stage].facts.tables;
+            auto const found = tables.find(stage == 0 ? kTable_Colors : kTable_DrawnColors);
+            // Which faces are hidden a table of colours does not tell.
+            auto const hidden = m_stages.front().facts.tables.find(kTable_Hidden);
+            if (found == tables.end() || hidden == m_stages.front().facts.tables.end() || !hidden->second.empty())
+                return {};
+            return found->second;
         },
         OfNumbers, kMeshTolerance);
 }

@@ -84,7 +84,7 @@ public:
     {
         m_facts.hasBodies = m_facts.hasMesh = true;
         for (char const* const table :
-             {kTable_Colors, kTable_LineColors, kTable_DrawnColors, kTable_Layers, kTable_Hidden, kTable_Views,
+             {kTable_Colors, kTable_LineColors, kTable_DrawnColors, kTable_Layers, kTable_Hidden, kTable_Views, kTable_ViewMembers,
               kTable_Notes, kTable_NoteValues, kTable_Properties, kTable_Units, kTable_Normals})
             m_facts.tables[table];
         ReadUpVector();

@@ -37,10 +37,11 @@ public:
 
     void Read()
     {
-        for (char const* const table : {kTable_Units, kTable_Views, kTable_Notes, kTable_NoteValues, kTable_Properties})
+        for (char const* const table : {kTable_Units, kTable_Views, kTable_ViewMembers, kTable_Notes, kTable_NoteValues, kTable_Properties})
             m_facts.tables[table];
         ReadUnits();
         ReadViews();
+        ReadViewMembers();
         ReadDimensions();
         ReadTolerances();
         for (Id const id : m_model.Of("DATUM"))
@@ -84,6 +85,32 @@ private:
                     direction = place.OfDirection({0, 0, 1});
                 AddView(m_facts, parameters[0].text, eye, direction);
             }
+    }
+
+    // The notes of the drawing that a camera belongs to.
+    void ReadViewMembers()
+    {
+        for (Id const id : m_model.Of("DRAUGHTING_MODEL"))
+        {
+            bool const isPart = m_model.Is(id, "REPRESENTATION");
+            std::string camera;
+            bool hasCamera = false;
+            double notes = 0.0;
+            for (Id const item : m_model.Parameter(id, 1, isPart ? "REPRESENTATION" : "").References())
+            {
+                Id const map = m_model.Is(item, "MAPPED_ITEM") ? m_model.Parameter(item, 1).reference : 0;
+                Id const origin = map == 0 ? item : m_model.Parameter(map, 0).reference;
+                if (m_model.Is(origin, "CAMERA_MODEL_D3") || m_model.Is(origin, "CAMERA_MODEL_D3_MULTI_CLIPPING"))
+                {
+                    camera = m_model.Parameter(origin, 0).text;
+                    hasCamera = true;
+                }
+                for (std::string_view const type : m_model.TypesOf(item))
+                    notes += type == "DRAUGHTING_CALLOUT" ? 1.0 : 0.0;
+            }
+            if (hasCamera && notes > 0.0)
+                m_facts.Add(kTable_ViewMembers, camera, {}, notes);
+        }
     }
 
     // A length in millimetres, an angle in degrees, all else as it is; nothing for an entity without a measure.
