@@ -43,10 +43,11 @@ constexpr double kAngularDeflection = 0.5;
 class SceneImporter
 {
 public:
-    SceneImporter(ModelDocument const& model, std::string const& modelPath, std::string const& scenePath,
-                  ImportOptions const& options)
+    SceneImporter(ModelDocument const& model, std::string const& modelPath, std::string const& name,
+                  std::string const& scenePath, ImportOptions const& options)
         : m_model(model),
           m_modelPath(modelPath),
+          m_name(name),
           m_options(options),
           m_plan(model.document),
           m_styles(model.document, scenePath, m_report.losses),
@@ -136,8 +137,9 @@ private:
     {
         Authoring::FileRecord file;
         file.id = "file1";
-        file.label = CleanText(std::filesystem::path(m_modelPath).stem().string());
-        file.path = CleanText(std::filesystem::absolute(m_modelPath).lexically_normal().string());
+        file.label = CleanText(m_name);
+        if (!m_modelPath.empty())
+            file.path = CleanText(std::filesystem::absolute(m_modelPath).lexically_normal().string());
         file.unit = Unit();
         file.properties = Properties();
         for (std::size_t const root : m_plan.roots)
@@ -370,6 +372,7 @@ private:
 
     ModelDocument const& m_model;
     std::string m_modelPath;
+    std::string m_name;
     ImportOptions m_options;
     ImportReport m_report;
     ProductPlan m_plan;
@@ -382,10 +385,10 @@ private:
 
 }  // namespace
 
-ImportReport WriteSceneOf(ModelDocument const& model, std::string const& modelPath, std::string const& scenePath,
-                          ImportOptions const& options)
+ImportReport WriteSceneOf(ModelDocument const& model, std::string const& modelPath, std::string const& name,
+                          std::string const& scenePath, ImportOptions const& options)
 {
-    return SceneImporter(model, modelPath, scenePath, options).Import();
+    return SceneImporter(model, modelPath, name, scenePath, options).Import();
 }
 
 }  // namespace KVR
