@@ -60,7 +60,8 @@ struct CertifyOptions
 KVR_EXCHANGE_API CertifyResult CertifyModel(std::string const& modelPath, CertifyOptions const& options = {},
                                             Progress const& progress = {});
 
-/// Compares a model with one other file, whatever made that: STEP, IGES, BREP, glTF, STL, OBJ or PLY. Numbers without a
+/// Compares a model with one other file, whatever made that: STEP, IGES, BREP, glTF, STL, OBJ, PLY, or
+/// a scene (.xml). Numbers without a
 /// unit are millimetres. The stages are "source" and "other". All else is as above.
 KVR_EXCHANGE_API CertifyResult CertifyAgainst(std::string const& modelPath, std::string const& otherPath,
                                               CertifyOptions const& options = {}, Progress const& progress = {});

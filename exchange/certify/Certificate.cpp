@@ -17,6 +17,10 @@ Certificate::Certificate(std::vector<Stage> stages) : m_stages(std::move(stages)
 {
     for (Stage const& stage : m_stages)
         m_folded.emplace_back(stage.facts, m_stages.front().facts);
+    for (std::size_t stage = 0; stage < m_stages.size(); ++stage)
+        if (auto const table = m_stages[stage].facts.tables.find(kTable_Properties);
+            table != m_stages[stage].facts.tables.end())
+            table->second = m_folded[stage].Properties(m_folded.front());
     for (Stage const& stage : m_stages)
     {
         Bulk all;

@@ -50,7 +50,7 @@ void Certificate::AddStructure()
             return structured(stage, [](Table& table, std::string const& path, Node const& node)
                               { table[path].count += static_cast<double>(node.count); });
         },
-        [this](Entry const& a, Entry const& b) { return OfCounts(a, b); }, 0.0, false);
+        OfCounts, 0.0, false);
     AddTable(
         "names",
         [&](std::size_t stage)
@@ -105,7 +105,7 @@ void Certificate::AddOrganisation()
             return most;
         },
         kAngleTolerance);
-    AddTableOf(kTable_ViewMembers, OfCounts, 0.0);
+    AddTableOf(kTable_ViewMembers, OfPresence, 0.0);
     AddTableOf(kTable_Notes, OfCounts, 0.0);
     AddTableOf(kTable_NoteValues, OfCounts, 0.0);
     AddTableOf(kTable_Properties, OfPresence, 0.0, true);

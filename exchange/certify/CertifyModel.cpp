@@ -15,9 +15,6 @@
 #include "exchange/run/ChildProcess.h"
 #include "exchange/run/Heard.h"
 #include "exchange/run/ScratchFolder.h"
-#include "exchange/source/SceneFile.h"
-#include "exchange/source/SceneReading.h"
-#include "framework/api/UTF8String.h"
 #include "output/SafeText.h"
 
 namespace KVR
@@ -39,18 +36,6 @@ class CertifyError : public std::runtime_error
 public:
     using runtime_error::runtime_error;
 };
-
-ModelFacts FactsOfSceneFile(std::string const& path)
-{
-    SceneOptions options;
-    options.path = path;
-    options.strict = true;
-    SceneFile file(options);
-    SceneReading const reading = SceneReading::Of(file);
-    if (!reading.rootId)
-        throw std::runtime_error("it has no root");
-    return FactsOfScene(file.Producer(), *reading.rootId);
-}
 
 // Files that state no unit are in this.
 constexpr double kMillimetres = 1.0;

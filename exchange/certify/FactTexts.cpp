@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <sstream>
@@ -17,14 +18,18 @@ std::string NumberText(double value)
 
 std::string PropertyValueText(std::string const& text)
 {
-    std::istringstream words(text);
+    // Line ends of a text are blanks to some.
+    std::string line = text;
+    std::replace_if(
+        line.begin(), line.end(), [](char c) { return c >= '\0' && c < ' '; }, ' ');
+    std::istringstream words(line);
     std::string all;
     for (std::string word; words >> word;)
     {
         double value = 0.0;
         auto const [stop, error] = std::from_chars(word.data(), word.data() + word.size(), value);
         if (error != std::errc() || stop != word.data() + word.size())
-            return text;
+            return line;
         all += (all.empty() ? "" : " ") + NumberText(value);
     }
     return all;

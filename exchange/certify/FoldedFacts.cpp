@@ -21,10 +21,12 @@ FoldedFacts::FoldedFacts(ModelFacts const& facts, ModelFacts const& first)
             node.isHidden = occurrence.isHidden;
             node.names.insert(occurrence.name);
             node.names.insert(occurrence.componentName);
+            node.componentNames.insert(occurrence.componentName);
             node.components.insert(occurrence.component);
             if (!occurrence.number.empty())
                 node.numbers.insert(occurrence.componentName + " is " + occurrence.number);
         }
+        node.properties.insert(occurrence.properties.begin(), occurrence.properties.end());
         node.solids += occurrence.solids;
         node.faces += occurrence.faces;
         node.triangles += occurrence.triangles;
@@ -34,6 +36,19 @@ FoldedFacts::FoldedFacts(ModelFacts const& facts, ModelFacts const& first)
     for (ModelFacts::Occurrence const& occurrence : first.occurrences)
         if (auto const node = nodes.find(occurrence.path); node != nodes.end())
             node->second.isPart = occurrence.isPart;
+}
+
+ModelFacts::Table FoldedFacts::Properties(FoldedFacts const& first) const
+{
+    ModelFacts::Table table;
+    for (auto const& [path, node] : nodes)
+        for (std::string const& value : node.properties)
+        {
+            auto const known = first.nodes.find(path);
+            bool const hasName = known != first.nodes.end() && !known->second.componentNames.empty();
+            table[(hasName ? *known->second.componentNames.begin() : path) + ": " + value].count = 1.0;
+        }
+    return table;
 }
 
 ModelFacts::Table FoldedFacts::ByPath(ModelFacts const& facts, char const* table) const

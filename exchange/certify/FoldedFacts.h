@@ -21,9 +21,11 @@ struct FoldedFacts
         bool isPart = false;
         bool isHidden = false;
         std::set<std::string> names;
+        std::set<std::string> componentNames;
         std::set<std::string> components;
         /// Those of the parts, with the names of the components.
         std::set<std::string> numbers;
+        std::set<std::string> properties;
         unsigned long long solids = 0;
         unsigned long long faces = 0;
         unsigned long long triangles = 0;
@@ -37,6 +39,8 @@ struct FoldedFacts
     /// Whether there is more than one part without a name.
     bool hasStructure = false;
     std::map<std::string, Node> nodes;
+    /// Of each component what is stated of it, by its name in the first facts.
+    ModelFacts::Table Properties(FoldedFacts const& first) const;
     /// The table with the keys of a table by path folded in the same way; empty for a missing one.
     ModelFacts::Table ByPath(ModelFacts const& facts, char const* table) const;
 

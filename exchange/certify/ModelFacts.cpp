@@ -25,7 +25,7 @@ std::string ModelFacts::Text() const
     json list = json::array();
     for (Occurrence const& o : occurrences)
         list.push_back({o.path, o.name, o.component, o.componentName, o.number, o.isPart, o.isHidden, o.solids, o.faces,
-                        o.triangles, o.bodies.Numbers(), o.mesh.Numbers()});
+                        o.triangles, o.bodies.Numbers(), o.mesh.Numbers(), o.properties});
     json all = json::object();
     for (auto const& [name, table] : tables)
     {
@@ -57,6 +57,7 @@ ModelFacts ModelFacts::Of(std::string const& text)
         row.at(9).get_to(o.triangles);
         o.bodies = Bulk::Of(row.at(10));
         o.mesh = Bulk::Of(row.at(11));
+        row.at(12).get_to(o.properties);
     }
     for (auto const& [name, table] : object.at(1).items())
         for (Table& entries = facts.tables[name]; auto const& [key, entry] : table.items())

@@ -24,6 +24,8 @@ struct ModelFacts
         std::string component;
         std::string componentName;
         std::string number;
+        /// The values that are stated of the component.
+        std::set<std::string> properties;
         bool isPart = false;
         /// Whether it is hidden, or something above it is.
         bool isHidden = false;
@@ -74,13 +76,13 @@ inline constexpr char kTable_OtherLayers[] = "layers of other things";
 inline constexpr char kTable_Hidden[] = "hidden";
 /// By name: the eye, the direction and what is up.
 inline constexpr char kTable_Views[] = "views";
-/// By name: how many notes a view shows, when it names some.
-inline constexpr char kTable_ViewMembers[] = "view members";
+/// By name: views that name notes. How many these are depends on what a reader takes for one.
+inline constexpr char kTable_ViewMembers[] = "views with notes";
 /// By kind and type, datums by their letter.
 inline constexpr char kTable_Notes[] = "notes";
 /// The same with the numbers.
 inline constexpr char kTable_NoteValues[] = "note values";
-/// By component and value.
+/// By component and value: made of what occurrences say by whoever compares them. Here it tells that there is a place.
 inline constexpr char kTable_Properties[] = "properties";
 /// By name: components that state it.
 inline constexpr char kTable_Units[] = "units";

@@ -6,9 +6,23 @@
 #include <stdexcept>
 
 #include "exchange/certify/FactReaders.h"
+#include "exchange/source/SceneFile.h"
+#include "exchange/source/SceneReading.h"
 
 namespace KVR
 {
+
+ModelFacts FactsOfSceneFile(std::string const& path)
+{
+    SceneOptions options;
+    options.path = path;
+    options.strict = true;
+    SceneFile file(options);
+    SceneReading const reading = SceneReading::Of(file);
+    if (!reading.rootId)
+        throw std::runtime_error("it has no root");
+    return FactsOfScene(file.Producer(), *reading.rootId);
+}
 
 ModelFacts FactsOfFile(std::string const& path, double millimetres)
 {
@@ -26,6 +40,8 @@ ModelFacts FactsOfFile(std::string const& path, double millimetres)
         return FactsOfGltf(path);
     if (holds("DBRep_DrawableShape") || holds("CASCADE Topology") || holds("Open CASCADE Topology"))
         return FactsOfBrep(path, millimetres);
+    if (ending == ".xml")
+        return FactsOfSceneFile(path);
     if (ending == ".igs" || ending == ".iges")
         return FactsOfIges(path);
     if (ending == ".stl" || ending == ".obj" || ending == ".ply")

@@ -54,7 +54,9 @@ ModelFacts FactsOfTriangles(std::string const& path, double millimetres)
         throw std::runtime_error(importer.GetErrorString());
     ModelFacts facts;
     facts.hasMesh = true;
-    facts.tables[kTable_DrawnColors];
+    // STL has no colours.
+    if (!path.ends_with("stl") && !path.ends_with("STL"))
+        facts.tables[kTable_DrawnColors];
     ModelFacts::Occurrence& part = facts.occurrences.emplace_back();
     part.isPart = true;
     for (unsigned i = 0; i < scene->mNumMeshes; ++i)

@@ -84,8 +84,8 @@ public:
     {
         m_facts.hasBodies = m_facts.hasMesh = true;
         for (char const* const table :
-             {kTable_Colors, kTable_LineColors, kTable_DrawnColors, kTable_Layers, kTable_Hidden, kTable_Views, kTable_ViewMembers,
-              kTable_Notes, kTable_NoteValues, kTable_Properties, kTable_Units, kTable_Normals})
+             {kTable_Colors, kTable_LineColors, kTable_DrawnColors, kTable_Layers, kTable_Hidden, kTable_Views,
+              kTable_ViewMembers, kTable_Notes, kTable_NoteValues, kTable_Properties, kTable_Units, kTable_Normals})
             m_facts.tables[table];
         ReadUpVector();
         IObject* const root = m_producer.Load(rootId);
@@ -150,6 +150,7 @@ private:
                 occurrence.number = TextOf(number);
         if (m_met.insert(occurrence.component).second)
             ReadComponent(component, unit);
+        occurrence.properties = m_properties[occurrence.component];
         for (unsigned long long i = 0; i < component.ChildCount(); ++i)
         {
             IObject* const child = ChildOf(component, i);
@@ -184,7 +185,7 @@ private:
         for (unsigned long long i = 0; i < component.ChildCount(); ++i)
             if (auto* const callout = dynamic_cast<IAnnotationCallout*>(ChildOf(component, i)))
                 AddSceneNote(m_facts, *callout, unit);
-        AddSceneProperties(m_facts, m_producer, component);
+        m_properties[std::string(component.Id().View())] = ScenePropertiesOf(m_producer, component);
     }
 
     void ReadSets(IAttributeSets const& owner)
@@ -301,6 +302,7 @@ private:
     SceneLooks m_looks;
     ModelFacts m_facts;
     std::set<std::string> m_met;
+    std::map<std::string, std::set<std::string>> m_properties;
     std::map<IBrep const*, KnownBody> m_bodies;
     Place m_upright;
     std::size_t m_depth = 0;

@@ -100,17 +100,22 @@ void AddSceneView(ModelFacts& facts, IProducer& producer, IView const& view)
                     {direction[0], direction[1], direction[2]});
             break;
         }
-    if (view.ViewMemberCount() > 0)
-        facts.Add(kTable_ViewMembers, name, {}, static_cast<double>(view.ViewMemberCount()));
+    for (unsigned long long i = 0; i < view.ViewMemberCount(); ++i)
+    {
+        IdSet const path = view.OccurrencePathAt(i);
+        if (!path.IsEmpty() && view.EntityVisibilityAt(i) &&
+            dynamic_cast<IAnnotationCallout const*>(producer.Load(path.At(path.Size() - 1))))
+            facts.tables[kTable_ViewMembers][name].count = 1.0;
+    }
 }
 
-void AddSceneProperties(ModelFacts& facts, IProducer& producer, IComponent const& component)
+std::set<std::string> ScenePropertiesOf(IProducer& producer, IComponent const& component)
 {
-    std::string const name(UTF8String(component.Label()).View());
+    std::set<std::string> values;
     auto const add = [&](std::string const& value)
     {
         if (!value.empty())
-            facts.tables[kTable_Properties][name + ": " + value].count = 1.0;
+            values.insert(value);
     };
     if (FileProperties const* const properties = component.FileProperties())
     {
@@ -121,7 +126,7 @@ void AddSceneProperties(ModelFacts& facts, IProducer& producer, IComponent const
     }
     IUniverse const* const universe = producer.LoadUniverse();
     if (!universe)
-        return;
+        return values;
     IdSet const ids = component.PropertyIds();
     for (unsigned long long i = 0; i < ids.Size(); ++i)
     {
@@ -129,6 +134,7 @@ void AddSceneProperties(ModelFacts& facts, IProducer& producer, IComponent const
         if (universe->PropertyDatabaseOf()->PropertyAt(ids.At(i), property) == kIsValueSpecified_Yes)
             add(ValueText(*property));
     }
+    return values;
 }
 
 }  // namespace KVR

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <set>
+#include <string>
+
 #include "exchange/certify/ModelFacts.h"
 #include "framework/api/kvr_api.h"
 
@@ -11,6 +14,7 @@ namespace KVR
 /// `unit` is that of a text without one, in millimetres.
 void AddSceneNote(ModelFacts& facts, IAnnotationCallout const& callout, double unit);
 void AddSceneView(ModelFacts& facts, IProducer& producer, IView const& view);
-void AddSceneProperties(ModelFacts& facts, IProducer& producer, IComponent const& component);
+/// The values that are stated of a component.
+std::set<std::string> ScenePropertiesOf(IProducer& producer, IComponent const& component);
 
 }  // namespace KVR

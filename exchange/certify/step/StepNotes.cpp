@@ -1,8 +1,11 @@
 #include "exchange/certify/step/StepNotes.h"
 
 #include <algorithm>
+#include <cmath>
+#include <map>
 #include <numbers>
 #include <optional>
+#include <set>
 
 #include "exchange/certify/FactTexts.h"
 
@@ -37,7 +40,8 @@ public:
 
     void Read()
     {
-        for (char const* const table : {kTable_Units, kTable_Views, kTable_ViewMembers, kTable_Notes, kTable_NoteValues, kTable_Properties})
+        for (char const* const table :
+             {kTable_Units, kTable_Views, kTable_ViewMembers, kTable_Notes, kTable_NoteValues, kTable_Properties})
             m_facts.tables[table];
         ReadUnits();
         ReadViews();
@@ -106,10 +110,13 @@ private:
                     hasCamera = true;
                 }
                 for (std::string_view const type : m_model.TypesOf(item))
-                    notes += type == "DRAUGHTING_CALLOUT" ? 1.0 : 0.0;
+                    notes += type == "DRAUGHTING_CALLOUT" || type == "ANNOTATION_CURVE_OCCURRENCE" ||
+                                     type == "TESSELLATED_ANNOTATION_OCCURRENCE"
+                                 ? 1.0
+                                 : 0.0;
             }
             if (hasCamera && notes > 0.0)
-                m_facts.Add(kTable_ViewMembers, camera, {}, notes);
+                m_facts.tables[kTable_ViewMembers][camera].count = 1.0;
         }
     }
 
@@ -185,29 +192,52 @@ private:
     }
 
     // The component that a property definition speaks of; 0 for another thing.
-    Id ComponentOf(Id definition) const
+    Id ComponentOf(Id definition, std::string const& property) const
     {
-        // What is said of a part of a shape is said of its component where that is all of it.
-        if (m_model.Is(definition, "SHAPE_ASPECT"))
+        // What is measured of a part of a shape is measured of its component where that is all of it.
+        if (property == "geometric validation property" && m_model.Is(definition, "SHAPE_ASPECT"))
             definition = m_model.Parameter(definition, 2, "SHAPE_ASPECT").reference;
         return m_products.All().count(definition) != 0 ? definition : m_products.ProductOfShape(definition);
     }
 
     void ReadProperties()
     {
+        std::map<std::string, std::set<std::string>> values;
         for (Id const id : m_model.Of("PROPERTY_DEFINITION_REPRESENTATION"))
         {
             Id const property = m_model.Parameter(id, 0).reference;
-            Id const component = ComponentOf(m_model.Parameter(property, 2).reference);
-            if (component == 0)
-                continue;
-            std::string const& name = m_products.All().at(component).name;
+            Id const component =
+                ComponentOf(m_model.Parameter(property, 2).reference, m_model.Parameter(property, 0).text);
             Id const representation = m_model.Parameter(id, 1).reference;
             bool const isPart = m_model.Is(representation, "REPRESENTATION");
+            if (component == 0)
+                continue;
             for (Id const item : m_model.Parameter(representation, 1, isPart ? "REPRESENTATION" : "").References())
                 if (std::string const value = PropertyText(item); !value.empty())
-                    m_facts.tables[kTable_Properties][name + ": " + value].count = 1.0;
+                    values[std::to_string(component)].insert(value);
         }
+        for (ModelFacts::Occurrence& occurrence : m_facts.occurrences)
+            occurrence.properties = values[occurrence.component];
+    }
+
+    // A density in grams for each cubic millimetre, all else as it is.
+    double InUnit(double value, Id unit) const
+    {
+        bool isMass = false;
+        double factor = 1.0;
+        for (Id const element : m_model.Parameter(unit, 0, "DERIVED_UNIT").References())
+        {
+            Id const base = m_model.Parameter(element, 0).reference;
+            double const power = m_model.Parameter(element, 1).Number();
+            if (double const length = StepMillimetresOfUnit(m_model, base); length > 0.0)
+                factor *= std::pow(length, power);
+            else if (m_model.Is(base, "MASS_UNIT") && m_model.Is(base, "SI_UNIT"))
+            {
+                isMass = true;
+                factor *= std::pow(m_model.Parameter(base, 0, "SI_UNIT").text == "KILO" ? 1e3 : 1.0, power);
+            }
+        }
+        return isMass ? value * factor : value;
     }
 
     std::string PropertyText(Id item) const
@@ -220,9 +250,11 @@ private:
             return NumberText(point[0]) + ' ' + NumberText(point[1]) + ' ' + NumberText(point[2]);
         }
         bool const isPart = m_model.Is(item, "MEASURE_WITH_UNIT");
-        for (Part21Value const& value : m_model.Parameters(item, isPart ? "MEASURE_WITH_UNIT" : ""))
-            if (value.kind == Part21Value::Kind::kTyped || value.kind == Part21Value::Kind::kNumber)
-                return NumberText(value.Number());
+        auto const parameters = m_model.Parameters(item, isPart ? "MEASURE_WITH_UNIT" : "");
+        for (std::size_t i = 0; i < parameters.size(); ++i)
+            if (parameters[i].kind == Part21Value::Kind::kTyped || parameters[i].kind == Part21Value::Kind::kNumber)
+                return NumberText(InUnit(parameters[i].Number(),
+                                         i + 1 < parameters.size() ? parameters[i + 1].reference : 0));
         return {};
     }
 

@@ -61,7 +61,7 @@ void StepStructure::Walk(Id id, std::string const& path, std::string const& name
     {
         std::string const& below = usage.name.empty() ? m_products.All().at(usage.product).name : usage.name;
         m_usages.push_back(usage.id);
-        Walk(usage.product, path + '/' + below, below, place * usage.place, outer.isHidden);
+        Walk(usage.product, std::string(path).append("/").append(below), below, place * usage.place, outer.isHidden);
         m_usages.pop_back();
     }
 }
