@@ -51,6 +51,9 @@ struct ImportOptions
     /// Whether what is there is taken of a file of meshes that is cut short or damaged, which else is a failure; the
     /// remarks and losses tell how much it is.
     bool isLenient = false;
+    /// Where what the model holds and the scene does not is listed, item by item, as a JSON object; empty for nowhere.
+    /// What stands there is replaced, unless it is the model or the scene: that is a failure.
+    std::string reportPath;
 };
 
 /// What a scene holds.

@@ -118,6 +118,9 @@ ImportCommand::ImportCommand(CLI::App& program)
     Arguments().add_flag("--no-pmi", m_withoutNotes, "Read no annotations and views");
     Arguments().add_flag("--text", m_options.asText, "Write bodies as text");
     Arguments().add_flag("--force", m_options.force, "Replace files that are no side files of a scene at SCENE.xml");
+    Arguments()
+        .add_option("--report", m_options.reportPath, "List what the scene lacks of the model, item by item, as JSON")
+        ->type_name("FILE");
     Arguments().add_flag("--quiet", m_isQuiet, "Say nothing but what fails");
 }
 

@@ -6,6 +6,7 @@
 #include <stdexcept>
 #include <system_error>
 
+#include "exchange/import/ImportReportFile.h"
 #include "exchange/import/MeshSceneImport.h"
 #include "exchange/import/ModelSource.h"
 #include "exchange/import/SceneImport.h"
@@ -171,6 +172,8 @@ ImportResult Import(std::string const& modelPath, std::string const& scenePath, 
     if (!source.Remark().empty())
         result.remarks.push_back(source.Remark());
     ModelFormat const format = FormatOf(source, options);
+    if (std::string const problem = ProblemOfReport(options.reportPath, modelPath, scenePath); !problem.empty())
+        throw ModelError(problem);
     SceneTarget const target(source.Path(), scenePath, options.force);
     std::string const inside = target.Inside();
     ImportWork const work{source, format, inside, options};
@@ -191,6 +194,8 @@ ImportResult Import(std::string const& modelPath, std::string const& scenePath, 
     ReadAnswer(*child.answer, result);
     result.hasAnnotations = options.withAnnotations;
     AddRemarks(result);
+    if (!options.reportPath.empty())
+        WriteImportReport(result, options.reportPath, modelPath, scenePath);
     target.Place();
     result.outcome = Outcome::kDone;
     return result;

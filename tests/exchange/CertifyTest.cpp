@@ -127,9 +127,12 @@ INSTANTIATE_TEST_SUITE_P(Certify, RoundModel,
 TEST(Certify, AModelOfMeshesHasNoStepColumn)
 {
     TempFolder const folder;
-    folder.Write("a.obj", "v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n");
-    ToolRun const run = RunTool({"certify", folder.NarrowPathOf("a.obj")});
-    EXPECT_EQ(run.status, 0) << run.error << run.out;
+    folder.Write(
+        "a.stl",
+        "solid a\nfacet normal 0 0 1\nouter loop\nvertex 0 0 0\nvertex 1 0 0\nvertex 0 1 0\nendloop\nendfacet\n"
+        "endsolid a\n");
+    ToolRun const run = RunTool({"certify", folder.NarrowPathOf("a.stl")});
+    EXPECT_EQ(run.status, 0) << run.error;
     EXPECT_EQ(run.out.find("STEP"), std::string::npos);
     EXPECT_NE(run.out.find("GLB"), std::string::npos);
 }
