@@ -202,18 +202,18 @@ CertifyResult CertifyModel(std::string const& modelPath, CertifyOptions const& o
 {
     auto const work = [&](Progress const& heard)
     {
-        // Import, GLB, the facts of model and scene, STEP, the facts of both files.
+        // Import, export to GLB, facts of source and scene, export to STEP, facts of both files.
         Progress const planned = Planned(heard, {{"reading", 8},
                                                  {"transferring", 14},
                                                  {"meshing", 6},
                                                  {"writing", 5},
                                                  {"reading", 1},
                                                  {"writing", 3},
-                                                 {kStage_Comparing, 20},
+                                                 {kStage_Comparing, 30},
                                                  {"reading", 1},
                                                  {"transferring", 5},
                                                  {"writing", 5},
-                                                 {kStage_Comparing, 30}});
+                                                 {kStage_Comparing, 22}});
         return Certified([&] { return Certifier(modelPath, options, planned).Certify(); });
     };
     return Heard(progress, work);
