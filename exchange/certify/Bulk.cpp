@@ -21,7 +21,7 @@ FactPoint Between(FactPoint const& a, FactPoint const& b)
 }
 
 // The centre of a measure, moved, times the measure there.
-FactPoint MomentAt(Place const& place, FactPoint const& moment, double measure, double there)
+FactPoint MomentAt(FactPlace const& place, FactPoint const& moment, double measure, double there)
 {
     if (measure == 0.0)
         return {};
@@ -80,7 +80,7 @@ void Bulk::Add(Bulk const& other)
     }
 }
 
-Bulk Bulk::At(Place const& place) const
+Bulk Bulk::At(FactPlace const& place) const
 {
     double const scale = std::cbrt(std::abs(place.Determinant()));
     Bulk there;

@@ -3,7 +3,7 @@
 #include <limits>
 #include <vector>
 
-#include "exchange/certify/Place.h"
+#include "exchange/certify/FactPlace.h"
 
 namespace KVR
 {
@@ -30,7 +30,7 @@ struct Bulk
     void AddLine(FactPoint const& a, FactPoint const& b);
     void Add(Bulk const& other);
     /// What it is at a place that scales alike in all directions, but for the box, which is left empty.
-    Bulk At(Place const& place) const;
+    Bulk At(FactPlace const& place) const;
 
     bool IsEmpty() const { return volume == 0.0 && area == 0.0 && length == 0.0; }
     bool HasBox() const { return low[0] <= high[0]; }

@@ -68,8 +68,7 @@ TEST_P(CertifiedModel, HoldsTheSame)
 }
 
 INSTANTIATE_TEST_SUITE_P(Certify, CertifiedModel,
-                         testing::Values(KnownModel{"as1-oc-214.stp", {}},
-                                         KnownModel{"nist_ctc_03_ap203.stp", {}},
+                         testing::Values(KnownModel{"as1-oc-214.stp", {}}, KnownModel{"nist_ctc_03_ap203.stp", {}},
                                          KnownModel{"iso14405_fig17a.stp", {"part numbers", "notes", "note values"}},
                                          KnownModel{"nist_plate_creo_lbls.stp", {"part numbers", "note values"}}));
 
@@ -146,8 +145,8 @@ TEST(Certify, TheTableIsNarrowAndNamesWhatDiffers)
     std::size_t const place = text.find("'bolt_1'");
     ASSERT_NE(place, std::string::npos);
     folder.Write("other.stp", text.replace(place, 8, "'<b>olt'"));
-    ToolRun const run = RunTool({"certify", "--against", folder.NarrowPathOf("other.stp"), "--html",
-                                 folder.NarrowPathOf("page.html"), model});
+    ToolRun const run = RunTool(
+        {"certify", "--against", folder.NarrowPathOf("other.stp"), "--html", folder.NarrowPathOf("page.html"), model});
     EXPECT_EQ(run.status, 1) << run.error;
     EXPECT_NE(run.out.find("names: other: 'bolt_1' is missing"), std::string::npos) << run.out;
     std::istringstream lines(run.out.substr(0, run.out.find("occurrences: other")));

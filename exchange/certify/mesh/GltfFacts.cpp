@@ -23,9 +23,9 @@ double Srgb(double linear)
     return linear <= 0.0031308 ? 12.92 * linear : 1.055 * std::pow(linear, 1.0 / 2.4) - 0.055;
 }
 
-Place PlaceOfNode(json const& node)
+FactPlace PlaceOfNode(json const& node)
 {
-    Place place;
+    FactPlace place;
     if (auto const matrix = node.find("matrix"); matrix != node.end())
     {
         for (std::size_t i = 0; i < 16; ++i)
@@ -75,7 +75,7 @@ public:
         for (char const* const table : {kTable_DrawnColors, kTable_Normals})
             m_facts.tables[table];
         // From metres with y up to millimetres with z up.
-        Place place;
+        FactPlace place;
         place.rows = {1e3, 0, 0, 0, 0, 0, -1e3, 0, 0, 1e3, 0, 0, 0, 0, 0, 1};
         json const& scene = m_bytes.At("scenes", m_bytes.Json().value("scene", json(0)));
         for (json const& node : scene.value("nodes", json::array()))
@@ -103,11 +103,11 @@ private:
         return node.contains("extras") && node["extras"].is_object() && node["extras"].contains("kind");
     }
 
-    void Walk(json const& node, std::string const& id, Place const& above, std::string path, std::size_t owner)
+    void Walk(json const& node, std::string const& id, FactPlace const& above, std::string path, std::size_t owner)
     {
         if (++m_depth > kDeepestNode || ++m_nodes > kMostNodes)
             throw std::runtime_error("its nodes are too deep or too many");
-        Place const place = above * PlaceOfNode(node);
+        FactPlace const place = above * PlaceOfNode(node);
         if (m_isOwn ? KindOf(node) : node.contains("mesh") || node.contains("children"))
         {
             ModelFacts::Occurrence occurrence = m_isOwn ? OwnOccurrence(node) : ForeignOccurrence(node, id);
@@ -207,7 +207,7 @@ private:
         return ColorText(Srgb(color.at(0)), Srgb(color.at(1)), Srgb(color.at(2)), alpha);
     }
 
-    void AddMesh(ModelFacts::Occurrence& occurrence, json const& index, Place const& place)
+    void AddMesh(ModelFacts::Occurrence& occurrence, json const& index, FactPlace const& place)
     {
         bool const mirrors = place.Determinant() < 0.0;
         Bulk bulk;

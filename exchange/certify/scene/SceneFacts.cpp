@@ -42,9 +42,9 @@ double UnitOf(IUnit const& object, double around)
     return metres > 0.0 ? metres * 1e3 : around;
 }
 
-Place PlaceOf(Matrix3d const& matrix, double millimetres)
+FactPlace PlaceOf(Matrix3d const& matrix, double millimetres)
 {
-    Place place;
+    FactPlace place;
     std::copy(matrix.Elements().begin(), matrix.Elements().end(), place.rows.begin());
     for (std::size_t const i : {3U, 7U, 11U})
         place.rows[i] *= millimetres;
@@ -129,7 +129,7 @@ private:
     }
 
     // `place` leads from millimetres to millimetres.
-    void Walk(IComponent const& component, std::string const& path, std::string const& name, Place const& place,
+    void Walk(IComponent const& component, std::string const& path, std::string const& name, FactPlace const& place,
               State state, double around)
     {
         if (++m_depth > kDeepestInstance || m_facts.occurrences.size() >= kMostOccurrences)
@@ -162,7 +162,7 @@ private:
         --m_depth;
     }
 
-    void WalkInstance(IInstance const& instance, std::string const& path, Place const& place, State const& state,
+    void WalkInstance(IInstance const& instance, std::string const& path, FactPlace const& place, State const& state,
                       double unit)
     {
         auto const* const target = dynamic_cast<IComponent const*>(m_producer.Load(instance.TargetId().Id()));
@@ -212,8 +212,8 @@ private:
                 AddSceneView(m_facts, m_producer, *view);
     }
 
-    void AddGeometry(ModelFacts::Occurrence& occurrence, IGeometry& geometry, Place const& place, State const& state,
-                     double around)
+    void AddGeometry(ModelFacts::Occurrence& occurrence, IGeometry& geometry, FactPlace const& place,
+                     State const& state, double around)
     {
         double const unit = UnitOf(geometry, around);
         std::string const id = TextOf(geometry.Id());
@@ -228,8 +228,8 @@ private:
         };
         bool const isShown = state.isVisible && said(&State::Said::isVisible).value_or(geometry.IsVisible());
         Matrix3d const* const own = geometry.Transform();
-        Place const all = place * PlaceOf(said(&State::Said::transform).value_or(own ? *own : Matrix3d()), unit) *
-                          Place::Scaling(unit);
+        FactPlace const all = place * PlaceOf(said(&State::Said::transform).value_or(own ? *own : Matrix3d()), unit) *
+                              FactPlace::Scaling(unit);
         std::optional<IdSet> imposed = state.imposed ? state.imposed : said(&State::Said::styles);
         IdSet const styles = imposed ? *imposed : geometry.Styles().IsEmpty() ? state.inherited : geometry.Styles();
         std::optional<std::string> const color = m_looks.ColorOf(styles);
@@ -241,7 +241,7 @@ private:
             m_facts.Add(kTable_Hidden, occurrence.path);
     }
 
-    void AddMesh(ModelFacts::Occurrence& occurrence, IPolygonMesh& mesh, Place const& place, bool isShown,
+    void AddMesh(ModelFacts::Occurrence& occurrence, IPolygonMesh& mesh, FactPlace const& place, bool isShown,
                  std::optional<std::string> const& color, bool keepsOwn, bool isOfBody)
     {
         SceneMeshFacts const facts(mesh, place);
@@ -265,7 +265,7 @@ private:
         }
     }
 
-    void AddBody(ModelFacts::Occurrence& occurrence, IBrep const& brep, Place const& place, bool isShown,
+    void AddBody(ModelFacts::Occurrence& occurrence, IBrep const& brep, FactPlace const& place, bool isShown,
                  std::optional<std::string> const& color, bool keepsOwn)
     {
         if (!brep.Body())
@@ -304,7 +304,7 @@ private:
     std::set<std::string> m_met;
     std::map<std::string, std::set<std::string>> m_properties;
     std::map<IBrep const*, KnownBody> m_bodies;
-    Place m_upright;
+    FactPlace m_upright;
     std::size_t m_depth = 0;
 };
 

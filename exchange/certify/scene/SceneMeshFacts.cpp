@@ -84,7 +84,7 @@ double AngleOfNormals(FactPoint const (&corners)[3], FactPoint const (&normals)[
     return sum;
 }
 
-SceneMeshFacts::SceneMeshFacts(IPolygonMesh const& mesh, Place const& place)
+SceneMeshFacts::SceneMeshFacts(IPolygonMesh const& mesh, FactPlace const& place)
 {
     std::vector<FactPoint> points;
     std::vector<FactPoint> local;

@@ -13,7 +13,7 @@ class IPolygonMesh;
 /// What a mesh of a scene is at a place: without the polygons of face segments that are hidden.
 struct SceneMeshFacts
 {
-    SceneMeshFacts(IPolygonMesh const& mesh, Place const& place);
+    SceneMeshFacts(IPolygonMesh const& mesh, FactPlace const& place);
 
     unsigned long long triangles = 0;
     unsigned long long hiddenFaces = 0;

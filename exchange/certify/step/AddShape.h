@@ -7,7 +7,7 @@ namespace KVR
 {
 
 /// Adds a shape at its place to what an occurrence holds of bodies.
-inline void AddShape(ModelFacts::Occurrence& occurrence, StepShape const& shape, Place const& place)
+inline void AddShape(ModelFacts::Occurrence& occurrence, StepShape const& shape, FactPlace const& place)
 {
     occurrence.solids += shape.solids;
     occurrence.faces += shape.faces;

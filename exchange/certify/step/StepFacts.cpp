@@ -11,9 +11,9 @@
 #include "exchange/certify/FactReaders.h"
 #include "exchange/certify/part21/Part21Model.h"
 #include "exchange/certify/step/AddShape.h"
+#include "exchange/certify/step/FactProducts.h"
 #include "exchange/certify/step/StepLooks.h"
 #include "exchange/certify/step/StepNotes.h"
-#include "exchange/certify/step/StepProducts.h"
 #include "exchange/certify/step/StepShapes.h"
 #include "exchange/certify/step/StepStructure.h"
 
@@ -31,7 +31,7 @@ ModelFacts FactsOfShape(TopoDS_Shape const& shape, double millimetres)
     ModelFacts::Occurrence& part = facts.occurrences.emplace_back();
     part.isPart = true;
     if (!shape.IsNull())
-        AddShape(part, MeasuredShape(shape), Place::Scaling(millimetres));
+        AddShape(part, MeasuredShape(shape), FactPlace::Scaling(millimetres));
     return facts;
 }
 
@@ -40,7 +40,7 @@ ModelFacts FactsOfShape(TopoDS_Shape const& shape, double millimetres)
 ModelFacts FactsOfStep(std::string const& path)
 {
     Part21Model const model = Part21Model::Read(path);
-    StepProducts const products(model);
+    FactProducts const products(model);
     StepLooks const looks(model, products);
     StepShapes shapes(path);
     ModelFacts facts;

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "exchange/certify/part21/Part21Model.h"
-#include "exchange/certify/step/StepProducts.h"
+#include "exchange/certify/step/FactProducts.h"
 
 namespace KVR
 {
@@ -33,7 +33,7 @@ public:
         Look look;
     };
 
-    StepLooks(Part21Model const& model, StepProducts const& products);
+    StepLooks(Part21Model const& model, FactProducts const& products);
 
     /// Null for an item of which nothing is said.
     Look const* Of(Id item) const;
@@ -47,7 +47,7 @@ private:
     std::optional<std::string> ColorOf(Id id, double alpha, int level) const;
 
     Part21Model const& m_model;
-    StepProducts const& m_products;
+    FactProducts const& m_products;
     std::unordered_map<Id, Look> m_looks;
     std::unordered_map<Id, std::size_t> m_overrideOf;
     std::vector<Override> m_overrides;

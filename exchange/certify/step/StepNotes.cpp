@@ -33,7 +33,7 @@ constexpr char const* kTolerances[] = {"angularity",       "circular runout", "c
 class NoteReader
 {
 public:
-    NoteReader(Part21Model const& model, StepProducts const& products, ModelFacts& facts)
+    NoteReader(Part21Model const& model, FactProducts const& products, ModelFacts& facts)
         : m_model(model), m_products(products), m_facts(facts)
     {
     }
@@ -78,7 +78,7 @@ private:
                 auto const parameters = m_model.Parameters(id);
                 if (parameters.size() < 3)
                     continue;
-                Place const place = m_products.PlacementOf(parameters[1].reference, millimetres);
+                FactPlace const place = m_products.PlacementOf(parameters[1].reference, millimetres);
                 Id const point = m_model.Parameter(parameters[2].reference, 1).reference;
                 FactPoint const eye = place.Of(m_products.PointOf(point, millimetres));
                 FactPoint direction = place.OfDirection({0, 0, -1});
@@ -126,7 +126,8 @@ private:
         bool const isPart = m_model.Is(measure, "MEASURE_WITH_UNIT");
         auto const parameters = m_model.Parameters(measure, isPart ? "MEASURE_WITH_UNIT" : "");
         for (std::size_t i = 0; i + 1 < parameters.size(); ++i)
-            if (parameters[i].kind == Part21Value::Kind::kTyped || parameters[i].kind == Part21Value::Kind::kNumber)
+            if (parameters[i].kind == Part21Parameter::Kind::kTyped ||
+                parameters[i].kind == Part21Parameter::Kind::kNumber)
             {
                 Id const unit = parameters[i + 1].reference;
                 double const length = StepMillimetresOfUnit(m_model, unit);
@@ -252,20 +253,21 @@ private:
         bool const isPart = m_model.Is(item, "MEASURE_WITH_UNIT");
         auto const parameters = m_model.Parameters(item, isPart ? "MEASURE_WITH_UNIT" : "");
         for (std::size_t i = 0; i < parameters.size(); ++i)
-            if (parameters[i].kind == Part21Value::Kind::kTyped || parameters[i].kind == Part21Value::Kind::kNumber)
-                return NumberText(InUnit(parameters[i].Number(),
-                                         i + 1 < parameters.size() ? parameters[i + 1].reference : 0));
+            if (parameters[i].kind == Part21Parameter::Kind::kTyped ||
+                parameters[i].kind == Part21Parameter::Kind::kNumber)
+                return NumberText(
+                    InUnit(parameters[i].Number(), i + 1 < parameters.size() ? parameters[i + 1].reference : 0));
         return {};
     }
 
     Part21Model const& m_model;
-    StepProducts const& m_products;
+    FactProducts const& m_products;
     ModelFacts& m_facts;
 };
 
 }  // namespace
 
-void AddStepNotes(Part21Model const& model, StepProducts const& products, ModelFacts& facts)
+void AddStepNotes(Part21Model const& model, FactProducts const& products, ModelFacts& facts)
 {
     NoteReader(model, products, facts).Read();
 }

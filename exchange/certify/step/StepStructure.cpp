@@ -16,7 +16,7 @@ constexpr std::size_t kMostOccurrences = 1'000'000;
 
 }  // namespace
 
-StepStructure::StepStructure(Part21Model const& model, StepProducts const& products, StepLooks const& looks,
+StepStructure::StepStructure(Part21Model const& model, FactProducts const& products, StepLooks const& looks,
                              StepShapes& shapes, ModelFacts& facts)
     : m_model(model), m_products(products), m_looks(looks), m_shapes(shapes), m_facts(facts)
 {
@@ -30,16 +30,16 @@ void StepStructure::Read()
     for (char const* const table : {kTable_Colors, kTable_LineColors, kTable_Layers, kTable_Hidden})
         m_facts.tables[table];
     for (Id const id : m_products.Order())
-        if (StepProducts::Product const& product = m_products.All().at(id); !product.isUsed)
-            Walk(id, product.name, product.name, Place(), false);
+        if (FactProducts::Product const& product = m_products.All().at(id); !product.isUsed)
+            Walk(id, product.name, product.name, FactPlace(), false);
     ReadLayers();
 }
 
-void StepStructure::Walk(Id id, std::string const& path, std::string const& name, Place const& place, bool isHidden)
+void StepStructure::Walk(Id id, std::string const& path, std::string const& name, FactPlace const& place, bool isHidden)
 {
     if (m_usages.size() > kDeepestUsage || m_facts.occurrences.size() >= kMostOccurrences)
         throw std::runtime_error("its assemblies are too deep or too many");
-    StepProducts::Product const& product = m_products.All().at(id);
+    FactProducts::Product const& product = m_products.All().at(id);
     StepLooks::Look outer = OverrideOf();
     outer.isHidden = outer.isHidden || isHidden;
     ModelFacts::Occurrence occurrence;
@@ -54,10 +54,10 @@ void StepStructure::Walk(Id id, std::string const& path, std::string const& name
     for (Id const representation : product.representations)
         if (StepLooks::Look const* const look = m_looks.Of(representation))
             ofItems.isHidden = ofItems.isHidden || look->isHidden;
-    for (StepProducts::Item const& item : product.items)
+    for (FactProducts::Item const& item : product.items)
         AddItem(occurrence, item.id, place * item.place, ofItems);
     m_facts.occurrences.push_back(std::move(occurrence));
-    for (StepProducts::Usage const& usage : product.usages)
+    for (FactProducts::Usage const& usage : product.usages)
     {
         std::string const& below = usage.name.empty() ? m_products.All().at(usage.product).name : usage.name;
         m_usages.push_back(usage.id);
@@ -87,7 +87,7 @@ StepLooks::Look StepStructure::OverrideOf() const
     return all;
 }
 
-void StepStructure::AddItem(ModelFacts::Occurrence& occurrence, Id item, Place const& place,
+void StepStructure::AddItem(ModelFacts::Occurrence& occurrence, Id item, FactPlace const& place,
                             StepLooks::Look const& outer)
 {
     StepShape const* const shape = m_shapes.Of(item);

@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "exchange/certify/ModelFacts.h"
+#include "exchange/certify/step/FactProducts.h"
 #include "exchange/certify/step/StepLooks.h"
-#include "exchange/certify/step/StepProducts.h"
 #include "exchange/certify/step/StepShapes.h"
 
 namespace KVR
@@ -16,7 +16,7 @@ namespace KVR
 class StepStructure
 {
 public:
-    StepStructure(Part21Model const& model, StepProducts const& products, StepLooks const& looks, StepShapes& shapes,
+    StepStructure(Part21Model const& model, FactProducts const& products, StepLooks const& looks, StepShapes& shapes,
                   ModelFacts& facts);
 
     void Read();
@@ -24,8 +24,8 @@ public:
 private:
     using Id = Part21Model::Id;
 
-    void Walk(Id product, std::string const& path, std::string const& name, Place const& place, bool isHidden);
-    void AddItem(ModelFacts::Occurrence& occurrence, Id item, Place const& place, StepLooks::Look const& outer);
+    void Walk(Id product, std::string const& path, std::string const& name, FactPlace const& place, bool isHidden);
+    void AddItem(ModelFacts::Occurrence& occurrence, Id item, FactPlace const& place, StepLooks::Look const& outer);
     void AddPieces(std::string const& path, Id item, StepShape const& shape, double scale,
                    StepLooks::Look const& outer);
     void AddHiddenPoints(std::string const& path, Id item, bool isAllHidden);
@@ -35,7 +35,7 @@ private:
     bool IsOfProduct(Id member) const;
 
     Part21Model const& m_model;
-    StepProducts const& m_products;
+    FactProducts const& m_products;
     StepLooks const& m_looks;
     StepShapes& m_shapes;
     ModelFacts& m_facts;

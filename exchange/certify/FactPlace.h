@@ -10,13 +10,13 @@ namespace KVR
 using FactPoint = std::array<double, 3>;
 
 /// A place of something: a matrix of four rows, applied to points as columns.
-struct Place
+struct FactPlace
 {
     std::array<double, 16> rows{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
 
-    static Place Scaling(double factor)
+    static FactPlace Scaling(double factor)
     {
-        Place place;
+        FactPlace place;
         place.rows[0] = place.rows[5] = place.rows[10] = factor;
         return place;
     }
@@ -35,9 +35,9 @@ struct Place
         return moved;
     }
     /// This after the other.
-    Place operator*(Place const& other) const
+    FactPlace operator*(FactPlace const& other) const
     {
-        Place product;
+        FactPlace product;
         for (std::size_t row = 0; row < 4; ++row)
             for (std::size_t column = 0; column < 4; ++column)
             {
@@ -55,10 +55,10 @@ struct Place
                rows[2] * (rows[4] * rows[9] - rows[5] * rows[8]);
     }
     /// That of a place that turns, mirrors, moves and scales alike in all directions.
-    Place Inverse() const
+    FactPlace Inverse() const
     {
         double const square = std::cbrt(Determinant() * Determinant());
-        Place inverse;
+        FactPlace inverse;
         for (std::size_t row = 0; row < 3; ++row)
             for (std::size_t column = 0; column < 3; ++column)
                 inverse.rows[4 * row + column] = square > 0.0 ? rows[4 * column + row] / square : 0.0;

@@ -1,4 +1,4 @@
-#include "exchange/certify/step/StepProducts.h"
+#include "exchange/certify/step/FactProducts.h"
 
 #include <algorithm>
 #include <map>
@@ -25,9 +25,9 @@ double Dot(FactPoint const& a, FactPoint const& b)
     return a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
 }
 
-Place Framed(FactPoint const& x, FactPoint const& y, FactPoint const& z, FactPoint const& origin)
+FactPlace Framed(FactPoint const& x, FactPoint const& y, FactPoint const& z, FactPoint const& origin)
 {
-    Place place;
+    FactPlace place;
     for (std::size_t row = 0; row < 3; ++row)
     {
         place.rows[4 * row] = x[row];
@@ -85,7 +85,7 @@ double StepMillimetresOfUnit(Part21Model const& model, Id unit)
     return MillimetresOfUnit(model, unit, 0);
 }
 
-StepProducts::StepProducts(Part21Model const& model) : m_model(model)
+FactProducts::FactProducts(Part21Model const& model) : m_model(model)
 {
     ReadProducts();
     ReadRepresentations();
@@ -102,7 +102,7 @@ StepProducts::StepProducts(Part21Model const& model) : m_model(model)
                   });
 }
 
-void StepProducts::ReadProducts()
+void FactProducts::ReadProducts()
 {
     for (char const* const type : {"PRODUCT_DEFINITION", "PRODUCT_DEFINITION_WITH_ASSOCIATED_DOCUMENTS"})
         for (Id const id : m_model.Of(type))
@@ -119,7 +119,7 @@ void StepProducts::ReadProducts()
     std::sort(m_order.begin(), m_order.end());
 }
 
-StepProducts::Id StepProducts::ProductOfShape(Id shape) const
+FactProducts::Id FactProducts::ProductOfShape(Id shape) const
 {
     Id const definition = m_model.Is(shape, "PRODUCT_DEFINITION_SHAPE")
                               ? m_model.Parameter(shape, 2, "PRODUCT_DEFINITION_SHAPE").reference
@@ -127,13 +127,13 @@ StepProducts::Id StepProducts::ProductOfShape(Id shape) const
     return m_products.count(definition) != 0 ? definition : 0;
 }
 
-StepProducts::Id StepProducts::UsageOf(Id contextDependent) const
+FactProducts::Id FactProducts::UsageOf(Id contextDependent) const
 {
     Id const shape = m_model.Parameter(contextDependent, 1).reference;
     return m_model.Parameter(shape, 2).reference;
 }
 
-void StepProducts::ReadRepresentations()
+void FactProducts::ReadRepresentations()
 {
     for (Id const id : m_model.Of("SHAPE_DEFINITION_REPRESENTATION"))
         if (Id const product = ProductOfShape(m_model.Parameter(id, 0).reference))
@@ -163,9 +163,9 @@ void StepProducts::ReadRepresentations()
     }
 }
 
-std::unordered_map<StepProducts::Id, Place> StepProducts::PlacesOfUsages() const
+std::unordered_map<FactProducts::Id, FactPlace> FactProducts::PlacesOfUsages() const
 {
-    std::unordered_map<Id, Place> places;
+    std::unordered_map<Id, FactPlace> places;
     for (Id const id : m_model.Of("CONTEXT_DEPENDENT_SHAPE_REPRESENTATION"))
     {
         Id const usage = UsageOf(id);
@@ -193,9 +193,9 @@ std::unordered_map<StepProducts::Id, Place> StepProducts::PlacesOfUsages() const
     return places;
 }
 
-void StepProducts::ReadUsages()
+void FactProducts::ReadUsages()
 {
-    std::unordered_map<Id, Place> const places = PlacesOfUsages();
+    std::unordered_map<Id, FactPlace> const places = PlacesOfUsages();
     for (Id const id : m_model.Of("NEXT_ASSEMBLY_USAGE_OCCURRENCE"))
     {
         auto const parameters = m_model.Parameters(id, "NEXT_ASSEMBLY_USAGE_OCCURRENCE");
@@ -207,19 +207,19 @@ void StepProducts::ReadUsages()
             continue;
         auto const place = places.find(id);
         std::string const& name = parameters[1].text.empty() ? parameters[0].text : parameters[1].text;
-        whole->second.usages.push_back({id, part->first, name, place == places.end() ? Place() : place->second});
+        whole->second.usages.push_back({id, part->first, name, place == places.end() ? FactPlace() : place->second});
         part->second.isUsed = true;
     }
 }
 
-void StepProducts::ReadItems()
+void FactProducts::ReadItems()
 {
     for (auto& [id, product] : m_products)
         for (Id const representation : product.representations)
-            AddItems(product, representation, Place(), 0);
+            AddItems(product, representation, FactPlace(), 0);
 }
 
-void StepProducts::AddItems(Product& product, Id representation, Place const& place, int level)
+void FactProducts::AddItems(Product& product, Id representation, FactPlace const& place, int level)
 {
     auto const parameters =
         m_model.Parameters(representation, m_model.Is(representation, "REPRESENTATION") ? "REPRESENTATION" : "");
@@ -245,7 +245,7 @@ void StepProducts::AddItems(Product& product, Id representation, Place const& pl
     }
 }
 
-double StepProducts::MillimetresOf(Id representation) const
+double FactProducts::MillimetresOf(Id representation) const
 {
     Id const context =
         m_model.Parameter(representation, 2, m_model.Is(representation, "REPRESENTATION") ? "REPRESENTATION" : "")
@@ -256,16 +256,16 @@ double StepProducts::MillimetresOf(Id representation) const
     return 0.0;
 }
 
-FactPoint StepProducts::PointOf(Id point, double factor) const
+FactPoint FactProducts::PointOf(Id point, double factor) const
 {
     FactPoint coordinates{};
-    Part21Value const list = m_model.Parameter(point, 1);
+    Part21Parameter const list = m_model.Parameter(point, 1);
     for (std::size_t i = 0; i < 3 && i < list.list.size(); ++i)
         coordinates[i] = list.list[i].Number() * factor;
     return coordinates;
 }
 
-Place StepProducts::PlacementOf(Id placement, double millimetres) const
+FactPlace FactProducts::PlacementOf(Id placement, double millimetres) const
 {
     double const factor = millimetres > 0.0 ? millimetres : 1.0;
     auto const parameters = m_model.Parameters(placement);
@@ -292,7 +292,7 @@ Place StepProducts::PlacementOf(Id placement, double millimetres) const
     if (operation[first + 1].reference != 0 && Dot(y, PointOf(operation[first + 1].reference)) < 0.0)
         y = {-y[0], -y[1], -y[2]};
     double const scale = operation[first + 3].Number() > 0.0 ? operation[first + 3].Number() : 1.0;
-    return Framed(x, y, third, PointOf(operation[first + 2].reference, factor)) * Place::Scaling(scale);
+    return Framed(x, y, third, PointOf(operation[first + 2].reference, factor)) * FactPlace::Scaling(scale);
 }
 
 }  // namespace KVR

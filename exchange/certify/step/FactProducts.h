@@ -5,14 +5,14 @@
 #include <unordered_set>
 #include <vector>
 
-#include "exchange/certify/Place.h"
+#include "exchange/certify/FactPlace.h"
 #include "exchange/certify/part21/Part21Model.h"
 
 namespace KVR
 {
 
 /// The products of a STEP file, what each is made of, and where they use each other: from its entities alone.
-class StepProducts
+class FactProducts
 {
 public:
     using Id = Part21Model::Id;
@@ -22,7 +22,7 @@ public:
     struct Item
     {
         Id id;
-        Place place;
+        FactPlace place;
     };
     struct Usage
     {
@@ -30,7 +30,7 @@ public:
         Id id;
         Id product;
         std::string name;
-        Place place;
+        FactPlace place;
     };
     /// A product definition.
     struct Product
@@ -43,7 +43,7 @@ public:
         bool isUsed = false;
     };
 
-    explicit StepProducts(Part21Model const& model);
+    explicit FactProducts(Part21Model const& model);
 
     /// Those that have a shape, use others or are used, by their entities; Order has them in the order of the file.
     std::unordered_map<Id, Product> const& All() const { return m_products; }
@@ -55,7 +55,7 @@ public:
     /// How long the unit of a representation's lengths is in millimetres; 0 where it states none.
     double MillimetresOf(Id representation) const;
     /// An axis placement, or a transformation operator, in millimetres.
-    Place PlacementOf(Id placement, double millimetres) const;
+    FactPlace PlacementOf(Id placement, double millimetres) const;
     FactPoint PointOf(Id point, double factor = 1.0) const;
 
 private:
@@ -63,8 +63,8 @@ private:
     void ReadRepresentations();
     void ReadUsages();
     void ReadItems();
-    void AddItems(Product& product, Id representation, Place const& place, int level);
-    std::unordered_map<Id, Place> PlacesOfUsages() const;
+    void AddItems(Product& product, Id representation, FactPlace const& place, int level);
+    std::unordered_map<Id, FactPlace> PlacesOfUsages() const;
 
     Part21Model const& m_model;
     std::unordered_map<Id, Product> m_products;
