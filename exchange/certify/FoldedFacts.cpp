@@ -91,7 +91,7 @@ void FoldedFacts::FindRoot(ModelFacts const& facts, ModelFacts const& first)
 
 std::string FoldedFacts::FoldedPath(std::string const& full) const
 {
-    std::string const path = IsBelowRoot(full) ? full.substr(m_root.size()) : full;
+    std::string path = IsBelowRoot(full) ? full.substr(m_root.size()) : full;
     for (std::string known = path;;)
     {
         if (m_known.count(known) != 0)
