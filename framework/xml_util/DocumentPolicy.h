@@ -68,6 +68,7 @@ enum class DocumentRefusal
 /// From now on holds for each document that is opened (QueryFile or BeginProcess of a producer, whichever comes first),
 /// in the whole process. May be called from any thread, at any time. Throws nothing.
 KVR_XML_UTIL_API void SetDocumentPolicy(DocumentPolicy const& policy) noexcept;
+/// The policy that holds now.
 KVR_XML_UTIL_API DocumentPolicy CurrentDocumentPolicy() noexcept;
 
 /// Why the latest document that this thread opened was refused; nothing when the policy did not stand in its way. To a

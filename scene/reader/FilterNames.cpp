@@ -1,6 +1,7 @@
 #include "scene/reader/FilterNames.h"
 
 #include <algorithm>
+#include <unordered_map>
 
 #include "scene/NearestNames.h"
 #include "scene/reader/SceneContent.h"
@@ -34,43 +35,14 @@ void ListObjects(SceneContent const& content, TakeId const& takeId, TakeLabel co
     }
 }
 
-// The distinct names of a scene: those of its objects and layers.
-struct KnownNames
-{
-    explicit KnownNames(SceneContent const& content)
-    {
-        auto const take = [this](std::string_view name)
-        {
-            if (!name.empty())
-                names.insert(name);
-        };
-        ListObjects(
-            content,
-            [&](std::string_view id)
-            {
-                take(id);
-                if (!id.empty())
-                    ids.insert(id);
-            },
-            take);
-    }
-
-    Names names;
-    Names ids;
-};
-
-bool IsPattern(std::string_view name)
-{
-    return name.find_first_of("*?") != std::string_view::npos;
-}
-
 // The ids in the layers that `fits` finds by id, label or number; nothing when it finds none.
 template <class Fits>
 bool AddItems(SceneContent const& content, Fits const& fits, Names& items)
 {
     bool isFound = false;
     for (SceneLayer const& layer : content.layers)
-        if (fits(layer.id) || (!layer.label.empty() && fits(layer.label)) || fits(std::to_string(layer.number)))
+        if ((!layer.id.empty() && fits(layer.id)) || (!layer.label.empty() && fits(layer.label)) ||
+            fits(std::to_string(layer.number)))
         {
             isFound = true;
             items.insert(layer.items.begin(), layer.items.end());
@@ -78,20 +50,109 @@ bool AddItems(SceneContent const& content, Fits const& fits, Names& items)
     return isFound;
 }
 
-std::vector<std::string> NearestTo(std::string const& name, SceneContent const& content, KnownNames const& known)
+std::vector<std::string> NearestTo(std::string_view name, SceneContent const& content)
 {
-    std::string text = name;
+    std::string text(name);
     std::erase_if(text, [](char byte) { return byte == '*' || byte == '?'; });
     NearestNames nearest(text);
-    for (std::string_view const other : known.names)
-        nearest.Add(other);
+    auto const add = [&](std::string_view other) { nearest.Add(other); };
+    ListObjects(content, add, add);
     for (SceneLayer const& layer : content.layers)
     {
-        nearest.Add(layer.id);
-        nearest.Add(layer.label);
+        add(layer.id);
+        add(layer.label);
     }
     return nearest.Names();
 }
+
+// A name of the list, and what became of it.
+struct Wanted
+{
+    std::string_view name;
+    bool isFound = false;
+    bool isLayer = false;
+    Names items = {};
+};
+
+// Finds what names mean, in as many passes over the objects as there are patterns and layers, and one more.
+class Finder
+{
+public:
+    Finder(SceneContent const& content, Names& names, Names& items) : m_content(content), m_names(names), m_items(items)
+    {
+    }
+
+    std::vector<Wanted> Find(std::vector<std::string> const& names)
+    {
+        std::vector<Wanted> wanted;
+        std::unordered_map<std::string_view, std::size_t> placeOf;
+        for (std::string_view const name : names)
+            if (placeOf.emplace(name, wanted.size()).second)
+                wanted.push_back({name});
+        ListNames(
+            [&](std::string_view other)
+            {
+                if (auto const place = placeOf.find(other); place != placeOf.end())
+                    Take(wanted[place->second], other);
+            });
+        for (Wanted& entry : wanted)
+        {
+            entry.isLayer = AddItems(
+                m_content, [&](std::string_view other) { return other == entry.name; }, entry.items);
+            if (!entry.isFound && !entry.isLayer && entry.name.find_first_of("*?") != std::string_view::npos)
+                FindPattern(entry);
+            if (!entry.items.empty())
+                TakeItems(entry);
+        }
+        return wanted;
+    }
+
+private:
+    template <class Tell>
+    void ListNames(Tell const& tell)
+    {
+        auto const take = [&](std::string_view name)
+        {
+            if (!name.empty())
+                tell(name);
+        };
+        ListObjects(m_content, take, take);
+    }
+
+    void Take(Wanted& entry, std::string_view name)
+    {
+        entry.isFound = true;
+        m_names.insert(name);
+    }
+
+    void FindPattern(Wanted& entry)
+    {
+        auto const fits = [&](std::string_view other) { return SceneFilter::Fits(other, entry.name); };
+        ListNames(
+            [&](std::string_view other)
+            {
+                if (fits(other))
+                    Take(entry, other);
+            });
+        entry.isLayer = AddItems(m_content, fits, entry.items);
+    }
+
+    void TakeItems(Wanted& entry)
+    {
+        auto const take = [&](std::string_view id)
+        {
+            if (id.empty() || !entry.items.contains(id))
+                return;
+            entry.isFound = true;
+            m_items.insert(id);
+        };
+        ListObjects(m_content, take, [](std::string_view) {});
+    }
+
+    SceneContent const& m_content;
+    Names& m_names;
+    Names& m_items;
+};
 
 }  // namespace
 
@@ -100,36 +161,10 @@ FilterNames::FilterNames(SceneContent const& content, std::vector<std::string> c
 {
     if (names.empty())
         return;
-    KnownNames const known(content);
-    for (std::string const& name : names)
-    {
-        Names items;
-        bool isLayer = AddItems(
-            content, [&](std::string_view other) { return other == name; }, items);
-        bool isFound = known.names.contains(name);
-        if (isFound)
-            m_names.insert(name);
-        else if (!isLayer && IsPattern(name))
-        {
-            auto const fits = [&](std::string_view other) { return SceneFilter::Fits(other, name); };
-            isLayer = AddItems(content, fits, items);
-            for (std::string_view const other : known.names)
-                if (fits(other))
-                {
-                    isFound = true;
-                    m_names.insert(other);
-                }
-        }
-        for (std::string_view const item : items)
-            if (known.ids.contains(item))
-            {
-                isFound = true;
-                m_items.insert(item);
-            }
-        if (!isFound)
-            unmatched.push_back(
-                {name, isLayer, isLayer ? std::vector<std::string>() : NearestTo(name, content, known)});
-    }
+    for (Wanted const& entry : Finder(content, m_names, m_items).Find(names))
+        if (!entry.isFound)
+            unmatched.push_back({std::string(entry.name), entry.isLayer,
+                                 entry.isLayer ? std::vector<std::string>() : NearestTo(entry.name, content)});
 }
 
 }  // namespace KVR

@@ -22,7 +22,6 @@ namespace fs = std::filesystem;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::SizeIs;
 
 // The assembly's scene, imported once; each test has a copy of its own.
 class SideFiles : public testing::Test

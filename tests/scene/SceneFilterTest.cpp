@@ -1,6 +1,8 @@
 #include "scene/SceneFilter.h"
 
 #include <gmock/gmock.h>
+#include <rapidcheck.h>
+#include <rapidcheck/gtest.h>
 
 #include <algorithm>
 
@@ -20,7 +22,7 @@ using testing::IsEmpty;
 std::string Gate()
 {
     return File({"top"},
-                R"(<LayerSet><ILayer ID="l1" Label="Fittings"><LayerInfo ID="7"/><GeometryItems Items="p2,p3"/></ILayer>
+                R"(<LayerSet><ILayer ID="l1" Label="Fittings"><LayerInfo ID="7"/><GeometryItems Items="p2,,p3"/></ILayer>
 <ILayer ID="l2" Label="Faces"><LayerInfo ID="8"/><GeometryItems Items="body.f1"/></ILayer></LayerSet>)") +
            Assembly("top", Instance("door", "p1") + Instance("left", "p2") + Instance("right", "p3") +
                                Instance("a*", "p4") + Instance("ab", "p5")) +
@@ -129,6 +131,26 @@ TEST(SceneFilter, FitsByCharactersOfUtf8)
     EXPECT_TRUE(SceneFilter::Fits("x門2", "*?2"));
     // Without going back to every star there is.
     EXPECT_FALSE(SceneFilter::Fits(std::string(20'000, 'a'), "*a*a*a*a*a*a*a*a*a*b"));
+}
+
+// What a pattern means, written down as it is said.
+bool Means(std::string_view pattern, std::string_view name)
+{
+    if (pattern.empty())
+        return name.empty();
+    if (pattern.front() == '*')
+        return Means(pattern.substr(1), name) || (!name.empty() && Means(pattern, name.substr(1)));
+    return !name.empty() && (pattern.front() == '?' || pattern.front() == name.front()) &&
+           Means(pattern.substr(1), name.substr(1));
+}
+
+RC_GTEST_PROP(SceneFilter, FitsWhatThePatternMeans, ())
+{
+    constexpr int kLongest = 8;
+    auto const name = *rc::gen::resize(kLongest, rc::gen::container<std::string>(rc::gen::element('a', 'b', '*')));
+    auto const pattern =
+        *rc::gen::resize(kLongest, rc::gen::container<std::string>(rc::gen::element('a', 'b', '*', '?')));
+    RC_ASSERT(SceneFilter::Fits(name, pattern) == Means(pattern, name));
 }
 
 TEST(NearestNames, AreThoseWithTheFewestChangesWithoutRegardToCase)
