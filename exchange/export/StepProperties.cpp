@@ -162,7 +162,7 @@ private:
         if (!number)
             return {};
         handle<StepBasic_MeasureValueMember> const value = new StepBasic_MeasureValueMember;
-        value->SetName("NUMERIC_MEASURE");
+        value->SetName("RATIO_MEASURE");
         value->SetReal(*number);
         handle<StepRepr_MeasureRepresentationItem> const item = new StepRepr_MeasureRepresentationItem;
         item->Init(StepString(""), value, PlainUnit());

@@ -193,7 +193,7 @@ TEST(StepImport, ProductsUsagesAndPropertiesComeBackFromAnExport)
          {"PRODUCT('4711-A',' nut ','holds \\X2\\00FC\\X0\\'", "PRODUCT_DEFINITION_FORMATION('C','third'",
           "NEXT_ASSEMBLY_USAGE_OCCURRENCE('u1',' nut_1 ','first'", "PROPERTY_DEFINITION('colour code: paint',$",
           "DESCRIPTIVE_REPRESENTATION_ITEM('','RAL''5002')", "INTEGER_REPRESENTATION_ITEM('',3",
-          "MEASURE_REPRESENTATION_ITEM('',NUMERIC_MEASURE(0.25)", "PRODUCT_RELATED_PRODUCT_CATEGORY('part',$"})
+          "MEASURE_REPRESENTATION_ITEM('',RATIO_MEASURE(0.25)", "PRODUCT_RELATED_PRODUCT_CATEGORY('part',$"})
         EXPECT_THAT(back, HasSubstr(text));
     EXPECT_THAT(back, testing::ContainsRegex("'N1'\\);"));
 }

@@ -99,7 +99,7 @@ MAY_INCLUDE = {
                "model", "meshes"),
     "export": ("extension types", "api", "kernel", "gmk_interface", "scene", "output", "exchange", "run", "conventions",
                "source"),
-    "certify": ("api", "kernel", "scene", "output", "exchange", "run", "conventions", "source", "model"),
+    "certify": ("extension types", "api", "kernel", "output", "exchange", "run", "source"),
     "host": ("api", "kernel", "facade", "output", "describe", "scene", "source", "exchange"),
 }
 
