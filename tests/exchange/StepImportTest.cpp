@@ -11,7 +11,7 @@
 #include <regex>
 #include <sstream>
 
-#include "exchange/model/Part21Text.h"
+#include "exchange/model/DecodedPart21.h"
 #include "exchange/model/StepCensus.h"
 #include "exchange/model/StepContent.h"
 #include "exchange/model/StepTypes.h"
@@ -372,10 +372,10 @@ TEST(StepCensus, ATypeOfSeveralIsKnownWhenAllOfItAre)
 
 TEST(Part21, TextsMeanWhatTheirEscapesSay)
 {
-    EXPECT_EQ(Part21Text("it''s \\\\ \\X\\FC \\S\\| \\X2\\00E90416\\X0\\ \\X4\\0001F600\\X0\\ \\PA\\x"),
+    EXPECT_EQ(DecodedPart21("it''s \\\\ \\X\\FC \\S\\| \\X2\\00E90416\\X0\\ \\X4\\0001F600\\X0\\ \\PA\\x"),
               "it's \\ \xC3\xBC \xC3\xBC \xC3\xA9\xD0\x96 \xF0\x9F\x98\x80 x");
-    EXPECT_EQ(Part21Text("\\X2\\00E"), "\\X2\\00E");
-    EXPECT_EQ(Part21Text(" a\n b "), " a b ");
+    EXPECT_EQ(DecodedPart21("\\X2\\00E"), "\\X2\\00E");
+    EXPECT_EQ(DecodedPart21(" a\n b "), " a b ");
 }
 
 TEST(Part21, DamageEndsWhatIsDamagedAndNothingElse)
