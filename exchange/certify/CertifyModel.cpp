@@ -15,6 +15,7 @@
 #include "exchange/run/ChildProcess.h"
 #include "exchange/run/Heard.h"
 #include "exchange/run/ScratchFolder.h"
+#include "exchange/run/StagePlan.h"
 #include "output/SafeText.h"
 
 namespace KVR
@@ -199,8 +200,23 @@ CertifyResult Certified(std::function<CertifyResult()> const& certify)
 
 CertifyResult CertifyModel(std::string const& modelPath, CertifyOptions const& options, Progress const& progress)
 {
-    return Heard(progress, [&](Progress const& heard)
-                 { return Certified([&] { return Certifier(modelPath, options, heard).Certify(); }); });
+    auto const work = [&](Progress const& heard)
+    {
+        // Import, export to GLB, facts of source and scene, export to STEP, facts of both files.
+        Progress const planned = Planned(heard, {{"reading", 8},
+                                                 {"transferring", 14},
+                                                 {"meshing", 6},
+                                                 {"writing", 5},
+                                                 {"reading", 1},
+                                                 {"writing", 3},
+                                                 {kStage_Comparing, 30},
+                                                 {"reading", 1},
+                                                 {"transferring", 5},
+                                                 {"writing", 5},
+                                                 {kStage_Comparing, 22}});
+        return Certified([&] { return Certifier(modelPath, options, planned).Certify(); });
+    };
+    return Heard(progress, work);
 }
 
 CertifyResult CertifyAgainst(std::string const& modelPath, std::string const& otherPath, CertifyOptions const& options,

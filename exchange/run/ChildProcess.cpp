@@ -6,6 +6,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <Standard_Failure.hxx>
 #include <array>
 #include <cerrno>
 #include <csignal>
@@ -17,7 +18,7 @@
 #include <system_error>
 
 #include "exchange/run/ChildReport.h"
-#include "exchange/run/KernelFailure.h"
+#include "framework/kernel/KernelMessages.h"
 
 namespace KVR
 {
@@ -54,14 +55,27 @@ void Work(std::function<std::string(ChildVoice const&)> const& work, ChildVoice 
     }
 }
 
+// What libraries print, Open CASCADE above all, and what the C library says of a crash, is not for the user.
+void Silence()
+{
+    int const nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
+    if (nowhere < 0)
+        return;
+    dup2(nowhere, STDOUT_FILENO);
+    dup2(nowhere, STDERR_FILENO);
+    close(nowhere);
+}
+
 [[noreturn]] void WorkAndExit(std::function<std::string(ChildVoice const&)> const& work, int pipe, pid_t parent)
 {
-    // Whoever started this ends it, also by ending: signals of the terminal are not for it.
-    for (int const signal : {SIGINT, SIGTERM, SIGHUP})
-        std::signal(signal, SIG_IGN);
+    // Whoever started this ends it, also by ending, which may have come to pass before this process asked for it:
+    // signals of the terminal are not for it.
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     if (getppid() != parent)
         _exit(EXIT_FAILURE);
+    for (int const signal : {SIGINT, SIGTERM, SIGHUP})
+        std::signal(signal, SIG_IGN);
+    Silence();
     // A file that grows beyond a limit is a failed write, not the end.
     std::signal(SIGXFSZ, SIG_IGN);
     Work(work, ChildVoice(pipe));

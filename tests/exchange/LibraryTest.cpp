@@ -105,7 +105,7 @@ TEST(ImportModel, AnswersWhatTheSceneHolds)
     EXPECT_GT(result.deflection, 0.0);
     EXPECT_THAT(result.remarks, IsEmpty());
     EXPECT_THAT(result.losses, IsEmpty());
-    EXPECT_THAT(stages.Names(), ElementsAre("reading", "writing"));
+    EXPECT_THAT(stages.Names(), ElementsAre("reading", "transferring", "meshing", "writing"));
 }
 
 TEST(ImportModel, TellsLossesAsDataAndInWords)
