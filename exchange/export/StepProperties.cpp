@@ -1,22 +1,25 @@
 #include "exchange/export/StepProperties.h"
 
+#include <StepBasic_DimensionalExponents.hxx>
 #include <StepBasic_HArray1OfProduct.hxx>
 #include <StepBasic_MeasureValueMember.hxx>
 #include <StepBasic_Product.hxx>
 #include <StepBasic_ProductDefinition.hxx>
 #include <StepBasic_ProductDefinitionFormation.hxx>
 #include <StepBasic_ProductRelatedProductCategory.hxx>
+#include <StepBasic_RatioUnit.hxx>
+#include <StepBasic_Unit.hxx>
 #include <StepData_StepModel.hxx>
 #include <StepRepr_CharacterizedDefinition.hxx>
 #include <StepRepr_DescriptiveRepresentationItem.hxx>
 #include <StepRepr_IntegerRepresentationItem.hxx>
+#include <StepRepr_MeasureRepresentationItem.hxx>
 #include <StepRepr_NextAssemblyUsageOccurrence.hxx>
 #include <StepRepr_ProductDefinitionShape.hxx>
 #include <StepRepr_PropertyDefinition.hxx>
 #include <StepRepr_PropertyDefinitionRepresentation.hxx>
 #include <StepRepr_Representation.hxx>
 #include <StepRepr_RepresentationContext.hxx>
-#include <StepRepr_ValueRepresentationItem.hxx>
 #include <StepShape_ContextDependentShapeRepresentation.hxx>
 #include <StepShape_ShapeDefinitionRepresentation.hxx>
 #include <TCollection_HAsciiString.hxx>
@@ -141,7 +144,7 @@ private:
                 m_step.document.notCarried.Add("custom properties");
     }
 
-    static handle<StepRepr_RepresentationItem> ItemOf(SceneProperty const& property)
+    handle<StepRepr_RepresentationItem> ItemOf(SceneProperty const& property)
     {
         if (auto const* const text = std::get_if<std::string>(&property.value))
         {
@@ -159,11 +162,25 @@ private:
         if (!number)
             return {};
         handle<StepBasic_MeasureValueMember> const value = new StepBasic_MeasureValueMember;
-        value->SetName("NUMERIC_MEASURE");
+        value->SetName("RATIO_MEASURE");
         value->SetReal(*number);
-        handle<StepRepr_ValueRepresentationItem> const item = new StepRepr_ValueRepresentationItem;
-        item->Init(StepString(""), value);
+        handle<StepRepr_MeasureRepresentationItem> const item = new StepRepr_MeasureRepresentationItem;
+        item->Init(StepString(""), value, PlainUnit());
         return item.get();
+    }
+
+    // That of a number without one.
+    StepBasic_Unit PlainUnit()
+    {
+        if (!m_unit.IsNull())
+            return m_unit;
+        handle<StepBasic_DimensionalExponents> const exponents = new StepBasic_DimensionalExponents;
+        exponents->Init(0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0);
+        handle<StepBasic_RatioUnit> const unit = new StepBasic_RatioUnit;
+        unit->Init(exponents);
+        m_unit.SetValue(unit);
+        m_step.model->AddWithRefs(unit);
+        return m_unit;
     }
 
     void WriteOne(std::string const& name, handle<StepRepr_RepresentationItem> const& item,
@@ -189,6 +206,7 @@ private:
     /// By products.
     std::unordered_map<Standard_Transient const*, handle<StepBasic_ProductRelatedProductCategory>> m_categories;
     handle<StepRepr_RepresentationContext> m_context;
+    StepBasic_Unit m_unit;
 };
 
 }  // namespace

@@ -3,7 +3,7 @@
 namespace KVR
 {
 
-class StepTransfer;
+struct StepTransfer;
 
 /// Gives products and usages of a model what a scene says of them: names, numbers, revisions, descriptions,
 /// categories, ids, designators and custom properties. A property that is neither text nor number is counted.

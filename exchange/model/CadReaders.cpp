@@ -240,7 +240,7 @@ void ReadProducts(ModelDocument& model, STEPCAFControl_Reader& reader)
     auto const shapes = XCAFDoc_DocumentTool::ShapeTool(model.document->Main());
     STEPConstruct_Tool const tool(session);
     Handle(StepData_StepModel) const step = Handle(StepData_StepModel)::DownCast(session->Model());
-    StepProducts const& said = model.step->products;
+    StepProductTable const& said = model.step->products;
     for (int number = 1; number <= step->NbEntities(); ++number)
     {
         Handle(Standard_Transient) const entity = step->Value(number);

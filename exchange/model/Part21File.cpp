@@ -3,7 +3,7 @@
 #include <charconv>
 #include <fstream>
 
-#include "exchange/model/Part21Text.h"
+#include "exchange/model/DecodedPart21.h"
 
 namespace KVR
 {
@@ -61,7 +61,7 @@ public:
             return values;
         while (m_isGood && !Take(')'))
         {
-            Part21Value value = Value(level);
+            Part21Parameter value = Value(level);
             if (!m_isGood)
                 break;
             values.push_back(std::move(value));
@@ -89,9 +89,9 @@ public:
     }
 
 private:
-    Part21Value Value(int level)
+    Part21Parameter Value(int level)
     {
-        Part21Value value;
+        Part21Parameter value;
         Skip();
         if (m_at >= m_text.size() || level > kMostLevels)
         {
@@ -103,41 +103,41 @@ private:
             ++m_at;
         else if (first == '(')
         {
-            value.kind = Part21Value::Kind::kList;
+            value.kind = Part21Parameter::Kind::kList;
             value.items = List(level + 1);
         }
         else if (first == '\'')
         {
-            value.kind = Part21Value::Kind::kText;
-            value.text = Part21Text(Quoted('\''));
+            value.kind = Part21Parameter::Kind::kText;
+            value.text = DecodedPart21(Quoted('\''));
         }
         else if (first == '"')
         {
-            value.kind = Part21Value::Kind::kText;
+            value.kind = Part21Parameter::Kind::kText;
             value.text = Quoted('"');
         }
         else if (first == '.' && m_at + 1 < m_text.size() && !IsDigit(m_text[m_at + 1]))
         {
             ++m_at;
-            value.kind = Part21Value::Kind::kWord;
+            value.kind = Part21Parameter::Kind::kWord;
             value.text = Word();
             Take('.');
         }
         else if (first == '#')
         {
             ++m_at;
-            value.kind = Part21Value::Kind::kReference;
+            value.kind = Part21Parameter::Kind::kReference;
             TakeNumber(value.reference);
         }
         else if (IsDigit(first) || first == '-' || first == '+' || first == '.')
         {
             m_at += first == '+' ? 1 : 0;
-            value.kind = Part21Value::Kind::kNumber;
+            value.kind = Part21Parameter::Kind::kNumber;
             TakeNumber(value.number);
         }
         else
         {
-            value.kind = Part21Value::Kind::kList;
+            value.kind = Part21Parameter::Kind::kList;
             value.text = Word();
             m_isGood = m_isGood && !value.text.empty();
             value.items = List(level + 1);

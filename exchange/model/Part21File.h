@@ -10,7 +10,7 @@ namespace KVR
 {
 
 /// A parameter of an entity.
-struct Part21Value
+struct Part21Parameter
 {
     enum class Kind
     {
@@ -31,7 +31,7 @@ struct Part21Value
     std::uint64_t reference = 0;
     /// UTF-8, as the file means it.
     std::string text;
-    std::vector<Part21Value> items;
+    std::vector<Part21Parameter> items;
 };
 
 /// The entities of a STEP file (ISO 10303-21) as they stand in it, whether any reader knows their types or not. Counts,
@@ -40,7 +40,7 @@ class Part21File
 {
 public:
     using Number = std::uint64_t;
-    using Values = std::vector<Part21Value>;
+    using Values = std::vector<Part21Parameter>;
 
     struct Entity
     {

@@ -8,11 +8,11 @@ namespace KVR
 namespace
 {
 
-using Kind = Part21Value::Kind;
+using Kind = Part21Parameter::Kind;
 
-Part21Value const& At(Part21File::Values const& values, std::size_t place)
+Part21Parameter const& At(Part21File::Values const& values, std::size_t place)
 {
-    static Part21Value const none;
+    static Part21Parameter const none;
     return place < values.size() ? values[place] : none;
 }
 
@@ -26,7 +26,7 @@ constexpr std::pair<std::string_view, double> kPrefixes[] = {
 
 std::string Part21TextAt(Part21File::Values const& values, std::size_t place)
 {
-    Part21Value const& value = At(values, place);
+    Part21Parameter const& value = At(values, place);
     if (value.kind == Kind::kText)
         return value.text;
     // A text with a type: LABEL('x').
@@ -42,7 +42,7 @@ Part21File::Number Part21ReferenceAt(Part21File::Values const& values, std::size
 
 std::vector<Part21File::Number> Part21ReferencesAt(Part21File::Values const& values, std::size_t place)
 {
-    Part21Value const& value = At(values, place);
+    Part21Parameter const& value = At(values, place);
     if (value.kind == Kind::kReference)
         return {value.reference};
     std::vector<Part21File::Number> numbers;
@@ -54,7 +54,7 @@ std::vector<Part21File::Number> Part21ReferencesAt(Part21File::Values const& val
 
 std::optional<double> Part21NumberAt(Part21File::Values const& values, std::size_t place)
 {
-    Part21Value const& value = At(values, place);
+    Part21Parameter const& value = At(values, place);
     if (value.kind == Kind::kNumber)
         return value.number;
     if (value.kind == Kind::kList && value.items.size() == 1)

@@ -198,11 +198,11 @@ private:
         auto const last = [&](std::string_view type)
         {
             Values own = m_file.ParametersOf(entity, type);
-            return own.empty() ? Part21Value() : own.back();
+            return own.empty() ? Part21Parameter() : own.back();
         };
-        for (Part21Value const& word : last("GEOMETRIC_TOLERANCE_WITH_MODIFIERS").items)
+        for (Part21Parameter const& word : last("GEOMETRIC_TOLERANCE_WITH_MODIFIERS").items)
             tolerance.modifiers.push_back(Words(word.text));
-        if (Part21Value const word = last("MODIFIED_GEOMETRIC_TOLERANCE"); !word.text.empty())
+        if (Part21Parameter const word = last("MODIFIED_GEOMETRIC_TOLERANCE"); !word.text.empty())
             tolerance.modifiers.push_back(Words(word.text));
         tolerance.most = LengthOf(last("GEOMETRIC_TOLERANCE_WITH_MAXIMUM_TOLERANCE").reference);
         tolerance.displacement = LengthOf(last("UNEQUALLY_DISPOSED_GEOMETRIC_TOLERANCE").reference);
@@ -262,8 +262,8 @@ private:
         std::vector<std::string> modifiers;
         if (values.size() < 6)
             return modifiers;
-        for (Part21Value const& modifier : values[5].items)
-            if (modifier.kind == Part21Value::Kind::kReference)
+        for (Part21Parameter const& modifier : values[5].items)
+            if (modifier.kind == Part21Parameter::Kind::kReference)
             {
                 Values const with = ParametersOf(modifier.reference);
                 std::string text = with.empty() ? std::string() : Words(with[0].text);
@@ -271,7 +271,7 @@ private:
                     text += fmt::format(" {:.10g}", *length);
                 modifiers.push_back(text);
             }
-            else if (modifier.kind == Part21Value::Kind::kWord)
+            else if (modifier.kind == Part21Parameter::Kind::kWord)
                 modifiers.push_back(Words(modifier.text));
             else if (!modifier.items.empty())
                 modifiers.push_back(Words(modifier.items[0].text));

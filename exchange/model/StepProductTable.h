@@ -43,14 +43,14 @@ struct StepUsage
 
 /// The products and usages of a STEP file, by the numbers of their entities (PRODUCT_DEFINITION and
 /// NEXT_ASSEMBLY_USAGE_OCCURRENCE).
-struct StepProducts
+struct StepProductTable
 {
     std::unordered_map<Part21File::Number, StepProduct> products;
     std::unordered_map<Part21File::Number, StepUsage> usages;
     /// Each property definition that is a property here or that Open CASCADE reads, with what belongs to it.
     std::unordered_set<Part21File::Number> carried;
 
-    static StepProducts Of(Part21File const& file);
+    static StepProductTable Of(Part21File const& file);
 };
 
 }  // namespace KVR

@@ -1,4 +1,4 @@
-#include "exchange/model/StepProducts.h"
+#include "exchange/model/StepProductTable.h"
 
 #include <cmath>
 #include <optional>
@@ -32,7 +32,7 @@ std::string Joined(std::string const& property, std::string const& item)
 class ProductReader
 {
 public:
-    ProductReader(Part21File const& file, StepProducts& result) : m_file(file), m_result(result) {}
+    ProductReader(Part21File const& file, StepProductTable& result) : m_file(file), m_result(result) {}
 
     void Read()
     {
@@ -188,7 +188,7 @@ private:
     }
 
     Part21File const& m_file;
-    StepProducts& m_result;
+    StepProductTable& m_result;
     List m_definitions;
     List m_usages;
     List m_categories;
@@ -200,9 +200,9 @@ private:
 
 }  // namespace
 
-StepProducts StepProducts::Of(Part21File const& file)
+StepProductTable StepProductTable::Of(Part21File const& file)
 {
-    StepProducts result;
+    StepProductTable result;
     ProductReader(file, result).Read();
     return result;
 }

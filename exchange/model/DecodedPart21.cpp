@@ -1,4 +1,4 @@
-#include "exchange/model/Part21Text.h"
+#include "exchange/model/DecodedPart21.h"
 
 #include <charconv>
 #include <cstdint>
@@ -106,7 +106,7 @@ bool TakeEscape(std::string_view& rest, std::string& text)
 
 }  // namespace
 
-std::string Part21Text(std::string_view quoted)
+std::string DecodedPart21(std::string_view quoted)
 {
     std::string text;
     text.reserve(quoted.size());
