@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "exchange/ExportScene.h"
+#include "exchange/run/StageProgress.h"
 #include "scene/Scene.h"
 
 namespace KVR
@@ -25,6 +26,11 @@ private:
 /// What a format's writer gets: the scene, the path to write to, and where to count.
 struct ExportTask
 {
+    ExportTask(IProducer& producer, Scene const& scene, ExportOptions const& options, std::string path, TellStage tell)
+        : producer(producer), scene(scene), options(options), path(std::move(path)), tell(std::move(tell))
+    {
+    }
+
     IProducer& producer;
     Scene const& scene;
     ExportOptions const& options;
@@ -32,6 +38,15 @@ struct ExportTask
     /// the writer puts beside it go to their places together.
     std::string path;
     NotCarriedCounts notCarried;
+    /// Told how far the writing is.
+    TellStage tell;
+
+    /// For a writer that goes through all occurrences: tells that it has come to another one.
+    void NextOccurrence();
+
+private:
+    unsigned long long m_occurrences = 0;
+    unsigned long long m_allOccurrences = 0;
 };
 
 }  // namespace KVR

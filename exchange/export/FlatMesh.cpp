@@ -34,7 +34,7 @@ class FlatWalk
 public:
     FlatWalk(ExportTask& task, std::function<void(FlatGroup const&)> const& use,
              std::function<void(FlatLines const&)> const& useLines)
-        : m_task(task), m_use(use), m_useLines(useLines), m_meshes(task.options.deflection)
+        : m_task(task), m_use(use), m_useLines(useLines), m_meshes(task.options.quality)
     {
     }
 
@@ -42,6 +42,7 @@ public:
     {
         for (OccurrenceWalk walk(m_task.scene); walk.Next();)
         {
+            m_task.NextOccurrence();
             if (!walk.State().isVisible)
             {
                 m_task.notCarried.Add("hidden occurrences");
@@ -93,7 +94,7 @@ private:
 
     SceneLines LinesOf(SceneGeometry const& geometry) const
     {
-        CurveTolerance const tolerance{m_task.options.deflection, 0.0};
+        CurveTolerance const tolerance = CurvePoints::ToleranceOf(m_task.options.quality.deflection);
         switch (geometry.kind)
         {
             case GeometryKind::kBody:

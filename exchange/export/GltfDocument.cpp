@@ -170,6 +170,7 @@ void GltfDocument::AddOccurrences()
     std::vector<int> nodes;
     for (OccurrenceWalk walk(m_scene); walk.Next();)
     {
+        m_task.NextOccurrence();
         if (!walk.State().isVisible)
         {
             m_task.notCarried.Add("hidden occurrences");
@@ -303,7 +304,7 @@ std::vector<GltfDocument::Drawing> const& GltfDocument::DrawingsOf(SceneGeometry
     std::vector<Drawing>& drawings = entry->second;
     if (!isNew)
         return drawings;
-    CurveTolerance const tolerance{m_task.options.deflection, 0.0};
+    CurveTolerance const tolerance = CurvePoints::ToleranceOf(m_task.options.quality.deflection);
     switch (geometry.kind)
     {
         case GeometryKind::kMesh:
@@ -315,7 +316,7 @@ std::vector<GltfDocument::Drawing> const& GltfDocument::DrawingsOf(SceneGeometry
         }
         case GeometryKind::kBody:
         {
-            SceneMesh const mesh = SceneMesh::Of(*geometry.body, m_task.options.deflection);
+            SceneMesh const mesh = SceneMesh::Of(*geometry.body, m_task.options.quality);
             m_task.notCarried.Add("faces that could not be meshed", mesh.facesWithoutTriangles);
             AddTriangles(drawings, mesh);
             if (mesh.runs.empty() && geometry.body->Body())

@@ -111,10 +111,11 @@ struct ShapeDocument
         std::vector<Target> second;
     };
 
-    /// What is said of a part or assembly beside its name.
+    /// What is said of a part or assembly, its name with the blanks that the writer takes off.
     struct Product
     {
         TDF_Label label;
+        std::string name;
         std::string number;
         std::string revision;
         std::string revisionDescription;
@@ -123,10 +124,11 @@ struct ShapeDocument
         std::vector<SceneProperty> properties;
     };
 
-    /// What is said of a component in its place beside its name.
+    /// What is said of a component in its place.
     struct Usage
     {
         TDF_Label label;
+        std::string name;
         std::string id;
         std::string description;
         std::string designator;

@@ -1,12 +1,9 @@
-#include <stdexcept>
-
 #include "exchange/export/BrepFile.h"
 #include "exchange/export/Export.h"
 #include "exchange/export/Formats.h"
 #include "exchange/export/ShapeDocument.h"
 #include "exchange/export/ShapeDocumentBuilder.h"
 #include "exchange/export/StepFile.h"
-#include "exchange/run/KernelFailure.h"
 #include "exchange/run/NewFile.h"
 
 namespace KVR
@@ -18,24 +15,17 @@ namespace
 template <class Writer>
 void WriteShapes(ExportTask& task, Writer write)
 {
-    try
-    {
-        ShapeDocument document = ShapeDocumentBuilder(task).Build();
-        NewFile file(task.path);
-        write(std::move(document), file.Out());
-        file.Finish();
-    }
-    catch (Standard_Failure const& failure)
-    {
-        throw std::runtime_error("Open CASCADE refuses it: " + KernelFailureText(failure));
-    }
+    ShapeDocument document = ShapeDocumentBuilder(task).Build();
+    NewFile file(task.path);
+    write(std::move(document), file.Out());
+    file.Finish();
 }
 
 }  // namespace
 
 void ExportStep(ExportTask& task)
 {
-    WriteShapes(task, &WriteStepFile);
+    WriteShapes(task, [&](ShapeDocument document, Output& out) { WriteStepFile(std::move(document), out, task.tell); });
 }
 
 void ExportBrep(ExportTask& task)
