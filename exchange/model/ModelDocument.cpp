@@ -2,14 +2,8 @@
 
 #include <BRepTools.hxx>
 #include <BRep_Builder.hxx>
-#include <BRep_Tool.hxx>
 #include <BinTools.hxx>
-#include <Poly_Triangulation.hxx>
-#include <RWGltf_CafReader.hxx>
-#include <RWObj_CafReader.hxx>
-#include <RWStl.hxx>
 #include <TDataStd_Name.hxx>
-#include <TopoDS_Face.hxx>
 #include <XCAFDoc_DocumentTool.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
 #include <filesystem>
@@ -17,7 +11,6 @@
 
 #include "exchange/model/CadReaders.h"
 #include "exchange/model/ModelError.h"
-#include "exchange/model/PlyReader.h"
 #include "framework/api/LengthUnits.h"
 #include "framework/kernel/KernelMessages.h"
 
@@ -36,15 +29,6 @@ void AddShape(ModelDocument& model, TopoDS_Shape const& shape, std::string const
     auto const shapes = XCAFDoc_DocumentTool::ShapeTool(model.document->Main());
     TDF_Label const label = shapes->AddShape(shape, false);
     TDataStd_Name::Set(label, TCollection_ExtendedString(std::filesystem::path(path).stem().c_str(), true));
-}
-
-void AddTriangulation(ModelDocument& model, Handle(Poly_Triangulation) const& triangulation, std::string const& path)
-{
-    if (triangulation.IsNull() || triangulation->NbTriangles() == 0)
-        throw ModelError("it holds no triangles");
-    TopoDS_Face face;
-    BRep_Builder().MakeFace(face, triangulation);
-    AddShape(model, face, path);
 }
 
 // Both forms may start with a line end; the word behind it tells them apart.
@@ -78,56 +62,6 @@ void ReadBrep(ModelDocument& model, std::string const& path)
     AddShape(model, shape, path);
 }
 
-void ReadStl(ModelDocument& model, std::string const& path, Message_ProgressRange const& progress)
-{
-    AddTriangulation(model, RWStl::ReadFile(path.c_str(), progress), path);
-}
-
-template <class Reader>
-void ReadMeshModel(ModelDocument& model, Reader& reader, std::string const& path, Message_ProgressRange const& progress)
-{
-    reader.SetDocument(model.document);
-    reader.SetSystemLengthUnit(MetresOf(model.unit));
-    reader.SetSystemCoordinateSystem(RWMesh_CoordinateSystem_Zup);
-    if (!reader.Perform(path.c_str(), progress))
-        throw ModelError("it is damaged, or holds no meshes");
-}
-
-// Compressed meshes arrive empty, and the reader does not say so.
-void RefuseCompression(std::string const& path)
-{
-    constexpr std::size_t kMostJson = std::size_t{64} * 1024 * 1024;
-    std::ifstream file(path, std::ios::binary);
-    std::string text(std::min<std::uintmax_t>(kMostJson, std::filesystem::file_size(path)), '\0');
-    file.read(text.data(), static_cast<std::streamsize>(text.size()));
-    auto const required = text.find("\"extensionsRequired\"");
-    if (required == std::string::npos)
-        return;
-    std::string const list = text.substr(required, text.find(']', required) - required);
-    for (char const* const extension : {"KHR_draco_mesh_compression", "EXT_meshopt_compression"})
-        if (list.find(extension) != std::string::npos)
-            throw ModelError(std::string("its meshes are compressed with ") + extension + ", which cannot be read");
-}
-
-void ReadGltf(ModelDocument& model, std::string const& path, Message_ProgressRange const& progress)
-{
-    RefuseCompression(path);
-    model.unit = kUnitType_Meter;
-    model.isUnitStated = true;
-    RWGltf_CafReader reader;
-    reader.SetFileLengthUnit(1.0);
-    reader.SetMeshNameAsFallback(true);
-    ReadMeshModel(model, reader, path, progress);
-}
-
-void ReadObj(ModelDocument& model, std::string const& path, Message_ProgressRange const& progress)
-{
-    RWObj_CafReader reader;
-    reader.SetFileLengthUnit(MetresOf(model.unit));
-    reader.SetFileCoordinateSystem(RWMesh_CoordinateSystem_Zup);
-    ReadMeshModel(model, reader, path, progress);
-}
-
 }  // namespace
 
 ModelDocument ModelDocument::Read(std::string const& path, ModelFormat format, ModelReadOptions const& options)
@@ -157,18 +91,8 @@ ModelDocument ModelDocument::Read(std::string const& path, ModelFormat format, M
             case ModelFormat::kBrep:
                 ReadBrep(model, absolute);
                 break;
-            case ModelFormat::kGltf:
-                ReadGltf(model, absolute, progress);
-                break;
-            case ModelFormat::kStl:
-                ReadStl(model, absolute, progress);
-                break;
-            case ModelFormat::kObj:
-                ReadObj(model, absolute, progress);
-                break;
-            case ModelFormat::kPly:
-                AddTriangulation(model, ReadPly(absolute), absolute);
-                break;
+            default:
+                throw ModelError("its format has meshes alone");
         }
     }
     catch (Standard_Failure const& failure)
