@@ -7,7 +7,7 @@
 #include <string_view>
 #include <system_error>
 
-#include "exchange/export/Export.h"
+#include "exchange/export/ExportTask.h"
 #include "exchange/export/Formats.h"
 #include "exchange/run/ChildProcess.h"
 #include "exchange/run/Heard.h"
@@ -150,29 +150,6 @@ ExportResult ExportTo(std::string const& path, Progress const& progress, Work co
 }
 
 }  // namespace
-
-void NotCarriedCounts::Add(std::string const& kind, unsigned long long count)
-{
-    if (count == 0)
-        return;
-    auto const found =
-        std::find_if(m_counts.begin(), m_counts.end(), [&](auto const& entry) { return entry.first == kind; });
-    if (found == m_counts.end())
-        m_counts.emplace_back(kind, count);
-    else
-        found->second += count;
-}
-
-std::string NotCarriedCounts::Sentence() const
-{
-    std::string sentence;
-    for (auto const& [kind, count] : m_counts)
-    {
-        sentence += sentence.empty() ? "not in it: " : ", ";
-        sentence += std::to_string(count) + ' ' + kind;
-    }
-    return sentence;
-}
 
 bool IsExportFormat(std::string const& path)
 {

@@ -5,7 +5,6 @@
 #include <limits>
 #include <unordered_set>
 
-#include "exchange/export/OccurrenceLimit.h"
 #include "framework/api/kvr_api.h"
 #include "framework/kernel/entity.h"
 #include "scene/OccurrenceWalk.h"

@@ -5,7 +5,7 @@
 #include <functional>
 #include <string>
 
-#include "exchange/export/Export.h"
+#include "exchange/export/ExportTask.h"
 #include "scene/CurvePoints.h"
 #include "scene/SceneMesh.h"
 

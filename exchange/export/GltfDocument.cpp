@@ -5,7 +5,6 @@
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 
-#include "exchange/export/OccurrenceLimit.h"
 #include "framework/api/kvr_api.h"
 #include "framework/kernel/entity.h"
 #include "scene/Transform.h"

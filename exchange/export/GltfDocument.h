@@ -8,7 +8,7 @@
 #include <tuple>
 #include <vector>
 
-#include "exchange/export/Export.h"
+#include "exchange/export/ExportTask.h"
 #include "scene/CurvePoints.h"
 #include "scene/OccurrenceWalk.h"
 #include "scene/SceneMesh.h"

@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "exchange/export/Export.h"
+#include "exchange/export/ExportTask.h"
 #include "scene/Scene.h"
 
 namespace KVR

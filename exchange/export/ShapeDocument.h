@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "exchange/conventions/AnnotationDetails.h"
-#include "exchange/export/Export.h"
+#include "exchange/export/ExportTask.h"
 #include "framework/api/Enums.h"
 
 namespace KVR

@@ -19,7 +19,6 @@
 #include "framework/api/IFile.h"
 #include "framework/api/UTF16String.h"
 #include "framework/api/UTF8String.h"
-#include "scene/SceneTotals.h"
 
 namespace KVR
 {
@@ -111,9 +110,7 @@ void ShapeDocumentBuilder::CheckSize() const
 {
     if (m_scene.Root() == kNoIndex)
         throw std::runtime_error("the scene has no component to write");
-    if (SceneTotals::Of(m_scene).occurrences > kMostOccurrences)
-        throw std::runtime_error(
-            "the scene has more than 1,000,000 occurrences, beyond what is written in this format");
+    RefuseMoreOccurrences(m_scene, kMostOccurrences);
 }
 
 void ShapeDocumentBuilder::AddRoots()

@@ -1,7 +1,7 @@
 #include <stdexcept>
 
 #include "exchange/export/BrepFile.h"
-#include "exchange/export/Export.h"
+#include "exchange/export/ExportTask.h"
 #include "exchange/export/Formats.h"
 #include "exchange/export/ShapeDocument.h"
 #include "exchange/export/ShapeDocumentBuilder.h"
