@@ -1,11 +1,13 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "exchange/Export.h"
 #include "exchange/Progress.h"
 #include "exchange/source/SceneOptions.h"
+#include "framework/api/Enums.h"
 #include "scene/SceneFilter.h"
 
 namespace KVR
@@ -20,6 +22,14 @@ struct ExportOptions
     /// How far the triangles of a body without a mesh may be from it, and the lines of a curve from each piece of it,
     /// as a fraction of the diagonal of the box.
     double deflection = 1e-3;
+    /// The unit of length of STL, OBJ and PLY, which state none; the scene's unless given.
+    std::optional<UnitTypeEnum> unit;
+    /// Whether what is hidden is in glTF all the same, marked as hidden.
+    bool hiddenNodes = false;
+    /// Whether the numbers of glTF are compressed; a failure where CanCompress says no.
+    bool compress = false;
+    /// Whether STEP has the curves of edges in the parameters of their surfaces, too, which readers find by themselves.
+    bool parameterCurves = false;
     /// Whether a mesh without a body is written to STEP and BREP as flat faces.
     bool meshFaces = false;
 };
@@ -39,6 +49,8 @@ struct ExportResult
 KVR_EXCHANGE_API bool IsExportFormat(std::string const& path);
 /// The extensions of all formats, for a message: ".glb .gltf ...".
 KVR_EXCHANGE_API std::string ExportFormats();
+/// Whether this build has an encoder for ExportOptions::compress.
+KVR_EXCHANGE_API bool CanCompress();
 
 /// Reads a scene file and writes it in the format of the extension of `path`. The file and those
 /// beside it (".bin", ".mtl") appear whole, itself last, or not at all; what was there is replaced. Works in a child

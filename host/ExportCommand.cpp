@@ -5,6 +5,7 @@
 #include "host/CommonOptions.h"
 #include "host/ImportCommand.h"
 #include "host/LongWork.h"
+#include "host/UnitWords.h"
 #include "output/SafeText.h"
 
 namespace KVR
@@ -41,6 +42,18 @@ ExportCommand::ExportCommand(CLI::App& program)
         ->type_name("PERCENT")
         ->check(&ProblemOfPercentage)
         ->capture_default_str();
+    Arguments()
+        .add_option("--unit", m_unit, "The unit of length of STL, OBJ and PLY; the scene's unless given")
+        ->type_name("UNIT")
+        ->check(CLI::IsMember(UnitWords()));
+    Arguments().add_flag("--hidden-nodes", m_options.hiddenNodes, "Write what is hidden to glTF, too, marked as hidden");
+    Arguments()
+        .add_flag("--compress", m_options.compress, "Compress the numbers of glTF (EXT_meshopt_compression)")
+        ->check([](std::string const&)
+                { return CanCompress() ? std::string() : "this build has no encoder for it"; });
+    Arguments().add_flag("--pcurves", m_options.parameterCurves,
+                         "Write to STEP the curves of edges in the parameters of surfaces, too, for readers that do not "
+                         "compute them");
     Arguments().add_flag("--mesh-faces", m_options.meshFaces,
                          "Write a mesh without a body to STEP and BREP as a shell of flat faces");
     AddInsecureOption(Arguments(), m_scene);
@@ -49,6 +62,8 @@ ExportCommand::ExportCommand(CLI::App& program)
 
 ExitStatus ExportCommand::Run()
 {
+    if (!m_unit.empty())
+        m_options.unit = UnitOf(m_unit);
     m_options.deflection = DeflectionOf(m_deflection).value;
     ExportResult const result =
         Watched(false, [&](Progress const& progress) { return ExportScene(m_scene, m_target, m_options, progress); });

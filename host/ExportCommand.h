@@ -20,6 +20,7 @@ private:
     SceneOptions m_scene;
     std::string m_target;
     ExportOptions m_options;
+    std::string m_unit;
     std::string m_deflection = "0.1%";
     bool m_isQuiet = false;
 };

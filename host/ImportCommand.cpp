@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "host/LongWork.h"
+#include "host/UnitWords.h"
 #include "output/Output.h"
 #include "output/SafeText.h"
 
@@ -18,21 +19,6 @@ namespace KVR
 
 namespace
 {
-
-// The units of length by their words, in the order of their enumerators.
-std::vector<std::string> const& UnitWords()
-{
-    static std::vector<std::string> const words = {"micrometer", "millimeter", "centimeter", "decimeter",
-                                                   "meter",      "kilometer",  "microinch",  "mil",
-                                                   "inch",       "foot",       "yard",       "mile"};
-    return words;
-}
-
-UnitTypeEnum UnitOf(std::string const& word)
-{
-    auto const place = std::find(UnitWords().begin(), UnitWords().end(), word) - UnitWords().begin();
-    return static_cast<UnitTypeEnum>(kUnitType_Micrometer + place);
-}
 
 std::string Counted(std::size_t count, char const* one, char const* many)
 {

@@ -10,6 +10,10 @@ namespace KVR
 inline constexpr char kBodyTypeId[] = "kvr.body";
 /// On a style: what glTF's metallic-roughness model says, as JSON.
 inline constexpr char kPbrTypeId[] = "gltf.pbrMetallicRoughness";
+/// On a style: what else glTF says of a material, as JSON (GltfMaterialDetails).
+inline constexpr char kMaterialTypeId[] = "gltf.material";
+/// On a texture: how glTF samples it, as JSON (GltfSamplerDetails).
+inline constexpr char kSamplerTypeId[] = "gltf.sampler";
 /// On a callout: "dimension", "tolerance" or "datum".
 inline constexpr char kAnnotationKindTypeId[] = "kvr.annotation.kind";
 /// On a callout: what it speaks of, by ids with commas between them.

@@ -73,17 +73,17 @@ bool IsMissing(Scene::Cut const& cut)
 
 // Writes the file that is to become `target` at `path`. Nothing, when it is not to go on; else the remarks.
 std::optional<std::vector<std::string>> Write(IProducer& producer, UTF8String const& rootId, std::string const& target,
-                                              std::string const& path, ExportOptions const& options,
-                                              Progress const& progress)
+                                              std::string const& path, std::string const& folder,
+                                              ExportOptions const& options, Progress const& progress)
 {
     Scene const scene(producer, rootId, options.filter);
     if (!Begin(progress, kStage_Writing))
         return {};
-    ExportTask task{producer, scene, options, path, {}};
+    ExportTask task{producer, scene, options, path, folder, {}};
     auto const cuts = std::count_if(scene.Cuts().begin(), scene.Cuts().end(), &IsMissing);
     task.notCarried.Add("instances without a target, or in a cycle", static_cast<unsigned long long>(cuts));
     FormatOf(target)->write(task);
-    std::vector<std::string> remarks;
+    std::vector<std::string> remarks = std::move(task.remarks);
     if (std::string sentence = task.notCarried.Sentence(); !sentence.empty())
         remarks.push_back(std::move(sentence));
     return remarks;
@@ -107,7 +107,8 @@ void ExportHere(SceneOptions const& sceneOptions, std::string const& target, std
             voice.Progress(report);
             return true;
         };
-        auto const remarks = Write(file.Producer(), *reading.rootId, target, path, options, tell);
+        auto const remarks = Write(file.Producer(), *reading.rootId, target, path,
+                                   std::filesystem::path(sceneOptions.path).parent_path().string(), options, tell);
         for (std::string const& remark : remarks.value())
             voice.Remark(remark);
     }
@@ -198,7 +199,7 @@ ExportResult ExportScene(IProducer& producer, UTF8String const& rootId, std::str
         return ExportTo(path, heard,
                         [&](std::string const& inside, ExportResult& result)
                         {
-                            auto remarks = Write(producer, rootId, path, inside, options, heard);
+                            auto remarks = Write(producer, rootId, path, inside, {}, options, heard);
                             if (remarks)
                                 result = {Outcome::kDone, {}, std::move(*remarks)};
                         });

@@ -33,8 +33,11 @@ std::string NotCarriedCounts::Sentence() const
 
 void RefuseMoreOccurrences(Scene const& scene, unsigned long long limit)
 {
+    std::string number = std::to_string(limit);
+    for (std::size_t place = number.size(); place > 3; place -= 3)
+        number.insert(place - 3, ",");
     if (SceneTotals::Of(scene).occurrences > limit)
-        throw std::runtime_error("the scene has more than " + std::to_string(limit) +
+        throw std::runtime_error("the scene has more than " + number +
                                  " occurrences, which no other program would open; --only exports a part of it");
 }
 

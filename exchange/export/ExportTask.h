@@ -31,7 +31,11 @@ struct ExportTask
     /// The file to write. It has the target's name and stands in a folder of its own, from which it and all files that
     /// the writer puts beside it go to their places together.
     std::string path;
+    /// That of the scene, from which it names files; empty for the current one.
+    std::string folder;
     NotCarriedCounts notCarried;
+    /// What else is to be said, each a sentence without its full stop.
+    std::vector<std::string> remarks = {};
 };
 
 /// Throws std::runtime_error for a scene with more occurrences than that, counted without walking them: a few

@@ -126,6 +126,8 @@ struct ShapeDocument
     std::vector<TDF_Label> colorlessParts;
     std::vector<View> views;
     std::vector<Callout> callouts;
+    /// Whether a STEP file has the curves of edges in the parameters of their surfaces, too.
+    bool parameterCurves = false;
     NotCarriedCounts& notCarried;
 };
 

@@ -85,6 +85,7 @@ ShapeDocument ShapeDocumentBuilder::Build()
         m_document.unit = m_scene.Unit();
         m_document.metresPerUnit = m_scene.MetresPerUnit();
     }
+    m_document.parameterCurves = m_task.options.parameterCurves;
     // Without Open CASCADE's application, which would stay to the end of the process.
     m_document.document = new TDocStd_Document("BinXCAF");
     XCAFDoc_DocumentTool::Set(m_document.document->Main());

@@ -26,7 +26,7 @@ using opencascade::handle;
 constexpr int kAp242 = 5;
 
 // Open CASCADE keeps them for the whole process, and a writer reads them when it is made.
-void SetParameters(UnitTypeEnum unit)
+void SetParameters(UnitTypeEnum unit, bool parameterCurves)
 {
     // What Open CASCADE tells of its work is nobody's question here.
     Message::DefaultMessenger()->ChangePrinters().Clear();
@@ -34,6 +34,7 @@ void SetParameters(UnitTypeEnum unit)
     Interface_Static::SetIVal("write.step.schema", kAp242);
     Interface_Static::SetIVal("write.step.assembly", 2);
     Interface_Static::SetIVal("write.step.vertex.mode", 0);
+    Interface_Static::SetIVal("write.surfacecurve.mode", parameterCurves ? 1 : 0);
     Interface_Static::SetIVal("write.stepcaf.subshapes.name", 0);
     // The uncertainty that the file states is the greatest tolerance: a reader repairs what is wider than it.
     Interface_Static::SetIVal("write.precision.mode", 1);
@@ -44,7 +45,7 @@ void SetParameters(UnitTypeEnum unit)
 
 ShapeDocument Prepared(ShapeDocument document)
 {
-    SetParameters(document.unit);
+    SetParameters(document.unit, document.parameterCurves);
     return document;
 }
 
