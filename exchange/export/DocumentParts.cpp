@@ -1,6 +1,8 @@
 #include "exchange/export/DocumentParts.h"
 
+#include <BRepGProp.hxx>
 #include <BRep_Builder.hxx>
+#include <GProp_GProps.hxx>
 #include <NCollection_DataMap.hxx>
 #include <Quantity_ColorRGBA.hxx>
 #include <TCollection_HAsciiString.hxx>
@@ -24,6 +26,7 @@
 #include <sstream>
 
 #include "exchange/export/DocumentText.h"
+#include "exchange/export/ShapePlacement.h"
 #include "framework/api/IAnnotationCallout.h"
 #include "scene/SceneNote.h"
 
@@ -52,11 +55,12 @@ std::vector<std::string> ReferencesOf(ExportTask const& task)
     return all;
 }
 
-PartShapes::Options OptionsOf(ExportTask const& task, ShapeDocument const& document)
+PartShapes::Options OptionsOf(ExportTask const& task, ShapeDocument const& document, bool hasTriangles)
 {
     PartShapes::Options options;
     options.metresPerUnit = document.metresPerUnit;
-    options.meshFaces = task.options.meshFaces;
+    using Meshes = PartShapes::Options::Meshes;
+    options.meshes = !task.options.meshFaces ? Meshes::kCount : hasTriangles ? Meshes::kLeave : Meshes::kFaces;
     for (SceneLayer const& layer : task.scene.Layers())
         for (std::string_view const item : layer.items)
             options.wantedSubShapes.emplace(item);
@@ -88,12 +92,13 @@ private:
     NCollection_DataMap<TopoDS_Shape, TDF_Label, TopTools_ShapeMapHasher> m_labels;
 };
 
-DocumentParts::DocumentParts(ExportTask& task, ShapeDocument& document)
+DocumentParts::DocumentParts(ExportTask& task, ShapeDocument& document, bool hasTriangles)
     : m_task(task),
+      m_tessellates(hasTriangles && task.options.meshFaces),
       m_document(document),
       m_shapes(XCAFDoc_DocumentTool::ShapeTool(document.document->Main())),
       m_colors(XCAFDoc_DocumentTool::ColorTool(document.document->Main())),
-      m_partShapes(OptionsOf(task, document), document.notCarried)
+      m_partShapes(OptionsOf(task, document, hasTriangles), document.notCarried)
 {
     for (SceneLayer const& layer : task.scene.Layers())
     {
@@ -129,8 +134,13 @@ TDF_Label DocumentParts::Add(SceneComponent const& component, gp_Mat const& chan
     TDataStd_Name::Set(part, DocumentText(std::string(component.label)));
     Style(component, part, items, isWhole);
     // Those of an assembly speak of all of it.
+    gp_Mat unchanged;
+    unchanged.SetIdentity();
     if (component.kind == SceneComponent::Kind::kPart)
-        AddProperties(component, part);
+        // What is said of the component holds for no copy that is scaled or mirrored.
+        AddProperties(component, part, ElementsOf(change) == ElementsOf(unchanged));
+    AddMeasures(part, shape);
+    AddTessellations(component, part, change);
     std::string const id(component.id);
     Note(id, {part});
     NoteTarget(id, part, items.size() == 1 ? items.front().shape : TopoDS_Shape());
@@ -215,7 +225,7 @@ std::optional<ShapeDocument::Target> DocumentParts::TargetOf(std::string const& 
     return found->second.front();
 }
 
-void DocumentParts::AddProperties(SceneComponent const& component, TDF_Label const& label)
+void DocumentParts::AddProperties(SceneComponent const& component, TDF_Label const& label, bool withMeasures)
 {
     double const scale = component.metresPerUnit / m_document.metresPerUnit;
     std::string material;
@@ -228,6 +238,8 @@ void DocumentParts::AddProperties(SceneComponent const& component, TDF_Label con
         auto const* const text = std::get_if<std::string>(&property.value);
         std::optional<double> const number = NumberOf(property);
         gp_XYZ point;
+        if (!withMeasures && property.name.starts_with("geometric validation property: "))
+            continue;
         if (property.name == "geometric validation property: volume" && number)
             XCAFDoc_Volume::Set(label, *number * scale * scale * scale);
         else if (property.name == "geometric validation property: area" && number)
@@ -253,6 +265,54 @@ void DocumentParts::AddProperties(SceneComponent const& component, TDF_Label con
             label, new TCollection_HAsciiString(material.c_str()), new TCollection_HAsciiString(description.c_str()),
             density, new TCollection_HAsciiString("density measure"),
             new TCollection_HAsciiString(densityType.empty() ? "POSITIVE_RATIO_MEASURE" : densityType.c_str()));
+}
+
+void DocumentParts::AddMeasures(TDF_Label const& part, TopoDS_Shape const& shape)
+{
+    bool const hasVolume = part.IsAttribute(XCAFDoc_Volume::GetID());
+    bool const hasArea = part.IsAttribute(XCAFDoc_Area::GetID());
+    bool const hasCentroid = part.IsAttribute(XCAFDoc_Centroid::GetID());
+    TopExp_Explorer solids(shape, TopAbs_SOLID);
+    if (!solids.More() || (hasVolume && hasArea && hasCentroid))
+        return;
+    GProp_GProps volume;
+    GProp_GProps area;
+    for (; solids.More(); solids.Next())
+    {
+        GProp_GProps ofSolid;
+        BRepGProp::VolumeProperties(solids.Current(), ofSolid);
+        volume.Add(ofSolid);
+        GProp_GProps ofFaces;
+        BRepGProp::SurfaceProperties(solids.Current(), ofFaces);
+        area.Add(ofFaces);
+    }
+    auto const isGood = [](double measure) { return std::isfinite(measure) && measure > 0.0; };
+    if (!isGood(volume.Mass()) || !isGood(area.Mass()))
+        return;
+    if (!hasVolume)
+        XCAFDoc_Volume::Set(part, volume.Mass());
+    if (!hasArea)
+        XCAFDoc_Area::Set(part, area.Mass());
+    if (!hasCentroid)
+        XCAFDoc_Centroid::Set(part, volume.CentreOfMass());
+}
+
+void DocumentParts::AddTessellations(SceneComponent const& component, TDF_Label const& part, gp_Mat const& change)
+{
+    if (!m_tessellates)
+        return;
+    auto const m = ElementsOf(change);
+    Matrix const changed{m[0], m[1], m[2], 0, m[3], m[4], m[5], 0, m[6], m[7], m[8], 0, 0, 0, 0, 1};
+    for (SceneGeometry const& geometry : component.geometry)
+    {
+        if (geometry.kind != GeometryKind::kMesh || !geometry.bodyId.empty())
+            continue;
+        Matrix const unit = Scaling(geometry.metresPerUnit / m_document.metresPerUnit);
+        m_document.tessellations.push_back({part, std::string(geometry.label), geometry.mesh,
+                                            Product(changed, Product(unit, geometry.transform)),
+                                            geometry.style ? geometry.style : component.style, !geometry.isVisible,
+                                            &m_task.scene});
+    }
 }
 
 void DocumentParts::AddLayers()

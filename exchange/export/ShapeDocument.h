@@ -110,6 +110,20 @@ struct ShapeDocument
         std::vector<Target> second;
     };
 
+    /// A mesh without a body, for formats that have triangles beside shapes.
+    struct Tessellation
+    {
+        TDF_Label part;
+        std::string name;
+        IPolygonMesh* mesh = nullptr;
+        /// To the part, in the document's unit.
+        Matrix place = kIdentity;
+        /// Null for none.
+        SceneStyle const* style = nullptr;
+        bool isHidden = false;
+        Scene const* scene = nullptr;
+    };
+
     opencascade::handle<TDocStd_Document> document;
     UnitTypeEnum unit = kUnitType_Millimeter;
     double metresPerUnit = 1e-3;
@@ -126,6 +140,9 @@ struct ShapeDocument
     std::vector<TDF_Label> colorlessParts;
     std::vector<View> views;
     std::vector<Callout> callouts;
+    std::vector<Tessellation> tessellations;
+    /// When the scene was made, as ISO 8601; empty when it does not say.
+    std::string creationTime;
     /// Whether a STEP file has the curves of edges in the parameters of their surfaces, too.
     bool parameterCurves = false;
     NotCarriedCounts& notCarried;

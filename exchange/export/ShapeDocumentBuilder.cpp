@@ -6,7 +6,9 @@
 #include <XCAFDoc_DocumentTool.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <ctime>
 #include <stdexcept>
 
 #include "exchange/export/DocumentDrawings.h"
@@ -17,6 +19,7 @@
 #include "framework/api/FileProperties.h"
 #include "framework/api/IComponent.h"
 #include "framework/api/IFile.h"
+#include "framework/api/Time.h"
 #include "framework/api/UTF16String.h"
 #include "framework/api/UTF8String.h"
 
@@ -72,8 +75,8 @@ bool HasOwnGeometry(SceneComponent const& component)
 
 }  // namespace
 
-ShapeDocumentBuilder::ShapeDocumentBuilder(ExportTask& task)
-    : m_task(task), m_scene(task.scene), m_document(task.notCarried)
+ShapeDocumentBuilder::ShapeDocumentBuilder(ExportTask& task, bool hasTriangles)
+    : m_task(task), m_hasTriangles(hasTriangles), m_scene(task.scene), m_document(task.notCarried)
 {
 }
 
@@ -92,7 +95,7 @@ ShapeDocument ShapeDocumentBuilder::Build()
     XCAFDoc_DocumentTool::SetLengthUnit(m_document.document, m_document.metresPerUnit, UnitsMethods_LengthUnit_Meter);
     XCAFDoc_ShapeTool::SetAutoNaming(Standard_False);
     m_shapes = XCAFDoc_DocumentTool::ShapeTool(m_document.document->Main());
-    m_parts = std::make_unique<DocumentParts>(m_task, m_document);
+    m_parts = std::make_unique<DocumentParts>(m_task, m_document, m_hasTriangles);
     AddRoots();
     m_shapes->UpdateAssemblies();
     DocumentLooks looks(m_task, m_document, *m_parts);
@@ -148,6 +151,13 @@ void ShapeDocumentBuilder::AddFileProperties(FileProperties const* properties)
         m_document.organization = UTF8String(text).Value();
     if (m_document.authorisation.empty() && properties->Authorisation(text) == kIsValueSpecified_Yes)
         m_document.authorisation = UTF8String(text).Value();
+    Time time;
+    if (m_document.creationTime.empty() && properties->CreationDate(time) == kIsValueSpecified_Yes)
+    {
+        std::array<char, 32> written{};
+        std::size_t const size = std::strftime(written.data(), written.size(), "%Y-%m-%dT%H:%M:%S", &time.Value());
+        m_document.creationTime.assign(written.data(), size);
+    }
 }
 
 // Whether the entry, or one below it, gives something another place.

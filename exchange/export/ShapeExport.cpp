@@ -16,11 +16,11 @@ namespace
 {
 
 template <class Writer>
-void WriteShapes(ExportTask& task, Writer write)
+void WriteShapes(ExportTask& task, bool hasTriangles, Writer write)
 {
     try
     {
-        ShapeDocument document = ShapeDocumentBuilder(task).Build();
+        ShapeDocument document = ShapeDocumentBuilder(task, hasTriangles).Build();
         NewFile file(task.path);
         write(std::move(document), file.Out());
         file.Finish();
@@ -35,12 +35,12 @@ void WriteShapes(ExportTask& task, Writer write)
 
 void ExportStep(ExportTask& task)
 {
-    WriteShapes(task, &WriteStepFile);
+    WriteShapes(task, true, &WriteStepFile);
 }
 
 void ExportBrep(ExportTask& task)
 {
-    WriteShapes(task, &WriteBrepFile);
+    WriteShapes(task, false, &WriteBrepFile);
 }
 
 }  // namespace KVR

@@ -12,6 +12,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "exchange/export/StepOrder.h"
 #include "exchange/export/StepUnit.h"
 
 namespace KVR
@@ -63,6 +64,7 @@ StepTransfer::StepTransfer(ShapeDocument content) : document(Prepared(std::move(
     if (!writer.Transfer(document.document, STEPControl_AsIs))
         throw std::runtime_error("Open CASCADE finds nothing in the scene that it can write as STEP");
     model = handle<StepData_StepModel>::DownCast(Session()->Model());
+    SortPresentations(model);
 }
 
 handle<Transfer_FinderProcess> StepTransfer::Process()
