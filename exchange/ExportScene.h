@@ -28,7 +28,7 @@ struct ExportOptions
     bool hiddenNodes = false;
     /// Whether the numbers of glTF are compressed; a failure where CanCompress says no.
     bool compress = false;
-    /// Whether STEP has the curves of edges in the parameters of their surfaces, too, which readers find by themselves.
+    /// Whether STEP has the curves of edges in the parameters of plain surfaces, too, which readers find by themselves.
     bool parameterCurves = false;
     /// Whether a mesh without a body is written to STEP and BREP as flat faces.
     bool meshFaces = false;

@@ -52,7 +52,7 @@ ExportCommand::ExportCommand(CLI::App& program)
         ->check([](std::string const&)
                 { return CanCompress() ? std::string() : "this build has no encoder for it"; });
     Arguments().add_flag("--pcurves", m_options.parameterCurves,
-                         "Write to STEP the curves of edges in the parameters of surfaces, too, for readers that do not "
+                         "Write to STEP the curves of edges in the parameters of plain surfaces, too, for readers that do not "
                          "compute them");
     Arguments().add_flag("--mesh-faces", m_options.meshFaces,
                          "Write a mesh without a body to STEP and BREP as a shell of flat faces");

@@ -1,5 +1,7 @@
 #include "exchange/export/DocumentParts.h"
 
+#include <fmt/format.h>
+
 #include <BRepGProp.hxx>
 #include <BRep_Builder.hxx>
 #include <GProp_GProps.hxx>
@@ -38,9 +40,15 @@ namespace
 
 using opencascade::handle;
 
-bool HasFaces(TopoDS_Shape const& shape)
+// To twelve digits, which come back as they are through any change of unit.
+double Rounded(double number)
 {
-    return TopExp_Explorer(shape, TopAbs_FACE).More();
+    return std::strtod(fmt::format("{:.12g}", number).c_str(), nullptr);
+}
+
+gp_Pnt Rounded(gp_XYZ const& point)
+{
+    return {Rounded(point.X()), Rounded(point.Y()), Rounded(point.Z())};
 }
 
 // What the annotations of a scene speak of.
@@ -152,12 +160,7 @@ void DocumentParts::Style(SceneComponent const& component, TDF_Label const& part
 {
     SubShapes subShapes(part);
     if (!isWhole)
-    {
-        bool hasSurfaces = false;
-        for (PartItem const& item : items)
-            hasSurfaces = hasSurfaces || HasFaces(item.shape);
-        SetColor(part, component.style, hasSurfaces);
-    }
+        SetColor(part, component.style, XCAFDoc_ShapeTool::GetShape(part));
     for (PartItem const& item : items)
     {
         SceneGeometry const& geometry = *item.geometry;
@@ -170,7 +173,7 @@ void DocumentParts::Style(SceneComponent const& component, TDF_Label const& part
         if (isPoint && look && look->diffuse)
             m_document.notCarried.Add("colours of points");
         else if (look)
-            SetColor(label, look, HasFaces(item.shape));
+            SetColor(label, look, item.shape);
         if (isWhole && !geometry.isVisible)
             m_colors->SetVisibility(part, Standard_False);
         m_document.bodies.push_back({part, item.shape, std::string(geometry.label), !isWhole && !geometry.isVisible});
@@ -179,7 +182,7 @@ void DocumentParts::Style(SceneComponent const& component, TDF_Label const& part
         for (auto const& [shape, id] : item.subStyles)
         {
             if (SceneStyle const* const subLook = m_task.scene.StyleOf(id); subLook && subLook->diffuse)
-                SetColor(subShapes.LabelOf(shape), subLook, shape.ShapeType() == TopAbs_FACE);
+                SetColor(subShapes.LabelOf(shape), subLook, shape);
         }
         for (auto const& [id, shape] : item.subShapes)
         {
@@ -190,14 +193,18 @@ void DocumentParts::Style(SceneComponent const& component, TDF_Label const& part
     }
 }
 
-void DocumentParts::SetColor(TDF_Label const& label, SceneStyle const* style, bool hasSurfaces) const
+void DocumentParts::SetColor(TDF_Label const& label, SceneStyle const* style, TopoDS_Shape const& shape) const
 {
     if (!style || !style->diffuse)
         return;
     auto const& [red, green, blue] = *style->diffuse;
     Quantity_ColorRGBA const color(Quantity_Color(red, green, blue, Quantity_TOC_sRGB),
                                    static_cast<float>(style->opacity));
-    m_colors->SetColor(label, color, hasSurfaces ? XCAFDoc_ColorSurf : XCAFDoc_ColorCurv);
+    bool const hasFreeEdges = TopExp_Explorer(shape, TopAbs_EDGE, TopAbs_FACE).More();
+    if (!hasFreeEdges || TopExp_Explorer(shape, TopAbs_FACE).More())
+        m_colors->SetColor(label, color, XCAFDoc_ColorSurf);
+    if (hasFreeEdges)
+        m_colors->SetColor(label, color, XCAFDoc_ColorCurv);
 }
 
 void DocumentParts::Note(std::string const& id, Member const& member)
@@ -241,12 +248,12 @@ void DocumentParts::AddProperties(SceneComponent const& component, TDF_Label con
         if (!withMeasures && property.name.starts_with("geometric validation property: "))
             continue;
         if (property.name == "geometric validation property: volume" && number)
-            XCAFDoc_Volume::Set(label, *number * scale * scale * scale);
+            XCAFDoc_Volume::Set(label, Rounded(*number * scale * scale * scale));
         else if (property.name == "geometric validation property: area" && number)
-            XCAFDoc_Area::Set(label, *number * scale * scale);
+            XCAFDoc_Area::Set(label, Rounded(*number * scale * scale));
         else if (property.name == "geometric validation property: centroid" && text &&
                  ReadTriple(*text, point.ChangeCoord(1), point.ChangeCoord(2), point.ChangeCoord(3)))
-            XCAFDoc_Centroid::Set(label, gp_Pnt(scale * point));
+            XCAFDoc_Centroid::Set(label, Rounded(scale * point));
         else if (property.name == "material" && text)
             material = *text;
         else if (property.name == "material description" && text)
@@ -290,11 +297,11 @@ void DocumentParts::AddMeasures(TDF_Label const& part, TopoDS_Shape const& shape
     if (!isGood(volume.Mass()) || !isGood(area.Mass()))
         return;
     if (!hasVolume)
-        XCAFDoc_Volume::Set(part, volume.Mass());
+        XCAFDoc_Volume::Set(part, Rounded(volume.Mass()));
     if (!hasArea)
-        XCAFDoc_Area::Set(part, area.Mass());
+        XCAFDoc_Area::Set(part, Rounded(area.Mass()));
     if (!hasCentroid)
-        XCAFDoc_Centroid::Set(part, volume.CentreOfMass());
+        XCAFDoc_Centroid::Set(part, Rounded(volume.CentreOfMass().XYZ()));
 }
 
 void DocumentParts::AddTessellations(SceneComponent const& component, TDF_Label const& part, gp_Mat const& change)

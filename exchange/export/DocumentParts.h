@@ -36,8 +36,9 @@ public:
     /// Nothing for what is no shape.
     std::optional<ShapeDocument::Target> TargetOf(std::string const& id, TDF_Label const& part) const;
 
-    /// Colours a label, and what is below it; a style without a colour has no effect.
-    void SetColor(TDF_Label const& label, SceneStyle const* style, bool hasSurfaces) const;
+    /// Colours a label, and what is below it: its faces, and its edges that no face has. A style without a colour has
+    /// no effect.
+    void SetColor(TDF_Label const& label, SceneStyle const* style, TopoDS_Shape const& shape) const;
 
 private:
     class SubShapes;

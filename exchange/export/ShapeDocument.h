@@ -143,7 +143,7 @@ struct ShapeDocument
     std::vector<Tessellation> tessellations;
     /// When the scene was made, as ISO 8601; empty when it does not say.
     std::string creationTime;
-    /// Whether a STEP file has the curves of edges in the parameters of their surfaces, too.
+    /// Whether a STEP file has the curves of edges in the parameters of all surfaces (see DropParameterCurves).
     bool parameterCurves = false;
     NotCarriedCounts& notCarried;
 };

@@ -1,4 +1,5 @@
 #include <stdexcept>
+#include <string>
 
 #include "exchange/export/BrepFile.h"
 #include "exchange/export/ExportTask.h"
@@ -15,12 +16,30 @@ namespace KVR
 namespace
 {
 
+// What would be done about a scene of meshes alone.
+void TellOfMeshFaces(ExportTask& task, bool hasTriangles)
+{
+    bool hasMesh = false;
+    for (SceneComponent const& component : task.scene.Components())
+        for (SceneGeometry const& geometry : component.geometry)
+        {
+            if (geometry.kind != GeometryKind::kMesh && geometry.kind != GeometryKind::kOther)
+                return;
+            hasMesh = hasMesh || geometry.kind == GeometryKind::kMesh;
+        }
+    if (hasMesh && !task.options.meshFaces)
+        task.remarks.push_back(std::string("the scene has meshes and no bodies, so that nothing of its shape is there; "
+                                           "--mesh-faces writes them as ") +
+                               (hasTriangles ? "tessellated geometry" : "flat faces"));
+}
+
 template <class Writer>
 void WriteShapes(ExportTask& task, bool hasTriangles, Writer write)
 {
     try
     {
         ShapeDocument document = ShapeDocumentBuilder(task, hasTriangles).Build();
+        TellOfMeshFaces(task, hasTriangles);
         NewFile file(task.path);
         write(std::move(document), file.Out());
         file.Finish();

@@ -13,6 +13,7 @@
 #include <utility>
 
 #include "exchange/export/StepOrder.h"
+#include "exchange/export/StepParameterCurves.h"
 #include "exchange/export/StepUnit.h"
 
 namespace KVR
@@ -27,7 +28,7 @@ using opencascade::handle;
 constexpr int kAp242 = 5;
 
 // Open CASCADE keeps them for the whole process, and a writer reads them when it is made.
-void SetParameters(UnitTypeEnum unit, bool parameterCurves)
+void SetParameters(UnitTypeEnum unit)
 {
     // What Open CASCADE tells of its work is nobody's question here.
     Message::DefaultMessenger()->ChangePrinters().Clear();
@@ -35,7 +36,7 @@ void SetParameters(UnitTypeEnum unit, bool parameterCurves)
     Interface_Static::SetIVal("write.step.schema", kAp242);
     Interface_Static::SetIVal("write.step.assembly", 2);
     Interface_Static::SetIVal("write.step.vertex.mode", 0);
-    Interface_Static::SetIVal("write.surfacecurve.mode", parameterCurves ? 1 : 0);
+    Interface_Static::SetIVal("write.surfacecurve.mode", 1);
     Interface_Static::SetIVal("write.stepcaf.subshapes.name", 0);
     // The uncertainty that the file states is the greatest tolerance: a reader repairs what is wider than it.
     Interface_Static::SetIVal("write.precision.mode", 1);
@@ -46,7 +47,7 @@ void SetParameters(UnitTypeEnum unit, bool parameterCurves)
 
 ShapeDocument Prepared(ShapeDocument document)
 {
-    SetParameters(document.unit, document.parameterCurves);
+    SetParameters(document.unit);
     return document;
 }
 
@@ -64,6 +65,8 @@ StepTransfer::StepTransfer(ShapeDocument content) : document(Prepared(std::move(
     if (!writer.Transfer(document.document, STEPControl_AsIs))
         throw std::runtime_error("Open CASCADE finds nothing in the scene that it can write as STEP");
     model = handle<StepData_StepModel>::DownCast(Session()->Model());
+    if (!document.parameterCurves)
+        DropParameterCurves(model);
     SortPresentations(model);
 }
 
