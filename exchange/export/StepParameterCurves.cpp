@@ -75,7 +75,7 @@ std::unordered_set<Standard_Transient const*> NamedFrom(std::vector<handle<Stand
 void DropParameterCurves(handle<StepData_StepModel> const& model)
 {
     std::vector<handle<Standard_Transient>> roots;
-    Interface_ShareFlags const flags(model);
+    Interface_ShareFlags const flags{Interface_Graph(model)};
     for (int i = 1; i <= flags.NbRoots(); ++i)
         roots.push_back(flags.Root(i));
     for (handle<StepShape_EdgeCurve> const& edge : StepEntitiesOf<StepShape_EdgeCurve>(model))

@@ -6,6 +6,7 @@
 #endif
 
 #include <algorithm>
+#include <TopoDS_Shape.hxx>
 #include <cstring>
 #include <fstream>
 #include <iterator>
@@ -174,7 +175,7 @@ TEST(ExportGltfNotesTest, EveryVertexHasTheNumberOfItsFaceAndTheMeshTheirIds)
     Authoring::KernelStoreWriter bodies(folder.PathOf("s.sat"), Authoring::KernelStoreForm::kText);
     bodies.Body("b", BoxShape(1, 1, 1), {{0, "first"}, {5, "last"}}, {});
     bodies.Finish();
-    Authoring::MeshStoreWriter meshes(folder.PathOf("s.mesh"));
+    Authoring::MeshStoreWriter meshes(folder.PathOf("s.mesh"), Authoring::MeshStoreLayout::kMeshInfo);
     Authoring::MeshHead head;
     head.vertexCount = 8;
     head.polygonCount = 7;
