@@ -30,7 +30,7 @@ struct ExportOptions
     bool compress = false;
     /// Whether STEP has the curves of edges in the parameters of plain surfaces, too, which readers find by themselves.
     bool parameterCurves = false;
-    /// Whether a mesh without a body is written to STEP and BREP as flat faces.
+    /// Whether a mesh without a body is written to STEP as tessellated geometry, and to BREP as flat faces.
     bool meshFaces = false;
 };
 
@@ -53,9 +53,9 @@ KVR_EXCHANGE_API std::string ExportFormats();
 KVR_EXCHANGE_API bool CanCompress();
 
 /// Reads a scene file and writes it in the format of the extension of `path`. The file and those
-/// beside it (".bin", ".mtl") appear whole, itself last, or not at all; what was there is replaced. Works in a child
-/// process, so that a crash is a failure like another; see ImportModel on threads. Progress tells the stages "reading"
-/// and "writing". Throws std::bad_alloc and what the callback throws; all else is a failure in the result.
+/// beside it (".bin", ".mtl", images) appear whole, itself last, or not at all; what was there is replaced. Works in a
+/// child process, so that a crash is a failure like another; see ImportModel on threads. Progress tells the stages
+/// "reading" and "writing". Throws std::bad_alloc and what the callback throws; all else is a failure in the result.
 KVR_EXCHANGE_API ExportResult ExportScene(SceneOptions const& scene, std::string const& path,
                                           ExportOptions const& options = {}, Progress const& progress = {});
 

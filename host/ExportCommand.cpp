@@ -46,16 +46,17 @@ ExportCommand::ExportCommand(CLI::App& program)
         .add_option("--unit", m_unit, "The unit of length of STL, OBJ and PLY; the scene's unless given")
         ->type_name("UNIT")
         ->check(CLI::IsMember(UnitWords()));
-    Arguments().add_flag("--hidden-nodes", m_options.hiddenNodes, "Write what is hidden to glTF, too, marked as hidden");
+    Arguments().add_flag("--hidden-nodes", m_options.hiddenNodes,
+                         "Write what is hidden to glTF, too, marked as hidden");
     Arguments()
         .add_flag("--compress", m_options.compress, "Compress the numbers of glTF (EXT_meshopt_compression)")
-        ->check([](std::string const&)
-                { return CanCompress() ? std::string() : "this build has no encoder for it"; });
-    Arguments().add_flag("--pcurves", m_options.parameterCurves,
-                         "Write to STEP the curves of edges in the parameters of plain surfaces, too, for readers that do not "
-                         "compute them");
+        ->check([](std::string const&) { return CanCompress() ? std::string() : "this build has no encoder for it"; });
+    Arguments().add_flag(
+        "--pcurves", m_options.parameterCurves,
+        "Write to STEP the curves of edges in the parameters of plain surfaces, too, for readers that do not "
+        "compute them");
     Arguments().add_flag("--mesh-faces", m_options.meshFaces,
-                         "Write a mesh without a body to STEP and BREP as a shell of flat faces");
+                         "Write a mesh without a body to STEP as tessellated geometry, and to BREP as flat faces");
     AddInsecureOption(Arguments(), m_scene);
     Arguments().add_flag("--quiet", m_isQuiet, "Say nothing but what fails");
 }

@@ -40,6 +40,8 @@ namespace
 
 using opencascade::handle;
 
+constexpr double kMillimetre = 1e-3;
+
 // To twelve digits, which come back as they are through any change of unit.
 double Rounded(double number)
 {
@@ -235,6 +237,8 @@ std::optional<ShapeDocument::Target> DocumentParts::TargetOf(std::string const& 
 void DocumentParts::AddProperties(SceneComponent const& component, TDF_Label const& label, bool withMeasures)
 {
     double const scale = component.metresPerUnit / m_document.metresPerUnit;
+    // The writer calls volumes and areas millimetres, whatever the unit of lengths is.
+    double const millimetres = component.metresPerUnit / kMillimetre;
     std::string material;
     std::string description;
     std::string densityType;
@@ -248,9 +252,9 @@ void DocumentParts::AddProperties(SceneComponent const& component, TDF_Label con
         if (!withMeasures && property.name.starts_with("geometric validation property: "))
             continue;
         if (property.name == "geometric validation property: volume" && number)
-            XCAFDoc_Volume::Set(label, Rounded(*number * scale * scale * scale));
+            XCAFDoc_Volume::Set(label, Rounded(*number * millimetres * millimetres * millimetres));
         else if (property.name == "geometric validation property: area" && number)
-            XCAFDoc_Area::Set(label, Rounded(*number * scale * scale));
+            XCAFDoc_Area::Set(label, Rounded(*number * millimetres * millimetres));
         else if (property.name == "geometric validation property: centroid" && text &&
                  ReadTriple(*text, point.ChangeCoord(1), point.ChangeCoord(2), point.ChangeCoord(3)))
             XCAFDoc_Centroid::Set(label, Rounded(scale * point));
@@ -274,7 +278,7 @@ void DocumentParts::AddProperties(SceneComponent const& component, TDF_Label con
             new TCollection_HAsciiString(densityType.empty() ? "POSITIVE_RATIO_MEASURE" : densityType.c_str()));
 }
 
-void DocumentParts::AddMeasures(TDF_Label const& part, TopoDS_Shape const& shape)
+void DocumentParts::AddMeasures(TDF_Label const& part, TopoDS_Shape const& shape) const
 {
     bool const hasVolume = part.IsAttribute(XCAFDoc_Volume::GetID());
     bool const hasArea = part.IsAttribute(XCAFDoc_Area::GetID());
@@ -296,10 +300,11 @@ void DocumentParts::AddMeasures(TDF_Label const& part, TopoDS_Shape const& shape
     auto const isGood = [](double measure) { return std::isfinite(measure) && measure > 0.0; };
     if (!isGood(volume.Mass()) || !isGood(area.Mass()))
         return;
+    double const millimetres = m_document.metresPerUnit / kMillimetre;
     if (!hasVolume)
-        XCAFDoc_Volume::Set(part, Rounded(volume.Mass()));
+        XCAFDoc_Volume::Set(part, Rounded(volume.Mass() * millimetres * millimetres * millimetres));
     if (!hasArea)
-        XCAFDoc_Area::Set(part, Rounded(area.Mass()));
+        XCAFDoc_Area::Set(part, Rounded(area.Mass() * millimetres * millimetres));
     if (!hasCentroid)
         XCAFDoc_Centroid::Set(part, Rounded(volume.CentreOfMass().XYZ()));
 }
@@ -315,10 +320,9 @@ void DocumentParts::AddTessellations(SceneComponent const& component, TDF_Label 
         if (geometry.kind != GeometryKind::kMesh || !geometry.bodyId.empty())
             continue;
         Matrix const unit = Scaling(geometry.metresPerUnit / m_document.metresPerUnit);
-        m_document.tessellations.push_back({part, std::string(geometry.label), geometry.mesh,
-                                            Product(changed, Product(unit, geometry.transform)),
-                                            geometry.style ? geometry.style : component.style, !geometry.isVisible,
-                                            &m_task.scene});
+        m_document.tessellations.push_back(
+            {part, std::string(geometry.label), geometry.mesh, Product(changed, Product(unit, geometry.transform)),
+             geometry.style ? geometry.style : component.style, !geometry.isVisible, &m_task.scene});
     }
 }
 

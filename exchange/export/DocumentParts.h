@@ -54,7 +54,7 @@ private:
 
     void AddTessellations(SceneComponent const& component, TDF_Label const& part, gp_Mat const& change);
     /// The measures of its solids, so that a receiver can check them, where the scene says nothing of them.
-    static void AddMeasures(TDF_Label const& part, TopoDS_Shape const& shape);
+    void AddMeasures(TDF_Label const& part, TopoDS_Shape const& shape) const;
     void Note(std::string const& id, Member const& member);
     void NoteTarget(std::string const& id, TDF_Label const& part, TopoDS_Shape const& shape);
 

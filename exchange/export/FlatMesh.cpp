@@ -48,7 +48,8 @@ public:
     void Go()
     {
         double const metres = MetresOf(FlatUnit(m_task));
-        Matrix const toFile = Scaling(metres == m_task.scene.MetresPerUnit() ? 1.0 : m_task.scene.MetresPerUnit() / metres);
+        Matrix const toFile =
+            Scaling(metres == m_task.scene.MetresPerUnit() ? 1.0 : m_task.scene.MetresPerUnit() / metres);
         for (OccurrenceWalk walk(m_task.scene); walk.Next();)
         {
             if (!walk.State().isVisible)

@@ -49,9 +49,9 @@ Encoded EncodeIndices(unsigned char const* bytes, std::size_t count, std::size_t
     meshopt_encodeIndexVersion(1);
     made.bytes.resize(areTriangles ? meshopt_encodeIndexBufferBound(count, vertices)
                                    : meshopt_encodeIndexSequenceBound(count, vertices));
-    made.bytes.resize(
-        areTriangles ? meshopt_encodeIndexBuffer(made.bytes.data(), made.bytes.size(), indices.data(), count)
-                     : meshopt_encodeIndexSequence(made.bytes.data(), made.bytes.size(), indices.data(), count));
+    made.bytes.resize(areTriangles
+                          ? meshopt_encodeIndexBuffer(made.bytes.data(), made.bytes.size(), indices.data(), count)
+                          : meshopt_encodeIndexSequence(made.bytes.data(), made.bytes.size(), indices.data(), count));
     return made;
 }
 

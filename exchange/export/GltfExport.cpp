@@ -97,9 +97,9 @@ void WriteCompressedBinary(tinygltf::Model& model, std::string const& path)
         throw std::runtime_error("it takes more than 4 GiB, which glTF cannot hold; --only exports a part");
     NewFile file(path);
     auto const put = [&](std::size_t number) { file.Put(static_cast<std::uint32_t>(number)); };
-    for (std::size_t const number : {std::size_t{kMagic}, std::size_t{kVersion},
-                                     text.size() + (bytes.empty() ? kHeads - 8 : kHeads + bytes.size()), text.size(),
-                                     std::size_t{kJson}})
+    for (std::size_t const number :
+         {std::size_t{kMagic}, std::size_t{kVersion},
+          text.size() + (bytes.empty() ? kHeads - 8 : kHeads + bytes.size()), text.size(), std::size_t{kJson}})
         put(number);
     file.Out().Put(text);
     if (!bytes.empty())

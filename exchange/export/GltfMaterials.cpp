@@ -69,7 +69,8 @@ int GltfMaterials::Of(SceneStyle const* style, GltfSurface surface)
         m_materials.try_emplace({style, !hasColor && surface == GltfSurface::kCurve, isTextured}, -1);
     if (!isNew)
         return entry->second;
-    return entry->second = Make(style, !isTextured && surface == GltfSurface::kTextured ? GltfSurface::kPlain : surface);
+    return entry->second =
+               Make(style, !isTextured && surface == GltfSurface::kTextured ? GltfSurface::kPlain : surface);
 }
 
 int GltfMaterials::Make(SceneStyle const* style, GltfSurface surface)

@@ -164,8 +164,8 @@ double GltfPrimitives::SizeOf(SceneGeometry const& geometry) const
 
 SceneMesh GltfPrimitives::MeshOf(SceneGeometry const& geometry)
 {
-    SceneMesh mesh = geometry.mesh ? SceneMesh::Of(*geometry.mesh)
-                                   : SceneMesh::Of(*geometry.body, m_task.options.deflection);
+    SceneMesh mesh =
+        geometry.mesh ? SceneMesh::Of(*geometry.mesh) : SceneMesh::Of(*geometry.body, m_task.options.deflection);
     m_task.notCarried.Add("polygons whose indices make no sense", mesh.brokenPolygons);
     m_task.notCarried.Add("faces that could not be meshed", mesh.facesWithoutTriangles);
     if (auto const body = m_bodies.find(geometry.bodyId); geometry.mesh && body != m_bodies.end())

@@ -256,7 +256,8 @@ void ExportPly(ExportTask& task)
 {
     // The counts stand in the head with room for the longest.
     static constexpr char kHead[] =
-        "ply\nformat binary_little_endian 1.0\ncomment kvr_xml_producer, unit of length: {}\nelement vertex {:<10}\nproperty float x\n"
+        "ply\nformat binary_little_endian 1.0\ncomment kvr_xml_producer, unit of length: {}\nelement vertex "
+        "{:<10}\nproperty float x\n"
         "property float y\nproperty float z\nelement face {:<10}\nproperty list uchar int vertex_indices\n"
         "property uchar red\nproperty uchar green\nproperty uchar blue\nproperty uchar alpha\nend_header\n";
     std::string const facesPath = task.path + ".faces";

@@ -5,10 +5,8 @@
 #include <Interface_ShareFlags.hxx>
 #include <StepGeom_Curve.hxx>
 #include <StepGeom_ElementarySurface.hxx>
-#include <StepGeom_HArray1OfPcurveOrSurface.hxx>
 #include <StepGeom_Pcurve.hxx>
 #include <StepGeom_PcurveOrSurface.hxx>
-#include <StepGeom_SeamCurve.hxx>
 #include <StepGeom_Surface.hxx>
 #include <StepGeom_SurfaceCurve.hxx>
 #include <StepShape_EdgeCurve.hxx>
@@ -36,20 +34,10 @@ void Simplify(StepShape_EdgeCurve& edge)
     auto const curve = handle<StepGeom_SurfaceCurve>::DownCast(edge.EdgeGeometry());
     if (curve.IsNull())
         return;
-    std::vector<StepGeom_PcurveOrSurface> kept;
     for (int i = 1; i <= curve->NbAssociatedGeometry(); ++i)
         if (!IsFound(curve->AssociatedGeometryValue(i)))
-            kept.push_back(curve->AssociatedGeometryValue(i));
-    if (kept.empty())
-        return edge.SetEdgeGeometry(curve->Curve3d());
-    // A seam has two.
-    if (curve->IsKind(STANDARD_TYPE(StepGeom_SeamCurve)))
-        return;
-    handle<StepGeom_HArray1OfPcurveOrSurface> const curves =
-        new StepGeom_HArray1OfPcurveOrSurface(1, static_cast<int>(kept.size()));
-    for (std::size_t i = 0; i < kept.size(); ++i)
-        curves->SetValue(static_cast<int>(i) + 1, kept[i]);
-    curve->SetAssociatedGeometry(curves);
+            return;
+    edge.SetEdgeGeometry(curve->Curve3d());
 }
 
 // What is named from the roots on.
@@ -72,14 +60,16 @@ std::unordered_set<Standard_Transient const*> NamedFrom(std::vector<handle<Stand
 
 }  // namespace
 
-void DropParameterCurves(handle<StepData_StepModel> const& model)
+void DropParameterCurves(handle<StepData_StepModel> const& model,
+                         std::unordered_set<Standard_Transient const*> const& kept)
 {
     std::vector<handle<Standard_Transient>> roots;
     Interface_ShareFlags const flags{Interface_Graph(model)};
     for (int i = 1; i <= flags.NbRoots(); ++i)
         roots.push_back(flags.Root(i));
     for (handle<StepShape_EdgeCurve> const& edge : StepEntitiesOf<StepShape_EdgeCurve>(model))
-        Simplify(*edge);
+        if (kept.count(edge.get()) == 0)
+            Simplify(*edge);
     std::unordered_set<Standard_Transient const*> const named = NamedFrom(std::move(roots), model);
     std::vector<handle<Standard_Transient>> order;
     for (int i = 1; i <= model->NbEntities(); ++i)

@@ -219,7 +219,8 @@ private:
         {
             // A mirror turns them over.
             fmt::format_to(std::back_inserter(triangles.Next()), FMT_COMPILE("({},{},{})"), piece.corners[i],
-                           piece.corners[i + (group.isMirrored ? 2 : 1)], piece.corners[i + (group.isMirrored ? 1 : 2)]);
+                           piece.corners[i + (group.isMirrored ? 2 : 1)],
+                           piece.corners[i + (group.isMirrored ? 1 : 2)]);
             Limit();
         }
         triangles.End();

@@ -1,10 +1,14 @@
 #include "exchange/export/StepTransfer.h"
 
+#include <BRep_Tool.hxx>
 #include <Interface_Static.hxx>
 #include <Message.hxx>
 #include <Message_Messenger.hxx>
 #include <STEPCAFControl_Controller.hxx>
 #include <STEPConstruct.hxx>
+#include <TopExp_Explorer.hxx>
+#include <TopoDS.hxx>
+#include <TopoDS_Edge.hxx>
 #include <TransferBRep.hxx>
 #include <TransferBRep_ShapeMapper.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
@@ -26,6 +30,9 @@ using opencascade::handle;
 
 // The number that Open CASCADE gives the schema AP242.
 constexpr int kAp242 = 5;
+
+// How far the curve of an edge lies from its surfaces, in metres, before a reader may find another one.
+constexpr double kLoose = 1e-7;
 
 // Open CASCADE keeps them for the whole process, and a writer reads them when it is made.
 void SetParameters(UnitTypeEnum unit)
@@ -66,8 +73,19 @@ StepTransfer::StepTransfer(ShapeDocument content) : document(Prepared(std::move(
         throw std::runtime_error("Open CASCADE finds nothing in the scene that it can write as STEP");
     model = handle<StepData_StepModel>::DownCast(Session()->Model());
     if (!document.parameterCurves)
-        DropParameterCurves(model);
+        DropParameterCurves(model, LooseEdges());
     SortPresentations(model);
+}
+
+std::unordered_set<Standard_Transient const*> StepTransfer::LooseEdges()
+{
+    std::unordered_set<Standard_Transient const*> loose;
+    double const limit = kLoose / document.metresPerUnit;
+    for (ShapeDocument::Body const& body : document.bodies)
+        for (TopExp_Explorer edges(body.shape, TopAbs_EDGE); edges.More(); edges.Next())
+            if (BRep_Tool::Tolerance(TopoDS::Edge(edges.Current())) > limit)
+                loose.insert(ItemOf(edges.Current()).get());
+    return loose;
 }
 
 handle<Transfer_FinderProcess> StepTransfer::Process()

@@ -26,9 +26,8 @@ constexpr struct
 {
     std::string_view sign;
     std::string_view letters;
-} kSigns[] = {{"\u00B1", "+/-"},   {"\u00B0", " deg"}, {"\u00D8", "dia "}, {"\u2300", "dia "},
-              {"\u00D7", "x"},     {"\u2212", "-"},    {"\u2264", "<="},   {"\u2265", ">="},
-              {"\u00B5", "micro"}, {"\u2205", "dia "}};
+} kSigns[] = {{"\u00B1", "+/-"}, {"\u00B0", " deg"}, {"\u00D8", "dia "}, {"\u2300", "dia "},  {"\u00D7", "x"},
+              {"\u2212", "-"},   {"\u2264", "<="},   {"\u2265", ">="},   {"\u00B5", "micro"}, {"\u2205", "dia "}};
 
 // In the letters of the font.
 std::string LettersOf(std::string_view text)

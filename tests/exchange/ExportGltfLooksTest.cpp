@@ -80,8 +80,8 @@ constexpr char kTextures[] = R"(<IMaterialTexture ID="t" Label="Wood" TextureFil
 // The image that a texture of a document has.
 std::string ImageOf(json const& document, std::string const& file, json const& texture)
 {
-    json const& image = document["images"][document["textures"][texture["index"].get<std::size_t>()]["source"]
-                                               .get<std::size_t>()];
+    json const& image =
+        document["images"][document["textures"][texture["index"].get<std::size_t>()]["source"].get<std::size_t>()];
     EXPECT_EQ(image["mimeType"], "image/png");
     json const& view = document["bufferViews"][image["bufferView"].get<std::size_t>()];
     std::string const bytes = BytesOf(file);
@@ -122,12 +122,12 @@ TEST(ExportGltfLooksTest, ATextHasItsImagesBesideIt)
 {
     TextureScene scene;
     std::ofstream(scene.PathOf("wood.png"), std::ios::binary) << Png();
-    ToolRun const run = scene.Run(R"(<DiffuseTexture TextureId="t"/>)", kTextures, "of 1.gltf");
+    ToolRun const run = scene.Run(R"(<DiffuseTexture TextureId="t"/>)", kTextures, "out.gltf");
     ASSERT_EQ(run.status, 0) << run.error;
-    GltfFile const file(scene.PathOf("of 1.gltf"));
-    EXPECT_EQ(file.document["images"][0]["uri"], "of%201.image1.png");
-    EXPECT_EQ(BytesOf(scene.PathOf("of 1.image1.png")), Png());
-    EXPECT_THAT(BytesOf(scene.PathOf("of 1.bin")), Not(HasSubstr("PNG")));
+    GltfFile const file(scene.PathOf("out.gltf"));
+    EXPECT_EQ(file.document["images"][0]["uri"], "out.image1.png");
+    EXPECT_EQ(BytesOf(scene.PathOf("out.image1.png")), Png());
+    EXPECT_THAT(BytesOf(scene.PathOf("out.bin")), Not(HasSubstr("PNG")));
 }
 
 TEST(ExportGltfLooksTest, AnImageThatIsNotThereOrIsNoneIsRemarkedOnce)
@@ -146,9 +146,10 @@ TEST(ExportGltfLooksTest, AnImageThatIsNotThereOrIsNoneIsRemarkedOnce)
 TEST(ExportGltfLooksTest, AlphaModesSidesAndUnlitAreThoseOfTheExtensionData)
 {
     TextureScene scene;
-    ToolRun const run = scene.Run(R"(<DiffuseColor FractionRed="1" FractionGreen="0" FractionBlue="0" FractionAlpha="0.5"/>
+    ToolRun const run =
+        scene.Run(R"(<DiffuseColor FractionRed="1" FractionGreen="0" FractionBlue="0" FractionAlpha="0.5"/>
 <ExtensionData TypeId="gltf.material" Content='{"alphaMode":"MASK","alphaCutoff":0.25,"doubleSided":false,"unlit":true}'/>)",
-                                  "");
+                  "");
     ASSERT_EQ(run.status, 0) << run.error;
     GltfFile const file(scene.PathOf("out.glb"));
     json const material = file.At("/Bare").material;
@@ -168,7 +169,8 @@ TEST(GltfDetailsTest, WhatIsWrittenIsReadAndWhatMakesNoSenseIsNot)
     material.doubleSided = false;
     material.unlit = true;
     EXPECT_EQ(GltfMaterialDetails::Of(material.Text()).Text(), material.Text());
-    EXPECT_EQ(GltfMaterialDetails::Of(R"({"alphaMode":"FOG","alphaCutoff":"x","doubleSided":1,"unlit":null})").Text(), "");
+    EXPECT_EQ(GltfMaterialDetails::Of(R"({"alphaMode":"FOG","alphaCutoff":"x","doubleSided":1,"unlit":null})").Text(),
+              "");
     EXPECT_EQ(GltfMaterialDetails::Of("[1").Text(), "");
     GltfSamplerDetails sampler;
     sampler.wrapT = 33648;

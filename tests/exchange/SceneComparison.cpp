@@ -139,7 +139,8 @@ nlohmann::json WithoutAddedMeasures(nlohmann::json const& first, nlohmann::json 
         json left = json::array();
         for (json const& property : properties.at("CustomProperties"))
         {
-            bool const isMeasure = property.at("Name").get<std::string>().starts_with("geometric validation property: ");
+            bool const isMeasure =
+                property.at("Name").get<std::string>().starts_with("geometric validation property: ");
             bool const isKnown = std::any_of(known.begin(), known.end(),
                                              [&](json const& other) { return other["Name"] == property["Name"]; });
             if (!isMeasure || isKnown)
