@@ -145,6 +145,35 @@ struct UniverseRecord
     std::vector<CustomData> customData;
 };
 
+/// What a child of a file is.
+enum class FileChildType
+{
+    kAssembly,
+    kPart,
+    kCallout,
+    kBody,
+    kMesh,
+    kCurve,
+    kPoint,
+    kPointCloud,
+    kSketch,
+    kGeometricSet,
+    kExtensionGeometry,
+    kWorkAxis,
+    kWorkPlane,
+    kWorkPoint
+};
+
+/// A child of a file, by its id. QueryFile, which makes no objects, tells by the types whether the file has assembly
+/// structure: with an assembly, or a part beside anything else. The type is the object's, of which nobody checks it.
+struct FileChild
+{
+    FileChild(UTF8String childId, FileChildType childType) : id(std::move(childId)), type(childType) {}
+
+    UTF8String id;
+    FileChildType type;
+};
+
 /// "IFile".
 struct FileRecord : ObjectRecord
 {
@@ -155,8 +184,8 @@ struct FileRecord : ObjectRecord
     std::optional<FilePropertiesRecord> properties;
     /// The id and the path of each file that this one refers to.
     std::vector<std::pair<UTF8String, UTF8String>> references;
-    /// Ids of assemblies, parts or other objects under the root.
-    std::vector<UTF8String> childIds;
+    /// Assemblies, parts or other objects under the root.
+    std::vector<FileChild> children;
 };
 
 /// "CrossLevelAttributes" of an assembly.

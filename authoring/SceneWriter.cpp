@@ -162,12 +162,10 @@ void SceneWriter::BeginFile(FileRecord const& file)
     }
     WriteExtensionData(document, file);
     document.Begin(Names::ChildSet);
-    for (UTF8String const& id : file.childIds)
+    for (FileChild const& child : file.children)
     {
-        m_state->ids.Want(id);
-        document.Begin(Names::Child);
-        document.Attribute(Names::ID, id.View());
-        document.End();
+        m_state->ids.Want(child.id);
+        WriteFileChild(document, child);
     }
     document.End();
 }
@@ -381,6 +379,11 @@ UTF8String SceneWriter::Blob(void const* bytes, std::size_t size)
     return m_state->sideFiles.Blob(bytes, size);
 }
 
+void SceneWriter::AddSideFile(UTF8String const& name)
+{
+    m_state->sideFiles.Add(name);
+}
+
 void SceneWriter::Finish()
 {
     Check(m_state->owner == Owner::kNone && m_state->sets.empty(),
@@ -388,7 +391,7 @@ void SceneWriter::Finish()
     m_state->ids.CheckAllCame();
     m_state->sideFiles.WriteSections(m_state->document);
     m_state->sideFiles.Finish();
-    m_state->document.Finish();
+    m_state->document.Finish(SideFileNotes::Text(m_state->sideFiles.Notes()) + '\n');
     m_state->sideFiles.Keep();
 }
 

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <memory>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "authoring/Export.h"
 #include "authoring/KernelStoreWriter.h"
@@ -21,9 +23,11 @@ struct SceneWriterOptions
     MeshStoreLayout meshLayout = MeshStoreLayout::kMeshInfo;
 };
 
-/// Writes a complete scene: the document and, beside it, the side files that it needs, each under the scene's name with
-/// an extension of its own. Everything is streamed, so that a scene may be larger than memory: what stays are sixteen
-/// bytes for each id, and the shapes of the kernel stores.
+/// Writes a complete scene: the document and, beside it, the side files that it needs, each under the scene's whole
+/// name with an extension of its own ("gate.xml.mesh"), so that two scenes of one folder do not meet; properties alone
+/// stand in "gate.kvrproperty", where a reader looks for them. The document notes size and digest of each (see
+/// framework/xml_util/SideFileNotes.h), for which Finish reads them once more. Everything is streamed, so that a scene
+/// may be larger than memory: what stays are sixteen bytes for each id, and the shapes of the kernel stores.
 ///
 /// Objects go where they are written: geometry and instances into the component that is open, or under the root when
 /// none is. Ids are checked: two objects of one id are refused at once, and a scene that names a component or child
@@ -105,12 +109,20 @@ public:
     SegmentStoreWriter& Segments();
     /// The kernel store, NAME.sab or NAME.sat by the options.
     KernelStoreWriter& Kernel();
-    /// The persistent ids of faces and edges, NAME.ids.xml.
+    /// The persistent ids of faces and edges, NAME.ids.
     SubObjectPersistentIdWriter& PersistentIds();
     /// The material assets, NAME.assets.
     VitreolAssetWriter& Assets();
     /// Writes a blob, NAME.blobN, and answers the path by which custom data of the universe names it.
     UTF8String Blob(void const* bytes, std::size_t size);
+    /// Notes another file in the scene's folder, by its name there: one that the caller writes and the scene names,
+    /// such as the image of a texture. It is whole when Finish is called, which throws FileException when it cannot be
+    /// read.
+    void AddSideFile(UTF8String const& name);
+
+    /// The names that side files of a scene of that name can have, whatever the options and whether it needs them or
+    /// not; without blobs, and what AddSideFile adds.
+    static std::vector<std::string> SideFileNames(std::string const& sceneName);
 
     /// Writes what is still held. A property file of an earlier scene of this name is removed when this one has none,
     /// since it would count as this scene's.

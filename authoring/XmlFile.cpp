@@ -81,7 +81,7 @@ void XmlFile::End()
     AppendEndTag(m_buffer, name);
 }
 
-void XmlFile::Finish()
+void XmlFile::Finish(std::string_view behind)
 {
     Check(m_open.size() == 1 && m_isWhole, "a document is finished when its elements are");
     if (m_isInStartTag)
@@ -92,6 +92,7 @@ void XmlFile::Finish()
         AppendEndTag(m_buffer, m_open.front());
         m_buffer += '\n';
     }
+    m_buffer += behind;
     m_file.Bytes(m_buffer.data(), m_buffer.size());
     m_buffer.clear();
     m_file.Commit();

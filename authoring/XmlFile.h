@@ -38,8 +38,9 @@ public:
     /// How many elements are open, without the root.
     std::size_t Depth() const noexcept { return m_open.size() - 1; }
 
-    /// Closes the root; the file appears. All other elements are closed by then.
-    void Finish();
+    /// Closes the root, puts text behind it as it stands, such as a processing instruction, and the file appears. All
+    /// other elements are closed by then.
+    void Finish(std::string_view behind = {});
 
 private:
     void CloseStartTag();

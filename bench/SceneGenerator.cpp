@@ -58,7 +58,7 @@ public:
         FileRecord file;
         file.id = "file1";
         file.label = "Plant";
-        file.childIds = {"asm0"};
+        file.children = {{"asm0", FileChildType::kAssembly}};
         m_scene.BeginFile(file);
         m_scene.EndFile();
         unsigned const assemblies = (m_instances + kInstancesPerAssembly - 1) / kInstancesPerAssembly;

@@ -3,9 +3,14 @@
 #include <fmt/format.h>
 #include <BRepMesh_IncrementalMesh.hxx>
 #include <CLI/CLI.hpp>
+#include <Message.hxx>
+#include <Message_Messenger.hxx>
+#include <Message_Printer.hxx>
 #include <Message_ProgressRange.hxx>
 #include <RWGltf_CafWriter.hxx>
+#include <STEPCAFControl_Reader.hxx>
 #include <TColStd_IndexedDataMapOfStringString.hxx>
+#include <TDocStd_Document.hxx>
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
@@ -21,7 +26,6 @@
 #include "exchange/ImportModel.h"
 #include "exchange/import/ModelBox.h"
 #include "exchange/import/ProductPlan.h"
-#include "exchange/model/ModelDocument.h"
 #include "exchange/source/SceneFile.h"
 #include "exchange/source/SceneReading.h"
 #include "framework/api/UTF8String.h"
@@ -39,10 +43,30 @@ double WallSecondsOf(Work work)
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
-// As Open CASCADE does it when asked for nothing else: one thread.
-void Mesh(KVR::ModelDocument const& model)
+// As Open CASCADE's own reader does it, with all that it can read.
+Handle(TDocStd_Document) Read(std::string const& path)
 {
-    KVR::ProductPlan const plan(model.document);
+    Message::DefaultMessenger()->ChangePrinters().Clear();
+    Handle(TDocStd_Document) const document = new TDocStd_Document("BinXCAF");
+    STEPCAFControl_Reader reader;
+    reader.SetColorMode(true);
+    reader.SetNameMode(true);
+    reader.SetLayerMode(true);
+    reader.SetPropsMode(true);
+    reader.SetMatMode(true);
+    reader.SetSHUOMode(true);
+    reader.SetGDTMode(true);
+    reader.SetViewMode(true);
+    Handle(TDocStd_Document) target = document;
+    if (reader.ReadFile(path.c_str()) != IFSelect_RetDone || !reader.Transfer(target))
+        throw std::runtime_error("Open CASCADE did not read " + path);
+    return document;
+}
+
+// As it does that when asked for nothing else: one thread.
+void Mesh(Handle(TDocStd_Document) const& document)
+{
+    KVR::ProductPlan const plan(document);
     double const deflection = KVR::DiagonalOfModel(plan) * KVR::Deflection().value;
     for (KVR::ComponentPlan const& component : plan.components)
         if (!component.shape.IsNull())
@@ -52,18 +76,18 @@ void Mesh(KVR::ModelDocument const& model)
 // Times of Open CASCADE alone, in the order of its work.
 Figures OpenCascade(std::string const& path, std::string const& glb)
 {
-    KVR::ModelDocument model;
+    Handle(TDocStd_Document) document;
     double const read = WallSecondsOf(
         [&]
         {
-            model = KVR::ModelDocument::Read(path, KVR::ModelFormat::kStep, {});
-            Mesh(model);
+            document = Read(path);
+            Mesh(document);
         });
     double const write = WallSecondsOf(
         [&]
         {
             RWGltf_CafWriter writer(glb.c_str(), true);
-            if (!writer.Perform(model.document, TColStd_IndexedDataMapOfStringString(), Message_ProgressRange()))
+            if (!writer.Perform(document, TColStd_IndexedDataMapOfStringString(), Message_ProgressRange()))
                 throw std::runtime_error("Open CASCADE did not write " + glb);
         });
     return {{"read", read}, {"write", write}};
@@ -143,7 +167,7 @@ void Run(std::string const& path, int repeat)
     line("Open CASCADE: write GLB of the document in memory", writes);
     line("export: write GLB of the scene in memory", ourWrites);
     line("export: read the scene and write GLB", exports);
-    std::fputs(GoalsText({{"import / Open CASCADE's reading and meshing", "", 1.3, Median(importRatios)},
+    std::fputs(GoalsText({{"import / Open CASCADE's reading and meshing", "", 0.9, Median(importRatios)},
                           {"writing GLB / Open CASCADE's glTF writer", "", 1.0, Median(writeRatios)}})
                    .c_str(),
                stdout);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -19,6 +20,14 @@ struct Deflection
     bool isFraction = true;
 };
 
+/// The axes of a model.
+enum class UpAxis
+{
+    kX,
+    kY,
+    kZ
+};
+
 struct ImportOptions
 {
     Deflection deflection;
@@ -28,8 +37,23 @@ struct ImportOptions
     bool asText = false;
     /// Whether annotations (dimensions, tolerances, datums) and views are read.
     bool withAnnotations = true;
+    /// Whether files that are no side files of a scene at the target, and stand where this one's are to be, are
+    /// replaced; otherwise they are a failure.
+    bool force = false;
     /// The unit of length of a model that states none; another unit is a failure.
     UnitTypeEnum unit = kUnitType_Millimeter;
+    /// Which of the model's axes points up, for STL, OBJ, PLY and glTF: the scene is turned so that it is z. Unless
+    /// given y for glTF, and z for all others. For another format any but z is a failure.
+    std::optional<UpAxis> up;
+    /// The greatest angle in degrees, from 0 to 180, between triangles that share a normal, in files of meshes that
+    /// have no normals; another is a failure.
+    double creaseAngle = 30.0;
+    /// Whether what is there is taken of a file of meshes that is cut short or damaged, which else is a failure; the
+    /// remarks and losses tell how much it is.
+    bool isLenient = false;
+    /// Where what the model holds and the scene does not is listed, item by item, as a JSON object; empty for nowhere.
+    /// What stands there is replaced, unless it is the model or the scene: that is a failure.
+    std::string reportPath;
 };
 
 /// What a scene holds.
@@ -76,12 +100,15 @@ struct ImportResult
     double deflection = 0.0;
 };
 
-/// Makes a scene of a model: STEP, IGES, BREP, glTF, STL, OBJ or PLY, told apart by content and name. The scene's files
-/// appear whole, the scene itself last, or not at all; files of these names are replaced. Paths are UTF-8. The model is
-/// read in a child process, so that one that crashes its reader is a failure like another; whoever has further threads
-/// sees to it that none of them holds a lock of Open CASCADE's when this is called. Progress tells the stages "reading"
-/// (with a fraction for STEP, IGES, STL, OBJ and glTF) and "writing". Throws std::bad_alloc and what the callback
-/// throws; all else is a failure in the result.
+/// Makes a scene of a model: STEP, IGES, BREP, glTF, STL, OBJ or PLY, told apart by content and name; "-" is standard
+/// input, and what is gzipped is unpacked into the folder for temporary files, unless that gives more than 16 MiB and
+/// 100 times the file's size. The name of the scene ends in ".xml". Its files appear whole, the scene itself last, or
+/// not at all; a former scene of the name is replaced with the files that it notes as its own. A target that is the
+/// model, by whatever name or link, is a failure, and so is a file of others where a side file is to be (see
+/// ImportOptions::force). Paths are UTF-8. The model is read in a child process, so that one that crashes its reader is
+/// a failure like another; whoever has further threads sees to it that none of them holds a lock of Open CASCADE's when
+/// this is called. Progress tells the stages "reading" (with a fraction for all but BREP) and "writing". Throws
+/// std::bad_alloc and what the callback throws; all else is a failure in the result.
 KVR_EXCHANGE_API ImportResult ImportModel(std::string const& modelPath, std::string const& scenePath,
                                           ImportOptions const& options = {}, Progress const& progress = {});
 

@@ -12,6 +12,8 @@ void AddSceneOptions(CLI::App& command, SceneOptions& options)
     command.add_flag("--allow-dtd", options.allowDtd,
                      "Allow a document type declaration, and with it entities and references to other documents, "
                      "also on the network; for scenes that you trust");
+    command.add_flag("--strict", options.strict,
+                     "Refuse a scene with a side file that is missing, short or another scene's");
 }
 
 void AddInsecureOption(CLI::App& command, SceneOptions& options)

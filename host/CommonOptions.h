@@ -15,7 +15,7 @@ namespace KVR
 
 // Options that several commands have. What they set must outlive the command.
 
-/// Those of all commands that read a scene: its file, "--prefix" and "--allow-dtd".
+/// Those of all commands that read a scene: its file, "--prefix", "--allow-dtd" and "--strict".
 void AddSceneOptions(CLI::App& command, SceneOptions& options);
 
 /// "--insecure".

@@ -32,7 +32,9 @@ ExportCommand::ExportCommand(CLI::App& program)
     AddSceneOptions(Arguments(), m_scene);
     Arguments().add_option("target", m_target, "The file to be")->required()->type_name("OUT")->check(&ProblemOfTarget);
     AddRepeatedOption(Arguments(), "--only", m_options.filter.only,
-                      "Export this object with all below it, by its id or label, or a layer; may be repeated", "NAME");
+                      "Export this object with all below it, by its id or label, or a layer; * and ? stand for any "
+                      "characters and one; may be repeated",
+                      "NAME");
     AddRepeatedOption(Arguments(), "--hide", m_options.filter.hide, "Leave this out, named as above; may be repeated",
                       "NAME");
     Arguments()

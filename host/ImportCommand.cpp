@@ -67,7 +67,10 @@ ImportCommand::ImportCommand(CLI::App& program)
     : Command(program, "import",
               "Make a scene of a model: STEP, IGES, BREP, glTF, STL, OBJ or PLY, told apart by content and name")
 {
-    Arguments().add_option("model", m_model, "The model's file")->required()->type_name("MODEL");
+    Arguments()
+        .add_option("model", m_model, "The model's file; \"-\" is standard input")
+        ->required()
+        ->type_name("MODEL");
     Arguments()
         .add_option("scene", m_scene, "The scene to be; its side files stand beside it")
         ->required()
@@ -84,10 +87,26 @@ ImportCommand::ImportCommand(CLI::App& program)
         ->type_name("UNIT")
         ->check(CLI::IsMember(UnitWords()))
         ->capture_default_str();
+    Arguments()
+        .add_option("--up", m_up, "Which axis of the model points up, for STL, OBJ, PLY and glTF: z, but of glTF y")
+        ->type_name("AXIS")
+        ->check(CLI::IsMember({"x", "y", "z"}));
+    Arguments()
+        .add_option("--crease", m_options.creaseAngle,
+                    "The greatest angle between triangles that share a normal, where a file of meshes has none")
+        ->type_name("DEGREES")
+        ->check(CLI::Range(0.0, 180.0))
+        ->capture_default_str();
+    Arguments().add_flag("--lenient", m_options.isLenient,
+                         "Take what is there of a file of meshes that is cut short or damaged");
     Arguments().add_flag("--no-mesh", m_withoutMeshes, "Write no meshes");
     Arguments().add_flag("--no-brep", m_withoutBreps, "Write no bodies");
     Arguments().add_flag("--no-pmi", m_withoutNotes, "Read no annotations and views");
     Arguments().add_flag("--text", m_options.asText, "Write bodies as text");
+    Arguments().add_flag("--force", m_options.force, "Replace files that are no side files of a scene at SCENE.xml");
+    Arguments()
+        .add_option("--report", m_options.reportPath, "List what the scene lacks of the model, item by item, as JSON")
+        ->type_name("FILE");
     Arguments().add_flag("--quiet", m_isQuiet, "Say nothing but what fails");
 }
 
@@ -98,6 +117,8 @@ ExitStatus ImportCommand::Run()
     m_options.withBreps = !m_withoutBreps;
     m_options.withAnnotations = !m_withoutNotes;
     m_options.unit = UnitOf(m_unit);
+    if (!m_up.empty())
+        m_options.up = static_cast<UpAxis>(m_up.front() - 'x');
     ImportResult const result = Watched(
         !m_isQuiet, [&](Progress const& progress) { return ImportModel(m_model, m_scene, m_options, progress); });
     if (result.outcome != Outcome::kDone)

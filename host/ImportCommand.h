@@ -22,6 +22,7 @@ private:
     ImportOptions m_options;
     std::string m_deflection = "0.1%";
     std::string m_unit = "millimeter";
+    std::string m_up;
     bool m_withoutMeshes = false;
     bool m_withoutBreps = false;
     bool m_withoutNotes = false;

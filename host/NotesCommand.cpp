@@ -1,5 +1,6 @@
 #include "host/NotesCommand.h"
 
+#include <CLI/CLI.hpp>
 #include <vector>
 
 #include "exchange/source/SceneReading.h"
@@ -16,6 +17,7 @@ NotesCommand::NotesCommand(CLI::App& program)
 {
     AddIdOption(Arguments(), m_options.ids);
     AddJsonOption(Arguments(), m_options.json);
+    Arguments().add_flag("--curves", m_options.withCurves, "Show what elements of notes are drawn with");
     m_color.AddTo(Arguments());
 }
 

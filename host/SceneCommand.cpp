@@ -26,7 +26,9 @@ std::string SceneCommand::OfScene(std::string const& text) const
 ExitStatus SceneCommand::Run()
 {
     SceneFile file(m_scene);
-    SceneReading const reading = SceneReading::Of(file.Producer());
+    SceneReading const reading = SceneReading::Of(file);
+    for (std::string const& problem : reading.sideFileProblems)
+        Complain(OfScene(Escaped(problem)));
     std::string complaint;
     if (!reading.failure || ShowsFailures())
     {

@@ -6,6 +6,7 @@
 #include <xercesc/dom/DOMElement.hpp>
 #include <xercesc/parsers/XercesDOMParser.hpp>
 
+#include "framework/api/IOUtil.h"
 #include "framework/xml_util/DomWalk.h"
 #include "framework/xml_util/FormatNames.h"
 #include "framework/xml_util/SideFilePath.h"
@@ -19,6 +20,7 @@
 #include "producer/ObjectNodeIndex.h"
 #include "producer/SideFileIndex.h"
 #include "producer/XMLProducerImpl.h"
+#include "producer/XMLProducerOptions.h"
 #include "readers/Ignored.h"
 #include "structure/XMLUniverse.h"
 
@@ -105,6 +107,24 @@ constexpr InfoRow kInfoRows[] = {
     {Names::SubObjectPersistentIdInfo, Names::GenerateSubObjectPersistentId, &LoadSubObjectPersistentIds},
 };
 
+// The path that the row's loader opens.
+UTF16String FullPath(Scan const& scan, DOMNode const* node, InfoRow const& row)
+{
+    // Kept: of the assets an absolute path stands as it is.
+    return row.load == &LoadVitreolAssets ? XMLUtils::GetFilePath(node, scan.sceneFilePath)
+                                          : ResolveSideFilePath(scan.sceneFilePath, PathText(node));
+}
+
+void TellIfUnread(Scan const& scan, DOMNode const* node, InfoRow const& row)
+{
+    XMLProducerOptions const* const options = scan.producer.options;
+    if (!options || !options->UnreadSideFileHandler() || PathText(node).IsEmpty())
+        return;
+    UTF16String const path = FullPath(scan, node, row);
+    if (!FilePtr(UTF8String(path), "rb"))
+        options->UnreadSideFileHandler()(path);
+}
+
 bool ReadInfoSection(Scan const& scan, DOMNode const* node, XMLCh const* name)
 {
     for (InfoRow const& row : kInfoRows)
@@ -113,7 +133,10 @@ bool ReadInfoSection(Scan const& scan, DOMNode const* node, XMLCh const* name)
             continue;
         bool const isOn = !row.switchAttribute || Equals(AttributeText(node, *row.switchAttribute), kSwitchedOn);
         if (isOn && AttributeText(node, Names::Path))
+        {
+            TellIfUnread(scan, node, row);
             row.load(scan, node);
+        }
         return true;
     }
     return false;

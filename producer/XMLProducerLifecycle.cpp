@@ -2,12 +2,12 @@
 
 #include <exception>
 #include <xercesc/parsers/XercesDOMParser.hpp>
-#include <xercesc/util/PlatformUtils.hpp>
 
 #include "framework/api/Exception.h"
 #include "framework/api/IObject.h"
 #include "framework/api/LocaleHelper.h"
 #include "framework/gmk_interface/GMKHistoryUtil.h"
+#include "framework/xml_util/DocumentParser.h"
 #include "framework/xml_util/FileInputSource.h"
 #include "framework/xml_util/XMLPlatform.h"
 #include "producer/DocumentScan.h"
@@ -45,12 +45,7 @@ bool XMLProducerImpl::OpenDocument()
         return false;
     try
     {
-        m_parser =
-            std::make_unique<xercesc::XercesDOMParser>(nullptr, xercesc::XMLPlatformUtils::fgMemoryManager, nullptr);
-        m_parser->setValidationScheme(xercesc::XercesDOMParser::Val_Never);
-        m_parser->setDoNamespaces(true);
-        m_parser->setDoSchema(true);
-        m_parser->setCreateEntityReferenceNodes(true);
+        m_parser = MakeDocumentParser();
         m_parser->parse(FileInputSource(m_fileName));
         m_isParsed = m_parser->getErrorCount() == 0;
     }

@@ -1,5 +1,7 @@
 #include "producer/XMLProducerOptions.h"
 
+#include <utility>
+
 namespace KVR
 {
 
@@ -7,6 +9,7 @@ struct XMLProducerOptions::Flags
 {
     bool wantLayer = true;
     bool wantRestoreInsecure = false;
+    FileHandler unreadSideFileHandler;
 };
 
 XMLProducerOptions::XMLProducerOptions() : m_flags(std::make_unique<Flags>()) {}
@@ -27,6 +30,14 @@ bool XMLProducerOptions::WantRestoreInsecureGMKFiles() const noexcept
 void XMLProducerOptions::SetWantRestoreInsecureGMKFiles(bool want) noexcept
 {
     m_flags->wantRestoreInsecure = want;
+}
+void XMLProducerOptions::SetUnreadSideFileHandler(FileHandler handler)
+{
+    m_flags->unreadSideFileHandler = std::move(handler);
+}
+XMLProducerOptions::FileHandler const& XMLProducerOptions::UnreadSideFileHandler() const noexcept
+{
+    return m_flags->unreadSideFileHandler;
 }
 
 }  // namespace KVR

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 
 #include "framework/api/BaseOptions.h"
+#include "framework/api/UTF16String.h"
 #include "producer/Export.h"
 
 namespace KVR
@@ -28,6 +30,15 @@ public:
     bool WantRestoreInsecureGMKFiles() const noexcept;
     /// Sets whether they are; to be called before BeginProcess.
     void SetWantRestoreInsecureGMKFiles(bool want) noexcept;
+
+    /// Is told the full path of a file.
+    using FileHandler = std::function<void(UTF16String const& path)>;
+
+    /// Who is told, during BeginProcess and before the file is looked at, of each side file that an info section names
+    /// and that cannot be opened; nobody until set. What the handler throws ends BeginProcess.
+    void SetUnreadSideFileHandler(FileHandler handler);
+    /// What was set; may be empty.
+    FileHandler const& UnreadSideFileHandler() const noexcept;
 
 private:
     struct Flags;

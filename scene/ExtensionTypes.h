@@ -10,9 +10,9 @@ namespace KVR
 inline constexpr char kBodyTypeId[] = "kvr.body";
 /// On a style: what glTF's metallic-roughness model says, as JSON.
 inline constexpr char kPbrTypeId[] = "gltf.pbrMetallicRoughness";
-/// On a style: what else glTF says of a material, as JSON (GltfMaterialDetails).
+/// On a style: what else glTF says of a material, as JSON: "alphaMode", "alphaCutoff", "doubleSided", "unlit".
 inline constexpr char kMaterialTypeId[] = "gltf.material";
-/// On a texture: how glTF samples it, as JSON (GltfSamplerDetails).
+/// On a texture: glTF's sampler, as JSON: "magFilter", "minFilter", "wrapS", "wrapT".
 inline constexpr char kSamplerTypeId[] = "gltf.sampler";
 /// On a callout: "dimension", "tolerance" or "datum".
 inline constexpr char kAnnotationKindTypeId[] = "kvr.annotation.kind";

@@ -29,7 +29,8 @@ class KVR_SCENE_API Scene
 {
 public:
     /// The scene from its root file, or another file, assembly or part, on. Objects belong to the producer, which must
-    /// outlive the scene and keep them. Throws std::bad_alloc, and what the producer throws.
+    /// outlive the scene and keep them. Throws std::bad_alloc, SceneFilterError for a filter with a name that means
+    /// nothing in the scene, and what the producer throws.
     Scene(IProducer& producer, UTF8String const& rootId, SceneFilter const& filter = {});
     Scene(Scene&& other) noexcept;
     Scene& operator=(Scene&& other) noexcept;

@@ -241,6 +241,30 @@ void WriteCustomData(XmlFile& file, UniverseRecord::CustomData const& data)
 
 }  // namespace
 
+void WriteFileChild(XmlFile& file, FileChild const& child)
+{
+    // In the order of the enumerators.
+    constexpr ElementName kTypes[] = {Names::IAssembly,
+                                      Names::IPart,
+                                      Names::IAnnotationCallout,
+                                      Names::IBrep,
+                                      Names::IPolygonMesh,
+                                      Names::ICurve,
+                                      Names::IPoint,
+                                      Names::IPointCloud,
+                                      Names::ISketch,
+                                      Names::IGeometricSet,
+                                      Names::IExtensionGeometry,
+                                      Names::IWorkAxis,
+                                      Names::IWorkPlane,
+                                      Names::IWorkPoint};
+    static_assert(std::size(kTypes) == static_cast<std::size_t>(FileChildType::kWorkPoint) + 1);
+    file.Begin(Names::Child);
+    file.Attribute(Names::ID, child.id.View());
+    file.Attribute(Names::Type, std::string_view(kTypes[static_cast<std::size_t>(child.type)]));
+    file.End();
+}
+
 void WriteUniverse(XmlFile& file, UniverseRecord const& universe)
 {
     file.Begin(Names::IUniverse);

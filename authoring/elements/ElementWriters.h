@@ -42,6 +42,7 @@ void WriteStyleRefs(XmlFile& file, ElementName name, std::span<UTF8String const>
 void WriteXYZ(XmlFile& file, ElementName name, XYZ const& value);
 void WriteColor(XmlFile& file, ElementName name, ColorRecord const& color);
 void WriteFileProperties(XmlFile& file, FilePropertiesRecord const& properties);
+void WriteFileChild(XmlFile& file, FileChild const& child);
 void WriteUniverse(XmlFile& file, UniverseRecord const& universe);
 void WriteCrossLevel(XmlFile& file, CrossLevelRecord const& crossLevel);
 void WriteInstance(XmlFile& file, InstanceRecord const& instance);

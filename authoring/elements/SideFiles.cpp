@@ -5,6 +5,7 @@
 
 #include "authoring/StoreFile.h"
 #include "authoring/XmlFile.h"
+#include "framework/api/Exception.h"
 #include "framework/xml_util/FormatNames.h"
 
 namespace KVR::Authoring
@@ -13,96 +14,114 @@ namespace KVR::Authoring
 namespace
 {
 
+// None ends as a scene does.
+constexpr char const* kMeshEndings[] = {".mesh", ".geometry"};
+constexpr char const* kKernelEndings[] = {".sab", ".sat"};
 constexpr char kSegmentEnding[] = ".seg";
-constexpr char kPersistentIdEnding[] = ".ids.xml";
+constexpr char kPersistentIdEnding[] = ".ids";
 constexpr char kAssetEnding[] = ".assets";
+
+using Path = boost::filesystem::path;
+
+// A reader finds it by this name alone.
+std::string PropertyFileOf(std::string const& sceneName)
+{
+    return Path(sceneName).replace_extension(kPropertyFileExtension.Narrow()).string();
+}
 
 }  // namespace
 
 SideFiles::SideFiles(UTF16String const& scenePath, SceneWriterOptions const& options)
-    : m_options(options), m_stem(UTF8String(scenePath).View())
+    : m_options(options), m_scenePath(scenePath), m_sceneName(Path(m_scenePath.Value()).filename().string())
 {
-    m_stem.resize(m_stem.size() - boost::filesystem::path(m_stem).extension().string().size());
 }
 
 SideFiles::~SideFiles()
 {
     boost::system::error_code ignored;
-    for (UTF16String const& path : m_standing)
-        boost::filesystem::remove(UTF8String(path).Value(), ignored);
+    for (std::string const& name : m_standing)
+        boost::filesystem::remove(PathOf(name).Value(), ignored);
 }
 
-UTF16String SideFiles::Beside(std::string_view ending) const
+UTF8String SideFiles::PathOf(std::string const& name) const
 {
-    return UTF16String(UTF8String(m_stem + std::string(ending)));
-}
-
-// As the scene names a file beside it.
-std::string SideFiles::NameOf(std::string_view ending) const
-{
-    return boost::filesystem::path(m_stem).filename().string() + std::string(ending);
+    return UTF8String((Path(m_scenePath.Value()).parent_path() / name).string());
 }
 
 char const* SideFiles::MeshEnding() const noexcept
 {
-    return m_options.meshLayout == MeshStoreLayout::kMeshInfo ? ".mesh" : ".geometry";
+    return m_options.meshLayout == MeshStoreLayout::kMeshInfo ? kMeshEndings[0] : kMeshEndings[1];
 }
 
 char const* SideFiles::KernelEnding() const noexcept
 {
-    return m_options.kernelForm == KernelStoreForm::kBinary ? ".sab" : ".sat";
+    return m_options.kernelForm == KernelStoreForm::kBinary ? kKernelEndings[0] : kKernelEndings[1];
 }
 
 MeshStoreWriter& SideFiles::Meshes()
 {
     if (!m_meshes)
-        m_meshes.emplace(Beside(MeshEnding()), m_options.meshLayout);
+        m_meshes.emplace(UTF16String(PathOf(NameOf(MeshEnding()))), m_options.meshLayout);
     return *m_meshes;
 }
 
 SegmentStoreWriter& SideFiles::Segments()
 {
     if (!m_segments)
-        m_segments.emplace(Beside(kSegmentEnding));
+        m_segments.emplace(UTF16String(PathOf(NameOf(kSegmentEnding))));
     return *m_segments;
 }
 
 KernelStoreWriter& SideFiles::Kernel()
 {
     if (!m_kernel)
-        m_kernel.emplace(Beside(KernelEnding()), m_options.kernelForm);
+        m_kernel.emplace(UTF16String(PathOf(NameOf(KernelEnding()))), m_options.kernelForm);
     return *m_kernel;
 }
 
 SubObjectPersistentIdWriter& SideFiles::PersistentIds()
 {
     if (!m_persistentIds)
-        m_persistentIds.emplace(Beside(kPersistentIdEnding));
+        m_persistentIds.emplace(UTF16String(PathOf(NameOf(kPersistentIdEnding))));
     return *m_persistentIds;
 }
 
 VitreolAssetWriter& SideFiles::Assets()
 {
     if (!m_assets)
-        m_assets.emplace(Beside(kAssetEnding));
+        m_assets.emplace(UTF16String(PathOf(NameOf(kAssetEnding))));
     return *m_assets;
 }
 
 PropertyWriter& SideFiles::Properties()
 {
     if (!m_properties)
-        m_properties.emplace(Beside(kPropertyFileExtension));
+        m_properties.emplace(UTF16String(PathOf(PropertyFileOf(m_sceneName))));
     return *m_properties;
 }
 
 UTF8String SideFiles::Blob(void const* bytes, std::size_t size)
 {
-    std::string const ending = ".blob" + std::to_string(++m_blobCount);
-    StoreFile file(Beside(ending));
+    std::string const name = NameOf(".blob" + std::to_string(++m_blobCount));
+    StoreFile file(UTF16String(PathOf(name)));
     file.Bytes(bytes, size);
     file.Commit();
-    m_standing.push_back(Beside(ending));
-    return UTF8String(NameOf(ending));
+    m_standing.push_back(name);
+    return UTF8String(name);
+}
+
+std::vector<std::string> SceneWriter::SideFileNames(std::string const& sceneName)
+{
+    return SideFiles::NamesFor(sceneName);
+}
+
+std::vector<std::string> SideFiles::NamesFor(std::string const& sceneName)
+{
+    std::vector<std::string> names = {PropertyFileOf(sceneName)};
+    for (char const* const ending : {kMeshEndings[0], kMeshEndings[1], kKernelEndings[0], kKernelEndings[1],
+                                     kSegmentEnding, kPersistentIdEnding, kAssetEnding})
+        names.push_back(sceneName + ending);
+    return names;
 }
 
 void SideFiles::WriteSection(XmlFile& document, ElementName name, std::optional<AttributeName> condition,
@@ -134,26 +153,47 @@ void SideFiles::WriteSections(XmlFile& document) const
 }
 
 template <class Writer>
-void SideFiles::Finish(std::optional<Writer>& writer, std::string_view ending)
+void SideFiles::Finish(std::optional<Writer>& writer, std::string const& name)
 {
     if (!writer)
         return;
     writer->Finish();
-    m_standing.push_back(Beside(ending));
+    m_standing.push_back(name);
 }
 
 void SideFiles::Finish()
 {
-    Finish(m_kernel, KernelEnding());
-    Finish(m_meshes, MeshEnding());
-    Finish(m_segments, kSegmentEnding);
-    Finish(m_assets, kAssetEnding);
-    Finish(m_persistentIds, kPersistentIdEnding);
-    Finish(m_properties, kPropertyFileExtension);
+    Finish(m_kernel, NameOf(KernelEnding()));
+    Finish(m_meshes, NameOf(MeshEnding()));
+    Finish(m_segments, NameOf(kSegmentEnding));
+    Finish(m_assets, NameOf(kAssetEnding));
+    Finish(m_persistentIds, NameOf(kPersistentIdEnding));
+    Finish(m_properties, PropertyFileOf(m_sceneName));
     if (m_properties)
         return;
     boost::system::error_code ignored;
-    boost::filesystem::remove(UTF8String(Beside(kPropertyFileExtension)).Value(), ignored);
+    boost::filesystem::remove(PathOf(PropertyFileOf(m_sceneName)).Value(), ignored);
+}
+
+std::vector<SideFileNote> SideFiles::Notes() const
+{
+    std::vector<std::string> names = m_standing;
+    for (UTF8String const& name : m_added)
+        names.emplace_back(name.View());
+    std::vector<SideFileNote> notes;
+    for (std::string const& name : names)
+    {
+        UTF8String const path = PathOf(name);
+        std::optional<FileDigest> const digest = FileDigest::Of(path);
+        if (!digest)
+        {
+            FileException exception;
+            exception.SetFileName(UTF16String(path));
+            throw FileException(exception);
+        }
+        notes.push_back({name, *digest});
+    }
+    return notes;
 }
 
 }  // namespace KVR::Authoring

@@ -8,14 +8,16 @@
 #include "authoring/PropertyWriter.h"
 #include "authoring/SceneWriter.h"
 #include "framework/xml_util/FormatNames.h"
+#include "framework/xml_util/SideFileNotes.h"
 
 namespace KVR::Authoring
 {
 
 class XmlFile;
 
-/// The side files of a scene that is being written, each under the scene's name with an ending of its own. Those that
-/// stand already when the scene is not finished go with this object.
+/// The side files of a scene that is being written, each under the scene's whole name with an ending of its own, so
+/// that two scenes of a folder do not meet. Those that stand already when the scene is not finished go with this
+/// object.
 class SideFiles
 {
 public:
@@ -32,27 +34,34 @@ public:
     PropertyWriter& Properties();
     /// The name by which the scene knows the blob.
     UTF8String Blob(void const* bytes, std::size_t size);
+    /// Has a file noted that somebody else writes.
+    void Add(UTF8String const& name) { m_added.push_back(name); }
+
+    /// The names of all of them but blobs, in both forms of the stores.
+    static std::vector<std::string> NamesFor(std::string const& sceneName);
 
     /// Writes the elements that name the files.
     void WriteSections(XmlFile& document) const;
     /// Gives all files their places, and takes away a property file that is not this scene's.
     void Finish();
+    /// What the scene is to note of all files, which are finished by then.
+    std::vector<SideFileNote> Notes() const;
     /// The scene stands: what it names stays.
     void Keep() noexcept { m_standing.clear(); }
 
 private:
-    UTF16String Beside(std::string_view ending) const;
-    std::string NameOf(std::string_view ending) const;
+    std::string NameOf(std::string_view ending) const { return m_sceneName + std::string(ending); }
+    UTF8String PathOf(std::string const& name) const;
     char const* MeshEnding() const noexcept;
     char const* KernelEnding() const noexcept;
     void WriteSection(XmlFile& document, ElementName name, std::optional<AttributeName> condition,
                       std::string_view ending) const;
     template <class Writer>
-    void Finish(std::optional<Writer>& writer, std::string_view ending);
+    void Finish(std::optional<Writer>& writer, std::string const& name);
 
     SceneWriterOptions m_options;
-    /// The scene's path without its extension.
-    std::string m_stem;
+    UTF8String m_scenePath;
+    std::string m_sceneName;
     unsigned long long m_blobCount = 0;
     std::optional<MeshStoreWriter> m_meshes;
     std::optional<SegmentStoreWriter> m_segments;
@@ -60,7 +69,9 @@ private:
     std::optional<SubObjectPersistentIdWriter> m_persistentIds;
     std::optional<VitreolAssetWriter> m_assets;
     std::optional<PropertyWriter> m_properties;
-    std::vector<UTF16String> m_standing;
+    /// The names of those that stand and go again.
+    std::vector<std::string> m_standing;
+    std::vector<UTF8String> m_added;
 };
 
 }  // namespace KVR::Authoring

@@ -63,8 +63,9 @@ ModelFacts FactsOfSceneFile(std::string const& path)
 {
     SceneOptions options;
     options.path = path;
+    options.strict = true;
     SceneFile file(options);
-    SceneReading const reading = SceneReading::Of(file.Producer());
+    SceneReading const reading = SceneReading::Of(file);
     if (!reading.rootId)
         throw std::runtime_error("it has no root");
     return FactsOfScene(file.Producer(), *reading.rootId);

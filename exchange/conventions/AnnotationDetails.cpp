@@ -147,6 +147,18 @@ void ForEachMember(Details& details, Use use)
     use("tolerance", details.tolerance);
     use("position", details.position);
     use("modifiers", details.modifiers);
+    use("fit", details.fit);
+    use("fitOf", details.fitOf);
+    use("magnitude", details.magnitude);
+    use("maximum", details.maximum);
+    use("displacement", details.displacement);
+    use("unitSize", details.unitSize);
+    use("zone", details.zone);
+    use("projection", details.projection);
+    use("target", details.target);
+    use("targetType", details.targetType);
+    use("targetLength", details.targetLength);
+    use("targetWidth", details.targetWidth);
 }
 
 }  // namespace
@@ -156,7 +168,8 @@ void AnnotationDetails::Scale(double factor)
     // Numbers that need no change keep their digits.
     if (std::abs(factor - 1.0) < 1e-12)
         return;
-    for (std::optional<double>* const length : {&value, &minus, &plus, &lower, &upper})
+    for (std::optional<double>* const length : {&value, &minus, &plus, &lower, &upper, &magnitude, &maximum,
+                                                &displacement, &unitSize, &projection, &targetLength, &targetWidth})
         if (*length)
             **length *= factor;
 }

@@ -28,8 +28,24 @@ struct AnnotationDetails
     std::string letter;
     std::string tolerance;
     int position = 0;
-    /// As ISO 10303 calls them.
+    /// As ISO 10303 calls them, in small letters.
     std::vector<std::string> modifiers;
+    /// Of a dimension: "H7", and "hole" or "shaft".
+    std::string fit;
+    std::string fitOf;
+    /// Of a tolerance: how wide its zone is, the greatest width that a bonus may give, how far the zone lies outside,
+    /// the length or area that it is for, the form of the zone and how far it is projected.
+    std::optional<double> magnitude;
+    std::optional<double> maximum;
+    std::optional<double> displacement;
+    std::optional<double> unitSize;
+    std::string zone;
+    std::optional<double> projection;
+    /// Of a datum that is taken from a target: its number, its form and its size.
+    std::string target;
+    std::string targetType;
+    std::optional<double> targetLength;
+    std::optional<double> targetWidth;
 
     /// Multiplies the lengths.
     void Scale(double factor);

@@ -27,6 +27,7 @@
 #include <limits>
 #include <sstream>
 
+#include "exchange/export/DocumentProducts.h"
 #include "exchange/export/DocumentText.h"
 #include "exchange/export/ShapePlacement.h"
 #include "framework/api/IAnnotationCallout.h"
@@ -243,7 +244,8 @@ void DocumentParts::AddProperties(SceneComponent const& component, TDF_Label con
     std::string description;
     std::string densityType;
     double density = 0.0;
-    unsigned long long others = 0;
+    ShapeDocument::Product product = ProductOf(component);
+    product.label = label;
     for (SceneProperty const& property : component.properties)
     {
         auto const* const text = std::get_if<std::string>(&property.value);
@@ -267,10 +269,9 @@ void DocumentParts::AddProperties(SceneComponent const& component, TDF_Label con
         else if (property.name == "material density" && number)
             density = *number;
         else
-            ++others;
+            AddToProduct(product, property);
     }
-    if (m_counted.insert(&component).second)
-        m_document.notCarried.Add("custom properties", others);
+    m_document.products.push_back(std::move(product));
     if (!material.empty())
         XCAFDoc_DocumentTool::MaterialTool(label)->SetMaterial(
             label, new TCollection_HAsciiString(material.c_str()), new TCollection_HAsciiString(description.c_str()),

@@ -5,7 +5,6 @@
 #include <optional>
 #include <string>
 #include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 #include "exchange/export/PartShapes.h"
@@ -27,7 +26,8 @@ public:
 
     /// A new part of the component's geometry after a change in its coordinates.
     TDF_Label Add(SceneComponent const& component, gp_Mat const& change);
-    /// Gives a part or an assembly the validation properties and the material that its custom properties tell.
+    /// Gives a part or an assembly the validation properties and the material that its custom properties tell, and
+    /// notes what else is said of it.
     void AddProperties(SceneComponent const& component, TDF_Label const& label, bool withMeasures = true);
     /// Puts parts, bodies and faces into the layers that name them. What STEP has no place for in a layer is counted.
     void AddLayers();
@@ -67,8 +67,6 @@ private:
     std::unordered_map<std::string, std::vector<Member>> m_layerItems;
     /// What annotations speak of, with all that it is.
     std::unordered_map<std::string, std::vector<ShapeDocument::Target>> m_targets;
-    /// Components whose properties were counted.
-    std::unordered_set<SceneComponent const*> m_counted;
     PartShapes m_partShapes;
 };
 

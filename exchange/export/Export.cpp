@@ -15,6 +15,7 @@
 #include "exchange/source/SceneFile.h"
 #include "exchange/source/SceneProblem.h"
 #include "exchange/source/SceneReading.h"
+#include "exchange/source/SideFileCheck.h"
 #include "framework/api/UTF8String.h"
 #include "output/SafeText.h"
 
@@ -59,10 +60,28 @@ std::string SentenceOf(std::string const& path, std::exception const& error)
 {
     if (dynamic_cast<ExportError const*>(&error))
         return error.what();
+    if (dynamic_cast<TargetError const*>(&error))
+        return Escaped(error.what());
     auto const* const system = dynamic_cast<std::system_error const*>(&error);
     return Escaped(path) + ": " +
            (system ? "it cannot be written: " + std::generic_category().message(system->code().value())
                    : Escaped(error.what()));
+}
+
+// What of a filter a scene has nothing for.
+std::string SentenceOf(std::string const& path, SceneFilterError const& error)
+{
+    std::string sentence;
+    for (SceneFilterError::Unmatched const& entry : error.Names())
+    {
+        sentence += sentence.empty() ? Escaped(path) + ": " : "; ";
+        sentence +=
+            entry.isLayer ? "there is nothing to take or leave out in the layer " : "nothing in it has the name ";
+        sentence += '"' + Escaped(entry.name) + '"';
+        for (std::size_t i = 0; i < entry.nearest.size(); ++i)
+            sentence += (i == 0 ? ", the nearest are \"" : ", \"") + Escaped(entry.nearest[i]) + '"';
+    }
+    return sentence;
 }
 
 // Not the user's wish.
@@ -96,12 +115,14 @@ void ExportHere(SceneOptions const& sceneOptions, std::string const& target, std
     try
     {
         SceneFile file(sceneOptions);
-        SceneReading const reading = SceneReading::Of(file.Producer());
+        SceneReading const reading = SceneReading::Of(file);
         if (reading.failure)
             throw ExportError(SceneProblem(sceneOptions, *reading.failure));
         if (!reading.rootId)
             throw ExportError(Escaped(sceneOptions.path) +
                               ": the scene has no root file, so there is nothing to export");
+        for (std::string const& problem : reading.sideFileProblems)
+            voice.Remark(Escaped(problem));
         auto const tell = [&](ProgressReport const& report)
         {
             voice.Progress(report);
@@ -116,15 +137,21 @@ void ExportHere(SceneOptions const& sceneOptions, std::string const& target, std
     {
         throw ExportError(Escaped(sceneOptions.path) + ": there is not enough memory to export it");
     }
+    catch (SceneFilterError const& error)
+    {
+        throw ExportError(SentenceOf(sceneOptions.path, error));
+    }
     catch (std::exception const& error)
     {
         throw ExportError(SentenceOf(target, error));
     }
 }
 
-// Runs work that writes into a folder and fills the result, and gives its files their places when it is done.
+// Runs work that writes into a folder and fills the result, and gives its files their places when it is done. None of
+// them may be a source.
 template <class Work>
-ExportResult ExportTo(std::string const& path, Progress const& progress, Work const& work)
+ExportResult ExportTo(std::string const& path, std::vector<std::string> const& sources, Progress const& progress,
+                      Work const& work)
 {
     ExportResult result;
     try
@@ -134,7 +161,7 @@ ExportResult ExportTo(std::string const& path, Progress const& progress, Work co
         result.outcome = Outcome::kCancelled;
         if (!Begin(progress, kStage_Reading))
             return result;
-        WorkFolder const folder(path);
+        WorkFolder const folder(path, sources);
         work(folder.Inside().string(), result);
         if (result.outcome == Outcome::kDone)
             folder.MoveIntoPlace();
@@ -142,6 +169,10 @@ ExportResult ExportTo(std::string const& path, Progress const& progress, Work co
     catch (std::bad_alloc const&)
     {
         throw;
+    }
+    catch (SceneFilterError const& error)
+    {
+        result = {Outcome::kFailed, SentenceOf(path, error), {}};
     }
     catch (std::exception const& error)
     {
@@ -168,9 +199,11 @@ std::string ExportFormats()
 ExportResult ExportScene(SceneOptions const& scene, std::string const& path, ExportOptions const& options,
                          Progress const& progress)
 {
+    std::vector<std::string> sources = SideFileCheck::PathsOf(scene.path);
+    sources.push_back(scene.path);
     auto const work = [&](Progress const& heard)
     {
-        return ExportTo(path, heard,
+        return ExportTo(path, sources, heard,
                         [&](std::string const& inside, ExportResult& result)
                         {
                             ChildResult child = RunInChild(
@@ -196,7 +229,7 @@ ExportResult ExportScene(IProducer& producer, UTF8String const& rootId, std::str
 {
     auto const work = [&](Progress const& heard)
     {
-        return ExportTo(path, heard,
+        return ExportTo(path, {}, heard,
                         [&](std::string const& inside, ExportResult& result)
                         {
                             auto remarks = Write(producer, rootId, path, inside, {}, options, heard);

@@ -38,10 +38,10 @@ std::string ExtensionText(IObject const& object, char const* typeId)
 // How glTF shows it, where the scene says; a transparent one is blended unless it says.
 void AddDetails(tinygltf::Material& material, SceneStyle const* style, tinygltf::Model& model)
 {
-    GltfMaterialDetails details;
-    if (style && style->object)
-        details = GltfMaterialDetails::Of(ExtensionText(*style->object, kMaterialTypeId));
-    material.doubleSided = details.doubleSided.value_or(true);
+    std::string const text = style && style->object ? ExtensionText(*style->object, kMaterialTypeId) : std::string();
+    GltfMaterialDetails const details = GltfMaterialDetails::Of(text);
+    // Where the scene speaks of glTF, what it does not say is glTF's default.
+    material.doubleSided = details.doubleSided.value_or(text.empty());
     material.alphaMode = details.alphaMode.value_or(style && style->opacity < 1.0 ? "BLEND" : "OPAQUE");
     if (material.alphaMode == "MASK")
         material.alphaCutoff = details.alphaCutoff.value_or(kCutoff);

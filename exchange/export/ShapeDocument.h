@@ -12,6 +12,7 @@
 #include "exchange/conventions/AnnotationDetails.h"
 #include "exchange/export/ExportTask.h"
 #include "framework/api/Enums.h"
+#include "scene/SceneComponent.h"
 
 namespace KVR
 {
@@ -124,6 +125,28 @@ struct ShapeDocument
         Scene const* scene = nullptr;
     };
 
+    /// What is said of a part or assembly beside its name.
+    struct Product
+    {
+        TDF_Label label;
+        std::string number;
+        std::string revision;
+        std::string revisionDescription;
+        std::string description;
+        std::vector<std::string> categories;
+        std::vector<SceneProperty> properties;
+    };
+
+    /// What is said of a component in its place beside its name.
+    struct Usage
+    {
+        TDF_Label label;
+        std::string id;
+        std::string description;
+        std::string designator;
+        std::vector<SceneProperty> properties;
+    };
+
     opencascade::handle<TDocStd_Document> document;
     UnitTypeEnum unit = kUnitType_Millimeter;
     double metresPerUnit = 1e-3;
@@ -131,6 +154,8 @@ struct ShapeDocument
     std::string author;
     std::string organization;
     std::string authorisation;
+    std::vector<Product> products;
+    std::vector<Usage> usages;
     std::vector<Body> bodies;
     std::vector<LayerOfPoint> layersOfPoints;
     /// The names of all layers, in the scene's order.

@@ -13,6 +13,7 @@
 
 #include "exchange/export/DocumentDrawings.h"
 #include "exchange/export/DocumentLooks.h"
+#include "exchange/export/DocumentProducts.h"
 #include "exchange/export/DocumentText.h"
 #include "exchange/export/ShapePlacement.h"
 #include "exchange/export/StepUnit.h"
@@ -238,6 +239,8 @@ DocumentVariant::Place ShapeDocumentBuilder::Placed(DocumentVariant const& assem
     DocumentVariant const* const variant = VariantOf(placement.target, where->change, below);
     TDF_Label const label = m_shapes->AddComponent(assembly.label, variant->label, where->motion);
     TDataStd_Name::Set(label, DocumentText(std::string(placement.label.empty() ? target.label : placement.label)));
+    if (placement.object)
+        m_document.usages.push_back(UsageOf(label, m_scene.PropertiesOf(*placement.object)));
     return {label, variant};
 }
 

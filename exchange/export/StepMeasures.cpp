@@ -16,11 +16,13 @@
 #include <StepRepr_ReprItemAndLengthMeasureWithUnit.hxx>
 #include <StepRepr_ReprItemAndPlaneAngleMeasureWithUnit.hxx>
 #include <StepShape_DimensionalCharacteristicRepresentation.hxx>
+#include <StepShape_LimitsAndFits.hxx>
 #include <StepShape_PlusMinusTolerance.hxx>
 #include <StepShape_ShapeDimensionRepresentation.hxx>
 #include <StepShape_ToleranceMethodDefinition.hxx>
 #include <StepShape_ToleranceValue.hxx>
 #include <TCollection_HAsciiString.hxx>
+#include <algorithm>
 
 #include "exchange/export/StepEntities.h"
 
@@ -107,6 +109,16 @@ handle<StepRepr_RepresentationItem> ModifiersOf(std::vector<std::string> const& 
     return compound.get();
 }
 
+// "H7" as a form and a grade.
+handle<StepShape_LimitsAndFits> FitOf(AnnotationDetails const& details)
+{
+    std::size_t const grade = std::min(details.fit.find_first_of("0123456789"), details.fit.size());
+    handle<StepShape_LimitsAndFits> fit = new StepShape_LimitsAndFits;
+    fit->Init(StepString(details.fit.substr(0, grade)), StepString(details.fitOf),
+              StepString(details.fit.substr(grade)), StepString(""));
+    return fit;
+}
+
 }  // namespace
 
 void StepMeasures::Write(StepShape_DimensionalCharacteristic const& dimension, AnnotationDetails const& details,
@@ -129,15 +141,27 @@ void StepMeasures::Write(StepShape_DimensionalCharacteristic const& dimension, A
         new StepShape_DimensionalCharacteristicRepresentation;
     characteristic->Init(dimension, representation);
     m_model->AddWithRefs(characteristic);
-    if (!details.value || !details.minus || !details.plus)
-        return;
-    handle<StepShape_ToleranceValue> const bounds = new StepShape_ToleranceValue;
-    bounds->Init(BoundOf(-*details.minus, isAngle, unit), BoundOf(*details.plus, isAngle, unit));
     StepShape_ToleranceMethodDefinition method;
-    method.SetValue(bounds);
+    if (details.value && details.minus && details.plus)
+    {
+        handle<StepShape_ToleranceValue> const bounds = new StepShape_ToleranceValue;
+        bounds->Init(BoundOf(-*details.minus, isAngle, unit), BoundOf(*details.plus, isAngle, unit));
+        method.SetValue(bounds);
+    }
+    else if (!details.fit.empty())
+        method.SetValue(FitOf(details));
+    else
+        return;
     handle<StepShape_PlusMinusTolerance> const tolerance = new StepShape_PlusMinusTolerance;
     tolerance->Init(method, dimension);
     m_model->AddWithRefs(tolerance);
+}
+
+handle<StepBasic_MeasureWithUnit> StepMeasures::Length(double value,
+                                                       handle<StepRepr_RepresentationContext> const& context)
+{
+    StepBasic_Unit const unit = LengthUnitOf(context);
+    return unit.IsNull() ? handle<StepBasic_MeasureWithUnit>() : BoundOf(value, false, unit);
 }
 
 StepBasic_Unit StepMeasures::Degrees()

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <StepBasic_MeasureWithUnit.hxx>
 #include <StepBasic_Unit.hxx>
 #include <StepRepr_RepresentationContext.hxx>
 #include <StepShape_DimensionalCharacteristic.hxx>
@@ -20,6 +21,10 @@ public:
     /// Nothing for details without a value: no reader knows what to do with it.
     void Write(StepShape_DimensionalCharacteristic const& dimension, AnnotationDetails const& details, bool isAngle,
                opencascade::handle<StepRepr_RepresentationContext> const& context);
+
+    /// A length in the unit of the context.
+    static opencascade::handle<StepBasic_MeasureWithUnit> Length(
+        double value, opencascade::handle<StepRepr_RepresentationContext> const& context);
 
 private:
     StepBasic_Unit Degrees();

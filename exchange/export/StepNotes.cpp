@@ -68,6 +68,17 @@ std::vector<Callout const*> Sorted(std::vector<Callout> const& callouts)
     return sorted;
 }
 
+// How many of the details of a tolerance or datum have no place in the file.
+unsigned long long PlacelessDetails(AnnotationDetails const& details)
+{
+    unsigned long long count = details.modifiers.size();
+    for (bool const has :
+         {!details.zone.empty(), !details.target.empty(), details.maximum.has_value(), details.displacement.has_value(),
+          details.unitSize.has_value(), details.projection.has_value()})
+        count += has ? 1 : 0;
+    return count;
+}
+
 std::string EntryOf(TDF_Label const& label)
 {
     TCollection_AsciiString entry;
@@ -108,6 +119,9 @@ void StepNotes::Add(Callout const& callout)
             frame = m_frames.find({std::string(), callout.id});
         entity = Tolerance(callout, frame == m_frames.end() ? Frame() : frame->second);
     }
+    if (callout.kind == "tolerance" || callout.kind == "datum")
+        m_step.document.notCarried.Add("zones, modifiers and targets of tolerances and datums",
+                                       PlacelessDetails(callout.details));
     if (!entity.IsNull())
         m_entities[&callout] = entity;
 }
@@ -184,14 +198,16 @@ handle<Standard_Transient> StepNotes::Tolerance(Callout const& callout, Frame co
         target.SetValue(m_aspects.ShapeOf(callout.first.front().part));
     else
         return {};
+    handle<StepBasic_MeasureWithUnit> magnitude;
+    if (callout.details.magnitude)
+        magnitude = StepMeasures::Length(*callout.details.magnitude, m_aspects.ContextOf(callout.first.front().part));
     auto const type = static_cast<XCAFDimTolObjects_GeomToleranceType>(ToleranceTypeOf(callout.details.type));
     handle<StepDimTol_GeometricTolerance> plain = STEPCAFControl_GDTProperty::GetGeomTolerance(type);
     if (type == XCAFDimTolObjects_GeomToleranceType_None)
         plain = new StepDimTol_GeometricTolerance;
     if (frame.empty() && !plain.IsNull())
     {
-        // A scene has no magnitudes, since they arrive wrong.
-        plain->Init(StepString(callout.label), StepString(""), {}, target);
+        plain->Init(StepString(callout.label), StepString(""), magnitude, target);
         m_step.model->AddWithRefs(plain);
         return plain.get();
     }
@@ -204,7 +220,7 @@ handle<Standard_Transient> StepNotes::Tolerance(Callout const& callout, Frame co
         new StepDimTol_GeometricToleranceWithDatumReference;
     reference->SetDatumSystem(systems);
     handle<StepDimTol_GeoTolAndGeoTolWthDatRef> const tolerance = new StepDimTol_GeoTolAndGeoTolWthDatRef;
-    tolerance->Init(StepString(callout.label), StepString(""), {}, target, reference,
+    tolerance->Init(StepString(callout.label), StepString(""), magnitude, target, reference,
                     STEPCAFControl_GDTProperty::GetGeomToleranceType(type));
     m_step.model->AddWithRefs(tolerance);
     return tolerance.get();

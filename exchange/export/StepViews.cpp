@@ -25,6 +25,7 @@
 #include <unordered_set>
 
 #include "exchange/export/StepEntities.h"
+#include "exchange/export/StepProperties.h"
 
 namespace KVR
 {
@@ -149,6 +150,7 @@ void WriteHeader(ShapeDocument const& document, handle<StepData_StepModel> const
 FinishedModel::FinishedModel(AnnotatedModel&& model) : StepPhase(model)
 {
     WriteViews(*m_step);
+    WriteStepProperties(*m_step);
     WriteHeader(m_step->document, m_step->model);
 }
 

@@ -1,14 +1,10 @@
 #include "exchange/import/Annotations.h"
 
 #include <fmt/format.h>
-#include <BRep_Tool.hxx>
 #include <Bnd_Box.hxx>
 #include <STEPCAFControl_GDTProperty.hxx>
 #include <TCollection_HAsciiString.hxx>
 #include <TDF_LabelSequence.hxx>
-#include <TopExp.hxx>
-#include <TopExp_Explorer.hxx>
-#include <TopoDS.hxx>
 #include <XCAFDimTolObjects_DatumObject.hxx>
 #include <XCAFDimTolObjects_DimensionObject.hxx>
 #include <XCAFDimTolObjects_GeomToleranceObject.hxx>
@@ -21,9 +17,9 @@
 #include <gp_Ax2.hxx>
 
 #include "exchange/conventions/AnnotationDetails.h"
+#include "exchange/import/DrawnLines.h"
+#include "exchange/import/NoteFacts.h"
 #include "exchange/model/CleanText.h"
-#include "framework/kernel/tessellation/CurveLine.h"
-#include "framework/kernel/tessellation/EdgeCorners.h"
 #include "scene/ExtensionTypes.h"
 
 namespace KVR
@@ -62,60 +58,18 @@ Authoring::XYZ Triple(gp_XYZ const& value)
     return {value.X() + 0.0, value.Y() + 0.0, value.Z() + 0.0};
 }
 
-// Joins edges that follow one another.
-class Polylines
-{
-public:
-    explicit Polylines(TopoDS_Shape const& drawing)
-    {
-        for (TopExp_Explorer edge(drawing, TopAbs_EDGE); edge.More(); edge.Next())
-            Add(TopoDS::Edge(edge.Current()));
-    }
-
-    std::vector<Authoring::PolylineRecord> lines;
-
-private:
-    void Add(TopoDS_Edge const& edge)
-    {
-        if (BRep_Tool::Degenerated(edge))
-            return;
-        std::vector<Authoring::Triple> points;
-        for (gp_Pnt const& corner : CornersOf(edge))
-            points.push_back(Triple(corner.XYZ()));
-        if (points.empty())
-        {
-            std::vector<double> curve;
-            if (!PointsOn(edge, CurveTolerance(), curve))
-                return;
-            for (std::size_t i = 0; i < curve.size(); i += 3)
-                points.push_back(Triple({curve[i], curve[i + 1], curve[i + 2]}));
-        }
-        if (edge.Orientation() == TopAbs_REVERSED)
-            std::reverse(points.begin(), points.end());
-        if (points.size() < 2)
-            return;
-        if (!lines.empty() && lines.back().points.back() == points.front())
-            lines.back().points.insert(lines.back().points.end(), points.begin() + 1, points.end());
-        else
-        {
-            lines.emplace_back();
-            lines.back().points = std::move(points);
-        }
-    }
-};
-
 }  // namespace
 
 class AnnotationReader
 {
 public:
-    AnnotationReader(Annotations& annotations, Handle(TDocStd_Document) const& document, ProductPlan const& plan,
-                     UnitTypeEnum unit, std::function<std::vector<UTF8String>(TDF_Label const&)> const& idsOf,
-                     Losses& losses)
+    AnnotationReader(Annotations& annotations, ModelDocument const& model, ProductPlan const& plan,
+                     std::function<std::vector<UTF8String>(TDF_Label const&)> const& idsOf, Losses& losses)
         : m_annotations(annotations),
-          m_tool(XCAFDoc_DocumentTool::DimTolTool(document->Main())),
+          m_tool(XCAFDoc_DocumentTool::DimTolTool(model.document->Main())),
           m_plan(plan),
-          m_unit(unit),
+          m_unit(model.unit),
+          m_facts(model),
           m_idsOf(idsOf),
           m_losses(losses)
     {
@@ -135,9 +89,22 @@ public:
         m_tool->GetDatumLabels(labels);
         for (TDF_Label const& label : labels)
             ReadDatum(label);
+        m_annotations.m_entities = m_facts.Taken();
     }
 
 private:
+    StepTolerance const* FactsOf(TDF_Label const& label, bool isDimension, Handle(TCollection_HAsciiString) const& name,
+                                 AnnotationDetails& details)
+    {
+        TDF_LabelSequence shapes;
+        TDF_LabelSequence second;
+        m_tool->GetRefShapeLabel(label, shapes, second);
+        StepTolerance const* const facts = m_facts.Take(isDimension, TextOf(name), details.type, shapes);
+        if (facts)
+            NoteFacts::Add(details, *facts);
+        return facts;
+    }
+
     void ReadDimension(TDF_Label const& label)
     {
         Handle(XCAFDoc_Dimension) attribute;
@@ -153,6 +120,7 @@ private:
         ReadModifiers(*object, details);
         if (IsLocation(type))
             details.second.emplace();
+        FactsOf(label, true, object->GetSemanticName(), details);
         // One without a value arrives without its type; the name often tells it.
         std::string text = details.type.empty() ? NameOf(object->GetSemanticName()) : details.type;
         if (text.empty())
@@ -161,6 +129,8 @@ private:
             text += ' ' + NumberText(*details.value);
         else if (details.lower && details.upper)
             text += ' ' + NumberText(0.5 * (*details.lower + *details.upper));
+        if (!details.fit.empty())
+            text += ' ' + details.fit;
         Add(label, "dimension", text, std::move(details), *object);
     }
 
@@ -206,16 +176,18 @@ private:
         Handle(XCAFDimTolObjects_GeomToleranceObject) const object = attribute->GetObject();
         if (object.IsNull())
             return;
-        // The magnitude cannot be trusted as it arrives: it is left to the drawing.
-        m_losses.Add("magnitudes of tolerances");
-        bool const hasMaterialModifier =
-            object->GetMaterialRequirementModifier() != XCAFDimTolObjects_GeomToleranceMatReqModif_None;
-        m_losses.Add("modifiers of tolerances", CountOf(object->GetModifiers()) + (hasMaterialModifier ? 1 : 0));
-        if (object->GetZoneModifier() != XCAFDimTolObjects_GeomToleranceZoneModif_None)
-            m_losses.Add("zones of tolerances");
         AnnotationDetails details;
         details.type = ToleranceTypeName(static_cast<int>(object->GetType()));
-        std::string const text = details.type.empty() ? "tolerance" : details.type;
+        StepTolerance const* const facts = FactsOf(label, false, object->GetSemanticName(), details);
+        // As it arrives in the document, the magnitude is often none.
+        if (!details.magnitude)
+            m_losses.Add("magnitudes of tolerances");
+        if (!facts)
+            m_losses.Add("modifiers of tolerances", CountOf(object->GetModifiers()));
+        m_tolerances.Bind(label, facts);
+        std::string text = details.type.empty() ? "tolerance" : details.type;
+        if (details.magnitude)
+            text += ' ' + NumberText(*details.magnitude);
         Add(label, "tolerance", text, std::move(details), *object);
     }
 
@@ -228,17 +200,37 @@ private:
         if (object.IsNull())
             return;
         AnnotationDetails details;
-        m_losses.Add("modifiers of datums", CountOf(object->GetModifiers()));
-        if (object->IsDatumTarget())
-            m_losses.Add("datum targets");
         details.letter = TextOf(object->GetName());
         details.position = object->GetPosition();
         TDF_LabelSequence tolerances;
         m_tool->GetTolerOfDatumLabels(label, tolerances);
+        StepTolerance const* tolerance = nullptr;
         if (!tolerances.IsEmpty())
+        {
             details.tolerance = m_annotations.IdOf(tolerances.First()).View();
+            if (StepTolerance const* const* const known = m_tolerances.Seek(tolerances.First()))
+                tolerance = *known;
+        }
+        if (StepDatumReference const* const reference = NoteFacts::FrameOf(tolerance, details))
+            details.modifiers = reference->modifiers;
+        else
+            m_losses.Add("modifiers of datums", CountOf(object->GetModifiers()));
+        if (object->IsDatumTarget())
+            ReadTarget(*object, details);
         std::string const text = details.letter.empty() ? "datum" : "datum " + details.letter;
         Add(label, "datum", text, std::move(details), *object);
+    }
+
+    void ReadTarget(XCAFDimTolObjects_DatumObject const& object, AnnotationDetails& details)
+    {
+        details.target = std::to_string(object.GetDatumTargetNumber());
+        details.targetType = TextOf(STEPCAFControl_GDTProperty::GetDatumTargetName(object.GetDatumTargetType()));
+        StepDatumTarget const* const target = m_facts.TakeTarget(details);
+        if (!target)
+            return;
+        details.targetType = target->type;
+        details.targetLength = target->diameter ? target->diameter : target->length;
+        details.targetWidth = target->width;
     }
 
     template <class Object>
@@ -291,7 +283,7 @@ private:
         element.id = note.callout.id + UTF8String(".drawing");
         element.label = UTF8String(TextOf(name));
         std::size_t number = 0;
-        for (Authoring::PolylineRecord& line : Polylines(drawing).lines)
+        for (Authoring::PolylineRecord& line : DrawnLines(drawing))
         {
             Authoring::CurveElementRecord curve;
             curve.id = element.id + UTF8String("." + std::to_string(++number));
@@ -367,14 +359,17 @@ private:
     Handle(XCAFDoc_DimTolTool) m_tool;
     ProductPlan const& m_plan;
     UnitTypeEnum m_unit;
+    NoteFacts m_facts;
+    /// What the file says of the tolerances; null for nothing.
+    NCollection_DataMap<TDF_Label, StepTolerance const*, TDF_LabelMapHasher> m_tolerances;
     std::function<std::vector<UTF8String>(TDF_Label const&)> const& m_idsOf;
     Losses& m_losses;
 };
 
-Annotations::Annotations(Handle(TDocStd_Document) const& document, ProductPlan const& plan, UnitTypeEnum unit,
+Annotations::Annotations(ModelDocument const& model, ProductPlan const& plan,
                          std::function<std::vector<UTF8String>(TDF_Label const&)> const& idsOf, Losses& losses)
 {
-    AnnotationReader(*this, document, plan, unit, idsOf, losses).Read();
+    AnnotationReader(*this, model, plan, idsOf, losses).Read();
     if (plan.components.empty())
         losses.Add("annotations of no part", m_count);
 }

@@ -13,6 +13,7 @@
 #include <XCAFDoc_Volume.hxx>
 #include <cmath>
 
+#include "exchange/conventions/PropertyNames.h"
 #include "exchange/model/CleanText.h"
 #include "framework/api/UTF16String.h"
 
@@ -41,6 +42,11 @@ public:
         properties.back().SetProperty(UTF16String(name), value);
     }
     void Add(UTF8String const& name, int value)
+    {
+        properties.emplace_back();
+        properties.back().SetProperty(UTF16String(name), value);
+    }
+    void Add(UTF8String const& name, bool value)
     {
         properties.emplace_back();
         properties.back().SetProperty(UTF16String(name), value);
@@ -119,14 +125,73 @@ void AddNamedData(Collector& collector, TDF_Label const& label)
             collector.Add(CleanExtendedText(entry.Key()), CleanExtendedText(entry.Value()));
 }
 
-}  // namespace
-
-std::vector<Authoring::PropertyValue> PropertiesOfLabel(TDF_Label const& label, Losses& losses)
+void AddStated(Collector& collector, std::vector<StepProperty> const& properties)
 {
-    Collector collector(losses);
+    for (StepProperty const& property : properties)
+    {
+        UTF8String const name = CleanText(property.name);
+        if (auto const* const text = std::get_if<std::string>(&property.value))
+            collector.Add(name, CleanText(*text));
+        else if (auto const* const number = std::get_if<double>(&property.value))
+            collector.Add(name, *number);
+        else if (auto const* const integer = std::get_if<int>(&property.value))
+            collector.Add(name, *integer);
+        else
+            collector.Add(name, std::get<bool>(property.value));
+    }
+}
+
+void AddText(Collector& collector, char const* name, std::string const& text)
+{
+    if (!text.empty())
+        collector.Add(UTF8String(name), CleanText(text));
+}
+
+void AddDocumented(Collector& collector, TDF_Label const& label)
+{
     AddValidation(collector, label);
     AddMaterial(collector, label);
     AddNamedData(collector, label);
+}
+
+}  // namespace
+
+std::optional<Authoring::FilePropertiesRecord> PropertiesOfComponent(ModelDocument const& model, TDF_Label const& label,
+                                                                     Losses& losses)
+{
+    Authoring::FilePropertiesRecord record;
+    Collector collector(losses);
+    AddDocumented(collector, label);
+    if (StepProduct const* const product = model.products.Seek(label))
+    {
+        for (auto const& [element, text] :
+             {std::pair("PartNumber", &product->number), std::pair("Revision", &product->revision),
+              std::pair("Description", &product->description)})
+            if (!text->empty())
+                record.texts.emplace_back(element, CleanText(*text));
+        AddText(collector, kProperty_RevisionDescription, product->revisionDescription);
+        for (std::string const& category : product->categories)
+            AddText(collector, kProperty_ProductCategory, category);
+        AddStated(collector, product->properties);
+    }
+    record.custom = std::move(collector.properties);
+    if (record.texts.empty() && record.custom.empty())
+        return std::nullopt;
+    return record;
+}
+
+std::vector<Authoring::PropertyValue> PropertiesOfUsage(ModelDocument const& model, TDF_Label const& label,
+                                                        Losses& losses)
+{
+    Collector collector(losses);
+    AddDocumented(collector, label);
+    if (StepUsage const* const usage = model.usages.Seek(label))
+    {
+        AddText(collector, kProperty_UsageId, usage->id);
+        AddText(collector, kProperty_UsageDescription, usage->description);
+        AddText(collector, kProperty_ReferenceDesignator, usage->designator);
+        AddStated(collector, usage->properties);
+    }
     return std::move(collector.properties);
 }
 

@@ -1,19 +1,22 @@
 #include "exchange/ImportModel.h"
 
 #include <cerrno>
-#include <filesystem>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <stdexcept>
 #include <system_error>
 
+#include "exchange/import/ImportReportFile.h"
+#include "exchange/import/MeshSceneImport.h"
+#include "exchange/import/ModelSource.h"
 #include "exchange/import/SceneImport.h"
+#include "exchange/import/SceneTarget.h"
+#include "exchange/meshes/MeshReading.h"
 #include "exchange/model/ModelDocument.h"
 #include "exchange/model/ModelError.h"
 #include "exchange/model/ModelFormat.h"
 #include "exchange/run/ChildProcess.h"
 #include "exchange/run/Heard.h"
-#include "exchange/run/WorkFolder.h"
 #include "framework/api/Exception.h"
 #include "framework/api/LengthUnits.h"
 #include "framework/xml_util/XMLStrUtil.h"
@@ -25,7 +28,6 @@ namespace KVR
 namespace
 {
 
-namespace fs = std::filesystem;
 using nlohmann::json;
 
 constexpr char kStage_Reading[] = "reading";
@@ -50,12 +52,12 @@ json JsonOf(Losses const& losses)
 }
 
 // What the child answers: the facts of a result.
-std::string AnswerOf(ModelDocument const& model, ImportReport const& report)
+std::string AnswerOf(UnitTypeEnum unit, bool isUnitStated, ImportReport const& report)
 {
     ImportCounts const& counts = report.counts;
     return json{{"counts", {counts.assemblies, counts.parts, counts.instances, counts.bodies, counts.triangles}},
-                {"unit", model.unit},
-                {"isUnitStated", model.isUnitStated},
+                {"unit", unit},
+                {"isUnitStated", isUnitStated},
                 {"deflection", report.deflection},
                 {"losses", JsonOf(report.losses)}}
         .dump(-1, ' ', false, json::error_handler_t::replace);
@@ -73,33 +75,68 @@ void ReadAnswer(std::string const& answer, ImportResult& result)
         result.losses.push_back({loss.at(0), loss.at(1), loss.at(2)});
 }
 
-// What the child does.
-std::string ImportHere(std::string const& modelPath, ModelFormat format, std::string const& scenePath,
-                       ImportOptions const& options, ChildVoice const& voice)
+bool IsOfMeshes(ModelFormat format)
 {
-    ModelReadOptions reading;
-    reading.withAnnotations = options.withAnnotations;
-    reading.unit = options.unit;
-    reading.progress = [&](double fraction) { voice.Progress({kStage_Reading, fraction}); };
-    ModelDocument const model = ModelDocument::Read(modelPath, format, reading);
-    voice.Progress({kStage_Writing, std::nullopt});
-    try
-    {
-        ImportReport const report = WriteSceneOf(model, modelPath, scenePath, options);
-        return AnswerOf(model, report);
-    }
-    catch (FileException const&)
-    {
-        int const errorNumber = errno;
-        throw std::runtime_error("its scene cannot be written: " + std::generic_category().message(errorNumber));
-    }
+    return format == ModelFormat::kStl || format == ModelFormat::kObj || format == ModelFormat::kPly ||
+           format == ModelFormat::kGltf;
 }
 
-ChildResult ImportInChild(std::string const& modelPath, ModelFormat format, std::string const& scenePath,
-                          ImportOptions const& options, Progress const& progress)
+// A model on its way into a scene, which a child process makes.
+struct ImportWork
 {
-    return RunInChild([&](ChildVoice const& voice) { return ImportHere(modelPath, format, scenePath, options, voice); },
-                      progress);
+    ModelSource const& source;
+    ModelFormat format;
+    std::string const& scenePath;
+    ImportOptions const& options;
+
+    std::string Do(ChildVoice const& voice) const
+    {
+        try
+        {
+            return IsOfMeshes(format) ? ImportMeshes(voice) : ImportDocument(voice);
+        }
+        catch (FileException const&)
+        {
+            int const errorNumber = errno;
+            throw std::runtime_error("its scene cannot be written: " + std::generic_category().message(errorNumber));
+        }
+    }
+
+private:
+    std::string ImportDocument(ChildVoice const& voice) const
+    {
+        ModelReadOptions reading;
+        reading.withAnnotations = options.withAnnotations;
+        reading.unit = options.unit;
+        reading.progress = [&](double fraction) { voice.Progress({kStage_Reading, fraction}); };
+        ModelDocument const model = ModelDocument::Read(source.File(), format, reading);
+        voice.Progress({kStage_Writing, std::nullopt});
+        ImportReport const report = WriteSceneOf(model, source.Path(), source.Name(), scenePath, options);
+        return AnswerOf(model.unit, model.isUnitStated, report);
+    }
+
+    std::string ImportMeshes(ChildVoice const& voice) const
+    {
+        MeshReadOptions reading;
+        reading.unit = options.unit;
+        if (options.up)
+            reading.up = static_cast<Axis>(*options.up);
+        reading.creaseAngle = options.creaseAngle;
+        reading.isLenient = options.isLenient;
+        reading.folder = source.Folder();
+        reading.progress = [&](double fraction) { voice.Progress({kStage_Reading, fraction}); };
+        MeshModel const model = ReadMeshes(source.File(), format, reading);
+        for (std::string const& remark : model.remarks)
+            voice.Remark(remark);
+        voice.Progress({kStage_Writing, std::nullopt});
+        ImportReport const report = WriteSceneOf(model, source.Path(), source.Name(), scenePath, options);
+        return AnswerOf(model.unit, model.isUnitStated, report);
+    }
+};
+
+ChildResult ImportInChild(ImportWork const& work, Progress const& progress)
+{
+    return RunInChild([&](ChildVoice const& voice) { return work.Do(voice); }, progress);
 }
 
 void AddRemarks(ImportResult& result)
@@ -111,44 +148,55 @@ void AddRemarks(ImportResult& result)
         result.remarks.push_back("not in the scene: " + std::to_string(loss.count) + ' ' + loss.kind);
 }
 
-void Place(WorkFolder const& folder)
+ModelFormat FormatOf(ModelSource const& source, ImportOptions const& options)
 {
-    // Properties of an earlier scene of this name would count as this one's.
-    fs::path const properties = fs::path(folder.Target()).replace_extension(".kvrproperty");
-    bool const hasProperties = folder.Holds(properties.filename());
-    folder.MoveIntoPlace();
-    if (!hasProperties)
-        fs::remove(properties);
+    std::optional<ModelFormat> const format = FormatOfModel(source.File());
+    if (!format)
+        throw ModelError("it is in none of the formats STEP, IGES, BREP, glTF, STL, OBJ and PLY");
+    if (!(MetresOf(options.unit) > 0.0))
+        throw ModelError("no length is measured in the unit that it is to have");
+    if (!(options.creaseAngle >= 0.0) || options.creaseAngle > 180.0)
+        throw ModelError("the angle of creases is one from 0 to 180 degrees");
+    if (!IsOfMeshes(*format) && options.up.value_or(UpAxis::kZ) != UpAxis::kZ)
+        throw ModelError("its axes stay as they are: which one points up is said of STL, OBJ, PLY and glTF alone");
+    return *format;
 }
 
 ImportResult Import(std::string const& modelPath, std::string const& scenePath, ImportOptions options,
                     Progress const& progress)
 {
     ImportResult result;
-    std::optional<ModelFormat> const format = FormatOfModel(modelPath);
-    if (!format)
-        throw ModelError("it is in none of the formats STEP, IGES, BREP, glTF, STL, OBJ and PLY");
-    if (!(MetresOf(options.unit) > 0.0))
-        throw ModelError("no length is measured in the unit that it is to have");
-    WorkFolder const folder(scenePath);
-    std::string const inside = folder.Inside().string();
-    ChildResult child = ImportInChild(modelPath, *format, inside, options, progress);
-    if (child.signal != 0 && *format == ModelFormat::kStep && options.withAnnotations)
+    ModelSource const source(modelPath, options.isLenient, progress);
+    if (source.IsCancelled())
+        return Ended<ImportResult>(Outcome::kCancelled);
+    if (!source.Remark().empty())
+        result.remarks.push_back(source.Remark());
+    ModelFormat const format = FormatOf(source, options);
+    if (std::string const problem = ProblemOfReport(options.reportPath, modelPath, scenePath); !problem.empty())
+        throw ModelError(problem);
+    SceneTarget const target(source.Path(), scenePath, options.force);
+    std::string const inside = target.Inside();
+    ImportWork const work{source, format, inside, options};
+    ChildResult child = ImportInChild(work, progress);
+    if (child.signal != 0 && format == ModelFormat::kStep && options.withAnnotations)
     {
         result.remarks.push_back(
             "the model was read without its annotations and views, since with them its reader ended " +
             child.EndText());
         options.withAnnotations = false;
-        child = ImportInChild(modelPath, *format, inside, options, progress);
+        child = ImportInChild(work, progress);
     }
     if (child.isCancelled)
         return Ended<ImportResult>(Outcome::kCancelled);
     if (!child.answer)
         throw ModelError(child.failure.value_or("its reader ended " + child.EndText()));
+    result.remarks.insert(result.remarks.end(), child.remarks.begin(), child.remarks.end());
     ReadAnswer(*child.answer, result);
     result.hasAnnotations = options.withAnnotations;
     AddRemarks(result);
-    Place(folder);
+    if (!options.reportPath.empty())
+        WriteImportReport(result, options.reportPath, modelPath, scenePath);
+    target.Place();
     result.outcome = Outcome::kDone;
     return result;
 }
@@ -164,6 +212,10 @@ ImportResult ImportOrFailure(std::string const& modelPath, std::string const& sc
     catch (ModelError const& error)
     {
         return Ended<ImportResult>(Outcome::kFailed, Escaped(modelPath) + ": " + Escaped(error.what()));
+    }
+    catch (TargetError const& error)
+    {
+        return Ended<ImportResult>(Outcome::kFailed, Escaped(error.what()));
     }
     catch (std::system_error const& error)
     {

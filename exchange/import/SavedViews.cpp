@@ -11,6 +11,7 @@
 #include <gp_Pln.hxx>
 #include <unordered_set>
 
+#include "exchange/import/ModelBox.h"
 #include "exchange/model/CleanText.h"
 
 namespace KVR
@@ -24,13 +25,24 @@ Authoring::XYZ Triple(gp_XYZ const& value)
     return {value.X() + 0.0, value.Y() + 0.0, value.Z() + 0.0};
 }
 
-// Open CASCADE's direction is that to the eye, from which distances are taken.
-Authoring::CameraRecord CameraOf(Handle(XCAFView_Object) const& view, gp_XYZ const& eye)
+// Whether an eye outside a box has the box behind it.
+bool LooksAway(gp_XYZ const& eye, gp_XYZ const& direction, Bnd_Box const& box)
+{
+    if (box.IsVoid() || !box.IsOut(gp_Pnt(eye)))
+        return false;
+    gp_XYZ const centre = 0.5 * (box.CornerMin().XYZ() + box.CornerMax().XYZ());
+    return direction.Dot(centre - eye) < 0.0;
+}
+
+// The direction of the file is that to the eye, as is usual, and distances are taken along it.
+Authoring::CameraRecord CameraOf(Handle(XCAFView_Object) const& view, gp_XYZ const& eye, Bnd_Box const& box)
 {
     Authoring::CameraRecord camera;
     camera.isPerspective = view->Type() == XCAFView_ProjectionType_Central;
     camera.position = Triple(eye);
-    camera.direction = Triple(view->ViewDirection().XYZ().Reversed());
+    gp_XYZ const toEye = view->ViewDirection().XYZ();
+    gp_XYZ const seen = LooksAway(eye, toEye.Reversed(), box) ? toEye : toEye.Reversed();
+    camera.direction = Triple(seen);
     camera.up = Triple(view->UpDirection().XYZ());
     if (view->WindowVerticalSize() > 0.0)
     {
@@ -41,9 +53,8 @@ Authoring::CameraRecord CameraOf(Handle(XCAFView_Object) const& view, gp_XYZ con
     auto const planeAt = [&](double distance)
     {
         Authoring::PlaneRecord plane;
-        gp_XYZ const direction = view->ViewDirection().XYZ();
-        plane.origin = Triple(eye + direction * distance);
-        plane.normal = Triple(direction.Reversed());
+        plane.origin = Triple(eye + toEye * distance);
+        plane.normal = Triple(seen);
         return plane;
     };
     if (view->HasFrontPlaneClipping())
@@ -73,7 +84,7 @@ void ReadSectionPlanes(Authoring::CameraRecord& camera, TDF_LabelSequence const&
 
 }  // namespace
 
-SavedViews SavedViews::Of(ModelDocument const& model,
+SavedViews SavedViews::Of(ModelDocument const& model, ProductPlan const& plan,
                           std::function<std::vector<UTF8String>(TDF_Label const&)> const& idsOf, Losses& losses)
 {
     SavedViews result;
@@ -81,6 +92,9 @@ SavedViews SavedViews::Of(ModelDocument const& model,
     auto const planes = XCAFDoc_DocumentTool::ClippingPlaneTool(model.document->Main());
     TDF_LabelSequence labels;
     tool->GetViewLabels(labels);
+    if (labels.IsEmpty())
+        return result;
+    Bnd_Box const box = BoxOfModel(plan);
     for (TDF_Label const& label : labels)
     {
         Handle(XCAFDoc_View) attribute;
@@ -97,7 +111,7 @@ SavedViews SavedViews::Of(ModelDocument const& model,
         auto const known = object->Name().IsNull() ? model.eyes.end() : model.eyes.find(object->Name()->ToCString());
         gp_XYZ const eye = known == model.eyes.end() ? object->ProjectionPoint().XYZ()
                                                      : gp_XYZ(known->second[0], known->second[1], known->second[2]);
-        Authoring::CameraRecord camera = CameraOf(object, eye);
+        Authoring::CameraRecord camera = CameraOf(object, eye, box);
         camera.id = view.cameraIds.front();
         camera.label = view.label;
         camera.lengthUnit = model.unit;

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "authoring/SceneRecords.h"
+#include "exchange/import/ProductPlan.h"
 #include "exchange/model/Losses.h"
 #include "exchange/model/ModelDocument.h"
 
@@ -17,9 +18,9 @@ struct SavedViews
     std::vector<Authoring::ViewRecord> views;
     std::vector<Authoring::CameraRecord> cameras;
 
-    /// `idsOf` answers the ids of what a label became. What a view names becomes a member of
-    /// it.
-    static SavedViews Of(ModelDocument const& model,
+    /// `idsOf` answers the ids of what a label became. What a view names becomes a member of it. A camera that turns
+    /// its back on the model is turned around: writers of files differ in which way they give directions.
+    static SavedViews Of(ModelDocument const& model, ProductPlan const& plan,
                          std::function<std::vector<UTF8String>(TDF_Label const&)> const& idsOf, Losses& losses);
 };
 

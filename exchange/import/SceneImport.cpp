@@ -3,12 +3,10 @@
 #include <BRepMesh_IncrementalMesh.hxx>
 #include <BRepTools.hxx>
 #include <BRep_Tool.hxx>
-#include <TDF_LabelSequence.hxx>
 #include <TopExp.hxx>
 #include <TopTools_IndexedMapOfShape.hxx>
 #include <TopoDS.hxx>
 #include <XCAFDoc_DocumentTool.hxx>
-#include <XCAFDoc_LayerTool.hxx>
 #include <XCAFDoc_NotesTool.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
 #include <filesystem>
@@ -23,8 +21,10 @@
 #include "exchange/import/ModelBox.h"
 #include "exchange/import/PartPlan.h"
 #include "exchange/import/SavedViews.h"
+#include "exchange/import/SceneLayers.h"
 #include "exchange/import/StyleTable.h"
 #include "exchange/model/CleanText.h"
+#include "exchange/model/StepCensus.h"
 #include "framework/api/DataIdToPersistentIdMap.h"
 #include "framework/api/Time.h"
 #include "framework/api/UTF16String.h"
@@ -40,27 +40,24 @@ namespace
 // The angle between the normals of neighbouring triangles, in radians.
 constexpr double kAngularDeflection = 0.5;
 
-std::string StemOf(std::string const& path)
-{
-    return (std::filesystem::path(path).parent_path() / std::filesystem::path(path).stem()).string();
-}
-
 class SceneImporter
 {
 public:
-    SceneImporter(ModelDocument const& model, std::string const& modelPath, std::string const& scenePath,
-                  ImportOptions const& options)
+    SceneImporter(ModelDocument const& model, std::string const& modelPath, std::string const& name,
+                  std::string const& scenePath, ImportOptions const& options)
         : m_model(model),
           m_modelPath(modelPath),
+          m_name(name),
           m_options(options),
           m_plan(model.document),
-          m_styles(model.document, StemOf(scenePath), m_report.losses),
+          m_styles(model.document, scenePath, m_report.losses),
           m_scene(
               UTF16String(UTF8String(scenePath)),
               {.kernelForm = options.asText ? Authoring::KernelStoreForm::kText : Authoring::KernelStoreForm::kBinary,
                .meshLayout = Authoring::MeshStoreLayout::kMeshInfo})
     {
         m_report.losses = model.losses;
+        NameUsages();
     }
 
     ImportReport Import()
@@ -69,7 +66,7 @@ public:
         if (m_options.withMeshes)
             MeshParts();
         auto const idsOf = [this](TDF_Label const& label) { return IdsOf(label); };
-        m_annotations = std::make_unique<Annotations>(m_model.document, m_plan, m_model.unit, idsOf, m_report.losses);
+        m_annotations = std::make_unique<Annotations>(m_model, m_plan, idsOf, m_report.losses);
         WriteUniverse();
         WriteFile();
         for (std::size_t i = 0; i < m_plan.components.size(); ++i)
@@ -83,6 +80,16 @@ public:
     }
 
 private:
+    // Open CASCADE calls a component by other texts of its usage, too.
+    void NameUsages()
+    {
+        for (ComponentPlan& component : m_plan.components)
+            for (std::size_t i = 0; i < component.instances.size(); ++i)
+                if (StepUsage const* const usage = m_model.usages.Seek(component.origins[i].label);
+                    usage && usage->name.find_first_not_of(' ') != std::string::npos)
+                    component.instances[i].label = CleanText(usage->name);
+    }
+
     void PlanParts()
     {
         PartPlan::Numbers numbers;
@@ -141,19 +148,24 @@ private:
     {
         Authoring::FileRecord file;
         file.id = "file1";
-        file.label = CleanText(std::filesystem::path(m_modelPath).stem().string());
-        file.path = CleanText(std::filesystem::absolute(m_modelPath).lexically_normal().string());
+        file.label = CleanText(m_name);
+        if (!m_modelPath.empty())
+            file.path = CleanText(std::filesystem::absolute(m_modelPath).lexically_normal().string());
         file.unit = Unit();
         file.properties = Properties();
         for (std::size_t const root : m_plan.roots)
-            file.childIds.push_back(m_plan.components[root].id);
+            file.children.emplace_back(m_plan.components[root].id, m_plan.components[root].isAssembly
+                                                                       ? Authoring::FileChildType::kAssembly
+                                                                       : Authoring::FileChildType::kPart);
         m_scene.BeginFile(file);
         Authoring::AttributeSetRecord attributes;
         attributes.styles = m_styles.Styles();
         attributes.textures = m_styles.Textures();
-        AddLayers(attributes);
-        SavedViews views = SavedViews::Of(
-            m_model, [this](TDF_Label const& label) { return IdsOf(label); }, m_report.losses);
+        for (std::string const& image : m_styles.Images())
+            m_scene.AddSideFile(UTF8String(image));
+        auto const idsOf = [this](TDF_Label const& label) { return IdsOf(label); };
+        attributes.layers = LayersOf(m_model.document, idsOf, m_report.losses);
+        SavedViews views = SavedViews::Of(m_model, m_plan, idsOf, m_report.losses);
         attributes.views = std::move(views.views);
         attributes.cameras = std::move(views.cameras);
         m_scene.AttributeSet(attributes);
@@ -171,35 +183,6 @@ private:
         return properties;
     }
 
-    void AddLayers(Authoring::AttributeSetRecord& attributes)
-    {
-        auto const tool = XCAFDoc_DocumentTool::LayerTool(m_model.document->Main());
-        TDF_LabelSequence labels;
-        tool->GetLayerLabels(labels);
-        for (TDF_Label const& label : labels)
-        {
-            TCollection_ExtendedString name;
-            if (!tool->GetLayer(label, name))
-                continue;
-            Authoring::LayerRecord layer;
-            layer.number = static_cast<long long>(attributes.layers.size()) + 1;
-            layer.id = UTF8String("layer" + std::to_string(layer.number));
-            layer.label = CleanExtendedText(name);
-            layer.description = layer.label;
-            layer.isVisible = tool->IsVisible(label);
-            TDF_LabelSequence shapes;
-            tool->GetShapesOfLayer(label, shapes);
-            for (TDF_Label const& shape : shapes)
-            {
-                std::vector<UTF8String> const ids = IdsOf(shape);
-                if (ids.empty())
-                    m_report.losses.Add("members of layers that are no objects");
-                layer.itemIds.insert(layer.itemIds.end(), ids.begin(), ids.end());
-            }
-            attributes.layers.push_back(std::move(layer));
-        }
-    }
-
     Authoring::ComponentRecord Component(std::size_t index)
     {
         ComponentPlan const& plan = m_plan.components[index];
@@ -210,12 +193,7 @@ private:
         component.isSingleUnderRoot = m_plan.roots.size() == 1 && m_plan.roots.front() == index;
         if (UTF8String const style = m_styles.StyleOf(plan.label, false); !style.IsEmpty())
             component.styles.push_back(style);
-        std::vector<Authoring::PropertyValue> properties = PropertiesOfLabel(plan.label, m_report.losses);
-        if (!properties.empty())
-        {
-            component.properties.emplace();
-            component.properties->custom = std::move(properties);
-        }
+        component.properties = PropertiesOfComponent(m_model, plan.label, m_report.losses);
         return component;
     }
 
@@ -229,7 +207,8 @@ private:
         {
             Authoring::InstanceRecord const& instance = plan.instances[i];
             m_scene.Instance(instance);
-            for (Authoring::PropertyValue const& property : PropertiesOfLabel(plan.origins[i].label, m_report.losses))
+            for (Authoring::PropertyValue const& property :
+                 PropertiesOfUsage(m_model, plan.origins[i].label, m_report.losses))
                 m_scene.Property(instance.id, property);
             ++m_report.counts.instances;
         }
@@ -365,12 +344,15 @@ private:
     {
         auto const notes = XCAFDoc_DocumentTool::NotesTool(m_model.document->Main());
         m_report.losses.Add("comments", static_cast<unsigned long long>(notes->NbNotes()));
+        if (m_model.step)
+            CountStepLosses(*m_model.step, m_annotations->Entities(), m_report.losses);
         for (TopoDS_Shape const& shape : m_written)
             BRepTools::Clean(shape);
     }
 
     ModelDocument const& m_model;
     std::string m_modelPath;
+    std::string m_name;
     ImportOptions m_options;
     ImportReport m_report;
     ProductPlan m_plan;
@@ -383,10 +365,10 @@ private:
 
 }  // namespace
 
-ImportReport WriteSceneOf(ModelDocument const& model, std::string const& modelPath, std::string const& scenePath,
-                          ImportOptions const& options)
+ImportReport WriteSceneOf(ModelDocument const& model, std::string const& modelPath, std::string const& name,
+                          std::string const& scenePath, ImportOptions const& options)
 {
-    return SceneImporter(model, modelPath, scenePath, options).Import();
+    return SceneImporter(model, modelPath, name, scenePath, options).Import();
 }
 
 }  // namespace KVR

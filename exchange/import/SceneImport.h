@@ -18,9 +18,9 @@ struct ImportReport
     double deflection = 0.0;
 };
 
-/// Writes the scene of a model. The model's file is named in the scene by `modelPath`. Throws what the writers of the
-/// authoring library throw, and Open CASCADE's exceptions.
-ImportReport WriteSceneOf(ModelDocument const& model, std::string const& modelPath, std::string const& scenePath,
-                          ImportOptions const& options);
+/// Writes the scene of a model. The model's file is named in the scene by `modelPath`, if that is not empty, and by
+/// `name`. Throws what the writers of the authoring library throw, and Open CASCADE's exceptions.
+ImportReport WriteSceneOf(ModelDocument const& model, std::string const& modelPath, std::string const& name,
+                          std::string const& scenePath, ImportOptions const& options);
 
 }  // namespace KVR

@@ -43,8 +43,8 @@ char const* ImageExtension(Handle(Image_Texture) const& image)
 
 }  // namespace
 
-StyleTable::StyleTable(Handle(TDocStd_Document) const& document, std::string const& stem, Losses& losses)
-    : m_colorTool(XCAFDoc_DocumentTool::ColorTool(document->Main())), m_stem(stem), m_losses(losses)
+StyleTable::StyleTable(Handle(TDocStd_Document) const& document, std::string const& scenePath, Losses& losses)
+    : m_colorTool(XCAFDoc_DocumentTool::ColorTool(document->Main())), m_scenePath(scenePath), m_losses(losses)
 {
     TDF_LabelSequence labels;
     m_colorTool->GetColors(labels);
@@ -152,13 +152,16 @@ UTF8String StyleTable::TextureOf(Handle(Standard_Transient) const& image)
         return entry->second;
     Authoring::TextureRecord record;
     record.id = UTF8String("texture" + std::to_string(m_textures.size() + 1));
-    std::string const path = m_stem + '.' + std::string(record.id.View()) + ImageExtension(texture);
+    std::string const path = m_scenePath + '.' + std::string(record.id.View()) + ImageExtension(texture);
     std::string const name = std::filesystem::path(path).filename().string();
     record.label = CleanText(name);
     record.fileReference = CleanText(name);
     std::ofstream file(path, std::ios::binary);
     if (texture->WriteImage(file, path.c_str()) && file.flush())
+    {
         entry->second = record.id;
+        m_imageNames.push_back(name);
+    }
     else
         m_losses.Add("images of textures");
     m_textures.push_back(record);

@@ -22,8 +22,8 @@ namespace KVR
 class StyleTable
 {
 public:
-    /// Images of materials are copied beside the scene, whose path without extension is `stem`.
-    StyleTable(Handle(TDocStd_Document) const& document, std::string const& stem, Losses& losses);
+    /// Images of materials are copied beside the scene, under its name with endings of their own.
+    StyleTable(Handle(TDocStd_Document) const& document, std::string const& scenePath, Losses& losses);
 
     /// The style that a label states itself: its material's, or its colour. For a curve the colour of curves comes
     /// first, and for all else that of surfaces. Empty for a label without either.
@@ -31,6 +31,8 @@ public:
 
     std::vector<Authoring::StyleRecord> const& Styles() const noexcept { return m_styles; }
     std::vector<Authoring::TextureRecord> const& Textures() const noexcept { return m_textures; }
+    /// The names of the images beside the scene.
+    std::vector<std::string> const& Images() const noexcept { return m_imageNames; }
 
 private:
     using ColorKey = std::array<float, 4>;
@@ -40,13 +42,14 @@ private:
     UTF8String TextureOf(Handle(Standard_Transient) const& image);
 
     Handle(XCAFDoc_ColorTool) m_colorTool;
-    std::string m_stem;
+    std::string m_scenePath;
     Losses& m_losses;
     std::map<ColorKey, UTF8String> m_colors;
     std::map<std::string, UTF8String> m_materials;
     std::map<std::string, UTF8String> m_images;
     std::vector<Authoring::StyleRecord> m_styles;
     std::vector<Authoring::TextureRecord> m_textures;
+    std::vector<std::string> m_imageNames;
 };
 
 }  // namespace KVR

@@ -6,19 +6,22 @@
 #include <IGESData_GlobalSection.hxx>
 #include <IGESData_IGESModel.hxx>
 #include <Interface_Static.hxx>
+#include <STEPCAFControl_ExternFile.hxx>
 #include <STEPCAFControl_Reader.hxx>
+#include <STEPConstruct_Tool.hxx>
 #include <STEPConstruct_UnitContext.hxx>
 #include <StepBasic_MeasureWithUnit.hxx>
 #include <StepBasic_NamedUnit.hxx>
+#include <StepBasic_ProductDefinition.hxx>
 #include <StepBasic_Unit.hxx>
 #include <StepData_GlobalFactors.hxx>
 #include <StepData_StepModel.hxx>
-#include <StepData_UndefinedEntity.hxx>
 #include <StepGeom_Axis2Placement3d.hxx>
 #include <StepGeom_CartesianPoint.hxx>
 #include <StepGeom_GeomRepContextAndGlobUnitAssCtxAndGlobUncertaintyAssCtx.hxx>
 #include <StepGeom_GeometricRepresentationContextAndGlobalUnitAssignedContext.hxx>
 #include <StepRepr_GlobalUnitAssignedContext.hxx>
+#include <StepRepr_NextAssemblyUsageOccurrence.hxx>
 #include <StepRepr_ReprItemAndLengthMeasureWithUnitAndQRI.hxx>
 #include <StepRepr_ReprItemAndPlaneAngleMeasureWithUnitAndQRI.hxx>
 #include <StepRepr_RepresentationItem.hxx>
@@ -34,10 +37,12 @@
 #include <Transfer_TransientProcess.hxx>
 #include <UnitsMethods.hxx>
 #include <XCAFDoc_DocumentTool.hxx>
+#include <XCAFDoc_ShapeTool.hxx>
 #include <XSControl_TransferReader.hxx>
 #include <XSControl_WorkSession.hxx>
 #include <algorithm>
 #include <cmath>
+#include <future>
 
 #include "exchange/model/ModelDocument.h"
 #include "exchange/model/ModelError.h"
@@ -198,7 +203,7 @@ void ReadEye(ModelDocument& model, StepVisual_CameraModelD3 const& camera)
 void ReadEntityIds(ModelDocument& model, Handle(XSControl_WorkSession) const& session)
 {
     Handle(Transfer_TransientProcess) const process = session->TransferReader()->TransientProcess();
-    Handle(Interface_InterfaceModel) const step = session->Model();
+    Handle(StepData_StepModel) const step = Handle(StepData_StepModel)::DownCast(session->Model());
     for (int number = 1; number <= step->NbEntities(); ++number)
     {
         Handle(Standard_Transient) const entity = step->Value(number);
@@ -211,7 +216,11 @@ void ReadEntityIds(ModelDocument& model, Handle(XSControl_WorkSession) const& se
             continue;
         TopoDS_Shape const shape = TransferBRep::ShapeResult(process, entity);
         if (shape.IsNull())
+        {
+            if (!entity->IsKind(STANDARD_TYPE(StepShape_EdgeCurve)))
+                model.step->missing.insert(static_cast<Part21File::Number>(step->IdentLabel(entity)));
             continue;
+        }
         if (!isBody)
         {
             model.entityIds.emplace(shape.TShape().get(), TextOf(step->StringLabel(entity)));
@@ -223,21 +232,50 @@ void ReadEntityIds(ModelDocument& model, Handle(XSControl_WorkSession) const& se
     }
 }
 
-// Tessellated geometry arrives without any, and so does what the reader does not know.
-void CountUnread(ModelDocument& model, Handle(Interface_InterfaceModel) const& step)
+// What became of the products and usages of the file in the document.
+void ReadProducts(ModelDocument& model, STEPCAFControl_Reader& reader)
 {
-    unsigned long long tessellated = 0;
+    Handle(XSControl_WorkSession) const session = reader.Reader().WS();
+    Handle(Transfer_TransientProcess) const process = session->TransferReader()->TransientProcess();
+    auto const shapes = XCAFDoc_DocumentTool::ShapeTool(model.document->Main());
+    STEPConstruct_Tool const tool(session);
+    Handle(StepData_StepModel) const step = Handle(StepData_StepModel)::DownCast(session->Model());
+    StepProducts const& said = model.step->products;
     for (int number = 1; number <= step->NbEntities(); ++number)
     {
         Handle(Standard_Transient) const entity = step->Value(number);
-        std::string_view type = entity->DynamicType()->Name();
-        if (auto const undefined = Handle(StepData_UndefinedEntity)::DownCast(entity); !undefined.IsNull())
-            type = undefined->StepType();
-        if (type.find("TESSELLATED_S") != std::string_view::npos || type.find("TessellatedS") != std::string_view::npos)
-            ++tessellated;
+        bool const isUsage = entity->IsKind(STANDARD_TYPE(StepRepr_NextAssemblyUsageOccurrence));
+        if (!isUsage && !entity->IsKind(STANDARD_TYPE(StepBasic_ProductDefinition)))
+            continue;
+        auto const known = static_cast<Part21File::Number>(step->IdentLabel(entity));
+        TDF_Label label;
+        if (isUsage)
+            label = STEPCAFControl_Reader::FindInstance(Handle(StepRepr_NextAssemblyUsageOccurrence)::DownCast(entity),
+                                                        shapes, tool, reader.GetShapeLabelMap());
+        else if (TopoDS_Shape const shape = TransferBRep::ShapeResult(process, entity); !shape.IsNull())
+        {
+            // An assembly's shape is another one in the document than it was made of.
+            TDF_Label const* const made = reader.GetShapeLabelMap().Seek(shape);
+            label = made ? *made : shapes->FindShape(shape.Located(TopLoc_Location()));
+        }
+        auto const product = said.products.find(known);
+        auto const usage = said.usages.find(known);
+        if (label.IsNull())
+            model.step->missing.insert(known);
+        else if (isUsage && usage != said.usages.end())
+            model.usages.Bind(label, usage->second);
+        else if (!isUsage && product != said.products.end() && !model.products.IsBound(label))
+            model.products.Bind(label, product->second);
     }
-    if (tessellated > 0)
-        model.losses.Add("tessellated shapes, which arrive without geometry", tessellated);
+}
+
+void ReadExternalFiles(ModelDocument& model, STEPCAFControl_Reader const& reader)
+{
+    for (NCollection_DataMap<TCollection_AsciiString, Handle(STEPCAFControl_ExternFile)>::Iterator file(
+             reader.ExternFiles());
+         file.More(); file.Next())
+        if (file.Value()->GetLoadStatus() != IFSelect_RetDone || file.Value()->GetLabel().IsNull())
+            model.losses.AddItem("external files that were not found", file.Key().ToCString());
 }
 
 std::string IgesTime(std::string const& date)
@@ -258,6 +296,8 @@ std::string IgesTime(std::string const& date)
 void ReadStep(ModelDocument& model, std::string const& path, bool withAnnotations,
               Message_ProgressRange const& progress)
 {
+    // While Open CASCADE reads, the file is read beside it.
+    auto content = std::async(std::launch::async, [&] { return std::make_shared<StepContent>(path); });
     STEPCAFControl_Reader reader;
     reader.SetColorMode(true);
     reader.SetNameMode(true);
@@ -280,8 +320,13 @@ void ReadStep(ModelDocument& model, std::string const& path, bool withAnnotation
     ScaleQualifiedValues(model, step);
     if (!reader.Transfer(model.document, progress))
         throw ModelError("its content cannot be made a document");
+    model.step = content.get();
+    model.step->hasAnnotations = withAnnotations;
+    if (withAnnotations)
+        model.step->tolerances = StepTolerances::Of(model.step->file, MetresOf(model.unit));
     ReadEntityIds(model, session);
-    CountUnread(model, step);
+    ReadProducts(model, reader);
+    ReadExternalFiles(model, reader);
 }
 
 void ReadIges(ModelDocument& model, std::string const& path, Message_ProgressRange const& progress)
@@ -298,7 +343,7 @@ void ReadIges(ModelDocument& model, std::string const& path, Message_ProgressRan
     IGESData_GlobalSection const& global = iges->GlobalSection();
     UnitTypeEnum const unit = UnitOfLength(global.UnitValue() * kMetresPerFactor);
     model.isUnitStated = unit != kUnitType_Unknown;
-    SetDocumentUnit(model, model.isUnitStated ? unit : kUnitType_Millimeter);
+    SetDocumentUnit(model, model.isUnitStated ? unit : model.unit);
     AddHeader(model, "Author", TextOf(global.AuthorName()));
     AddHeader(model, "Organization", TextOf(global.CompanyName()));
     AddHeader(model, "SendingSystem", TextOf(global.SystemId()));

@@ -48,6 +48,15 @@ void AddTriangulation(ModelDocument& model, Handle(Poly_Triangulation) const& tr
     AddShape(model, face, path);
 }
 
+// Both forms may start with a line end; the word behind it tells them apart.
+bool IsBinaryBrep(std::istream& file)
+{
+    std::string word;
+    file >> word;
+    file.seekg(0);
+    return word == "Open";
+}
+
 void ReadBrep(ModelDocument& model, std::string const& path)
 {
     // A stream that throws: the reader of texts would loop for ever at the end of one that does not.
@@ -56,8 +65,7 @@ void ReadBrep(ModelDocument& model, std::string const& path)
     TopoDS_Shape shape;
     try
     {
-        // The binary form starts with a line end.
-        if (file.peek() == '\n')
+        if (IsBinaryBrep(file))
             BinTools::Read(shape, file);
         else
             BRepTools::Read(shape, file, BRep_Builder());

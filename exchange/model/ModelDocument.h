@@ -1,8 +1,12 @@
 #pragma once
 
+#include <NCollection_DataMap.hxx>
+#include <TDF_Label.hxx>
+#include <TDF_LabelMapHasher.hxx>
 #include <TDocStd_Document.hxx>
 #include <array>
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -11,6 +15,7 @@
 
 #include "exchange/model/Losses.h"
 #include "exchange/model/ModelFormat.h"
+#include "exchange/model/StepContent.h"
 #include "framework/api/Enums.h"
 
 class TopoDS_TShape;
@@ -47,6 +52,11 @@ struct ModelDocument
     std::unordered_map<TopoDS_TShape const*, std::string> entityIds;
     /// Where the eyes of saved views are, by the names of the views; Open CASCADE's documents do not tell.
     std::unordered_map<std::string, std::array<double, 3>> eyes;
+    /// Of a STEP file, what it says by itself; null for another model.
+    std::shared_ptr<StepContent> step;
+    /// Its products and their usages by the labels of the document.
+    NCollection_DataMap<TDF_Label, StepProduct, TDF_LabelMapHasher> products;
+    NCollection_DataMap<TDF_Label, StepUsage, TDF_LabelMapHasher> usages;
     /// What was found and is not in the document, by kind.
     Losses losses;
 

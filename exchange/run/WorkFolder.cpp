@@ -2,7 +2,7 @@
 
 #include <cerrno>
 #include <system_error>
-#include <vector>
+#include <utility>
 
 namespace KVR
 {
@@ -23,24 +23,37 @@ fs::path FileToBe(fs::path const& target)
 
 }  // namespace
 
-WorkFolder::WorkFolder(fs::path const& target) : m_target(FileToBe(target)), m_folder(m_target.parent_path(), ".kvr-")
+WorkFolder::WorkFolder(fs::path const& target, std::vector<std::string> sources)
+    : m_target(FileToBe(target)), m_sources(std::move(sources)), m_folder(m_target.parent_path(), ".kvr-")
 {
+    ExpectNoSource(m_target);
 }
 
-bool WorkFolder::Holds(fs::path const& name) const
+std::vector<std::string> WorkFolder::Names() const
 {
-    return fs::exists(m_folder.Path() / name);
+    std::vector<std::string> names;
+    for (fs::directory_entry const& entry : fs::directory_iterator(m_folder.Path()))
+        names.push_back(entry.path().filename().string());
+    return names;
 }
 
 void WorkFolder::MoveIntoPlace() const
 {
-    std::vector<fs::path> names;
-    for (fs::directory_entry const& entry : fs::directory_iterator(m_folder.Path()))
-        if (entry.path().filename() != m_target.filename())
-            names.push_back(entry.path().filename());
-    for (fs::path const& name : names)
-        fs::rename(m_folder.Path() / name, m_target.parent_path() / name);
+    std::vector<std::string> const names = Names();
+    for (std::string const& name : names)
+        ExpectNoSource(m_target.parent_path() / name);
+    for (std::string const& name : names)
+        if (name != m_target.filename())
+            fs::rename(m_folder.Path() / name, m_target.parent_path() / name);
     fs::rename(Inside(), m_target);
+}
+
+void WorkFolder::ExpectNoSource(fs::path const& path) const
+{
+    std::error_code ignored;
+    for (std::string const& source : m_sources)
+        if (fs::equivalent(path, source, ignored))
+            throw TargetError(path.string() + ": it is " + source + ", which is being read");
 }
 
 }  // namespace KVR

@@ -16,6 +16,9 @@ struct SceneOptions
     bool insecure = false;
     /// Whether the scene may have a document type declaration, and with it entities and references to other documents.
     bool allowDtd = false;
+    /// Whether a side file that is missing, short or another scene's makes the scene one that cannot be read; otherwise
+    /// it is told, and what there is is read.
+    bool strict = false;
 };
 
 }  // namespace KVR

@@ -2,13 +2,13 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <filesystem>
 #include <fstream>
-#include <string_view>
+#include <optional>
 #include <system_error>
 
+#include "framework/xml_util/DocumentPolicy.h"
 #include "output/SafeText.h"
 
 namespace KVR
@@ -17,37 +17,25 @@ namespace KVR
 namespace
 {
 
-// A document type declaration stands before the root element, so that its place is near the start if it is anywhere.
-constexpr std::size_t kPrologSize = std::size_t{64} * 1024;
-
-bool SkipPast(std::string_view& text, std::string_view start, std::string_view end)
+std::string TextOf(DocumentRefusal refusal)
 {
-    if (!text.starts_with(start))
-        return false;
-    std::size_t const place = text.find(end, start.size());
-    text.remove_prefix(place == std::string_view::npos ? text.size() : place + end.size());
-    return true;
-}
-
-// Whether the first markup that is neither a processing instruction nor a comment is a document type declaration.
-bool HasDocumentType(std::string_view text)
-{
-    constexpr std::string_view kBlanks = " \t\r\n";
-    do
+    DocumentPolicy const limits = CurrentDocumentPolicy();
+    switch (refusal)
     {
-        text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
-    } while (SkipPast(text, "<?", "?>") || SkipPast(text, "<!--", "-->"));
-    return text.starts_with("<!DOCTYPE");
-}
-
-// The start of a document, reduced to its ASCII characters: enough to see its markup in UTF-8 and UTF-16.
-std::string Prolog(std::ifstream& file)
-{
-    std::string bytes(kPrologSize, '\0');
-    file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    bytes.resize(static_cast<std::size_t>(file.gcount()));
-    std::erase_if(bytes, [](char byte) { return byte == '\0' || static_cast<unsigned char>(byte) >= 0x80; });
-    return bytes;
+        case DocumentRefusal::kDocumentType:
+            return "its document type declaration is refused unless --allow-dtd is given";
+        case DocumentRefusal::kOtherDocument:
+            return "it names a document that is not in the file system";
+        case DocumentRefusal::kDepth:
+            return fmt::format("its elements stand more than {} deep in one another", limits.maxDepth);
+        case DocumentRefusal::kAttributes:
+            return fmt::format("an element has more than {} attributes", limits.maxAttributes);
+        case DocumentRefusal::kNames:
+            return fmt::format("its elements or attributes have more than {} different names", limits.maxNames);
+        case DocumentRefusal::kEntities:
+            return fmt::format("its entities expand to more than {} others", limits.maxEntities);
+    }
+    return {};
 }
 
 std::string SystemMessage(int errorNumber)
@@ -68,16 +56,14 @@ std::string CauseOfParseFailure(SceneOptions const& options)
     if (!std::filesystem::is_regular_file(status))
         return kMalformed;
     errno = 0;
-    std::ifstream file(path, std::ios::binary);
-    if (!file)
+    if (!std::ifstream(path, std::ios::binary))
         return SystemMessage(errno);
-    std::string const prolog = Prolog(file);
-    if (prolog.empty())
+    if (std::optional<DocumentRefusal> const refusal = LastDocumentRefusal())
+        return TextOf(*refusal);
+    if (std::filesystem::file_size(path, error) == 0)
         return "it is empty";
-    if (!HasDocumentType(prolog))
-        return kMalformed;
     return options.allowDtd ? "it, or a document that its document type declaration names, is not well-formed"
-                            : "its document type declaration is refused unless --allow-dtd is given";
+                            : kMalformed;
 }
 
 }  // namespace

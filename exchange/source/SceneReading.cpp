@@ -3,6 +3,9 @@
 #include <exception>
 
 #include "exchange/source/EventLog.h"
+#include "exchange/source/SceneFile.h"
+#include "exchange/source/SideFileCheck.h"
+#include "framework/api/Exception.h"
 #include "framework/api/IProducer.h"
 #include "framework/api/IdSet.h"
 
@@ -37,6 +40,24 @@ SceneReading SceneReading::Of(IProducer& producer)
     reading.failure = FailureOf([&] { producer.BeginProcess(IdSet(), nullptr, &events); });
     reading.rootFailure = FailureOf([&] { reading.rootId = producer.RootObjectId().Id(); });
     reading.events = events.Failures();
+    return reading;
+}
+
+SceneReading SceneReading::Of(SceneFile& file)
+{
+    SceneReading reading;
+    SideFileCheck check(file.Options().path);
+    bool const isStrict = file.Options().strict;
+    if (!isStrict || check.Problems().empty())
+    {
+        reading = Of(file.Producer());
+        for (std::string const& path : file.UnreadSideFiles())
+            check.AddUnread(path);
+    }
+    if (isStrict && !reading.failure && !check.Problems().empty())
+        reading.failure = Failure::Of(GeneralException(UTF8String(check.Sentence())));
+    if (!isStrict)
+        reading.sideFileProblems = check.Problems();
     return reading;
 }
 

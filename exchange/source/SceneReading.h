@@ -1,6 +1,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "exchange/source/Failure.h"
@@ -11,6 +12,7 @@ namespace KVR
 
 class FileQueryResult;
 class IProducer;
+class SceneFile;
 
 /// What came of reading a scene.
 struct SceneReading
@@ -24,8 +26,15 @@ struct SceneReading
     std::optional<UTF8String> rootId;
     std::vector<Failure> events;
 
+    /// Sentences without their full stops on side files that are missing, short or another scene's, with names as they
+    /// stand. Those of a strict reading are its failure.
+    std::vector<std::string> sideFileProblems;
+
     /// Queries the scene, reads it and asks for its root. Throws nothing of the producer's.
     static SceneReading Of(IProducer& producer);
+    /// The same, with its side files held against what the scene notes of them. A strict reading ends with the first
+    /// step that tells of a problem.
+    static SceneReading Of(SceneFile& file);
 };
 
 }  // namespace KVR

@@ -5,6 +5,7 @@
 
 #include "describe/JsonAnswers.h"
 #include "host/ObjectJson.h"
+#include "host/notes/NoteDetails.h"
 #include "scene/SceneNote.h"
 
 namespace KVR
@@ -90,6 +91,13 @@ void JsonNoteWriter::Write(SceneNote const& note)
     m_json.Bool(note.isVisible);
     m_json.Key("Text");
     WriteText(m_json, note);
+    m_json.Key("Kind");
+    if (note.kind.empty())
+        m_json.Null();
+    else
+        m_json.String(note.kind);
+    m_json.Key("Details");
+    WriteDetails(m_json, note);
     m_json.Key("Plane");
     WritePlane(m_json, note);
     m_json.Key("PointsAt");

@@ -37,7 +37,7 @@ void WriteNotes(IProducer& producer, std::vector<UTF8String> const& ids, NotesOp
     if (options.json)
         writer = std::make_unique<JsonNoteWriter>(out);
     else
-        writer = std::make_unique<TextNoteWriter>(out, options.color);
+        writer = std::make_unique<TextNoteWriter>(out, options);
     ReferenceWalk walk(producer);
     for (UTF8String const& id : ids)
     {

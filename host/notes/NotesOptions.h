@@ -12,6 +12,8 @@ struct NotesOptions
     /// Where a walk begins, besides the root.
     std::vector<std::string> ids;
     bool json = false;
+    /// Shows what elements are drawn with; JSON always has it.
+    bool withCurves = false;
     /// Marks bold and italic text, and colours.
     bool color = false;
 };

@@ -3,6 +3,8 @@
 #include <fmt/format.h>
 
 #include "host/TextValues.h"
+#include "host/notes/NoteDetails.h"
+#include "host/notes/NotesOptions.h"
 #include "output/Output.h"
 #include "output/SafeText.h"
 
@@ -33,7 +35,10 @@ std::string TripleText(std::string_view name, std::optional<SceneNote::Triple> c
 
 }  // namespace
 
-TextNoteWriter::TextNoteWriter(Output& out, bool color) : m_out(out), m_text(out, color) {}
+TextNoteWriter::TextNoteWriter(Output& out, NotesOptions const& options)
+    : m_out(out), m_text(out, options.color), m_withCurves(options.withCurves)
+{
+}
 
 void TextNoteWriter::PutObject(SceneObjectRef const& object)
 {
@@ -42,7 +47,6 @@ void TextNoteWriter::PutObject(SceneObjectRef const& object)
 
 void TextNoteWriter::PutLine(SceneNote::Line const& line)
 {
-    m_out.Put("    ");
     for (SceneNote::Fragment const& fragment : line)
     {
         if (fragment.isBold)
@@ -53,7 +57,24 @@ void TextNoteWriter::PutLine(SceneNote::Line const& line)
         if (fragment.isBold || fragment.isItalic)
             m_text.Paint(PaintedText::kPlain);
     }
-    m_out.Put('\n');
+}
+
+// The text, its lines behind one another, and the values.
+void TextNoteWriter::PutLead(SceneNote const& note)
+{
+    std::string const values = ValuesOf(note);
+    if (note.text)
+        for (SceneNote::Line const& line : *note.text)
+        {
+            if (&line != &note.text->front())
+                m_out.Put(" / ");
+            PutLine(line);
+        }
+    if (note.text && !values.empty())
+        m_out.Put(' ');
+    PutFreeText(m_out, values);
+    if (note.text || !values.empty())
+        m_out.Put(": ");
 }
 
 void TextNoteWriter::PutPlane(SceneNote::Plane const& plane)
@@ -74,7 +95,7 @@ void TextNoteWriter::PutTargets(SceneNote const& note)
         m_out.Put("    ");
         PutObject(target.object);
         m_out.Put('\n');
-        for (SceneObjectRef const& part : target.parts)
+        for (SceneObjectRef const& part : m_withCurves ? target.parts : std::vector<SceneObjectRef>())
         {
             m_out.Put("      ");
             PutObject(part);
@@ -86,14 +107,9 @@ void TextNoteWriter::PutTargets(SceneNote const& note)
 void TextNoteWriter::Write(SceneNote const& note)
 {
     ++m_count;
+    PutLead(note);
     m_text.PutObject("IAnnotationCallout", UTF8String(note.label).View(), note.id.View());
     m_text.PutVisibility(note.isVisible, "\n");
-    if (note.text)
-    {
-        m_out.Put("  text:\n");
-        for (SceneNote::Line const& line : *note.text)
-            PutLine(line);
-    }
     if (note.plane)
         PutPlane(*note.plane);
     if (!note.targets.empty())

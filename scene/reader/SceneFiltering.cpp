@@ -1,8 +1,7 @@
-#include <string>
-#include <string_view>
 #include <unordered_map>
 #include <unordered_set>
 
+#include "scene/reader/FilterNames.h"
 #include "scene/reader/SceneContent.h"
 #include "scene/reader/SceneCuts.h"
 
@@ -11,32 +10,6 @@ namespace KVR
 
 namespace
 {
-
-// What is named, as objects by their ids or labels; layers stand for what is in them.
-class Names
-{
-public:
-    Names(SceneContent const& content, std::vector<std::string> const& names) : m_names(names.begin(), names.end())
-    {
-        if (names.empty())
-            return;
-        std::unordered_set<std::string_view> const given = m_names;
-        for (SceneLayer const& layer : content.layers)
-            if (given.contains(layer.id) || given.contains(layer.label) || given.contains(std::to_string(layer.number)))
-                m_names.insert(layer.items.begin(), layer.items.end());
-    }
-
-    bool IsEmpty() const noexcept { return m_names.empty(); }
-    bool HasId(std::string_view id) const { return m_names.contains(id); }
-    template <class Object>
-    bool Has(Object const& object) const
-    {
-        return HasId(object.id) || (!object.label.empty() && HasId(object.label));
-    }
-
-private:
-    std::unordered_set<std::string_view> m_names;
-};
 
 void Cut(SceneContent& content, std::size_t component, std::size_t placement)
 {
@@ -50,18 +23,20 @@ void EraseGeometry(SceneContent& content, std::size_t component, IsOut const& is
     content.filteredGeometry += std::erase_if(content.components[component].geometry, isOut);
 }
 
-void Hide(SceneContent& content, Names const& hidden)
+void Hide(SceneContent& content, FilterNames const& hidden)
 {
     for (std::size_t index = 0; index < content.components.size(); ++index)
     {
+        // Nothing places the root.
+        bool const isAll = index == content.root && hidden.Has(content.components[index]);
         std::vector<ScenePlacement> const& placements = content.components[index].placements;
         for (std::size_t i = 0; i < placements.size(); ++i)
             if (placements[i].IsEntered() &&
-                (hidden.Has(placements[i]) || hidden.Has(content.components[placements[i].target])))
+                (isAll || hidden.Has(placements[i]) || hidden.Has(content.components[placements[i].target])))
                 Cut(content, index, i);
         EraseGeometry(content, index,
                       [&](SceneGeometry const& geometry)
-                      { return hidden.Has(geometry) || hidden.HasId(geometry.bodyId); });
+                      { return isAll || hidden.Has(geometry) || hidden.HasId(geometry.bodyId); });
     }
 }
 
@@ -70,7 +45,7 @@ void Hide(SceneContent& content, Names const& hidden)
 class Reduction
 {
 public:
-    Reduction(SceneContent& content, Names const& wanted) : m_content(content), m_wanted(wanted) {}
+    Reduction(SceneContent& content, FilterNames const& wanted) : m_content(content), m_wanted(wanted) {}
 
     void Reduce()
     {
@@ -139,7 +114,7 @@ private:
     }
 
     SceneContent& m_content;
-    Names const& m_wanted;
+    FilterNames const& m_wanted;
     std::unordered_map<std::size_t, std::size_t> m_copies;
     std::unordered_set<std::size_t> m_empty;
     std::vector<Step> m_path;
@@ -151,8 +126,11 @@ void ApplyFilter(SceneContent& content, SceneFilter const& filter)
 {
     if (content.root == kNoIndex)
         return;
-    Names const hidden(content, filter.hide);
-    Names const only(content, filter.only);
+    std::vector<SceneFilterError::Unmatched> unmatched;
+    FilterNames const hidden(content, filter.hide, unmatched);
+    FilterNames const only(content, filter.only, unmatched);
+    if (!unmatched.empty())
+        throw SceneFilterError(std::move(unmatched));
     if (!hidden.IsEmpty())
         Hide(content, hidden);
     if (!only.IsEmpty() && !only.Has(content.components[content.root]))

@@ -12,12 +12,10 @@
 #include "framework/api/Exception.h"
 #include "framework/api/kvr_api.h"
 #include "framework/kernel/gmk_array.h"
-#include "producer/XMLProducer.h"
-#include "producer/XMLProducerOptions.h"
+#include "tests/authoring/WrittenScene.h"
 #include "tests/support/ResidentMemory.h"
 #include "tests/support/SanitizedBuild.h"
 #include "tests/support/Shapes.h"
-#include "tests/support/TempFolder.h"
 #include "tests/support/TestScene.h"
 
 namespace KVR::Test
@@ -29,83 +27,13 @@ namespace
 using namespace Authoring;
 namespace fs = std::filesystem;
 
-// A folder to write a scene into, and its producer once it is written.
-class WrittenScene
-{
-public:
-    UTF16String Path() const { return m_folder.PathOf("scene.xml"); }
-    std::string NarrowPath() const { return m_folder.NarrowPathOf("scene.xml"); }
-    std::string File(char const* name) const { return m_folder.NarrowPathOf(name); }
-    std::vector<std::string> Files() const
-    {
-        std::vector<std::string> names;
-        for (fs::directory_entry const& entry : fs::directory_iterator(m_folder.Path()))
-            names.push_back(entry.path().filename().string());
-        std::sort(names.begin(), names.end());
-        return names;
-    }
-
-    XMLProducer& Begin()
-    {
-        m_producer = std::make_unique<XMLProducer>(Path(), &m_options);
-        m_producer->BeginProcess(IdSet(), nullptr, nullptr);
-        return *m_producer;
-    }
-    template <class Interface>
-    Interface& Get(char const* id)
-    {
-        auto* const object = dynamic_cast<Interface*>(m_producer->Load(id));
-        if (!object)
-            throw std::runtime_error(std::string("no such object: ") + id);
-        return *object;
-    }
-
-private:
-    TempFolder m_folder;
-    XMLProducerOptions m_options;
-    std::unique_ptr<XMLProducer> m_producer;
-};
-
-Matrix3d Moved(double x)
-{
-    Matrix3d matrix;
-    matrix.SetElement(0, 3, x);
-    return matrix;
-}
-
-FileRecord RootFile(std::vector<UTF8String> children)
-{
-    FileRecord file;
-    file.id = "file";
-    file.label = "File";
-    file.childIds = std::move(children);
-    return file;
-}
-
-template <class Record>
-Record Named(char const* id, char const* label = "")
-{
-    Record record;
-    record.id = id;
-    record.label = label;
-    return record;
-}
-
-// A file with one open part in it.
-void BeginPart(SceneWriter& scene)
-{
-    scene.BeginFile(RootFile({"part"}));
-    scene.EndFile();
-    scene.BeginPart(Named<ComponentRecord>("part", "Part"));
-}
-
 }  // namespace
 
 TEST(SceneWriter, StructureComesBackAsItWasWritten)
 {
     WrittenScene written;
     SceneWriter scene(written.Path());
-    FileRecord file = RootFile({"assembly"});
+    FileRecord file = RootFile({{"assembly", FileChildType::kAssembly}});
     file.path = UTF8String("/designs/gate.asm");
     file.properties.emplace();
     file.properties->texts = {{"Author", "A. Author"}, {"Title", "Größe <1 & \"2\""}};
@@ -285,7 +213,7 @@ TEST(SceneWriter, AttributeSetsPropertiesAndOtherSideFilesComeBack)
     universe.customData = {{"Project", UTF8String("Gate"), {}, {}},
                            {"Thumbnail", {}, {}, std::pair(scene.Blob(blob, sizeof blob), sizeof blob)}};
     scene.Universe(universe);
-    scene.BeginFile(RootFile({"part"}));
+    scene.BeginFile(RootFile({{"part", FileChildType::kPart}}));
     AttributeSetRecord attributes;
     LayerRecord layer = Named<LayerRecord>("layer", "Hinges");
     layer.number = 7;
@@ -390,7 +318,7 @@ TEST(SceneWriter, AnIdThatIsNamedAndDoesNotComeIsRefusedInTheEnd)
 {
     WrittenScene written;
     SceneWriter scene(written.Path());
-    scene.BeginFile(RootFile({"part", "lost"}));
+    scene.BeginFile(RootFile({{"part", FileChildType::kPart}, {"lost", FileChildType::kPart}}));
     scene.EndFile();
     scene.BeginPart(Named<ComponentRecord>("part"));
     scene.EndPart();

@@ -261,7 +261,9 @@ TEST(ExportGltfTest, OnlyAndHideTakeIdsLabelsAndLayers)
     EXPECT_THAT(shown({"--only", "Bolts"}), ElementsAre(two));
     EXPECT_THAT(shown({"--only", "m2", "--only", "i1"}), ElementsAre(one, two));
     EXPECT_THAT(shown({"--only", "p", "--hide", "i1"}), ElementsAre(three));
-    EXPECT_THAT(shown({"--only", "nothing"}), ElementsAre());
+    EXPECT_THAT(shown({"--only", "?2"}), ElementsAre(two));
+    EXPECT_THAT(shown({"--hide", "Bol*"}), ElementsAre(one, three));
+    EXPECT_THAT(shown({"--hide", "file"}), ElementsAre());
 }
 
 TEST(ExportGltfTest, TheTextFormHasItsNumbersInAFileBesideIt)

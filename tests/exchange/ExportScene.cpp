@@ -1,5 +1,7 @@
 #include "tests/exchange/ExportScene.h"
 
+#include <filesystem>
+
 namespace KVR::Test
 {
 
@@ -37,9 +39,12 @@ ToolRun ExportScene::Export(std::string const& text, std::string const& name, st
     if (m_store)
         m_store->Finish();
     m_store.reset();
-    m_folder.Write("scene.xml", R"(<Scene><MeshInfo GenerateMesh="True" Path="s.mesh"/>
-<MeshSegmentInfo GenerateMeshSegment="True" Path="s.seg"/>)" +
-                                    text + "</Scene>");
+    std::string sections;
+    if (std::filesystem::exists(PathOf("s.mesh")))
+        sections = R"(<MeshInfo GenerateMesh="True" Path="s.mesh"/>)";
+    if (std::filesystem::exists(PathOf("s.seg")))
+        sections += R"(<MeshSegmentInfo GenerateMeshSegment="True" Path="s.seg"/>)";
+    m_folder.Write("scene.xml", "<Scene>" + sections + text + "</Scene>");
     std::vector<std::string> arguments{"export", PathOf("scene.xml"), PathOf(name)};
     arguments.insert(arguments.end(), options.begin(), options.end());
     return RunTool(arguments);

@@ -513,6 +513,7 @@ TEST(ExportStepTest, ValidationPropertiesAndMaterialsAreThoseOfTheCustomProperti
                     "<CustomProperty Key='material' Type='kString' Value='Steel'/>"
                     "<CustomProperty Key='material description' Type='kString' Value='S235'/>"
                     "<CustomProperty Key='other' Type='kInt' Value='1'/>"
+                    "<CustomProperty Key='is it so' Type='kBool' Value='True'/>"
                     "</CustomProperties></FileProperties>"));
     ToolRun const run = scene.Export("out.step");
     EXPECT_THAT(run.error, HasSubstr("1 custom properties"));

@@ -239,8 +239,7 @@ TEST(Import, AnnotationsBecomeCalloutsWithTextPlaneAndLines)
     EXPECT_EQ(scene.OfClass("IAnnotationCalloutElement").size(), 9u);
     EXPECT_GT(scene.OfClass("ICurve").size(), 9u);
     EXPECT_NE(RunTool({"notes", scene.Path()}).out.find("diameter 19"), std::string::npos);
-    EXPECT_NE(scene.run.error.find("not in the scene: 1 magnitudes of tolerances\n"), std::string::npos)
-        << scene.run.error;
+    EXPECT_EQ(scene.run.error.find("magnitudes"), std::string::npos) << scene.run.error;
 
     Imported without(Model("nist_plate_creo_lbls.stp"), {"--no-pmi"});
     EXPECT_EQ(without.run.status, 0);
@@ -250,11 +249,14 @@ TEST(Import, AnnotationsBecomeCalloutsWithTextPlaneAndLines)
 TEST(Import, MeshesOrBodiesMayBeLeftOutAndBodiesWrittenAsText)
 {
     Imported noMesh(Model("as1-oc-214.stp"), {"--no-mesh"});
-    EXPECT_EQ(FilesIn(noMesh.Folder()), (std::vector<std::string>{"scene.ids.xml", "scene.sab", "scene.xml"}));
+    EXPECT_EQ(FilesIn(noMesh.Folder()),
+              (std::vector<std::string>{"scene.kvrproperty", "scene.xml", "scene.xml.ids", "scene.xml.sab"}));
     Imported noBrep(Model("as1-oc-214.stp"), {"--no-brep"});
-    EXPECT_EQ(FilesIn(noBrep.Folder()), (std::vector<std::string>{"scene.mesh", "scene.seg", "scene.xml"}));
+    EXPECT_EQ(FilesIn(noBrep.Folder()),
+              (std::vector<std::string>{"scene.kvrproperty", "scene.xml", "scene.xml.mesh", "scene.xml.seg"}));
     Imported text(Model("as1-oc-214.stp"), {"--text", "--no-mesh"});
-    EXPECT_EQ(FilesIn(text.Folder()), (std::vector<std::string>{"scene.ids.xml", "scene.sat", "scene.xml"}));
+    EXPECT_EQ(FilesIn(text.Folder()),
+              (std::vector<std::string>{"scene.kvrproperty", "scene.xml", "scene.xml.ids", "scene.xml.sat"}));
     EXPECT_NEAR(Sum(text.OfClass("IBrep"), "Volume"), Sum(noMesh.OfClass("IBrep"), "Volume"), 1e-6);
 }
 
@@ -475,9 +477,9 @@ TEST(Import, WhatStoodThereIsReplacedWithItsProperties)
     TempFolder const folder;
     folder.Write("scene.kvrproperty", "<Properties/>");
     folder.Write("scene.xml", "the former scene");
-    EXPECT_EQ(RunTool({"import", "--quiet", Model("as1-oc-214.stp"), folder.NarrowPathOf("scene.xml")}).status, 0);
-    EXPECT_EQ(FilesIn(folder),
-              (std::vector<std::string>{"scene.ids.xml", "scene.mesh", "scene.sab", "scene.seg", "scene.xml"}));
+    EXPECT_EQ(RunTool({"import", "--quiet", Model("iso14405_fig17a.stp"), folder.NarrowPathOf("scene.xml")}).status, 0);
+    EXPECT_EQ(FilesIn(folder), (std::vector<std::string>{"scene.xml", "scene.xml.ids", "scene.xml.mesh",
+                                                         "scene.xml.sab", "scene.xml.seg"}));
 }
 
 TEST(Import, QuietSaysNothing)

@@ -53,18 +53,42 @@ TEST(Notes, EachCalloutIsShownOnceWithTextPlaneAndTargets)
     NotesRun const run(kScene);
     EXPECT_EQ(run.status, 0) << run.error;
     EXPECT_EQ(run.out,
-              "IAnnotationCallout \"edge\" n1, visible\n"
-              "  text:\n"
-              "    Deburr all edges!\n"
-              "    \n"
-              "    R 0.5 \"max\" \\ \\u202ex\\ny\n"
+              "Deburr all edges! /  / R 0.5 \"max\" \\ \\u202ex\\ny: IAnnotationCallout \"edge\" n1, visible\n"
               "  plane: IWorkPlane \"front\" w, origin 1 2.5 0, normal 0 0 1\n"
               "  points at:\n"
               "    IPoint \"hole 3\" hole\n"
               "    IAnnotationCalloutElement \"leader\" e\n"
-              "      IPoint \"\" q\n"
               "IAnnotationCallout \"\" n2, hidden\n"
               "2 notes\n");
+}
+
+TEST(Notes, CurvesAreShownWhenAsked)
+{
+    EXPECT_THAT(NotesRun(kScene, {"--curves"}).out,
+                HasSubstr("    IAnnotationCalloutElement \"leader\" e\n      IPoint \"\" q\n"));
+}
+
+TEST(Notes, TheFirstLineHasTheValuesBehindTheText)
+{
+    constexpr std::string_view kBegin =
+        R"(<S><IFile ID="f"><ChildSet><C ID="p" Type="IPart"/></ChildSet></IFile><IPart ID="p"><ChildSet>
+        <IAnnotationCallout ID="n" Label="d"><IText><ITextLine><ITextFragment Value="diameter 35"/></ITextLine></IText>
+        <ExtensionData TypeId="kvr.annotation.kind" Content="dimension"/><ExtensionData TypeId="kvr.annotation.details")";
+    constexpr std::string_view kEnd = "/></IAnnotationCallout></ChildSet></IPart></S>";
+    auto const scene = [&](std::string const& details)
+    { return std::string(kBegin) + " Content='" + details + "'" + std::string(kEnd); };
+    std::string const good =
+        scene(R"({"value":35,"minus":0.2,"plus":0.1,"fitOf":"hole","zone":"cylindrical or circular",
+        "projection":4,"target":"1","targetType":"rectangle","targetLength":2.5,"modifiers":["free state",7,"all over"]})");
+    EXPECT_THAT(NotesRun(good).out,
+                HasSubstr("diameter 35 -0.2 +0.1, hole, cylindrical or circular, projected 4, target 1 rectangle, "
+                          "length 2.5, free state, all over: IAnnotationCallout \"d\" n, visible\n"));
+    json const note = json::parse(NotesRun(good, {"--json"}).out)["Notes"][0];
+    EXPECT_EQ(note["Kind"], "dimension");
+    EXPECT_EQ(note["Details"]["minus"], 0.2);
+    EXPECT_EQ(note["Details"]["modifiers"], json({"free state", "all over"}));
+    for (char const* const bad : {"", "[1,2]", "{\"minus\":\"x\",\"modifiers\":3,\"lower\":null}", "{"})
+        EXPECT_THAT(NotesRun(scene(bad)).out, HasSubstr("diameter 35: IAnnotationCallout \"d\" n, visible\n")) << bad;
 }
 
 TEST(Notes, BoldAndItalicAreMarkedOnATerminalAlone)
@@ -72,7 +96,7 @@ TEST(Notes, BoldAndItalicAreMarkedOnATerminalAlone)
     EXPECT_THAT(NotesRun(kScene).out, Not(HasSubstr("\x1b")));
     EXPECT_THAT(NotesRun(kScene, {"--color", "never"}).out, Not(HasSubstr("\x1b")));
     EXPECT_THAT(NotesRun(kScene, {"--color", "always"}).out,
-                HasSubstr("    \x1b[1mDeburr \x1b[0m\x1b[3mall edges\x1b[0m!\n"));
+                HasSubstr("\x1b[1mDeburr \x1b[0m\x1b[3mall edges\x1b[0m! / "));
 }
 
 TEST(Notes, JsonHasTheSameFacts)

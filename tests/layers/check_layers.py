@@ -15,6 +15,8 @@ GROUPS = (
     ("framework/api/", "api"),
     ("framework/kernel/", "kernel"),
     ("framework/gmk_interface/", "gmk_interface"),
+    ("framework/xml_util/DocumentPolicy.h", "document policy"),
+    ("framework/xml_util/Export.h", "document policy"),
     ("framework/xml_util/", "xml_util"),
     ("producer/XMLProducerImpl.h", "context"),
     ("producer/ObjectNodeIndex.h", "context"),
@@ -43,6 +45,7 @@ GROUPS = (
     ("exchange/conventions/", "conventions"),
     ("exchange/source/", "source"),
     ("exchange/model/", "model"),
+    ("exchange/meshes/", "meshes"),
     ("exchange/import/", "import"),
     ("exchange/export/", "export"),
     ("exchange/certify/", "certify"),
@@ -50,7 +53,7 @@ GROUPS = (
     ("host/", "host"),
 )
 
-FRAMEWORK = ("api", "kernel", "gmk_interface", "xml_util")
+FRAMEWORK = ("api", "kernel", "gmk_interface", "document policy", "xml_util")
 READERS = FRAMEWORK + ("context", "facade", "readers")
 SHAPES = READERS + ("curvedata", "geometry", "appearance", "organisation")
 MESHES = SHAPES + ("mesh", "annotation")
@@ -61,7 +64,9 @@ MAY_INCLUDE = {
     "api": (),
     "kernel": (),
     "gmk_interface": ("api", "kernel"),
-    "xml_util": ("api", "kernel", "gmk_interface"),
+    # What a program says of the documents that it reads, without a word of Xerces-C.
+    "document policy": (),
+    "xml_util": ("api", "kernel", "gmk_interface", "document policy"),
     "facade": ("api",),
     "context": FRAMEWORK + ("facade",),
     "readers": READERS,
@@ -87,10 +92,11 @@ MAY_INCLUDE = {
     # models of other programs as documents of Open CASCADE.
     "run": ("api", "output", "exchange"),
     "conventions": ("api",),
-    "source": ("api", "facade", "output", "exchange"),
+    "source": ("api", "xml_util", "document policy", "facade", "output", "exchange"),
     "model": ("api", "kernel", "run"),
+    "meshes": ("api", "model"),
     "import": ("extension types", "api", "kernel", "authoring", "xml_util", "output", "exchange", "run", "conventions",
-               "model"),
+               "model", "meshes"),
     "export": ("extension types", "api", "kernel", "gmk_interface", "scene", "output", "exchange", "run", "conventions",
                "source"),
     "certify": ("api", "kernel", "scene", "output", "exchange", "run", "conventions", "source", "model"),

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -173,6 +174,33 @@ TEST_F(InfoSections, OfEveryKindWithFilesThatAreMissingDoNoHarm)
     EXPECT_TRUE(Index().curveEntities.empty());
     EXPECT_TRUE(Index().meshStore.empty());
     EXPECT_TRUE(Index().curveStore.empty());
+}
+
+TEST(UnreadSideFiles, AreToldAsTheyAreMet)
+{
+    TestScene scene(R"(<S><SatInfo/><SatInfo Path=""/><SatInfo Path="none.sab"/><SatInfo Path="there.sab"/>
+<GeometryInfo GenerateGeometry="True" Path="/g"/><MeshInfo GenerateMesh="True" Path="../m"/>
+<MeshInfo GenerateMesh="False" Path="off"/><MeshSegmentInfo GenerateMeshSegment="True" Path="folder"/>
+<VitreolMaterialInfo GenerateSerializedVitreol="True" Path="/absolute"/>
+<VitreolMaterialInfo GenerateSerializedVitreol="True" Path="v"/>
+<SubObjectPersistentIdInfo GenerateSubObjectPersistentId="True" Path="ids"/></S>)");
+    scene.WithFile("there.sab", "").WithFile("folder/in", "");
+    List paths;
+    scene.Options().SetUnreadSideFileHandler([&](UTF16String const& path) { paths.push_back(Text(path)); });
+    scene.Begin();
+    std::string const folder = scene.Folder();
+    EXPECT_EQ(paths, (List{folder + "/none.sab", folder + "/g", folder + "/../m", folder + "/folder", "/absolute",
+                           folder + "/v", folder + "/ids"}));
+}
+
+TEST(UnreadSideFiles, NobodyNeedBeTold)
+{
+    TestScene scene(R"(<S><SatInfo Path="none.sab"/></S>)");
+    EXPECT_FALSE(scene.Options().UnreadSideFileHandler());
+    EXPECT_NO_THROW(scene.Begin());
+    TestScene thrown(R"(<S><SatInfo Path="none.sab"/></S>)");
+    thrown.Options().SetUnreadSideFileHandler([](UTF16String const&) { throw std::out_of_range("enough"); });
+    EXPECT_THROW(thrown.Begin(), std::out_of_range);
 }
 
 TEST_F(InfoSections, ASecondScanAddsNothingTwice)

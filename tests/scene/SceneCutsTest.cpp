@@ -210,11 +210,6 @@ TEST(SceneFiltering, ALayerStandsForWhatIsInItByIdLabelAndNumber)
     }
 }
 
-TEST(SceneFiltering, AFilterThatMatchesNothingLeavesTheRootAlone)
-{
-    EXPECT_THAT(PathsOf(ModelScene(TwoModules(), Only({"nobody"})).Model()), ElementsAre("f"));
-}
-
 TEST(SceneFiltering, ARootThatIsWantedStaysWhole)
 {
     EXPECT_EQ(PathsOf(ModelScene(TwoModules(), Only({"f", "x"})).Model()).size(), 7U);

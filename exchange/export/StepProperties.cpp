@@ -1,0 +1,197 @@
+#include "exchange/export/StepProperties.h"
+
+#include <StepBasic_HArray1OfProduct.hxx>
+#include <StepBasic_MeasureValueMember.hxx>
+#include <StepBasic_Product.hxx>
+#include <StepBasic_ProductDefinition.hxx>
+#include <StepBasic_ProductDefinitionFormation.hxx>
+#include <StepBasic_ProductRelatedProductCategory.hxx>
+#include <StepData_StepModel.hxx>
+#include <StepRepr_CharacterizedDefinition.hxx>
+#include <StepRepr_DescriptiveRepresentationItem.hxx>
+#include <StepRepr_IntegerRepresentationItem.hxx>
+#include <StepRepr_NextAssemblyUsageOccurrence.hxx>
+#include <StepRepr_ProductDefinitionShape.hxx>
+#include <StepRepr_PropertyDefinition.hxx>
+#include <StepRepr_PropertyDefinitionRepresentation.hxx>
+#include <StepRepr_Representation.hxx>
+#include <StepRepr_RepresentationContext.hxx>
+#include <StepRepr_ValueRepresentationItem.hxx>
+#include <StepShape_ContextDependentShapeRepresentation.hxx>
+#include <StepShape_ShapeDefinitionRepresentation.hxx>
+#include <TCollection_HAsciiString.hxx>
+#include <TransferBRep.hxx>
+#include <TransferBRep_ShapeMapper.hxx>
+#include <Transfer_FinderProcess.hxx>
+#include <XCAFDoc_ShapeTool.hxx>
+#include <unordered_map>
+
+#include "exchange/export/StepEntities.h"
+#include "exchange/export/StepModelEntities.h"
+#include "exchange/export/StepTransfer.h"
+
+namespace KVR
+{
+
+namespace
+{
+
+using opencascade::handle;
+
+class PropertyWriter
+{
+public:
+    explicit PropertyWriter(StepTransfer& step) : m_step(step) {}
+
+    void Write()
+    {
+        for (auto const& category : StepEntitiesOf<StepBasic_ProductRelatedProductCategory>(m_step.model))
+            for (int i = 1; i <= category->NbProducts(); ++i)
+                m_categories.emplace(category->ProductsValue(i).get(), category);
+        for (ShapeDocument::Product const& product : m_step.document.products)
+            WriteProduct(product);
+        for (ShapeDocument::Usage const& usage : m_step.document.usages)
+            WriteUsage(usage);
+    }
+
+private:
+    void WriteProduct(ShapeDocument::Product const& said)
+    {
+        handle<StepShape_ShapeDefinitionRepresentation> const shape = m_step.DefinitionOf(said.label);
+        if (shape.IsNull())
+            return;
+        handle<StepBasic_ProductDefinition> const definition =
+            shape->Definition().PropertyDefinition()->Definition().ProductDefinition();
+        if (definition.IsNull())
+            return;
+        handle<StepBasic_ProductDefinitionFormation> const formation = definition->Formation();
+        handle<StepBasic_Product> const product = formation->OfProduct();
+        if (!said.number.empty())
+            product->SetId(StepString(said.number));
+        if (!said.description.empty())
+            product->SetDescription(StepString(said.description));
+        if (!said.revision.empty())
+            formation->SetId(StepString(said.revision));
+        if (!said.revisionDescription.empty())
+            formation->SetDescription(StepString(said.revisionDescription));
+        WriteCategories(said, product);
+        StepRepr_CharacterizedDefinition owner;
+        owner.SetValue(definition);
+        WriteAll(said.properties, owner);
+    }
+
+    // The first takes the place of that which the writer gives every product; a name that is empty is none.
+    void WriteCategories(ShapeDocument::Product const& said, handle<StepBasic_Product> const& product)
+    {
+        auto const known = m_categories.find(product.get());
+        if (said.categories.empty() && known != m_categories.end() && known->second->NbProducts() == 1)
+            known->second->SetName(StepString(""));
+        for (std::size_t i = 0; i < said.categories.size(); ++i)
+        {
+            handle<TCollection_HAsciiString> const name = StepString(said.categories[i]);
+            if (i == 0 && known != m_categories.end() && known->second->NbProducts() == 1)
+            {
+                known->second->SetName(name);
+                continue;
+            }
+            handle<StepBasic_HArray1OfProduct> const products = new StepBasic_HArray1OfProduct(1, 1);
+            products->SetValue(1, product);
+            handle<StepBasic_ProductRelatedProductCategory> const category =
+                new StepBasic_ProductRelatedProductCategory;
+            category->Init(name, Standard_False, {}, products);
+            m_step.model->AddWithRefs(category);
+        }
+    }
+
+    void WriteUsage(ShapeDocument::Usage const& said)
+    {
+        handle<Transfer_FinderProcess> const process = m_step.Process();
+        handle<StepShape_ContextDependentShapeRepresentation> shape;
+        if (!process->FindTypedTransient(TransferBRep::ShapeMapper(process, XCAFDoc_ShapeTool::GetShape(said.label)),
+                                         STANDARD_TYPE(StepShape_ContextDependentShapeRepresentation), shape))
+            return;
+        handle<StepRepr_NextAssemblyUsageOccurrence> const usage =
+            handle<StepRepr_NextAssemblyUsageOccurrence>::DownCast(
+                shape->RepresentedProductRelation()->Definition().ProductDefinitionRelationship());
+        if (usage.IsNull())
+            return;
+        if (!said.id.empty())
+            usage->SetId(StepString(said.id));
+        if (!said.description.empty())
+            usage->SetDescription(StepString(said.description));
+        if (!said.designator.empty())
+            usage->Init(usage->Id(), usage->Name(), usage->HasDescription(), usage->Description(),
+                        usage->RelatingProductDefinition(), usage->RelatedProductDefinition(), Standard_True,
+                        StepString(said.designator));
+        StepRepr_CharacterizedDefinition owner;
+        owner.SetValue(usage);
+        WriteAll(said.properties, owner);
+    }
+
+    void WriteAll(std::vector<SceneProperty> const& properties, StepRepr_CharacterizedDefinition const& owner)
+    {
+        for (SceneProperty const& property : properties)
+            if (handle<StepRepr_RepresentationItem> const item = ItemOf(property); !item.IsNull())
+                WriteOne(property.name, item, owner);
+            else
+                m_step.document.notCarried.Add("custom properties");
+    }
+
+    static handle<StepRepr_RepresentationItem> ItemOf(SceneProperty const& property)
+    {
+        if (auto const* const text = std::get_if<std::string>(&property.value))
+        {
+            handle<StepRepr_DescriptiveRepresentationItem> const item = new StepRepr_DescriptiveRepresentationItem;
+            item->Init(StepString(""), StepString(*text));
+            return item.get();
+        }
+        if (auto const* const integer = std::get_if<int>(&property.value))
+        {
+            handle<StepRepr_IntegerRepresentationItem> const item = new StepRepr_IntegerRepresentationItem;
+            item->Init(StepString(""), *integer);
+            return item.get();
+        }
+        std::optional<double> const number = NumberOf(property);
+        if (!number)
+            return {};
+        handle<StepBasic_MeasureValueMember> const value = new StepBasic_MeasureValueMember;
+        value->SetName("NUMERIC_MEASURE");
+        value->SetReal(*number);
+        handle<StepRepr_ValueRepresentationItem> const item = new StepRepr_ValueRepresentationItem;
+        item->Init(StepString(""), value);
+        return item.get();
+    }
+
+    void WriteOne(std::string const& name, handle<StepRepr_RepresentationItem> const& item,
+                  StepRepr_CharacterizedDefinition const& owner)
+    {
+        if (m_context.IsNull())
+        {
+            m_context = new StepRepr_RepresentationContext;
+            m_context->Init(StepString(""), StepString(""));
+        }
+        handle<StepRepr_PropertyDefinition> const property = new StepRepr_PropertyDefinition;
+        property->Init(StepString(name), Standard_False, {}, owner);
+        handle<StepRepr_Representation> const representation = new StepRepr_Representation;
+        representation->Init(StepString(""), StepArray({item}), m_context);
+        handle<StepRepr_PropertyDefinitionRepresentation> const link = new StepRepr_PropertyDefinitionRepresentation;
+        StepRepr_RepresentedDefinition represented;
+        represented.SetValue(property);
+        link->Init(represented, representation);
+        m_step.model->AddWithRefs(link);
+    }
+
+    StepTransfer& m_step;
+    /// By products.
+    std::unordered_map<Standard_Transient const*, handle<StepBasic_ProductRelatedProductCategory>> m_categories;
+    handle<StepRepr_RepresentationContext> m_context;
+};
+
+}  // namespace
+
+void WriteStepProperties(StepTransfer& step)
+{
+    PropertyWriter(step).Write();
+}
+
+}  // namespace KVR

@@ -1,0 +1,116 @@
+#include "exchange/model/Part21Values.h"
+
+#include <cmath>
+
+namespace KVR
+{
+
+namespace
+{
+
+using Kind = Part21Value::Kind;
+
+Part21Value const& At(Part21File::Values const& values, std::size_t place)
+{
+    static Part21Value const none;
+    return place < values.size() ? values[place] : none;
+}
+
+constexpr std::pair<std::string_view, double> kPrefixes[] = {
+    {"EXA", 1e18},  {"PETA", 1e15},  {"TERA", 1e12},   {"GIGA", 1e9},   {"MEGA", 1e6},   {"KILO", 1e3},
+    {"HECTO", 1e2}, {"DECA", 1e1},   {"DECI", 1e-1},   {"CENTI", 1e-2}, {"MILLI", 1e-3}, {"MICRO", 1e-6},
+    {"NANO", 1e-9}, {"PICO", 1e-12}, {"FEMTO", 1e-15}, {"ATTO", 1e-18},
+};
+
+}  // namespace
+
+std::string Part21TextAt(Part21File::Values const& values, std::size_t place)
+{
+    Part21Value const& value = At(values, place);
+    if (value.kind == Kind::kText)
+        return value.text;
+    // A text with a type: LABEL('x').
+    return value.kind == Kind::kList && value.items.size() == 1 && value.items[0].kind == Kind::kText
+               ? value.items[0].text
+               : std::string();
+}
+
+Part21File::Number Part21ReferenceAt(Part21File::Values const& values, std::size_t place)
+{
+    return At(values, place).reference;
+}
+
+std::vector<Part21File::Number> Part21ReferencesAt(Part21File::Values const& values, std::size_t place)
+{
+    Part21Value const& value = At(values, place);
+    if (value.kind == Kind::kReference)
+        return {value.reference};
+    std::vector<Part21File::Number> numbers;
+    for (std::size_t i = 0; i < value.items.size(); ++i)
+        for (Part21File::Number const number : Part21ReferencesAt(value.items, i))
+            numbers.push_back(number);
+    return numbers;
+}
+
+std::optional<double> Part21NumberAt(Part21File::Values const& values, std::size_t place)
+{
+    Part21Value const& value = At(values, place);
+    if (value.kind == Kind::kNumber)
+        return value.number;
+    if (value.kind == Kind::kList && value.items.size() == 1)
+        return Part21NumberAt(value.items, 0);
+    return std::nullopt;
+}
+
+std::optional<Part21Measure> Part21MeasureOf(Part21File const& file, Part21File::Number number)
+{
+    Part21File::Entity const* const entity = file.Find(number);
+    if (!entity)
+        return std::nullopt;
+    bool const isItem = file.Is(*entity, "MEASURE_REPRESENTATION_ITEM");
+    // The value stands behind the name of an item, or in a part of its own.
+    bool const isPart = file.Is(*entity, "MEASURE_WITH_UNIT");
+    std::string const type = isPart ? "MEASURE_WITH_UNIT" : file.TypeOf(*entity);
+    if (!isItem && type.find("MEASURE_WITH_UNIT") == std::string::npos)
+        return std::nullopt;
+    Part21File::Values const values = file.ParametersOf(*entity, type);
+    std::size_t const place = isItem && !isPart ? 1 : 0;
+    std::optional<double> const value = Part21NumberAt(values, place);
+    if (!value || !std::isfinite(*value))
+        return std::nullopt;
+    return Part21Measure{*value, values[place].text, Part21ReferenceAt(values, place + 1)};
+}
+
+double Part21UnitFactor(Part21File const& file, Part21File::Number unit)
+{
+    double factor = 1.0;
+    // A unit that is measured in another one; more steps than these are a cycle.
+    for (int step = 0; step < 8; ++step)
+    {
+        Part21File::Entity const* const entity = file.Find(unit);
+        if (!entity)
+            return 0.0;
+        if (file.Is(*entity, "SI_UNIT"))
+        {
+            Part21File::Values const values = file.ParametersOf(*entity, "SI_UNIT");
+            // A simple one begins with its dimensions.
+            std::size_t const place = values.size() > 2 ? 1 : 0;
+            std::string const name = At(values, place + 1).text;
+            if (name != "METRE" && name != "RADIAN")
+                return 0.0;
+            for (auto const& [prefix, power] : kPrefixes)
+                if (At(values, place).text == prefix)
+                    factor *= power;
+            return factor;
+        }
+        std::optional<Part21Measure> const measure =
+            Part21MeasureOf(file, Part21ReferenceAt(file.ParametersOf(*entity, "CONVERSION_BASED_UNIT"), 1));
+        if (!measure)
+            return 0.0;
+        factor *= measure->value;
+        unit = measure->unit;
+    }
+    return 0.0;
+}
+
+}  // namespace KVR

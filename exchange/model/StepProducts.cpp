@@ -1,0 +1,210 @@
+#include "exchange/model/StepProducts.h"
+
+#include <cmath>
+#include <optional>
+
+#include "exchange/model/Part21Values.h"
+
+namespace KVR
+{
+
+namespace
+{
+
+using Number = Part21File::Number;
+using Values = Part21File::Values;
+
+// Open CASCADE reads these, and import takes them from it.
+bool IsReadElsewhere(std::string const& property, std::string const& item)
+{
+    return (property == "geometric validation property" &&
+            (item == "volume measure" || item == "surface area measure" || item == "centre point")) ||
+           property == "material property";
+}
+
+std::string Joined(std::string const& property, std::string const& item)
+{
+    if (item.empty() || item == property)
+        return property;
+    return property.empty() ? item : property + ": " + item;
+}
+
+class ProductReader
+{
+public:
+    ProductReader(Part21File const& file, StepProducts& result) : m_file(file), m_result(result) {}
+
+    void Read()
+    {
+        for (Part21File::Entity const& entity : m_file.Entities())
+            Sort(entity);
+        for (Part21File::Entity const* const definition : m_definitions)
+            ReadProduct(*definition);
+        for (Part21File::Entity const* const usage : m_usages)
+            ReadUsage(*usage);
+        for (Part21File::Entity const* const category : m_categories)
+            ReadCategory(*category);
+        for (Part21File::Entity const* const link : m_links)
+            ReadProperty(*link);
+    }
+
+private:
+    using List = std::vector<Part21File::Entity const*>;
+
+    void Sort(Part21File::Entity const& entity)
+    {
+        std::string const& type = m_file.TypeOf(entity);
+        if (type == "PRODUCT_DEFINITION" || type == "PRODUCT_DEFINITION_WITH_ASSOCIATED_DOCUMENTS")
+            m_definitions.push_back(&entity);
+        else if (type == "NEXT_ASSEMBLY_USAGE_OCCURRENCE")
+            m_usages.push_back(&entity);
+        else if (type == "PRODUCT_RELATED_PRODUCT_CATEGORY")
+            m_categories.push_back(&entity);
+        else if (type == "PROPERTY_DEFINITION_REPRESENTATION")
+            m_links.push_back(&entity);
+        else if (type == "GENERAL_PROPERTY_ASSOCIATION")
+        {
+            Values const values = m_file.ParametersOf(entity, type);
+            m_generals.emplace(Part21ReferenceAt(values, 3), Part21ReferenceAt(values, 2));
+        }
+    }
+
+    Values ParametersOf(Number number) const
+    {
+        Part21File::Entity const* const entity = m_file.Find(number);
+        return entity ? m_file.ParametersOf(*entity, m_file.TypeOf(*entity)) : Values();
+    }
+
+    void ReadProduct(Part21File::Entity const& definition)
+    {
+        Values const formation =
+            ParametersOf(Part21ReferenceAt(m_file.ParametersOf(definition, m_file.TypeOf(definition)), 2));
+        Number const number = Part21ReferenceAt(formation, 2);
+        Values const values = ParametersOf(number);
+        StepProduct product;
+        product.number = Part21TextAt(values, 0);
+        product.name = Part21TextAt(values, 1);
+        product.description = Part21TextAt(values, 2);
+        product.revision = Part21TextAt(formation, 0);
+        product.revisionDescription = Part21TextAt(formation, 1);
+        m_definitionsOf[number].push_back(definition.number);
+        m_result.products.emplace(definition.number, std::move(product));
+    }
+
+    void ReadUsage(Part21File::Entity const& entity)
+    {
+        Values const values = m_file.ParametersOf(entity, "NEXT_ASSEMBLY_USAGE_OCCURRENCE");
+        StepUsage usage;
+        usage.id = Part21TextAt(values, 0);
+        usage.name = Part21TextAt(values, 1);
+        usage.description = Part21TextAt(values, 2);
+        usage.designator = Part21TextAt(values, 5);
+        m_result.usages.emplace(entity.number, std::move(usage));
+    }
+
+    void ReadCategory(Part21File::Entity const& entity)
+    {
+        Values const values = m_file.ParametersOf(entity, "PRODUCT_RELATED_PRODUCT_CATEGORY");
+        for (Number const product : Part21ReferencesAt(values, 2))
+            if (auto const found = m_definitionsOf.find(product); found != m_definitionsOf.end())
+                for (Number const definition : found->second)
+                    m_result.products[definition].categories.push_back(Part21TextAt(values, 0));
+    }
+
+    // The properties of the product or usage that a property definition is of; null for another owner.
+    std::vector<StepProperty>* PropertiesOf(Number owner)
+    {
+        // The shape of a product, or of a usage.
+        if (Part21File::Entity const* const shape = m_file.Find(owner);
+            shape && m_file.Is(*shape, "PRODUCT_DEFINITION_SHAPE"))
+            owner = Part21ReferenceAt(m_file.ParametersOf(*shape, "PRODUCT_DEFINITION_SHAPE"), 2);
+        if (auto const product = m_result.products.find(owner); product != m_result.products.end())
+            return &product->second.properties;
+        auto const usage = m_result.usages.find(owner);
+        return usage == m_result.usages.end() ? nullptr : &usage->second.properties;
+    }
+
+    void ReadProperty(Part21File::Entity const& link)
+    {
+        Values const linked = m_file.ParametersOf(link, "PROPERTY_DEFINITION_REPRESENTATION");
+        Number const number = Part21ReferenceAt(linked, 0);
+        Part21File::Entity const* const definition = m_file.Find(number);
+        if (!definition || !m_file.Is(*definition, "PROPERTY_DEFINITION"))
+            return;
+        Values const values = m_file.ParametersOf(*definition, "PROPERTY_DEFINITION");
+        std::vector<StepProperty>* const properties = PropertiesOf(Part21ReferenceAt(values, 2));
+        if (!properties)
+            return;
+        std::string name = Part21TextAt(values, 0);
+        if (auto const general = m_generals.find(number); general != m_generals.end() && name.empty())
+            name = Part21TextAt(ParametersOf(general->second), 1);
+        bool isCarried = true;
+        Number const representation = Part21ReferenceAt(linked, 1);
+        for (Number const item : Part21ReferencesAt(ParametersOf(representation), 1))
+            isCarried = ReadItem(name, item, *properties) && isCarried;
+        if (isCarried)
+            m_result.carried.insert(number);
+    }
+
+    bool ReadItem(std::string const& property, Number number, std::vector<StepProperty>& properties)
+    {
+        Part21File::Entity const* const item = m_file.Find(number);
+        if (!item)
+            return false;
+        std::string const& type = m_file.TypeOf(*item);
+        Values const values = ParametersOf(number);
+        std::string const name = Part21TextAt(
+            m_file.Is(*item, "REPRESENTATION_ITEM") ? m_file.ParametersOf(*item, "REPRESENTATION_ITEM") : values, 0);
+        if (IsReadElsewhere(property, name))
+            return true;
+        std::string const full = Joined(property, name);
+        if (type == "DESCRIPTIVE_REPRESENTATION_ITEM")
+            properties.push_back({full, Part21TextAt(values, 1)});
+        else if (type == "BOOLEAN_REPRESENTATION_ITEM")
+            properties.push_back({full, values.size() > 1 && values[1].text == "T"});
+        else if (std::optional<double> const value = NumberOf(type, number, values))
+            properties.push_back({full, *value});
+        else
+            return false;
+        if (type == "INTEGER_REPRESENTATION_ITEM")
+            MakeInteger(properties.back());
+        return true;
+    }
+
+    std::optional<double> NumberOf(std::string const& type, Number number, Values const& values) const
+    {
+        if (type == "INTEGER_REPRESENTATION_ITEM" || type == "REAL_REPRESENTATION_ITEM" ||
+            type == "VALUE_REPRESENTATION_ITEM")
+            return Part21NumberAt(values, 1);
+        std::optional<Part21Measure> const measure = Part21MeasureOf(m_file, number);
+        return measure ? std::optional(measure->value) : std::nullopt;
+    }
+
+    static void MakeInteger(StepProperty& property)
+    {
+        double const value = std::get<double>(property.value);
+        if (std::abs(value) < 2147483647.0 && value == std::floor(value))
+            property.value = static_cast<int>(value);
+    }
+
+    Part21File const& m_file;
+    StepProducts& m_result;
+    List m_definitions;
+    List m_usages;
+    List m_categories;
+    List m_links;
+    std::unordered_map<Number, std::vector<Number>> m_definitionsOf;
+    /// General properties by the property definitions that they are of.
+    std::unordered_map<Number, Number> m_generals;
+};
+
+}  // namespace
+
+StepProducts StepProducts::Of(Part21File const& file)
+{
+    StepProducts result;
+    ProductReader(file, result).Read();
+    return result;
+}
+
+}  // namespace KVR

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <string>
+#include <unordered_map>
+#include <unordered_set>
+#include <variant>
+#include <vector>
+
+#include "exchange/model/Part21File.h"
+
+namespace KVR
+{
+
+/// A property that a model's author or its validation gave a product or a usage.
+struct StepProperty
+{
+    /// "what the property is: what the value is", or one of the two.
+    std::string name;
+    std::variant<std::string, double, int, bool> value;
+};
+
+/// What a STEP file says of a product beside its shape.
+struct StepProduct
+{
+    std::string number;
+    std::string name;
+    std::string description;
+    std::string revision;
+    std::string revisionDescription;
+    std::vector<std::string> categories;
+    std::vector<StepProperty> properties;
+};
+
+/// What a STEP file says of a component in its place.
+struct StepUsage
+{
+    std::string id;
+    std::string name;
+    std::string description;
+    std::string designator;
+    std::vector<StepProperty> properties;
+};
+
+/// The products and usages of a STEP file, by the numbers of their entities (PRODUCT_DEFINITION and
+/// NEXT_ASSEMBLY_USAGE_OCCURRENCE).
+struct StepProducts
+{
+    std::unordered_map<Part21File::Number, StepProduct> products;
+    std::unordered_map<Part21File::Number, StepUsage> usages;
+    /// Each property definition that is a property here or that Open CASCADE reads, with what belongs to it.
+    std::unordered_set<Part21File::Number> carried;
+
+    static StepProducts Of(Part21File const& file);
+};
+
+}  // namespace KVR

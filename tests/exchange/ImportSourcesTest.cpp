@@ -1,0 +1,282 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <zlib.h>
+#include <BRepBuilderAPI_MakeEdge.hxx>
+#include <BRepTools.hxx>
+#include <BinTools.hxx>
+#include <TopoDS_Edge.hxx>
+#include <gp_Pnt.hxx>
+
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+#include <set>
+#include <sstream>
+
+#include "exchange/ImportModel.h"
+#include "exchange/model/ModelDocument.h"
+#include "exchange/model/ModelError.h"
+#include "exchange/run/ChildProcess.h"
+#include "tests/exchange/MeshFiles.h"
+#include "tests/support/Shapes.h"
+#include "tests/tool/ToolRun.h"
+
+// Where a model comes from, and what the program says of files of meshes.
+namespace KVR::Test
+{
+
+namespace
+{
+
+using nlohmann::json;
+using testing::Contains;
+using testing::HasSubstr;
+using testing::Not;
+
+std::string const kStep = std::string(KVR_EXAMPLES_DIR) + "/models/as1-oc-214.stp";
+
+std::string FileBytes(std::string const& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    std::ostringstream text;
+    text << file.rdbuf();
+    return text.str();
+}
+
+std::string Gzipped(std::string const& bytes)
+{
+    TempFolder const folder;
+    std::string const path = folder.NarrowPathOf("packed");
+    gzFile const file = gzopen(path.c_str(), "wb9");
+    EXPECT_EQ(gzwrite(file, bytes.data(), static_cast<unsigned>(bytes.size())), static_cast<int>(bytes.size()));
+    EXPECT_EQ(gzclose(file), Z_OK);
+    return FileBytes(path);
+}
+
+// What is in the folder for temporary files of imports.
+std::size_t ScratchFolders()
+{
+    std::size_t count = 0;
+    for (auto const& entry : std::filesystem::directory_iterator(std::filesystem::temp_directory_path()))
+        count += entry.path().filename().string().starts_with("kvr-import-") ? 1 : 0;
+    return count;
+}
+
+json Objects(std::string const& scene)
+{
+    return json::parse(RunTool({"dump", "--summary", scene}).out).at("Objects");
+}
+
+// Of its styles, as bytes.
+std::set<std::array<long, 3>> ColorsOf(std::string const& scene)
+{
+    std::set<std::array<long, 3>> colors;
+    for (json const& object : Objects(scene))
+        if (object.is_object() && object.at("Class") == "IRenderStyle")
+        {
+            json const& color = object.at("DiffuseColor");
+            colors.insert({std::lround(color.at(0).get<double>() * 255.0),
+                           std::lround(color.at(1).get<double>() * 255.0),
+                           std::lround(color.at(2).get<double>() * 255.0)});
+        }
+    return colors;
+}
+
+}  // namespace
+
+TEST(ImportSources, GzippedFilesAreUnpackedWhateverTheyHold)
+{
+    TempFolder const folder;
+    std::string const scene = folder.NarrowPathOf("s.xml");
+    std::size_t const before = ScratchFolders();
+    std::string const packed = Gzipped(FileBytes(kStep));
+    for (std::string const name : {"as1.stpz", "as1.step.gz", "as1.dat"})
+    {
+        folder.Write(name, packed);
+        ToolRun const run = RunTool({"import", "--no-mesh", folder.NarrowPathOf(name), scene});
+        ASSERT_EQ(run.status, 0) << run.error;
+        EXPECT_THAT(run.out, HasSubstr("4 assemblies, 5 parts, 13 instances, 5 bodies"));
+    }
+    folder.Write("box.stl.gz", Gzipped(BinaryStl(BoxTriangles(1, 1, 1))));
+    EXPECT_EQ(RunTool({"import", folder.NarrowPathOf("box.stl.gz"), scene}).status, 0);
+    EXPECT_EQ(Objects(scene).at("part1").at("Label"), "box");
+    EXPECT_EQ(Objects(scene).at("file1").at("FileFullPath"), folder.NarrowPathOf("box.stl.gz"));
+    EXPECT_EQ(ScratchFolders(), before);
+}
+
+TEST(ImportSources, AGzippedFileThatIsCutShortOrABombIsRefused)
+{
+    TempFolder const folder;
+    std::string const packed = Gzipped(FileBytes(kStep));
+    folder.Write("cut.stpz", packed.substr(0, packed.size() / 2));
+    std::string const scene = folder.NarrowPathOf("s.xml");
+    EXPECT_EQ(ImportModel(folder.NarrowPathOf("cut.stpz"), scene).failure,
+              folder.NarrowPathOf("cut.stpz") + ": what it holds packed is cut short or damaged");
+    std::string flipped = packed;
+    flipped[packed.size() / 2] = static_cast<char>(flipped[packed.size() / 2] ^ 4);
+    folder.Write("flipped.stpz", flipped);
+    EXPECT_THAT(ImportModel(folder.NarrowPathOf("flipped.stpz"), scene).failure, HasSubstr("cut short or damaged"));
+    folder.Write("bomb.stpz", Gzipped(std::string(20'000'000, '\0')));
+    EXPECT_THAT(ImportModel(folder.NarrowPathOf("bomb.stpz"), scene).failure,
+                HasSubstr("it unpacks to more than 16 MiB and 100 times its size"));
+    // What there is of a cut one counts for a lenient reading.
+    std::string const box = Gzipped(TextStl(BoxTriangles(1, 1, 1)));
+    folder.Write("box.stl.gz", box.substr(0, box.size() - 40));
+    ImportOptions options;
+    options.isLenient = true;
+    ImportResult const result = ImportModel(folder.NarrowPathOf("box.stl.gz"), scene, options);
+    EXPECT_EQ(result.outcome, Outcome::kDone) << result.failure;
+    EXPECT_THAT(result.remarks, Contains("taken although what it holds packed is cut short or damaged"));
+}
+
+TEST(ImportSources, StandardInputIsToldByItsContent)
+{
+    TempFolder const folder;
+    std::string const scene = folder.NarrowPathOf("s.xml");
+    folder.Write("packed", Gzipped(FileBytes(kStep)));
+    for (std::string const& model : {kStep, folder.NarrowPathOf("packed")})
+    {
+        ToolRun const run = RunProgram(
+            {"/bin/sh", "-c", std::string("exec \"$0\" import --no-mesh - \"$1\" < \"$2\""), KVR_TOOL, scene, model});
+        ASSERT_EQ(run.status, 0) << run.error;
+        EXPECT_THAT(run.out, HasSubstr("5 parts"));
+        EXPECT_EQ(Objects(scene).at("file1").at("Label"), "standard input");
+    }
+    ToolRun const run =
+        RunProgram({"/bin/sh", "-c", std::string("exec \"$0\" import - \"$1\" < /dev/null"), KVR_TOOL, scene});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.error, HasSubstr("it is empty"));
+}
+
+TEST(ImportSources, BothFormsOfBrepAreToldApartAndTheirPrefixesEndAsSentences)
+{
+    TopoDS_Edge const edge = BRepBuilderAPI_MakeEdge(gp_Pnt(0, 0, 0), gp_Pnt(1, 2, 3));
+    std::ostringstream text;
+    BRepTools::Write(edge, text);
+    std::ostringstream binary;
+    BinTools::Write(edge, binary);
+    ASSERT_EQ(text.str().front(), '\n') << "as the other form";
+    for (std::string const& bytes : {text.str(), binary.str(), "DBRep_DrawableShape\n" + text.str()})
+    {
+        // In steps, since each is read in a process of its own.
+        for (std::size_t size = 8; size <= bytes.size(); size += size + 16 < bytes.size() ? 16 : 1)
+        {
+            TempFolder const folder;
+            folder.Write("a.brep", bytes.substr(0, size));
+            ChildResult const child = RunInChild(
+                [&](ChildVoice const&)
+                {
+                    ModelDocument::Read(folder.NarrowPathOf("a.brep"), ModelFormat::kBrep, {});
+                    return std::string("read");
+                },
+                {});
+            EXPECT_TRUE(child.answer || child.failure) << size << child.EndText();
+            if (size == bytes.size())
+            {
+                EXPECT_EQ(child.answer.value_or(""), "read") << child.failure.value_or(child.EndText());
+            }
+        }
+    }
+}
+
+TEST(ImportSources, TheBrepOfAnExportIsRead)
+{
+    TempFolder const folder;
+    std::string const brep = folder.NarrowPathOf("as1.brep");
+    std::string const scene = folder.NarrowPathOf("s.xml");
+    ASSERT_EQ(RunTool({"import", "--no-mesh", kStep, scene}).status, 0);
+    ASSERT_EQ(RunTool({"export", scene, brep}).status, 0);
+    ToolRun const run = RunTool({"import", "--no-mesh", brep, scene});
+    EXPECT_EQ(run.status, 0) << run.error;
+    EXPECT_THAT(run.out, HasSubstr("18 bodies"));
+}
+
+TEST(ImportMeshes, LeniencyTakesWhatIsThereAndSaysHowMuch)
+{
+    TempFolder const folder;
+    std::string const box = BinaryStl(BoxTriangles(1, 1, 1));
+    folder.Write("cut.stl", box.substr(0, 84 + 5 * 50));
+    std::string const scene = folder.NarrowPathOf("s.xml");
+    ToolRun const refused = RunTool({"import", folder.NarrowPathOf("cut.stl"), scene});
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_EQ(refused.error, "kvr: " + folder.NarrowPathOf("cut.stl") + ": it holds 5 of 12 triangles\n");
+    ToolRun const taken = RunTool({"import", "--lenient", folder.NarrowPathOf("cut.stl"), scene});
+    EXPECT_EQ(taken.status, 0) << taken.error;
+    EXPECT_THAT(taken.error, HasSubstr("taken: 5 of 12 triangles\n"));
+    EXPECT_THAT(taken.error, HasSubstr("not in the scene: 7 triangles that the file announces and does not hold\n"));
+    EXPECT_THAT(taken.out, HasSubstr("5 triangles"));
+}
+
+TEST(ImportMeshes, ColoursOfTheExportOfAPlyComeBack)
+{
+    TempFolder const folder;
+    std::string const scene = folder.NarrowPathOf("s.xml");
+    std::string const ply = folder.NarrowPathOf("as1.ply");
+    std::string const example = std::string(KVR_EXAMPLES_DIR) + "/as1-oc-214/as1-oc-214.xml";
+    ASSERT_EQ(RunTool({"export", example, ply}).status, 0);
+    ASSERT_EQ(RunTool({"import", ply, scene}).status, 0);
+    EXPECT_EQ(ColorsOf(scene), ColorsOf(example));
+}
+
+TEST(ImportMeshes, AGlbHasStylesTexturesViewsAndPropertiesInTheScene)
+{
+    GlbBuilder builder;
+    json primitive = builder.Square();
+    primitive["material"] = 0;
+    primitive["attributes"]["TEXCOORD_0"] =
+        builder.Accessor(std::vector<float>{0, 0, 1, 0, 1, 1, 0, 1}, kFloats, "VEC2", 2);
+    builder.json["images"] = {{{"bufferView", builder.View("\x89PNG")}, {"mimeType", "image/png"}},
+                              {{"bufferView", builder.View("root:x:0")}, {"mimeType", "image/png"}, {"name", "none"}}};
+    builder.json["samplers"] = {{{"wrapT", 33648}}};
+    builder.json["textures"] = {{{"source", 0}, {"sampler", 0}}, {{"source", 1}}};
+    builder.json["materials"] = {
+        {{"name", "glass"},
+         {"alphaMode", "BLEND"},
+         {"normalTexture", {{"index", 1}}},
+         {"pbrMetallicRoughness", {{"baseColorFactor", {1, 0, 0, 0.25}}, {"baseColorTexture", {{"index", 0}}}}}}};
+    builder.json["meshes"] = {{{"name", "pane"}, {"primitives", {primitive}}}};
+    builder.json["cameras"] = {{{"type", "perspective"}, {"perspective", {{"yfov", 0.5}, {"znear", 0.1}}}}};
+    builder.json["nodes"] = {{{"mesh", 0}, {"extras", {{"room", "kitchen"}}}}, {{"camera", 0}, {"name", "door"}}};
+    TempFolder const folder;
+    folder.Write("house.glb", builder.Bytes());
+    std::string const scene = folder.NarrowPathOf("s.xml");
+    ToolRun const run = RunTool({"import", folder.NarrowPathOf("house.glb"), scene});
+    ASSERT_EQ(run.status, 0) << run.error;
+    EXPECT_EQ(run.error, "kvr: " + folder.NarrowPathOf("house.glb") + ": not in the scene: 1 images of textures\n");
+    json const objects = Objects(scene);
+    json const& style = objects.at("style1");
+    EXPECT_EQ(style.at("Label"), "glass");
+    EXPECT_EQ(objects.at("mesh1").at("Styles"), json({"style1"}));
+    EXPECT_EQ(objects.at("inst1").at("Label"), "pane") << "a node without a name has that of what it places";
+    std::string const document = FileBytes(scene);
+    EXPECT_THAT(document, HasSubstr("gltf.material"));
+    EXPECT_THAT(document, HasSubstr("BLEND"));
+    EXPECT_THAT(document, HasSubstr("gltf.sampler"));
+    EXPECT_THAT(document, HasSubstr("33648"));
+    EXPECT_EQ(objects.at("view1").at("Label"), "door");
+    EXPECT_EQ(objects.at("camera1").at("ViewAngle"), 0.5);
+    EXPECT_EQ(FileBytes(folder.NarrowPathOf("s.xml.texture1.png")), "\x89PNG");
+    EXPECT_FALSE(std::filesystem::exists(folder.NarrowPathOf("s.xml.texture2.png")))
+        << "what is no image stays where it is";
+    EXPECT_THAT(objects.at("inst1").dump(), HasSubstr("kitchen"));
+}
+
+TEST(ImportMeshes, OptionsOutOfTheirRangesAreRefused)
+{
+    TempFolder const folder;
+    folder.Write("box.stl", BinaryStl(BoxTriangles(1, 1, 1)));
+    std::string const model = folder.NarrowPathOf("box.stl");
+    std::string const scene = folder.NarrowPathOf("s.xml");
+    EXPECT_EQ(RunTool({"import", "--crease", "181", model, scene}).status, 2);
+    EXPECT_EQ(RunTool({"import", "--crease", "-1", model, scene}).status, 2);
+    EXPECT_EQ(RunTool({"import", "--up", "w", model, scene}).status, 2);
+    EXPECT_EQ(RunTool({"import", "--up", "x", "--crease", "0", model, scene}).status, 0);
+    ToolRun const run = RunTool({"import", "--up", "y", kStep, scene});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.error, HasSubstr("its axes stay as they are"));
+    ImportOptions options;
+    options.creaseAngle = -1.0;
+    EXPECT_THAT(ImportModel(model, scene, options).failure, HasSubstr("from 0 to 180 degrees"));
+}
+
+}  // namespace KVR::Test
