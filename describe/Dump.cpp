@@ -18,7 +18,9 @@ void WriteQueryDump(JsonWriter& json, FileQueryResult const* query)
 void WriteSceneDump(JsonWriter& json, IProducer& producer, std::span<UTF8String const> ids,
                     SceneDumpOptions const& options)
 {
-    JsonAnswers answers(json, options.summary);
+    using Extent = JsonAnswers::Extent;
+    Extent const summary = options.mass ? Extent::kSummaryWithMass : Extent::kSummary;
+    JsonAnswers answers(json, options.summary ? summary : Extent::kAll);
     IUniverse const* const universe = Ask([&] { return producer.LoadUniverse(); }).value_or(nullptr);
     Telling const telling{.to = answers,
                           .properties = universe ? universe->PropertyDatabaseOf() : nullptr,

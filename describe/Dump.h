@@ -18,8 +18,10 @@ struct SceneDumpOptions
 {
     /// Type ids of the extension data to ask each object for.
     std::span<std::string const> extensionTypeIds = {};
-    /// Leave the long lists out.
+    /// Leave out the long lists, and the measures of bodies that cost much.
     bool summary = false;
+    /// Leave those measures in a summary: volumes, areas and boxes.
+    bool mass = false;
 };
 
 /// Writes what the producer said about the file, as one value: null for no answer.

@@ -5,7 +5,7 @@ namespace KVR
 
 bool JsonAnswers::BeginMember(Row const& row)
 {
-    if (m_isSummary && row.isLong)
+    if ((m_extent != Extent::kAll && row.isLong) || (m_extent == Extent::kSummary && row.isMass))
         return false;
     m_json.Key(row.name);
     return true;

@@ -10,8 +10,17 @@ namespace KVR
 class JsonAnswers final : public AnswerVisitor
 {
 public:
-    /// A summary leaves the long lists out. The writer must outlive this.
-    explicit JsonAnswers(JsonWriter& json, bool isSummary = false) : m_json(json), m_isSummary(isSummary) {}
+    enum class Extent : unsigned char
+    {
+        kAll,
+        /// Without the long lists.
+        kSummaryWithMass,
+        /// Without the long lists, and without the measures of bodies that cost much.
+        kSummary
+    };
+
+    /// The writer must outlive this.
+    explicit JsonAnswers(JsonWriter& json, Extent extent = Extent::kAll) : m_json(json), m_extent(extent) {}
 
     bool BeginMember(Row const& row) override;
     void Null() override { m_json.Null(); }
@@ -39,7 +48,7 @@ private:
     }
 
     JsonWriter& m_json;
-    bool m_isSummary;
+    Extent m_extent;
 };
 
 /// One value as it stands in a dump.

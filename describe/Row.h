@@ -105,6 +105,8 @@ struct Row
     bool isLong = false;
     /// The answer is computed from the geometry at some cost.
     bool isMeasured = false;
+    /// One of the measures of a body that cost much more: a summary leaves them out unless they are asked for.
+    bool isMass = false;
     /// Of a list whose length is a member of its own: the name of that member.
     std::string_view countName = {};
 
@@ -135,6 +137,12 @@ struct Row
     {
         Row row = *this;
         row.isMeasured = true;
+        return row;
+    }
+    constexpr Row Mass() const
+    {
+        Row row = Measured();
+        row.isMass = true;
         return row;
     }
 };

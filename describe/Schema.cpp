@@ -178,7 +178,7 @@ private:
                           if (std::string_view const comment = Comment(row.refers); !comment.empty())
                               member["description"] = comment;
                           properties[std::string(row.name)] = std::move(member);
-                          if (!row.isLong)
+                          if (!row.isLong && !row.isMass)
                               required.push_back(row.name);
                       });
         return ObjectJson(std::move(properties), std::move(required));

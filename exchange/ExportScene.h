@@ -8,6 +8,7 @@
 #include "exchange/Progress.h"
 #include "exchange/source/SceneOptions.h"
 #include "framework/api/Enums.h"
+#include "scene/MeshQuality.h"
 #include "scene/SceneFilter.h"
 
 namespace KVR
@@ -19,9 +20,9 @@ class UTF8String;
 struct ExportOptions
 {
     SceneFilter filter;
-    /// How far the triangles of a body without a mesh may be from it, and the lines of a curve from each piece of it,
-    /// as a fraction of the diagonal of the box.
-    double deflection = 1e-3;
+    /// Of bodies without a mesh; lines of a curve are as far from each piece of it. A length is in the unit of the body
+    /// or curve; the box is that of the body or piece.
+    MeshQuality quality;
     /// The unit of length of STL, OBJ and PLY, which state none; the scene's unless given.
     std::optional<UnitTypeEnum> unit;
     /// Whether what is hidden is in glTF all the same, marked as hidden.
@@ -57,13 +58,13 @@ KVR_EXCHANGE_API bool CanCompress();
 /// scene or one of the side files that it notes, by whatever name or link, is a failure. Remarks also tell of side
 /// files that are missing, short or another scene's; SceneOptions::strict makes them the failure. So is a name of the
 /// filter that the scene has nothing for: with the nearest names that it has. Works in a child process, so that a crash
-/// is a failure like another; see ImportModel on threads. Progress tells the stages "reading" and "writing". Throws
-/// std::bad_alloc and what the callback throws; all else is a failure in the result.
+/// is a failure like another; see ImportModel on threads. Progress tells the stages "reading", "transferring" (to
+/// STEP) and "writing". Throws std::bad_alloc and what the callback throws; all else is a failure in the result.
 KVR_EXCHANGE_API ExportResult ExportScene(SceneOptions const& scene, std::string const& path,
                                           ExportOptions const& options = {}, Progress const& progress = {});
 
 /// The same of a scene that a producer serves: after its BeginProcess, from the object `rootId` down. Works in this
-/// process, where nothing holds a crash back, and asks whether to go on between the stages alone.
+/// process, where nothing holds a crash back, and asks whether to go on when it tells how far it is.
 KVR_EXCHANGE_API ExportResult ExportScene(IProducer& producer, UTF8String const& rootId, std::string const& path,
                                           ExportOptions const& options = {}, Progress const& progress = {});
 

@@ -8,17 +8,10 @@
 #include "exchange/Export.h"
 #include "exchange/Progress.h"
 #include "framework/api/Enums.h"
+#include "scene/MeshQuality.h"
 
 namespace KVR
 {
-
-/// How far meshes may be from bodies: a length above 0 in the model's unit, or a fraction of the diagonal of the
-/// model's box.
-struct Deflection
-{
-    double value = 1e-3;
-    bool isFraction = true;
-};
 
 /// The axes of a model.
 enum class UpAxis
@@ -30,7 +23,8 @@ enum class UpAxis
 
 struct ImportOptions
 {
-    Deflection deflection;
+    /// A length is in the model's unit; the box is that of the whole model.
+    MeshQuality quality;
     bool withMeshes = true;
     bool withBreps = true;
     /// Whether kernel stores are texts.
@@ -107,7 +101,8 @@ struct ImportResult
 /// model, by whatever name or link, is a failure, and so is a file of others where a side file is to be (see
 /// ImportOptions::force). Paths are UTF-8. The model is read in a child process, so that one that crashes its reader is
 /// a failure like another; whoever has further threads sees to it that none of them holds a lock of Open CASCADE's when
-/// this is called. Progress tells the stages "reading" (with a fraction for all but BREP) and "writing". Throws
+/// this is called. Progress tells the stages "reading" (with a fraction for files of meshes), "transferring" (of
+/// STEP and IGES), "meshing" (of bodies) and "writing". Throws
 /// std::bad_alloc and what the callback throws; all else is a failure in the result.
 KVR_EXCHANGE_API ImportResult ImportModel(std::string const& modelPath, std::string const& scenePath,
                                           ImportOptions const& options = {}, Progress const& progress = {});

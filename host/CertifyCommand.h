@@ -7,6 +7,8 @@
 namespace KVR
 {
 
+struct CertifyResult;
+
 /// The command "certify": makes a scene of a model, exports that, and compares all of them.
 class CertifyCommand final : public Command
 {
@@ -16,7 +18,11 @@ public:
     ExitStatus Run() override;
 
 private:
+    bool WritePage(CertifyResult const& result) const;
+
     std::string m_model;
+    std::string m_other;
+    std::string m_page;
     bool m_asJson = false;
     bool m_isQuiet = false;
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <stdexcept>
 #include <string>
 
 #include "host/ExitStatus.h"
@@ -11,6 +12,13 @@ class App;
 
 namespace KVR
 {
+
+/// Arguments that each make sense, but not together: bad arguments like others. Its text is a sentence.
+class ArgumentError : public std::runtime_error
+{
+public:
+    using runtime_error::runtime_error;
+};
 
 /// One command of the program. Making one declares the command with its options; when the arguments name it, it runs.
 class Command

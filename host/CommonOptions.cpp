@@ -8,6 +8,11 @@ namespace KVR
 void AddSceneOptions(CLI::App& command, SceneOptions& options)
 {
     command.add_option("scene", options.path, "The scene file")->required()->type_name("SCENE");
+    AddReadingOptions(command, options);
+}
+
+void AddReadingOptions(CLI::App& command, SceneOptions& options)
+{
     command.add_option("--prefix", options.prefix, "Give objects new ids: this prefix and a number")->type_name("TEXT");
     command.add_flag("--allow-dtd", options.allowDtd,
                      "Allow a document type declaration, and with it entities and references to other documents, "

@@ -15,8 +15,11 @@ namespace KVR
 
 // Options that several commands have. What they set must outlive the command.
 
-/// Those of all commands that read a scene: its file, "--prefix", "--allow-dtd" and "--strict".
+/// Those of all commands that read a scene: its file, and how it is read.
 void AddSceneOptions(CLI::App& command, SceneOptions& options);
+
+/// How a scene is read: "--prefix", "--allow-dtd" and "--strict".
+void AddReadingOptions(CLI::App& command, SceneOptions& options);
 
 /// "--insecure".
 void AddInsecureOption(CLI::App& command, SceneOptions& options);

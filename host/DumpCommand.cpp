@@ -15,7 +15,9 @@ DumpCommand::DumpCommand(CLI::App& program)
     AddRepeatedOption(Arguments(), "--extension", m_options.extensionTypeIds,
                       "Show the extension data of this type id; may be repeated", "TYPEID");
     Arguments().add_flag("--summary", m_options.summary,
-                         "Leave out the long lists of meshes and clouds, and keep their counts");
+                         "Leave out the long lists of meshes and clouds, and keep their counts; leave out the volumes, "
+                         "areas and boxes of bodies, too");
+    Arguments().add_flag("--mass", m_options.mass, "With --summary: keep the volumes, areas and boxes of bodies");
     AddInsecureOption(Arguments(), Scene());
 }
 

@@ -2,8 +2,9 @@
 
 #include <string>
 
-#include "exchange/ExportScene.h"
 #include "host/Command.h"
+#include "host/ExportArguments.h"
+#include "host/MeshArguments.h"
 
 namespace KVR
 {
@@ -19,9 +20,8 @@ public:
 private:
     SceneOptions m_scene;
     std::string m_target;
-    ExportOptions m_options;
-    std::string m_unit;
-    std::string m_deflection = "0.1%";
+    ExportArguments m_export;
+    MeshArguments m_meshing;
     bool m_isQuiet = false;
 };
 

@@ -1,5 +1,6 @@
 #include "host/LongWork.h"
 
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -10,39 +11,23 @@ namespace KVR
 namespace
 {
 
-constexpr int kSignals[] = {SIGINT, SIGTERM, SIGHUP};
-
-volatile std::sig_atomic_t arrived = 0;
-
-extern "C" void NoteSignal(int signal)
+// The last column stays free: a terminal may go on to the next line when it is written to.
+std::size_t ColumnsOfTerminal()
 {
-    arrived = signal;
+    constexpr std::size_t kUsual = 80;
+    struct winsize size = {};
+    bool const isKnown = ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
+    return (isKnown ? size.ws_col : kUsual) - 1;
 }
 
 }  // namespace
 
-LongWork::LongWork(bool isShown) : m_isShown(isShown && isatty(STDERR_FILENO) == 1)
-{
-    arrived = 0;
-    // Without SA_RESTART: a signal ends a wait.
-    struct sigaction action = {};
-    action.sa_handler = &NoteSignal;
-    for (std::size_t i = 0; i < m_actions.size(); ++i)
-    {
-        sigaction(kSignals[i], nullptr, &m_actions[i]);
-        // What whoever started the program wants to be ignored stays so.
-        if (m_actions[i].sa_handler != SIG_IGN)
-            sigaction(kSignals[i], &action, nullptr);
-    }
-}
+LongWork::LongWork(bool isShown) : m_isShown(isShown && isatty(STDERR_FILENO) == 1) {}
 
 LongWork::~LongWork()
 {
-    Show({});
-    for (std::size_t i = 0; i < m_actions.size(); ++i)
-        sigaction(kSignals[i], &m_actions[i], nullptr);
-    if (arrived != 0 && !m_isEnded)
-        std::raise(arrived);
+    if (!m_shown.empty())
+        std::fputs("\r\033[K", stderr);
 }
 
 Progress LongWork::Callback()
@@ -50,21 +35,20 @@ Progress LongWork::Callback()
     return [this](ProgressReport const& report)
     {
         Show(report);
-        m_isEnded = m_isEnded || arrived != 0;
-        return !m_isEnded;
+        return !IsInterrupted();
     };
 }
 
 void LongWork::Show(ProgressReport const& report)
 {
-    int const percent = report.fraction ? static_cast<int>(100.0 * *report.fraction) : -1;
-    if (!m_isShown || percent == m_percent)
+    if (!m_isShown)
         return;
-    m_percent = percent;
-    if (percent >= 0)
-        std::fprintf(stderr, "\r%s %3d %%", report.stage.c_str(), percent);
-    else
-        std::fputs("\r\033[K", stderr);
+    std::chrono::duration<double> const passed = std::chrono::steady_clock::now() - m_start;
+    std::string line = m_line.Text(report, passed.count(), ColumnsOfTerminal());
+    if (line == m_shown)
+        return;
+    std::fputs(('\r' + line + "\033[K").c_str(), stderr);
+    m_shown = std::move(line);
 }
 
 }  // namespace KVR

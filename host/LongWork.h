@@ -1,17 +1,19 @@
 #pragma once
 
-#include <array>
-#include <csignal>
+#include <chrono>
+#include <string>
 
 #include "exchange/Progress.h"
 #include "host/Command.h"
+#include "host/ProgressLine.h"
+#include "host/Signals.h"
 
 namespace KVR
 {
 
-/// What the program does about work that takes long, while it lives: shows on standard error how far the reading of a
-/// model is, on one line that it clears in the end, and ends the work when the user ends the program (SIGINT, SIGTERM,
-/// SIGHUP). A signal that the work was not told of ends the program afterwards.
+/// What the program does about work that takes long, while it lives: shows on standard error how far it is, on one line
+/// that it clears in the end, if that is a terminal; and ends the work when the user ends the program. The program ends
+/// by that signal when everything has been cleaned up.
 class LongWork
 {
 public:
@@ -27,9 +29,10 @@ private:
     void Show(ProgressReport const& report);
 
     bool m_isShown;
-    int m_percent = -1;
-    bool m_isEnded = false;
-    std::array<struct sigaction, 3> m_actions{};
+    std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
+    ProgressLine m_line;
+    std::string m_shown;
+    SignalWatch m_signals;
 };
 
 /// The result of work that takes the callback.
@@ -44,9 +47,8 @@ auto Watched(bool isShown, Work const& work)
 template <class Result>
 ExitStatus ComplainOf(Result const& result, char const* interrupted = "interrupted; nothing was written")
 {
-    bool const isCancelled = result.outcome == Outcome::kCancelled;
-    Complain(isCancelled ? interrupted : result.failure);
-    return isCancelled ? kExit_Interrupted : kExit_Failed;
+    Complain(result.outcome == Outcome::kCancelled ? interrupted : result.failure);
+    return kExit_Failed;
 }
 
 }  // namespace KVR

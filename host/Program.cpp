@@ -1,19 +1,31 @@
 #include "host/Program.h"
 
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
+#include <Standard_Failure.hxx>
+#include <csignal>
 #include <exception>
 #include <memory>
+#include <new>
+#include <sstream>
 #include <string>
 #include <vector>
 
+#include "framework/kernel/KernelMessages.h"
 #include "host/CertifyCommand.h"
 #include "host/Command.h"
+#include "host/ConvertCommand.h"
 #include "host/DumpCommand.h"
 #include "host/ExportCommand.h"
 #include "host/ImportCommand.h"
+#include "host/NearestName.h"
 #include "host/NotesCommand.h"
+#include "host/Signals.h"
+#include "host/StandardStreams.h"
 #include "host/TreeCommand.h"
 #include "host/ViewsCommand.h"
+#include "output/Output.h"
 #include "output/OutputError.h"
 #include "output/SafeText.h"
 
@@ -22,6 +34,8 @@ namespace KVR
 
 namespace
 {
+
+constexpr char kSeeHelp[] = "; see kvr --help";
 
 using Commands = std::vector<std::unique_ptr<Command>>;
 
@@ -37,7 +51,7 @@ Commands MakeCommands(CLI::App& program)
 Commands AllCommands(CLI::App& program)
 {
     return MakeCommands<DumpCommand, TreeCommand, ViewsCommand, NotesCommand, ImportCommand, ExportCommand,
-                        CertifyCommand>(program);
+                        ConvertCommand, CertifyCommand>(program);
 }
 
 void Describe(CLI::App& program)
@@ -53,33 +67,61 @@ void Describe(CLI::App& program)
         "  kvr notes as1.xml\n"
         "  kvr export as1.xml as1.glb\n"
         "  kvr export --only l-bracket as1.xml bracket.step\n"
+        "  kvr convert examples/models/as1-oc-214.stp as1.glb\n"
         "  kvr certify examples/models/as1-oc-214.stp");
-    program.failure_message([](CLI::App const*, CLI::Error const& error)
-                            { return std::string("kvr: ") + error.what() + "; see kvr --help\n"; });
 }
 
-ExitStatus Run(Command& command)
+std::string Meant(std::string const& text, std::vector<std::string> const& names)
 {
-    try
-    {
-        return command.Run();
-    }
-    catch (OutputError const& error)
-    {
-        if (error.IsReaderGone())
-            return kExit_Good;
-        Complain(std::string("standard output: ") + error.what());
-    }
-    catch (std::exception const& error)
-    {
-        Complain(Escaped(error.what()));
-    }
-    return kExit_Failed;
+    std::string const name = NearestName(text, names);
+    return name.empty() ? name : "; did you mean " + name + "?";
 }
 
-}  // namespace
+std::string UnknownOption(CLI::App const& command, std::string const& text)
+{
+    std::string const option = text.substr(0, text.find('='));
+    std::vector<std::string> names;
+    for (CLI::Option const* const known : command.get_options())
+        for (std::string const& name : known->get_lnames())
+            names.push_back("--" + name);
+    return command.get_name() + " has no option " + option + Meant(option, names);
+}
 
-int RunProgram(int argc, char const* const* argv)
+std::string UnknownCommand(CLI::App const& program, std::string const& text)
+{
+    std::vector<std::string> names;
+    for (CLI::App const* const command : program.get_subcommands([](CLI::App const*) { return true; }))
+        names.push_back(command->get_name());
+    return "there is no command " + text + Meant(text, names);
+}
+
+// What is wrong with arguments that could not be parsed. A name that there is not explains all else that is wrong.
+std::string ProblemOf(CLI::App const& program, CLI::ParseError const& error)
+{
+    std::vector<CLI::App*> const chosen = program.get_subcommands();
+    CLI::App const& command = chosen.empty() ? program : *chosen.front();
+    for (CLI::App const* const app : {&command, &program})
+        for (std::string const& text : app->remaining())
+            if (text.starts_with('-') && text.size() > 1)
+                return UnknownOption(*app, text);
+    if (chosen.empty() && !program.remaining().empty())
+        return UnknownCommand(program, program.remaining().front());
+    return error.what();
+}
+
+ExitStatus Answer(CLI::App const& program, CLI::ParseError const& error)
+{
+    if (error.get_exit_code() != static_cast<int>(CLI::ExitCodes::Success))
+        throw ArgumentError(ProblemOf(program, error));
+    std::ostringstream text;
+    program.exit(error, text, text);
+    Output out(STDOUT_FILENO);
+    out.Put(text.str());
+    out.Flush();
+    return kExit_Good;
+}
+
+ExitStatus ParseAndRun(int argc, char const* const* argv)
 {
     CLI::App program("Shows what a CAD scene serves, makes scenes of models, and writes scenes for other programs.",
                      "kvr");
@@ -91,12 +133,49 @@ int RunProgram(int argc, char const* const* argv)
     }
     catch (CLI::ParseError const& error)
     {
-        return program.exit(error) == 0 ? kExit_Good : kExit_BadArguments;
+        return Answer(program, error);
     }
     for (std::unique_ptr<Command> const& command : commands)
         if (command->IsChosen())
-            return Run(*command);
+            return command->Run();
     return kExit_BadArguments;
+}
+
+}  // namespace
+
+int RunProgram(int argc, char const* const* argv)
+{
+    try
+    {
+        return ParseAndRun(argc, argv);
+    }
+    catch (ArgumentError const& error)
+    {
+        Complain(Escaped(error.what()) + kSeeHelp);
+        return kExit_BadArguments;
+    }
+    catch (OutputError const& error)
+    {
+        if (error.IsReaderGone() && IsEndedByPipe())
+        {
+            NoteSignal(SIGPIPE);
+            return kExit_Failed;
+        }
+        Complain(std::string("standard output: ") + error.what());
+    }
+    catch (std::bad_alloc const&)
+    {
+        Complain("there is not enough memory for it");
+    }
+    catch (std::exception const& error)
+    {
+        Complain(Escaped(error.what()));
+    }
+    catch (Standard_Failure const& error)
+    {
+        Complain("Open CASCADE failed: " + KernelFailureText(error));
+    }
+    return kExit_Failed;
 }
 
 }  // namespace KVR

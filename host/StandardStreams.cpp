@@ -4,9 +4,19 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <iostream>
+
+#include "framework/kernel/KernelMessages.h"
 
 namespace KVR
 {
+
+namespace
+{
+
+bool isEndedByPipe = false;
+
+}  // namespace
 
 void PrepareStandardStreams()
 {
@@ -19,7 +29,17 @@ void PrepareStandardStreams()
             break;
         }
     }
-    std::signal(SIGPIPE, SIG_IGN);
+    isEndedByPipe = std::signal(SIGPIPE, SIG_IGN) != SIG_IGN;
+    // The program writes by itself. Open CASCADE tells on streams what nobody asked for.
+    SilenceKernel();
+    std::cout.rdbuf(nullptr);
+    std::cerr.rdbuf(nullptr);
+    std::clog.rdbuf(nullptr);
+}
+
+bool IsEndedByPipe()
+{
+    return isEndedByPipe;
 }
 
 }  // namespace KVR

@@ -4,10 +4,19 @@
 
 #include "exchange/source/SceneReading.h"
 #include "host/CommonOptions.h"
+#include "host/NumberRange.h"
 #include "host/tree/Tree.h"
 
 namespace KVR
 {
+
+namespace
+{
+
+constexpr NumberRange kDepths{0, 1e6, true};
+constexpr NumberRange kLines{1, 1e12, true};
+
+}  // namespace
 
 TreeCommand::TreeCommand(CLI::App& program)
     : SceneCommand(
@@ -16,15 +25,17 @@ TreeCommand::TreeCommand(CLI::App& program)
           "line counts different files, assemblies, parts and instances, and the occurrences of assemblies and parts")
 {
     CLI::App& arguments = Arguments();
-    arguments.add_option("--depth", m_options.depth, "Show so many levels below the root")->type_name("N");
+    kDepths.Check(
+        *arguments.add_option("--depth", m_options.depth, "Show so many levels below the root")->type_name("N"));
     AddJsonOption(arguments, m_options.json);
     m_color.AddTo(arguments);
     arguments.add_flag("--styles", m_options.styles,
                        "Show the diffuse colours of the styles that objects name: blocks of colour on a terminal, "
                        "#rrggbb elsewhere");
-    arguments.add_option("--max-occurrences", m_options.maxOccurrences, "End the tree after so many lines")
-        ->type_name("N")
-        ->capture_default_str();
+    kLines.Check(
+        *arguments.add_option("--max-occurrences", m_options.maxOccurrences, "End the tree after so many lines")
+             ->type_name("N")
+             ->capture_default_str());
 }
 
 std::string TreeCommand::Show(IProducer& producer, SceneReading const& reading, Output& out)

@@ -6,6 +6,7 @@
 
 #include "framework/kernel/CurveTolerance.h"
 #include "scene/Export.h"
+#include "scene/MeshQuality.h"
 
 class TopoDS_Shape;
 
@@ -46,6 +47,12 @@ struct KVR_SCENE_API CurvePoints
 {
     /// For the box around a curve: right to a millionth of its size.
     static constexpr CurveTolerance kForBoxes{5e-7, 0.0};
+
+    /// As far from curves as triangles from bodies; a fraction is one of the box of each piece.
+    static CurveTolerance ToleranceOf(Deflection const& deflection) noexcept
+    {
+        return deflection.isFraction ? CurveTolerance{deflection.value, 0.0} : CurveTolerance{0.0, deflection.value};
+    }
 
     /// Those of all pieces, of curve data and then of the kernel. The segments of a composite are one line where they
     /// meet.

@@ -27,9 +27,6 @@ namespace KVR
 namespace
 {
 
-// The angle between neighbouring triangles of a body, in radians.
-constexpr double kAngle = 0.5;
-
 // Gives faces or edges, by their places, the data ids and persistent ids that the body has for them. The first of
 // several counts.
 template <class Named>
@@ -86,14 +83,26 @@ private:
     BodyMesh const& m_mesh;
 };
 
+// The same numbers where they can be worked with: Open CASCADE refuses what is finer than its own tolerance.
+IMeshTools_Parameters ParametersOf(MeshQuality const& quality, double diagonal)
+{
+    Deflection const& deflection = quality.deflection;
+    IMeshTools_Parameters parameters;
+    parameters.Relative = quality.isRelative && deflection.isFraction;
+    double const distance =
+        deflection.isFraction && !parameters.Relative ? diagonal * deflection.value : deflection.value;
+    parameters.Deflection = distance >= Precision::Confusion() ? distance : Precision::Confusion();
+    parameters.Angle = quality.angle >= Precision::Angular() ? quality.angle : MeshQuality().angle;
+    parameters.InParallel = true;
+    return parameters;
+}
+
 // Faces that Open CASCADE cannot divide stay without triangles.
-void Triangulate(TopoDS_Shape const& shape, double distance)
+void Triangulate(TopoDS_Shape const& shape, IMeshTools_Parameters const& parameters)
 {
     try
     {
-        // It refuses what is finer than its own tolerance.
-        double const finest = Precision::Confusion();
-        BRepMesh_IncrementalMesh const meshed(shape, distance >= finest ? distance : finest, false, kAngle, true);
+        BRepMesh_IncrementalMesh const meshed(shape, parameters);
     }
     catch (Standard_Failure const&)
     {
@@ -125,7 +134,7 @@ void AddTriangles(SceneMesh& target, BodyMesh const& mesh, TopTools_IndexedMapOf
     runs.MoveInto(target, true);
 }
 
-void AddEdges(SceneMesh& target, BodyMesh const& mesh, IBrep const& body, double deflection)
+void AddEdges(SceneMesh& target, BodyMesh const& mesh, IBrep const& body, CurveTolerance const& tolerance)
 {
     TopTools_IndexedMapOfShape edges;
     TopExp::MapShapes(body.Body()->Shape(), TopAbs_EDGE, edges);
@@ -146,7 +155,7 @@ void AddEdges(SceneMesh& target, BodyMesh const& mesh, IBrep const& body, double
         {
             line.points.clear();
             line.ends.clear();
-            CurvePoints::AddEdge(line, edges(i), {deflection, 0.0});
+            CurvePoints::AddEdge(line, edges(i), tolerance);
             target.edgePoints.insert(target.edgePoints.end(), line.points.begin(), line.points.end());
         }
         edge.pointCount = target.edgePoints.size() / 3 - edge.firstPoint;
@@ -166,6 +175,11 @@ SceneMesh SceneMesh::Of(IPolygonMesh& mesh)
 
 SceneMesh SceneMesh::Of(IBrep& body, double deflection)
 {
+    return Of(body, MeshQuality{{deflection, true}});
+}
+
+SceneMesh SceneMesh::Of(IBrep& body, MeshQuality const& quality)
+{
     SceneMesh result;
     if (!body.Body())
         return result;
@@ -174,7 +188,7 @@ SceneMesh SceneMesh::Of(IBrep& body, double deflection)
     BRepBndLib::Add(shape, box);
     if (box.IsVoid())
         return result;
-    Triangulate(shape, std::sqrt(box.SquareExtent()) * deflection);
+    Triangulate(shape, ParametersOf(quality, std::sqrt(box.SquareExtent())));
     BodyMesh const mesh(shape);
     result.facesWithoutTriangles = mesh.FacesWithoutTriangles();
     TopTools_IndexedMapOfShape faces;
@@ -182,7 +196,7 @@ SceneMesh SceneMesh::Of(IBrep& body, double deflection)
     result.faces.resize(static_cast<std::size_t>(faces.Extent()));
     Name(result.faces, body.Body()->FaceDataIds(), body.PersistentIDsMap());
     AddTriangles(result, mesh, faces, body);
-    AddEdges(result, mesh, body, deflection);
+    AddEdges(result, mesh, body, CurvePoints::ToleranceOf(quality.deflection));
     return result;
 }
 

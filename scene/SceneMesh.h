@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "scene/Export.h"
+#include "scene/MeshQuality.h"
 
 namespace KVR
 {
@@ -57,10 +58,12 @@ struct KVR_SCENE_API SceneMesh
     /// make no sense are left out, and counted. Whether the mesh calls its polygons clockwise is not looked at.
     static SceneMesh Of(IPolygonMesh& mesh);
 
-    /// The triangles of a body, to a distance of at most `deflection` times the diagonal of its box. What is finer than
-    /// the kernel's tolerance, or no number, counts as that tolerance. The shape keeps the triangulation, and one that
-    /// it has and that is as fine is used. Styles are those that the body has for its faces. Edges to which no face
-    /// brings points are followed by themselves. Empty for an object without a body.
+    /// The triangles of a body; a length of the quality is in the unit of the shape. A deflection that is finer than
+    /// the kernel's tolerance, or no number, counts as that tolerance, and an angle that is none as 0.5. The shape
+    /// keeps the triangulation, and one that it has and that is as fine is used. Styles are those that the body has for
+    /// its faces. Edges to which no face brings points are followed by themselves. Empty for an object without a body.
+    static SceneMesh Of(IBrep& body, MeshQuality const& quality);
+    /// The same to a distance of at most `deflection` times the diagonal of its box.
     static SceneMesh Of(IBrep& body, double deflection);
 
     /// Gives the faces of a mesh the ids of the faces of the body that it is the mesh of. Nothing happens unless both

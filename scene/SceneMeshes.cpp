@@ -6,7 +6,7 @@
 namespace KVR
 {
 
-SceneMeshes::SceneMeshes(double deflection) : m_deflection(deflection) {}
+SceneMeshes::SceneMeshes(MeshQuality const& quality) : m_quality(quality) {}
 SceneMeshes::~SceneMeshes() = default;
 
 SceneMesh const& SceneMeshes::Of(IPolygonMesh& mesh)
@@ -21,7 +21,7 @@ SceneMesh const& SceneMeshes::Of(IBrep& body)
 {
     std::unique_ptr<SceneMesh>& entry = m_meshes[&body];
     if (!entry)
-        entry = std::make_unique<SceneMesh>(SceneMesh::Of(body, m_deflection));
+        entry = std::make_unique<SceneMesh>(SceneMesh::Of(body, m_quality));
     return *entry;
 }
 

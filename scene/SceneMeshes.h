@@ -16,8 +16,8 @@ class IObject;
 class KVR_SCENE_API SceneMeshes
 {
 public:
-    /// How far the triangles of a body may be from it, as a fraction of the diagonal of its box.
-    explicit SceneMeshes(double deflection = 1e-3);
+    /// How finely bodies are meshed.
+    explicit SceneMeshes(MeshQuality const& quality = {});
     ~SceneMeshes();
     SceneMeshes(SceneMeshes const&) = delete;
     SceneMeshes& operator=(SceneMeshes const&) = delete;
@@ -29,7 +29,7 @@ public:
     void Release(IObject const& object);
 
 private:
-    double m_deflection;
+    MeshQuality m_quality;
     std::unordered_map<IObject const*, std::unique_ptr<SceneMesh>> m_meshes;
 };
 

@@ -38,10 +38,10 @@ bool HasDataInterface(IBrep const& brep)
 }
 
 constexpr Row kBodyRows[] = {
-    Value<&SolidCount>("Solids").Measured(),       Value<&FaceCount>("Faces").Measured(),
-    Value<&EdgeCount>("Edges").Measured(),         Value<&VertexCount>("Vertices").Measured(),
-    Value<&Volume>("Volume").Measured(),           Value<&Area>("Area").Measured(),
-    Value<&BoundingBox>("BoundingBox").Measured(),
+    Value<&SolidCount>("Solids").Measured(),   Value<&FaceCount>("Faces").Measured(),
+    Value<&EdgeCount>("Edges").Measured(),     Value<&VertexCount>("Vertices").Measured(),
+    Value<&Volume>("Volume").Mass(),           Value<&Area>("Area").Mass(),
+    Value<&BoundingBox>("BoundingBox").Mass(),
 };
 
 constexpr Row kBrepRows[] = {

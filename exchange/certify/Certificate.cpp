@@ -5,142 +5,163 @@
 
 #include <algorithm>
 #include <cmath>
-#include <functional>
+
+#include "exchange/certify/CertificateNumbers.h"
 
 namespace KVR
 {
 
-namespace
-{
+using namespace CertificateNumbers;
 
-// How far numbers may be apart.
-constexpr double kTolerance = 1e-6;
-
-double Relative(double a, double b)
+Certificate::Certificate(std::vector<Stage> stages) : m_stages(std::move(stages))
 {
-    double const most = std::max(std::abs(a), std::abs(b));
-    return most > 0.0 ? std::abs(a - b) / most : 0.0;
-}
-
-double DiagonalOf(std::vector<Certificate::Stage> const& stages)
-{
-    for (Certificate::Stage const& stage : stages)
-        if (auto const& box = stage.facts.box)
-            return std::hypot((*box)[3] - (*box)[0], (*box)[4] - (*box)[1], (*box)[5] - (*box)[2]);
-    return 0.0;
-}
-
-// Makes a row of what is asked of each stage; stages without an answer do not count.
-template <class Value>
-Certificate::Row MakeRow(std::string name, std::vector<Certificate::Stage> const& stages,
-                         std::function<std::optional<Value>(ModelFacts const&)> const& ask,
-                         std::function<std::string(Value const&)> const& show,
-                         std::function<double(Value const&, Value const&)> const& compare)
-{
-    Certificate::Row row;
-    row.name = std::move(name);
-    std::optional<Value> first;
-    for (Certificate::Stage const& stage : stages)
+    for (Stage const& stage : m_stages)
+        m_folded.emplace_back(stage.facts, m_stages.front().facts);
+    for (std::size_t stage = 0; stage < m_stages.size(); ++stage)
+        if (auto const table = m_stages[stage].facts.tables.find(kTable_Properties);
+            table != m_stages[stage].facts.tables.end())
+            table->second = m_folded[stage].Properties(m_folded.front());
+    for (Stage const& stage : m_stages)
     {
-        std::optional<Value> const value = ask(stage.facts);
-        row.values.push_back(value ? show(*value) : std::string());
-        if (value && first)
-            row.difference = std::max(row.difference, compare(*first, *value));
-        if (!first)
-            first = value;
+        Bulk all;
+        for (ModelFacts::Occurrence const& occurrence : stage.facts.occurrences)
+            for (Bulk const* const bulk : {&occurrence.bodies, &occurrence.mesh})
+                all.Add(*bulk);
+        if (all.HasBox() && m_diagonal == 0.0)
+            m_diagonal = std::hypot(all.high[0] - all.low[0], all.high[1] - all.low[1], all.high[2] - all.low[2]);
     }
-    row.isGood = row.difference <= kTolerance;
-    return row;
-}
-
-using Count = unsigned long long;
-using Names = std::set<std::string>;
-using Point = std::array<double, 3>;
-
-std::optional<Point> CentreOf(std::optional<Measures> const& measures)
-{
-    if (!measures)
-        return {};
-    bool const hasVolume = measures->volume != 0.0;
-    double const sum = hasVolume ? measures->volume : measures->area;
-    if (sum == 0.0)
-        return {};
-    Point centre = hasVolume ? measures->volumeMoment : measures->areaMoment;
-    for (double& x : centre)
-        x /= sum;
-    return centre;
-}
-
-}  // namespace
-
-Certificate::Certificate(std::vector<Stage> const& stages)
-{
-    double const diagonal = DiagonalOf(stages);
-    auto const count = [&](char const* name, std::optional<Count> ModelFacts::*member)
-    {
-        m_rows.push_back(MakeRow<Count>(
-            name, stages, [member](ModelFacts const& facts) { return facts.*member; },
-            [](Count const& value) { return std::to_string(value); },
-            [](Count const& a, Count const& b) { return Relative(static_cast<double>(a), static_cast<double>(b)); }));
-    };
-    auto const names = [&](char const* name, std::optional<Names> ModelFacts::*member)
-    {
-        m_rows.push_back(MakeRow<Names>(
-            name, stages, [member](ModelFacts const& facts) { return facts.*member; },
-            [](Names const& value) { return std::to_string(value.size()); },
-            [](Names const& a, Names const& b) { return a == b ? 0.0 : 1.0; }));
-    };
-    auto const number = [&](char const* name, std::function<std::optional<double>(ModelFacts const&)> const& ask)
-    {
-        m_rows.push_back(MakeRow<double>(
-            name, stages, ask, [](double const& value) { return fmt::format("{:.9g}", value); }, &Relative));
-    };
-    auto const lengths =
-        [&]<std::size_t size>(char const* name,
-                              std::function<std::optional<std::array<double, size>>(ModelFacts const&)> const& ask)
-    {
-        using List = std::array<double, size>;
-        m_rows.push_back(MakeRow<List>(
-            name, stages, ask, [](List const& value) { return fmt::format("{:.6g}", fmt::join(value, " ")); },
-            [diagonal](List const& a, List const& b)
-            {
-                double most = 0.0;
-                for (std::size_t i = 0; i < size; ++i)
-                    most = std::max(most, std::abs(a[i] - b[i]));
-                return diagonal > 0.0 ? most / diagonal : most;
-            }));
-    };
-    count("assemblies", &ModelFacts::assemblies);
-    count("parts", &ModelFacts::parts);
-    count("instances", &ModelFacts::instances);
-    count("occurrences", &ModelFacts::occurrences);
-    count("solids", &ModelFacts::solids);
-    count("faces", &ModelFacts::faces);
-    count("edges", &ModelFacts::edges);
-    count("triangles", &ModelFacts::triangles);
-    names("names", &ModelFacts::names);
-    names("colours", &ModelFacts::colors);
-    names("drawn colours", &ModelFacts::drawnColors);
-    names("layers", &ModelFacts::layers);
-    count("layer members", &ModelFacts::layerMembers);
-    count("annotations", &ModelFacts::annotations);
-    count("drawn annotations", &ModelFacts::drawings);
-    count("views", &ModelFacts::views);
-    number("volume", [](ModelFacts const& facts)
-           { return facts.bodies ? std::optional<double>(facts.bodies->volume) : std::nullopt; });
-    number("area", [](ModelFacts const& facts)
-           { return facts.bodies ? std::optional<double>(facts.bodies->area) : std::nullopt; });
-    lengths.operator()<3>("centroid", [](ModelFacts const& facts) { return CentreOf(facts.bodies); });
-    number("mesh volume", [](ModelFacts const& facts)
-           { return facts.mesh ? std::optional<double>(facts.mesh->volume) : std::nullopt; });
-    number("mesh area",
-           [](ModelFacts const& facts) { return facts.mesh ? std::optional<double>(facts.mesh->area) : std::nullopt; });
-    lengths.operator()<6>("box", [](ModelFacts const& facts) { return facts.box; });
+    AddStructure();
+    AddOrganisation();
+    AddShapes();
+    AddMeshes();
+    AddAbsences();
 }
 
 bool Certificate::IsGood() const noexcept
 {
     return std::all_of(m_rows.begin(), m_rows.end(), [](Row const& row) { return row.isGood; });
+}
+
+bool Certificate::HasPlaceForHidden(std::size_t stage) const
+{
+    return m_stages[stage].facts.tables.count(kTable_Hidden) != 0;
+}
+
+void Certificate::AddTable(char const* name, Ask const& ask, Compare const& compare, double tolerance, bool mayHaveMore)
+{
+    Row row;
+    row.name = name;
+    std::optional<Table> first;
+    bool isAnything = false;
+    auto const differ = [&](std::size_t stage, std::string const& what)
+    {
+        row.isGood = false;
+        if (row.differences.size() < kMostDifferences)
+            row.differences.push_back(m_stages[stage].name + ": " + what);
+    };
+    for (std::size_t stage = 0; stage < m_stages.size(); ++stage)
+    {
+        std::optional<Table> table = ask(stage);
+        double count = 0.0;
+        if (table && first)
+            table = WithColorsOf(*first, *table);
+        for (auto const& known : table ? *table : Table())
+            count += known.second.numbers.empty() ? known.second.count : 1.0;
+        isAnything = isAnything || count > 0.0;
+        row.values.push_back(table ? fmt::format("{:.9g}", count) : std::string());
+        if (!table)
+            continue;
+        if (!first)
+        {
+            first = std::move(table);
+            continue;
+        }
+        for (auto const& [key, entry] : *first)
+        {
+            auto const found = table->find(key);
+            double const apart = found == table->end() ? 1.0 : compare(entry, found->second);
+            row.difference = std::max(row.difference, apart);
+            if (found == table->end())
+                differ(stage, fmt::format("'{}' is missing", key));
+            else if (apart > tolerance)
+                differ(stage, fmt::format("'{}': {} instead of {}", key, Shown(found->second), Shown(entry)));
+        }
+        for (auto const& [key, entry] : *table)
+            if (!mayHaveMore && first->count(key) == 0)
+            {
+                row.difference = 1.0;
+                differ(stage, fmt::format("'{}' is new", key));
+            }
+    }
+    if (isAnything)
+        m_rows.push_back(std::move(row));
+}
+
+void Certificate::AddTableOf(char const* name, Compare const& compare, double tolerance, bool mayHaveMore)
+{
+    AddTable(
+        name,
+        [this, name](std::size_t stage) -> std::optional<Table>
+        {
+            auto const& tables = m_stages[stage].facts.tables;
+            auto const found = tables.find(name);
+            return found == tables.end() ? std::nullopt : std::optional(found->second);
+        },
+        compare, tolerance, mayHaveMore);
+}
+
+void Certificate::AddTotal(char const* name,
+                           std::function<std::optional<std::vector<double>>(std::size_t stage)> const& ask,
+                           bool areLengths, std::optional<double> tolerance)
+{
+    Row row;
+    row.name = name;
+    std::optional<std::vector<double>> first;
+    bool isAnything = false;
+    for (std::size_t stage = 0; stage < m_stages.size(); ++stage)
+    {
+        auto const values = ask(stage);
+        row.values.push_back(!values               ? std::string()
+                             : values->size() == 1 ? fmt::format("{:.9g}", values->front())
+                                                   : fmt::format("{:.6g}", fmt::join(*values, " ")));
+        if (!values)
+            continue;
+        isAnything = isAnything || std::any_of(values->begin(), values->end(), [](double x) { return x != 0.0; });
+        double apart = 0.0;
+        for (std::size_t i = 0; first && i < values->size(); ++i)
+            apart = std::max(apart, !areLengths        ? Relative((*first)[i], (*values)[i])
+                                    : m_diagonal > 0.0 ? std::abs((*first)[i] - (*values)[i]) / m_diagonal
+                                                       : 0.0);
+        row.difference = std::max(row.difference, apart);
+        if (apart > tolerance.value_or(kTolerance))
+            row.differences.push_back(fmt::format("{}: {:.9g} instead of {:.9g}", m_stages[stage].name,
+                                                  fmt::join(*values, " "), fmt::join(*first, " ")));
+        if (!first)
+            first = values;
+    }
+    row.isGood = row.differences.empty();
+    if (isAnything)
+        m_rows.push_back(std::move(row));
+}
+
+Table Certificate::ByPath(std::size_t stage, std::function<std::vector<double>(Node const&)> const& ask) const
+{
+    bool const allHavePlace = [this]
+    {
+        for (std::size_t i = 0; i < m_stages.size(); ++i)
+            if (!HasPlaceForHidden(i) && HasPlaceForHidden(0))
+                return false;
+        return true;
+    }();
+    Table table;
+    for (auto const& [path, node] : m_folded[stage].nodes)
+    {
+        auto const first = m_folded.front().nodes.find(path);
+        bool const isHidden = first != m_folded.front().nodes.end() && first->second.isHidden;
+        if (allHavePlace || !isHidden)
+            table[path] = {1.0, ask(node)};
+    }
+    return table;
 }
 
 }  // namespace KVR

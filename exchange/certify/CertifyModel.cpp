@@ -1,5 +1,7 @@
 #include "exchange/CertifyModel.h"
 
+#include <algorithm>
+#include <deque>
 #include <filesystem>
 #include <functional>
 #include <stdexcept>
@@ -8,15 +10,12 @@
 #include "exchange/ImportModel.h"
 #include "exchange/certify/Certificate.h"
 #include "exchange/certify/FactReaders.h"
-#include "exchange/model/ModelDocument.h"
-#include "exchange/model/ModelFormat.h"
+#include "exchange/certify/Picture.h"
+#include "exchange/certify/SourceFormat.h"
 #include "exchange/run/ChildProcess.h"
 #include "exchange/run/Heard.h"
 #include "exchange/run/ScratchFolder.h"
-#include "exchange/source/SceneFile.h"
-#include "exchange/source/SceneReading.h"
-#include "framework/api/LengthUnits.h"
-#include "framework/api/UTF8String.h"
+#include "exchange/run/StagePlan.h"
 #include "output/SafeText.h"
 
 namespace KVR
@@ -39,79 +38,69 @@ public:
     using runtime_error::runtime_error;
 };
 
-// How finely bodies are meshed: as the import did, so that triangles can be compared.
-struct Measure
-{
-    double deflection;
-    UnitTypeEnum unit;
-
-    double In(UnitTypeEnum other) const
-    {
-        return unit == other ? deflection : deflection * MetresOf(unit) / MetresOf(other);
-    }
-};
-
-ModelFacts FactsOfModel(std::string const& path, bool withAnnotations, Measure const& measure)
-{
-    ModelReadOptions options;
-    options.withAnnotations = withAnnotations;
-    ModelDocument const model = ModelDocument::Read(path, FormatOfModel(path).value(), options);
-    return FactsOfDocument(model, measure.In(model.unit));
-}
-
-ModelFacts FactsOfSceneFile(std::string const& path)
-{
-    SceneOptions options;
-    options.path = path;
-    options.strict = true;
-    SceneFile file(options);
-    SceneReading const reading = SceneReading::Of(file);
-    if (!reading.rootId)
-        throw std::runtime_error("it has no root");
-    return FactsOfScene(file.Producer(), *reading.rootId);
-}
+// Files that state no unit are in this.
+constexpr double kMillimetres = 1.0;
 
 bool HasBodies(ModelFacts const& facts)
 {
-    return facts.bodies.has_value() || facts.edges.value_or(0) > 0;
+    return std::any_of(facts.occurrences.begin(), facts.occurrences.end(),
+                       [](ModelFacts::Occurrence const& occurrence)
+                       { return occurrence.faces > 0 || occurrence.bodies.length > 0.0; });
 }
 
-// A comparison on its way.
+// A comparison on its way. Facts are found in child processes, since what finds them may crash, and while other work
+// goes on.
 class Certifier
 {
 public:
-    Certifier(std::string const& model, Progress const& progress)
-        : m_model(model), m_progress(progress), m_folder(std::filesystem::temp_directory_path(), "kvr-certify-")
+    Certifier(std::string const& model, CertifyOptions const& options, Progress const& progress)
+        : m_model(model),
+          m_options(options),
+          m_progress(progress),
+          m_folder(std::filesystem::temp_directory_path(), "kvr-certify-")
     {
     }
 
     CertifyResult Certify()
     {
         std::string const scene = File("scene.xml");
+        Find("source", m_model, [this] { return FactsOfFile(m_model, kMillimetres); });
         ImportResult const imported = ImportModel(m_model, scene, {}, m_progress);
         Expect(imported.outcome, imported.failure);
         m_result.remarks = imported.remarks;
-        Measure const measure{imported.deflection, imported.unit};
-        AddStage("source", m_model, [&] { return FactsOfModel(m_model, imported.hasAnnotations, measure); });
-        AddStage("scene", "the scene", [&] { return FactsOfSceneFile(scene); });
+        Find("scene", "the scene", [scene] { return FactsOfSceneFile(scene); });
+        std::string const glb = Exported(scene, "scene.glb");
+        Take();
+        Take();
         if (HasBodies(m_stages.back().facts))
         {
             std::string const step = Exported(scene, "scene.step");
-            AddStage("STEP", "the exported STEP file", [&] { return FactsOfModel(step, true, measure); });
-            // Its bodies are meshed anew, which says nothing of them.
-            m_stages.back().facts.triangles.reset();
-            m_stages.back().facts.mesh.reset();
+            Find("STEP", "the exported STEP file", [step] { return FactsOfStep(step); });
         }
-        std::string const glb = Exported(scene, "scene.glb");
-        AddStage("GLB", "the exported GLB file", [&] { return FactsOfGlb(glb); });
-        Certificate const certificate(m_stages);
-        m_result.outcome = Outcome::kDone;
-        m_result.rows = certificate.Rows();
-        m_result.isEqual = certificate.IsGood();
-        return std::move(m_result);
+        Find("GLB", "the exported GLB file", [glb] { return FactsOfGltf(glb); });
+        Draw("source", m_model);
+        Draw("GLB", glb);
+        return Compared();
+    }
+
+    CertifyResult CertifyAgainst(std::string const& other)
+    {
+        Find("source", m_model, [this] { return FactsOfFile(m_model, kMillimetres); });
+        Find("other", other, [other] { return FactsOfFile(other, kMillimetres); });
+        Draw("source", m_model);
+        Draw("other", other);
+        return Compared();
     }
 
 private:
+    // Facts that are being found.
+    struct Search
+    {
+        std::string stage;
+        std::string what;
+        ChildWork work;
+    };
+
     std::string File(char const* name) const { return (m_folder.Path() / name).string(); }
 
     static void Expect(Outcome outcome, std::string const& failure)
@@ -134,32 +123,60 @@ private:
         return path;
     }
 
-    // Facts that a child process finds, since what finds them may crash.
-    void AddStage(char const* name, std::string const& what, std::function<ModelFacts()> const& find)
+    void Find(char const* stage, std::string const& what, std::function<ModelFacts()> const& find)
+    {
+        m_searches.push_back({stage, what, ChildWork([&](ChildVoice const&) { return find().Text(); })});
+    }
+
+    // Waits for the first search.
+    void Take()
     {
         if (!Begin(m_progress, kStage_Comparing))
             throw Cancelled();
-        ChildResult const child = RunInChild([&](ChildVoice const&) { return find().Text(); }, m_progress);
+        Search search = std::move(m_searches.front());
+        m_searches.pop_front();
+        ChildResult const child = search.work.Finish(m_progress);
         if (child.isCancelled)
             throw Cancelled();
         if (!child.answer)
-            throw std::runtime_error(what + ": " + child.failure.value_or("its reader ended " + child.EndText()));
-        m_stages.push_back({name, ModelFacts::Of(*child.answer)});
-        m_result.stages.emplace_back(name);
+            throw std::runtime_error(search.what + ": " +
+                                     child.failure.value_or("its reader ended " + child.EndText()));
+        m_stages.push_back({search.stage, ModelFacts::Of(*child.answer)});
+        m_result.stages.push_back(search.stage);
+    }
+
+    void Draw(char const* stage, std::string const& path)
+    {
+        if (m_options.withPictures)
+            m_result.pictures.emplace_back(stage, PictureOf(path, File((std::string(stage) + ".png").c_str())));
+    }
+
+    CertifyResult Compared()
+    {
+        while (!m_searches.empty())
+            Take();
+        Certificate const certificate(std::move(m_stages));
+        m_result.outcome = Outcome::kDone;
+        m_result.rows = certificate.Rows();
+        m_result.absences = certificate.Absences();
+        m_result.isEqual = certificate.IsGood();
+        return std::move(m_result);
     }
 
     std::string m_model;
+    CertifyOptions m_options;
     Progress const& m_progress;
     ScratchFolder m_folder;
+    std::deque<Search> m_searches;
     std::vector<Certificate::Stage> m_stages;
     CertifyResult m_result;
 };
 
-CertifyResult Certified(std::string const& model, Progress const& progress)
+CertifyResult Certified(std::function<CertifyResult()> const& certify)
 {
     try
     {
-        return Certifier(model, progress).Certify();
+        return certify();
     }
     catch (Cancelled const&)
     {
@@ -181,9 +198,32 @@ CertifyResult Certified(std::string const& model, Progress const& progress)
 
 }  // namespace
 
-CertifyResult CertifyModel(std::string const& modelPath, Progress const& progress)
+CertifyResult CertifyModel(std::string const& modelPath, CertifyOptions const& options, Progress const& progress)
 {
-    return Heard(progress, [&](Progress const& heard) { return Certified(modelPath, heard); });
+    auto const work = [&](Progress const& heard)
+    {
+        // Import, export to GLB, facts of source and scene, export to STEP, facts of both files.
+        Progress const planned = Planned(heard, {{"reading", 8},
+                                                 {"transferring", 14},
+                                                 {"meshing", 6},
+                                                 {"writing", 5},
+                                                 {"reading", 1},
+                                                 {"writing", 3},
+                                                 {kStage_Comparing, 30},
+                                                 {"reading", 1},
+                                                 {"transferring", 5},
+                                                 {"writing", 5},
+                                                 {kStage_Comparing, 22}});
+        return Certified([&] { return Certifier(modelPath, options, planned).Certify(); });
+    };
+    return Heard(progress, work);
+}
+
+CertifyResult CertifyAgainst(std::string const& modelPath, std::string const& otherPath, CertifyOptions const& options,
+                             Progress const& progress)
+{
+    return Heard(progress, [&](Progress const& heard)
+                 { return Certified([&] { return Certifier(modelPath, options, heard).CertifyAgainst(otherPath); }); });
 }
 
 }  // namespace KVR

@@ -9,16 +9,24 @@ namespace KVR
 
 class IProducer;
 class UTF8String;
-struct ModelDocument;
 
-/// What a document of Open CASCADE's holds, by Open CASCADE itself. It is meshed at the deflection, a length in its
-/// unit, or not at all at 0; lengths in the answer are in millimetres.
-ModelFacts FactsOfDocument(ModelDocument const& model, double deflection);
+// Readers of facts, each of which shares no code with import and export. All throw std::exception for what they cannot
+// read, and may end the process where Open CASCADE does.
 
-/// What a scene serves, through its producer, in millimetres.
+/// What a STEP file holds: the entities of the file, and the shapes that Open CASCADE makes of them.
+ModelFacts FactsOfStep(std::string const& path);
+
+/// What a BREP or an IGES file holds: its shapes alone. The unit, in millimetres, is that of a BREP file's numbers.
+ModelFacts FactsOfBrep(std::string const& path, double millimetres);
+ModelFacts FactsOfIges(std::string const& path);
+
+/// What a scene serves, through its producer.
 ModelFacts FactsOfScene(IProducer& producer, UTF8String const& rootId);
 
-/// What a GLB file holds, in millimetres and with z up. Throws std::runtime_error for one that cannot be read.
-ModelFacts FactsOfGlb(std::string const& path);
+/// What a GLB or glTF file holds, with z up.
+ModelFacts FactsOfGltf(std::string const& path);
+
+/// What an STL, OBJ or PLY file holds. The unit, in millimetres, is that of its numbers.
+ModelFacts FactsOfTriangles(std::string const& path, double millimetres);
 
 }  // namespace KVR

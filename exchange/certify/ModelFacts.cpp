@@ -9,123 +9,62 @@
 namespace KVR
 {
 
-namespace
+void ModelFacts::Add(char const* table, std::string const& name, std::vector<double> const& numbers, double count)
 {
-
-using nlohmann::json;
-
-json ToJson(Measures const& measures)
-{
-    return {measures.volume, measures.area, measures.volumeMoment, measures.areaMoment};
+    Entry& entry = tables[table][name];
+    entry.count += count;
+    if (entry.numbers.size() < numbers.size())
+        entry.numbers.resize(numbers.size(), 0.0);
+    for (std::size_t i = 0; i < numbers.size(); ++i)
+        entry.numbers[i] += numbers[i];
 }
-
-void FromJson(json const& value, Measures& measures)
-{
-    measures.volume = value.at(0);
-    measures.area = value.at(1);
-    measures.volumeMoment = value.at(2);
-    measures.areaMoment = value.at(3);
-}
-template <class Value>
-json ToJson(Value const& value)
-{
-    return value;
-}
-
-template <class Value>
-void FromJson(json const& value, Value& target)
-{
-    target = value.get<Value>();
-}
-
-// Every member by its name, for writing and reading alike.
-template <class Facts, class Use>
-void ForEachMember(Facts& facts, Use use)
-{
-    use("assemblies", facts.assemblies);
-    use("parts", facts.parts);
-    use("instances", facts.instances);
-    use("occurrences", facts.occurrences);
-    use("solids", facts.solids);
-    use("faces", facts.faces);
-    use("edges", facts.edges);
-    use("triangles", facts.triangles);
-    use("names", facts.names);
-    use("colors", facts.colors);
-    use("drawnColors", facts.drawnColors);
-    use("layers", facts.layers);
-    use("layerMembers", facts.layerMembers);
-    use("annotations", facts.annotations);
-    use("drawings", facts.drawings);
-    use("views", facts.views);
-    use("bodies", facts.bodies);
-    use("mesh", facts.mesh);
-    use("box", facts.box);
-}
-
-}  // namespace
 
 std::string ModelFacts::Text() const
 {
-    json object = json::object();
-    ForEachMember(*this,
-                  [&](char const* name, auto const& member)
-                  {
-                      if (member)
-                          object[name] = ToJson(*member);
-                  });
-    return object.dump(-1, ' ', false, json::error_handler_t::replace);
+    using nlohmann::json;
+    json list = json::array();
+    for (Occurrence const& o : occurrences)
+        list.push_back({o.path, o.name, o.component, o.componentName, o.number, o.isPart, o.isHidden, o.solids, o.faces,
+                        o.triangles, o.bodies.Numbers(), o.mesh.Numbers(), o.properties});
+    json all = json::object();
+    for (auto const& [name, table] : tables)
+    {
+        json entries = json::object();
+        for (auto const& [key, entry] : table)
+            entries[key] = {entry.count, entry.numbers};
+        all[name] = std::move(entries);
+    }
+    return json({std::move(list), std::move(all), hasBodies, hasMesh})
+        .dump(-1, ' ', false, json::error_handler_t::replace);
 }
 
 ModelFacts ModelFacts::Of(std::string const& text)
 {
-    json const object = json::parse(text);
+    nlohmann::json const object = nlohmann::json::parse(text);
     ModelFacts facts;
-    ForEachMember(facts,
-                  [&](char const* name, auto& member)
-                  {
-                      if (object.contains(name))
-                          FromJson(object.at(name), member.emplace());
-                  });
+    for (auto const& row : object.at(0))
+    {
+        Occurrence& o = facts.occurrences.emplace_back();
+        row.at(0).get_to(o.path);
+        row.at(1).get_to(o.name);
+        row.at(2).get_to(o.component);
+        row.at(3).get_to(o.componentName);
+        row.at(4).get_to(o.number);
+        row.at(5).get_to(o.isPart);
+        row.at(6).get_to(o.isHidden);
+        row.at(7).get_to(o.solids);
+        row.at(8).get_to(o.faces);
+        row.at(9).get_to(o.triangles);
+        o.bodies = Bulk::Of(row.at(10));
+        o.mesh = Bulk::Of(row.at(11));
+        row.at(12).get_to(o.properties);
+    }
+    for (auto const& [name, table] : object.at(1).items())
+        for (Table& entries = facts.tables[name]; auto const& [key, entry] : table.items())
+            entries[key] = {entry.at(0), entry.at(1)};
+    object.at(2).get_to(facts.hasBodies);
+    object.at(3).get_to(facts.hasMesh);
     return facts;
-}
-
-void ModelFacts::AddPoint(double x, double y, double z)
-{
-    if (!box)
-    {
-        box = {x, y, z, x, y, z};
-        return;
-    }
-    std::array<double, 3> const point{x, y, z};
-    for (std::size_t axis = 0; axis < 3; ++axis)
-    {
-        (*box)[axis] = std::min((*box)[axis], point[axis]);
-        (*box)[3 + axis] = std::max((*box)[3 + axis], point[axis]);
-    }
-}
-
-void AddTriangle(Measures& measures, std::array<double, 3> const& a, std::array<double, 3> const& b,
-                 std::array<double, 3> const& c)
-{
-    std::array<double, 3> normal{};
-    for (std::size_t axis = 0; axis < 3; ++axis)
-    {
-        std::size_t const next = (axis + 1) % 3;
-        std::size_t const last = (axis + 2) % 3;
-        normal[axis] = (b[next] - a[next]) * (c[last] - a[last]) - (b[last] - a[last]) * (c[next] - a[next]);
-    }
-    double const area = 0.5 * std::hypot(normal[0], normal[1], normal[2]);
-    // That of the tetrahedron with the origin.
-    double const volume = (a[0] * normal[0] + a[1] * normal[1] + a[2] * normal[2]) / 6.0;
-    measures.area += area;
-    measures.volume += volume;
-    for (std::size_t axis = 0; axis < 3; ++axis)
-    {
-        double const sum = a[axis] + b[axis] + c[axis];
-        measures.areaMoment[axis] += area * sum / 3.0;
-        measures.volumeMoment[axis] += volume * sum / 4.0;
-    }
 }
 
 std::string ColorText(double red, double green, double blue, double alpha)

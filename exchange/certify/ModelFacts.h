@@ -1,65 +1,95 @@
 #pragma once
 
-#include <array>
-#include <optional>
+#include <map>
 #include <set>
 #include <string>
+#include <vector>
+
+#include "exchange/certify/Bulk.h"
 
 namespace KVR
 {
 
-/// Measures of triangles or bodies, added up over occurrences. Lengths are in one unit for all that is compared.
-struct Measures
-{
-    double volume = 0.0;
-    double area = 0.0;
-    /// The centre of the volume or, where there is none, of the area, times that.
-    std::array<double, 3> volumeMoment{};
-    std::array<double, 3> areaMoment{};
-};
-
-/// What a model, a scene or a file holds, counted over all occurrences where not said otherwise. What is not set has no
-/// place in it.
+/// What a model, a scene or a file holds, as one reader of its own sees it. Lengths are in millimetres, names UTF-8.
 struct ModelFacts
 {
-    std::optional<unsigned long long> assemblies;
-    std::optional<unsigned long long> parts;
-    std::optional<unsigned long long> instances;
-    /// Of parts.
-    std::optional<unsigned long long> occurrences;
-    std::optional<unsigned long long> solids;
-    std::optional<unsigned long long> faces;
-    std::optional<unsigned long long> edges;
-    std::optional<unsigned long long> triangles;
-    /// Different names of assemblies, parts and instances.
-    std::optional<std::set<std::string>> names;
-    /// Different colours in use, as "#rrggbbaa".
-    std::optional<std::set<std::string>> colors;
-    /// Those that triangles are seen in.
-    std::optional<std::set<std::string>> drawnColors;
-    std::optional<std::set<std::string>> layers;
-    std::optional<unsigned long long> layerMembers;
-    std::optional<unsigned long long> annotations;
-    /// Those of them that are drawn.
-    std::optional<unsigned long long> drawings;
-    std::optional<unsigned long long> views;
-    /// Of bodies, by their surfaces.
-    std::optional<Measures> bodies;
-    /// Of triangles.
-    std::optional<Measures> mesh;
-    /// Around the triangles: the lowest and the highest corner.
-    std::optional<std::array<double, 6>> box;
+    /// A component where it occurs.
+    struct Occurrence
+    {
+        /// The names from the root to here, with slashes between them.
+        std::string path;
+        /// That of the instance; of a root the component's.
+        std::string name;
+        /// What tells it from other components of the same facts, its name, and the number of the part.
+        std::string component;
+        std::string componentName;
+        std::string number;
+        /// The values that are stated of the component.
+        std::set<std::string> properties;
+        bool isPart = false;
+        /// Whether it is hidden, or something above it is.
+        bool isHidden = false;
+        unsigned long long solids = 0;
+        unsigned long long faces = 0;
+        unsigned long long triangles = 0;
+        /// Of its own shapes, hidden ones, too.
+        Bulk bodies;
+        /// Of its own triangles that are shown.
+        Bulk mesh;
+    };
+    /// Something by its name: how often it is there, and what belongs to it.
+    struct Entry
+    {
+        double count = 0.0;
+        /// Added up.
+        std::vector<double> numbers;
+    };
+    using Table = std::map<std::string, Entry>;
 
-    void AddPoint(double x, double y, double z);
+    /// Each before what is below it. Of several with one path all are there.
+    std::vector<Occurrence> occurrences;
+    /// By what is listed; a table that is missing has no place in it. See the names below.
+    std::map<std::string, Table> tables;
+    /// Whether there are shapes, and triangles; without, there is no place for them.
+    bool hasBodies = false;
+    bool hasMesh = false;
 
+    void Add(char const* table, std::string const& name, std::vector<double> const& numbers = {}, double count = 1.0);
+    /// As JSON. Of throws std::exception for a text that Text did not give.
     std::string Text() const;
-    /// Throws std::exception for a text that Text did not give.
     static ModelFacts Of(std::string const& text);
 };
 
-/// Adds the measures of a triangle.
-void AddTriangle(Measures& measures, std::array<double, 3> const& a, std::array<double, 3> const& b,
-                 std::array<double, 3> const& c);
+// The tables.
+
+/// By "#rrggbbaa" in sRGB: the area that is seen in it, of bodies.
+inline constexpr char kTable_Colors[] = "colours";
+/// The same for the length of lines.
+inline constexpr char kTable_LineColors[] = "line colours";
+/// The same for the area of triangles.
+inline constexpr char kTable_DrawnColors[] = "drawn colours";
+/// By name: members that are geometry or components.
+inline constexpr char kTable_Layers[] = "layers";
+/// By name: layers without such members.
+inline constexpr char kTable_OtherLayers[] = "layers of other things";
+/// By the path of what they belong to: pieces of geometry that are not shown.
+inline constexpr char kTable_Hidden[] = "hidden";
+/// By name: the eye, the direction and what is up.
+inline constexpr char kTable_Views[] = "views";
+/// By name: views that name notes. How many these are depends on what a reader takes for one.
+inline constexpr char kTable_ViewMembers[] = "views with notes";
+/// By kind and type, datums by their letter.
+inline constexpr char kTable_Notes[] = "notes";
+/// The same with the numbers.
+inline constexpr char kTable_NoteValues[] = "note values";
+/// By component and value: made of what occurrences say by whoever compares them. Here it tells that there is a place.
+inline constexpr char kTable_Properties[] = "properties";
+/// By name: components that state it.
+inline constexpr char kTable_Units[] = "units";
+/// Of the drawings of notes: the length of their lines.
+inline constexpr char kTable_Drawings[] = "note drawings";
+/// Between the normals of a mesh and its triangles, by path: the area-weighted sum of degrees.
+inline constexpr char kTable_Normals[] = "normals";
 
 /// "#rrggbbaa" of a colour in fractions of sRGB.
 std::string ColorText(double red, double green, double blue, double alpha);

@@ -34,6 +34,7 @@ bool Takes(SceneProperty const& property, std::string_view name, std::string& ta
 ShapeDocument::Product ProductOf(SceneComponent const& component)
 {
     ShapeDocument::Product product;
+    product.name = component.label;
     if (!component.fileProperties)
         return product;
     product.number = TextOf(*component.fileProperties, &FileProperties::PartNumber);

@@ -1,5 +1,6 @@
 #include "exchange/ExportScene.h"
 
+#include <Standard_Failure.hxx>
 #include <algorithm>
 #include <filesystem>
 #include <optional>
@@ -11,13 +12,16 @@
 #include "exchange/export/Formats.h"
 #include "exchange/run/ChildProcess.h"
 #include "exchange/run/Heard.h"
+#include "exchange/run/StagePlan.h"
 #include "exchange/run/WorkFolder.h"
 #include "exchange/source/SceneFile.h"
 #include "exchange/source/SceneProblem.h"
 #include "exchange/source/SceneReading.h"
 #include "exchange/source/SideFileCheck.h"
 #include "framework/api/UTF8String.h"
+#include "framework/kernel/KernelMessages.h"
 #include "output/SafeText.h"
+#include "scene/SceneTotals.h"
 
 namespace KVR
 {
@@ -25,25 +29,39 @@ namespace KVR
 namespace
 {
 
+constexpr char kStage_Reading[] = "reading";
+constexpr char kStage_Transferring[] = "transferring";
+constexpr char kStage_Writing[] = "writing";
+
 struct ExportFormat
 {
     std::string_view extension;
     void (*write)(ExportTask&);
+    // What comes behind the reading.
+    char const* stage = kStage_Writing;
 };
 
 constexpr ExportFormat kFormats[] = {
-    {".glb", &ExportGltf}, {".gltf", &ExportGltf}, {".stl", &ExportStl},  {".obj", &ExportObj},
-    {".ply", &ExportPly},  {".step", &ExportStep}, {".stp", &ExportStep}, {".brep", &ExportBrep},
+    {".glb", &ExportGltf},
+    {".gltf", &ExportGltf},
+    {".stl", &ExportStl},
+    {".obj", &ExportObj},
+    {".ply", &ExportPly},
+    {".step", &ExportStep, kStage_Transferring},
+    {".stp", &ExportStep, kStage_Transferring},
+    {".brep", &ExportBrep},
 };
-
-constexpr char kStage_Reading[] = "reading";
-constexpr char kStage_Writing[] = "writing";
 
 // A failure that is a sentence of its own.
 class ExportError : public std::runtime_error
 {
 public:
     using runtime_error::runtime_error;
+};
+
+// The callback does not want work to go on that is in its midst.
+struct Stopped
+{
 };
 
 ExportFormat const* FormatOf(std::string const& path)
@@ -56,6 +74,11 @@ ExportFormat const* FormatOf(std::string const& path)
     return found == std::end(kFormats) ? nullptr : found;
 }
 
+std::string SentenceOf(std::string const& path, Standard_Failure const& failure)
+{
+    return Escaped(path) + ": it could not be made of the scene: " + KernelFailureText(failure);
+}
+
 std::string SentenceOf(std::string const& path, std::exception const& error)
 {
     if (dynamic_cast<ExportError const*>(&error))
@@ -66,6 +89,14 @@ std::string SentenceOf(std::string const& path, std::exception const& error)
     return Escaped(path) + ": " +
            (system ? "it cannot be written: " + std::generic_category().message(system->code().value())
                    : Escaped(error.what()));
+}
+
+// The shares of the time that stages take.
+Progress PlannedFor(std::string const& path, Progress const& progress)
+{
+    bool const isTransferred = FormatOf(path)->stage == kStage_Transferring;
+    return Planned(progress,
+                   {{kStage_Reading, 10}, {kStage_Transferring, isTransferred ? 50.0 : 0.0}, {kStage_Writing, 40}});
 }
 
 // What of a filter a scene has nothing for.
@@ -96,9 +127,15 @@ std::optional<std::vector<std::string>> Write(IProducer& producer, UTF8String co
                                               ExportOptions const& options, Progress const& progress)
 {
     Scene const scene(producer, rootId, options.filter);
-    if (!Begin(progress, kStage_Writing))
+    if (!Begin(progress, FormatOf(target)->stage))
         return {};
-    ExportTask task{producer, scene, options, path, folder, {}};
+    ExportTask task(producer, scene, options, path, folder,
+                    EachPercent(
+                        [&](ProgressReport const& report)
+                        {
+                            if (progress && !progress(report))
+                                throw Stopped();
+                        }));
     auto const cuts = std::count_if(scene.Cuts().begin(), scene.Cuts().end(), &IsMissing);
     task.notCarried.Add("instances without a target, or in a cycle", static_cast<unsigned long long>(cuts));
     FormatOf(target)->write(task);
@@ -145,6 +182,10 @@ void ExportHere(SceneOptions const& sceneOptions, std::string const& target, std
     {
         throw ExportError(SentenceOf(target, error));
     }
+    catch (Standard_Failure const& failure)
+    {
+        throw ExportError(SentenceOf(target, failure));
+    }
 }
 
 // Runs work that writes into a folder and fills the result, and gives its files their places when it is done. None of
@@ -158,11 +199,12 @@ ExportResult ExportTo(std::string const& path, std::vector<std::string> const& s
     {
         if (!FormatOf(path))
             throw ExportError(Escaped(path) + ": it has none of the extensions " + ExportFormats());
+        Progress const planned = PlannedFor(path, progress);
         result.outcome = Outcome::kCancelled;
-        if (!Begin(progress, kStage_Reading))
+        if (!Begin(planned, kStage_Reading))
             return result;
         WorkFolder const folder(path, sources);
-        work(folder.Inside().string(), result);
+        work(folder.Inside().string(), planned, result);
         if (result.outcome == Outcome::kDone)
             folder.MoveIntoPlace();
     }
@@ -178,10 +220,27 @@ ExportResult ExportTo(std::string const& path, std::vector<std::string> const& s
     {
         result = {Outcome::kFailed, SentenceOf(path, error), {}};
     }
+    catch (Standard_Failure const& failure)
+    {
+        result = {Outcome::kFailed, SentenceOf(path, failure), {}};
+    }
+    catch (Stopped const&)
+    {
+        // Nothing was given its place.
+    }
     return result;
 }
 
 }  // namespace
+
+void ExportTask::NextOccurrence()
+{
+    if (m_allOccurrences == 0)
+        m_allOccurrences = SceneTotals::Of(scene).occurrences;
+    // Some formats go through them twice.
+    auto const met = static_cast<double>(m_occurrences++ % m_allOccurrences);
+    tell(kStage_Writing, met / static_cast<double>(m_allOccurrences));
+}
 
 bool IsExportFormat(std::string const& path)
 {
@@ -204,7 +263,7 @@ ExportResult ExportScene(SceneOptions const& scene, std::string const& path, Exp
     auto const work = [&](Progress const& heard)
     {
         return ExportTo(path, sources, heard,
-                        [&](std::string const& inside, ExportResult& result)
+                        [&](std::string const& inside, Progress const& planned, ExportResult& result)
                         {
                             ChildResult child = RunInChild(
                                 [&](ChildVoice const& voice)
@@ -212,7 +271,7 @@ ExportResult ExportScene(SceneOptions const& scene, std::string const& path, Exp
                                     ExportHere(scene, path, inside, options, voice);
                                     return std::string();
                                 },
-                                heard);
+                                planned);
                             if (child.isCancelled)
                                 return;
                             if (!child.answer)
@@ -230,9 +289,9 @@ ExportResult ExportScene(IProducer& producer, UTF8String const& rootId, std::str
     auto const work = [&](Progress const& heard)
     {
         return ExportTo(path, {}, heard,
-                        [&](std::string const& inside, ExportResult& result)
+                        [&](std::string const& inside, Progress const& planned, ExportResult& result)
                         {
-                            auto remarks = Write(producer, rootId, path, inside, {}, options, heard);
+                            auto remarks = Write(producer, rootId, path, inside, {}, options, planned);
                             if (remarks)
                                 result = {Outcome::kDone, {}, std::move(*remarks)};
                         });

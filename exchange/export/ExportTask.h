@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "exchange/ExportScene.h"
+#include "exchange/run/StageProgress.h"
 #include "scene/Scene.h"
 
 namespace KVR
@@ -25,6 +26,17 @@ private:
 /// What a format's writer gets: the scene, the path to write to, and where to count.
 struct ExportTask
 {
+    ExportTask(IProducer& producer, Scene const& scene, ExportOptions const& options, std::string path,
+               std::string folder, TellStage tell)
+        : producer(producer),
+          scene(scene),
+          options(options),
+          path(std::move(path)),
+          folder(std::move(folder)),
+          tell(std::move(tell))
+    {
+    }
+
     IProducer& producer;
     Scene const& scene;
     ExportOptions const& options;
@@ -36,6 +48,15 @@ struct ExportTask
     NotCarriedCounts notCarried;
     /// What else is to be said, each a sentence without its full stop.
     std::vector<std::string> remarks = {};
+    /// Told how far the writing is.
+    TellStage tell;
+
+    /// For a writer that goes through all occurrences: tells that it has come to another one.
+    void NextOccurrence();
+
+private:
+    unsigned long long m_occurrences = 0;
+    unsigned long long m_allOccurrences = 0;
 };
 
 /// Throws std::runtime_error for a scene with more occurrences than that, counted without walking them: a few

@@ -41,7 +41,7 @@ class FlatWalk
 public:
     FlatWalk(ExportTask& task, std::function<void(FlatGroup const&)> const& use,
              std::function<void(FlatLines const&)> const& useLines)
-        : m_task(task), m_use(use), m_useLines(useLines), m_meshes(task.options.deflection)
+        : m_task(task), m_use(use), m_useLines(useLines), m_meshes(task.options.quality)
     {
     }
 
@@ -52,6 +52,7 @@ public:
             Scaling(metres == m_task.scene.MetresPerUnit() ? 1.0 : m_task.scene.MetresPerUnit() / metres);
         for (OccurrenceWalk walk(m_task.scene); walk.Next();)
         {
+            m_task.NextOccurrence();
             if (!walk.State().isVisible)
             {
                 m_task.notCarried.Add("hidden occurrences");
@@ -106,7 +107,7 @@ private:
 
     SceneLines LinesOf(SceneGeometry const& geometry) const
     {
-        CurveTolerance const tolerance{m_task.options.deflection, 0.0};
+        CurveTolerance const tolerance = CurvePoints::ToleranceOf(m_task.options.quality.deflection);
         switch (geometry.kind)
         {
             case GeometryKind::kBody:

@@ -147,6 +147,7 @@ void GltfDocument::AddOccurrences(Matrix const& turn)
     std::vector<int> nodes;
     for (OccurrenceWalk walk(m_scene); walk.Next();)
     {
+        m_task.NextOccurrence();
         if (!walk.State().isVisible && !m_task.options.hiddenNodes)
         {
             m_task.notCarried.Add("hidden occurrences");

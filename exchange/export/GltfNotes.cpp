@@ -125,7 +125,7 @@ GltfNotes::Note const& GltfNotes::NoteOf(Occurrence const& occurrence)
 SceneLines GltfNotes::LinesOf(NoteDrawing const& drawing) const
 {
     SceneLines lines;
-    CurveTolerance const tolerance{m_task.options.deflection, 0.0};
+    CurveTolerance const tolerance = CurvePoints::ToleranceOf(m_task.options.quality.deflection);
     for (NoteDrawing::Curve const& curve : drawing.curves)
         AddPlaced(lines, CurvePoints::Of(*curve.curve, tolerance), Product(Scaling(curve.scale), curve.transform));
     return lines;

@@ -122,7 +122,7 @@ GltfGeometry const& GltfPrimitives::Of(SceneGeometry const& geometry)
     GltfGeometry& made = entry->second;
     if (!isNew)
         return made;
-    CurveTolerance const tolerance{m_task.options.deflection, 0.0};
+    CurveTolerance const tolerance = CurvePoints::ToleranceOf(m_task.options.quality.deflection);
     switch (geometry.kind)
     {
         case GeometryKind::kMesh:
@@ -165,7 +165,7 @@ double GltfPrimitives::SizeOf(SceneGeometry const& geometry) const
 SceneMesh GltfPrimitives::MeshOf(SceneGeometry const& geometry)
 {
     SceneMesh mesh =
-        geometry.mesh ? SceneMesh::Of(*geometry.mesh) : SceneMesh::Of(*geometry.body, m_task.options.deflection);
+        geometry.mesh ? SceneMesh::Of(*geometry.mesh) : SceneMesh::Of(*geometry.body, m_task.options.quality);
     m_task.notCarried.Add("polygons whose indices make no sense", mesh.brokenPolygons);
     m_task.notCarried.Add("faces that could not be meshed", mesh.facesWithoutTriangles);
     if (auto const body = m_bodies.find(geometry.bodyId); geometry.mesh && body != m_bodies.end())

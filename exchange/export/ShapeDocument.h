@@ -125,10 +125,11 @@ struct ShapeDocument
         Scene const* scene = nullptr;
     };
 
-    /// What is said of a part or assembly beside its name.
+    /// What is said of a part or assembly, its name with the blanks that the writer takes off.
     struct Product
     {
         TDF_Label label;
+        std::string name;
         std::string number;
         std::string revision;
         std::string revisionDescription;
@@ -137,10 +138,11 @@ struct ShapeDocument
         std::vector<SceneProperty> properties;
     };
 
-    /// What is said of a component in its place beside its name.
+    /// What is said of a component in its place.
     struct Usage
     {
         TDF_Label label;
+        std::string name;
         std::string id;
         std::string description;
         std::string designator;

@@ -240,7 +240,10 @@ DocumentVariant::Place ShapeDocumentBuilder::Placed(DocumentVariant const& assem
     TDF_Label const label = m_shapes->AddComponent(assembly.label, variant->label, where->motion);
     TDataStd_Name::Set(label, DocumentText(std::string(placement.label.empty() ? target.label : placement.label)));
     if (placement.object)
+    {
         m_document.usages.push_back(UsageOf(label, m_scene.PropertiesOf(*placement.object)));
+        m_document.usages.back().name = placement.label;
+    }
     return {label, variant};
 }
 

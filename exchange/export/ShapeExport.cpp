@@ -1,4 +1,3 @@
-#include <stdexcept>
 #include <string>
 
 #include "exchange/export/BrepFile.h"
@@ -7,7 +6,6 @@
 #include "exchange/export/ShapeDocument.h"
 #include "exchange/export/ShapeDocumentBuilder.h"
 #include "exchange/export/StepFile.h"
-#include "exchange/run/KernelFailure.h"
 #include "exchange/run/NewFile.h"
 
 namespace KVR
@@ -36,25 +34,18 @@ void TellOfMeshFaces(ExportTask& task, bool hasTriangles)
 template <class Writer>
 void WriteShapes(ExportTask& task, bool hasTriangles, Writer write)
 {
-    try
-    {
-        ShapeDocument document = ShapeDocumentBuilder(task, hasTriangles).Build();
-        TellOfMeshFaces(task, hasTriangles);
-        NewFile file(task.path);
-        write(std::move(document), file.Out());
-        file.Finish();
-    }
-    catch (Standard_Failure const& failure)
-    {
-        throw std::runtime_error("Open CASCADE refuses it: " + KernelFailureText(failure));
-    }
+    ShapeDocument document = ShapeDocumentBuilder(task, hasTriangles).Build();
+    TellOfMeshFaces(task, hasTriangles);
+    NewFile file(task.path);
+    write(std::move(document), file.Out());
+    file.Finish();
 }
 
 }  // namespace
 
 void ExportStep(ExportTask& task)
 {
-    WriteShapes(task, true, &WriteStepFile);
+    WriteShapes(task, true, [&](ShapeDocument document, Output& out) { WriteStepFile(std::move(document), out, task.tell); });
 }
 
 void ExportBrep(ExportTask& task)

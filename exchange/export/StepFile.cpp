@@ -13,8 +13,8 @@
 namespace KVR
 {
 
-TransferredModel::TransferredModel(ShapeDocument document)
-    : StepPhase(std::make_unique<StepTransfer>(std::move(document)))
+TransferredModel::TransferredModel(ShapeDocument document, TellStage const& tell)
+    : StepPhase(std::make_unique<StepTransfer>(std::move(document), tell))
 {
 }
 
@@ -42,9 +42,11 @@ void FinishedModel::Write(Output& out) const
     out.Flush();
 }
 
-void WriteStepFile(ShapeDocument document, Output& out)
+void WriteStepFile(ShapeDocument document, Output& out, TellStage const& tell)
 {
-    TransferredModel transferred(std::move(document));
+    TransferredModel transferred(std::move(document), tell);
+    if (tell)
+        tell("writing", 0.0);
     SeparatedModel separated(std::move(transferred));
     LayeredModel layered(std::move(separated));
     DressedModel dressed(std::move(layered));

@@ -34,7 +34,7 @@ class TransferredModel : public StepPhase
 {
 public:
     /// Throws std::runtime_error when there are none.
-    explicit TransferredModel(ShapeDocument document);
+    explicit TransferredModel(ShapeDocument document, TellStage const& tell = {});
 };
 
 /// Each point is an item of its own; the writer makes one of all points of a part. From here on each body has its item.

@@ -66,6 +66,8 @@ private:
             return;
         handle<StepBasic_ProductDefinitionFormation> const formation = definition->Formation();
         handle<StepBasic_Product> const product = formation->OfProduct();
+        if (!said.name.empty())
+            product->SetName(StepString(said.name));
         if (!said.number.empty())
             product->SetId(StepString(said.number));
         if (!said.description.empty())
@@ -115,6 +117,8 @@ private:
                 shape->RepresentedProductRelation()->Definition().ProductDefinitionRelationship());
         if (usage.IsNull())
             return;
+        if (!said.name.empty())
+            usage->SetName(StepString(said.name));
         if (!said.id.empty())
             usage->SetId(StepString(said.id));
         if (!said.description.empty())

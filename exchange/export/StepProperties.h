@@ -5,7 +5,7 @@ namespace KVR
 
 class StepTransfer;
 
-/// Gives products and usages of a model what a scene says of them beside their names: numbers, revisions, descriptions,
+/// Gives products and usages of a model what a scene says of them: names, numbers, revisions, descriptions,
 /// categories, ids, designators and custom properties. A property that is neither text nor number is counted.
 void WriteStepProperties(StepTransfer& step);
 

@@ -2,8 +2,6 @@
 
 #include <BRep_Tool.hxx>
 #include <Interface_Static.hxx>
-#include <Message.hxx>
-#include <Message_Messenger.hxx>
 #include <STEPCAFControl_Controller.hxx>
 #include <STEPConstruct.hxx>
 #include <TopExp_Explorer.hxx>
@@ -19,6 +17,7 @@
 #include "exchange/export/StepOrder.h"
 #include "exchange/export/StepParameterCurves.h"
 #include "exchange/export/StepUnit.h"
+#include "framework/kernel/KernelMessages.h"
 
 namespace KVR
 {
@@ -37,8 +36,7 @@ constexpr double kLoose = 1e-7;
 // Open CASCADE keeps them for the whole process, and a writer reads them when it is made.
 void SetParameters(UnitTypeEnum unit)
 {
-    // What Open CASCADE tells of its work is nobody's question here.
-    Message::DefaultMessenger()->ChangePrinters().Clear();
+    SilenceKernel();
     STEPCAFControl_Controller::Init();
     Interface_Static::SetIVal("write.step.schema", kAp242);
     Interface_Static::SetIVal("write.step.assembly", 2);
@@ -60,7 +58,7 @@ ShapeDocument Prepared(ShapeDocument document)
 
 }  // namespace
 
-StepTransfer::StepTransfer(ShapeDocument content) : document(Prepared(std::move(content)))
+StepTransfer::StepTransfer(ShapeDocument content, TellStage const& tell) : document(Prepared(std::move(content)))
 {
     writer.SetColorMode(Standard_True);
     writer.SetNameMode(Standard_True);
@@ -69,7 +67,8 @@ StepTransfer::StepTransfer(ShapeDocument content) : document(Prepared(std::move(
     writer.SetSHUOMode(Standard_True);
     writer.SetDimTolMode(Standard_True);
     writer.SetMaterialMode(Standard_True);
-    if (!writer.Transfer(document.document, STEPControl_AsIs))
+    Handle(StageProgress) const indicator = new StageProgress("transferring", tell);
+    if (!writer.Transfer(document.document, STEPControl_AsIs, nullptr, indicator->Start()))
         throw std::runtime_error("Open CASCADE finds nothing in the scene that it can write as STEP");
     model = handle<StepData_StepModel>::DownCast(Session()->Model());
     if (!document.parameterCurves)

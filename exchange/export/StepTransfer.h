@@ -23,7 +23,7 @@ struct StepTransfer
     using Item = opencascade::handle<StepRepr_RepresentationItem>;
 
     /// Makes the entities. Throws std::runtime_error when there is nothing to make them of.
-    explicit StepTransfer(ShapeDocument content);
+    StepTransfer(ShapeDocument content, TellStage const& tell);
     StepTransfer(StepTransfer const&) = delete;
     StepTransfer& operator=(StepTransfer const&) = delete;
 

@@ -17,6 +17,7 @@
 #include "exchange/model/ModelFormat.h"
 #include "exchange/run/ChildProcess.h"
 #include "exchange/run/Heard.h"
+#include "exchange/run/StagePlan.h"
 #include "framework/api/Exception.h"
 #include "framework/api/LengthUnits.h"
 #include "framework/xml_util/XMLStrUtil.h"
@@ -31,7 +32,6 @@ namespace
 using nlohmann::json;
 
 constexpr char kStage_Reading[] = "reading";
-constexpr char kStage_Writing[] = "writing";
 
 // In words, as in "millimeter".
 std::string UnitWord(UnitTypeEnum unit)
@@ -108,10 +108,10 @@ private:
         ModelReadOptions reading;
         reading.withAnnotations = options.withAnnotations;
         reading.unit = options.unit;
-        reading.progress = [&](double fraction) { voice.Progress({kStage_Reading, fraction}); };
+        reading.progress = EachPercent([&](ProgressReport const& report) { voice.Progress(report); });
         ModelDocument const model = ModelDocument::Read(source.File(), format, reading);
-        voice.Progress({kStage_Writing, std::nullopt});
-        ImportReport const report = WriteSceneOf(model, source.Path(), source.Name(), scenePath, options);
+        ImportReport const report =
+            WriteSceneOf(model, source.Path(), source.Name(), scenePath, options, reading.progress);
         return AnswerOf(model.unit, model.isUnitStated, report);
     }
 
@@ -128,7 +128,7 @@ private:
         MeshModel const model = ReadMeshes(source.File(), format, reading);
         for (std::string const& remark : model.remarks)
             voice.Remark(remark);
-        voice.Progress({kStage_Writing, std::nullopt});
+        voice.Progress({"writing", std::nullopt});
         ImportReport const report = WriteSceneOf(model, source.Path(), source.Name(), scenePath, options);
         return AnswerOf(model.unit, model.isUnitStated, report);
     }
@@ -229,8 +229,13 @@ ImportResult ImportOrFailure(std::string const& modelPath, std::string const& sc
 ImportResult ImportModel(std::string const& modelPath, std::string const& scenePath, ImportOptions const& options,
                          Progress const& progress)
 {
-    return Heard(progress,
-                 [&](Progress const& heard) { return ImportOrFailure(modelPath, scenePath, options, heard); });
+    auto const work = [&](Progress const& heard)
+    {
+        Progress const planned =
+            Planned(heard, {{kStage_Reading, 20}, {"transferring", 50}, {"meshing", 25}, {"writing", 5}});
+        return ImportOrFailure(modelPath, scenePath, options, planned);
+    };
+    return Heard(progress, work);
 }
 
 }  // namespace KVR

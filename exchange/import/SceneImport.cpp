@@ -1,6 +1,5 @@
 #include "exchange/import/SceneImport.h"
 
-#include <BRepMesh_IncrementalMesh.hxx>
 #include <BRepTools.hxx>
 #include <BRep_Tool.hxx>
 #include <TopExp.hxx>
@@ -15,10 +14,10 @@
 
 #include "authoring/SceneWriter.h"
 #include "exchange/import/Annotations.h"
+#include "exchange/import/BodyMeshing.h"
 #include "exchange/import/DocumentProperties.h"
 #include "exchange/import/InstanceStyles.h"
 #include "exchange/import/MeshRecord.h"
-#include "exchange/import/ModelBox.h"
 #include "exchange/import/PartPlan.h"
 #include "exchange/import/SavedViews.h"
 #include "exchange/import/SceneLayers.h"
@@ -37,18 +36,16 @@ namespace KVR
 namespace
 {
 
-// The angle between the normals of neighbouring triangles, in radians.
-constexpr double kAngularDeflection = 0.5;
-
 class SceneImporter
 {
 public:
     SceneImporter(ModelDocument const& model, std::string const& modelPath, std::string const& name,
-                  std::string const& scenePath, ImportOptions const& options)
+                  std::string const& scenePath, ImportOptions const& options, TellStage const& tell)
         : m_model(model),
           m_modelPath(modelPath),
           m_name(name),
           m_options(options),
+          m_tell(tell),
           m_plan(model.document),
           m_styles(model.document, scenePath, m_report.losses),
           m_scene(
@@ -64,16 +61,19 @@ public:
     {
         PlanParts();
         if (m_options.withMeshes)
-            MeshParts();
+            m_report.deflection = MeshBodies(m_plan, m_options.quality, m_tell);
         auto const idsOf = [this](TDF_Label const& label) { return IdsOf(label); };
         m_annotations = std::make_unique<Annotations>(m_model, m_plan, idsOf, m_report.losses);
         WriteUniverse();
         WriteFile();
         for (std::size_t i = 0; i < m_plan.components.size(); ++i)
+        {
+            m_tell("writing", static_cast<double>(i) / static_cast<double>(m_plan.components.size()));
             if (m_plan.components[i].isAssembly)
                 WriteAssembly(i);
             else
                 WritePart(i);
+        }
         CountLosses();
         m_scene.Finish();
         return std::move(m_report);
@@ -98,24 +98,6 @@ private:
             if (!m_plan.components[i].isAssembly)
                 m_parts[i] =
                     std::make_unique<PartPlan>(m_plan.components[i], m_model, m_styles, numbers, m_report.losses);
-    }
-
-    // All parts are meshed at one measure, and before any is written: they may share faces.
-    void MeshParts()
-    {
-        double deflection = m_options.deflection.value;
-        if (m_options.deflection.isFraction)
-            deflection *= DiagonalOfModel(m_plan);
-        if (!(deflection > 0.0))
-            return;
-        m_report.deflection = deflection;
-        IMeshTools_Parameters parameters;
-        parameters.Deflection = deflection;
-        parameters.Angle = kAngularDeflection;
-        parameters.InParallel = true;
-        for (ComponentPlan const& component : m_plan.components)
-            if (!component.shape.IsNull())
-                BRepMesh_IncrementalMesh(component.shape, parameters);
     }
 
     // The ids of what a label of the document became: a component, placement, body, face, edge or note, or for a
@@ -354,6 +336,7 @@ private:
     std::string m_modelPath;
     std::string m_name;
     ImportOptions m_options;
+    TellStage const& m_tell;
     ImportReport m_report;
     ProductPlan m_plan;
     StyleTable m_styles;
@@ -366,9 +349,9 @@ private:
 }  // namespace
 
 ImportReport WriteSceneOf(ModelDocument const& model, std::string const& modelPath, std::string const& name,
-                          std::string const& scenePath, ImportOptions const& options)
+                          std::string const& scenePath, ImportOptions const& options, TellStage const& tell)
 {
-    return SceneImporter(model, modelPath, name, scenePath, options).Import();
+    return SceneImporter(model, modelPath, name, scenePath, options, tell).Import();
 }
 
 }  // namespace KVR

@@ -19,8 +19,9 @@ struct ImportReport
 };
 
 /// Writes the scene of a model. The model's file is named in the scene by `modelPath`, if that is not empty, and by
-/// `name`. Throws what the writers of the authoring library throw, and Open CASCADE's exceptions.
+/// `name`. Tells the stages "meshing" and "writing". Throws what the writers of the authoring library throw, and Open
+/// CASCADE's exceptions.
 ImportReport WriteSceneOf(ModelDocument const& model, std::string const& modelPath, std::string const& name,
-                          std::string const& scenePath, ImportOptions const& options);
+                          std::string const& scenePath, ImportOptions const& options, TellStage const& tell);
 
 }  // namespace KVR

@@ -124,7 +124,8 @@ public:
             m_mesh.cornerTexture.clear();
         if (m_mesh.corners.empty())
             for (std::uint32_t i = 0; i < m_mesh.PointCount(); ++i)
-                m_mesh.dots.push_back(i);
+                if (m_isGood[i])
+                    m_mesh.dots.push_back(i);
         return std::move(m_mesh);
     }
 
@@ -188,7 +189,7 @@ private:
             if (!property.isList)
                 continue;
             std::size_t const size = m_header.form == PlyHeader::Form::kText ? 1 : PlyHeader::SizeOf(property.type);
-            if (!(*number >= 0.0) || *number > static_cast<double>(m_numbers.Left() / size))
+            if (!(*number >= 0.0) || *number * static_cast<double>(size) > static_cast<double>(m_numbers.Left()))
                 return false;
             for (double left = *number; left >= 1.0; --left)
             {

@@ -343,7 +343,7 @@ void ReadIges(ModelDocument& model, std::string const& path, Message_ProgressRan
     IGESData_GlobalSection const& global = iges->GlobalSection();
     UnitTypeEnum const unit = UnitOfLength(global.UnitValue() * kMetresPerFactor);
     model.isUnitStated = unit != kUnitType_Unknown;
-    SetDocumentUnit(model, model.isUnitStated ? unit : model.unit);
+    SetDocumentUnit(model, model.isUnitStated ? unit : kUnitType_Millimeter);
     AddHeader(model, "Author", TextOf(global.AuthorName()));
     AddHeader(model, "Organization", TextOf(global.CompanyName()));
     AddHeader(model, "SendingSystem", TextOf(global.SystemId()));

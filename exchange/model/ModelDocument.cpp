@@ -4,9 +4,6 @@
 #include <BRep_Builder.hxx>
 #include <BRep_Tool.hxx>
 #include <BinTools.hxx>
-#include <Message.hxx>
-#include <Message_Messenger.hxx>
-#include <Message_Printer.hxx>
 #include <Poly_Triangulation.hxx>
 #include <RWGltf_CafReader.hxx>
 #include <RWObj_CafReader.hxx>
@@ -21,15 +18,17 @@
 #include "exchange/model/CadReaders.h"
 #include "exchange/model/ModelError.h"
 #include "exchange/model/PlyReader.h"
-#include "exchange/model/ReadingProgress.h"
-#include "exchange/run/KernelFailure.h"
 #include "framework/api/LengthUnits.h"
+#include "framework/kernel/KernelMessages.h"
 
 namespace KVR
 {
 
 namespace
 {
+
+// Open CASCADE makes the shapes of a STEP file in the first part of what it measures.
+constexpr double kDenseOfStep = 0.2;
 
 // A document of one shape.
 void AddShape(ModelDocument& model, TopoDS_Shape const& shape, std::string const& path)
@@ -129,24 +128,21 @@ void ReadObj(ModelDocument& model, std::string const& path, Message_ProgressRang
     ReadMeshModel(model, reader, path, progress);
 }
 
-// Open CASCADE would print what it finds on standard output.
-void SilenceMessages()
-{
-    Message::DefaultMessenger()->ChangePrinters().Clear();
-}
-
 }  // namespace
 
 ModelDocument ModelDocument::Read(std::string const& path, ModelFormat format, ModelReadOptions const& options)
 {
-    SilenceMessages();
+    SilenceKernel();
     XCAFDoc_ShapeTool::SetAutoNaming(false);
     // Files that a model refers to are found beside it only by an absolute path.
     std::string const absolute = std::filesystem::absolute(path).string();
     ModelDocument model;
     model.document = new TDocStd_Document("BinXCAF");
     model.unit = options.unit;
-    Handle(ReadingProgress) const indicator = new ReadingProgress(options.progress);
+    bool const isTransferred = format == ModelFormat::kStep || format == ModelFormat::kIges;
+    Handle(StageProgress) const indicator =
+        new StageProgress(isTransferred ? "transferring" : "reading", options.progress,
+                          format == ModelFormat::kStep ? kDenseOfStep : 1.0);
     Message_ProgressRange const progress = indicator->Start();
     try
     {

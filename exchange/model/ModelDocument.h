@@ -5,7 +5,6 @@
 #include <TDF_LabelMapHasher.hxx>
 #include <TDocStd_Document.hxx>
 #include <array>
-#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -16,6 +15,7 @@
 #include "exchange/model/Losses.h"
 #include "exchange/model/ModelFormat.h"
 #include "exchange/model/StepContent.h"
+#include "exchange/run/StageProgress.h"
 #include "framework/api/Enums.h"
 
 class TopoDS_TShape;
@@ -29,9 +29,8 @@ struct ModelReadOptions
     bool withAnnotations = true;
     /// The unit of a model that states none.
     UnitTypeEnum unit = kUnitType_Millimeter;
-    /// Told, where there is one, each time that another percent has been read, from 0 to 1. BREP and PLY files tell
-    /// nothing.
-    std::function<void(double fraction)> progress;
+    /// Told, where there is one, of "transferring" for STEP and IGES, and for STL, OBJ and glTF of "reading".
+    TellStage progress;
 };
 
 /// A model as it was read: a document of Open CASCADE's with its geometry in the unit that the model states, and what

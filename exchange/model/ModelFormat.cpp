@@ -47,6 +47,24 @@ bool IsBinaryStl(std::string_view head, std::uintmax_t size)
     return size == kStlHeadSize + count * kStlTriangleSize;
 }
 
+// An OBJ file has no head: its first lines are statements, and one of them is a point or names a library.
+bool IsObj(std::string_view head)
+{
+    constexpr std::string_view kStatements[] = {"v", "vn", "vt", "f", "l", "p", "o", "g", "s", "usemtl", "mtllib"};
+    bool isObj = false;
+    // The last line may be cut.
+    for (std::size_t end = head.find('\n'); end != std::string_view::npos; end = head.find('\n'))
+    {
+        std::string_view const word = head.substr(0, std::min(head.find_first_of(" \t\r"), end));
+        if (!word.empty() && word.front() != '#' &&
+            std::find(std::begin(kStatements), std::end(kStatements), word) == std::end(kStatements))
+            return false;
+        isObj = isObj || word == "v" || word == "mtllib";
+        head.remove_prefix(end + 1);
+    }
+    return isObj;
+}
+
 std::optional<ModelFormat> FormatOfContent(std::string_view head, std::uintmax_t size)
 {
     std::string_view text = Trimmed(head);
@@ -66,6 +84,11 @@ std::optional<ModelFormat> FormatOfContent(std::string_view head, std::uintmax_t
         return ModelFormat::kIges;
     if (IsBinaryStl(head, size) || (text.starts_with("solid") && head.find("facet") != std::string_view::npos))
         return ModelFormat::kStl;
+    // Of all formats glTF alone is JSON.
+    if (text.starts_with('{'))
+        return ModelFormat::kGltf;
+    if (IsObj(text))
+        return ModelFormat::kObj;
     return {};
 }
 

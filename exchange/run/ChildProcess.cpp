@@ -6,6 +6,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <Standard_Failure.hxx>
 #include <array>
 #include <cerrno>
 #include <csignal>
@@ -17,7 +18,7 @@
 #include <system_error>
 
 #include "exchange/run/ChildReport.h"
-#include "exchange/run/KernelFailure.h"
+#include "framework/kernel/KernelMessages.h"
 
 namespace KVR
 {
@@ -32,40 +33,6 @@ constexpr int kBetweenQuestions = 200;
 {
     throw std::system_error(errno, std::generic_category(), what);
 }
-
-// A child process, and the end of the pipe on which it tells. What still works ends with the object.
-class Child
-{
-public:
-    Child(pid_t process, int pipe) noexcept : m_process(process), m_pipe(pipe) {}
-    ~Child()
-    {
-        if (m_process > 0)
-        {
-            kill(m_process, SIGKILL);
-            Wait();
-        }
-        close(m_pipe);
-    }
-    Child(Child const&) = delete;
-    Child& operator=(Child const&) = delete;
-
-    int Pipe() const noexcept { return m_pipe; }
-    // The state in which it ended.
-    int Wait()
-    {
-        int status = 0;
-        while (waitpid(m_process, &status, 0) < 0 && errno == EINTR)
-        {
-        }
-        m_process = 0;
-        return status;
-    }
-
-private:
-    pid_t m_process;
-    int m_pipe;
-};
 
 // What the work answers or why it failed, as the last record.
 void Work(std::function<std::string(ChildVoice const&)> const& work, ChildVoice const& voice)
@@ -88,14 +55,27 @@ void Work(std::function<std::string(ChildVoice const&)> const& work, ChildVoice 
     }
 }
 
+// What libraries print, Open CASCADE above all, and what the C library says of a crash, is not for the user.
+void Silence()
+{
+    int const nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
+    if (nowhere < 0)
+        return;
+    dup2(nowhere, STDOUT_FILENO);
+    dup2(nowhere, STDERR_FILENO);
+    close(nowhere);
+}
+
 [[noreturn]] void WorkAndExit(std::function<std::string(ChildVoice const&)> const& work, int pipe, pid_t parent)
 {
-    // Whoever started this ends it, also by ending: signals of the terminal are not for it.
-    for (int const signal : {SIGINT, SIGTERM, SIGHUP})
-        std::signal(signal, SIG_IGN);
+    // Whoever started this ends it, also by ending, which may have come to pass before this process asked for it:
+    // signals of the terminal are not for it.
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     if (getppid() != parent)
         _exit(EXIT_FAILURE);
+    for (int const signal : {SIGINT, SIGTERM, SIGHUP})
+        std::signal(signal, SIG_IGN);
+    Silence();
     // A file that grows beyond a limit is a failed write, not the end.
     std::signal(SIGXFSZ, SIG_IGN);
     Work(work, ChildVoice(pipe));
@@ -168,7 +148,41 @@ std::string ChildResult::EndText() const
     return std::string("(") + (text ? text : "signal " + std::to_string(signal)) + ')';
 }
 
-ChildResult RunInChild(std::function<std::string(ChildVoice const&)> const& work, Progress const& progress)
+// A child process, and the end of the pipe on which it tells. What still works ends with the object.
+class ChildWork::Child
+{
+public:
+    Child(pid_t process, int pipe) noexcept : m_process(process), m_pipe(pipe) {}
+    ~Child()
+    {
+        if (m_process > 0)
+        {
+            kill(m_process, SIGKILL);
+            Wait();
+        }
+        close(m_pipe);
+    }
+    Child(Child const&) = delete;
+    Child& operator=(Child const&) = delete;
+
+    int Pipe() const noexcept { return m_pipe; }
+    // The state in which it ended.
+    int Wait()
+    {
+        int status = 0;
+        while (waitpid(m_process, &status, 0) < 0 && errno == EINTR)
+        {
+        }
+        m_process = 0;
+        return status;
+    }
+
+private:
+    pid_t m_process;
+    int m_pipe;
+};
+
+ChildWork::ChildWork(std::function<std::string(ChildVoice const&)> const& work)
 {
     std::array<int, 2> ends{};
     if (pipe2(ends.data(), O_CLOEXEC) != 0)
@@ -192,13 +206,22 @@ ChildResult RunInChild(std::function<std::string(ChildVoice const&)> const& work
         errno = error;
         Fail("a child process");
     }
-    Child child(process, ends[0]);
+    m_child = std::make_unique<Child>(process, ends[0]);
+}
+
+ChildWork::~ChildWork() = default;
+ChildWork::ChildWork(ChildWork&&) noexcept = default;
+ChildWork& ChildWork::operator=(ChildWork&&) noexcept = default;
+
+ChildResult ChildWork::Finish(Progress const& progress)
+{
+    std::unique_ptr<Child> const child = std::move(m_child);
     ChildReport report;
     ChildResult result;
-    result.isCancelled = !Listen(child.Pipe(), report, progress);
+    result.isCancelled = !Listen(child->Pipe(), report, progress);
     if (result.isCancelled)
         return result;
-    int const status = child.Wait();
+    int const status = child->Wait();
     result.signal = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
     if (!report.IsWhole())
         return result;
@@ -206,6 +229,11 @@ ChildResult RunInChild(std::function<std::string(ChildVoice const&)> const& work
     result.remarks = report.Remarks();
     result.failure = report.Failure();
     return result;
+}
+
+ChildResult RunInChild(std::function<std::string(ChildVoice const&)> const& work, Progress const& progress)
+{
+    return ChildWork(work).Finish(progress);
 }
 
 }  // namespace KVR

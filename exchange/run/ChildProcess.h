@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -44,6 +45,24 @@ struct ChildResult
 
     /// How a process ended that told of no failure, in brackets: "(Segmentation fault)", "(early)".
     std::string EndText() const;
+};
+
+/// Work that a child process does meanwhile, see RunInChild. It ends with the object.
+class ChildWork
+{
+public:
+    /// Throws std::system_error when there can be no child.
+    explicit ChildWork(std::function<std::string(ChildVoice const&)> const& work);
+    ~ChildWork();
+    ChildWork(ChildWork&&) noexcept;
+    ChildWork& operator=(ChildWork&&) noexcept;
+
+    /// Waits for its end, which may be called once. Throws what the callback throws; the child is gone then.
+    ChildResult Finish(Progress const& progress);
+
+private:
+    class Child;
+    std::unique_ptr<Child> m_child;
 };
 
 /// Does work in a child process, where it may crash: what it answers, remarks and throws comes back. The process ends

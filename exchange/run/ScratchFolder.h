@@ -6,11 +6,13 @@
 namespace KVR
 {
 
-/// A new folder, which goes with all that is in it when the object does.
+/// A new folder, inside one of its own, which goes with all that is in it when the object does. While the object lives,
+/// in this process and in those that it forks, a file beside it is locked: by that the next such folder knows what a
+/// process that was killed has left behind, and removes it.
 class ScratchFolder
 {
 public:
-    /// In a folder, with a name that begins so. Throws std::system_error.
+    /// In a folder, under a name that begins so, which is to be the program's alone. Throws std::system_error.
     ScratchFolder(std::filesystem::path const& folder, std::string const& name);
     ~ScratchFolder();
     ScratchFolder(ScratchFolder const&) = delete;
@@ -19,7 +21,13 @@ public:
     std::filesystem::path const& Path() const noexcept { return m_path; }
 
 private:
+    void Remove() const;
+
+    /// The folder that has the lock beside the one to put things into.
+    std::filesystem::path m_outer;
     std::filesystem::path m_path;
+    /// The locked file; -1 where there are no locks.
+    int m_lock;
 };
 
 }  // namespace KVR

@@ -7,6 +7,7 @@
 #include <TopoDS_Edge.hxx>
 #include <utility>
 
+#include "framework/kernel/KernelMessages.h"
 #include "framework/kernel/entity.h"
 #include "framework/kernel/global_data.h"
 #include "framework/kernel/history_stream.h"
@@ -75,7 +76,7 @@ outcome GKI_MAKE_CURVE::from_edge(EDGE* edge, bool sharesGeometry, curve*& made)
     }
     catch (Standard_Failure const& failure)
     {
-        return {outcome::kBadGeometry, failure.GetMessageString()};
+        return {outcome::kBadGeometry, KernelFailureText(failure)};
     }
 }
 

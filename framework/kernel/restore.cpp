@@ -7,6 +7,7 @@
 #include <memory>
 #include <ostream>
 
+#include "framework/kernel/KernelMessages.h"
 #include "framework/kernel/entity.h"
 #include "framework/kernel/entity_list.h"
 #include "framework/kernel/global_data.h"
@@ -225,7 +226,7 @@ outcome GKI_SAVE::execute_save(ENTITY_LIST const& entities)
     }
     catch (Standard_Failure const& failure)
     {
-        return {outcome::kBadGeometry, failure.GetMessageString()};
+        return {outcome::kBadGeometry, KernelFailureText(failure)};
     }
     catch (std::ios_base::failure const&)
     {

@@ -69,7 +69,7 @@ void WriteDump(IProducer& producer, SceneReading const& reading, DumpOptions con
         ids.push_back(*reading.rootId);
     for (std::string const& id : options.ids)
         ids.emplace_back(id.c_str());
-    WriteSceneDump(json, producer, ids, {options.extensionTypeIds, options.summary});
+    WriteSceneDump(json, producer, ids, {options.extensionTypeIds, options.summary, options.mass});
     json.EndObject();
     json.EndDocument();
 }

@@ -4,12 +4,15 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <Message.hxx>
+#include <Standard_OutOfRange.hxx>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <iostream>
 #include <stdexcept>
+#include <tuple>
 
 #include "exchange/run/Heard.h"
 
@@ -125,6 +128,31 @@ TEST(RunInChild, WhatTheCallerPrintedIsPrintedOnce)
         {});
     std::cout.flush();
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "printed once");
+}
+
+TEST(RunInChild, WhatTheWorkPrintsIsNotHeard)
+{
+    testing::internal::CaptureStdout();
+    testing::internal::CaptureStderr();
+    RunInChild(
+        [](ChildVoice const&)
+        {
+            std::cout << "on a stream" << std::endl;
+            std::cerr << "on another" << std::endl;
+            Message::SendFail("by the messenger");
+            std::ignore = write(STDERR_FILENO, "by hand", 7);
+            return std::string();
+        },
+        {});
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST(RunInChild, AFailureOfOpenCascadeIsASentenceOfItsKind)
+{
+    ChildResult const result =
+        RunInChild([](ChildVoice const&) -> std::string { throw Standard_OutOfRange("gp_Vec() - index 7"); }, {});
+    EXPECT_EQ(result.failure, "Open CASCADE failed: it has a number that is out of its range");
 }
 
 TEST(RunInChild, EndsWithItsCaller)

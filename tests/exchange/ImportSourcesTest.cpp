@@ -148,6 +148,24 @@ TEST(ImportSources, StandardInputIsToldByItsContent)
     EXPECT_THAT(run.error, HasSubstr("it is empty"));
 }
 
+TEST(ImportSources, FormatsOfTextAreToldByTheirFirstLines)
+{
+    TempFolder const folder;
+    auto const formatOf = [&](char const* bytes)
+    {
+        folder.Write("model", bytes);
+        return FormatOfModel(folder.NarrowPathOf("model"));
+    };
+    EXPECT_EQ(formatOf("# made\r\nmtllib a.mtl\r\n\r\nv 1 2 3\r\nvn 0"), ModelFormat::kObj);
+    EXPECT_EQ(formatOf("v 1 2 3\nbe it so\n"), std::nullopt);
+    EXPECT_EQ(formatOf("# nothing\n"), std::nullopt);
+    EXPECT_EQ(formatOf(" {\"asset\":{}}"), ModelFormat::kGltf);
+    EXPECT_EQ(formatOf("solid a\nfacet normal"), ModelFormat::kStl);
+    EXPECT_EQ(formatOf("ply\r\n"), ModelFormat::kPly);
+    EXPECT_EQ(formatOf("\nCASCADE Topology V3"), ModelFormat::kBrep);
+    EXPECT_EQ(formatOf("\nOpen CASCADE Topology V4"), ModelFormat::kBrep);
+}
+
 TEST(ImportSources, BothFormsOfBrepAreToldApartAndTheirPrefixesEndAsSentences)
 {
     TopoDS_Edge const edge = BRepBuilderAPI_MakeEdge(gp_Pnt(0, 0, 0), gp_Pnt(1, 2, 3));

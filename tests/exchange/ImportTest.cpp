@@ -68,7 +68,7 @@ public:
     json const& Objects()
     {
         if (m_objects.empty())
-            m_objects = json::parse(RunTool({"dump", "--summary", Path()}).out).at("Objects");
+            m_objects = json::parse(RunTool({"dump", "--summary", "--mass", Path()}).out).at("Objects");
         return m_objects;
     }
     std::vector<json> OfClass(std::string const& name)

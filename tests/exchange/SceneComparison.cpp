@@ -29,7 +29,7 @@ public:
     explicit Scene(std::string const& path)
     {
         ToolRun const run =
-            RunTool({"dump", "--summary", "--extension", "kvr.body", "--extension", "kvr.annotation.kind",
+            RunTool({"dump", "--summary", "--mass", "--extension", "kvr.body", "--extension", "kvr.annotation.kind",
                      "--extension", "kvr.annotation.references", "--extension", "kvr.annotation.details", path});
         if (run.status != 0)
             throw std::runtime_error(path + ": " + run.error);

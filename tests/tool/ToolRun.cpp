@@ -52,7 +52,7 @@ pid_t Start(std::vector<std::string> words, int out, int error, rlim_t mostBytes
         ::setrlimit(RLIMIT_FSIZE, &limit);
     }
     // Whoever runs the tests in the background may have them ignored.
-    for (int const signal : {SIGINT, SIGTERM, SIGHUP})
+    for (int const signal : {SIGINT, SIGTERM, SIGHUP, SIGPIPE})
         std::signal(signal, SIG_DFL);
     ::dup2(out, STDOUT_FILENO);
     ::dup2(error, STDERR_FILENO);

@@ -1,0 +1,103 @@
+#pragma once
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include "exchange/certify/ModelFacts.h"
+
+/// How the rows of a certificate compare.
+namespace KVR::CertificateNumbers
+{
+
+// How far numbers may be apart.
+inline constexpr double kTolerance = 1e-6;
+// The same for those of single occurrences, colours and meshes, which single precision holds.
+inline constexpr double kFineTolerance = 2e-5;
+// Between the area of a body and that of its mesh.
+inline constexpr double kMeshTolerance = 0.03;
+// Of directions, and of angles between normals.
+inline constexpr double kAngleTolerance = 1e-4;
+inline constexpr std::size_t kMostDifferences = 1000;
+
+using Entry = ModelFacts::Entry;
+using Table = ModelFacts::Table;
+
+inline double Relative(double a, double b)
+{
+    double const most = std::max(std::abs(a), std::abs(b));
+    return most > 0.0 ? std::abs(a - b) / most : 0.0;
+}
+
+inline double OfCounts(Entry const& a, Entry const& b)
+{
+    return Relative(a.count, b.count);
+}
+
+inline double OfPresence(Entry const& /*a*/, Entry const& /*b*/)
+{
+    return 0.0;
+}
+
+inline double OfNumbers(Entry const& a, Entry const& b)
+{
+    double most = a.numbers.size() == b.numbers.size() ? 0.0 : 1.0;
+    for (std::size_t i = 0; i < std::min(a.numbers.size(), b.numbers.size()); ++i)
+        most = std::max(most, Relative(a.numbers[i], b.numbers[i]));
+    return most;
+}
+
+inline std::string Shown(Entry const& entry)
+{
+    return entry.numbers.empty() ? fmt::format("{:.9g}", entry.count)
+                                 : fmt::format("{:.6g}", fmt::join(entry.numbers, " "));
+}
+
+// Colours that are one step of 255 apart are the same: what rounds, rounds either way.
+inline bool AreNear(std::string const& a, std::string const& b)
+{
+    if (a.size() != 9 || b.size() != 9 || a[0] != '#' || b[0] != '#')
+        return false;
+    for (std::size_t i = 1; i < 9; i += 2)
+        if (std::abs(std::stoi(a.substr(i, 2), nullptr, 16) - std::stoi(b.substr(i, 2), nullptr, 16)) > 1)
+            return false;
+    return true;
+}
+
+inline Table WithColorsOf(Table const& first, Table const& table)
+{
+    Table named;
+    for (auto const& [color, entry] : table)
+    {
+        std::string name = color;
+        if (first.count(name) == 0)
+            for (auto const& known : first)
+                if (AreNear(known.first, color))
+                    name = known.first;
+        Entry& target = named[name];
+        target.count += entry.count;
+        target.numbers.resize(entry.numbers.size(), 0.0);
+        for (std::size_t i = 0; i < entry.numbers.size(); ++i)
+            target.numbers[i] += entry.numbers[i];
+    }
+    return named;
+}
+
+inline std::vector<double> List(FactPoint const& a)
+{
+    return {a.begin(), a.end()};
+}
+
+inline std::vector<double> BoxOf(Bulk const& bulk)
+{
+    if (!bulk.HasBox())
+        return std::vector<double>(6, 0.0);
+    return {bulk.low[0], bulk.low[1], bulk.low[2], bulk.high[0], bulk.high[1], bulk.high[2]};
+}
+
+}  // namespace KVR::CertificateNumbers

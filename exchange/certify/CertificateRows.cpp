@@ -1,0 +1,314 @@
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "exchange/certify/Certificate.h"
+#include "exchange/certify/CertificateNumbers.h"
+
+namespace KVR
+{
+
+using namespace CertificateNumbers;
+
+void Certificate::AddStructure()
+{
+    auto const components = [this](std::size_t stage, bool areParts) -> std::optional<std::vector<double>>
+    {
+        if (!m_folded[stage].hasStructure)
+            return {};
+        std::set<std::string> all;
+        for (auto const& known : m_folded[stage].nodes)
+            if (known.second.isPart == areParts)
+                all.insert(known.second.components.begin(), known.second.components.end());
+        return std::vector<double>{static_cast<double>(all.size())};
+    };
+    bool const isAllShown = std::none_of(m_folded.front().nodes.begin(), m_folded.front().nodes.end(),
+                                         [](auto const& known) { return known.second.isHidden; });
+    auto const counts = [this, isAllShown](std::size_t stage) { return isAllShown || HasPlaceForHidden(stage); };
+    AddTotal(
+        "assemblies", [&](std::size_t s) { return counts(s) ? components(s, false) : std::nullopt; }, false);
+    AddTotal(
+        "parts", [&](std::size_t s) { return counts(s) ? components(s, true) : std::nullopt; }, false);
+    auto const structured = [this](std::size_t stage, auto const& ask) -> std::optional<Table>
+    {
+        Table table;
+        if (!m_folded[stage].hasStructure)
+            return {};
+        for (auto const& [path, node] : m_folded[stage].nodes)
+        {
+            auto const first = m_folded.front().nodes.find(path);
+            if (HasPlaceForHidden(stage) || first == m_folded.front().nodes.end() || !first->second.isHidden)
+                ask(table, path, node);
+        }
+        return table;
+    };
+    AddTable(
+        "occurrences",
+        [&](std::size_t stage)
+        {
+            return structured(stage, [](Table& table, std::string const& path, Node const& node)
+                              { table[path].count += static_cast<double>(node.count); });
+        },
+        OfCounts, 0.0, false);
+    AddTable(
+        "names",
+        [&](std::size_t stage)
+        {
+            return structured(stage,
+                              [](Table& table, std::string const&, Node const& node)
+                              {
+                                  for (std::string const& name : node.names)
+                                      if (!name.empty())
+                                          table[name].count = 1.0;
+                              });
+        },
+        OfPresence, 0.0);
+    AddTable(
+        "part numbers",
+        [&](std::size_t stage) -> std::optional<Table>
+        {
+            if (m_stages[stage].facts.tables.count(kTable_Properties) == 0)
+                return {};
+            return structured(stage,
+                              [](Table& table, std::string const&, Node const& node)
+                              {
+                                  for (std::string const& number : node.numbers)
+                                      table[number].count = 1.0;
+                              });
+        },
+        OfPresence, 0.0);
+}
+
+void Certificate::AddOrganisation()
+{
+    AddTableOf(kTable_Units, OfPresence, 0.0);
+    AddTableOf(kTable_Layers, OfCounts, 0.0);
+    AddTable(
+        kTable_Hidden,
+        [this](std::size_t stage) -> std::optional<Table>
+        {
+            if (!HasPlaceForHidden(stage))
+                return {};
+            return m_folded[stage].ByPath(m_stages[stage].facts, kTable_Hidden);
+        },
+        OfCounts, 0.0);
+    double const diagonal = m_diagonal;
+    AddTableOf(
+        kTable_Views,
+        [diagonal](Entry const& a, Entry const& b)
+        {
+            double most = a.count == b.count ? 0.0 : 1.0;
+            for (std::size_t i = 0; i < std::min(a.numbers.size(), b.numbers.size()); ++i)
+                most =
+                    std::max(most, std::abs(a.numbers[i] - b.numbers[i]) / (i < 3 && diagonal > 0.0 ? diagonal : 1.0));
+            return most;
+        },
+        kAngleTolerance);
+    AddTableOf(kTable_ViewMembers, OfPresence, 0.0);
+    AddTableOf(kTable_Notes, OfCounts, 0.0);
+    AddTableOf(kTable_NoteValues, OfCounts, 0.0);
+    AddTableOf(kTable_Properties, OfPresence, 0.0, true);
+    AddTableOf(kTable_Colors, OfNumbers, kFineTolerance);
+    AddTableOf(kTable_LineColors, OfNumbers, kFineTolerance);
+    AddTableOf(kTable_DrawnColors, OfNumbers, kFineTolerance);
+}
+
+void Certificate::AddBulk(bool isOfMeshes)
+{
+    auto const has = [this, isOfMeshes](std::size_t stage)
+    { return isOfMeshes ? m_stages[stage].facts.hasMesh : m_stages[stage].facts.hasBodies; };
+    Bulk Node::*const member = isOfMeshes ? &Node::mesh : &Node::bodies;
+    auto const total = [this, has, member](std::size_t stage) -> std::optional<Bulk>
+    {
+        if (!has(stage))
+            return {};
+        Bulk all;
+        for (auto const& known : m_folded[stage].nodes)
+            all.Add(known.second.*member);
+        return all;
+    };
+    auto const named = [isOfMeshes](char const* name) { return isOfMeshes ? std::string("mesh ") + name : name; };
+    auto const number = [&](char const* name, double Bulk::*value)
+    {
+        AddTotal(
+            named(name).c_str(),
+            [&](std::size_t stage)
+            {
+                auto const all = total(stage);
+                return all ? std::optional(std::vector<double>{(*all).*value}) : std::nullopt;
+            },
+            false);
+    };
+    number("volume", &Bulk::volume);
+    number("absolute volume", &Bulk::absoluteVolume);
+    number("area", &Bulk::area);
+    if (!isOfMeshes)
+        number("line length", &Bulk::length);
+    AddTotal(
+        named("centroid").c_str(),
+        [&](std::size_t stage)
+        {
+            auto const all = total(stage);
+            return all ? std::optional(List(all->Centre())) : std::nullopt;
+        },
+        true);
+    AddTotal(
+        named("box").c_str(),
+        [&](std::size_t stage)
+        {
+            auto const all = total(stage);
+            return all && all->HasBox() ? std::optional(BoxOf(*all)) : std::nullopt;
+        },
+        true);
+    double const diagonal = m_diagonal;
+    AddTable(
+        named("by path").c_str(),
+        [&](std::size_t stage) -> std::optional<Table>
+        {
+            if (!has(stage) || !m_folded[stage].hasStructure)
+                return {};
+            return ByPath(stage,
+                          [member](Node const& node)
+                          {
+                              Bulk const& bulk = node.*member;
+                              std::vector<double> numbers{bulk.absoluteVolume, bulk.area, bulk.length};
+                              for (std::vector<double> const& more : {List(bulk.Centre()), BoxOf(bulk)})
+                                  numbers.insert(numbers.end(), more.begin(), more.end());
+                              return numbers;
+                          });
+        },
+        [diagonal](Entry const& a, Entry const& b)
+        {
+            double most = 0.0;
+            // Of what is next to nothing, the last digits are anything.
+            double const least[] = {1e-9 * diagonal * diagonal * diagonal, 1e-9 * diagonal * diagonal, 1e-9 * diagonal};
+            for (std::size_t i = 0; i < 3; ++i)
+                if (std::max(std::abs(a.numbers[i]), std::abs(b.numbers[i])) > least[i])
+                    most = std::max(most, Relative(a.numbers[i], b.numbers[i]));
+            for (std::size_t i = 3; i < a.numbers.size(); ++i)
+                most = std::max(most, diagonal > 0.0 ? std::abs(a.numbers[i] - b.numbers[i]) / diagonal : 0.0);
+            return most;
+        },
+        kFineTolerance);
+}
+
+void Certificate::AddShapes()
+{
+    auto const count = [this](char const* name, unsigned long long Node::*member, bool ModelFacts::*has)
+    {
+        AddTotal(
+            name,
+            [&](std::size_t stage) -> std::optional<std::vector<double>>
+            {
+                if (!(m_stages[stage].facts.*has))
+                    return {};
+                double sum = 0.0;
+                for (auto const& known : m_folded[stage].nodes)
+                    sum += static_cast<double>(known.second.*member);
+                return std::vector<double>{sum};
+            },
+            false);
+    };
+    count("solids", &Node::solids, &ModelFacts::hasBodies);
+    count("faces", &Node::faces, &ModelFacts::hasBodies);
+    AddBulk(false);
+    count("triangles", &Node::triangles, &ModelFacts::hasMesh);
+}
+
+void Certificate::AddMeshes()
+{
+    AddBulk(true);
+    AddTable(
+        kTable_Normals,
+        [this](std::size_t stage) -> std::optional<Table>
+        {
+            if (m_stages[stage].facts.tables.count(kTable_Normals) == 0)
+                return {};
+            Table table = m_folded[stage].ByPath(m_stages[stage].facts, kTable_Normals);
+            // The mean angle in degrees, over the area.
+            for (auto& [path, entry] : table)
+            {
+                auto const node = m_folded[stage].nodes.find(path);
+                double const area = node == m_folded[stage].nodes.end() ? 0.0 : node->second.mesh.area;
+                entry = {1.0, {area > 0.0 && !entry.numbers.empty() ? entry.numbers[0] / area : 0.0}};
+            }
+            return table;
+        },
+        [](Entry const& a, Entry const& b) { return std::abs(a.numbers.at(0) - b.numbers.at(0)) / 180.0; },
+        kAngleTolerance);
+    if (m_stages.front().facts.hasBodies && !m_stages.front().facts.hasMesh)
+        AddBodiesInMeshes();
+}
+
+void Certificate::AddBodiesInMeshes()
+{
+    auto const measured = [this](std::size_t stage, double Bulk::*member) -> std::optional<std::vector<double>>
+    {
+        // What is hidden has no triangles.
+        auto const hidden = m_stages.front().facts.tables.find(kTable_Hidden);
+        if (hidden == m_stages.front().facts.tables.end() || !hidden->second.empty() ||
+            (stage > 0 && !m_stages[stage].facts.hasMesh))
+            return {};
+        double sum = 0.0;
+        for (auto const& known : m_folded[stage].nodes)
+            sum += (stage == 0 ? known.second.bodies : known.second.mesh).*member;
+        return std::vector<double>{sum};
+    };
+    AddTotal(
+        "area of all bodies in meshes", [&](std::size_t stage) { return measured(stage, &Bulk::area); }, false,
+        kMeshTolerance);
+    AddTable(
+        "area of bodies in meshes",
+        [this](std::size_t stage) -> std::optional<Table>
+        {
+            if ((stage > 0 && !m_stages[stage].facts.hasMesh) || !m_folded[stage].hasStructure)
+                return {};
+            Table const hidden = m_folded.front().ByPath(m_stages.front().facts, kTable_Hidden);
+            Table table;
+            for (auto const& [path, node] : m_folded[stage].nodes)
+                if (double const area = stage == 0 ? node.bodies.area : node.mesh.area;
+                    area > 0.0 && hidden.count(path) == 0)
+                    table[path] = {1.0, {area}};
+            return table;
+        },
+        OfNumbers, kMeshTolerance);
+    AddTable(
+        "colours of bodies in meshes",
+        [this](std::size_t stage) -> std::optional<Table>
+        {
+            auto const& tables = m_stages[stage].facts.tables;
+            auto const found = tables.find(stage == 0 ? kTable_Colors : kTable_DrawnColors);
+            // Which faces are hidden a table of colours does not tell.
+            auto const hidden = m_stages.front().facts.tables.find(kTable_Hidden);
+            if (found == tables.end() || hidden == m_stages.front().facts.tables.end() || !hidden->second.empty())
+                return {};
+            return found->second;
+        },
+        OfNumbers, kMeshTolerance);
+}
+
+void Certificate::AddAbsences()
+{
+    for (std::size_t stage = 1; stage < m_stages.size(); ++stage)
+    {
+        std::string all;
+        for (auto const& [name, table] : m_stages.front().facts.tables)
+        {
+            double count = 0.0;
+            for (auto const& known : table)
+                count += known.second.count;
+            // A format has its unit, and triangles have the colours of their faces.
+            if (name == kTable_Units || (name == kTable_Colors && m_stages[stage].facts.hasMesh))
+                continue;
+            if (count > 0.0 && m_stages[stage].facts.tables.count(name) == 0)
+                all += fmt::format("{}{:.9g} {}", all.empty() ? "" : ", ", count, name);
+        }
+        if (m_stages.front().facts.hasBodies && !m_stages[stage].facts.hasBodies)
+            all += all.empty() ? "bodies" : ", bodies";
+        if (!all.empty())
+            m_absences.push_back("not in " + m_stages[stage].name + ": " + all);
+    }
+}
+
+}  // namespace KVR
