@@ -45,7 +45,8 @@ void WriteShapes(ExportTask& task, bool hasTriangles, Writer write)
 
 void ExportStep(ExportTask& task)
 {
-    WriteShapes(task, true, [&](ShapeDocument document, Output& out) { WriteStepFile(std::move(document), out, task.tell); });
+    WriteShapes(task, true,
+                [&](ShapeDocument document, Output& out) { WriteStepFile(std::move(document), out, task.tell); });
 }
 
 void ExportBrep(ExportTask& task)
