@@ -99,7 +99,7 @@ private:
         {
             std::size_t const end = BehindText(m_text, m_place);
             value.kind = Part21Value::Kind::kText;
-            value.text = Part21Text(std::string_view(m_text).substr(m_place + 1, end - m_place - 2));
+            value.text = MeaningOfPart21Text(std::string_view(m_text).substr(m_place + 1, end - m_place - 2));
             m_place = end;
         }
         else if (sign == '(')

@@ -63,7 +63,7 @@ std::size_t AppendCodes(std::string& text, std::string_view bytes, std::size_t p
 
 }  // namespace
 
-std::string Part21Text(std::string_view bytes)
+std::string MeaningOfPart21Text(std::string_view bytes)
 {
     bool const isUtf8 = Unicode::Utf8FromUtf16(Unicode::Utf16FromUtf8(bytes)) == bytes;
     std::string text;
