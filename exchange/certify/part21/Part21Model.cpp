@@ -66,9 +66,9 @@ public:
     ValueReader(std::string const& text, std::size_t place) : m_text(text), m_place(place) {}
 
     // From "(" on.
-    std::vector<Part21Value> ReadList(int depth)
+    std::vector<Part21Argument> ReadList(int depth)
     {
-        std::vector<Part21Value> list;
+        std::vector<Part21Argument> list;
         ++m_place;
         while (Sign() != ')' && Sign() != '\0' && depth < kDeepestList)
         {
@@ -91,37 +91,37 @@ private:
         return m_place < m_text.size() ? m_text[m_place] : '\0';
     }
 
-    Part21Value ReadValue(int depth)
+    Part21Argument ReadValue(int depth)
     {
-        Part21Value value;
+        Part21Argument value;
         char const sign = Sign();
         if (sign == '\'')
         {
             std::size_t const end = BehindText(m_text, m_place);
-            value.kind = Part21Value::Kind::kText;
+            value.kind = Part21Argument::Kind::kText;
             value.text = MeaningOfPart21Text(std::string_view(m_text).substr(m_place + 1, end - m_place - 2));
             m_place = end;
         }
         else if (sign == '(')
         {
-            value.kind = Part21Value::Kind::kList;
+            value.kind = Part21Argument::Kind::kList;
             value.list = ReadList(depth + 1);
         }
         else if (sign == '#')
         {
-            value.kind = Part21Value::Kind::kReference;
+            value.kind = Part21Argument::Kind::kReference;
             Take(value.reference, m_place + 1);
         }
         else if (sign == '.' && m_place + 1 < m_text.size() && IsNameSign(m_text[m_place + 1]))
         {
             std::size_t const end = std::min(m_text.find('.', m_place + 1), m_text.size() - 1);
-            value.kind = Part21Value::Kind::kEnumeration;
+            value.kind = Part21Argument::Kind::kEnumeration;
             value.text = m_text.substr(m_place + 1, end - m_place - 1);
             m_place = end + 1;
         }
         else if ((sign >= '0' && sign <= '9') || sign == '-' || sign == '+' || sign == '.')
         {
-            value.kind = Part21Value::Kind::kNumber;
+            value.kind = Part21Argument::Kind::kNumber;
             Take(value.number, m_place + (sign == '+' ? 1 : 0));
         }
         else if (sign == '"')
@@ -133,12 +133,12 @@ private:
         return value;
     }
 
-    void ReadTyped(Part21Value& value, int depth)
+    void ReadTyped(Part21Argument& value, int depth)
     {
         std::size_t const begin = m_place;
         while (m_place < m_text.size() && IsNameSign(m_text[m_place]))
             ++m_place;
-        value.kind = Part21Value::Kind::kTyped;
+        value.kind = Part21Argument::Kind::kTyped;
         value.text = m_text.substr(begin, m_place - begin);
         if (Sign() == '(')
             value.list = ReadList(depth + 1);
@@ -158,17 +158,17 @@ private:
 
 }  // namespace
 
-double Part21Value::Number() const
+double Part21Argument::Number() const
 {
     return kind == Kind::kTyped && list.size() == 1 ? list.front().Number() : number;
 }
 
-std::vector<unsigned long long> Part21Value::References() const
+std::vector<unsigned long long> Part21Argument::References() const
 {
     if (kind == Kind::kReference)
         return {reference};
     std::vector<unsigned long long> all;
-    for (Part21Value const& value : list)
+    for (Part21Argument const& value : list)
         for (unsigned long long const id : value.References())
             all.push_back(id);
     return all;
@@ -239,7 +239,7 @@ std::vector<std::string_view> Part21Model::TypesOf(Id id) const
     return types;
 }
 
-std::vector<Part21Value> Part21Model::Parameters(Id id, std::string_view type) const
+std::vector<Part21Argument> Part21Model::Parameters(Id id, std::string_view type) const
 {
     auto const found = m_entities.find(id);
     if (found == m_entities.end())
@@ -250,10 +250,10 @@ std::vector<Part21Value> Part21Model::Parameters(Id id, std::string_view type) c
     return {};
 }
 
-Part21Value Part21Model::Parameter(Id id, std::size_t place, std::string_view type) const
+Part21Argument Part21Model::Parameter(Id id, std::size_t place, std::string_view type) const
 {
-    std::vector<Part21Value> values = Parameters(id, type);
-    return place < values.size() ? std::move(values[place]) : Part21Value();
+    std::vector<Part21Argument> values = Parameters(id, type);
+    return place < values.size() ? std::move(values[place]) : Part21Argument();
 }
 
 void Part21Model::ReadEntity()

@@ -10,7 +10,7 @@ namespace KVR
 {
 
 /// A parameter of an entity in a Part 21 file.
-struct Part21Value
+struct Part21Argument
 {
     enum class Kind : unsigned char
     {
@@ -31,7 +31,7 @@ struct Part21Value
     double number = 0.0;
     /// UTF-8.
     std::string text;
-    std::vector<Part21Value> list;
+    std::vector<Part21Argument> list;
 
     /// Its number, or that of the only parameter of a typed one.
     double Number() const;
@@ -61,9 +61,9 @@ public:
     /// The types of an entity; none for an unknown one.
     std::vector<std::string_view> TypesOf(Id id) const;
     /// The parameters of that part of an entity, or of its first for an empty type; none when it has no such part.
-    std::vector<Part21Value> Parameters(Id id, std::string_view type = {}) const;
+    std::vector<Part21Argument> Parameters(Id id, std::string_view type = {}) const;
     /// One of them; nothing for a place behind the last.
-    Part21Value Parameter(Id id, std::size_t place, std::string_view type = {}) const;
+    Part21Argument Parameter(Id id, std::size_t place, std::string_view type = {}) const;
 
 private:
     struct Record

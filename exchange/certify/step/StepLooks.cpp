@@ -119,7 +119,7 @@ void StepLooks::ReadStyle(Id style, Look& look, int level) const
         Take(look.line, ColorOf(parameters[3].reference, 1.0, 0));
     else if (types.front() == "SURFACE_STYLE_FILL_AREA" || types.front() == "SURFACE_STYLE_RENDERING")
     {
-        for (Part21Value const& value : parameters)
+        for (Part21Argument const& value : parameters)
             for (Id const below : value.References())
                 Take(look.surface, ColorOf(below, 1.0, 0));
     }
@@ -135,7 +135,7 @@ void StepLooks::ReadStyle(Id style, Look& look, int level) const
     }
     else if (types.front() == "PRESENTATION_STYLE_ASSIGNMENT" || types.front() == "PRESENTATION_STYLE_BY_CONTEXT" ||
              types.front() == "SURFACE_STYLE_USAGE" || types.front() == "SURFACE_SIDE_STYLE")
-        for (Part21Value const& value : parameters)
+        for (Part21Argument const& value : parameters)
             for (Id const below : value.References())
                 ReadStyle(below, look, level + 1);
 }
@@ -151,12 +151,12 @@ std::optional<std::string> StepLooks::ColorOf(Id id, double alpha, int level) co
     if (m_model.Is(id, "DRAUGHTING_PRE_DEFINED_COLOUR") || m_model.Is(id, "PRE_DEFINED_COLOUR"))
     {
         for (std::string_view const type : types)
-            for (Part21Value const& value : m_model.Parameters(id, type))
+            for (Part21Argument const& value : m_model.Parameters(id, type))
                 if (auto const color = NamedColor(value.text))
                     return ColorText((*color)[0], (*color)[1], (*color)[2], alpha);
         return {};
     }
-    for (Part21Value const& value : parameters)
+    for (Part21Argument const& value : parameters)
         for (Id const below : value.References())
             if (auto color = ColorOf(below, alpha, level + 1))
                 return color;

@@ -126,7 +126,7 @@ private:
         bool const isPart = m_model.Is(measure, "MEASURE_WITH_UNIT");
         auto const parameters = m_model.Parameters(measure, isPart ? "MEASURE_WITH_UNIT" : "");
         for (std::size_t i = 0; i + 1 < parameters.size(); ++i)
-            if (parameters[i].kind == Part21Value::Kind::kTyped || parameters[i].kind == Part21Value::Kind::kNumber)
+            if (parameters[i].kind == Part21Argument::Kind::kTyped || parameters[i].kind == Part21Argument::Kind::kNumber)
             {
                 Id const unit = parameters[i + 1].reference;
                 double const length = StepMillimetresOfUnit(m_model, unit);
@@ -252,7 +252,7 @@ private:
         bool const isPart = m_model.Is(item, "MEASURE_WITH_UNIT");
         auto const parameters = m_model.Parameters(item, isPart ? "MEASURE_WITH_UNIT" : "");
         for (std::size_t i = 0; i < parameters.size(); ++i)
-            if (parameters[i].kind == Part21Value::Kind::kTyped || parameters[i].kind == Part21Value::Kind::kNumber)
+            if (parameters[i].kind == Part21Argument::Kind::kTyped || parameters[i].kind == Part21Argument::Kind::kNumber)
                 return NumberText(InUnit(parameters[i].Number(),
                                          i + 1 < parameters.size() ? parameters[i + 1].reference : 0));
         return {};

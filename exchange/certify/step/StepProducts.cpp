@@ -259,7 +259,7 @@ double StepProducts::MillimetresOf(Id representation) const
 FactPoint StepProducts::PointOf(Id point, double factor) const
 {
     FactPoint coordinates{};
-    Part21Value const list = m_model.Parameter(point, 1);
+    Part21Argument const list = m_model.Parameter(point, 1);
     for (std::size_t i = 0; i < 3 && i < list.list.size(); ++i)
         coordinates[i] = list.list[i].Number() * factor;
     return coordinates;
