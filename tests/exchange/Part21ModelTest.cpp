@@ -29,14 +29,14 @@ TEST(Part21Model, ReadsEntitiesWithTheirParameters)
     EXPECT_THAT(model.TypesOf(2), ElementsAre("B", "C"));
     EXPECT_FALSE(model.Has(5));
     EXPECT_EQ(model.Parameter(1, 0).text, "it's; /* no comment */");
-    EXPECT_EQ(model.Parameter(1, 1).kind, Part21Value::Kind::kNothing);
+    EXPECT_EQ(model.Parameter(1, 1).kind, Part21Argument::Kind::kNothing);
     EXPECT_THAT(model.Parameter(1, 2).References(), ElementsAre(2, 30));
     EXPECT_EQ(model.Parameter(1, 3).text, "T");
     EXPECT_EQ(model.Parameter(1, 4).Number(), 25.0);
     EXPECT_EQ(model.Parameter(2, 0, "C").Number(), -0.5);
     EXPECT_TRUE(model.Is(2, "C"));
     EXPECT_TRUE(model.Parameters(7).empty());
-    EXPECT_EQ(model.Parameter(1, 9).kind, Part21Value::Kind::kNothing);
+    EXPECT_EQ(model.Parameter(1, 9).kind, Part21Argument::Kind::kNothing);
 }
 
 TEST(Part21Model, AFileThatEndsEarlyIsRefusedAtEveryLength)
