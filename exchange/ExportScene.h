@@ -1,11 +1,13 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "exchange/Export.h"
 #include "exchange/Progress.h"
 #include "exchange/source/SceneOptions.h"
+#include "framework/api/Enums.h"
 #include "scene/MeshQuality.h"
 #include "scene/SceneFilter.h"
 
@@ -21,7 +23,15 @@ struct ExportOptions
     /// Of bodies without a mesh; lines of a curve are as far from each piece of it. A length is in the unit of the body
     /// or curve; the box is that of the body or piece.
     MeshQuality quality;
-    /// Whether a mesh without a body is written to STEP and BREP as flat faces.
+    /// The unit of length of STL, OBJ and PLY, which state none; the scene's unless given.
+    std::optional<UnitTypeEnum> unit;
+    /// Whether what is hidden is in glTF all the same, marked as hidden.
+    bool hiddenNodes = false;
+    /// Whether the numbers of glTF are compressed; a failure where CanCompress says no.
+    bool compress = false;
+    /// Whether STEP has the curves of edges in the parameters of plain surfaces, too, which readers find by themselves.
+    bool parameterCurves = false;
+    /// Whether a mesh without a body is written to STEP as tessellated geometry, and to BREP as flat faces.
     bool meshFaces = false;
 };
 
@@ -40,9 +50,11 @@ struct ExportResult
 KVR_EXCHANGE_API bool IsExportFormat(std::string const& path);
 /// The extensions of all formats, for a message: ".glb .gltf ...".
 KVR_EXCHANGE_API std::string ExportFormats();
+/// Whether this build has an encoder for ExportOptions::compress.
+KVR_EXCHANGE_API bool CanCompress();
 
 /// Reads a scene file and writes it in the format of the extension of `path`. The file and those
-/// beside it (".bin", ".mtl") appear whole, itself last, or not at all; what was there is replaced. A file that is the
+/// beside it (".bin", ".mtl", images) appear whole, itself last, or not at all; what was there is replaced. A file that is the
 /// scene or one of the side files that it notes, by whatever name or link, is a failure. Remarks also tell of side
 /// files that are missing, short or another scene's; SceneOptions::strict makes them the failure. So is a name of the
 /// filter that the scene has nothing for: with the nearest names that it has. Works in a child process, so that a crash

@@ -15,14 +15,25 @@ void ExportArguments::AddTo(CLI::App& command)
                       "NAME");
     AddRepeatedOption(command, "--hide", m_options.filter.hide, "Leave this out, named as above; may be repeated",
                       "NAME");
+    // A command that also imports has a unit of the model.
+    m_unit.AddTo(command, command.get_option_no_throw("--unit") ? "--out-unit" : "--unit",
+                 "The unit of length of STL, OBJ and PLY to be written; the scene's unless given");
+    command.add_flag("--hidden-nodes", m_options.hiddenNodes, "Write what is hidden to glTF, too, marked as hidden");
+    command.add_flag("--compress", m_options.compress, "Compress the numbers of glTF (EXT_meshopt_compression)")
+        ->check([](std::string const&) { return CanCompress() ? std::string() : "this build has no encoder for it"; });
+    command.add_flag("--pcurves", m_options.parameterCurves,
+                     "Write to STEP the curves of edges in the parameters of plain surfaces, too, for readers that do "
+                     "not compute them");
     command.add_flag("--mesh-faces", m_options.meshFaces,
-                     "Write a mesh without a body to STEP and BREP as a shell of flat faces");
+                     "Write a mesh without a body to STEP as tessellated geometry, and to BREP as flat faces");
 }
 
 ExportOptions ExportArguments::Options(MeshArguments const& meshing) const
 {
     ExportOptions options = m_options;
     options.quality = meshing.Quality();
+    if (m_unit.Unit() != kUnitType_Unknown)
+        options.unit = m_unit.Unit();
     return options;
 }
 

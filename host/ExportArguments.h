@@ -1,6 +1,7 @@
 #pragma once
 
 #include "exchange/ExportScene.h"
+#include "host/LengthUnitOption.h"
 #include "host/MeshArguments.h"
 
 namespace CLI
@@ -23,6 +24,7 @@ public:
 
 private:
     ExportOptions m_options;
+    LengthUnitOption m_unit;
 };
 
 /// What is wrong with the path of a file to be written, which names its format; empty for nothing.

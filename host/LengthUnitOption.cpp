@@ -33,6 +33,8 @@ void LengthUnitOption::AddTo(CLI::App& command, std::string const& name, std::st
 
 UnitTypeEnum LengthUnitOption::Unit() const
 {
+    if (m_word.empty())
+        return kUnitType_Unknown;
     auto const place = std::find(Words().begin(), Words().end(), m_word) - Words().begin();
     return static_cast<UnitTypeEnum>(kUnitType_Micrometer + place);
 }

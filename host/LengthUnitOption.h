@@ -16,6 +16,8 @@ namespace KVR
 class LengthUnitOption
 {
 public:
+    /// Without a unit until one is given: kUnitType_Unknown.
+    LengthUnitOption() = default;
     explicit LengthUnitOption(UnitTypeEnum unit);
 
     /// Declares the option; this must outlive the command.

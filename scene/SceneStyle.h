@@ -7,11 +7,15 @@
 namespace KVR
 {
 
+class IRenderStyle;
+
 /// How surfaces, curves and points look, as far as formats of exchange have a place for it. Texts are UTF-8 and belong
 /// to the scene. Colours are fractions of sRGB from 0 to 1.
 struct SceneStyle
 {
     std::string_view id;
+    /// The style, which belongs to the producer; null for an id without one behind it.
+    IRenderStyle const* object = nullptr;
     /// Empty when it has none, and for an id without a style behind it, of which nothing else is set either.
     std::string_view label;
     std::optional<std::array<double, 3>> diffuse;

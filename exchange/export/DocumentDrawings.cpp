@@ -1,12 +1,13 @@
 #include "exchange/export/DocumentDrawings.h"
-#include "framework/api/LengthUnits.h"
 
 #include <BRepBuilderAPI_Transform.hxx>
 #include <Standard_Failure.hxx>
 #include <cmath>
 #include <gp_Trsf.hxx>
 
+#include "exchange/export/NoteDrawing.h"
 #include "exchange/export/ShapePlacement.h"
+#include "framework/api/LengthUnits.h"
 #include "framework/api/kvr_api.h"
 #include "scene/CurveShape.h"
 #include "scene/SceneNote.h"
@@ -35,6 +36,11 @@ gp_XYZ Triple(Position const& point)
     return {point.X(), point.Y(), point.Z()};
 }
 
+gp_XYZ Triple(std::array<double, 3> const& triple)
+{
+    return {triple[0], triple[1], triple[2]};
+}
+
 bool IsFinite(gp_XYZ const& triple)
 {
     return std::isfinite(triple.X()) && std::isfinite(triple.Y()) && std::isfinite(triple.Z());
@@ -55,82 +61,6 @@ std::optional<gp_Ax2> AxesOf(Plane const& plane, double scale)
     UnitVector reference;
     plane.ReferenceDirection(reference);
     return AxesOf(scale * Triple(plane.Origin()), Triple(plane.Normal()), Triple(reference));
-}
-
-// The curves of a callout and of its elements.
-class CurveCollector final : public ObjectVisitor
-{
-public:
-    CurveCollector(IProducer& producer, ShapeDocument& document, DocumentVariant const& variant)
-        : m_producer(producer), m_document(document), m_variant(variant)
-    {
-    }
-
-    using ObjectVisitor::Visit;
-    void Visit(IAnnotationCalloutElement* element) override
-    {
-        // An element has no elements of its own.
-        if (m_isInElement)
-            return;
-        if (label.empty())
-            label = Text(element->Label());
-        m_isInElement = true;
-        VisitChildren(*element);
-        m_isInElement = false;
-    }
-    void Visit(ICurve* curve) override
-    {
-        UnitTypeEnum unit = kUnitType_Unknown;
-        double const own = curve->LengthUnit(unit) == kIsValueSpecified_Yes ? MetresOf(unit) : 0.0;
-        double const scale = (own > 0.0 ? own : m_variant.component->metresPerUnit) / m_document.metresPerUnit;
-        TopoDS_Shape made;
-        m_document.notCarried.Add("pieces of curves", MakeCurveShape(*curve, made));
-        if (made.IsNull())
-            return;
-        Matrix3d const* const transform = curve->Transform();
-        auto const place = ShapePlacement::Of(transform ? transform->Elements() : kIdentity, scale, m_variant.change);
-        if (!place)
-            return;
-        TopoDS_Shape const shape = place->IsRigid() ? made : ChangedShape(made, place->change).Shape();
-        curves.push_back(shape.Moved(place->motion));
-    }
-
-    template <class Owner>
-    void VisitChildren(Owner const& owner)
-    {
-        for (unsigned long long i = 0; i < owner.ChildCount(); ++i)
-        {
-            UTF8String const id = owner.ChildAt(i).Id();
-            if (IObject* const object = id.IsEmpty() ? nullptr : m_producer.Load(id))
-                object->AcceptVisitor(this);
-        }
-    }
-
-    std::vector<TopoDS_Shape> curves;
-    /// Of the first element.
-    std::string label;
-
-private:
-    IProducer& m_producer;
-    ShapeDocument& m_document;
-    DocumentVariant const& m_variant;
-    bool m_isInElement = false;
-};
-
-std::string TextOf(IText const* text)
-{
-    std::string joined;
-    for (unsigned long long i = 0; text && i < text->LineCount(); ++i)
-    {
-        ITextLine const* const line = text->LineAt(i);
-        joined += i > 0 ? "\n" : "";
-        for (unsigned long long j = 0; line && j < line->FragmentCount(); ++j)
-        {
-            if (ITextFragment const* const fragment = line->FragmentAt(j))
-                joined += Text(fragment->Value());
-        }
-    }
-    return joined;
 }
 
 }  // namespace
@@ -274,6 +204,23 @@ void DocumentDrawings::AddFacts(ShapeDocument::Callout& drawn, IAnnotationCallou
     }
 }
 
+void DocumentDrawings::AddCurves(ShapeDocument::Callout& drawn, NoteDrawing const& drawing,
+                                 DocumentVariant const& variant, double scale)
+{
+    for (NoteDrawing::Curve const& curve : drawing.curves)
+    {
+        TopoDS_Shape made;
+        m_document.notCarried.Add("pieces of curves", MakeCurveShape(*curve.curve, made));
+        if (made.IsNull())
+            continue;
+        auto const place = ShapePlacement::Of(curve.transform, scale * curve.scale, variant.change);
+        if (!place)
+            continue;
+        TopoDS_Shape const shape = place->IsRigid() ? made : ChangedShape(made, place->change).Shape();
+        drawn.curves.push_back(shape.Moved(place->motion));
+    }
+}
+
 void DocumentDrawings::AddCallouts(DocumentVariant const& variant)
 {
     SceneComponent const& component = *variant.component;
@@ -289,40 +236,25 @@ void DocumentDrawings::AddCallouts(DocumentVariant const& variant)
         drawn.id = std::string(geometry.id);
         drawn.variant = variant.key;
         drawn.label = std::string(geometry.label);
-        drawn.text = TextOf(callout->Text());
         AddFacts(drawn, *callout, component.metresPerUnit);
-        CurveCollector collector(m_task.producer, m_document, variant);
+        NoteDrawing const drawing = NoteDrawing::Of(m_task.producer, *callout, component.metresPerUnit);
+        drawn.text = drawing.text;
+        drawn.drawingLabel = drawing.label;
+        double const scale = component.metresPerUnit / m_document.metresPerUnit;
         try
         {
-            collector.VisitChildren(*callout);
+            AddCurves(drawn, drawing, variant, scale);
         }
         catch (Standard_Failure const&)
         {
             m_document.notCarried.Add("annotation callouts that Open CASCADE cannot draw");
             continue;
         }
-        drawn.curves = std::move(collector.curves);
-        drawn.drawingLabel = collector.label;
-        UTF8String planeId;
-        auto const* const plane = callout->AnnotationPlaneId(planeId) == kIsValueSpecified_Yes
-                                      ? dynamic_cast<IWorkPlane const*>(m_task.producer.Load(planeId))
-                                      : nullptr;
-        if (plane)
-        {
-            UnitTypeEnum unit = kUnitType_Unknown;
-            double const own = plane->LengthUnit(unit) == kIsValueSpecified_Yes ? MetresOf(unit) : 0.0;
-            double const scale = (own > 0.0 ? own : component.metresPerUnit) / m_document.metresPerUnit;
-            gp_XYZ origin;
-            gp_XYZ normal;
-            gp_XYZ reference;
-            plane->Origin(origin.ChangeCoord(1), origin.ChangeCoord(2), origin.ChangeCoord(3));
-            plane->Normal(normal.ChangeCoord(1), normal.ChangeCoord(2), normal.ChangeCoord(3));
-            plane->Reference(reference.ChangeCoord(1), reference.ChangeCoord(2), reference.ChangeCoord(3));
-            origin *= scale;
+        if (drawing.plane)
             // A mirror turns the plane's normal with the plane.
-            drawn.plane = AxesOf(origin.Multiplied(variant.change), normal.Multiplied(variant.change),
-                                 reference.Multiplied(variant.change));
-        }
+            drawn.plane = AxesOf(scale * Triple(drawing.plane->origin).Multiplied(variant.change),
+                                 Triple(drawing.plane->normal).Multiplied(variant.change),
+                                 Triple(drawing.plane->reference).Multiplied(variant.change));
         m_document.callouts.push_back(std::move(drawn));
     }
 }

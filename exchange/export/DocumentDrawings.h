@@ -13,6 +13,7 @@ namespace KVR
 class IAnnotationCallout;
 class ICamera;
 class IView;
+struct NoteDrawing;
 
 /// Adds views, cameras and annotation callouts of a scene to a document.
 class DocumentDrawings
@@ -30,6 +31,8 @@ private:
     void AddCamera(ICamera const& camera, std::string const& name, IView const* view);
     void AddMembers(ShapeDocument::View& view, IView const& source);
     void FindProducts(std::vector<DocumentVariant const*> const& variants);
+    void AddCurves(ShapeDocument::Callout& drawn, NoteDrawing const& drawing, DocumentVariant const& variant,
+                   double scale);
     void AddFacts(ShapeDocument::Callout& drawn, IAnnotationCallout const& callout, double metresPerUnit);
 
     ExportTask& m_task;

@@ -29,13 +29,6 @@ bool HasFaceStyles(SceneGeometry const& geometry)
     return map && map->Size() > 0;
 }
 
-bool HasSurfaces(SceneComponent const& component)
-{
-    return std::any_of(component.geometry.begin(), component.geometry.end(),
-                       [](SceneGeometry const& geometry)
-                       { return geometry.kind == GeometryKind::kBody || geometry.kind == GeometryKind::kMesh; });
-}
-
 }  // namespace
 
 DocumentLooks::DocumentLooks(ExportTask& task, ShapeDocument& document, DocumentParts const& parts)
@@ -131,7 +124,7 @@ void DocumentLooks::CarryTo(SceneComponent const& part, OccurrenceState const& s
         label = usage->Label();
     }
     SceneStyle const* const style = look.style == knownLook.style ? nullptr : look.style;
-    m_parts.SetColor(label, style, HasSurfaces(part));
+    m_parts.SetColor(label, style, XCAFDoc_ShapeTool::GetShape(m_path.Last()));
     bool const hasColor = style && style->diffuse;
     if (!look.isVisible)
     {

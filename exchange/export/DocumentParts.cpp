@@ -1,6 +1,10 @@
 #include "exchange/export/DocumentParts.h"
 
+#include <fmt/format.h>
+
+#include <BRepGProp.hxx>
 #include <BRep_Builder.hxx>
+#include <GProp_GProps.hxx>
 #include <NCollection_DataMap.hxx>
 #include <Quantity_ColorRGBA.hxx>
 #include <TCollection_HAsciiString.hxx>
@@ -25,6 +29,7 @@
 
 #include "exchange/export/DocumentProducts.h"
 #include "exchange/export/DocumentText.h"
+#include "exchange/export/ShapePlacement.h"
 #include "framework/api/IAnnotationCallout.h"
 #include "scene/SceneNote.h"
 
@@ -36,9 +41,17 @@ namespace
 
 using opencascade::handle;
 
-bool HasFaces(TopoDS_Shape const& shape)
+constexpr double kMillimetre = 1e-3;
+
+// To twelve digits, which come back as they are through any change of unit.
+double Rounded(double number)
 {
-    return TopExp_Explorer(shape, TopAbs_FACE).More();
+    return std::strtod(fmt::format("{:.12g}", number).c_str(), nullptr);
+}
+
+gp_Pnt Rounded(gp_XYZ const& point)
+{
+    return {Rounded(point.X()), Rounded(point.Y()), Rounded(point.Z())};
 }
 
 // What the annotations of a scene speak of.
@@ -53,11 +66,12 @@ std::vector<std::string> ReferencesOf(ExportTask const& task)
     return all;
 }
 
-PartShapes::Options OptionsOf(ExportTask const& task, ShapeDocument const& document)
+PartShapes::Options OptionsOf(ExportTask const& task, ShapeDocument const& document, bool hasTriangles)
 {
     PartShapes::Options options;
     options.metresPerUnit = document.metresPerUnit;
-    options.meshFaces = task.options.meshFaces;
+    using Meshes = PartShapes::Options::Meshes;
+    options.meshes = !task.options.meshFaces ? Meshes::kCount : hasTriangles ? Meshes::kLeave : Meshes::kFaces;
     for (SceneLayer const& layer : task.scene.Layers())
         for (std::string_view const item : layer.items)
             options.wantedSubShapes.emplace(item);
@@ -89,12 +103,13 @@ private:
     NCollection_DataMap<TopoDS_Shape, TDF_Label, TopTools_ShapeMapHasher> m_labels;
 };
 
-DocumentParts::DocumentParts(ExportTask& task, ShapeDocument& document)
+DocumentParts::DocumentParts(ExportTask& task, ShapeDocument& document, bool hasTriangles)
     : m_task(task),
+      m_tessellates(hasTriangles && task.options.meshFaces),
       m_document(document),
       m_shapes(XCAFDoc_DocumentTool::ShapeTool(document.document->Main())),
       m_colors(XCAFDoc_DocumentTool::ColorTool(document.document->Main())),
-      m_partShapes(OptionsOf(task, document), document.notCarried)
+      m_partShapes(OptionsOf(task, document, hasTriangles), document.notCarried)
 {
     for (SceneLayer const& layer : task.scene.Layers())
     {
@@ -130,8 +145,13 @@ TDF_Label DocumentParts::Add(SceneComponent const& component, gp_Mat const& chan
     TDataStd_Name::Set(part, DocumentText(std::string(component.label)));
     Style(component, part, items, isWhole);
     // Those of an assembly speak of all of it.
+    gp_Mat unchanged;
+    unchanged.SetIdentity();
     if (component.kind == SceneComponent::Kind::kPart)
-        AddProperties(component, part);
+        // What is said of the component holds for no copy that is scaled or mirrored.
+        AddProperties(component, part, ElementsOf(change) == ElementsOf(unchanged));
+    AddMeasures(part, shape);
+    AddTessellations(component, part, change);
     std::string const id(component.id);
     Note(id, {part});
     NoteTarget(id, part, items.size() == 1 ? items.front().shape : TopoDS_Shape());
@@ -143,12 +163,7 @@ void DocumentParts::Style(SceneComponent const& component, TDF_Label const& part
 {
     SubShapes subShapes(part);
     if (!isWhole)
-    {
-        bool hasSurfaces = false;
-        for (PartItem const& item : items)
-            hasSurfaces = hasSurfaces || HasFaces(item.shape);
-        SetColor(part, component.style, hasSurfaces);
-    }
+        SetColor(part, component.style, XCAFDoc_ShapeTool::GetShape(part));
     for (PartItem const& item : items)
     {
         SceneGeometry const& geometry = *item.geometry;
@@ -161,7 +176,7 @@ void DocumentParts::Style(SceneComponent const& component, TDF_Label const& part
         if (isPoint && look && look->diffuse)
             m_document.notCarried.Add("colours of points");
         else if (look)
-            SetColor(label, look, HasFaces(item.shape));
+            SetColor(label, look, item.shape);
         if (isWhole && !geometry.isVisible)
             m_colors->SetVisibility(part, Standard_False);
         m_document.bodies.push_back({part, item.shape, std::string(geometry.label), !isWhole && !geometry.isVisible});
@@ -170,7 +185,7 @@ void DocumentParts::Style(SceneComponent const& component, TDF_Label const& part
         for (auto const& [shape, id] : item.subStyles)
         {
             if (SceneStyle const* const subLook = m_task.scene.StyleOf(id); subLook && subLook->diffuse)
-                SetColor(subShapes.LabelOf(shape), subLook, shape.ShapeType() == TopAbs_FACE);
+                SetColor(subShapes.LabelOf(shape), subLook, shape);
         }
         for (auto const& [id, shape] : item.subShapes)
         {
@@ -181,14 +196,18 @@ void DocumentParts::Style(SceneComponent const& component, TDF_Label const& part
     }
 }
 
-void DocumentParts::SetColor(TDF_Label const& label, SceneStyle const* style, bool hasSurfaces) const
+void DocumentParts::SetColor(TDF_Label const& label, SceneStyle const* style, TopoDS_Shape const& shape) const
 {
     if (!style || !style->diffuse)
         return;
     auto const& [red, green, blue] = *style->diffuse;
     Quantity_ColorRGBA const color(Quantity_Color(red, green, blue, Quantity_TOC_sRGB),
                                    static_cast<float>(style->opacity));
-    m_colors->SetColor(label, color, hasSurfaces ? XCAFDoc_ColorSurf : XCAFDoc_ColorCurv);
+    bool const hasFreeEdges = TopExp_Explorer(shape, TopAbs_EDGE, TopAbs_FACE).More();
+    if (!hasFreeEdges || TopExp_Explorer(shape, TopAbs_FACE).More())
+        m_colors->SetColor(label, color, XCAFDoc_ColorSurf);
+    if (hasFreeEdges)
+        m_colors->SetColor(label, color, XCAFDoc_ColorCurv);
 }
 
 void DocumentParts::Note(std::string const& id, Member const& member)
@@ -216,9 +235,11 @@ std::optional<ShapeDocument::Target> DocumentParts::TargetOf(std::string const& 
     return found->second.front();
 }
 
-void DocumentParts::AddProperties(SceneComponent const& component, TDF_Label const& label)
+void DocumentParts::AddProperties(SceneComponent const& component, TDF_Label const& label, bool withMeasures)
 {
     double const scale = component.metresPerUnit / m_document.metresPerUnit;
+    // The writer calls volumes and areas millimetres, whatever the unit of lengths is.
+    double const millimetres = component.metresPerUnit / kMillimetre;
     std::string material;
     std::string description;
     std::string densityType;
@@ -230,13 +251,15 @@ void DocumentParts::AddProperties(SceneComponent const& component, TDF_Label con
         auto const* const text = std::get_if<std::string>(&property.value);
         std::optional<double> const number = NumberOf(property);
         gp_XYZ point;
+        if (!withMeasures && property.name.starts_with("geometric validation property: "))
+            continue;
         if (property.name == "geometric validation property: volume" && number)
-            XCAFDoc_Volume::Set(label, *number * scale * scale * scale);
+            XCAFDoc_Volume::Set(label, Rounded(*number * millimetres * millimetres * millimetres));
         else if (property.name == "geometric validation property: area" && number)
-            XCAFDoc_Area::Set(label, *number * scale * scale);
+            XCAFDoc_Area::Set(label, Rounded(*number * millimetres * millimetres));
         else if (property.name == "geometric validation property: centroid" && text &&
                  ReadTriple(*text, point.ChangeCoord(1), point.ChangeCoord(2), point.ChangeCoord(3)))
-            XCAFDoc_Centroid::Set(label, gp_Pnt(scale * point));
+            XCAFDoc_Centroid::Set(label, Rounded(scale * point));
         else if (property.name == "material" && text)
             material = *text;
         else if (property.name == "material description" && text)
@@ -254,6 +277,54 @@ void DocumentParts::AddProperties(SceneComponent const& component, TDF_Label con
             label, new TCollection_HAsciiString(material.c_str()), new TCollection_HAsciiString(description.c_str()),
             density, new TCollection_HAsciiString("density measure"),
             new TCollection_HAsciiString(densityType.empty() ? "POSITIVE_RATIO_MEASURE" : densityType.c_str()));
+}
+
+void DocumentParts::AddMeasures(TDF_Label const& part, TopoDS_Shape const& shape) const
+{
+    bool const hasVolume = part.IsAttribute(XCAFDoc_Volume::GetID());
+    bool const hasArea = part.IsAttribute(XCAFDoc_Area::GetID());
+    bool const hasCentroid = part.IsAttribute(XCAFDoc_Centroid::GetID());
+    TopExp_Explorer solids(shape, TopAbs_SOLID);
+    if (!solids.More() || (hasVolume && hasArea && hasCentroid))
+        return;
+    GProp_GProps volume;
+    GProp_GProps area;
+    for (; solids.More(); solids.Next())
+    {
+        GProp_GProps ofSolid;
+        BRepGProp::VolumeProperties(solids.Current(), ofSolid);
+        volume.Add(ofSolid);
+        GProp_GProps ofFaces;
+        BRepGProp::SurfaceProperties(solids.Current(), ofFaces);
+        area.Add(ofFaces);
+    }
+    auto const isGood = [](double measure) { return std::isfinite(measure) && measure > 0.0; };
+    if (!isGood(volume.Mass()) || !isGood(area.Mass()))
+        return;
+    double const millimetres = m_document.metresPerUnit / kMillimetre;
+    if (!hasVolume)
+        XCAFDoc_Volume::Set(part, Rounded(volume.Mass() * millimetres * millimetres * millimetres));
+    if (!hasArea)
+        XCAFDoc_Area::Set(part, Rounded(area.Mass() * millimetres * millimetres));
+    if (!hasCentroid)
+        XCAFDoc_Centroid::Set(part, Rounded(volume.CentreOfMass().XYZ()));
+}
+
+void DocumentParts::AddTessellations(SceneComponent const& component, TDF_Label const& part, gp_Mat const& change)
+{
+    if (!m_tessellates)
+        return;
+    auto const m = ElementsOf(change);
+    Matrix const changed{m[0], m[1], m[2], 0, m[3], m[4], m[5], 0, m[6], m[7], m[8], 0, 0, 0, 0, 1};
+    for (SceneGeometry const& geometry : component.geometry)
+    {
+        if (geometry.kind != GeometryKind::kMesh || !geometry.bodyId.empty())
+            continue;
+        Matrix const unit = Scaling(geometry.metresPerUnit / m_document.metresPerUnit);
+        m_document.tessellations.push_back(
+            {part, std::string(geometry.label), geometry.mesh, Product(changed, Product(unit, geometry.transform)),
+             geometry.style ? geometry.style : component.style, !geometry.isVisible, &m_task.scene});
+    }
 }
 
 void DocumentParts::AddLayers()

@@ -20,13 +20,15 @@ namespace KVR
 class DocumentParts
 {
 public:
-    DocumentParts(ExportTask& task, ShapeDocument& document);
+    /// Meshes without a body are the document's tessellations where the format has triangles, else shells of faces or
+    /// nothing, as the options have it.
+    DocumentParts(ExportTask& task, ShapeDocument& document, bool hasTriangles);
 
     /// A new part of the component's geometry after a change in its coordinates.
     TDF_Label Add(SceneComponent const& component, gp_Mat const& change);
     /// Gives a part or an assembly the validation properties and the material that its custom properties tell, and
     /// notes what else is said of it.
-    void AddProperties(SceneComponent const& component, TDF_Label const& label);
+    void AddProperties(SceneComponent const& component, TDF_Label const& label, bool withMeasures = true);
     /// Puts parts, bodies and faces into the layers that name them. What STEP has no place for in a layer is counted.
     void AddLayers();
 
@@ -34,8 +36,9 @@ public:
     /// Nothing for what is no shape.
     std::optional<ShapeDocument::Target> TargetOf(std::string const& id, TDF_Label const& part) const;
 
-    /// Colours a label, and what is below it; a style without a colour has no effect.
-    void SetColor(TDF_Label const& label, SceneStyle const* style, bool hasSurfaces) const;
+    /// Colours a label, and what is below it: its faces, and its edges that no face has. A style without a colour has
+    /// no effect.
+    void SetColor(TDF_Label const& label, SceneStyle const* style, TopoDS_Shape const& shape) const;
 
 private:
     class SubShapes;
@@ -49,10 +52,14 @@ private:
         std::size_t point = 0;
     };
 
+    void AddTessellations(SceneComponent const& component, TDF_Label const& part, gp_Mat const& change);
+    /// The measures of its solids, so that a receiver can check them, where the scene says nothing of them.
+    void AddMeasures(TDF_Label const& part, TopoDS_Shape const& shape) const;
     void Note(std::string const& id, Member const& member);
     void NoteTarget(std::string const& id, TDF_Label const& part, TopoDS_Shape const& shape);
 
     ExportTask& m_task;
+    bool m_tessellates;
     ShapeDocument& m_document;
     opencascade::handle<XCAFDoc_ShapeTool> m_shapes;
     opencascade::handle<XCAFDoc_ColorTool> m_colors;

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <system_error>
 
-#include "exchange/export/Export.h"
+#include "exchange/export/ExportTask.h"
 #include "exchange/export/Formats.h"
 #include "exchange/run/ChildProcess.h"
 #include "exchange/run/Heard.h"
@@ -123,13 +123,13 @@ bool IsMissing(Scene::Cut const& cut)
 
 // Writes the file that is to become `target` at `path`. Nothing, when it is not to go on; else the remarks.
 std::optional<std::vector<std::string>> Write(IProducer& producer, UTF8String const& rootId, std::string const& target,
-                                              std::string const& path, ExportOptions const& options,
-                                              Progress const& progress)
+                                              std::string const& path, std::string const& folder,
+                                              ExportOptions const& options, Progress const& progress)
 {
     Scene const scene(producer, rootId, options.filter);
     if (!Begin(progress, FormatOf(target)->stage))
         return {};
-    ExportTask task(producer, scene, options, path,
+    ExportTask task(producer, scene, options, path, folder,
                     EachPercent(
                         [&](ProgressReport const& report)
                         {
@@ -139,7 +139,7 @@ std::optional<std::vector<std::string>> Write(IProducer& producer, UTF8String co
     auto const cuts = std::count_if(scene.Cuts().begin(), scene.Cuts().end(), &IsMissing);
     task.notCarried.Add("instances without a target, or in a cycle", static_cast<unsigned long long>(cuts));
     FormatOf(target)->write(task);
-    std::vector<std::string> remarks;
+    std::vector<std::string> remarks = std::move(task.remarks);
     if (std::string sentence = task.notCarried.Sentence(); !sentence.empty())
         remarks.push_back(std::move(sentence));
     return remarks;
@@ -165,7 +165,8 @@ void ExportHere(SceneOptions const& sceneOptions, std::string const& target, std
             voice.Progress(report);
             return true;
         };
-        auto const remarks = Write(file.Producer(), *reading.rootId, target, path, options, tell);
+        auto const remarks = Write(file.Producer(), *reading.rootId, target, path,
+                                   std::filesystem::path(sceneOptions.path).parent_path().string(), options, tell);
         for (std::string const& remark : remarks.value())
             voice.Remark(remark);
     }
@@ -232,29 +233,6 @@ ExportResult ExportTo(std::string const& path, std::vector<std::string> const& s
 
 }  // namespace
 
-void NotCarriedCounts::Add(std::string const& kind, unsigned long long count)
-{
-    if (count == 0)
-        return;
-    auto const found =
-        std::find_if(m_counts.begin(), m_counts.end(), [&](auto const& entry) { return entry.first == kind; });
-    if (found == m_counts.end())
-        m_counts.emplace_back(kind, count);
-    else
-        found->second += count;
-}
-
-std::string NotCarriedCounts::Sentence() const
-{
-    std::string sentence;
-    for (auto const& [kind, count] : m_counts)
-    {
-        sentence += sentence.empty() ? "not in it: " : ", ";
-        sentence += std::to_string(count) + ' ' + kind;
-    }
-    return sentence;
-}
-
 void ExportTask::NextOccurrence()
 {
     if (m_allOccurrences == 0)
@@ -313,7 +291,7 @@ ExportResult ExportScene(IProducer& producer, UTF8String const& rootId, std::str
         return ExportTo(path, {}, heard,
                         [&](std::string const& inside, Progress const& planned, ExportResult& result)
                         {
-                            auto remarks = Write(producer, rootId, path, inside, options, planned);
+                            auto remarks = Write(producer, rootId, path, inside, {}, options, planned);
                             if (remarks)
                                 result = {Outcome::kDone, {}, std::move(*remarks)};
                         });

@@ -5,7 +5,8 @@
 #include <limits>
 #include <unordered_set>
 
-#include "exchange/export/OccurrenceLimit.h"
+#include "framework/api/LengthUnits.h"
+#include "framework/api/UnitText.h"
 #include "framework/api/kvr_api.h"
 #include "framework/kernel/entity.h"
 #include "scene/OccurrenceWalk.h"
@@ -20,13 +21,19 @@ namespace
 
 constexpr unsigned long long kMostOccurrences = 10'000'000;
 
-// Formats without structure name things by the nearest name.
-std::string_view LabelOf(SceneGeometry const& geometry, OccurrenceWalk const& walk)
+// The nearest name there is.
+std::string_view NameOf(OccurrenceWalk const& walk)
 {
-    std::string_view label = walk.Placement() ? walk.Placement()->label : std::string_view();
-    if (label.empty())
-        label = walk.Component().label;
-    return label.empty() ? geometry.label : label;
+    SceneComponent const& component = walk.Component();
+    ScenePlacement const* const placement = walk.Placement();
+    if (placement && !placement->label.empty())
+        return placement->label;
+    if (!component.label.empty())
+        return component.label;
+    for (SceneGeometry const& geometry : component.geometry)
+        if (!geometry.label.empty())
+            return geometry.label;
+    return placement && !placement->id.empty() ? placement->id : component.id;
 }
 
 class FlatWalk
@@ -40,6 +47,9 @@ public:
 
     void Go()
     {
+        double const metres = MetresOf(FlatUnit(m_task));
+        Matrix const toFile =
+            Scaling(metres == m_task.scene.MetresPerUnit() ? 1.0 : m_task.scene.MetresPerUnit() / metres);
         for (OccurrenceWalk walk(m_task.scene); walk.Next();)
         {
             m_task.NextOccurrence();
@@ -49,13 +59,17 @@ public:
                 walk.SkipBelow();
                 continue;
             }
+            if (walk.Component().geometry.empty())
+                continue;
+            m_occurrence = {m_occurrence.number + 1, std::string(NameOf(walk))};
+            Matrix const place = Product(toFile, walk.Place());
             for (SceneGeometry const& geometry : walk.Component().geometry)
-                Geometry(geometry, walk);
+                Geometry(geometry, walk, place);
         }
     }
 
 private:
-    void Geometry(SceneGeometry const& geometry, OccurrenceWalk const& walk)
+    void Geometry(SceneGeometry const& geometry, OccurrenceWalk const& walk, Matrix const& place)
     {
         OccurrenceState const& state = walk.State();
         if (geometry.kind == GeometryKind::kBody && geometry.hasMesh)
@@ -72,16 +86,15 @@ private:
             m_task.notCarried.Add("objects of the kind " + std::string(geometry.className));
             return;
         }
-        Matrix const all = Product(walk.Place(), state.PlaceOf(geometry, walk.Component()));
+        Matrix const all = Product(place, state.PlaceOf(geometry, walk.Component()));
         SceneStyle const* const style = state.StyleOf(geometry);
         bool const keeps = state.KeepsFaceStyles(geometry);
-        std::string const label(LabelOf(geometry, walk));
         if (hasTriangles)
         {
             SceneMesh const& mesh = MeshOf(geometry);
             for (SceneMesh::Run const& run : mesh.runs)
                 m_use({mesh, run, all, Mirrors(all),
-                       keeps && !run.style.empty() ? m_task.scene.StyleOf(run.style) : style, label});
+                       keeps && !run.style.empty() ? m_task.scene.StyleOf(run.style) : style, m_occurrence});
             if (!mesh.runs.empty())
                 return;
         }
@@ -89,7 +102,7 @@ private:
         if (lines.IsEmpty())
             m_task.notCarried.Add("pieces of geometry with nothing to draw");
         else
-            m_useLines({lines, all, style, label});
+            m_useLines({lines, all, style, m_occurrence});
     }
 
     SceneLines LinesOf(SceneGeometry const& geometry) const
@@ -131,11 +144,28 @@ private:
     std::function<void(FlatGroup const&)> const& m_use;
     std::function<void(FlatLines const&)> const& m_useLines;
     SceneMeshes m_meshes;
+    FlatOccurrence m_occurrence;
     /// Of which what is not carried was counted.
     std::unordered_set<IObject const*> m_counted;
 };
 
 }  // namespace
+
+UnitTypeEnum FlatUnit(ExportTask& task)
+{
+    UnitTypeEnum const unit = task.options.unit.value_or(task.scene.Unit());
+    if (task.options.unit && task.remarks.empty())
+        task.remarks.push_back("its unit of length: " + FlatUnitName(unit));
+    return unit;
+}
+
+std::string FlatUnitName(UnitTypeEnum unit)
+{
+    // Behind the prefix that all of them have.
+    std::string name = std::string(TextOfUnit(unit)).substr(std::string_view("kUnitType_").size());
+    name.front() = static_cast<char>(name.front() - 'A' + 'a');
+    return name;
+}
 
 void ForEachTriangleGroup(ExportTask& task, std::function<void(FlatGroup const&)> const& use,
                           std::function<void(FlatLines const&)> const& useLines)

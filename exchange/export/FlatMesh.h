@@ -5,14 +5,23 @@
 #include <functional>
 #include <string>
 
-#include "exchange/export/Export.h"
+#include "exchange/export/ExportTask.h"
 #include "scene/CurvePoints.h"
 #include "scene/SceneMesh.h"
 
 namespace KVR
 {
 
-/// An occurrence's triangles of one style, with the transform that brings them to the scene's coordinates and unit.
+/// An occurrence of a component, for which formats without structure have no more than a name.
+struct FlatOccurrence
+{
+    /// Counted from 1 in the order of the walk.
+    std::size_t number = 0;
+    std::string name;
+};
+
+/// An occurrence's triangles of one style, with the transform that brings them to the scene's coordinates and the unit
+/// of the file.
 struct FlatGroup
 {
     SceneMesh const& mesh;
@@ -22,7 +31,7 @@ struct FlatGroup
     bool isMirrored;
     /// Null for none.
     SceneStyle const* style;
-    std::string name;
+    FlatOccurrence const& occurrence;
 };
 
 /// An occurrence's curves, or the edges of a body without faces; a point is a line of one.
@@ -32,8 +41,14 @@ struct FlatLines
     Matrix const& transform;
     /// Null for none.
     SceneStyle const* style;
-    std::string name;
+    FlatOccurrence const& occurrence;
 };
+
+/// The unit of a file in a format that states none: that which was asked for, else the scene's. It is remarked when it
+/// was asked for.
+UnitTypeEnum FlatUnit(ExportTask& task);
+/// How it is called in the file: "millimeter".
+std::string FlatUnitName(UnitTypeEnum unit);
 
 /// Hands out the triangles of all visible occurrences of a scene, for formats without structure, and the lines, for
 /// those that have a place for them. Counts what has neither. Throws std::runtime_error for more than 10,000,000

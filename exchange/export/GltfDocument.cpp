@@ -1,14 +1,7 @@
 #include "exchange/export/GltfDocument.h"
 
-#include <cmath>
-#include <limits>
-#include <nlohmann/json.hpp>
-#include <stdexcept>
-
-#include "exchange/export/OccurrenceLimit.h"
+#include "exchange/export/GltfPlace.h"
 #include "framework/api/kvr_api.h"
-#include "framework/kernel/entity.h"
-#include "scene/Transform.h"
 
 namespace KVR
 {
@@ -20,16 +13,6 @@ namespace
 constexpr unsigned long long kMostOccurrences = 1'000'000;
 
 using tinygltf::Value;
-
-// glTF writes matrices column by column.
-std::vector<double> ColumnsOf(Matrix const& matrix)
-{
-    std::vector<double> columns;
-    for (std::size_t column = 0; column < 4; ++column)
-        for (std::size_t row = 0; row < 4; ++row)
-            columns.push_back(matrix[4 * row + column]);
-    return columns;
-}
 
 // Turns a direction upwards, which in glTF is y, the short way.
 Matrix TurnUp(std::array<double, 3> const& up)
@@ -70,7 +53,12 @@ std::string LabelOf(std::string_view label, std::string_view id)
 
 }  // namespace
 
-GltfDocument::GltfDocument(ExportTask& task) : m_task(task), m_scene(task.scene)
+GltfDocument::GltfDocument(ExportTask& task, bool embedsImages)
+    : m_task(task),
+      m_scene(task.scene),
+      m_primitives(task, m_model),
+      m_materials(task, m_model, embedsImages),
+      m_notes(task, m_model, m_primitives, m_materials)
 {
     m_model.asset.version = "2.0";
     m_model.asset.generator = "kvr_xml_producer";
@@ -85,8 +73,10 @@ GltfDocument::GltfDocument(ExportTask& task) : m_task(task), m_scene(task.scene)
 void GltfDocument::Build()
 {
     RefuseMoreOccurrences(m_scene, kMostOccurrences);
-    AddOccurrences();
-    AddCameras(TurnUp(m_scene.UpVector()));
+    Matrix const turn = TurnUp(m_scene.UpVector());
+    AddOccurrences(turn);
+    AddNotes(turn);
+    AddCameras(turn);
     AddExtras();
     // A buffer without content is none.
     if (m_model.buffers.front().data.empty())
@@ -139,46 +129,33 @@ Value::Object GltfDocument::ExtrasOf(std::string_view id, IObject const* object)
     return extras;
 }
 
-bool GltfDocument::SetTransform(tinygltf::Node& node, Matrix const& transform, int& inner)
+void GltfDocument::AddNotes(Matrix const& turn)
 {
-    inner = -1;
-    if (transform == kIdentity)
-        return true;
-    if (!IsSolid(transform))
-    {
-        m_task.notCarried.Add("occurrences of which their transform leaves nothing");
-        return false;
-    }
-    if (HasRightAngles(transform))
-    {
-        node.matrix = ColumnsOf(transform);
-        return true;
-    }
-    TwoTransforms const two = TwoTransforms::Of(transform);
-    node.matrix = ColumnsOf(two.outer);
-    tinygltf::Node below;
-    below.matrix = ColumnsOf(two.inner);
-    inner = static_cast<int>(m_model.nodes.size());
-    m_model.nodes.push_back(std::move(below));
-    node.children.push_back(inner);
-    return true;
+    std::vector<int> notes = m_notes.Write();
+    if (notes.empty())
+        return;
+    tinygltf::Node group;
+    group.name = "Notes";
+    group.children = std::move(notes);
+    group.matrix = ColumnsOf(Product(turn, Scaling(m_scene.MetresPerUnit())));
+    AddNode(std::move(group), -1);
 }
 
-void GltfDocument::AddOccurrences()
+void GltfDocument::AddOccurrences(Matrix const& turn)
 {
     // Of each level down to the current one, the node that takes what is below.
     std::vector<int> nodes;
     for (OccurrenceWalk walk(m_scene); walk.Next();)
     {
         m_task.NextOccurrence();
-        if (!walk.State().isVisible)
+        if (!walk.State().isVisible && !m_task.options.hiddenNodes)
         {
             m_task.notCarried.Add("hidden occurrences");
             walk.SkipBelow();
             continue;
         }
         nodes.resize(walk.Depth());
-        int const node = AddOccurrence(walk, nodes.empty() ? -1 : nodes.back());
+        int const node = AddOccurrence(walk, turn, nodes.empty() ? -1 : nodes.back());
         if (node < 0)
         {
             walk.SkipBelow();
@@ -191,18 +168,20 @@ void GltfDocument::AddOccurrences()
     }
 }
 
-int GltfDocument::AddOccurrence(OccurrenceWalk const& walk, int parent)
+int GltfDocument::AddOccurrence(OccurrenceWalk const& walk, Matrix const& turn, int parent)
 {
     SceneComponent const& component = walk.Component();
     tinygltf::Node node;
     ScenePlacement const* const placement = walk.Placement();
     if (!placement)
     {
-        Matrix const toScene = Product(TurnUp(m_scene.UpVector()), Scaling(component.metresPerUnit));
+        Matrix const toScene = Product(turn, Scaling(component.metresPerUnit));
         node.name = LabelOf(component.label, component.id);
         node.extras = Value(ExtrasOf(component.id, component.object));
         if (toScene != kIdentity)
             node.matrix = ColumnsOf(toScene);
+        if (!walk.State().isVisible)
+            HideNode(node, m_model);
         return AddNode(std::move(node), parent);
     }
     std::string_view const id = placement->id.empty() ? component.id : placement->id;
@@ -215,11 +194,21 @@ int GltfDocument::AddOccurrence(OccurrenceWalk const& walk, int parent)
         extras["componentLabel"] = Value(std::string(component.label));
     }
     node.extras = Value(extras);
+    if (!walk.State().isVisible)
+        HideNode(node, m_model);
     int inner = -1;
-    if (!SetTransform(node, walk.Step(), inner))
+    if (!Place(node, walk.Step(), inner))
         return -1;
     int const index = AddNode(std::move(node), parent);
     return inner >= 0 ? inner : index;
+}
+
+// Counts what has no place.
+bool GltfDocument::Place(tinygltf::Node& node, Matrix const& transform, int& inner)
+{
+    bool const isSolid = GltfPlace::Of(transform).AddTo(node, m_model, &inner);
+    m_task.notCarried.Add("occurrences of which their transform leaves nothing", isSolid ? 0 : 1);
+    return isSolid;
 }
 
 void GltfDocument::AddProperties(SceneComponent const& component, int node)
@@ -246,11 +235,13 @@ void GltfDocument::AddGeometry(SceneGeometry const& geometry, OccurrenceWalk con
     // The mesh of a body stands for it, whether the body is shown or not.
     if (geometry.kind == GeometryKind::kBody && geometry.hasMesh)
         return;
-    if (!state.IsVisible(geometry))
+    if (!state.IsVisible(geometry) && !m_task.options.hiddenNodes)
     {
         m_task.notCarried.Add("hidden pieces of geometry");
         return;
     }
+    if (auto const* const callout = dynamic_cast<IAnnotationCallout const*>(geometry.object))
+        return m_notes.Add(walk, geometry, *callout);
     if (geometry.kind == GeometryKind::kOther || geometry.kind == GeometryKind::kCloud)
     {
         m_task.notCarried.Add("objects of the kind " + std::string(geometry.className));
@@ -266,12 +257,11 @@ void GltfDocument::AddGeometry(SceneGeometry const& geometry, OccurrenceWalk con
     if (!geometry.bodyId.empty())
         extras["body"] = Value(std::string(geometry.bodyId));
     node.extras = Value(extras);
+    if (!state.IsVisible(geometry))
+        HideNode(node, m_model);
     int inner = -1;
-    if (!SetTransform(node, state.PlaceOf(geometry, walk.Component()), inner))
-        return;
-    if (inner >= 0)
-        std::swap(m_model.nodes[static_cast<std::size_t>(inner)].mesh, node.mesh);
-    AddNode(std::move(node), parent);
+    if (Place(node, state.PlaceOf(geometry, walk.Component()), inner))
+        AddNode(std::move(node), parent);
 }
 
 int GltfDocument::MeshOf(SceneGeometry const& geometry, OccurrenceState const& state)
@@ -287,99 +277,22 @@ int GltfDocument::MakeMesh(SceneGeometry const& geometry, SceneStyle const* styl
 {
     tinygltf::Mesh mesh;
     mesh.name = LabelOf(geometry.label, geometry.id);
-    for (Drawing const& drawing : DrawingsOf(geometry))
+    GltfGeometry const& made = m_primitives.Of(geometry);
+    for (GltfDrawing const& drawing : made.drawings)
     {
         tinygltf::Primitive& primitive = mesh.primitives.emplace_back(drawing.primitive);
-        primitive.material = MaterialOf(keepsFaceStyles && drawing.style ? drawing.style : style, drawing.isCurve);
+        primitive.material = m_materials.Of(keepsFaceStyles && drawing.style ? drawing.style : style, drawing.surface);
     }
     if (mesh.primitives.empty())
         return -1;
+    if (made.faces.IsArray())
+    {
+        Value::Object extras;
+        extras["faces"] = made.faces;
+        mesh.extras = Value(extras);
+    }
     m_model.meshes.push_back(std::move(mesh));
     return static_cast<int>(m_model.meshes.size()) - 1;
-}
-
-std::vector<GltfDocument::Drawing> const& GltfDocument::DrawingsOf(SceneGeometry const& geometry)
-{
-    auto const [entry, isNew] = m_drawings.try_emplace(geometry.object);
-    std::vector<Drawing>& drawings = entry->second;
-    if (!isNew)
-        return drawings;
-    CurveTolerance const tolerance = CurvePoints::ToleranceOf(m_task.options.quality.deflection);
-    switch (geometry.kind)
-    {
-        case GeometryKind::kMesh:
-        {
-            SceneMesh const mesh = SceneMesh::Of(*geometry.mesh);
-            m_task.notCarried.Add("polygons whose indices make no sense", mesh.brokenPolygons);
-            AddTriangles(drawings, mesh);
-            break;
-        }
-        case GeometryKind::kBody:
-        {
-            SceneMesh const mesh = SceneMesh::Of(*geometry.body, m_task.options.quality);
-            m_task.notCarried.Add("faces that could not be meshed", mesh.facesWithoutTriangles);
-            AddTriangles(drawings, mesh);
-            if (mesh.runs.empty() && geometry.body->Body())
-                AddLines(drawings, CurvePoints::OfEdges(geometry.body->Body()->Shape(), tolerance));
-            break;
-        }
-        case GeometryKind::kCurve:
-            AddLines(drawings, CurvePoints::Of(*geometry.curve, tolerance));
-            break;
-        case GeometryKind::kPoint:
-            AddPoint(drawings, *geometry.point);
-            break;
-        case GeometryKind::kCloud:
-        case GeometryKind::kOther:
-            break;
-    }
-    if (drawings.empty())
-        m_task.notCarried.Add("pieces of geometry with nothing to draw");
-    return drawings;
-}
-
-void GltfDocument::AddTriangles(std::vector<Drawing>& drawings, SceneMesh const& mesh)
-{
-    for (SceneMesh::Run const& run : mesh.runs)
-    {
-        Drawing& drawing = drawings.emplace_back();
-        drawing.style = m_scene.StyleOf(run.style);
-        drawing.primitive.mode = TINYGLTF_MODE_TRIANGLES;
-        auto& attributes = drawing.primitive.attributes;
-        attributes["POSITION"] = AddPoints(std::span(mesh.positions).subspan(3 * run.firstVertex, 3 * run.vertexCount));
-        if (run.hasNormals)
-            attributes["NORMAL"] = AddFloats(std::span(mesh.normals).subspan(3 * run.firstVertex, 3 * run.vertexCount),
-                                             TINYGLTF_TYPE_VEC3);
-        if (run.hasTexture)
-            attributes["TEXCOORD_0"] = AddFloats(
-                std::span(mesh.texture).subspan(2 * run.firstVertex, 2 * run.vertexCount), TINYGLTF_TYPE_VEC2);
-        drawing.primitive.indices =
-            AddIndices(std::span(mesh.indices).subspan(3 * run.firstTriangle, 3 * run.triangleCount), run.firstVertex,
-                       run.vertexCount);
-    }
-}
-
-void GltfDocument::AddLines(std::vector<Drawing>& drawings, SceneLines const& lines)
-{
-    for (std::size_t i = 0; i < lines.Count(); ++i)
-    {
-        Drawing& drawing = drawings.emplace_back();
-        drawing.isCurve = true;
-        drawing.primitive.mode = TINYGLTF_MODE_LINE_STRIP;
-        drawing.primitive.attributes["POSITION"] = AddPoints(lines.At(i));
-    }
-}
-
-void GltfDocument::AddPoint(std::vector<Drawing>& drawings, IPoint const& point)
-{
-    std::array<double, 3> const position{point.X(), point.Y(), point.Z()};
-    for (double const x : position)
-        if (!(std::abs(x) <= std::numeric_limits<float>::max()))
-            return;
-    Drawing& drawing = drawings.emplace_back();
-    drawing.isCurve = true;
-    drawing.primitive.mode = TINYGLTF_MODE_POINTS;
-    drawing.primitive.attributes["POSITION"] = AddPoints(position);
 }
 
 }  // namespace KVR

@@ -2,8 +2,10 @@
 #include <cmath>
 
 #include "exchange/export/GltfDocument.h"
+#include "exchange/export/GltfPlace.h"
 #include "framework/api/LengthUnits.h"
 #include "framework/api/kvr_api.h"
+#include "scene/SceneView.h"
 
 // Cameras and views of a glTF document.
 namespace KVR
@@ -87,104 +89,121 @@ double DepthOr(IsValueSpecifiedEnum (ICamera::*get)(Plane&) const, ICamera const
     return depth > 0.0 && std::isfinite(depth) ? depth : otherwise;
 }
 
+tinygltf::Camera EntryOf(ICamera const& camera, double metres)
+{
+    double const nearest = DepthOr(&ICamera::NearPlane, camera, kNearest / metres) * metres;
+    double const farthest = std::max(DepthOr(&ICamera::FarPlane, camera, kFarthest / metres) * metres, nearest * 2.0);
+    double const aspect = PositiveOr(&ICamera::AspectRatio, camera, 1.0);
+    double const height = PositiveOr(&ICamera::ViewWindowHeightForParallelCamera, camera, 1.0 / metres) * metres;
+    tinygltf::Camera entry;
+    entry.name = UTF8String(camera.Label()).Value();
+    if (camera.CameraType() == ICamera::kCameraType_Perspective)
+    {
+        entry.type = "perspective";
+        entry.perspective.yfov = std::min(PositiveOr(&ICamera::ViewAngle, camera, kViewAngle), 3.1);
+        entry.perspective.aspectRatio = aspect;
+        entry.perspective.znear = nearest;
+        entry.perspective.zfar = farthest;
+    }
+    else
+    {
+        entry.type = "orthographic";
+        entry.orthographic.ymag = height / 2.0;
+        entry.orthographic.xmag = height * aspect / 2.0;
+        entry.orthographic.znear = nearest;
+        entry.orthographic.zfar = farthest;
+    }
+    return entry;
+}
+
 }  // namespace
 
 void GltfDocument::AddCameras(Matrix const& turn)
 {
     for (SceneReference const& listed : m_scene.Cameras())
+        AddCamera(listed, turn);
+    for (SceneReference const& listed : m_scene.Views())
+        if (dynamic_cast<IView const*>(listed.object))
+            m_views.push_back(ViewOf(listed));
+    for (SceneReference const& listed : m_scene.Cameras())
+        if (auto const camera = m_cameras.find(listed.id); camera != m_cameras.end() && !camera->second.isInView)
+            AddCameraNode(camera->first, UTF8String(camera->second.object->Label()).Value(), {});
+}
+
+void GltfDocument::AddCamera(SceneReference const& listed, Matrix const& turn)
+{
+    auto const* const camera = dynamic_cast<ICamera const*>(listed.object);
+    if (!camera)
+        return;
+    UnitTypeEnum unit = kUnitType_Unknown;
+    double metres = m_scene.MetresPerUnit();
+    if (camera->LengthUnit(unit) == kIsValueSpecified_Yes && MetresOf(unit) > 0.0)
+        metres = MetresOf(unit);
+    Matrix const place = Product(turn, PlaceOf(*camera, metres));
+    if (!std::all_of(place.begin(), place.end(), [](double element) { return std::abs(element) < kFurthest; }))
+        return m_task.notCarried.Add("cameras that stand nowhere");
+    tinygltf::Camera entry = EntryOf(*camera, metres);
+    m_cameras[std::string(listed.id)] = {camera, static_cast<int>(m_model.cameras.size()), ColumnsOf(place)};
+    m_model.cameras.push_back(std::move(entry));
+    if (auto const* const section = dynamic_cast<ISectionCamera const*>(camera))
+        m_task.notCarried.Add("section planes", section->SectionPlaneCount());
+}
+
+void GltfDocument::AddCameraNode(std::string const& id, std::string const& name, Value::Object extras)
+{
+    Camera& camera = m_cameras.at(id);
+    camera.isInView = true;
+    tinygltf::Node node;
+    node.name = name.empty() ? id : name;
+    node.camera = camera.index;
+    node.matrix = camera.matrix;
+    Value::Object const own = ExtrasOf(id, camera.object);
+    extras.insert(own.begin(), own.end());
+    node.extras = Value(extras);
+    AddNode(std::move(node), -1);
+}
+
+Value GltfDocument::ViewOf(SceneReference const& listed)
+{
+    auto const& view = dynamic_cast<IView const&>(*listed.object);
+    std::string const id(listed.id);
+    std::string const label = UTF8String(view.Label()).Value();
+    Value::Object entry;
+    entry["id"] = Value(id);
+    entry["label"] = Value(label);
+    entry["active"] = Value(view.IsActive());
+    Value::Array nodes;
+    IdSet const cameras = view.CameraSet();
+    for (unsigned long long i = 0; i < cameras.Size(); ++i)
     {
-        auto const* const camera = dynamic_cast<ICamera const*>(listed.object);
-        if (!camera)
+        std::string const camera = cameras.At(i).Value();
+        if (m_cameras.count(camera) == 0)
             continue;
-        UnitTypeEnum unit = kUnitType_Unknown;
-        double metres = m_scene.MetresPerUnit();
-        if (camera->LengthUnit(unit) == kIsValueSpecified_Yes && MetresOf(unit) > 0.0)
-            metres = MetresOf(unit);
-        Matrix const place = Product(turn, PlaceOf(*camera, metres));
-        if (!std::all_of(place.begin(), place.end(), [](double element) { return std::abs(element) < kFurthest; }))
-        {
-            m_task.notCarried.Add("cameras that stand nowhere");
-            continue;
-        }
-        double const nearest = DepthOr(&ICamera::NearPlane, *camera, kNearest / metres) * metres;
-        double const farthest =
-            std::max(DepthOr(&ICamera::FarPlane, *camera, kFarthest / metres) * metres, nearest * 2.0);
-        double const aspect = PositiveOr(&ICamera::AspectRatio, *camera, 1.0);
-        double const height = PositiveOr(&ICamera::ViewWindowHeightForParallelCamera, *camera, 1.0 / metres) * metres;
-        tinygltf::Camera entry;
-        entry.name = std::string(UTF8String(camera->Label()).View());
-        if (camera->CameraType() == ICamera::kCameraType_Perspective)
-        {
-            entry.type = "perspective";
-            entry.perspective.yfov = std::min(PositiveOr(&ICamera::ViewAngle, *camera, kViewAngle), 3.1);
-            entry.perspective.aspectRatio = aspect;
-            entry.perspective.znear = nearest;
-            entry.perspective.zfar = farthest;
-        }
-        else
-        {
-            entry.type = "orthographic";
-            entry.orthographic.ymag = height / 2.0;
-            entry.orthographic.xmag = height * aspect / 2.0;
-            entry.orthographic.znear = nearest;
-            entry.orthographic.zfar = farthest;
-        }
-        tinygltf::Node node;
-        node.name = entry.name.empty() ? std::string(listed.id) : entry.name;
-        node.camera = static_cast<int>(m_model.cameras.size());
-        std::vector<double> columns;
-        for (std::size_t column = 0; column < 4; ++column)
-            for (std::size_t row = 0; row < 4; ++row)
-                columns.push_back(place[4 * row + column]);
-        node.matrix = columns;
-        node.extras = Value(ExtrasOf(listed.id, camera));
-        m_model.cameras.push_back(std::move(entry));
-        m_cameraNodes[std::string(listed.id)] = AddNode(std::move(node), -1);
-        if (auto const* const section = dynamic_cast<ISectionCamera const*>(camera))
-            m_task.notCarried.Add("section planes", section->SectionPlaneCount());
+        nodes.emplace_back(static_cast<int>(m_model.nodes.size()));
+        AddCameraNode(camera, label.empty() ? id : label, {{"view", Value(id)}});
     }
+    entry["cameraNodes"] = Value(nodes);
+    Value::Array members;
+    for (SceneViewMember const& member : SceneView::MembersOf(view))
+    {
+        Value::Array path;
+        for (unsigned long long step = 0; step < member.path.Size(); ++step)
+            path.emplace_back(std::string(member.path.At(step).View()));
+        Value::Object made;
+        made["path"] = Value(path);
+        made["visible"] = Value(member.isVisible);
+        members.emplace_back(made);
+    }
+    entry["members"] = Value(members);
+    return Value(entry);
 }
 
 void GltfDocument::AddExtras()
 {
     Value::Object extras;
     extras["lengthUnitInMetres"] = Value(m_scene.MetresPerUnit());
-    Value::Array views;
-    for (SceneReference const& listed : m_scene.Views())
-    {
-        auto const* const view = dynamic_cast<IView const*>(listed.object);
-        if (!view)
-            continue;
-        Value::Object entry;
-        entry["id"] = Value(std::string(listed.id));
-        entry["label"] = Value(std::string(UTF8String(view->Label()).View()));
-        entry["active"] = Value(view->IsActive());
-        Value::Array cameras;
-        IdSet const ids = view->CameraSet();
-        for (unsigned long long i = 0; i < ids.Size(); ++i)
-        {
-            auto const node = m_cameraNodes.find(std::string(ids.At(i).View()));
-            if (node != m_cameraNodes.end())
-                cameras.emplace_back(node->second);
-        }
-        entry["cameraNodes"] = Value(cameras);
-        Value::Array members;
-        for (unsigned long long i = 0; i < view->ViewMemberCount(); ++i)
-        {
-            Value::Array path;
-            IdSet const occurrence = view->OccurrencePathAt(i);
-            for (unsigned long long step = 0; step < occurrence.Size(); ++step)
-                path.emplace_back(std::string(occurrence.At(step).View()));
-            Value::Object member;
-            member["path"] = Value(path);
-            member["visible"] = Value(view->EntityVisibilityAt(i));
-            members.emplace_back(member);
-        }
-        entry["members"] = Value(members);
-        views.emplace_back(entry);
-    }
-    if (!views.empty())
-        extras["views"] = Value(views);
+    if (!m_views.empty())
+        extras["views"] = Value(m_views);
     Value::Array layers;
     for (SceneLayer const& layer : m_scene.Layers())
     {

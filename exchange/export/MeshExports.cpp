@@ -13,12 +13,13 @@
 #include <span>
 #include <stdexcept>
 #include <system_error>
+#include <unordered_map>
 
 #include "exchange/export/FlatMesh.h"
 #include "exchange/export/Formats.h"
 #include "exchange/run/NewFile.h"
 
-// Formats of triangles without structure: STL, OBJ and PLY, in the scene's unit of length.
+// Formats of triangles without structure: STL, OBJ and PLY, in the scene's unit of length or another one.
 namespace KVR
 {
 
@@ -56,8 +57,8 @@ void ExportStl(ExportTask& task)
 {
     NewFile file(task.path);
     std::string head(80, ' ');
-    constexpr std::string_view kHead = "kvr_xml_producer";
-    head.replace(0, kHead.size(), kHead);
+    std::string const text = "kvr_xml_producer, unit of length: " + FlatUnitName(FlatUnit(task));
+    head.replace(0, text.size(), text);
     file.Out().Put(head);
     std::uint32_t count = 0;
     file.Put(count);
@@ -109,7 +110,8 @@ public:
 
     void Write()
     {
-        m_file.Out().Put(fmt::format("# kvr_xml_producer\nmtllib {}\n", m_library.filename().string()));
+        m_file.Out().Put(fmt::format("# kvr_xml_producer, unit of length: {}\nmtllib {}\n",
+                                     FlatUnitName(FlatUnit(m_task)), m_library.filename().string()));
         ForEachTriangleGroup(
             m_task, [this](FlatGroup const& group) { Put(group); }, [this](FlatLines const& lines) { Put(lines); });
         m_file.Finish();
@@ -121,7 +123,7 @@ public:
 private:
     void Put(FlatGroup const& group)
     {
-        Begin(group.name, group.style, false);
+        Begin(group.occurrence, group.style, false);
         std::size_t const count = group.run.vertexCount;
         for (std::size_t i = 0; i < count; ++i)
             Put("v", VertexOf(group, static_cast<std::uint32_t>(i)));
@@ -159,7 +161,7 @@ private:
 
     void Put(FlatLines const& lines)
     {
-        Begin(lines.name, lines.style, true);
+        Begin(lines.occurrence, lines.style, true);
         for (std::size_t place = 0; place < lines.lines.Count(); ++place)
         {
             std::span<double const> const line = lines.lines.At(place);
@@ -181,7 +183,7 @@ private:
         Flush(kBlock);
     }
 
-    void Begin(std::string const& name, SceneStyle const* style, bool isCurve)
+    void Begin(FlatOccurrence const& occurrence, SceneStyle const* style, bool isCurve)
     {
         bool const hasColor = style && style->diffuse;
         auto const [entry, isNew] = m_materials.try_emplace({hasColor ? style : nullptr, !hasColor && isCurve});
@@ -202,7 +204,20 @@ private:
                 m_materialText +=
                     fmt::format("Ke {} {} {}\n", (*style->emission)[0], (*style->emission)[1], (*style->emission)[2]);
         }
-        m_text += fmt::format("o {}\nusemtl {}\n", Word(name), entry->second);
+        if (occurrence.number != m_occurrence)
+            m_text += fmt::format("o {}\n", UniqueName(Word(occurrence.name)));
+        m_occurrence = occurrence.number;
+        m_text += fmt::format("usemtl {}\n", entry->second);
+    }
+
+    // With a number behind it when the name is taken.
+    std::string UniqueName(std::string const& name)
+    {
+        std::string unique = name;
+        for (std::size_t& count = m_names[name]; count > 0 && m_names.count(unique) > 0;)
+            unique = fmt::format("{}.{}", name, ++count);
+        ++m_names[unique];
+        return unique;
     }
 
     void Flush(std::size_t above)
@@ -222,6 +237,9 @@ private:
     std::string m_materialText;
     /// The materials' names by style, and whether it is the colour of curves without one.
     std::map<std::pair<SceneStyle const*, bool>, std::string> m_materials;
+    /// Those in use, with the last number behind each.
+    std::unordered_map<std::string, std::size_t> m_names;
+    std::size_t m_occurrence = 0;
     std::size_t m_vertices = 0;
     std::size_t m_normals = 0;
     std::size_t m_textures = 0;
@@ -238,14 +256,16 @@ void ExportPly(ExportTask& task)
 {
     // The counts stand in the head with room for the longest.
     static constexpr char kHead[] =
-        "ply\nformat binary_little_endian 1.0\ncomment kvr_xml_producer\nelement vertex {:<10}\nproperty float x\n"
+        "ply\nformat binary_little_endian 1.0\ncomment kvr_xml_producer, unit of length: {}\nelement vertex "
+        "{:<10}\nproperty float x\n"
         "property float y\nproperty float z\nelement face {:<10}\nproperty list uchar int vertex_indices\n"
         "property uchar red\nproperty uchar green\nproperty uchar blue\nproperty uchar alpha\nend_header\n";
     std::string const facesPath = task.path + ".faces";
     std::uint32_t vertexCount = 0;
     std::uint32_t faceCount = 0;
     NewFile file(task.path);
-    file.Out().Put(fmt::format(kHead, 0, 0));
+    std::string const unit = FlatUnitName(FlatUnit(task));
+    file.Out().Put(fmt::format(kHead, unit, 0, 0));
     {
         // Vertices stand in front of all faces, which wait in a file of their own.
         NewFile faces(facesPath);
@@ -281,7 +301,7 @@ void ExportPly(ExportTask& task)
          size = std::fread(block.data(), 1, block.size(), faces.get()))
         file.Out().Put({block.data(), size});
     std::filesystem::remove(facesPath);
-    file.Patch(0, fmt::format(kHead, vertexCount, faceCount));
+    file.Patch(0, fmt::format(kHead, unit, vertexCount, faceCount));
     file.Finish();
 }
 

@@ -24,6 +24,9 @@ namespace KVR
 namespace
 {
 
+// Each takes some kilobytes of memory.
+constexpr std::size_t kMostMeshFaces = 250'000;
+
 char const* KindOf(SceneGeometry const& geometry)
 {
     if (geometry.className == "IPointCloud")
@@ -81,7 +84,7 @@ std::vector<PartItem> PartShapes::Of(SceneComponent const& component, gp_Mat con
     return items;
 }
 
-TopoDS_Shape PartShapes::ShapeOf(SceneGeometry const& geometry, NotCarriedCounts& notCarried) const
+TopoDS_Shape PartShapes::ShapeOf(SceneGeometry const& geometry, NotCarriedCounts& notCarried)
 {
     switch (geometry.kind)
     {
@@ -112,15 +115,31 @@ TopoDS_Shape PartShapes::ShapeOf(SceneGeometry const& geometry, NotCarriedCounts
             // The mesh of a body says nothing that the body does not.
             if (!geometry.bodyId.empty())
                 return {};
-            TopoDS_Shape const shell = m_options.meshFaces ? MeshShell(*geometry.mesh) : TopoDS_Shape();
-            if (shell.IsNull())
+            if (m_options.meshes == Options::Meshes::kFaces)
+                return FacesOf(*geometry.mesh, notCarried);
+            if (m_options.meshes == Options::Meshes::kCount)
                 notCarried.Add("meshes without a body");
-            return shell;
+            return {};
         }
         default:
             notCarried.Add(KindOf(geometry));
             return {};
     }
+}
+
+TopoDS_Shape PartShapes::FacesOf(IPolygonMesh const& mesh, NotCarriedCounts& notCarried)
+{
+    // A polygon that is no triangle counts for one, which is near enough.
+    std::size_t const triangles = mesh.PolygonCount();
+    if (triangles > kMostMeshFaces - m_triangles)
+    {
+        notCarried.Add("meshes beyond 250,000 flat faces");
+        return {};
+    }
+    m_triangles += triangles;
+    TopoDS_Shape const shell = MeshShell(mesh);
+    notCarried.Add("meshes without a body", shell.IsNull() ? 1 : 0);
+    return shell;
 }
 
 void PartShapes::Place(PartItem& item, TopoDS_Shape const& shape, ShapePlacement const& placement, bool stays)

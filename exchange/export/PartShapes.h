@@ -7,13 +7,14 @@
 #include <utility>
 #include <vector>
 
-#include "exchange/export/Export.h"
+#include "exchange/export/ExportTask.h"
 #include "scene/Scene.h"
 
 namespace KVR
 {
 
 class BODY;
+class IPolygonMesh;
 class SubEntityToStylesMap;
 struct ShapePlacement;
 
@@ -37,8 +38,14 @@ public:
     {
         /// The unit of the shapes, in metres.
         double metresPerUnit = 1e-3;
-        /// Whether a mesh without a body becomes a shell of flat faces.
-        bool meshFaces = false;
+        /// What becomes of a mesh without a body: it is counted, a shell of flat faces, or the affair of someone else.
+        enum class Meshes
+        {
+            kCount,
+            kFaces,
+            kLeave
+        };
+        Meshes meshes = Meshes::kCount;
         /// The data ids of faces and edges to be found again.
         std::unordered_set<std::string> wantedSubShapes;
     };
@@ -50,12 +57,15 @@ public:
     std::vector<PartItem> Of(SceneComponent const& component, gp_Mat const& change);
 
 private:
-    TopoDS_Shape ShapeOf(SceneGeometry const& geometry, NotCarriedCounts& notCarried) const;
+    TopoDS_Shape ShapeOf(SceneGeometry const& geometry, NotCarriedCounts& notCarried);
+    TopoDS_Shape FacesOf(IPolygonMesh const& mesh, NotCarriedCounts& notCarried);
     void Place(PartItem& item, TopoDS_Shape const& shape, ShapePlacement const& placement, bool stays);
     void TakeSubShapes(PartItem& item, BODY const& body, SubEntityToStylesMap const* styles) const;
     bool IsUsed(TopoDS_Shape const& shape);
 
     Options m_options;
+    /// Of all meshes that became faces.
+    std::size_t m_triangles = 0;
     NotCarriedCounts& m_notCarried;
     /// Components whose losses were counted.
     std::unordered_set<void const*> m_counted;

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "exchange/conventions/AnnotationDetails.h"
-#include "exchange/export/Export.h"
+#include "exchange/export/ExportTask.h"
 #include "framework/api/Enums.h"
 #include "scene/SceneComponent.h"
 
@@ -111,6 +111,20 @@ struct ShapeDocument
         std::vector<Target> second;
     };
 
+    /// A mesh without a body, for formats that have triangles beside shapes.
+    struct Tessellation
+    {
+        TDF_Label part;
+        std::string name;
+        IPolygonMesh* mesh = nullptr;
+        /// To the part, in the document's unit.
+        Matrix place = kIdentity;
+        /// Null for none.
+        SceneStyle const* style = nullptr;
+        bool isHidden = false;
+        Scene const* scene = nullptr;
+    };
+
     /// What is said of a part or assembly, its name with the blanks that the writer takes off.
     struct Product
     {
@@ -153,6 +167,11 @@ struct ShapeDocument
     std::vector<TDF_Label> colorlessParts;
     std::vector<View> views;
     std::vector<Callout> callouts;
+    std::vector<Tessellation> tessellations;
+    /// When the scene was made, as ISO 8601; empty when it does not say.
+    std::string creationTime;
+    /// Whether a STEP file has the curves of edges in the parameters of all surfaces (see DropParameterCurves).
+    bool parameterCurves = false;
     NotCarriedCounts& notCarried;
 };
 

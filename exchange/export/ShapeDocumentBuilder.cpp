@@ -6,7 +6,9 @@
 #include <XCAFDoc_DocumentTool.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <ctime>
 #include <stdexcept>
 
 #include "exchange/export/DocumentDrawings.h"
@@ -18,9 +20,9 @@
 #include "framework/api/FileProperties.h"
 #include "framework/api/IComponent.h"
 #include "framework/api/IFile.h"
+#include "framework/api/Time.h"
 #include "framework/api/UTF16String.h"
 #include "framework/api/UTF8String.h"
-#include "scene/SceneTotals.h"
 
 namespace KVR
 {
@@ -74,8 +76,8 @@ bool HasOwnGeometry(SceneComponent const& component)
 
 }  // namespace
 
-ShapeDocumentBuilder::ShapeDocumentBuilder(ExportTask& task)
-    : m_task(task), m_scene(task.scene), m_document(task.notCarried)
+ShapeDocumentBuilder::ShapeDocumentBuilder(ExportTask& task, bool hasTriangles)
+    : m_task(task), m_hasTriangles(hasTriangles), m_scene(task.scene), m_document(task.notCarried)
 {
 }
 
@@ -87,13 +89,14 @@ ShapeDocument ShapeDocumentBuilder::Build()
         m_document.unit = m_scene.Unit();
         m_document.metresPerUnit = m_scene.MetresPerUnit();
     }
+    m_document.parameterCurves = m_task.options.parameterCurves;
     // Without Open CASCADE's application, which would stay to the end of the process.
     m_document.document = new TDocStd_Document("BinXCAF");
     XCAFDoc_DocumentTool::Set(m_document.document->Main());
     XCAFDoc_DocumentTool::SetLengthUnit(m_document.document, m_document.metresPerUnit, UnitsMethods_LengthUnit_Meter);
     XCAFDoc_ShapeTool::SetAutoNaming(Standard_False);
     m_shapes = XCAFDoc_DocumentTool::ShapeTool(m_document.document->Main());
-    m_parts = std::make_unique<DocumentParts>(m_task, m_document);
+    m_parts = std::make_unique<DocumentParts>(m_task, m_document, m_hasTriangles);
     AddRoots();
     m_shapes->UpdateAssemblies();
     DocumentLooks looks(m_task, m_document, *m_parts);
@@ -112,9 +115,7 @@ void ShapeDocumentBuilder::CheckSize() const
 {
     if (m_scene.Root() == kNoIndex)
         throw std::runtime_error("the scene has no component to write");
-    if (SceneTotals::Of(m_scene).occurrences > kMostOccurrences)
-        throw std::runtime_error(
-            "the scene has more than 1,000,000 occurrences, beyond what is written in this format");
+    RefuseMoreOccurrences(m_scene, kMostOccurrences);
 }
 
 void ShapeDocumentBuilder::AddRoots()
@@ -151,6 +152,13 @@ void ShapeDocumentBuilder::AddFileProperties(FileProperties const* properties)
         m_document.organization = UTF8String(text).Value();
     if (m_document.authorisation.empty() && properties->Authorisation(text) == kIsValueSpecified_Yes)
         m_document.authorisation = UTF8String(text).Value();
+    Time time;
+    if (m_document.creationTime.empty() && properties->CreationDate(time) == kIsValueSpecified_Yes)
+    {
+        std::array<char, 32> written{};
+        std::size_t const size = std::strftime(written.data(), written.size(), "%Y-%m-%dT%H:%M:%S", &time.Value());
+        m_document.creationTime.assign(written.data(), size);
+    }
 }
 
 // Whether the entry, or one below it, gives something another place.

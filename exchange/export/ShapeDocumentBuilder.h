@@ -24,7 +24,8 @@ class FileProperties;
 class ShapeDocumentBuilder
 {
 public:
-    explicit ShapeDocumentBuilder(ExportTask& task);
+    /// Of a format that has triangles, or none.
+    ShapeDocumentBuilder(ExportTask& task, bool hasTriangles);
 
     /// The document, once; its unit is that of the scene, or millimetres where STEP has no such unit. Throws
     /// std::runtime_error when the scene has more occurrences than a STEP writer can go through.
@@ -43,6 +44,7 @@ private:
     bool Moves(SceneOverride const& entry);
 
     ExportTask& m_task;
+    bool m_hasTriangles;
     Scene const& m_scene;
     ShapeDocument m_document;
     opencascade::handle<XCAFDoc_ShapeTool> m_shapes;

@@ -1,5 +1,7 @@
+#include <string>
+
 #include "exchange/export/BrepFile.h"
-#include "exchange/export/Export.h"
+#include "exchange/export/ExportTask.h"
 #include "exchange/export/Formats.h"
 #include "exchange/export/ShapeDocument.h"
 #include "exchange/export/ShapeDocumentBuilder.h"
@@ -12,10 +14,28 @@ namespace KVR
 namespace
 {
 
-template <class Writer>
-void WriteShapes(ExportTask& task, Writer write)
+// What would be done about a scene of meshes alone.
+void TellOfMeshFaces(ExportTask& task, bool hasTriangles)
 {
-    ShapeDocument document = ShapeDocumentBuilder(task).Build();
+    bool hasMesh = false;
+    for (SceneComponent const& component : task.scene.Components())
+        for (SceneGeometry const& geometry : component.geometry)
+        {
+            if (geometry.kind != GeometryKind::kMesh && geometry.kind != GeometryKind::kOther)
+                return;
+            hasMesh = hasMesh || geometry.kind == GeometryKind::kMesh;
+        }
+    if (hasMesh && !task.options.meshFaces)
+        task.remarks.push_back(std::string("the scene has meshes and no bodies, so that nothing of its shape is there; "
+                                           "--mesh-faces writes them as ") +
+                               (hasTriangles ? "tessellated geometry" : "flat faces"));
+}
+
+template <class Writer>
+void WriteShapes(ExportTask& task, bool hasTriangles, Writer write)
+{
+    ShapeDocument document = ShapeDocumentBuilder(task, hasTriangles).Build();
+    TellOfMeshFaces(task, hasTriangles);
     NewFile file(task.path);
     write(std::move(document), file.Out());
     file.Finish();
@@ -25,12 +45,13 @@ void WriteShapes(ExportTask& task, Writer write)
 
 void ExportStep(ExportTask& task)
 {
-    WriteShapes(task, [&](ShapeDocument document, Output& out) { WriteStepFile(std::move(document), out, task.tell); });
+    WriteShapes(task, true,
+                [&](ShapeDocument document, Output& out) { WriteStepFile(std::move(document), out, task.tell); });
 }
 
 void ExportBrep(ExportTask& task)
 {
-    WriteShapes(task, &WriteBrepFile);
+    WriteShapes(task, false, &WriteBrepFile);
 }
 
 }  // namespace KVR

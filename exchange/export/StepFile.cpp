@@ -2,10 +2,11 @@
 
 #include <StepData_Protocol.hxx>
 #include <StepData_StepWriter.hxx>
+#include <TCollection_HAsciiString.hxx>
 #include <ostream>
-#include <stdexcept>
 
 #include "exchange/export/StepPhases.h"
+#include "exchange/export/StepTessellation.h"
 #include "exchange/export/StepText.h"
 #include "output/Output.h"
 
@@ -24,8 +25,19 @@ void FinishedModel::Write(Output& out) const
     stream.exceptions(std::ios::badbit);
     StepData_StepWriter lines(m_step->model);
     lines.SendModel(opencascade::handle<StepData_Protocol>::DownCast(m_step->model->Protocol()));
-    if (!lines.Print(stream))
-        throw std::runtime_error("Open CASCADE could not write the STEP file");
+    // The end of the data and of the file.
+    constexpr int kEnd = 2;
+    int const count = lines.NbLines();
+    for (int i = 1; i <= count; ++i)
+    {
+        if (i > count - kEnd && !m_step->document.tessellations.empty())
+        {
+            text.Finish();
+            WriteTessellations(*m_step, static_cast<std::size_t>(m_step->model->NbEntities()), out);
+            m_step->document.tessellations.clear();
+        }
+        stream << lines.Line(i)->ToCString() << '\n';
+    }
     text.Finish();
     out.Flush();
 }

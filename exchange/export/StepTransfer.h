@@ -8,6 +8,7 @@
 #include <XSControl_WorkSession.hxx>
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "exchange/export/ShapeDocument.h"
@@ -34,6 +35,9 @@ struct StepTransfer
     Item ItemOf(TopoDS_Shape const& shape);
     /// What defines the shape of a part or an assembly of the document; null for another label.
     opencascade::handle<StepShape_ShapeDefinitionRepresentation> DefinitionOf(TDF_Label const& label);
+
+    /// The edges of bodies whose curves lie apart from their surfaces.
+    std::unordered_set<Standard_Transient const*> LooseEdges();
 
     ShapeDocument document;
     STEPCAFControl_Writer writer;

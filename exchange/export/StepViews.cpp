@@ -134,6 +134,9 @@ void WriteHeader(ShapeDocument const& document, handle<StepData_StepModel> const
 {
     APIHeaderSection_MakeHeader header(model);
     header.SetName(StepString(document.title));
+    // Not that of the writing: the same scene gives the same file.
+    constexpr char kNoTime[] = "1970-01-01T00:00:00";
+    header.SetTimeStamp(StepString(document.creationTime.empty() ? kNoTime : document.creationTime));
     header.SetAuthor(OneText(document.author));
     header.SetOrganization(OneText(document.organization));
     header.SetOriginatingSystem(StepString("kvr_xml_producer"));

@@ -63,6 +63,7 @@ void StyleReader::Fill(SceneStyle& style, UTF8String const& id)
     auto const* const object = dynamic_cast<IRenderStyle const*>(m_producer.Load(id));
     if (!object)
         return;
+    style.object = object;
     style.label = m_content.text.Keep(object->Label());
     Color color;
     if (object->DiffuseColor(color) == kIsValueSpecified_Yes)

@@ -109,7 +109,10 @@ TEST_P(RoundModel, ThreeRoundsChangeNothing)
         json const content = SceneContent(scene);
         if (round == 0)
             first = content;
-        EXPECT_THAT(DifferencesOf(first, content), IsEmpty()) << "round " << round;
+        EXPECT_THAT(DifferencesOf(first, WithoutAddedMeasures(first, content)), IsEmpty()) << "round " << round;
+        // What the first export adds stays.
+        if (round == 1)
+            first = content;
         if (round == 3)
             break;
         model = folder.NarrowPathOf("round" + number + ".step");

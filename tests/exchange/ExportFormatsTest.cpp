@@ -165,4 +165,45 @@ TEST(ExportFormatsTest, ObjHasObjectsMaterialsAndCurves)
     EXPECT_THAT(text, HasSubstr("d 0.25\n"));
 }
 
+TEST(ExportFormatsTest, ObjNamesEachOccurrenceOnceAndNoTwoAlike)
+{
+    ExportScene scene;
+    scene.Triangle("m").Triangle("n");
+    std::string const text =
+        UnderTop(R"(<IInstance ID="i1" Label="a b" Visibility="1"><Child ID="p"/></IInstance>
+<IInstance ID="i2" Label="a_b" Visibility="1"><Child ID="p"/></IInstance>
+<IInstance ID="i3" Label="a_b.2" Visibility="1"><Child ID="p"/></IInstance>
+<IInstance ID="i4" Label="a b" Visibility="1"><Child ID="p"/></IInstance>
+<IInstance ID="i5" Visibility="1"><Child ID="q"/></IInstance>)") +
+        R"(<IPart ID="p" Label="Part"><ChildSet><IPolygonMesh ID="m" Visibility="1"/><IPolygonMesh ID="n" Visibility="1"/>
+</ChildSet></IPart><IPart ID="q"><ChildSet><IPolygonMesh ID="m" Visibility="1"/></ChildSet></IPart>)";
+    ToolRun const run = scene.Export(text, "out.obj");
+    ASSERT_EQ(run.status, 0) << run.error;
+    std::ifstream file(scene.PathOf("out.obj"));
+    std::vector<std::string> names;
+    for (std::string line; std::getline(file, line);)
+        if (line.starts_with("o "))
+            names.push_back(line.substr(2));
+    EXPECT_THAT(names, ElementsAre("a_b", "a_b.2", "a_b.2.2", "a_b.3", "i5"));
+}
+
+TEST(ExportFormatsTest, TheUnitIsTheOneAskedForAndSaid)
+{
+    for (std::string const name : {"out.stl", "out.obj", "out.ply"})
+    {
+        ExportScene scene;
+        scene.Mesh("m", {0, 0, 0, 1000, 0, 0, 0, 1000, 0}, {{0, 1, 2}});
+        ToolRun const run = scene.Export(SceneText(), name, {"--unit", "inch"});
+        ASSERT_EQ(run.status, 0) << run.error;
+        EXPECT_THAT(run.error, HasSubstr(name + ": its unit of length: inch\n"));
+        Assimp::Importer importer;
+        aiScene const* const found = importer.ReadFile(scene.PathOf(name), 0);
+        ASSERT_TRUE(found) << importer.GetErrorString();
+        EXPECT_NEAR(TrianglesOf(*found).at(0).at(0).at(0), 10 / 0.0254, 1e-4);
+        std::ifstream file(scene.PathOf(name), std::ios::binary);
+        std::string const head = std::string(std::istreambuf_iterator<char>(file), {}).substr(0, 120);
+        EXPECT_THAT(head, HasSubstr("unit of length: inch"));
+    }
+}
+
 }  // namespace KVR::Test

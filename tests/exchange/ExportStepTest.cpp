@@ -2,8 +2,11 @@
 #include <gtest/gtest.h>
 #include <BRepBuilderAPI_MakeEdge.hxx>
 #include <BRepBuilderAPI_MakeWire.hxx>
+#include <BRepGProp.hxx>
+#include <BRepPrimAPI_MakeCylinder.hxx>
 #include <BRepTools.hxx>
 #include <BRep_Builder.hxx>
+#include <GProp_GProps.hxx>
 #include <TCollection_HAsciiString.hxx>
 #include <TDF_LabelSequence.hxx>
 #include <TopExp.hxx>
@@ -535,6 +538,94 @@ TEST(ExportStepTest, ValidationPropertiesAndMaterialsAreThoseOfTheCustomProperti
     EXPECT_STREQ(name->ToCString(), "Steel");
 }
 
+TEST(ExportStepTest, SolidsHaveTheirMeasuresUnlessTheSceneHasThem)
+{
+    StepScene scene;
+    scene.Body("body", BoxShape(1, 2, 3))
+        .Body("other", BoxShape(1, 1, 1))
+        .Write(RootFile("top") +
+               Assembly("top", Instance("one", "several") +
+                                   Instance("mirrored", "several", "-1 0 0 0 0 1 0 0 0 0 1 0 0 0 0 1")) +
+               Part("several", Brep("body") + Brep("other", "<Transform>" + Move(10) + "</Transform>"),
+                    "<FileProperties><CustomProperties>"
+                    "<CustomProperty Key='geometric validation property: volume' Type='kDouble' Value='6.5'/>"
+                    "</CustomProperties></FileProperties>"));
+    StepRead const read = ReadBack(scene);
+    for (char const* const name : {"one", "mirrored"})
+    {
+        bool const isMirrored = std::string_view(name) == "mirrored";
+        TDF_Label part;
+        XCAFDoc_ShapeTool::GetReferredShape(read.Component("top", name), part);
+        Standard_Real value = 0.0;
+        ASSERT_TRUE(XCAFDoc_Volume::Get(part, value)) << name;
+        EXPECT_NEAR(value, isMirrored ? 7.0 : 6.5, 1e-9);
+        ASSERT_TRUE(XCAFDoc_Area::Get(part, value));
+        EXPECT_NEAR(value, 28.0, 1e-9);
+        gp_Pnt centroid;
+        ASSERT_TRUE(XCAFDoc_Centroid::Get(part, centroid));
+        // In the coordinates of the part, or of its mirrored copy, whose axes are its own.
+        gp_Pnt expected((3.0 + 10.5) / 7.0, 6.5 / 7.0, 9.5 / 7.0);
+        if (isMirrored)
+        {
+            GProp_GProps ofCopy;
+            BRepGProp::VolumeProperties(read.ShapeOf(part), ofCopy);
+            expected = ofCopy.CentreOfMass();
+        }
+        EXPECT_TRUE(centroid.IsEqual(expected, 1e-9)) << name;
+    }
+}
+
+TEST(ExportStepTest, AnInstanceOfCurvesOrOfSurfacesWithCurvesHasItsColourOnBoth)
+{
+    StepScene scene;
+    scene.Body("body", BoxShape(1, 1, 1))
+        .Body("wire", BRepBuilderAPI_MakeEdge(gp_Pnt(0, 5, 0), gp_Pnt(10, 5, 0)).Shape())
+        .Write(RootFile("top", Styles(Style("red", 1, 0, 0))) +
+               Assembly("top", Instance("w", "wires", kIdentityText, Styled("red")) +
+                                   Instance("b", "both", kIdentityText, Styled("red"))) +
+               Part("wires", Brep("wire")) + Part("both", Brep("body") + Brep("wire")));
+    StepRead const read = ReadBack(scene);
+    EXPECT_THAT(read.CurveColor(read.Component("top", "w")), IsColor(1, 0, 0));
+    EXPECT_EQ(read.SurfaceColor(read.Component("top", "w")), std::nullopt);
+    EXPECT_THAT(read.CurveColor(read.Component("top", "b")), IsColor(1, 0, 0));
+    EXPECT_THAT(read.SurfaceColor(read.Component("top", "b")), IsColor(1, 0, 0));
+}
+
+TEST(ExportStepTest, CurvesInParametersAreThereWhenAskedFor)
+{
+    StepScene scene;
+    scene.Body("body", BRepPrimAPI_MakeCylinder(1, 2).Shape()).Write(RootFile("part") + Part("part", Brep("body")));
+    EXPECT_NEAR(VolumeOf(ReadBack(scene).Whole()), 2 * 3.14159265358979, 1e-6);
+    EXPECT_THAT(ContentOf(scene.PathOf("out.step")), Not(HasSubstr("PCURVE")));
+    EXPECT_NEAR(VolumeOf(ReadBack(scene, {"--pcurves"}).Whole()), 2 * 3.14159265358979, 1e-6);
+    EXPECT_THAT(ContentOf(scene.PathOf("out.step")), HasSubstr("PCURVE"));
+}
+
+TEST(ExportStepTest, TheSameSceneIsTheSameFile)
+{
+    StepScene scene;
+    std::string parts;
+    std::string instances;
+    for (int i = 0; i < 12; ++i)
+    {
+        std::string const number = std::to_string(i);
+        scene.Body(("body" + number).c_str(), BoxShape(1, 1, 1 + i));
+        parts += Part("part" + number, Brep("body" + number), Styled(i % 2 == 0 ? "red" : "blue"));
+        instances += Instance("i" + number, "part" + number);
+    }
+    scene.Write(RootFile("top", Styles(Style("red", 1, 0, 0) + Style("blue", 0, 0, 1))) + Assembly("top", instances) +
+                parts);
+    std::string first;
+    for (int i = 0; i < 4; ++i)
+    {
+        ASSERT_EQ(scene.Export("out.step").status, 0);
+        std::string const content = ContentOf(scene.PathOf("out.step"));
+        first = first.empty() ? content : first;
+        EXPECT_EQ(content, first);
+    }
+    EXPECT_THAT(first, HasSubstr("'1970-01-01T00:00:00'"));
+}
+
 TEST(ExportStepTest, ViewsKeepTheirCamerasAndCuts)
 {
     StepScene scene;
@@ -680,7 +771,7 @@ TEST(ExportStepTest, AfterOneRoundImportAndExportChangeNothing)
                         "", "kUnitType_Inch") +
                Part("single", Brep("whole", "<Face ID='face'>" + Styled("red") + "</Face>"), "", "kUnitType_Inch") +
                Part("several", Brep("one", Styled("red")) + Brep("two", "", "0"), "", "kUnitType_Inch"));
-    // The entities without their numbers, in an order of their own: the writer's depends on addresses.
+    // The entities without their numbers, in an order of their own.
     auto const entitiesOf = [&](std::string const& name)
     {
         std::string const text = ContentOf(scene.PathOf(name));

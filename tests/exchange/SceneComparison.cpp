@@ -126,6 +126,33 @@ nlohmann::json SceneContent(std::string const& path)
     return Scene(path).objects;
 }
 
+nlohmann::json WithoutAddedMeasures(nlohmann::json const& first, nlohmann::json second)
+{
+    json const none = json::array();
+    for (auto& [id, object] : second.items())
+    {
+        if (!object.is_object() || !object.value("FileProperties", json()).is_object())
+            continue;
+        json& properties = object["FileProperties"];
+        json const before = first.contains(id) ? first.at(id).value("FileProperties", json()) : json();
+        json const known = before.is_object() ? before.at("CustomProperties") : none;
+        json left = json::array();
+        for (json const& property : properties.at("CustomProperties"))
+        {
+            bool const isMeasure =
+                property.at("Name").get<std::string>().starts_with("geometric validation property: ");
+            bool const isKnown = std::any_of(known.begin(), known.end(),
+                                             [&](json const& other) { return other["Name"] == property["Name"]; });
+            if (!isMeasure || isKnown)
+                left.push_back(property);
+        }
+        properties["CustomProperties"] = left;
+        if (before.is_null() && left.empty())
+            properties = json();
+    }
+    return second;
+}
+
 std::vector<std::string> DifferencesOf(nlohmann::json const& first, nlohmann::json const& second)
 {
     std::vector<std::string> differences;

@@ -11,6 +11,8 @@ namespace KVR::Test
 /// layers with their members, properties, annotations, views and cameras. Of what a file says of itself there are
 /// author, organization and authorisation alone, and of triangles nothing.
 nlohmann::json SceneContent(std::string const& path);
+/// The second content without the validation properties of parts that are none of the first's: an export adds them.
+nlohmann::json WithoutAddedMeasures(nlohmann::json const& first, nlohmann::json second);
 /// A line for each difference. Numbers may differ by 1e-6.
 std::vector<std::string> DifferencesOf(nlohmann::json const& first, nlohmann::json const& second);
 

@@ -26,8 +26,14 @@ private:
 /// What a format's writer gets: the scene, the path to write to, and where to count.
 struct ExportTask
 {
-    ExportTask(IProducer& producer, Scene const& scene, ExportOptions const& options, std::string path, TellStage tell)
-        : producer(producer), scene(scene), options(options), path(std::move(path)), tell(std::move(tell))
+    ExportTask(IProducer& producer, Scene const& scene, ExportOptions const& options, std::string path,
+               std::string folder, TellStage tell)
+        : producer(producer),
+          scene(scene),
+          options(options),
+          path(std::move(path)),
+          folder(std::move(folder)),
+          tell(std::move(tell))
     {
     }
 
@@ -37,7 +43,11 @@ struct ExportTask
     /// The file to write. It has the target's name and stands in a folder of its own, from which it and all files that
     /// the writer puts beside it go to their places together.
     std::string path;
+    /// That of the scene, from which it names files; empty for the current one.
+    std::string folder;
     NotCarriedCounts notCarried;
+    /// What else is to be said, each a sentence without its full stop.
+    std::vector<std::string> remarks = {};
     /// Told how far the writing is.
     TellStage tell;
 
@@ -48,5 +58,9 @@ private:
     unsigned long long m_occurrences = 0;
     unsigned long long m_allOccurrences = 0;
 };
+
+/// Throws std::runtime_error for a scene with more occurrences than that, counted without walking them: a few
+/// components in one another may stand for more than any memory holds.
+void RefuseMoreOccurrences(Scene const& scene, unsigned long long limit);
 
 }  // namespace KVR
