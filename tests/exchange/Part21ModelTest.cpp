@@ -58,14 +58,14 @@ TEST(Part21Model, ListsThatAreDeepDoNoHarm)
 
 TEST(Part21Text, ResolvesDirectives)
 {
-    EXPECT_EQ(Part21Text("a''b\\\\c"), "a'b\\c");
-    EXPECT_EQ(Part21Text("\\X2\\00E40030\\X0\\!"), "ä0!");
-    EXPECT_EQ(Part21Text("\\X2\\D83DDE00\\X0\\"), "\xF0\x9F\x98\x80");
-    EXPECT_EQ(Part21Text("\\X4\\0001F600\\X0\\"), "\xF0\x9F\x98\x80");
-    EXPECT_EQ(Part21Text("\\X\\E4\\S\\d"), "ää");
-    EXPECT_EQ(Part21Text("ä"), "ä");
-    EXPECT_EQ(Part21Text("\xE4"), "ä");
-    EXPECT_EQ(Part21Text("\\X2\\00"), "00");
+    EXPECT_EQ(MeaningOfPart21Text("a''b\\\\c"), "a'b\\c");
+    EXPECT_EQ(MeaningOfPart21Text("\\X2\\00E40030\\X0\\!"), "ä0!");
+    EXPECT_EQ(MeaningOfPart21Text("\\X2\\D83DDE00\\X0\\"), "\xF0\x9F\x98\x80");
+    EXPECT_EQ(MeaningOfPart21Text("\\X4\\0001F600\\X0\\"), "\xF0\x9F\x98\x80");
+    EXPECT_EQ(MeaningOfPart21Text("\\X\\E4\\S\\d"), "ää");
+    EXPECT_EQ(MeaningOfPart21Text("ä"), "ä");
+    EXPECT_EQ(MeaningOfPart21Text("\xE4"), "ä");
+    EXPECT_EQ(MeaningOfPart21Text("\\X2\\00"), "00");
 }
 
 }  // namespace KVR::Test
