@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace KVR
+namespace KVR::Certification
 {
 
 namespace
@@ -139,4 +139,4 @@ Bulk Bulk::Of(std::vector<double> const& numbers)
     return bulk;
 }
 
-}  // namespace KVR
+}  // namespace KVR::Certification

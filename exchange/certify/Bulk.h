@@ -5,7 +5,7 @@
 
 #include "exchange/certify/FactPlace.h"
 
-namespace KVR
+namespace KVR::Certification
 {
 
 /// How much there is of something, and where: measures that can be added up.
@@ -44,4 +44,4 @@ private:
     static constexpr double kNothing = std::numeric_limits<double>::max();
 };
 
-}  // namespace KVR
+}  // namespace KVR::Certification

@@ -8,7 +8,7 @@
 
 #include "exchange/certify/CertificateNumbers.h"
 
-namespace KVR
+namespace KVR::Certification
 {
 
 using namespace CertificateNumbers;
@@ -164,4 +164,4 @@ Table Certificate::ByPath(std::size_t stage, std::function<std::vector<double>(N
     return table;
 }
 
-}  // namespace KVR
+}  // namespace KVR::Certification

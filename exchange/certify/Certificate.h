@@ -9,7 +9,7 @@
 #include "exchange/certify/FoldedFacts.h"
 #include "exchange/certify/ModelFacts.h"
 
-namespace KVR
+namespace KVR::Certification
 {
 
 /// What of a model is the same in its scene and in what is exported from that. Each thing is compared with what the
@@ -63,4 +63,4 @@ private:
     std::vector<std::string> m_absences;
 };
 
-}  // namespace KVR
+}  // namespace KVR::Certification

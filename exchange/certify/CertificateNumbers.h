@@ -12,7 +12,7 @@
 #include "exchange/certify/ModelFacts.h"
 
 /// How the rows of a certificate compare.
-namespace KVR::CertificateNumbers
+namespace KVR::Certification::CertificateNumbers
 {
 
 // How far numbers may be apart.
@@ -100,4 +100,4 @@ inline std::vector<double> BoxOf(Bulk const& bulk)
     return {bulk.low[0], bulk.low[1], bulk.low[2], bulk.high[0], bulk.high[1], bulk.high[2]};
 }
 
-}  // namespace KVR::CertificateNumbers
+}  // namespace KVR::Certification::CertificateNumbers

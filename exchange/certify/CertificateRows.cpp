@@ -6,7 +6,7 @@
 #include "exchange/certify/Certificate.h"
 #include "exchange/certify/CertificateNumbers.h"
 
-namespace KVR
+namespace KVR::Certification
 {
 
 using namespace CertificateNumbers;
@@ -311,4 +311,4 @@ void Certificate::AddAbsences()
     }
 }
 
-}  // namespace KVR
+}  // namespace KVR::Certification

@@ -24,6 +24,8 @@ namespace KVR
 namespace
 {
 
+using namespace Certification;
+
 constexpr char kStage_Comparing[] = "comparing";
 
 // The caller does not want to go on.

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <cstddef>
 
-namespace KVR
+namespace KVR::Certification
 {
 
 using FactPoint = std::array<double, 3>;
@@ -69,4 +69,4 @@ struct FactPlace
     }
 };
 
-}  // namespace KVR
+}  // namespace KVR::Certification

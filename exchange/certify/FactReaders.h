@@ -10,6 +10,11 @@ namespace KVR
 class IProducer;
 class UTF8String;
 
+}  // namespace KVR
+
+namespace KVR::Certification
+{
+
 // Readers of facts, each of which shares no code with import and export. All throw std::exception for what they cannot
 // read, and may end the process where Open CASCADE does.
 
@@ -29,4 +34,4 @@ ModelFacts FactsOfGltf(std::string const& path);
 /// What an STL, OBJ or PLY file holds. The unit, in millimetres, is that of its numbers.
 ModelFacts FactsOfTriangles(std::string const& path, double millimetres);
 
-}  // namespace KVR
+}  // namespace KVR::Certification

@@ -7,7 +7,7 @@
 #include <cmath>
 #include <sstream>
 
-namespace KVR
+namespace KVR::Certification
 {
 
 std::string NumberText(double value)
@@ -48,4 +48,4 @@ void AddView(ModelFacts& facts, std::string const& name, FactPoint const& eye, F
               {eye[0], eye[1], eye[2], direction[0] * factor, direction[1] * factor, direction[2] * factor});
 }
 
-}  // namespace KVR
+}  // namespace KVR::Certification

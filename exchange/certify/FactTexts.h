@@ -4,7 +4,7 @@
 
 #include "exchange/certify/ModelFacts.h"
 
-namespace KVR
+namespace KVR::Certification
 {
 
 // How tables call things, whatever they are read from.
@@ -18,4 +18,4 @@ std::string UnitName(double millimetres);
 /// Adds a view; the direction is made one of length 1.
 void AddView(ModelFacts& facts, std::string const& name, FactPoint const& eye, FactPoint const& direction);
 
-}  // namespace KVR
+}  // namespace KVR::Certification

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace KVR
+namespace KVR::Certification
 {
 
 FoldedFacts::FoldedFacts(ModelFacts const& facts, ModelFacts const& first)
@@ -103,4 +103,4 @@ std::string FoldedFacts::FoldedPath(std::string const& full) const
     }
 }
 
-}  // namespace KVR
+}  // namespace KVR::Certification

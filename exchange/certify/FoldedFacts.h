@@ -6,7 +6,7 @@
 
 #include "exchange/certify/ModelFacts.h"
 
-namespace KVR
+namespace KVR::Certification
 {
 
 /// Occurrences by their paths, in the structure of the facts that others are compared with: what stands below one of
@@ -54,4 +54,4 @@ private:
     std::string m_root;
 };
 
-}  // namespace KVR
+}  // namespace KVR::Certification

@@ -6,7 +6,7 @@
 #include <cmath>
 #include <nlohmann/json.hpp>
 
-namespace KVR
+namespace KVR::Certification
 {
 
 void ModelFacts::Add(char const* table, std::string const& name, std::vector<double> const& numbers, double count)
@@ -74,4 +74,4 @@ std::string ColorText(double red, double green, double blue, double alpha)
     return fmt::format("#{:02x}{:02x}{:02x}{:02x}", byte(red), byte(green), byte(blue), byte(alpha));
 }
 
-}  // namespace KVR
+}  // namespace KVR::Certification

@@ -7,7 +7,7 @@
 
 #include "exchange/certify/Bulk.h"
 
-namespace KVR
+namespace KVR::Certification
 {
 
 /// What a model, a scene or a file holds, as one reader of its own sees it. Lengths are in millimetres, names UTF-8.
@@ -94,4 +94,4 @@ inline constexpr char kTable_Normals[] = "normals";
 /// "#rrggbbaa" of a colour in fractions of sRGB.
 std::string ColorText(double red, double green, double blue, double alpha);
 
-}  // namespace KVR
+}  // namespace KVR::Certification

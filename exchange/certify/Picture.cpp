@@ -13,7 +13,7 @@
 
 extern char** environ;
 
-namespace KVR
+namespace KVR::Certification
 {
 
 std::string PictureOf(std::string const& model, std::string const& target)
@@ -46,4 +46,4 @@ std::string PictureOf(std::string const& model, std::string const& target)
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
-}  // namespace KVR
+}  // namespace KVR::Certification

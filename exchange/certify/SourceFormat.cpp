@@ -9,7 +9,7 @@
 #include "exchange/source/SceneFile.h"
 #include "exchange/source/SceneReading.h"
 
-namespace KVR
+namespace KVR::Certification
 {
 
 ModelFacts FactsOfSceneFile(std::string const& path)
@@ -49,4 +49,4 @@ ModelFacts FactsOfFile(std::string const& path, double millimetres)
     throw std::runtime_error("there is no reader for it");
 }
 
-}  // namespace KVR
+}  // namespace KVR::Certification

@@ -4,7 +4,7 @@
 
 #include "exchange/certify/ModelFacts.h"
 
-namespace KVR
+namespace KVR::Certification
 {
 
 /// The facts of a scene file. Throws std::exception for one without a root.
@@ -15,4 +15,4 @@ ModelFacts FactsOfSceneFile(std::string const& path);
 /// read; may end the process.
 ModelFacts FactsOfFile(std::string const& path, double millimetres);
 
-}  // namespace KVR
+}  // namespace KVR::Certification

@@ -22,6 +22,8 @@ namespace KVR::Test
 namespace
 {
 
+using namespace Certification;
+
 using nlohmann::json;
 
 enum Stage : std::size_t

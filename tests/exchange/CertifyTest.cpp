@@ -18,6 +18,8 @@ namespace KVR::Test
 namespace
 {
 
+using namespace Certification;
+
 using nlohmann::json;
 using testing::IsEmpty;
 

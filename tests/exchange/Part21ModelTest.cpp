@@ -3,13 +3,15 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "exchange/certify/part21/Part21Text.h"
+#include "exchange/certify/part21/DecodedPart21.h"
 
 namespace KVR::Test
 {
 
 namespace
 {
+
+using namespace Certification;
 
 using testing::ElementsAre;
 
@@ -29,14 +31,14 @@ TEST(Part21Model, ReadsEntitiesWithTheirParameters)
     EXPECT_THAT(model.TypesOf(2), ElementsAre("B", "C"));
     EXPECT_FALSE(model.Has(5));
     EXPECT_EQ(model.Parameter(1, 0).text, "it's; /* no comment */");
-    EXPECT_EQ(model.Parameter(1, 1).kind, Part21Argument::Kind::kNothing);
+    EXPECT_EQ(model.Parameter(1, 1).kind, Part21Parameter::Kind::kNothing);
     EXPECT_THAT(model.Parameter(1, 2).References(), ElementsAre(2, 30));
     EXPECT_EQ(model.Parameter(1, 3).text, "T");
     EXPECT_EQ(model.Parameter(1, 4).Number(), 25.0);
     EXPECT_EQ(model.Parameter(2, 0, "C").Number(), -0.5);
     EXPECT_TRUE(model.Is(2, "C"));
     EXPECT_TRUE(model.Parameters(7).empty());
-    EXPECT_EQ(model.Parameter(1, 9).kind, Part21Argument::Kind::kNothing);
+    EXPECT_EQ(model.Parameter(1, 9).kind, Part21Parameter::Kind::kNothing);
 }
 
 TEST(Part21Model, AFileThatEndsEarlyIsRefusedAtEveryLength)
@@ -56,16 +58,16 @@ TEST(Part21Model, ListsThatAreDeepDoNoHarm)
     EXPECT_TRUE(model.Parameter(1, 0).References().empty());
 }
 
-TEST(Part21Text, ResolvesDirectives)
+TEST(DecodedPart21, ResolvesDirectives)
 {
-    EXPECT_EQ(MeaningOfPart21Text("a''b\\\\c"), "a'b\\c");
-    EXPECT_EQ(MeaningOfPart21Text("\\X2\\00E40030\\X0\\!"), "ä0!");
-    EXPECT_EQ(MeaningOfPart21Text("\\X2\\D83DDE00\\X0\\"), "\xF0\x9F\x98\x80");
-    EXPECT_EQ(MeaningOfPart21Text("\\X4\\0001F600\\X0\\"), "\xF0\x9F\x98\x80");
-    EXPECT_EQ(MeaningOfPart21Text("\\X\\E4\\S\\d"), "ää");
-    EXPECT_EQ(MeaningOfPart21Text("ä"), "ä");
-    EXPECT_EQ(MeaningOfPart21Text("\xE4"), "ä");
-    EXPECT_EQ(MeaningOfPart21Text("\\X2\\00"), "00");
+    EXPECT_EQ(DecodedPart21("a''b\\\\c"), "a'b\\c");
+    EXPECT_EQ(DecodedPart21("\\X2\\00E40030\\X0\\!"), "ä0!");
+    EXPECT_EQ(DecodedPart21("\\X2\\D83DDE00\\X0\\"), "\xF0\x9F\x98\x80");
+    EXPECT_EQ(DecodedPart21("\\X4\\0001F600\\X0\\"), "\xF0\x9F\x98\x80");
+    EXPECT_EQ(DecodedPart21("\\X\\E4\\S\\d"), "ää");
+    EXPECT_EQ(DecodedPart21("ä"), "ä");
+    EXPECT_EQ(DecodedPart21("\xE4"), "ä");
+    EXPECT_EQ(DecodedPart21("\\X2\\00"), "00");
 }
 
 }  // namespace KVR::Test

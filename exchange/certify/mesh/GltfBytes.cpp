@@ -7,7 +7,7 @@
 #include <iterator>
 #include <stdexcept>
 
-namespace KVR
+namespace KVR::Certification
 {
 
 namespace
@@ -127,4 +127,4 @@ std::vector<double> GltfBytes::Numbers(json const& index, std::size_t width) con
     return numbers;
 }
 
-}  // namespace KVR
+}  // namespace KVR::Certification

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-namespace KVR
+namespace KVR::Certification
 {
 
 /// A glTF file, binary or not, as its JSON and the bytes that it speaks of.
@@ -28,4 +28,4 @@ private:
     std::vector<std::string> m_buffers;
 };
 
-}  // namespace KVR
+}  // namespace KVR::Certification

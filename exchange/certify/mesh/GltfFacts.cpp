@@ -7,7 +7,7 @@
 #include "exchange/certify/mesh/GltfBytes.h"
 #include "exchange/certify/scene/SceneMeshFacts.h"
 
-namespace KVR
+namespace KVR::Certification
 {
 
 namespace
@@ -260,4 +260,4 @@ ModelFacts FactsOfGltf(std::string const& path)
     return GltfReader(bytes).Read();
 }
 
-}  // namespace KVR
+}  // namespace KVR::Certification

@@ -7,7 +7,7 @@
 
 #include "exchange/certify/FactReaders.h"
 
-namespace KVR
+namespace KVR::Certification
 {
 
 namespace
@@ -90,4 +90,4 @@ ModelFacts FactsOfTriangles(std::string const& path, double millimetres)
     return facts;
 }
 
-}  // namespace KVR
+}  // namespace KVR::Certification

@@ -5,7 +5,7 @@
 
 #include "framework/api/Unicode.h"
 
-namespace KVR
+namespace KVR::Certification
 {
 
 namespace
@@ -108,4 +108,4 @@ std::string DecodedPart21(std::string_view bytes)
     return text;
 }
 
-}  // namespace KVR
+}  // namespace KVR::Certification

@@ -7,7 +7,7 @@
 
 #include "exchange/certify/part21/DecodedPart21.h"
 
-namespace KVR
+namespace KVR::Certification
 {
 
 namespace
@@ -346,4 +346,4 @@ void Part21Model::SkipList()
     }
 }
 
-}  // namespace KVR
+}  // namespace KVR::Certification

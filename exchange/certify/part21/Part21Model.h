@@ -6,7 +6,7 @@
 #include <unordered_map>
 #include <vector>
 
-namespace KVR
+namespace KVR::Certification
 {
 
 /// A parameter of an entity in a Part 21 file.
@@ -91,4 +91,4 @@ private:
     std::unordered_map<std::string_view, std::vector<Id>> m_ofType;
 };
 
-}  // namespace KVR
+}  // namespace KVR::Certification

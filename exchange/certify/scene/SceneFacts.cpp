@@ -15,7 +15,7 @@
 #include "framework/kernel/entity.h"
 #include "scene/ExtensionTypes.h"
 
-namespace KVR
+namespace KVR::Certification
 {
 
 namespace
@@ -315,4 +315,4 @@ ModelFacts FactsOfScene(IProducer& producer, UTF8String const& rootId)
     return SceneReader(producer).Read(rootId);
 }
 
-}  // namespace KVR
+}  // namespace KVR::Certification

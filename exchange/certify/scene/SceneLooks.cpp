@@ -2,7 +2,7 @@
 
 #include "exchange/certify/ModelFacts.h"
 
-namespace KVR
+namespace KVR::Certification
 {
 
 std::optional<std::string> SceneLooks::ColorOf(IdSet const& styles)
@@ -86,4 +86,4 @@ SceneLooks::State SceneLooks::Below(State const& state, IInstance const& instanc
     return below;
 }
 
-}  // namespace KVR
+}  // namespace KVR::Certification

@@ -7,7 +7,7 @@
 
 #include "framework/api/kvr_api.h"
 
-namespace KVR
+namespace KVR::Certification
 {
 
 /// How things look where they stand in a scene: what assemblies say of what is below them, instances and components.
@@ -57,4 +57,4 @@ private:
     std::map<std::string, std::optional<std::string>> m_colors;
 };
 
-}  // namespace KVR
+}  // namespace KVR::Certification

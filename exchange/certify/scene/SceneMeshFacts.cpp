@@ -6,7 +6,7 @@
 
 #include "framework/api/kvr_api.h"
 
-namespace KVR
+namespace KVR::Certification
 {
 
 namespace
@@ -139,4 +139,4 @@ SceneMeshFacts::SceneMeshFacts(IPolygonMesh const& mesh, FactPlace const& place)
     bulk.absoluteVolume = std::abs(bulk.volume);
 }
 
-}  // namespace KVR
+}  // namespace KVR::Certification

@@ -10,6 +10,11 @@ namespace KVR
 
 class IPolygonMesh;
 
+}  // namespace KVR
+
+namespace KVR::Certification
+{
+
 /// What a mesh of a scene is at a place: without the polygons of face segments that are hidden.
 struct SceneMeshFacts
 {
@@ -29,4 +34,4 @@ struct SceneMeshFacts
 /// without a direction. All are in the coordinates of one mesh.
 double AngleOfNormals(FactPoint const (&corners)[3], FactPoint const (&normals)[3]);
 
-}  // namespace KVR
+}  // namespace KVR::Certification

@@ -6,7 +6,7 @@
 #include "exchange/certify/FactTexts.h"
 #include "scene/ExtensionTypes.h"
 
-namespace KVR
+namespace KVR::Certification
 {
 
 namespace
@@ -137,4 +137,4 @@ std::set<std::string> ScenePropertiesOf(IProducer& producer, IComponent const& c
     return values;
 }
 
-}  // namespace KVR
+}  // namespace KVR::Certification

@@ -6,7 +6,7 @@
 #include "exchange/certify/ModelFacts.h"
 #include "framework/api/kvr_api.h"
 
-namespace KVR
+namespace KVR::Certification
 {
 
 // What a scene says beside its geometry, into the tables of its facts.
@@ -17,4 +17,4 @@ void AddSceneView(ModelFacts& facts, IProducer& producer, IView const& view);
 /// The values that are stated of a component.
 std::set<std::string> ScenePropertiesOf(IProducer& producer, IComponent const& component);
 
-}  // namespace KVR
+}  // namespace KVR::Certification

@@ -3,7 +3,7 @@
 #include "exchange/certify/ModelFacts.h"
 #include "exchange/certify/step/StepShapes.h"
 
-namespace KVR
+namespace KVR::Certification
 {
 
 /// Adds a shape at its place to what an occurrence holds of bodies.
@@ -16,4 +16,4 @@ inline void AddShape(ModelFacts::Occurrence& occurrence, StepShape const& shape,
         occurrence.bodies.AddPoint(place.Of(corner));
 }
 
-}  // namespace KVR
+}  // namespace KVR::Certification

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <map>
 
-namespace KVR
+namespace KVR::Certification
 {
 
 namespace
@@ -295,4 +295,4 @@ FactPlace FactProducts::PlacementOf(Id placement, double millimetres) const
     return Framed(x, y, third, PointOf(operation[first + 2].reference, factor)) * FactPlace::Scaling(scale);
 }
 
-}  // namespace KVR
+}  // namespace KVR::Certification

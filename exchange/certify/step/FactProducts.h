@@ -8,7 +8,7 @@
 #include "exchange/certify/FactPlace.h"
 #include "exchange/certify/part21/Part21Model.h"
 
-namespace KVR
+namespace KVR::Certification
 {
 
 /// The products of a STEP file, what each is made of, and where they use each other: from its entities alone.
@@ -76,4 +76,4 @@ private:
 /// The length of a unit in millimetres; 0 for one that is no unit of length.
 double StepMillimetresOfUnit(Part21Model const& model, Part21Model::Id unit);
 
-}  // namespace KVR
+}  // namespace KVR::Certification

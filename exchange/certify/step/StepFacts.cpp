@@ -17,7 +17,7 @@
 #include "exchange/certify/step/StepShapes.h"
 #include "exchange/certify/step/StepStructure.h"
 
-namespace KVR
+namespace KVR::Certification
 {
 
 namespace
@@ -73,4 +73,4 @@ ModelFacts FactsOfIges(std::string const& path)
     return FactsOfShape(reader.OneShape(), 1.0);
 }
 
-}  // namespace KVR
+}  // namespace KVR::Certification

@@ -5,7 +5,7 @@
 
 #include "exchange/certify/ModelFacts.h"
 
-namespace KVR
+namespace KVR::Certification
 {
 
 namespace
@@ -163,4 +163,4 @@ std::optional<std::string> StepLooks::ColorOf(Id id, double alpha, int level) co
     return {};
 }
 
-}  // namespace KVR
+}  // namespace KVR::Certification

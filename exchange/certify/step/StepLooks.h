@@ -10,7 +10,7 @@
 #include "exchange/certify/part21/Part21Model.h"
 #include "exchange/certify/step/FactProducts.h"
 
-namespace KVR
+namespace KVR::Certification
 {
 
 /// What a STEP file says of the looks of its items: colours and what is hidden, from its entities alone.
@@ -53,4 +53,4 @@ private:
     std::vector<Override> m_overrides;
 };
 
-}  // namespace KVR
+}  // namespace KVR::Certification

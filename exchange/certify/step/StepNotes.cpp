@@ -9,7 +9,7 @@
 
 #include "exchange/certify/FactTexts.h"
 
-namespace KVR
+namespace KVR::Certification
 {
 
 namespace
@@ -272,4 +272,4 @@ void AddStepNotes(Part21Model const& model, FactProducts const& products, ModelF
     NoteReader(model, products, facts).Read();
 }
 
-}  // namespace KVR
+}  // namespace KVR::Certification

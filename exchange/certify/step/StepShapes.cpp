@@ -18,7 +18,7 @@
 #include <XSControl_WorkSession.hxx>
 #include <stdexcept>
 
-namespace KVR
+namespace KVR::Certification
 {
 
 namespace
@@ -193,4 +193,4 @@ bool StepShapes::Has(Part21Model::Id entity) const
     return found != m_content->entities.end() && !TransferBRep::ShapeResult(m_content->process, found->second).IsNull();
 }
 
-}  // namespace KVR
+}  // namespace KVR::Certification

@@ -11,7 +11,7 @@
 class TopoDS_Shape;
 class TopoDS_TShape;
 
-namespace KVR
+namespace KVR::Certification
 {
 
 /// A face, or a line of its own, as Open CASCADE reads it.
@@ -63,4 +63,4 @@ using ShapeEntities = std::unordered_map<TopoDS_TShape const*, Part21Model::Id>;
 /// What any shape is, in its own unit.
 StepShape MeasuredShape(TopoDS_Shape const& shape, ShapeEntities const& entities = {});
 
-}  // namespace KVR
+}  // namespace KVR::Certification

@@ -5,7 +5,7 @@
 
 #include "exchange/certify/step/AddShape.h"
 
-namespace KVR
+namespace KVR::Certification
 {
 
 namespace
@@ -172,4 +172,4 @@ void StepStructure::ReadLayers()
     }
 }
 
-}  // namespace KVR
+}  // namespace KVR::Certification

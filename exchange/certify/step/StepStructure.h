@@ -9,7 +9,7 @@
 #include "exchange/certify/step/StepLooks.h"
 #include "exchange/certify/step/StepShapes.h"
 
-namespace KVR
+namespace KVR::Certification
 {
 
 /// The occurrences of a STEP file with what they hold, and how that looks.
@@ -43,4 +43,4 @@ private:
     std::unordered_set<Id> m_representations;
 };
 
-}  // namespace KVR
+}  // namespace KVR::Certification
