@@ -29,10 +29,10 @@ struct NoteDrawing
 
     struct Plane
     {
-        std::array<double, 3> origin{};
-        std::array<double, 3> normal{};
+        std::array<double, 3> origin;
+        std::array<double, 3> normal;
         /// Along the lines of the text.
-        std::array<double, 3> reference{};
+        std::array<double, 3> reference;
     };
 
     /// `metresPerUnit` is the unit of the component.
