@@ -52,7 +52,7 @@ struct GltfMeshes::Primitive
     std::size_t ElementAt(std::size_t corner) const { return indices ? indices->IndexAt(corner) : corner; }
 };
 
-GltfMeshes::GltfMeshes(GltfFile& file, GltfMaterials const& materials)
+GltfMeshes::GltfMeshes(GltfFile& file, GltfFileMaterials const& materials)
     : m_file(file), m_model(file.Reading().model), m_materials(materials), m_meshes(file.List("meshes").size())
 {
     m_room = kLeastRoom;
@@ -201,7 +201,7 @@ std::optional<std::uint32_t> GltfMeshes::PointOf(MeshModel::Mesh& mesh, Primitiv
                                              : m_materials.LinearColorOf(primitive.material);
                 for (std::size_t part = 0; part < primitive.colors->Width(); ++part)
                     color[part] *= std::clamp(number(*primitive.colors, part), 0.0, 1.0);
-                color = GltfMaterials::Srgb(color);
+                color = GltfFileMaterials::Srgb(color);
                 MeshModel::ByteColor& bytes = mesh.pointColors.emplace_back();
                 for (std::size_t part = 0; part < 4; ++part)
                     bytes[part] = static_cast<std::uint8_t>(std::lround(color[part] * 255.0));

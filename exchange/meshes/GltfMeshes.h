@@ -3,7 +3,7 @@
 #include <optional>
 #include <vector>
 
-#include "exchange/meshes/GltfMaterials.h"
+#include "exchange/meshes/GltfFileMaterials.h"
 #include "exchange/meshes/LocalPlaces.h"
 
 namespace KVR
@@ -14,7 +14,7 @@ namespace KVR
 class GltfMeshes
 {
 public:
-    GltfMeshes(GltfFile& file, GltfMaterials const& materials);
+    GltfMeshes(GltfFile& file, GltfFileMaterials const& materials);
 
     /// Those of the model that a mesh of the document became: read when it is asked for, once.
     std::vector<std::size_t> const& Of(std::size_t mesh);
@@ -35,7 +35,7 @@ private:
 
     GltfFile& m_file;
     MeshModel& m_model;
-    GltfMaterials const& m_materials;
+    GltfFileMaterials const& m_materials;
     std::vector<std::optional<std::vector<std::size_t>>> m_meshes;
     std::vector<std::size_t>* m_current = nullptr;
     LocalPlaces m_places;

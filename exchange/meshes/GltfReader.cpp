@@ -367,7 +367,7 @@ private:
 
     GltfFile& m_file;
     MeshModel& m_model;
-    GltfMaterials m_materials;
+    GltfFileMaterials m_materials;
     GltfMeshes m_meshes;
     // Those of one mesh, and of several that the export made of one part.
     std::map<std::vector<std::size_t>, std::size_t> m_partOf;

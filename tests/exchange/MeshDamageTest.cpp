@@ -84,7 +84,13 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(std::pair("a.stl", BinaryStl({BoxTriangles(1, 1, 1)[0], BoxTriangles(1, 1, 1)[1]})),
                     std::pair("b.stl", TextStl({BoxTriangles(1, 1, 1)[0], BoxTriangles(1, 1, 1)[1]})),
                     std::pair("a.obj", kObj), std::pair("a.ply", kPly), std::pair("b.ply", BinaryPly()),
-                    std::pair("a.glb", Glb())));
+                    std::pair("a.glb", Glb())),
+    [](auto const& test)
+    {
+        std::string name = test.param.first;
+        name[1] = '_';
+        return name;
+    });
 
 TEST(MeshDamage, FlippedBytesEndAsASentenceOrAModel)
 {

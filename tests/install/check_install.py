@@ -24,7 +24,8 @@ TREE = ([(0, "file as1-oc-214"), (1, "assembly as1"),
 
 # What the libraries export.
 PRODUCER = re.compile(r"(vtable for |typeinfo for |typeinfo name for )?KVR::XMLProducer(Options)?(::|$)")
-EXCHANGE = re.compile(r"KVR::(ImportModel|ExportScene|CertifyModel|CertifyAgainst|IsExportFormat|ExportFormats)[(\[]")
+EXCHANGE = re.compile(r"KVR::(ImportModel|ExportScene|CertifyModel|CertifyAgainst|ConvertModel|IsExportFormat|IsScenePath"
+                      r"|ExportFormats|CanCompress)[(\[]")
 
 
 def run(*command, **options):

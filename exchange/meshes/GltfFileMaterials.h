@@ -9,10 +9,10 @@ namespace KVR
 {
 
 /// The materials of a glTF document, each in its place in the model's list.
-class GltfMaterials
+class GltfFileMaterials
 {
 public:
-    explicit GltfMaterials(GltfFile& file);
+    explicit GltfFileMaterials(GltfFile& file);
 
     /// Red, green, blue and opacity as the document has them: linear, and opaque where it says so.
     MeshModel::Color const& LinearColorOf(std::size_t material) const { return m_linear[material]; }

@@ -1,4 +1,4 @@
-#include "exchange/meshes/GltfMaterials.h"
+#include "exchange/meshes/GltfFileMaterials.h"
 
 #include <algorithm>
 #include <cmath>
@@ -45,14 +45,14 @@ std::string DetailsOf(Json const& material, std::string const& alphaMode)
 
 }  // namespace
 
-GltfMaterials::GltfMaterials(GltfFile& file) : m_file(file), m_model(file.Reading().model)
+GltfFileMaterials::GltfFileMaterials(GltfFile& file) : m_file(file), m_model(file.Reading().model)
 {
     m_images.resize(file.List("images").size());
     for (Json const& material : file.List("materials"))
         Read(material);
 }
 
-MeshModel::Color GltfMaterials::Srgb(MeshModel::Color const& linear)
+MeshModel::Color GltfFileMaterials::Srgb(MeshModel::Color const& linear)
 {
     MeshModel::Color color = linear;
     for (std::size_t i = 0; i < 3; ++i)
@@ -62,7 +62,7 @@ MeshModel::Color GltfMaterials::Srgb(MeshModel::Color const& linear)
     return color;
 }
 
-void GltfMaterials::Read(Json const& material)
+void GltfFileMaterials::Read(Json const& material)
 {
     Json const& pbr = GltfFile::Object(material, "pbrMetallicRoughness");
     std::string const alphaMode = GltfFile::Text(material, "alphaMode");
@@ -86,7 +86,7 @@ void GltfMaterials::Read(Json const& material)
     m_model.materials.push_back(std::move(result));
 }
 
-void GltfMaterials::CountOthers(Json const& material, Json const& pbr)
+void GltfFileMaterials::CountOthers(Json const& material, Json const& pbr)
 {
     Losses& losses = m_model.losses;
     losses.Add("textures of roughness, emission and occlusion",
@@ -99,7 +99,7 @@ void GltfMaterials::CountOthers(Json const& material, Json const& pbr)
     losses.Add("extras of materials", material.is_object() && material.contains("extras") ? 1 : 0);
 }
 
-std::uint32_t GltfMaterials::TextureOf(Json const& info)
+std::uint32_t GltfFileMaterials::TextureOf(Json const& info)
 {
     Json const* const entry = m_file.Entry("textures", info, "index");
     if (!entry)
@@ -136,7 +136,7 @@ std::uint32_t GltfMaterials::TextureOf(Json const& info)
     return static_cast<std::uint32_t>(m_model.textures.size() - 1);
 }
 
-std::optional<std::size_t> GltfMaterials::ImageOf(std::size_t index)
+std::optional<std::size_t> GltfFileMaterials::ImageOf(std::size_t index)
 {
     Json const& images = m_file.List("images");
     if (index >= images.size())
