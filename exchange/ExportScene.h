@@ -54,11 +54,11 @@ KVR_EXCHANGE_API std::string ExportFormats();
 KVR_EXCHANGE_API bool CanCompress();
 
 /// Reads a scene file and writes it in the format of the extension of `path`. The file and those
-/// beside it (".bin", ".mtl", images) appear whole, itself last, or not at all; what was there is replaced. A file that is the
-/// scene or one of the side files that it notes, by whatever name or link, is a failure. Remarks also tell of side
-/// files that are missing, short or another scene's; SceneOptions::strict makes them the failure. So is a name of the
-/// filter that the scene has nothing for: with the nearest names that it has. Works in a child process, so that a crash
-/// is a failure like another; see ImportModel on threads. Progress tells the stages "reading", "transferring" (to
+/// beside it (".bin", ".mtl", images) appear whole, itself last, or not at all; what was there is replaced. A file that
+/// is the scene or one of the side files that it notes, by whatever name or link, is a failure. Remarks also tell of
+/// side files that are missing, short or another scene's; SceneOptions::strict makes them the failure. So is a name of
+/// the filter that the scene has nothing for: with the nearest names that it has. Works in a child process, so that a
+/// crash is a failure like another; see ImportModel on threads. Progress tells the stages "reading", "transferring" (to
 /// STEP) and "writing". Throws std::bad_alloc and what the callback throws; all else is a failure in the result.
 KVR_EXCHANGE_API ExportResult ExportScene(SceneOptions const& scene, std::string const& path,
                                           ExportOptions const& options = {}, Progress const& progress = {});

@@ -21,8 +21,9 @@ using testing::IsEmpty;
 // A gate with two hinges, and two layers, one of which holds nothing that is placed.
 std::string Gate()
 {
-    return File({"top"},
-                R"(<LayerSet><ILayer ID="l1" Label="Fittings"><LayerInfo ID="7"/><GeometryItems Items="p2,,p3"/></ILayer>
+    return File(
+               {"top"},
+               R"(<LayerSet><ILayer ID="l1" Label="Fittings"><LayerInfo ID="7"/><GeometryItems Items="p2,,p3"/></ILayer>
 <ILayer ID="l2" Label="Faces"><LayerInfo ID="8"/><GeometryItems Items="body.f1"/></ILayer></LayerSet>)") +
            Assembly("top", Instance("door", "p1") + Instance("left", "p2") + Instance("right", "p3") +
                                Instance("a*", "p4") + Instance("ab", "p5")) +
