@@ -128,9 +128,9 @@ void StepMeasures::Write(StepShape_DimensionalCharacteristic const& dimension, A
     Items items;
     if (details.value)
         items.push_back(ItemOf("nominal value", *details.value, isAngle, unit));
-    else if (details.lower && details.upper)
-        items = {ItemOf("lower limit", *details.lower, isAngle, unit),
-                 ItemOf("upper limit", *details.upper, isAngle, unit)};
+    if (details.lower && details.upper)
+        items.insert(items.end(), {ItemOf("lower limit", *details.lower, isAngle, unit),
+                                   ItemOf("upper limit", *details.upper, isAngle, unit)});
     if (items.empty() || unit.IsNull())
         return;
     if (!details.modifiers.empty())

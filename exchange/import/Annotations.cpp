@@ -118,10 +118,10 @@ private:
         details.type = DimensionTypeName(type);
         ReadValues(*object, details);
         ReadModifiers(*object, details);
-        if (IsLocation(type))
-            details.second.emplace();
         FactsOf(label, true, object->GetSemanticName(), details);
-        // One without a value arrives without its type; the name often tells it.
+        if (IsLocation(type != kDimensionType_None ? type : DimensionTypeOf(details.type)))
+            details.second.emplace();
+        // Without an entity of its own the name often tells the type.
         std::string text = details.type.empty() ? NameOf(object->GetSemanticName()) : details.type;
         if (text.empty())
             text = "dimension";

@@ -99,6 +99,11 @@ void NoteFacts::Add(AnnotationDetails& details, StepTolerance const& tolerance)
 {
     if (tolerance.isDimension)
     {
+        // One whose value does not bear the usual name arrives without its type, and that of a range without its value.
+        if (details.type.empty() && DimensionTypeOf(tolerance.type) != kDimensionType_None)
+            details.type = tolerance.type;
+        if (!details.value)
+            details.value = tolerance.value;
         details.fit = tolerance.fit;
         details.fitOf = tolerance.fitOf;
         return;

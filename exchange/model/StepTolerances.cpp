@@ -54,6 +54,8 @@ std::string Words(std::string word)
     return word;
 }
 
+constexpr std::string_view kItem = "REPRESENTATION_ITEM";
+
 class ToleranceReader
 {
 public:
@@ -113,6 +115,11 @@ private:
         {
             Values const values = m_file.ParametersOf(entity, type);
             m_ranges[Part21ReferenceAt(values, 1)] = Part21ReferenceAt(values, 0);
+        }
+        else if (type == "DIMENSIONAL_CHARACTERISTIC_REPRESENTATION")
+        {
+            Values const values = m_file.ParametersOf(entity, type);
+            m_dimensions[Part21ReferenceAt(values, 0)] = Part21ReferenceAt(values, 1);
         }
         else if (type == "PROPERTY_DEFINITION")
             m_properties[Part21ReferenceAt(m_file.ParametersOf(entity, type), 2)].push_back(entity.number);
@@ -285,6 +292,27 @@ private:
                                                      : std::string();
     }
 
+    // The first of its measures that is no end of what it may be.
+    std::optional<double> ValueOf(Number dimension) const
+    {
+        auto const representation = m_dimensions.find(dimension);
+        if (representation == m_dimensions.end())
+            return std::nullopt;
+        for (Number const number : Part21ReferencesAt(ParametersOf(representation->second), 1))
+        {
+            Part21File::Entity const* const item = m_file.Find(number);
+            if (!item)
+                continue;
+            std::string const& type = m_file.TypeOf(*item);
+            std::string const role =
+                Part21TextAt(m_file.ParametersOf(*item, m_file.Is(*item, kItem) ? kItem : std::string_view(type)), 0);
+            if (role.find("limit") == std::string::npos && role.find("range") == std::string::npos)
+                if (std::optional<double> const value = LengthOf(number))
+                    return value;
+        }
+        return std::nullopt;
+    }
+
     void ReadDimension(Part21File::Entity const& entity)
     {
         std::string const& type = m_file.TypeOf(entity);
@@ -296,6 +324,8 @@ private:
         dimension.isDimension = true;
         dimension.name = Part21TextAt(values, isSize ? 1 : 0);
         dimension.items = ItemsOf(Part21ReferenceAt(values, isSize ? 0 : 2));
+        dimension.type = type.starts_with("ANGULAR") ? "angle" : Words(dimension.name);
+        dimension.value = ValueOf(entity.number);
         if (auto const range = m_ranges.find(entity.number); range != m_ranges.end())
             if (Part21File::Entity const* const fit = m_file.Find(range->second);
                 fit && m_file.Is(*fit, "LIMITS_AND_FITS"))
@@ -351,7 +381,8 @@ private:
     /// By tolerances: their zones; by zones: how far they are projected.
     std::unordered_map<Number, std::vector<Number>> m_zones;
     std::unordered_map<Number, Number> m_projections;
-    /// By dimensions: what they may be.
+    /// By dimensions: what represents their values, and what they may be.
+    std::unordered_map<Number, Number> m_dimensions;
     std::unordered_map<Number, Number> m_ranges;
     std::unordered_map<Number, std::vector<Number>> m_properties;
     std::unordered_map<Number, Number> m_representations;

@@ -30,8 +30,10 @@ struct StepTolerance
     /// The entities of the geometry that it is of.
     std::vector<Part21File::Number> items;
 
-    // Of a tolerance.
+    /// Of a dimension its name in small letters, or "angle".
     std::string type;
+
+    // Of a tolerance.
     std::optional<double> magnitude;
     std::vector<std::string> modifiers;
     std::optional<double> most;
@@ -41,7 +43,9 @@ struct StepTolerance
     std::optional<double> projection;
     std::vector<StepDatumReference> frame;
 
-    // Of a dimension: "H7", and "hole" or "shaft" where the file says so.
+    // Of a dimension: what it is, which is no end of a range, lengths alone; "H7", and "hole" or "shaft" where the file
+    // says so.
+    std::optional<double> value;
     std::string fit;
     std::string fitOf;
 };

@@ -122,9 +122,11 @@ TEST(ExportStepNotes, DimensionsThatNothingDrawsKeepTypeValuesAndReferences)
         Note(4, "tilt", "angle 45", "dimension", "body1.f1,body1.f5",
              {{"type", "angle"}, {"value", 45.0}, {"minus", 0.5}, {"plus", 0.5}, {"second", {"body1.f5"}}}),
         Note(5, "taper", "angle 30", "dimension", "body1.f6", {{"type", "angle"}, {"value", 30.0}}),
-        Note(6, "thickness", "thickness", "dimension", "body1.f6", json::object()),
+        // Without a value.
+        Note(6, "thickness", "thickness", "dimension", "body1.f6", {{"type", "thickness"}}),
         Note(7, "curve length", "curve length 7", "dimension", "body1.e3",
              {{"type", "curve length"}, {"value", 7.0}, {"modifiers", {"controlled radius", "statistical"}}}),
+        Note(8, "wall", "wall", "dimension", "body1.f6", json::object()),
     };
     NotedBox const box(notes);
     EXPECT_THAT(box.exported.error, IsEmpty());
@@ -208,7 +210,7 @@ TEST(ExportStepNotes, ViewsNameNotesAndPartsInTheirOrder)
 {
     std::vector<SceneNote> const notes{
         Note(1, "diameter", "diameter 12.5", "dimension", "body1.f2", {{"type", "diameter"}, {"value", 12.5}}),
-        Note(2, "thickness", "thickness", "dimension", "body1.f6", json::object()),
+        Note(2, "thickness", "thickness", "dimension", "body1.f6", {{"type", "thickness"}}),
         Note(3, "ad8", "presentation", "dimension", "body1.f2", {{"type", "presentation"}}),
     };
     auto const member = [](std::string const& path, char const* visible = "1")
