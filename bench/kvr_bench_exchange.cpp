@@ -47,7 +47,7 @@ double WallSecondsOf(Work work)
 Handle(TDocStd_Document) Read(std::string const& path)
 {
     Message::DefaultMessenger()->ChangePrinters().Clear();
-    Handle(TDocStd_Document) const document = new TDocStd_Document("BinXCAF");
+    Handle(TDocStd_Document) document = new TDocStd_Document("BinXCAF");
     STEPCAFControl_Reader reader;
     reader.SetColorMode(true);
     reader.SetNameMode(true);

@@ -19,7 +19,6 @@
 #include <XCAFDoc_ColorTool.hxx>
 #include <XCAFDoc_DocumentTool.hxx>
 #include <XCAFDoc_LayerTool.hxx>
-#include <XCAFDoc_MaterialTool.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
 #include <XCAFDoc_Volume.hxx>
 #include <cmath>
@@ -240,10 +239,6 @@ void DocumentParts::AddProperties(SceneComponent const& component, TDF_Label con
     double const scale = component.metresPerUnit / m_document.metresPerUnit;
     // The writer calls volumes and areas millimetres, whatever the unit of lengths is.
     double const millimetres = component.metresPerUnit / kMillimetre;
-    std::string material;
-    std::string description;
-    std::string densityType;
-    double density = 0.0;
     ShapeDocument::Product product = ProductOf(component);
     product.label = label;
     for (SceneProperty const& property : component.properties)
@@ -261,22 +256,17 @@ void DocumentParts::AddProperties(SceneComponent const& component, TDF_Label con
                  ReadTriple(*text, point.ChangeCoord(1), point.ChangeCoord(2), point.ChangeCoord(3)))
             XCAFDoc_Centroid::Set(label, Rounded(scale * point));
         else if (property.name == "material" && text)
-            material = *text;
+            product.material.name = *text;
         else if (property.name == "material description" && text)
-            description = *text;
+            product.material.description = *text;
         else if (property.name == "material density type" && text)
-            densityType = *text;
+            product.material.densityType = *text;
         else if (property.name == "material density" && number)
-            density = *number;
+            product.material.density = *number;
         else
             AddToProduct(product, property);
     }
     m_document.products.push_back(std::move(product));
-    if (!material.empty())
-        XCAFDoc_DocumentTool::MaterialTool(label)->SetMaterial(
-            label, new TCollection_HAsciiString(material.c_str()), new TCollection_HAsciiString(description.c_str()),
-            density, new TCollection_HAsciiString("density measure"),
-            new TCollection_HAsciiString(densityType.empty() ? "POSITIVE_RATIO_MEASURE" : densityType.c_str()));
 }
 
 void DocumentParts::AddMeasures(TDF_Label const& part, TopoDS_Shape const& shape) const

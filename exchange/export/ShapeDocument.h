@@ -128,6 +128,16 @@ struct ShapeDocument
     /// What is said of a part or assembly, its name with the blanks that the writer takes off.
     struct Product
     {
+        struct Material
+        {
+            /// Empty for none.
+            std::string name;
+            std::string description;
+            /// In grams for each cubic millimetre; 0 for none.
+            double density = 0.0;
+            std::string densityType = "POSITIVE_RATIO_MEASURE";
+        };
+
         TDF_Label label;
         std::string name;
         std::string number;
@@ -135,6 +145,7 @@ struct ShapeDocument
         std::string revisionDescription;
         std::string description;
         std::vector<std::string> categories;
+        Material material;
         std::vector<SceneProperty> properties;
     };
 

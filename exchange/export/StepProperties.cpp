@@ -1,6 +1,9 @@
 #include "exchange/export/StepProperties.h"
 
+#include <StepBasic_DerivedUnit.hxx>
+#include <StepBasic_DerivedUnitElement.hxx>
 #include <StepBasic_DimensionalExponents.hxx>
+#include <StepBasic_HArray1OfDerivedUnitElement.hxx>
 #include <StepBasic_HArray1OfProduct.hxx>
 #include <StepBasic_MeasureValueMember.hxx>
 #include <StepBasic_Product.hxx>
@@ -8,6 +11,8 @@
 #include <StepBasic_ProductDefinitionFormation.hxx>
 #include <StepBasic_ProductRelatedProductCategory.hxx>
 #include <StepBasic_RatioUnit.hxx>
+#include <StepBasic_SiUnitAndLengthUnit.hxx>
+#include <StepBasic_SiUnitAndMassUnit.hxx>
 #include <StepBasic_Unit.hxx>
 #include <StepData_StepModel.hxx>
 #include <StepRepr_CharacterizedDefinition.hxx>
@@ -40,6 +45,8 @@ namespace
 {
 
 using opencascade::handle;
+
+constexpr char kMaterialProperty[] = "material property";
 
 class PropertyWriter
 {
@@ -82,7 +89,49 @@ private:
         WriteCategories(said, product);
         StepRepr_CharacterizedDefinition owner;
         owner.SetValue(definition);
+        WriteMaterial(said.material, owner);
         WriteAll(said.properties, owner);
+    }
+
+    // Open CASCADE's writer has none of assemblies, and gives densities a unit that they are not in.
+    void WriteMaterial(ShapeDocument::Product::Material const& material, StepRepr_CharacterizedDefinition const& owner)
+    {
+        if (material.name.empty())
+            return;
+        handle<StepRepr_DescriptiveRepresentationItem> const name = new StepRepr_DescriptiveRepresentationItem;
+        name->Init(StepString(material.name), StepString(material.description));
+        WriteOne({kMaterialProperty, "material name", "material name"}, name, owner);
+        if (!(material.density > 0.0))
+            return;
+        handle<StepBasic_MeasureValueMember> const value = new StepBasic_MeasureValueMember;
+        value->SetName(material.densityType.c_str());
+        value->SetReal(material.density);
+        handle<StepRepr_MeasureRepresentationItem> const density = new StepRepr_MeasureRepresentationItem;
+        density->Init(StepString("density measure"), value, DensityUnit());
+        WriteOne({kMaterialProperty, "density", "density"}, density, owner);
+    }
+
+    // Grams for each cubic millimetre.
+    StepBasic_Unit DensityUnit()
+    {
+        if (!m_densityUnit.IsNull())
+            return m_densityUnit;
+        handle<StepBasic_SiUnitAndMassUnit> const gram = new StepBasic_SiUnitAndMassUnit;
+        gram->Init(Standard_False, StepBasic_spMilli, StepBasic_sunGram);
+        handle<StepBasic_SiUnitAndLengthUnit> const millimetre = new StepBasic_SiUnitAndLengthUnit;
+        millimetre->Init(Standard_True, StepBasic_spMilli, StepBasic_sunMetre);
+        handle<StepBasic_DerivedUnitElement> const mass = new StepBasic_DerivedUnitElement;
+        mass->Init(gram, 1.0);
+        handle<StepBasic_DerivedUnitElement> const volume = new StepBasic_DerivedUnitElement;
+        volume->Init(millimetre, -3.0);
+        handle<StepBasic_HArray1OfDerivedUnitElement> const elements = new StepBasic_HArray1OfDerivedUnitElement(1, 2);
+        elements->SetValue(1, mass);
+        elements->SetValue(2, volume);
+        handle<StepBasic_DerivedUnit> const unit = new StepBasic_DerivedUnit;
+        unit->Init(elements);
+        m_densityUnit.SetValue(unit);
+        m_step.model->AddWithRefs(unit);
+        return m_densityUnit;
     }
 
     // The first takes the place of that which the writer gives every product; a name that is empty is none.
@@ -139,7 +188,7 @@ private:
     {
         for (SceneProperty const& property : properties)
             if (handle<StepRepr_RepresentationItem> const item = ItemOf(property); !item.IsNull())
-                WriteOne(property.name, item, owner);
+                WriteOne({property.name, {}, {}}, item, owner);
             else
                 m_step.document.notCarried.Add("custom properties");
     }
@@ -183,7 +232,14 @@ private:
         return m_unit;
     }
 
-    void WriteOne(std::string const& name, handle<StepRepr_RepresentationItem> const& item,
+    struct Names
+    {
+        std::string property;
+        std::string description;
+        std::string representation;
+    };
+
+    void WriteOne(Names const& names, handle<StepRepr_RepresentationItem> const& item,
                   StepRepr_CharacterizedDefinition const& owner)
     {
         if (m_context.IsNull())
@@ -192,9 +248,9 @@ private:
             m_context->Init(StepString(""), StepString(""));
         }
         handle<StepRepr_PropertyDefinition> const property = new StepRepr_PropertyDefinition;
-        property->Init(StepString(name), Standard_False, {}, owner);
+        property->Init(StepString(names.property), !names.description.empty(), StepString(names.description), owner);
         handle<StepRepr_Representation> const representation = new StepRepr_Representation;
-        representation->Init(StepString(""), StepArray({item}), m_context);
+        representation->Init(StepString(names.representation), StepArray({item}), m_context);
         handle<StepRepr_PropertyDefinitionRepresentation> const link = new StepRepr_PropertyDefinitionRepresentation;
         StepRepr_RepresentedDefinition represented;
         represented.SetValue(property);
@@ -207,6 +263,7 @@ private:
     std::unordered_map<Standard_Transient const*, handle<StepBasic_ProductRelatedProductCategory>> m_categories;
     handle<StepRepr_RepresentationContext> m_context;
     StepBasic_Unit m_unit;
+    StepBasic_Unit m_densityUnit;
 };
 
 }  // namespace

@@ -12,6 +12,7 @@
 #include <XCAFDoc_MaterialTool.hxx>
 #include <XCAFDoc_Volume.hxx>
 #include <cmath>
+#include <tuple>
 
 #include "exchange/conventions/PropertyNames.h"
 #include "exchange/model/CleanText.h"
@@ -56,11 +57,6 @@ public:
         properties.emplace_back();
         properties.back().SetProperty(UTF16String(name), UTF16String(text));
     }
-    void AddText(char const* name, Handle(TCollection_HAsciiString) const& text)
-    {
-        if (!text.IsNull() && text->Length() > 0)
-            Add(UTF8String(name), CleanText(text->ToCString()));
-    }
 
 private:
     Losses& m_losses;
@@ -86,11 +82,24 @@ void AddValidation(Collector& collector, TDF_Label const& label)
                                  NumberText(centroid.Z() + 0.0)));
 }
 
-void AddMaterial(Collector& collector, TDF_Label const& label)
+void AddText(Collector& collector, char const* name, std::string const& text)
 {
+    if (!text.empty())
+        collector.Add(UTF8String(name), CleanText(text));
+}
+
+std::string TextOf(Handle(TCollection_HAsciiString) const& text)
+{
+    return text.IsNull() ? std::string() : std::string(text->ToCString());
+}
+
+// As Open CASCADE read it.
+StepMaterial MaterialOf(TDF_Label const& label)
+{
+    StepMaterial material;
     Handle(TDataStd_TreeNode) node;
     if (!label.FindAttribute(XCAFDoc::MaterialRefGUID(), node) || !node->HasFather())
-        return;
+        return material;
     Handle(TCollection_HAsciiString) name;
     Handle(TCollection_HAsciiString) description;
     Handle(TCollection_HAsciiString) densityName;
@@ -98,14 +107,27 @@ void AddMaterial(Collector& collector, TDF_Label const& label)
     Standard_Real density = 0.0;
     auto const tool = XCAFDoc_DocumentTool::MaterialTool(label);
     if (!tool->GetMaterial(node->Father()->Label(), name, description, density, densityName, densityType))
-        return;
-    collector.AddText("material", name);
-    collector.AddText("material description", description);
+        return material;
+    material = {TextOf(name), TextOf(description), std::nullopt, TextOf(densityType)};
     if (density > 0.0)
-    {
-        collector.Add("material density", density);
-        collector.AddText("material density type", densityType);
-    }
+        material.density = density;
+    return material;
+}
+
+// What the file says of it goes before: Open CASCADE passes over materials of products without a shape of their own,
+// and over the exponents of units.
+void AddMaterial(Collector& collector, StepMaterial material, StepMaterial const& stated)
+{
+    if (!stated.name.empty())
+        std::tie(material.name, material.description) = std::tie(stated.name, stated.description);
+    if (stated.density)
+        std::tie(material.density, material.densityType) = std::tie(stated.density, stated.densityType);
+    AddText(collector, "material", material.name);
+    AddText(collector, "material description", material.description);
+    if (!material.density)
+        return;
+    collector.Add("material density", *material.density);
+    AddText(collector, "material density type", material.densityType);
 }
 
 void AddNamedData(Collector& collector, TDF_Label const& label)
@@ -141,16 +163,10 @@ void AddStated(Collector& collector, std::vector<StepProperty> const& properties
     }
 }
 
-void AddText(Collector& collector, char const* name, std::string const& text)
-{
-    if (!text.empty())
-        collector.Add(UTF8String(name), CleanText(text));
-}
-
-void AddDocumented(Collector& collector, TDF_Label const& label)
+void AddDocumented(Collector& collector, TDF_Label const& label, StepMaterial const& material)
 {
     AddValidation(collector, label);
-    AddMaterial(collector, label);
+    AddMaterial(collector, MaterialOf(label), material);
     AddNamedData(collector, label);
 }
 
@@ -161,8 +177,9 @@ std::optional<Authoring::FilePropertiesRecord> PropertiesOfComponent(ModelDocume
 {
     Authoring::FilePropertiesRecord record;
     Collector collector(losses);
-    AddDocumented(collector, label);
-    if (StepProduct const* const product = model.products.Seek(label))
+    StepProduct const* const product = model.products.Seek(label);
+    AddDocumented(collector, label, product ? product->material : StepMaterial());
+    if (product)
     {
         for (auto const& [element, text] :
              {std::pair("PartNumber", &product->number), std::pair("Revision", &product->revision),
@@ -184,7 +201,7 @@ std::vector<Authoring::PropertyValue> PropertiesOfUsage(ModelDocument const& mod
                                                         Losses& losses)
 {
     Collector collector(losses);
-    AddDocumented(collector, label);
+    AddDocumented(collector, label, {});
     if (StepUsage const* const usage = model.usages.Seek(label))
     {
         AddText(collector, kProperty_UsageId, usage->id);

@@ -96,7 +96,7 @@ double Part21UnitFactor(Part21File const& file, Part21File::Number unit)
             // A simple one begins with its dimensions.
             std::size_t const place = values.size() > 2 ? 1 : 0;
             std::string const name = At(values, place + 1).text;
-            if (name != "METRE" && name != "RADIAN")
+            if (name != "METRE" && name != "RADIAN" && name != "GRAM")
                 return 0.0;
             for (auto const& [prefix, power] : kPrefixes)
                 if (At(values, place).text == prefix)
@@ -111,6 +111,35 @@ double Part21UnitFactor(Part21File const& file, Part21File::Number unit)
         unit = measure->unit;
     }
     return 0.0;
+}
+
+std::optional<double> Part21DensityOf(Part21File const& file, Part21File::Number number)
+{
+    std::optional<Part21Measure> const measure = Part21MeasureOf(file, number);
+    Part21File::Entity const* const unit = measure ? file.Find(measure->unit) : nullptr;
+    if (!unit || !file.Is(*unit, "DERIVED_UNIT"))
+        return std::nullopt;
+    constexpr double kMillimetresPerMetre = 1e3;
+    double factor = 1.0;
+    double divisor = 1.0;
+    bool hasMass = false;
+    for (Part21File::Number const place : Part21ReferencesAt(file.ParametersOf(*unit, "DERIVED_UNIT"), 0))
+    {
+        Part21File::Entity const* const element = file.Find(place);
+        if (!element)
+            continue;
+        Part21File::Values const values = file.ParametersOf(*element, "DERIVED_UNIT_ELEMENT");
+        Part21File::Number const base = Part21ReferenceAt(values, 0);
+        Part21File::Entity const* const baseUnit = file.Find(base);
+        bool const isMass = baseUnit && file.Is(*baseUnit, "MASS_UNIT");
+        hasMass = hasMass || isMass;
+        double const size = Part21UnitFactor(file, base) * (isMass ? 1.0 : kMillimetresPerMetre);
+        double const exponent = Part21NumberAt(values, 1).value_or(0.0);
+        // Powers of ten are exact above 1 alone.
+        (exponent < 0.0 ? divisor : factor) *= std::pow(size, std::abs(exponent));
+    }
+    double const density = measure->value * factor / divisor;
+    return hasMass && std::isfinite(density) && density > 0.0 ? std::optional(density) : std::nullopt;
 }
 
 }  // namespace KVR

@@ -28,7 +28,9 @@ struct Part21Measure
 };
 /// Of an entity of a type that has "MEASURE_WITH_UNIT" or "MEASURE_REPRESENTATION_ITEM" in its name.
 std::optional<Part21Measure> Part21MeasureOf(Part21File const& file, Part21File::Number number);
-/// What a unit of length is in metres, or one of angles in radians; 0 for another.
+/// What a unit of length is in metres, one of angles in radians, or one of mass in grams; 0 for another.
 double Part21UnitFactor(Part21File const& file, Part21File::Number unit);
+/// In grams for each cubic millimetre; nothing for another measure, or one that is not above 0.
+std::optional<double> Part21DensityOf(Part21File const& file, Part21File::Number number);
 
 }  // namespace KVR

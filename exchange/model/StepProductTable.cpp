@@ -17,9 +17,8 @@ using Values = Part21File::Values;
 // Open CASCADE reads these, and import takes them from it.
 bool IsReadElsewhere(std::string const& property, std::string const& item)
 {
-    return (property == "geometric validation property" &&
-            (item == "volume measure" || item == "surface area measure" || item == "centre point")) ||
-           property == "material property";
+    return property == "geometric validation property" &&
+           (item == "volume measure" || item == "surface area measure" || item == "centre point");
 }
 
 std::string Joined(std::string const& property, std::string const& item)
@@ -140,10 +139,36 @@ private:
             name = Part21TextAt(ParametersOf(general->second), 1);
         bool isCarried = true;
         Number const representation = Part21ReferenceAt(linked, 1);
+        if (auto const product = m_result.products.find(Part21ReferenceAt(values, 2));
+            product != m_result.products.end() && name == "material property")
+        {
+            ReadMaterial(representation, product->second.material);
+            m_result.carried.insert(number);
+            return;
+        }
         for (Number const item : Part21ReferencesAt(ParametersOf(representation), 1))
             isCarried = ReadItem(name, item, *properties) && isCarried;
         if (isCarried)
             m_result.carried.insert(number);
+    }
+
+    // Open CASCADE gives it to the shape of the product, which not every product has.
+    void ReadMaterial(Number representation, StepMaterial& material) const
+    {
+        for (Number const number : Part21ReferencesAt(ParametersOf(representation), 1))
+        {
+            Part21File::Entity const* const item = m_file.Find(number);
+            if (item && m_file.Is(*item, "DESCRIPTIVE_REPRESENTATION_ITEM"))
+            {
+                material.name = Part21TextAt(ParametersOf(number), 0);
+                material.description = Part21TextAt(ParametersOf(number), 1);
+            }
+            else if (std::optional<double> const density = Part21DensityOf(m_file, number))
+            {
+                material.density = density;
+                material.densityType = Part21MeasureOf(m_file, number)->type;
+            }
+        }
     }
 
     bool ReadItem(std::string const& property, Number number, std::vector<StepProperty>& properties)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
@@ -19,6 +20,16 @@ struct StepProperty
     std::variant<std::string, double, int, bool> value;
 };
 
+struct StepMaterial
+{
+    std::string name;
+    std::string description;
+    /// In grams for each cubic millimetre.
+    std::optional<double> density;
+    /// "POSITIVE_RATIO_MEASURE".
+    std::string densityType;
+};
+
 /// What a STEP file says of a product beside its shape.
 struct StepProduct
 {
@@ -28,6 +39,7 @@ struct StepProduct
     std::string revision;
     std::string revisionDescription;
     std::vector<std::string> categories;
+    StepMaterial material;
     std::vector<StepProperty> properties;
 };
 

@@ -66,7 +66,7 @@ TEST_P(CertifiedModel, HoldsTheSame)
 
 INSTANTIATE_TEST_SUITE_P(Certify, CertifiedModel,
                          testing::Values("as1-oc-214.stp", "nist_ctc_03_ap203.stp", "iso14405_fig17a.stp",
-                                         "nist_plate_creo_lbls.stp"),
+                                         "nist_plate_creo_lbls.stp", "lcr_follower_arm.step"),
                          TestName);
 
 TEST(Certify, ThreeRoundsOfImportAndExportChangeNothing)
