@@ -4,6 +4,7 @@
 
 #include <CLI/CLI.hpp>
 #include <Standard_Failure.hxx>
+#include <algorithm>
 #include <csignal>
 #include <exception>
 #include <memory>
@@ -19,7 +20,6 @@
 #include "host/DumpCommand.h"
 #include "host/ExportCommand.h"
 #include "host/ImportCommand.h"
-#include "host/NearestName.h"
 #include "host/NotesCommand.h"
 #include "host/Signals.h"
 #include "host/StandardStreams.h"
@@ -28,6 +28,7 @@
 #include "output/Output.h"
 #include "output/OutputError.h"
 #include "output/SafeText.h"
+#include "scene/NearestNames.h"
 
 namespace KVR
 {
@@ -73,8 +74,11 @@ void Describe(CLI::App& program)
 
 std::string Meant(std::string const& text, std::vector<std::string> const& names)
 {
-    std::string const name = NearestName(text, names);
-    return name.empty() ? name : "; did you mean " + name + "?";
+    constexpr std::size_t kLongestName = 32;
+    NearestNames nearest(text, 1, std::max<std::size_t>(1, 2 * std::min(text.size(), kLongestName) / 5));
+    for (std::string const& name : names)
+        nearest.Add(name);
+    return nearest.Names().empty() ? std::string() : "; did you mean " + nearest.Names().front() + "?";
 }
 
 std::string UnknownOption(CLI::App const& command, std::string const& text)

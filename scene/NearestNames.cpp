@@ -1,7 +1,6 @@
 #include "scene/NearestNames.h"
 
 #include <algorithm>
-#include <limits>
 #include <numeric>
 #include <tuple>
 #include <utility>
@@ -25,8 +24,8 @@ std::string Lower(std::string_view text)
 
 }  // namespace
 
-NearestNames::NearestNames(std::string_view text, std::size_t most)
-    : m_text(Lower(text.substr(0, kLongestName))), m_most(most)
+NearestNames::NearestNames(std::string_view text, std::size_t most, std::size_t farthest)
+    : m_text(Lower(text.substr(0, kLongestName))), m_most(most), m_farthest(farthest)
 {
 }
 
@@ -35,8 +34,10 @@ void NearestNames::Add(std::string_view name)
     if (name.empty() || name.size() > kLongestName || m_most == 0)
         return;
     bool const isFull = m_entries.size() == m_most;
-    std::size_t const limit = isFull ? m_entries.back().distance : std::numeric_limits<std::size_t>::max();
+    std::size_t const limit = isFull ? m_entries.back().distance : m_farthest;
     Entry entry{DistanceTo(Lower(name), limit), std::string(name)};
+    if (entry.distance > limit)
+        return;
     auto const isBefore = [](Entry const& left, Entry const& right)
     { return std::tie(left.distance, left.name) < std::tie(right.distance, right.name); };
     if (isFull && !isBefore(entry, m_entries.back()))
@@ -68,15 +69,20 @@ std::size_t NearestNames::DistanceTo(std::string const& name, std::size_t limit)
         return difference;
     // For each beginning of the name, how far it is from the beginning of the text that the row stands for.
     m_row.resize(name.size() + 1);
+    m_last.resize(name.size() + 1);
+    m_older.resize(name.size() + 1);
     std::iota(m_row.begin(), m_row.end(), std::size_t{0});
     for (std::size_t i = 0; i < m_text.size(); ++i)
     {
-        std::size_t diagonal = std::exchange(m_row[0], i + 1);
+        m_older.swap(m_last);
+        m_last.swap(m_row);
+        m_row[0] = i + 1;
         for (std::size_t j = 0; j < name.size(); ++j)
         {
-            std::size_t const changed = diagonal + (m_text[i] == name[j] ? 0 : 1);
-            diagonal = m_row[j + 1];
-            m_row[j + 1] = std::min({changed, m_row[j] + 1, diagonal + 1});
+            std::size_t const changed = m_last[j] + (m_text[i] == name[j] ? 0 : 1);
+            m_row[j + 1] = std::min({changed, m_row[j] + 1, m_last[j + 1] + 1});
+            if (i > 0 && j > 0 && m_text[i] == name[j - 1] && m_text[i - 1] == name[j])
+                m_row[j + 1] = std::min(m_row[j + 1], m_older[j - 1] + 1);
         }
     }
     return m_row.back();

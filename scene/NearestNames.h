@@ -10,13 +10,16 @@
 namespace KVR
 {
 
-/// Finds the names that a mistyped one may have meant: those with the fewest bytes to change, add or leave out, without
-/// regard to the case of ASCII letters. A name that has the text in it counts as one byte away.
+/// Finds the names that a mistyped one may have meant: those with the fewest bytes to change, add or leave out, or
+/// neighbours to swap, without regard to the case of ASCII letters. A name that has the text in it counts as one byte
+/// away.
 class KVR_SCENE_API NearestNames
 {
 public:
-    /// For so many of the names; of a text longer than 256 bytes the beginning counts.
-    explicit NearestNames(std::string_view text, std::size_t most = 3);
+    static constexpr std::size_t kAnyDistance = static_cast<std::size_t>(-1);
+
+    /// For so many of the names that are at most so far away; of a text longer than 256 bytes the beginning counts.
+    explicit NearestNames(std::string_view text, std::size_t most = 3, std::size_t farthest = kAnyDistance);
 
     /// A name that there is, which is copied if it is kept; one that was added before has no effect. Names longer than
     /// 256 bytes have none either.
@@ -37,9 +40,12 @@ private:
 
     std::string m_text;
     std::size_t m_most;
+    std::size_t m_farthest;
     std::vector<Entry> m_entries;
-    /// A row of the table of distances.
+    /// Rows of the table of distances: that which is made, the last, and the one before it.
     std::vector<std::size_t> m_row;
+    std::vector<std::size_t> m_last;
+    std::vector<std::size_t> m_older;
 };
 
 }  // namespace KVR

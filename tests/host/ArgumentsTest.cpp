@@ -6,7 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "host/NearestName.h"
 #include "host/NumberRange.h"
 #include "tests/support/TempFolder.h"
 #include "tests/tool/ToolRun.h"
@@ -82,16 +81,13 @@ TEST(NumberRange, TakesBothEndsAndNothingBeyond)
     EXPECT_EQ(range.Text(), "number from -1 to 2");
 }
 
-TEST(NearestName, IsTheOneWithTheFewestChanges)
+TEST(UnknownCommands, AreAnsweredWithTheNearestOneThatThereIs)
 {
-    std::vector<std::string> const names = {"import", "export", "tree", "dump", "convert"};
-    EXPECT_EQ(NearestName("improt", names), "import");
-    EXPECT_EQ(NearestName("exprt", names), "export");
-    EXPECT_EQ(NearestName("tee", names), "tree");
-    EXPECT_EQ(NearestName("conv", names), "convert");
-    EXPECT_EQ(NearestName("dmpu", names), "");
-    EXPECT_EQ(NearestName("", names), "");
-    EXPECT_EQ(NearestName(std::string(100'000, 'e'), names), "");
+    for (auto const& [text, meant] : {std::pair("improt", "import"), std::pair("exprt", "export"),
+                                      std::pair("tee", "tree"), std::pair("conv", "convert")})
+        EXPECT_THAT(Complaint({text}), HasSubstr(std::string("did you mean ") + meant + "?")) << text;
+    for (std::string const& text : {std::string("dmpu"), std::string(100'000, 'e')})
+        EXPECT_THAT(Complaint({text}), testing::Not(HasSubstr("did you mean"))) << text.substr(0, 8);
 }
 
 }  // namespace KVR::Test

@@ -182,6 +182,14 @@ TEST(NearestNames, DoNotDependOnTheOrderAndTakeTheFirstByTheirBytesAmongEquals)
     } while (std::next_permutation(names.begin(), names.end()));
 }
 
+TEST(NearestNames, CountSwappedNeighboursOnceAndKeepToADistance)
+{
+    NearestNames nearest("hnige", 3, 1);
+    for (char const* const name : {"hinge", "hedge", "h"})
+        nearest.Add(name);
+    EXPECT_THAT(nearest.Names(), ElementsAre("hinge"));
+}
+
 TEST(NearestNames, TakesTextsOfAnyLength)
 {
     NearestNames nearest(std::string(100'000, 'x'));
