@@ -181,9 +181,10 @@ private:
         StepTolerance const* const facts = FactsOf(label, false, object->GetSemanticName(), details);
         // As it arrives in the document, the magnitude is often none.
         if (!details.magnitude)
-            m_losses.Add("magnitudes of tolerances");
+            m_losses.AddItem("magnitudes of tolerances", TextOf(object->GetSemanticName()));
         if (!facts)
-            m_losses.Add("modifiers of tolerances", CountOf(object->GetModifiers()));
+            m_losses.AddOf("modifiers of tolerances", TextOf(object->GetSemanticName()),
+                           CountOf(object->GetModifiers()));
         m_tolerances.Bind(label, facts);
         std::string text = details.type.empty() ? "tolerance" : details.type;
         if (details.magnitude)
@@ -214,7 +215,7 @@ private:
         if (StepDatumReference const* const reference = NoteFacts::FrameOf(tolerance, details))
             details.modifiers = reference->modifiers;
         else
-            m_losses.Add("modifiers of datums", CountOf(object->GetModifiers()));
+            m_losses.AddOf("modifiers of datums", details.letter, CountOf(object->GetModifiers()));
         if (object->IsDatumTarget())
             ReadTarget(*object, details);
         std::string const text = details.letter.empty() ? "datum" : "datum " + details.letter;

@@ -36,7 +36,7 @@ public:
         // A scene has no text for these.
         if (!std::isfinite(value))
         {
-            m_losses.Add("properties that are no number");
+            m_losses.AddItem("properties that are no number", std::string(name.View()));
             return;
         }
         properties.emplace_back();

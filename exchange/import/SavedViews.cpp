@@ -131,7 +131,7 @@ SavedViews SavedViews::Of(ModelDocument const& model, ProductPlan const& plan,
         {
             std::vector<UTF8String> const ids = idsOf(member);
             if (ids.empty())
-                losses.Add("members of views that are no objects");
+                losses.AddItem("members of views that are no objects", std::string(view.label.View()));
             for (UTF8String const& id : ids)
                 if (taken.insert(std::string(id.View())).second)
                     view.members.push_back({{id}, true, {}, {}});

@@ -242,7 +242,7 @@ private:
         if (m_options.withMeshes && !body.meshId.IsEmpty())
             WriteMesh(part, body, isShown, hasBody);
         else if (!hasBody)
-            m_report.losses.Add("wires and edges, since bodies were not wanted");
+            m_report.losses.AddItem("wires and edges, since bodies were not wanted", std::string(body.id.View()));
         // Triangles are in the mesh; the store of bodies needs none. Those of faces without surface stay.
         if (hasBody)
             m_written.push_back(body.shape);
@@ -292,7 +292,7 @@ private:
     void WriteMesh(PartPlan const& part, BodyPlan const& body, bool isShown, bool hasBody)
     {
         BodyMesh const mesh(body.shape);
-        m_report.losses.Add("faces that could not be meshed", mesh.FacesWithoutTriangles());
+        m_report.losses.AddOf("faces that could not be meshed", body.id.View(), mesh.FacesWithoutTriangles());
         if (mesh.IsEmpty())
             return;
         Authoring::MeshRecord record;

@@ -34,7 +34,7 @@ std::vector<Authoring::LayerRecord> LayersOf(Handle(TDocStd_Document) const& doc
         {
             std::vector<UTF8String> const ids = idsOf(shape);
             if (ids.empty())
-                losses.Add("members of layers that are no objects");
+                losses.AddItem("members of layers that are no objects", std::string(layer.label.View()));
             layer.itemIds.insert(layer.itemIds.end(), ids.begin(), ids.end());
         }
         layers.push_back(std::move(layer));

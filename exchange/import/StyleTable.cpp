@@ -163,7 +163,7 @@ UTF8String StyleTable::TextureOf(Handle(Standard_Transient) const& image)
         m_imageNames.push_back(name);
     }
     else
-        m_losses.Add("images of textures");
+        m_losses.AddItem("images of textures", name);
     m_textures.push_back(record);
     return entry->second;
 }

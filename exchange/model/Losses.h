@@ -2,6 +2,7 @@
 
 #include <map>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -30,6 +31,14 @@ public:
         Kind& losses = m_kinds[kind];
         ++losses.count;
         losses.items.push_back(std::move(item));
+    }
+    /// Several that one thing tells: "3 of body1".
+    void AddOf(std::string const& kind, std::string_view owner, unsigned long long count)
+    {
+        if (count == 0)
+            return;
+        Add(kind, count);
+        m_kinds[kind].items.push_back(std::to_string(count) + " of " + std::string(owner));
     }
     std::map<std::string, Kind> const& Kinds() const noexcept { return m_kinds; }
 
