@@ -234,7 +234,9 @@ TEST(Dump, AnEntityBombIsRefusedAtOnce)
             "<!ENTITY e" + std::to_string(i) + " '&e" + std::to_string(i - 1) + ";&e" + std::to_string(i - 1) + ";'>";
     Dumped const dump(xml + "]><S><IFile ID='f' Label='&e29;'/></S>");
     EXPECT_EQ(dump.run.status, 1);
-    EXPECT_LT(dump.run.peakMemory, 200 * 1024);
+    // What the program takes for itself is more under sanitizers.
+    Dumped const plain("<S><IFile ID='f'/></S>");
+    EXPECT_LT(dump.run.peakMemory, plain.run.peakMemory + 20 * 1024);
 }
 
 TEST(Dump, AnExternalEntityIsNotRead)
