@@ -3,7 +3,9 @@
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
+#include <filesystem>
 #include <fstream>
+#include <system_error>
 
 #include "exchange/CertifyModel.h"
 #include "host/CommonOptions.h"
@@ -14,6 +16,20 @@
 
 namespace KVR
 {
+
+namespace
+{
+
+namespace fs = std::filesystem;
+
+// Through links, too. Files that are not there are not the same.
+bool IsSameFile(std::string const& one, std::string const& other)
+{
+    std::error_code error;
+    return fs::equivalent(one, other, error) && !error;
+}
+
+}  // namespace
 
 CertifyCommand::CertifyCommand(CLI::App& program)
     : Command(
@@ -36,6 +52,11 @@ ExitStatus CertifyCommand::Run()
 {
     CertifyOptions options;
     options.withPictures = !m_page.empty();
+    if (IsSameFile(m_page, m_model) || IsSameFile(m_page, m_other))
+    {
+        Complain(Escaped(m_page) + ": the page would take the place of what is compared");
+        return kExit_Failed;
+    }
     CertifyResult const result = Watched(!m_isQuiet,
                                          [&](Progress const& progress)
                                          {
@@ -56,14 +77,25 @@ ExitStatus CertifyCommand::Run()
     return result.isEqual ? kExit_Good : kExit_Failed;
 }
 
+// The page appears whole, or what was there stays. What is no regular file, such as a terminal, is written to.
 bool CertifyCommand::WritePage(CertifyResult const& result) const
 {
-    std::ofstream file(m_page, std::ios::binary | std::ios::trunc);
+    std::error_code error;
+    auto const status = fs::status(m_page, error);
+    bool const isInPlace = fs::exists(status) && !fs::is_regular_file(status);
+    std::string const path = isInPlace ? m_page : m_page + ".part";
+    std::ofstream file(path, std::ios::binary | std::ios::trunc);
     file << CertifyPage(m_model, result);
     file.close();
-    if (!file)
-        Complain(Escaped(m_page) + ": the page cannot be written");
-    return static_cast<bool>(file);
+    error.clear();
+    if (file && !isInPlace)
+        fs::rename(path, m_page, error);
+    if (file && !error)
+        return true;
+    if (!isInPlace)
+        fs::remove(path, error);
+    Complain(Escaped(m_page) + ": the page cannot be written");
+    return false;
 }
 
 }  // namespace KVR

@@ -2,12 +2,14 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <nlohmann/json.hpp>
 #include <sstream>
 
 #include "exchange/certify/Certificate.h"
+#include "tests/exchange/MeshFiles.h"
 #include "tests/exchange/SceneComparison.h"
 #include "tests/support/TempFolder.h"
 #include "tests/tool/ToolRun.h"
@@ -265,6 +267,37 @@ TEST(ModelFacts, ComeBackFromTheirText)
     EXPECT_EQ(back.tables.at(kTable_Views).at("top").numbers, (std::vector<double>{1.0, 2.0}));
     EXPECT_TRUE(back.hasMesh);
     EXPECT_FALSE(back.hasBodies);
+}
+
+TEST(Certify, APageNeverTakesThePlaceOfWhatIsCompared)
+{
+    TempFolder const folder;
+    std::string const model = folder.NarrowPathOf("model.stp");
+    std::string const link = folder.NarrowPathOf("page.html");
+    std::filesystem::copy_file(Model("as1-oc-214.stp"), model);
+    std::filesystem::create_symlink(model, link);
+    auto const size = std::filesystem::file_size(model);
+    for (std::string const& page : {model, link})
+    {
+        ToolRun const run = RunTool({"certify", "--html", page, model});
+        EXPECT_EQ(run.status, 1);
+        EXPECT_THAT(run.error, testing::HasSubstr("would take the place of what is compared"));
+        EXPECT_EQ(run.out, "");
+        EXPECT_EQ(std::filesystem::file_size(model), size);
+    }
+}
+
+TEST(Certify, APageThatCannotBeWrittenLeavesNothingBehind)
+{
+    TempFolder const folder;
+    folder.Write("a.stl", BinaryStl(BoxTriangles(1, 1, 1)));
+    std::string const page = folder.NarrowPathOf("page");
+    std::filesystem::create_directory(page);
+    ToolRun const run = RunTool({"certify", "--html", page, folder.NarrowPathOf("a.stl")});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.error, testing::HasSubstr("the page cannot be written"));
+    EXPECT_TRUE(std::filesystem::is_empty(page));
+    EXPECT_FALSE(std::filesystem::exists(page + ".part"));
 }
 
 }  // namespace KVR::Test
