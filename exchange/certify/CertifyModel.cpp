@@ -144,8 +144,10 @@ private:
 
     void FindFile(char const* stage, std::string const& what, PlainModel const& model)
     {
+        bool const isModel = m_searches.empty();
         Find(stage, what,
-             [path = model.Plain()](TellFraction const& tell) { return FactsOfFile(path, kMillimetres, tell); });
+             [path = model.Plain(), isModel](TellFraction const& tell)
+             { return FactsOfFile(path, kMillimetres, isModel, tell); });
     }
 
     static void Expect(Outcome outcome, std::string const& failure)
