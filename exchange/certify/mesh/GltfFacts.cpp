@@ -102,12 +102,20 @@ private:
         return node.contains("extras") && node["extras"].is_object() && node["extras"].contains("kind");
     }
 
+    // Cameras and lights by themselves are none.
+    static bool IsComponent(json const& node)
+    {
+        bool const isOther =
+            node.contains("camera") || node.value("extensions", json::object()).contains("KHR_lights_punctual");
+        return node.contains("mesh") || node.contains("children") || !isOther;
+    }
+
     void Walk(json const& node, std::string const& id, FactPlace const& above, std::string path, std::size_t owner)
     {
         if (++m_depth > kDeepestNode || ++m_nodes > kMostNodes)
             throw std::runtime_error("its nodes are too deep or too many");
         FactPlace const place = above * PlaceOfNode(node);
-        if (m_isOwn ? KindOf(node) : node.contains("mesh") || node.contains("children"))
+        if (m_isOwn ? KindOf(node) : IsComponent(node))
         {
             ModelFacts::Occurrence occurrence = m_isOwn ? OwnOccurrence(node, id) : ForeignOccurrence(node, id);
             occurrence.path = owner == kNoOccurrence ? occurrence.name : path + '/' + occurrence.name;
