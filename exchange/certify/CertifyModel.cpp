@@ -66,20 +66,22 @@ public:
     CertifyResult Certify()
     {
         std::string const scene = File("scene.xml");
-        Find("source", m_model, [this] { return FactsOfFile(m_model, kMillimetres); });
-        ImportResult const imported = ImportModel(m_model, scene, {}, m_progress);
+        Find("source", m_model, m_model, [this] { return FactsOfFile(m_model, kMillimetres); });
+        ImportOptions importing;
+        importing.timeout = m_options.timeout;
+        ImportResult const imported = ImportModel(m_model, scene, importing, m_progress);
         Expect(imported.outcome, imported.failure);
         m_result.remarks = imported.remarks;
-        Find("scene", "the scene", [scene] { return FactsOfSceneFile(scene); });
+        Find("scene", "the scene", scene, [scene] { return FactsOfSceneFile(scene); });
         std::string const glb = Exported(scene, "scene.glb");
         Take();
         Take();
         if (HasBodies(m_stages.back().facts))
         {
             std::string const step = Exported(scene, "scene.step");
-            Find("STEP", "the exported STEP file", [step] { return FactsOfStep(step); });
+            Find("STEP", "the exported STEP file", step, [step] { return FactsOfStep(step); });
         }
-        Find("GLB", "the exported GLB file", [glb] { return FactsOfGltf(glb); });
+        Find("GLB", "the exported GLB file", glb, [glb] { return FactsOfGltf(glb); });
         Draw("source", m_model);
         Draw("GLB", glb);
         return Compared();
@@ -87,8 +89,8 @@ public:
 
     CertifyResult CertifyAgainst(std::string const& other)
     {
-        Find("source", m_model, [this] { return FactsOfFile(m_model, kMillimetres); });
-        Find("other", other, [other] { return FactsOfFile(other, kMillimetres); });
+        Find("source", m_model, m_model, [this] { return FactsOfFile(m_model, kMillimetres); });
+        Find("other", other, other, [other] { return FactsOfFile(other, kMillimetres); });
         Draw("source", m_model);
         Draw("other", other);
         return Compared();
@@ -117,17 +119,22 @@ private:
     {
         SceneOptions scene;
         scene.path = scenePath;
+        ExportOptions exporting;
+        exporting.timeout = m_options.timeout;
         std::string path = File(name);
-        ExportResult const exported = ExportScene(scene, path, {}, m_progress);
+        ExportResult const exported = ExportScene(scene, path, exporting, m_progress);
         Expect(exported.outcome, exported.failure);
         for (std::string const& remark : exported.remarks)
             m_result.remarks.push_back(std::string(name) + ": " + remark);
         return path;
     }
 
-    void Find(char const* stage, std::string const& what, std::function<ModelFacts()> const& find)
+    void Find(char const* stage, std::string const& what, std::string const& file,
+              std::function<ModelFacts()> const& find)
     {
-        m_searches.push_back({stage, what, ChildWork([&](ChildVoice const&) { return find().Text(); })});
+        m_searches.push_back({stage, what,
+                              ChildWork([&](ChildVoice const&) { return find().Text(); },
+                                        ChildLimits::For({file, m_model}, m_options.timeout))});
     }
 
     // Waits for the first search.
