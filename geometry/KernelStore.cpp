@@ -1,6 +1,7 @@
 #include "geometry/KernelStore.h"
 
 #include <memory>
+#include <string_view>
 #include <vector>
 
 #include "framework/api/Event.h"
@@ -14,6 +15,7 @@
 #include "framework/kernel/entity_iterator.h"
 #include "framework/kernel/entity_list.h"
 #include "framework/kernel/restore.h"
+#include "framework/xml_util/ReadObserver.h"
 #include "framework/xml_util/SideFilePath.h"
 #include "framework/xml_util/SubObjectPersistentIdReader.h"
 #include "producer/XMLProducerImpl.h"
@@ -68,12 +70,17 @@ void PostSecurityEvent(XMLProducerImpl const& producer, bool isRestored, UTF16St
     producer.eventManager->PostEvent(event.get());
 }
 
+void TellEntity(std::string_view kind, UTF8String const& id, bool isKept)
+{
+    if (ReadObserver* const observer = Observer()) [[unlikely]]
+        observer->RecordRead({kind, id, 0, 0, isKept});
+}
+
 void FileCurve(EDGE* edge, UTF8String const& id, CurveEntities& curveEntities)
 {
     curve* made = nullptr;
     outcome const result = GKI_MAKE_CURVE::from_edge(edge, false, made);
-    if (result.ok() && made)
-        curveEntities.try_emplace(id, made);
+    TellEntity("edge", id, result.ok() && made && curveEntities.try_emplace(id, made).second);
 }
 
 void FileEntities(ENTITY_LIST const& entities, CurveEntities& curveEntities, BodyEntities& bodyEntities)
@@ -89,7 +96,7 @@ void FileEntities(ENTITY_LIST const& entities, CurveEntities& curveEntities, Bod
         if (GMK::BODY_xs(entity).body)
         {
             bodiesOfStore.try_emplace(id, entity);
-            bodyEntities.try_emplace(id, entity);
+            TellEntity("body", id, bodyEntities.try_emplace(id, entity).second);
         }
         else if (EDGE* const edge = GMK::EDGE_xs(entity).edge)
         {
