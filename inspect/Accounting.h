@@ -1,0 +1,15 @@
+#pragma once
+
+#include <vector>
+
+#include "inspect/Check.h"
+
+namespace KVR
+{
+
+class SceneCheck;
+
+/// What became of what the document and each side file hold.
+std::vector<Account> MakeAccounts(SceneCheck const& check);
+
+}  // namespace KVR
