@@ -23,8 +23,8 @@ struct CheckedScene
     std::array<std::size_t, 3> Counts() const;
 };
 
-/// Tells a finding from others of its scene, and stays when lines are added elsewhere: 16 hexadecimal digits, of the rule,
-/// the name of the file, the path of elements and what was found.
+/// Tells a finding from others of its scene, and stays when lines are added elsewhere: 16 hexadecimal digits, of the
+/// rule, the name of the file, the path of elements and what was found.
 std::string FingerprintOf(Finding const& finding);
 
 /// What a finding is about and what came of it, in one sentence without its full stop.

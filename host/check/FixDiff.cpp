@@ -158,8 +158,8 @@ std::string DiffOfFixes(std::span<Finding const> findings)
 {
     std::map<std::string, std::vector<Edit>> edits;
     for (Finding const& finding : findings)
-        if (finding.fix)
-            edits[finding.file].push_back(*finding.fix);
+        for (Edit const& edit : finding.fix)
+            edits[finding.file].push_back(edit);
     std::string diffs;
     for (auto& [path, list] : edits)
     {

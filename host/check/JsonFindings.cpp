@@ -28,19 +28,21 @@ void WritePlace(JsonWriter& json, std::string_view key, std::uint64_t place, boo
         json.Null();
 }
 
-void WriteFix(JsonWriter& json, Finding const& finding)
+void WriteFix(JsonWriter& json, std::vector<Edit> const& edits)
 {
-    json.Key("Fix");
-    if (!finding.fix)
-        return json.Null();
-    json.BeginObject(JsonWriter::Layout::Row);
-    json.Key("Begin");
-    json.Unsigned(finding.fix->begin);
-    json.Key("End");
-    json.Unsigned(finding.fix->end);
-    json.Key("Text");
-    json.String(finding.fix->text);
-    json.EndObject();
+    json.BeginList(JsonWriter::Layout::Row);
+    for (Edit const& edit : edits)
+    {
+        json.BeginObject();
+        json.Key("Begin");
+        json.Unsigned(edit.begin);
+        json.Key("End");
+        json.Unsigned(edit.end);
+        json.Key("Text");
+        json.String(edit.text);
+        json.EndObject();
+    }
+    json.EndList();
 }
 
 void WriteFinding(JsonWriter& json, Finding const& finding)
@@ -66,7 +68,8 @@ void WriteFinding(JsonWriter& json, Finding const& finding)
     for (std::string const& reason : finding.reasons)
         json.String(reason);
     json.EndList();
-    WriteFix(json, finding);
+    json.Key("Fix");
+    WriteFix(json, finding.fix);
     json.Key("Fingerprint");
     json.String(FingerprintOf(finding));
     json.EndObject();

@@ -105,13 +105,16 @@ void WriteFix(JsonWriter& json, Finding const& finding)
     WriteFile(json, finding.file);
     json.Key("replacements");
     json.BeginList();
-    json.BeginObject(Layout::Row);
-    json.Key("deletedRegion");
-    json.BeginObject();
-    WriteBytes(json, finding.fix->begin, finding.fix->end);
-    json.EndObject();
-    WriteMessage(json, "insertedContent", finding.fix->text);
-    json.EndObject();
+    for (Edit const& edit : finding.fix)
+    {
+        json.BeginObject(Layout::Row);
+        json.Key("deletedRegion");
+        json.BeginObject();
+        WriteBytes(json, edit.begin, edit.end);
+        json.EndObject();
+        WriteMessage(json, "insertedContent", edit.text);
+        json.EndObject();
+    }
     json.EndList();
     json.EndObject();
     json.EndList();
@@ -147,7 +150,7 @@ void WriteResult(JsonWriter& json, Finding const& finding)
     json.Key("ruleId");
     json.String(finding.rule->id);
     json.Key("ruleIndex");
-    json.Integer(finding.rule - AllRules().data());
+    json.Integer(FindRule(finding.rule->id) - AllRules().data());
     json.Key("level");
     json.String(TextOf(finding.rule->severity));
     WriteMessage(json, "message", MessageOf(finding));
@@ -160,7 +163,7 @@ void WriteResult(JsonWriter& json, Finding const& finding)
     json.Key("kvr/v1");
     json.String(FingerprintOf(finding));
     json.EndObject();
-    if (finding.fix)
+    if (!finding.fix.empty())
         WriteFix(json, finding);
     json.EndObject();
 }

@@ -70,19 +70,22 @@ SourceLines::Excerpt SourceLines::Around(std::size_t line, std::size_t column) c
         if (!IsContinuation(text[i]))
             starts.push_back(i);
     std::size_t const place = std::min(std::max<std::size_t>(column, 1) - 1, starts.size());
-    std::size_t const first = place > kBefore ? std::min(place - kBefore, starts.size() - std::min(starts.size(), kWidth)) : 0;
+    std::size_t const first =
+        place > kBefore ? std::min(place - kBefore, starts.size() - std::min(starts.size(), kWidth)) : 0;
     std::size_t const last = std::min(first + kWidth, starts.size());
     auto const byteOf = [&](std::size_t character)
     { return character < starts.size() ? starts[character] : text.size(); };
     std::string shown = text.substr(byteOf(first), byteOf(last) - byteOf(first));
-    std::replace_if(shown.begin(), shown.end(), [](char c) { return static_cast<unsigned char>(c) < ' '; }, ' ');
+    std::replace_if(
+        shown.begin(), shown.end(), [](char c) { return static_cast<unsigned char>(c) < ' '; }, ' ');
     Excerpt excerpt;
     // Text that is safe to show may be longer than it was: then a caret would mislead, and none of a scene's own tricks
     // are worth one.
     bool const isSafe = [&]
     {
         std::string plain = shown;
-        std::replace_if(plain.begin(), plain.end(), [](char c) { return c == '"' || c == '\\'; }, ' ');
+        std::replace_if(
+            plain.begin(), plain.end(), [](char c) { return c == '"' || c == '\\'; }, ' ');
         return Escaped(plain) == plain;
     }();
     if (!isSafe)

@@ -135,9 +135,9 @@ private:
         for (int i = 0; i < indices.count; ++i)
         {
             int const set = sets.data[i % sets.count];
-            bool const isThere = set >= 0 && static_cast<std::size_t>(set) < m_textureCounts.size() &&
-                                 indices.data[i] >= 0 &&
-                                 static_cast<std::size_t>(indices.data[i]) < m_textureCounts[static_cast<std::size_t>(set)];
+            bool const isThere =
+                set >= 0 && static_cast<std::size_t>(set) < m_textureCounts.size() && indices.data[i] >= 0 &&
+                static_cast<std::size_t>(indices.data[i]) < m_textureCounts[static_cast<std::size_t>(set)];
             if (!isThere)
                 return m_faults.textureIndices.Add(place);
         }
@@ -208,9 +208,9 @@ private:
         m_isDegenerate = m_isDegenerate || size <= kFlat * longest * longest;
         if (m_normals.empty() || size <= kWide * longest * longest)
             return;
-        m_isTurned = m_isTurned || std::any_of(corners.begin(), corners.end(),
-                                               [&](std::size_t corner)
-                                               { return Dot(m_normals[corner], area) < kAgainst * size; });
+        m_isTurned = m_isTurned ||
+                     std::any_of(corners.begin(), corners.end(),
+                                 [&](std::size_t corner) { return Dot(m_normals[corner], area) < kAgainst * size; });
     }
 
     void LookAtSegments()
@@ -243,7 +243,8 @@ private:
     std::vector<std::size_t> m_textureCounts;
     std::vector<Vector> m_vertices;
     MeshFaults m_faults;
-    // Of the polygon that is looked at: its vertices, the directions of its normals, which are none where they are zero.
+    // Of the polygon that is looked at: its vertices, the directions of its normals, which are none where they are
+    // zero.
     std::vector<int> m_corners;
     std::vector<Vector> m_normals;
     std::vector<std::size_t> m_places;

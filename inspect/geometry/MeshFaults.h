@@ -35,8 +35,8 @@ struct MeshFaults
     Fault edgeSegments;
     /// Polygons of fewer than three vertices.
     Fault tooFewCorners;
-    /// Polygons without area: of a strip or a fan one with a triangle of three different vertices that has none. A strip
-    /// may name a vertex twice in a row: so it turns.
+    /// Polygons without area: of a strip or a fan one with a triangle of three different vertices that has none. A
+    /// strip may name a vertex twice in a row: so it turns.
     Fault degenerate;
     /// Polygons with a normal of length 0, or that is no number.
     Fault zeroNormals;

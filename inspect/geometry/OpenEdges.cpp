@@ -40,9 +40,11 @@ std::vector<std::uint32_t> PlacesOf(IPolygonMesh const& mesh)
         points.emplace_back(Point{vertex.x + 0.0, vertex.y + 0.0, vertex.z + 0.0}, static_cast<std::uint32_t>(i));
     }
     // What is no number has no order of its own.
-    std::erase_if(points, [](auto const& entry)
-                  { return entry.first[0] != entry.first[0] || entry.first[1] != entry.first[1] ||
-                           entry.first[2] != entry.first[2]; });
+    std::erase_if(points,
+                  [](auto const& entry) {
+                      return entry.first[0] != entry.first[0] || entry.first[1] != entry.first[1] ||
+                             entry.first[2] != entry.first[2];
+                  });
     std::sort(points.begin(), points.end());
     std::vector<std::uint32_t> places(mesh.VertexCount());
     for (std::size_t i = 0; i < places.size(); ++i)
@@ -84,12 +86,13 @@ public:
 
     OpenEdges Open()
     {
-        std::sort(m_sides.begin(), m_sides.end(), [](Side const& a, Side const& b)
-                  { return std::pair(a.low, a.high) < std::pair(b.low, b.high); });
+        std::sort(m_sides.begin(), m_sides.end(),
+                  [](Side const& a, Side const& b) { return std::pair(a.low, a.high) < std::pair(b.low, b.high); });
         OpenEdges open;
         for (auto first = m_sides.begin(); first != m_sides.end();)
         {
-            auto const last = std::find_if(first, m_sides.end(), [&](Side const& side) { return !side.IsAlong(*first); });
+            auto const last =
+                std::find_if(first, m_sides.end(), [&](Side const& side) { return !side.IsAlong(*first); });
             auto const upwards = std::count_if(first, last, [](Side const& side) { return side.isUpwards; });
             auto const rest = (last - first) - 2 * upwards;
             if (rest != 0 && open.count == 0)

@@ -72,9 +72,9 @@ void ExpectFault(MeshFaults::Fault const& fault, std::size_t count, std::size_t 
 
 std::size_t Sum(MeshFaults const& faults)
 {
-    return faults.numbers.count + faults.vertexIndices.count + faults.normalIndices.count + faults.textureIndices.count +
-           faults.faceSegments.count + faults.edgeSegments.count + faults.tooFewCorners.count +
-           faults.degenerate.count + faults.zeroNormals.count + faults.turnedNormals.count;
+    return faults.numbers.count + faults.vertexIndices.count + faults.normalIndices.count +
+           faults.textureIndices.count + faults.faceSegments.count + faults.edgeSegments.count +
+           faults.tooFewCorners.count + faults.degenerate.count + faults.zeroNormals.count + faults.turnedNormals.count;
 }
 
 constexpr char kStrip[] = "Type=\"kPolygonMeshType_Strip\"";
