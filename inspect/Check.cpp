@@ -107,7 +107,7 @@ CheckResult CheckScene(std::string const& path, CheckOptions const& options)
     if (isRead)
     {
         CheckDocument(check);
-        CheckValues(check);
+
         CheckSideFiles(check);
         CheckGeometry(check);
         CheckUnits(check);

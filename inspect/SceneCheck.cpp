@@ -7,6 +7,7 @@
 #include <xercesc/dom/DOMElement.hpp>
 
 #include "framework/api/IObject.h"
+#include "framework/xml_util/SideFilePath.h"
 #include "framework/xml_util/XMLStrUtil.h"
 #include "inspect/document/ReadRecord.h"
 #include "inspect/document/SpotPlaces.h"
@@ -67,6 +68,12 @@ DOMNode const* SceneCheck::Root() const
 {
     DOMNode const* const any = m_record.AnyElement();
     return any ? any->getOwnerDocument()->getDocumentElement() : nullptr;
+}
+
+std::string SceneCheck::PropertyFile() const
+{
+    UTF16String const extension(kPropertyFileExtension.Document());
+    return std::string(UTF8String(ReplaceExtension(UTF16String(UTF8String(m_path)), extension)).View());
 }
 
 bool SceneCheck::IsWanted(Rule const& rule) const
@@ -176,7 +183,7 @@ std::vector<Finding> SceneCheck::TakeFindings()
 
 std::string AttributeOf(DOMNode const* element, AttributeName name)
 {
-    XMLCh const* const text = UnobservedAttribute(element, name);
+    XMLCh const* const text = UnobservedAttribute(element, name.Document());
     return text ? std::string(XMLStrUtil::XMLStrToAStr(text).View()) : std::string();
 }
 

@@ -52,6 +52,8 @@ public:
 
     /// The scene's, as it was given.
     std::string const& Path() const noexcept { return m_path; }
+    /// The path of its property file, whether or not there is one.
+    std::string PropertyFile() const;
     CheckOptions const& Options() const noexcept { return m_options; }
     /// The objects are there until the check has ended.
     IProducer& Producer() const noexcept { return m_producer; }

@@ -47,7 +47,8 @@ void ReadAttributes(DOMNode const* node, CameraState& state)
         (state.*row.member).isSpecified = true;
     }
     if (XMLCh const* const text = AttributeText(node, Names::IsDepthFieldDefined))
-        state.isDepthFieldDefined = {XMLStrUtil::XMLStrToInt(text) != 0, true};
+        state.isDepthFieldDefined = {
+            ToldBoolean(text, [](XMLCh const* held) { return XMLStrUtil::XMLStrToInt(held) != 0; }), true};
 }
 
 template <class Coordinates>

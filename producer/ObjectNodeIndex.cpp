@@ -205,7 +205,11 @@ ObjectNodeIndex::Outcome ObjectNodeIndex::ReadCurve(DOMNode* node)
     if (hasStore)
         outcome.isDone = ReadCurveFromStore(m_producer, node, index.curveStore, id);
     if (index.curveEntities.empty())
+    {
+        if (!outcome.isDone)
+            TellObserver(&ReadObserver::ElementDropped, node, DropReason::kNoRecord);
         return outcome;
+    }
     // Kept: looked up by the id as written, also when ids are mapped.
     UTF8String writtenId;
     XMLUtils::GetNodeAttribute(node, Names::ID, writtenId);

@@ -65,9 +65,7 @@ inline constexpr Rule kTime{"K-0211", "time-unreadable", "A text that should be 
 /// All of them, by their ids.
 std::span<Rule const> DocumentRules();
 
-/// Looks for elements, attributes, ids and references.
+/// Looks for what they find.
 void CheckDocument(SceneCheck& check);
-/// Looks for values.
-void CheckValues(SceneCheck& check);
 
 }  // namespace KVR

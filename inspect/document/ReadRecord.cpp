@@ -94,6 +94,12 @@ std::vector<XMLCh const*> ReadRecord::AttributesFor(DOMNode const* element) cons
     return found == m_askedAttributes.end() ? std::vector<XMLCh const*>() : found->second;
 }
 
+XMLCh const* ReadRecord::JoinedTextOf(DOMNode const* element) const
+{
+    auto const found = m_joinedTexts.find(element);
+    return found == m_joinedTexts.end() ? nullptr : found->second;
+}
+
 void ReadRecord::AttributeAsked(DOMNode const* element, XMLCh const* name, long index, XMLCh const* text)
 {
     ElementState& state = At(element);
@@ -149,7 +155,7 @@ void ReadRecord::TextTaken(DOMNode const* element, XMLCh const* text)
     m_latestText = text;
     DOMNode const* const first = element->getFirstChild();
     if (first && first->getNextSibling())
-        m_joinedTexts.emplace(text, element);
+        m_joinedTexts.insert_or_assign(element, text);
 }
 
 void ReadRecord::TextRead(TextReading const& reading)
@@ -235,7 +241,7 @@ bool ReadRecord::IsBeingRead(UTF8String const& id) const
     return std::any_of(m_open.begin(), m_open.end(),
                        [&](DOMNode const* element)
                        {
-                           XMLCh const* const text = UnobservedAttribute(element, Names::ID);
+                           XMLCh const* const text = UnobservedAttribute(element, Names::ID.Document());
                            return text && XMLStrUtil::XMLStrToAStr(text) == id;
                        });
 }
@@ -297,8 +303,23 @@ void ReadRecord::RecordsClaimed(unsigned long long count)
 
 void ReadRecord::PropertyMet(PropertyTexts const& texts, bool isMade)
 {
-    m_properties.push_back(
-        {texts.line, texts.column, Narrow(texts.id), Narrow(texts.objectId), Narrow(texts.name), isMade, false, false});
+    PropertyRecord& property = m_properties.emplace_back();
+    property.line = texts.line;
+    property.column = texts.column;
+    property.id = Narrow(texts.id);
+    property.objectId = Narrow(texts.objectId);
+    property.name = Narrow(texts.name);
+    property.value = Narrow(texts.value);
+    property.isMade = isMade;
+    // The texts do not outlive the call.
+    for (XMLCh const* const text : {texts.value, texts.type})
+    {
+        auto const found = text ? m_misreadings.find(text) : m_misreadings.end();
+        if (found == m_misreadings.end())
+            continue;
+        property.misread = std::move(found->second);
+        m_misreadings.erase(found);
+    }
 }
 
 void ReadRecord::PropertyHanded(bool isFound, bool isHeld)

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -121,6 +122,9 @@ struct PropertyRecord
     bool isMade = false;
     bool isFound = false;
     bool isHeld = false;
+    /// Its value, and how that was misread; nothing when it was not.
+    std::string value;
+    std::optional<Misreading> misread;
 };
 
 /// Takes down what the readers ask for and make of it, while a scene is read. Nodes and objects belong to the producer.
@@ -155,8 +159,9 @@ public:
     std::vector<PropertyRecord> const& Properties() const { return m_properties; }
     /// Any element of the document; null when none was walked.
     xercesc::DOMNode const* AnyElement() const { return m_anyElement; }
-    /// Where the text of an element was taken that stands in several runs, and is therefore not in the tree.
-    std::unordered_map<XMLCh const*, xercesc::DOMNode const*> const& JoinedTexts() const { return m_joinedTexts; }
+    /// The text that was taken of an element in which it stands in several runs, and is therefore not in the tree; null
+    /// when none was.
+    XMLCh const* JoinedTextOf(xercesc::DOMNode const* element) const;
 
     // What the observer does.
 
@@ -215,14 +220,14 @@ private:
 
     XMLCh const* m_latestText = nullptr;
     std::unordered_map<XMLCh const*, Misreading> m_misreadings;
-    std::unordered_map<XMLCh const*, xercesc::DOMNode const*> m_joinedTexts;
+    std::unordered_map<xercesc::DOMNode const*, XMLCh const*> m_joinedTexts;
     std::multimap<xercesc::DOMNode const*, ElementFailure> m_failures;
     std::unordered_map<xercesc::DOMNode const*, MissedReference> m_missed;
     std::vector<std::pair<xercesc::DOMNode const*, bool>> m_seconds;
     std::vector<std::pair<xercesc::DOMNode const*, xercesc::DOMNode const*>> m_replaced;
     std::vector<std::pair<xercesc::DOMNode const*, IObject const*>> m_objects;
     std::vector<xercesc::DOMNode const*> m_open;
-    ReferenceEnd m_end = ReferenceEnd::kRead;
+    ReferenceEnd m_end = ReferenceEnd::kUnknown;
     bool m_isCycle = false;
     std::vector<SectionRecord> m_sections;
     std::vector<PropertyRecord> m_properties;

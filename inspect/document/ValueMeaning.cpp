@@ -103,7 +103,7 @@ TransformOddities OdditiesOf(Matrix3d const& matrix)
     return odd;
 }
 
-XMLCh const* UnobservedAttribute(xercesc::DOMNode const* element, AttributeName name)
+XMLCh const* UnobservedAttribute(xercesc::DOMNode const* element, XMLCh const* name)
 {
     if (!IsElement(element))
         return nullptr;

@@ -3,8 +3,6 @@
 #include <string>
 #include <xercesc/dom/DOMNode.hpp>
 
-#include "framework/xml_util/FormatNames.h"
-
 namespace KVR
 {
 
@@ -29,6 +27,6 @@ struct TransformOddities
 TransformOddities OdditiesOf(Matrix3d const& matrix);
 
 /// An attribute's text, owned by the document, of which no observer is told; null when there is none.
-XMLCh const* UnobservedAttribute(xercesc::DOMNode const* element, AttributeName name);
+XMLCh const* UnobservedAttribute(xercesc::DOMNode const* element, XMLCh const* name);
 
 }  // namespace KVR

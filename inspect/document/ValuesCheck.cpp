@@ -1,8 +1,0 @@
-#include "inspect/document/DocumentRules.h"
-
-namespace KVR
-{
-
-void CheckValues(SceneCheck&) {}
-
-}  // namespace KVR
