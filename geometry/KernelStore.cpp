@@ -76,6 +76,14 @@ void TellEntity(std::string_view kind, UTF8String const& id, bool isKept)
         observer->RecordRead({kind, id, 0, 0, isKept});
 }
 
+void TellOutcome(outcome const& restored, bool isInsecure)
+{
+    if (isInsecure)
+        TellObserver(&ReadObserver::StoreFailed, StoreFailure::kInsecure, "the content is not what was written");
+    if (!restored.ok() && restored.error_number() != outcome::kInsecureStore)
+        TellObserver(&ReadObserver::StoreFailed, StoreFailure::kUnreadable, restored.message());
+}
+
 void FileCurve(EDGE* edge, UTF8String const& id, CurveEntities& curveEntities)
 {
     curve* made = nullptr;
@@ -134,7 +142,10 @@ bool RestoreKernelStore(KernelStoreContext const& context, UTF16String const& pa
     StoreForm const& form = FormOf(path);
     std::unique_ptr<std::FILE, CloseStore> file(GMKUtil::OpenGmkFile(UTF8String(path), form.openMode));
     if (!file)
+    {
+        TellObserver(&ReadObserver::StoreFailed, StoreFailure::kNotOpened, "the file cannot be opened");
         return false;
+    }
     XMLProducerImpl& producer = context.producer;
     GMKHistoryUtil::SetActiveHistoryStream(producer.GetHistoryStream());
     GKI_RESTORE restore(file.get(), form.isText, -1);
@@ -143,13 +154,14 @@ bool RestoreKernelStore(KernelStoreContext const& context, UTF16String const& pa
         Ignored(restore.set_allow_insecure_restore(kInsecureRestore_Allowed));
     ENTITY_LIST entities(false);
     // Whatever the outcome, what is in the list counts.
-    Ignored(restore.execute_restore(entities));
+    outcome const restored = restore.execute_restore(entities);
     bool found = false;
     bool isRestored = false;
     int count = 0;
     Ignored(restore.security_issue_found(found, isRestored, count));
     if (found && producer.eventManager)
         PostSecurityEvent(producer, allowsInsecure, pathText);
+    TellOutcome(restored, found);
     file.reset();
     FileEntities(entities, curveEntities, bodyEntities);
     return true;

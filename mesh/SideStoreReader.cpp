@@ -46,6 +46,12 @@ void TellRecord(StoreCursor const& store, std::string_view kind, UTF8String cons
         observer->RecordRead({kind, id, begin, store.Position(), isKept});
 }
 
+bool NotOpened()
+{
+    TellObserver(&ReadObserver::StoreFailed, StoreFailure::kNotOpened, "the file cannot be opened");
+    return false;
+}
+
 void Append(PolygonIndexSet& polygons, std::int32_t index)
 {
     polygons.Add(static_cast<std::uint32_t>(index));
@@ -140,7 +146,7 @@ bool SideStoreReader::ReadMeshStore(UTF16String const& path, MeshStore& meshStor
     m_materialCount = 0;
     FilePtr const file(UTF8String(ResolveSideFilePath(m_sceneFilePath, path)), "rb");
     if (!file)
-        return false;
+        return NotOpened();
     StoreCursor store(file, m_swapBytes, StoreCursor::kWholeStore);
     unsigned long long recordCount = 0;
     ReadHeader(store, recordCount);
@@ -182,6 +188,7 @@ void SideStoreReader::ReadMaterialTable(StoreCursor& store, unsigned long long o
         if (store.Read(id) && !id.IsEmpty())
             m_materialTable.push_back(std::move(id));
     }
+    TellObserver(&ReadObserver::TableRead, offset, store.Position());
     store.Seek(records);
 }
 
@@ -219,7 +226,7 @@ bool SideStoreReader::ReadMeshSegmentStore(UTF16String const& fullPath, MeshStor
         return true;
     FilePtr const file(UTF8String(fullPath), "rb");
     if (!file)
-        return false;
+        return NotOpened();
     StoreCursor store(file, m_swapBytes, StoreCursor::kWholeStore);
     unsigned long long recordCount = 0;
     store.Read(recordCount);

@@ -32,6 +32,8 @@ void ReadObserver::SectionMet(xercesc::DOMNode const*, UTF16String const&, Secti
 void ReadObserver::RecordRead(StoreRecord const&) {}
 void ReadObserver::StoreLeft(unsigned long long, unsigned long long, unsigned long long) {}
 void ReadObserver::RecordsClaimed(unsigned long long) {}
+void ReadObserver::TableRead(unsigned long long, unsigned long long) {}
+void ReadObserver::StoreFailed(StoreFailure, std::string_view) {}
 void ReadObserver::PropertyMet(PropertyTexts const&, bool) {}
 void ReadObserver::PropertyHanded(bool, bool) {}
 

@@ -93,6 +93,16 @@ enum class SectionState
     kRead,
 };
 
+/// Why a side file gave nothing.
+enum class StoreFailure
+{
+    kNotOpened,
+    /// It is no file of its kind, cut short or damaged.
+    kUnreadable,
+    /// Its content is not what was written; where that is allowed, it gave what it holds.
+    kInsecure,
+};
+
 /// A record of a store, from its first byte to the one behind its last.
 struct StoreRecord
 {
@@ -163,6 +173,10 @@ public:
     virtual void StoreLeft(unsigned long long position, unsigned long long size, unsigned long long shortReads);
     /// A store said how many records it has.
     virtual void RecordsClaimed(unsigned long long count);
+    /// What belongs to no record was read, from its first byte to the one behind its last.
+    virtual void TableRead(unsigned long long begin, unsigned long long end);
+    /// The file of the section met last failed. The reason is a sentence without its full stop.
+    virtual void StoreFailed(StoreFailure failure, std::string_view reason);
 
     /// An element of the property file: where its start tag ends, its texts, null for those that are absent, and
     /// whether it made a property.

@@ -81,7 +81,11 @@ SubObjectPersistentIdReader::~SubObjectPersistentIdReader() = default;
 bool SubObjectPersistentIdReader::LoadSubObjectPersistentIds(UTF16String const& path, Maps& maps)
 {
     Handler handler(maps);
-    return ParseSideFile(path, handler);
+    if (ParseSideFile(path, handler))
+        return true;
+    TellObserver(&ReadObserver::StoreFailed, StoreFailure::kUnreadable,
+                 "the file is no XML, or ends early; what stands before the damage counts");
+    return false;
 }
 
 void SubObjectPersistentIdReader::ReadSubObjectPersistentIdsFromXML(xercesc::DOMNode const* node,

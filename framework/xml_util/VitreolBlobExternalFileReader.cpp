@@ -52,7 +52,13 @@ bool VitreolBlobExternalFileReader::LoadVitreolFromExternalFile(std::map<UTF8Str
     FilePtr const file(UTF8String(m_path), "rb");
     unsigned long long count = 0;
     if (!file || !ReadHead(file, count, swapBytes))
+    {
+        if (file)
+            TellObserver(&ReadObserver::StoreFailed, StoreFailure::kUnreadable, "this is no file of material assets");
+        else
+            TellObserver(&ReadObserver::StoreFailed, StoreFailure::kNotOpened, "the file cannot be opened");
         return false;
+    }
     TellObserver(&ReadObserver::RecordsClaimed, count);
     for (; count > 0; --count)
     {

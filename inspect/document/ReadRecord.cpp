@@ -283,6 +283,18 @@ void ReadRecord::StoreLeft(unsigned long long position, unsigned long long size,
     m_sections.back().shortReads = shortReads;
 }
 
+void ReadRecord::TableRead(unsigned long long begin, unsigned long long end)
+{
+    if (!m_sections.empty())
+        m_sections.back().tables.emplace_back(begin, end);
+}
+
+void ReadRecord::StoreFailed(StoreFailure failure, std::string_view reason)
+{
+    if (!m_sections.empty())
+        m_sections.back().failures.emplace_back(failure, reason);
+}
+
 void ReadRecord::RecordsClaimed(unsigned long long count)
 {
     if (!m_sections.empty())

@@ -104,6 +104,10 @@ struct SectionRecord
     unsigned long long shortReads = 0;
     /// In the order of the file.
     std::vector<StoreRecord> records;
+    /// What was read of it and belongs to no record, from the first byte to the one behind the last.
+    std::vector<std::pair<unsigned long long, unsigned long long>> tables;
+    /// Why it gave nothing, with sentences.
+    std::vector<std::pair<StoreFailure, std::string>> failures;
 };
 
 /// An element of the property file.
@@ -182,6 +186,8 @@ public:
     void RecordRead(StoreRecord const& record) override;
     void StoreLeft(unsigned long long position, unsigned long long size, unsigned long long shortReads) override;
     void RecordsClaimed(unsigned long long count) override;
+    void TableRead(unsigned long long begin, unsigned long long end) override;
+    void StoreFailed(StoreFailure failure, std::string_view reason) override;
     void PropertyMet(PropertyTexts const& texts, bool isMade) override;
     void PropertyHanded(bool isFound, bool isHeld) override;
 
