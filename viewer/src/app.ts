@@ -131,7 +131,7 @@ export class App {
         this.section = new SectionPanel(this.state, this.placing, picture, this.model.file.unit.symbol);
         const measured = new Overlays(this.model, picture);
         this.measure = new Measure(this.model, picture, picking, measured, this.units, this.place);
-        const controls = new Controls(this.place, picture.camera, {
+        const controls = new Controls(picture.canvas, this.place, picture.camera, {
             click: (x, y, event, twice) => this.click(picking, x, y, event, twice),
             hover: (x, y) => {
                 const hit = picking.at(x, y);

@@ -17,6 +17,7 @@ import { instanceMaterial, type SharedUniforms } from './materials';
 import type { SceneModel } from './model';
 import type { Placing } from './placing';
 import type { SceneState } from './state';
+import { dot } from './transform';
 
 type Drawn = Mesh<InstancedBufferGeometry, RawShaderMaterial>;
 
@@ -145,12 +146,13 @@ export class Batches {
         this.batches.push(batch);
     }
 
-    private material(primitive: Primitive, transparent: boolean): RawShaderMaterial {
-        const smooth = primitive.role === 'faces' && primitive.normals !== null;
-        const key = `${primitive.role} ${smooth} ${transparent} ${this.cuts}`;
+    private material(primitive: Primitive, transparent: boolean, uneven: boolean): RawShaderMaterial {
+        const { role } = primitive;
+        const smooth = role === 'faces' && primitive.normals !== null;
+        const key = `${role} ${smooth} ${transparent} ${uneven} ${this.cuts}`;
         let material = this.materials.get(key);
         if (!material) {
-            material = instanceMaterial(this.shared, { role: primitive.role, smooth, transparent, cuts: this.cuts });
+            material = instanceMaterial(this.shared, { role, smooth, uneven, transparent, cuts: this.cuts });
             this.materials.set(key, material);
         }
         return material;
@@ -215,10 +217,21 @@ export class Batches {
         this.dress();
     }
 
+    // Whether normals do not simply turn with the places of these items.
+    private isUneven(items: number[]): boolean {
+        const m = this.placing.items;
+        return items.some((item) => {
+            const [a, b, c] = [0, 1, 2].map((k) => [m[12 * item + k], m[12 * item + 4 + k], m[12 * item + 8 + k]]);
+            const most = 1e-3 * dot(a, a);
+            const differs = Math.abs(dot(a, a) - dot(b, b)) > most || Math.abs(dot(a, a) - dot(c, c)) > most;
+            return differs || Math.abs(dot(a, b)) > most || Math.abs(dot(b, c)) > most || Math.abs(dot(a, c)) > most;
+        });
+    }
+
     private dress(): void {
         for (const { primitive, opaque, clear } of this.batches) {
-            opaque.drawn.material = this.material(primitive, false);
-            clear.drawn.material = this.material(primitive, true);
+            opaque.drawn.material = this.material(primitive, false, this.isUneven(opaque.items));
+            clear.drawn.material = this.material(primitive, true, this.isUneven(clear.items));
         }
     }
 

@@ -1,7 +1,7 @@
 // From where the scene is looked at. Points are in the scene's coordinates; the middle of the scene is drawn at zero.
 import { Matrix4, OrthographicCamera, PerspectiveCamera, Vector3, type Camera as Drawing } from 'three';
 import type { Box, Triple } from '../data/format';
-import { isParallel } from './materials';
+import type { SharedUniforms } from './materials';
 import { cross, dot, length, minus, plus, square, times, unit } from './transform';
 
 export interface Look {
@@ -179,7 +179,20 @@ export class Camera {
             camera.far = ahead + reach;
         }
         camera.updateProjectionMatrix();
-        isParallel.value = !this.look.perspective;
+    }
+
+    /// What shaders have to know.
+    tell({ seen, light, eye }: SharedUniforms): void {
+        const camera = this.drawing;
+        seen.value.multiplyMatrices(camera.projectionMatrix, camera.matrixWorldInverse);
+        const back = times(this.look.direction, -1);
+        const side = plus(times(this.right(), 0.2085), times(this.look.up, 0.278));
+        light.value.set(...plus(side, times(back, 0.9377)));
+        if (this.look.perspective) {
+            eye.value.set(...minus(this.eye(), this.middle), 1);
+        } else {
+            eye.value.set(...back, 0);
+        }
     }
 
     /// The place of a point in the picture in CSS pixels, and its depth from -1 to 1.

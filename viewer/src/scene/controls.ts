@@ -28,7 +28,10 @@ export class Controls {
     private hoverPending: { x: number; y: number } | null = null;
 
     constructor(
+        /// What is clicked and dragged.
         private readonly element: HTMLElement,
+        /// What has the keys: the element is in it.
+        private readonly host: HTMLElement,
         private readonly camera: Camera,
         private readonly events: ControlEvents,
     ) {
@@ -39,7 +42,7 @@ export class Controls {
         element.addEventListener('pointerleave', () => this.events.leave());
         element.addEventListener('contextmenu', (event) => event.preventDefault());
         element.addEventListener('wheel', (event) => this.wheel(event), { passive: false });
-        element.addEventListener('keydown', (event) => this.key(event));
+        host.addEventListener('keydown', (event) => event.target === host && this.key(event));
     }
 
     private place(event: MouseEvent): { x: number; y: number } {
@@ -51,7 +54,7 @@ export class Controls {
         const at = this.place(event);
         this.pointers.set(event.pointerId, at);
         this.element.setPointerCapture(event.pointerId);
-        this.element.focus({ preventScroll: true });
+        this.host.focus({ preventScroll: true, focusVisible: false } as FocusOptions);
         if (this.pointers.size === 1) {
             this.start = { ...at, moved: false, button: event.button };
             this.pivot = this.events.pointAt(at.x, at.y);

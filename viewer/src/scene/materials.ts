@@ -1,5 +1,5 @@
 // Shaders. Colours go through as they are: a face square to the line of sight has exactly its style's colour.
-import { GLSL3, RawShaderMaterial, Vector3, Vector4, type Side, DoubleSide } from 'three';
+import { DoubleSide, GLSL3, Matrix4, RawShaderMaterial, Vector3, Vector4 } from 'three';
 
 export const kMostCuts = 6;
 
@@ -11,6 +11,12 @@ export interface SharedUniforms {
     edge: { value: Vector3 };
     edgeMix: { value: number };
     pointSize: { value: number };
+    /// Everything to the picture.
+    seen: { value: Matrix4 };
+    /// The direction to the light, which goes with the eye.
+    light: { value: Vector3 };
+    /// The place of the eye and 1, or of parallel lines of sight the direction to it and 0.
+    eye: { value: Vector4 };
     [name: string]: { value: unknown };
 }
 
@@ -22,13 +28,15 @@ export function sharedUniforms(): SharedUniforms {
         edge: { value: new Vector3(0.08, 0.09, 0.11) },
         edgeMix: { value: 0.82 },
         pointSize: { value: 4 },
+        seen: { value: new Matrix4() },
+        light: { value: new Vector3(0, 0, 1) },
+        eye: { value: new Vector4(0, 0, 1, 0) },
     };
 }
 
 const kVertex = `
 precision highp float;
-uniform mat4 viewMatrix;
-uniform mat4 projectionMatrix;
+uniform mat4 seen;
 uniform float pointSize;
 in vec3 position;
 in vec4 row0;
@@ -41,25 +49,25 @@ in vec3 normal;
 out vec3 vNormal;
 #endif
 out vec3 vWorld;
-out vec3 vView;
 flat out vec4 vPaint;
 flat out float vMark;
 void main() {
     vec4 own = vec4(position, 1.0);
     vec3 world = vec3(dot(row0, own), dot(row1, own), dot(row2, own));
-    vec4 view = viewMatrix * vec4(world, 1.0);
     vWorld = world;
-    vView = view.xyz;
     vPaint = paint;
     vMark = mark;
 #ifdef SMOOTH
+#ifdef UNEVEN
     vec3 x = vec3(row0.x, row1.x, row2.x);
     vec3 y = vec3(row0.y, row1.y, row2.y);
     vec3 z = vec3(row0.z, row1.z, row2.z);
-    vec3 turned = cross(y, z) * normal.x + cross(z, x) * normal.y + cross(x, y) * normal.z;
-    vNormal = mat3(viewMatrix) * turned;
+    vNormal = cross(y, z) * normal.x + cross(z, x) * normal.y + cross(x, y) * normal.z;
+#else
+    vNormal = vec3(dot(row0.xyz, normal), dot(row1.xyz, normal), dot(row2.xyz, normal));
 #endif
-    gl_Position = projectionMatrix * view;
+#endif
+    gl_Position = seen * vec4(world, 1.0);
     gl_PointSize = pointSize;
 }`;
 
@@ -80,13 +88,13 @@ const kFaces = `
 precision highp float;
 uniform vec3 accent;
 uniform vec3 hover;
-uniform bool isParallel;
+uniform vec3 light;
+uniform vec4 eye;
 ${kCut}
 #ifdef SMOOTH
 in vec3 vNormal;
 #endif
 in vec3 vWorld;
-in vec3 vView;
 flat in vec4 vPaint;
 flat in float vMark;
 out vec4 color;
@@ -97,13 +105,14 @@ void main() {
 #ifdef SMOOTH
     vec3 n = normalize(vNormal);
 #else
-    vec3 n = normalize(cross(dFdx(vView), dFdy(vView)));
+    vec3 n = normalize(cross(dFdx(vWorld), dFdy(vWorld)));
 #endif
-    vec3 sight = isParallel ? vec3(0.0, 0.0, 1.0) : normalize(-vView);
-    if (dot(n, sight) < 0.0) n = -n;
-    float light = clamp(0.42 + 0.62 * dot(n, vec3(0.2085, 0.2780, 0.9377)), 0.0, 1.0);
-    vec3 c = vPaint.rgb * light;
-    if (vMark > 1.5) c = mix(c, accent * (0.35 + 0.65 * light), 0.62);
+    // Against the line of sight: of a perspective from the eye, else the same everywhere.
+    vec3 sight = eye.xyz - eye.w * vWorld;
+    float lit = dot(n, light) * (dot(n, sight) < 0.0 ? -0.54 : 0.54);
+    float bright = clamp(0.5 + lit, 0.0, 1.0);
+    vec3 c = vPaint.rgb * bright;
+    if (vMark > 1.5) c = mix(c, accent * (0.35 + 0.65 * bright), 0.62);
     else if (vMark > 0.5) c = mix(c, hover, 0.22);
     color = vec4(c, vPaint.a);
 }`;
@@ -115,7 +124,6 @@ uniform vec3 edge;
 uniform float edgeMix;
 ${kCut}
 in vec3 vWorld;
-in vec3 vView;
 flat in vec4 vPaint;
 flat in float vMark;
 out vec4 color;
@@ -138,8 +146,7 @@ void main() {
 
 const kFlatVertex = `
 precision highp float;
-uniform mat4 viewMatrix;
-uniform mat4 projectionMatrix;
+uniform mat4 seen;
 uniform float depthShift;
 in vec3 position;
 in vec4 paint;
@@ -148,7 +155,7 @@ flat out vec4 vPaint;
 void main() {
     vWorld = position;
     vPaint = paint;
-    gl_Position = projectionMatrix * viewMatrix * vec4(position, 1.0);
+    gl_Position = seen * vec4(position, 1.0);
     gl_Position.z -= depthShift * gl_Position.w;
     gl_PointSize = 9.0;
 }`;
@@ -170,11 +177,11 @@ void main() {
     color = vec4(c, vPaint.a);
 }`;
 
-export const isParallel = { value: true };
-
 interface Kind {
     role: 'faces' | 'edges' | 'lines' | 'points';
     smooth?: boolean;
+    /// Scaled differently in different directions.
+    uneven?: boolean;
     transparent?: boolean;
     cuts: number;
 }
@@ -186,6 +193,9 @@ export function instanceMaterial(shared: SharedUniforms, kind: Kind): RawShaderM
     if (kind.smooth) {
         defines.SMOOTH = 1;
     }
+    if (kind.uneven) {
+        defines.UNEVEN = 1;
+    }
     if (kind.role === 'edges') {
         defines.EDGES = 1;
     } else if (kind.role === 'points') {
@@ -195,9 +205,9 @@ export function instanceMaterial(shared: SharedUniforms, kind: Kind): RawShaderM
         glslVersion: GLSL3,
         vertexShader: kVertex,
         fragmentShader: isFaces ? kFaces : kLines,
-        uniforms: { ...shared, isParallel },
+        uniforms: shared,
         defines,
-        side: DoubleSide as Side,
+        side: DoubleSide,
         transparent: kind.transparent ?? false,
         depthWrite: !kind.transparent,
         polygonOffset: isFaces,

@@ -188,6 +188,7 @@ export class Picture {
 
     draw(): void {
         this.camera.update(this.camera.width, this.camera.heightOfPicture, this.center, this.radius);
+        this.camera.tell(this.shared);
         this.renderer.render(this.drawing, this.camera.drawing);
         ++this.frames;
         this.drawn.forEach((each) => each());
