@@ -50,6 +50,7 @@ constexpr ExportFormat kFormats[] = {
     {".step", &ExportStep, kStage_Transferring},
     {".stp", &ExportStep, kStage_Transferring},
     {".brep", &ExportBrep},
+    {".html", &ExportView},
 };
 
 // A failure that is a sentence of its own.
@@ -123,19 +124,21 @@ bool IsMissing(Scene::Cut const& cut)
 
 // Writes the file that is to become `target` at `path`. Nothing, when it is not to go on; else the remarks.
 std::optional<std::vector<std::string>> Write(IProducer& producer, UTF8String const& rootId, std::string const& target,
-                                              std::string const& path, std::string const& folder,
+                                              std::string const& path, std::string const& scenePath,
                                               ExportOptions const& options, Progress const& progress)
 {
     Scene const scene(producer, rootId, options.filter);
     if (!Begin(progress, FormatOf(target)->stage))
         return {};
-    ExportTask task(producer, scene, options, path, folder,
+    std::filesystem::path const source(scenePath);
+    ExportTask task(producer, scene, options, path, source.parent_path().string(),
                     EachPercent(
                         [&](ProgressReport const& report)
                         {
                             if (progress && !progress(report))
                                 throw Stopped();
                         }));
+    task.source = options.sourceName.empty() ? source.filename().string() : options.sourceName;
     auto const cuts = std::count_if(scene.Cuts().begin(), scene.Cuts().end(), &IsMissing);
     task.notCarried.Add("instances without a target, or in a cycle", static_cast<unsigned long long>(cuts));
     FormatOf(target)->write(task);
@@ -165,8 +168,7 @@ void ExportHere(SceneOptions const& sceneOptions, std::string const& target, std
             voice.Progress(report);
             return true;
         };
-        auto const remarks = Write(file.Producer(), *reading.rootId, target, path,
-                                   std::filesystem::path(sceneOptions.path).parent_path().string(), options, tell);
+        auto const remarks = Write(file.Producer(), *reading.rootId, target, path, sceneOptions.path, options, tell);
         for (std::string const& remark : remarks.value())
             voice.Remark(remark);
     }
