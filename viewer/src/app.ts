@@ -91,7 +91,9 @@ export class App {
         this.tool('Light or dark', 'theme', 't', () => themes.toggle());
         this.tool('Keys and mouse', 'help', '?', () => this.help.open());
         this.state.on('hover', () => this.tellHovered());
-        this.state.on('detail', () => this.showDetail());
+        for (const topic of ['detail', 'visibility', 'placement', 'sections'] as const) {
+            this.state.on(topic, () => this.showDetail());
+        }
         document.addEventListener('keydown', (event) => this.key(event));
         addEventListener('hashchange', () => this.links.restore(location.hash));
         this.tellHovered();
@@ -231,8 +233,8 @@ export class App {
     }
 
     private showDetail(): void {
-        const { detail } = this.state;
-        this.edges?.show(detail ? [detail] : [], [...(this.theme?.accent ?? [0, 0.4, 1]), 0.75] as [number, number, number, number]);
+        const { detail, itemShown } = this.state;
+        this.edges?.show(detail && itemShown[detail.item] ? [detail] : [], [...(this.theme?.accent ?? [0, 0.4, 1]), 0.75] as [number, number, number, number]);
     }
 
     private tellHovered(): void {
