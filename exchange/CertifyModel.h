@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -50,6 +51,9 @@ struct CertifyOptions
 {
     /// Whether pictures are made, by the program f3d, within xvfb-run where there is no display.
     bool withPictures = false;
+    /// The processor time that each child process may take, in seconds and at least 1, instead of one in proportion to
+    /// what it reads.
+    std::optional<unsigned> timeout;
 };
 
 /// Makes a scene of a model, which may be gzipped or, as "-", stand on standard input, exports it to STEP and GLB,

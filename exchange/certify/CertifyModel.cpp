@@ -67,21 +67,24 @@ public:
     {
         std::string const scene = File("scene.xml");
         PlainModel const model = Taken(m_path);
+        m_model = model.Plain();
         FindFile("source", m_path, model);
-        ImportResult const imported = ImportModel(model.Given(), scene, {}, m_progress);
+        ImportOptions importing;
+        importing.timeout = m_options.timeout;
+        ImportResult const imported = ImportModel(model.Given(), scene, importing, m_progress);
         Expect(imported.outcome, imported.failure);
         m_result.remarks = imported.remarks;
-        Find("scene", "the scene", [scene](TellFraction const&) { return FactsOfSceneFile(scene); });
+        Find("scene", "the scene", scene, [scene](TellFraction const&) { return FactsOfSceneFile(scene); });
         std::string const glb = Exported(scene, "scene.glb");
         Take(m_progress);
         Take(m_progress);
         if (HasBodies(m_stages.back().facts))
         {
             std::string const step = Exported(scene, "scene.step");
-            Find("STEP", "the exported STEP file",
+            Find("STEP", "the exported STEP file", step,
                  [step](TellFraction const& tell) { return WithoutIds(FactsOfStep(step, tell)); });
         }
-        Find("GLB", "the exported GLB file", [glb](TellFraction const&) { return FactsOfGltf(glb); });
+        Find("GLB", "the exported GLB file", glb, [glb](TellFraction const&) { return FactsOfGltf(glb); });
         Draw("source", model.Plain());
         Draw("GLB", glb);
         while (!m_searches.empty())
@@ -93,6 +96,7 @@ public:
     {
         PlainModel const model = Taken(m_path);
         PlainModel const made = Taken(other);
+        m_model = model.Plain();
         FindFile("source", m_path, model);
         FindFile("other", other, made);
         Draw("source", model.Plain());
@@ -145,7 +149,7 @@ private:
     void FindFile(char const* stage, std::string const& what, PlainModel const& model)
     {
         bool const isModel = m_searches.empty();
-        Find(stage, what,
+        Find(stage, what, model.Plain(),
              [path = model.Plain(), isModel](TellFraction const& tell)
              { return FactsOfFile(path, kMillimetres, isModel, tell); });
     }
@@ -162,21 +166,24 @@ private:
     {
         SceneOptions scene;
         scene.path = scenePath;
+        ExportOptions exporting;
+        exporting.timeout = m_options.timeout;
         std::string path = File(name);
-        ExportResult const exported = ExportScene(scene, path, {}, m_progress);
+        ExportResult const exported = ExportScene(scene, path, exporting, m_progress);
         Expect(exported.outcome, exported.failure);
         for (std::string const& remark : exported.remarks)
             m_result.remarks.push_back(std::string(name) + ": " + remark);
         return path;
     }
 
-    void Find(char const* stage, std::string const& what,
+    // What is found in a file takes as long as that one or the model allows.
+    void Find(char const* stage, std::string const& what, std::string const& file,
               std::function<ModelFacts(TellFraction const& tell)> const& find)
     {
         auto const work = [&](ChildVoice const& voice) {
             return find([&](double fraction) { voice.Progress({kStage_Comparing, fraction}); }).Text();
         };
-        m_searches.push_back({stage, what, ChildWork(work)});
+        m_searches.push_back({stage, what, ChildWork(work, ChildLimits::For({file, m_model}, m_options.timeout))});
     }
 
     // Waits for the first search.
@@ -213,6 +220,8 @@ private:
     }
 
     std::string m_path;
+    // The file of it that is read.
+    std::string m_model;
     CertifyOptions m_options;
     Progress const& m_progress;
     ScratchFolder m_folder;
