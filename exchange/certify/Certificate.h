@@ -54,6 +54,7 @@ private:
     void AddMeshes();
     /// Measures of bodies or of meshes: in all, and by path.
     void AddBulk(bool isOfMeshes);
+    void AddBulkByPath(bool isOfMeshes, std::string const& name);
     /// Of a model of shapes, whether meshes leave nothing of them out.
     void AddBodiesInMeshes();
     /// By path, of nodes that are shown or that all stages have a place for.

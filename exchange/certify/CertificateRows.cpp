@@ -218,12 +218,19 @@ void Certificate::AddBulk(bool isOfMeshes)
             return all && all->HasBox() ? std::optional(BoxOf(*all)) : std::nullopt;
         },
         true);
+    AddBulkByPath(isOfMeshes, named("by path"));
+}
+
+void Certificate::AddBulkByPath(bool isOfMeshes, std::string const& name)
+{
+    bool ModelFacts::*const has = isOfMeshes ? &ModelFacts::hasMesh : &ModelFacts::hasBodies;
+    Bulk Node::*const member = isOfMeshes ? &Node::mesh : &Node::bodies;
     double const diagonal = m_diagonal;
     AddTable(
-        named("by path").c_str(),
+        name.c_str(),
         [&](std::size_t stage) -> std::optional<Table>
         {
-            if (!has(stage) || !m_folded[stage].hasStructure)
+            if (!(m_stages[stage].facts.*has) || !m_folded[stage].hasStructure)
                 return {};
             return ByPath(stage,
                           [member](Node const& node)

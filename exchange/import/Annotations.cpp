@@ -255,10 +255,8 @@ private:
         std::size_t const owner = ReadReferences(callout, details, label);
         callout.extensionData.push_back({kAnnotationDetailsTypeId, UTF8String(details.Text()), {}, {}, {}});
         m_annotations.m_ids.Bind(label, callout.id);
-        if (auto const [known, isNew] =
-                m_annotations.m_idOfLabel.try_emplace(std::string(callout.label.View()), callout.id);
-            !isNew)
-            known->second = {};
+        auto const [known, isNew] = m_annotations.m_idOfLabel.try_emplace(std::string(callout.label.View()));
+        known->second = isNew ? callout.id : UTF8String();
         if (m_annotations.m_notes.size() <= owner)
             m_annotations.m_notes.resize(owner + 1);
         m_annotations.m_notes[owner].push_back(std::move(note));

@@ -136,7 +136,7 @@ ImportOptions WithoutMeshes()
 
 }  // namespace
 
-TEST(ImportBreaks, WhatComponentsAreIsCaught)
+TEST(ImportBreaks, WhereComponentsAreIsCaught)
 {
     BreakBench const bench("as1-oc-214.stp", WithoutMeshes());
     bench.ExpectCaughtInImport({
@@ -164,6 +164,13 @@ TEST(ImportBreaks, WhatComponentsAreIsCaught)
          },
          "by path"},
         {"places another part", OfInstance("nut_1", [](InstanceRecord& i) { i.targetId = "part3"; }), "by path"},
+    });
+}
+
+TEST(ImportBreaks, HowComponentsLookIsCaught)
+{
+    BreakBench const bench("as1-oc-214.stp", WithoutMeshes());
+    bench.ExpectCaughtInImport({
         {"drops a colour",
          [](Breaks& breaks)
          {
@@ -200,6 +207,13 @@ TEST(ImportBreaks, WhatComponentsAreIsCaught)
                      set.styles.front().transparency = 0.5;
              }),
          "colours"},
+    });
+}
+
+TEST(ImportBreaks, WhatComponentsHoldIsCaught)
+{
+    BreakBench const bench("as1-oc-214.stp", WithoutMeshes());
+    bench.ExpectCaughtInImport({
         {"forgets a member of a layer",
          OfAttributes(
              [](AttributeSetRecord& set)
