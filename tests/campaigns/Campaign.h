@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <iterator>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -22,7 +23,7 @@ public:
     template <class List>
     auto const& Of(List const& list) noexcept
     {
-        return list[Below(list.size())];
+        return list[Below(std::size(list))];
     }
 
 private:

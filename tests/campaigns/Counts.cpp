@@ -78,7 +78,7 @@ double Seconds(int who)
            1e-6 * static_cast<double>(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec);
 }
 
-std::string Try(Target const& target)
+std::string TryTarget(Target const& target)
 {
     double const begin = Seconds(RUSAGE_SELF) + Seconds(RUSAGE_CHILDREN);
     std::string wrong;
@@ -150,7 +150,7 @@ void RunCounts(double scale, Tally& tally)
             {
                 std::uint64_t const number = numberOf(input);
                 WriteBytes(target.file, Mutant(target, target.places[number / kValues.size()], number % kValues.size()));
-                return Try(target);
+                return TryTarget(target);
             },
             [&](std::uint64_t input)
             {

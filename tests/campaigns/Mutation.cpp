@@ -174,13 +174,10 @@ public:
         {
             case 0:
             {
-                // Copies, so that neither ends up within itself.
                 auto& target = other.children[m_dice.Below(other.children.size())];
-                auto first = one->Copy();
-                auto second = target->Copy();
-                one = std::move(second);
-                if (!IsWithin(*one, &other))
-                    Place(other, std::move(first));
+                // Neither ends up within itself.
+                if (!IsWithin(*one, target.get()) && !IsWithin(*target, one.get()))
+                    std::swap(one, target);
                 return;
             }
             case 1:
