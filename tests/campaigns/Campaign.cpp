@@ -50,9 +50,12 @@ struct Board
 
 double ProcessorSeconds()
 {
-    struct rusage usage{};
+    struct rusage usage
+    {
+    };
     getrusage(RUSAGE_SELF, &usage);
-    auto const seconds = [](timeval const& time) { return static_cast<double>(time.tv_sec) + 1e-6 * static_cast<double>(time.tv_usec); };
+    auto const seconds = [](timeval const& time)
+    { return static_cast<double>(time.tv_sec) + 1e-6 * static_cast<double>(time.tv_usec); };
     return seconds(usage.ru_utime) + seconds(usage.ru_stime);
 }
 
@@ -146,10 +149,9 @@ void Tally::Find(std::uint64_t& count, std::string finding)
 }
 
 void RunForked(Tally& tally, std::uint64_t count, std::uint64_t batch, Try const& attempt,
-               std::function<std::string(std::uint64_t)> const& name)
+               std::function<std::string(std::uint64_t)> const& name, Leaks leaks)
 {
-    void* const memory =
-        mmap(nullptr, sizeof(Board), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+    void* const memory = mmap(nullptr, sizeof(Board), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
     if (memory == MAP_FAILED)
         throw std::bad_alloc();
     Board& board = *static_cast<Board*>(memory);
@@ -163,7 +165,9 @@ void RunForked(Tally& tally, std::uint64_t count, std::uint64_t batch, Try const
         if (process == 0)
             Work(board, first, end, attempt);
         int status = 0;
-        struct rusage usage{};
+        struct rusage usage
+        {
+        };
         wait4(process, &status, 0, &usage);
         tally.peakKB = std::max(tally.peakKB, static_cast<std::uint64_t>(usage.ru_maxrss));
         tally.slowest = std::max(tally.slowest, board.slowest);
@@ -176,7 +180,7 @@ void RunForked(Tally& tally, std::uint64_t count, std::uint64_t batch, Try const
             tally.Find(tally.wrong, name(board.input) + ": " + board.text.data());
         std::uint64_t const next = std::min(board.input + 1, end);
         std::uint64_t const keeper = board.keeper;
-        if (board.kept > kSuspicious)
+        if (leaks == Leaks::kCounted && board.kept > kSuspicious)
             if (std::size_t const kept = KeptEachTime(keeper, attempt, board); kept > 16)
                 tally.Find(tally.leaks, name(keeper) + ": " + std::to_string(kept) + " bytes kept each time");
         first = next;

@@ -256,7 +256,7 @@ TEST(ExportFailuresTest, GeometryThatTakesTooLongIsLeftOutAndNamed)
     SceneOptions options;
     options.path = scene.PathOf("scene.xml");
     scene.Folder().Write("scene.xml", R"(<S><SatInfo Path="s.sab"/><IFile ID="f" IsRoot="1"><ChildSet><Child ID="p"/></ChildSet></IFile>
-<IPart ID="p"><ChildSet><IBrep ID="ball"/><IBrep ID="box"/></ChildSet></IPart></S>)");
+<IPart ID="p"><ChildSet><IBrep ID="ball" Visibility="1"/><IBrep ID="box" Visibility="1"/></ChildSet></IPart></S>)");
     ExportOptions exporting;
     exporting.timeout = 1;
     exporting.quality = {{1e-6, true}, 0.002};
