@@ -180,7 +180,7 @@ void RunForked(Tally& tally, std::uint64_t count, std::uint64_t batch, Try const
             tally.Find(tally.wrong, name(board.input) + ": " + board.text.data());
         std::uint64_t const next = std::min(board.input + 1, end);
         std::uint64_t const keeper = board.keeper;
-        if (leaks == Leaks::kCounted && board.kept > kSuspicious)
+        if (leaks == Leaks::kCounted && end - first > 1 && board.kept > kSuspicious)
             if (std::size_t const kept = KeptEachTime(keeper, attempt, board); kept > 16)
                 tally.Find(tally.leaks, name(keeper) + ": " + std::to_string(kept) + " bytes kept each time");
         first = next;

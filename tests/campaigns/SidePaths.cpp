@@ -150,7 +150,7 @@ void RunSidePaths(double, Tally& tally)
     std::vector<Path> const paths = Paths(folder);
     std::string const scene = (folder / "paths.xml").string();
     RunForked(
-        tally, paths.size(), 1,
+        tally, paths.size(), 20,
         [&](std::uint64_t input)
         {
             std::string const before = ReadBytes(complete);
@@ -164,7 +164,7 @@ void RunSidePaths(double, Tally& tally)
     std::vector<std::string> const names = copies.Files(SceneCopies::Kind::kComplete);
     char const* const bad[] = {"pipe.sab", "/dev/zero", "/proc/self/mem", "sub", "circle.sab", "/dev/stdin"};
     RunForked(
-        tally, names.size() * std::size(bad), 1,
+        tally, names.size() * std::size(bad), 20,
         [&](std::uint64_t input)
         {
             std::string text = document;
