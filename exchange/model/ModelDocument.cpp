@@ -19,9 +19,6 @@ namespace KVR
 namespace
 {
 
-// Open CASCADE makes the shapes of a STEP file in the first part of what it measures.
-constexpr double kDenseOfStep = 0.2;
-
 // A document of one shape.
 void AddShape(ModelDocument& model, TopoDS_Shape const& shape, std::string const& path)
 {
@@ -53,8 +50,7 @@ ModelDocument ModelDocument::Read(std::string const& path, ModelFormat format, M
     model.unit = options.unit;
     bool const isTransferred = format == ModelFormat::kStep || format == ModelFormat::kIges;
     Handle(StageProgress) const indicator =
-        new StageProgress(isTransferred ? "transferring" : "reading", options.progress,
-                          format == ModelFormat::kStep ? kDenseOfStep : 1.0);
+        new StageProgress(isTransferred ? "transferring" : "reading", options.progress);
     Message_ProgressRange const progress = indicator->Start();
     MemoryWatch const watch;
     try
