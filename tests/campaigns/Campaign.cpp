@@ -71,6 +71,23 @@ std::size_t HeldBytes()
     return info.uordblks + info.hblkhd;
 }
 
+// What is thrown must not leave the child, which would end as its parent does.
+std::string Answer(std::uint64_t input, Try const& attempt) noexcept
+{
+    try
+    {
+        return attempt(input);
+    }
+    catch (std::exception const& error)
+    {
+        return std::string("thrown: ") + error.what();
+    }
+    catch (...)
+    {
+        return "thrown: what is no std::exception";
+    }
+}
+
 [[noreturn]] void Work(Board& board, std::uint64_t first, std::uint64_t end, Try const& attempt)
 {
     std::uint64_t const half = first + (end - first) / 2;
@@ -82,7 +99,7 @@ std::size_t HeldBytes()
             held = HeldBytes();
         double const begin = ProcessorSeconds();
         SetAlarm(kMostSeconds);
-        std::string const wrong = attempt(input);
+        std::string const wrong = Answer(input, attempt);
         SetAlarm(0);
         board.slowest = std::max(board.slowest, ProcessorSeconds() - begin);
         if (!wrong.empty())
@@ -120,7 +137,7 @@ std::size_t KeptEachTime(std::uint64_t input, Try const& attempt, Board& board)
         {
             if (i == kRepeats)
                 board.mostKept = HeldBytes();
-            attempt(input);
+            Answer(input, attempt);
         }
         board.kept = HeldBytes();
         _exit(0);
