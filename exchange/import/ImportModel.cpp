@@ -192,7 +192,14 @@ ImportResult Import(std::string const& modelPath, std::string const& scenePath, 
     if (!child.answer)
         throw ModelError(child.failure.value_or("its reader ended " + child.EndText()));
     result.remarks.insert(result.remarks.end(), child.remarks.begin(), child.remarks.end());
-    ReadAnswer(*child.answer, result);
+    try
+    {
+        ReadAnswer(*child.answer, result);
+    }
+    catch (json::exception const&)
+    {
+        throw ModelError("its reader tells nothing sensible of it");
+    }
     result.hasAnnotations = options.withAnnotations;
     AddRemarks(result);
     if (!options.reportPath.empty())

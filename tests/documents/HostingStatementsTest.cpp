@@ -69,6 +69,16 @@ TEST(HostingLife, BeginProcessAfterTheEndHasNoEffect)
     EXPECT_FALSE(scene.Has("p"));
 }
 
+TEST(HostingLife, TheRootMayBeNoObjectOrAnother)
+{
+    TestScene none(R"(<S><IFile IsRoot="1"/></S>)");
+    none.Begin();
+    EXPECT_EQ(none.Producer().Load(none.Producer().RootObjectId().Id()), nullptr);
+    TestScene other(R"(<S><IPart ID="a"/><IFile ID="a" IsRoot="1"/></S>)");
+    other.Begin();
+    EXPECT_NE(dynamic_cast<IPart*>(other.Producer().Load(other.Producer().RootObjectId().Id())), nullptr);
+}
+
 TEST(HostingLife, NothingIsReadLaterButTheImageOfATexture)
 {
     TempFolder const folder;

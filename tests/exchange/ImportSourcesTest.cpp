@@ -166,6 +166,30 @@ TEST(ImportSources, FormatsOfTextAreToldByTheirFirstLines)
     EXPECT_EQ(formatOf("\nOpen CASCADE Topology V4"), ModelFormat::kBrep);
 }
 
+TEST(ImportSources, AModelTooLargeToBeMeasuredIsMadeASceneAllTheSame)
+{
+    // The square of its diagonal is no number any more.
+    TopoDS_Edge const edge = BRepBuilderAPI_MakeEdge(gp_Pnt(0, 0, 0), gp_Pnt(1e200, 0, 0));
+    std::ostringstream text;
+    BRepTools::Write(edge, text);
+    TempFolder const folder;
+    folder.Write("a.brep", text.str());
+    ImportResult const result = ImportModel(folder.NarrowPathOf("a.brep"), folder.NarrowPathOf("a.xml"));
+    EXPECT_EQ(result.outcome, Outcome::kDone) << result.failure;
+    EXPECT_EQ(result.deflection, 0.0);
+}
+
+TEST(ImportSources, AModelThatTakesTooLongIsASentence)
+{
+    TempFolder const folder;
+    ToolRun const run = RunTool({"import", "--timeout", "1", "--deflection", "0.0001%", "--angle", "0.1",
+                                 std::string(KVR_EXAMPLES_DIR) + "/models/lcr_follower_arm.step",
+                                 folder.NarrowPathOf("a.xml")});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.error, HasSubstr("its reader ended after the 1 s of processor time that it may take\n"));
+    EXPECT_TRUE(std::filesystem::is_empty(folder.Path()));
+}
+
 TEST(ImportSources, BothFormsOfBrepAreToldApartAndTheirPrefixesEndAsSentences)
 {
     TopoDS_Edge const edge = BRepBuilderAPI_MakeEdge(gp_Pnt(0, 0, 0), gp_Pnt(1, 2, 3));
