@@ -11,6 +11,7 @@
 #include "inspect/Accounting.h"
 #include "inspect/SceneCheck.h"
 #include "inspect/document/DocumentRules.h"
+#include "inspect/document/DocumentTally.h"
 #include "inspect/document/ReadRecord.h"
 #include "inspect/rules/GeometryRules.h"
 #include "inspect/rules/SideFileRules.h"
@@ -58,6 +59,8 @@ bool Read(SceneCheck& check, XMLProducer& producer)
 {
     try
     {
+        // A host mostly asks what the file is before it reads it.
+        static_cast<void>(producer.QueryFile());
         producer.BeginProcess(IdSet(), nullptr, nullptr);
         return true;
     }
@@ -100,13 +103,14 @@ CheckResult CheckScene(std::string const& path, CheckOptions const& options)
     XMLProducer producer(UTF16String(UTF8String(path)), &producerOptions);
     SceneCheck check(path, options, producer, record);
     bool isRead = false;
+    DocumentTally tally;
     {
         ReadObserverScope const observed(record);
         isRead = Read(check, producer);
     }
     if (isRead)
     {
-        CheckDocument(check);
+        tally = CheckDocument(check);
 
         CheckSideFiles(check);
         CheckGeometry(check);
@@ -114,7 +118,7 @@ CheckResult CheckScene(std::string const& path, CheckOptions const& options)
     }
     CheckResult result;
     if (isRead && options.account)
-        result.accounts = MakeAccounts(check);
+        result.accounts = MakeAccounts(check, tally);
     result.findings = check.TakeFindings();
     return result;
 }

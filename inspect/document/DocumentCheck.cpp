@@ -1,5 +1,6 @@
 #include "inspect/SceneCheck.h"
 #include "inspect/document/DocumentRules.h"
+#include "inspect/document/DocumentTally.h"
 #include "inspect/document/DocumentWalk.h"
 #include "inspect/document/DropChain.h"
 #include "inspect/document/ReachCheck.h"
@@ -31,15 +32,17 @@ void CheckPropertyValues(SceneCheck& check)
 
 }  // namespace
 
-void CheckDocument(SceneCheck& check)
+DocumentTally CheckDocument(SceneCheck& check)
 {
+    DocumentTally tally;
     if (!check.Root())
-        return;
-    DocumentWalk(check).Run();
+        return tally;
+    DocumentWalk(check, tally).Run();
     CheckDropped(check);
     CheckIds(check);
     CheckReach(check);
     CheckPropertyValues(check);
+    return tally;
 }
 
 }  // namespace KVR

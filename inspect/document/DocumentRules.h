@@ -7,6 +7,7 @@
 namespace KVR
 {
 
+struct DocumentTally;
 class SceneCheck;
 
 /// The rules K-01nn, on elements, attributes, ids and references, and K-02nn, on values.
@@ -65,7 +66,7 @@ inline constexpr Rule kTime{"K-0211", "time-unreadable", "A text that should be 
 /// All of them, by their ids.
 std::span<Rule const> DocumentRules();
 
-/// Looks for what they find.
-void CheckDocument(SceneCheck& check);
+/// Looks for what they find, and counts the document.
+DocumentTally CheckDocument(SceneCheck& check);
 
 }  // namespace KVR

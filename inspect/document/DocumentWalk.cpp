@@ -53,16 +53,10 @@ std::string Nearest(std::string const& name, std::vector<std::string> const& kno
     return names.empty() ? std::string() : names.front();
 }
 
-// Declarations of namespaces, and what belongs to XML itself and to schemas, is no reader's.
-bool IsOfXml(XMLCh const* name)
-{
-    std::u16string_view const text = name;
-    return text == u"xmlns" || text.starts_with(u"xmlns:") || text.starts_with(u"xml:") || text.starts_with(u"xsi:");
-}
-
 }  // namespace
 
-DocumentWalk::DocumentWalk(SceneCheck& check) : m_check(check), m_record(check.Record())
+DocumentWalk::DocumentWalk(SceneCheck& check, DocumentTally& tally)
+    : m_check(check), m_count(check, tally), m_record(check.Record())
 {
     for (auto const& [set, failure] : m_record.Failures())
     {
@@ -84,7 +78,10 @@ void DocumentWalk::Run()
 {
     for (TreeWalk walk(m_check.Root()); walk.Element();)
     {
-        if (Look(walk.Element()))
+        Fate const fate = Look(walk.Element());
+        if (m_check.Options().account)
+            m_count.Add(walk.Element(), fate);
+        if (fate == Fate::kRead)
             walk.Next();
         else
             walk.SkipBelow();
@@ -92,26 +89,25 @@ void DocumentWalk::Run()
     AddEnds();
 }
 
-// Whether what is in the element is to be looked at.
-bool DocumentWalk::Look(DOMNode const* element)
+Fate DocumentWalk::Look(DOMNode const* element)
 {
     ElementState const state = m_record.StateOf(element);
     if (IsLeftBehind(element))
-        return false;
+        return Fate::kLeftBehind;
     NoteEnd(element);
     if (m_beaten.contains(element))
-        return false;
+        return Fate::kBeaten;
+    // An element without a record was looked at for its id alone.
+    if (LacksRecord(m_record, element))
+        return Fate::kNoRecord;
     if (!state.Is(ElementState::kRead))
     {
         AddUnread(element, state);
-        return false;
+        return state.Is(ElementState::kDropped) ? Fate::kTooDeep : Fate::kUnread;
     }
-    // An element without a record was looked at for its id alone.
-    if (LacksRecord(m_record, element))
-        return false;
     LookAtAttributes(element, state);
     LookAtText(element);
-    return true;
+    return Fate::kRead;
 }
 
 void DocumentWalk::NoteEnd(DOMNode const* child)

@@ -7,6 +7,7 @@
 #include <xercesc/dom/DOMNode.hpp>
 
 #include "inspect/SceneCheck.h"
+#include "inspect/document/DocumentTally.h"
 #include "inspect/document/ReadRecord.h"
 
 namespace KVR
@@ -16,7 +17,8 @@ namespace KVR
 class DocumentWalk
 {
 public:
-    explicit DocumentWalk(SceneCheck& check);
+    /// The tally is filled when accounts are wanted.
+    DocumentWalk(SceneCheck& check, DocumentTally& tally);
     ~DocumentWalk();
     DocumentWalk(DocumentWalk const&) = delete;
     DocumentWalk& operator=(DocumentWalk const&) = delete;
@@ -24,7 +26,7 @@ public:
     void Run();
 
 private:
-    bool Look(xercesc::DOMNode const* element);
+    Fate Look(xercesc::DOMNode const* element);
     void NoteEnd(xercesc::DOMNode const* child);
     bool IsLeftBehind(xercesc::DOMNode const* element);
     void AddUnread(xercesc::DOMNode const* element, ElementState state);
@@ -41,6 +43,7 @@ private:
     };
 
     SceneCheck& m_check;
+    DocumentCount m_count;
     ReadRecord const& m_record;
     /// Failed children, with the sets that they ended and perhaps the owners of these.
     std::unordered_map<xercesc::DOMNode const*, ElementFailure const*> m_failedChildren;

@@ -103,6 +103,12 @@ TransformOddities OdditiesOf(Matrix3d const& matrix)
     return odd;
 }
 
+bool IsOfXml(XMLCh const* name)
+{
+    std::u16string_view const text = name;
+    return text == u"xmlns" || text.starts_with(u"xmlns:") || text.starts_with(u"xml:") || text.starts_with(u"xsi:");
+}
+
 XMLCh const* UnobservedAttribute(xercesc::DOMNode const* element, XMLCh const* name)
 {
     if (!IsElement(element))

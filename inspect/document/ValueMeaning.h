@@ -29,4 +29,7 @@ TransformOddities OdditiesOf(Matrix3d const& matrix);
 /// An attribute's text, owned by the document, of which no observer is told; null when there is none.
 XMLCh const* UnobservedAttribute(xercesc::DOMNode const* element, XMLCh const* name);
 
+/// Whether an attribute of that name declares a namespace, or belongs to XML itself or to schemas, and so to no reader.
+bool IsOfXml(XMLCh const* name);
+
 }  // namespace KVR
