@@ -99,7 +99,7 @@ TEST_F(CheckForms, TextShowsTheLineWithACaret)
     ToolRun const run = Check(kMistakes);
     EXPECT_EQ(run.status, 1) << run.error;
     EXPECT_THAT(run.out, HasSubstr("error K-0105 attribute-misspelt: "));
-    EXPECT_THAT(run.out, HasSubstr(Path("gate.xml") + ":3:21: label=\\\"gate\\\", of a\n"
+    EXPECT_THAT(run.out, HasSubstr(Path("gate.xml") + ":3:21: label=\"gate\", of a\n"
                                                       "      3 |   <IAssembly ID=\"a\" label=\"gate\"><Unit"));
     EXPECT_THAT(run.out, HasSubstr("\n        |                     ^\n"));
     EXPECT_THAT(run.out, HasSubstr("    in: Scene/IAssembly[a]\n"));
@@ -119,11 +119,11 @@ TEST_F(CheckForms, TenPlacesOfARuleAreShownUnlessAllAreWanted)
 {
     ToolRun const run = Check(Unread(13));
     EXPECT_THAT(run.out, HasSubstr("(13 places)"));
-    EXPECT_THAT(run.out, HasSubstr("Colour9=\\\"red\\\", of"));
-    EXPECT_THAT(run.out, Not(HasSubstr("Colour10=\\\"red\\\", of")));
+    EXPECT_THAT(run.out, HasSubstr("Colour9=\"red\", of"));
+    EXPECT_THAT(run.out, Not(HasSubstr("Colour10=\"red\", of")));
     EXPECT_THAT(run.out, HasSubstr("  and 3 more; --all shows them\n"));
     EXPECT_THAT(Check(Unread(10)).out, Not(HasSubstr("more")));
-    EXPECT_THAT(Check(Unread(13), {"--all"}).out, HasSubstr("Colour12=\\\"red\\\", of"));
+    EXPECT_THAT(Check(Unread(13), {"--all"}).out, HasSubstr("Colour12=\"red\", of"));
 }
 
 TEST_F(CheckForms, TheExcerptOfALongLineIsCutAroundThePlace)
