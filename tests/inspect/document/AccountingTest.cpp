@@ -132,8 +132,8 @@ TEST(Accounting, CountsWhatASceneHoldsAndWhatBecameOfIt)
 TEST(Accounting, SaysByWhichRuleSomethingWasDropped)
 {
     CheckOptions const options = AccountOptions();
-    CheckedText const checked(
-        SceneOf("<ChildSet><ISketch ID='s' Label=''/><IPoint ID='q' Label=''/></ChildSet>"), &options);
+    CheckedText const checked(SceneOf("<ChildSet><ISketch ID='s' Label=''/><IPoint ID='q' Label=''/></ChildSet>"),
+                              &options);
     ASSERT_EQ(checked.Result().accounts.size(), 1U);
     Account const& account = checked.Result().accounts.front();
     ASSERT_EQ(account.dropped.size(), 2U);
@@ -146,12 +146,13 @@ TEST(Accounting, SaysByWhichRuleSomethingWasDropped)
 
 TEST(Accounting, AgreesOnEveryExampleAndSeed)
 {
-    for (fs::path const root : {fs::path(KVR_EXAMPLES_DIR), fs::path(KVR_EXAMPLES_DIR).parent_path() / "fuzz/seeds"})
+    for (fs::path const& root : {fs::path(KVR_EXAMPLES_DIR), fs::path(KVR_EXAMPLES_DIR).parent_path() / "fuzz/seeds"})
     {
         for (auto const& entry : fs::recursive_directory_iterator(root))
         {
-            if (entry.path().extension() == ".xml")
-                EXPECT_TRUE(Agrees(entry.path().string(), entry.path().string()));
+            if (entry.path().extension() != ".xml")
+                continue;
+            EXPECT_TRUE(Agrees(entry.path().string(), entry.path().string()));
         }
     }
 }
@@ -173,8 +174,8 @@ TEST(Accounting, AgreesOnMutantsOfSideFiles)
 {
     CompleteCopy const copy;
     std::mt19937 random(20240302);
-    std::string const names[] = {"complete.mesh", "complete.geometry",    "complete.seg",        "complete.assets",
-                                 "complete.sab",  "complete.kvrproperty", "complete.ids.xml",    "complete.sat"};
+    std::string const names[] = {"complete.mesh", "complete.geometry",    "complete.seg",     "complete.assets",
+                                 "complete.sab",  "complete.kvrproperty", "complete.ids.xml", "complete.sat"};
     for (unsigned i = 0, count = MutantCount() / 2; i < count; ++i)
     {
         std::string const path = copy.PathOf(names[i % std::size(names)]);
