@@ -181,8 +181,10 @@ private:
         bool const isSegments = NameOf(section.element) == Names::MeshSegmentInfo.Narrow();
         if (isSegments && section.size == 0 && section.records.empty())
             m_check.Add(kNoMesh, path, section.path, "no section in front holds meshes, and the file is not opened");
-        bool const isWhole = LookAtRecords(section) && !LookForEnd(section, path);
-        if (isWhole)
+        bool const isGood = LookAtRecords(section);
+        if (IsShort(section))
+            AddShort(section, path);
+        else if (isGood)
             LookForSpareBytes(section);
     }
 
@@ -194,10 +196,13 @@ private:
         {
             std::string const id(record.id.View());
             Bytes const bytes{record.begin, record.end};
-            if (record.kind == "unknown" || (record.kind == "segments" && id.empty()))
+            bool const isUnknown = record.kind == "unknown" || (record.kind == "segments" && id.empty());
+            isGood = isGood && !isUnknown;
+            if (isUnknown)
             {
-                isGood = false;
-                AddAt(m_check, kUnknown, section.path, bytes, id, "nothing behind its id is read as its own");
+                // One that the end of the file cuts off is told by that.
+                if (record.end < section.size || !IsShort(section))
+                    AddAt(m_check, kUnknown, section.path, bytes, id, "nothing behind its id is read as its own");
             }
             else if (record.kind == "segments")
             {
@@ -214,32 +219,30 @@ private:
 
     void LookAtTaker(SectionRecord const& section, StoreRecord const& record, std::string const& id, Bytes const& bytes)
     {
-        KindRow const* const row = std::find_if(std::begin(kKindRows), std::end(kKindRows),
-                                                [&](KindRow const& known) { return known.kind == record.kind; });
-        if (row == std::end(kKindRows))
-            return;
-        // Ids of one object add up.
-        if (!record.isKept && record.kind != "ids")
-            AddAt(m_check, kRepeated, section.path, bytes, id, "the one before it is taken");
-        else if (!(m_used.*row->takers).contains(id))
+        Rule const* const rule = DropOf(record, m_used);
+        if (rule == &kRepeated)
+            AddAt(m_check, *rule, section.path, bytes, id, "the one before it is taken");
+        else if (rule)
         {
             m_untaken.insert(id);
-            AddAt(m_check, row->rule, section.path, bytes, std::string(record.kind) + ' ' + id, "it is read for nobody",
+            AddAt(m_check, *rule, section.path, bytes, std::string(record.kind) + ' ' + id, "it is read for nobody",
                   NearestOf(id, m_used.withoutRecord));
         }
     }
 
     // Whether the file ends before what it claims.
-    bool LookForEnd(SectionRecord const& section, Spot const& path)
+    static bool IsShort(SectionRecord const& section)
     {
-        if (section.shortReads == 0 && section.records.size() >= section.claimed)
-            return false;
+        return section.shortReads > 0 || section.records.size() < section.claimed;
+    }
+
+    void AddShort(SectionRecord const& section, Spot const& path)
+    {
         m_check.Add(kShort, path, section.path,
                     section.records.size() < section.claimed
                         ? "it claims " + Counted(section.claimed, "record") + " and holds " +
                               std::to_string(section.records.size())
                         : "what it does not hold is read as zeros");
-        return true;
     }
 
     void LookForSpareBytes(SectionRecord const& section)
