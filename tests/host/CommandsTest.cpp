@@ -129,7 +129,9 @@ std::vector<std::string> CommandsIn(std::string const& text)
     bool const isReaders = text.find("that read a scene") != std::string::npos;
     for (std::string const& command : Commands())
     {
-        bool const reads = HelpOf(command).Synopsis(command).find(" [OPTIONS] SCENE") != std::string::npos;
+        // One that takes several has options of its own.
+        bool const reads =
+            std::regex_search(HelpOf(command).Synopsis(command), std::regex(R"( \[OPTIONS\] SCENE( |$))"));
         if ((isReaders && reads) || std::regex_search(text, std::regex("\\b" + command + "\\b")))
             named.push_back(command);
     }
