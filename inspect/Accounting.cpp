@@ -10,8 +10,8 @@
 #include "inspect/SceneCheck.h"
 #include "inspect/document/DocumentTally.h"
 #include "inspect/document/ReadRecord.h"
-#include "inspect/rules/SideFileRules.h"
 #include "inspect/rules/SideFileRuleTable.h"
+#include "inspect/rules/SideFileRules.h"
 #include "inspect/rules/UsedIds.h"
 
 namespace KVR

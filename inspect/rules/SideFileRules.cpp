@@ -32,7 +32,7 @@ namespace
 using namespace SideFileRule;
 
 constexpr Rule kRules[] = {kSectionOff, kNoPath,      kMissing,   kUnreadable,    kShort,   kInsecure, kSpareBytes,
-                           kUnused,     kNoRecord,      kRepeated,  kNoMesh,        kUnknown, kNoObject, kNoHolder,
+                           kUnused,     kNoRecord,    kRepeated,  kNoMesh,        kUnknown, kNoObject, kNoHolder,
                            kNoProperty, kAssetUnused, kIdsUnused, kTextureUnused, kDigest};
 
 // So many names are compared to find out which one was meant, and for so many findings.
@@ -64,6 +64,25 @@ constexpr KindRow kKindRows[] = {
     {"body", kUnused, &UsedIds::bodies},       {"edge", kUnused, &UsedIds::edges},
     {"asset", kAssetUnused, &UsedIds::styles}, {"ids", kIdsUnused, &UsedIds::bodies},
 };
+
+}  // namespace
+
+Rule const* DropOf(StoreRecord const& record, UsedIds const& used)
+{
+    if (record.kind == "segments")
+        return record.isKept ? nullptr : &kNoMesh;
+    KindRow const* const row = std::find_if(std::begin(kKindRows), std::end(kKindRows),
+                                            [&](KindRow const& known) { return known.kind == record.kind; });
+    if (row == std::end(kKindRows))
+        return nullptr;
+    // Ids of one object add up.
+    if (!record.isKept && record.kind != "ids")
+        return &kRepeated;
+    return (used.*row->takers).contains(std::string(record.id.View())) ? nullptr : &row->rule;
+}
+
+namespace
+{
 
 class SideFileLook
 {
@@ -195,17 +214,13 @@ private:
 
     void LookAtTaker(SectionRecord const& section, StoreRecord const& record, std::string const& id, Bytes const& bytes)
     {
-        KindRow const* const row = std::find_if(std::begin(kKindRows), std::end(kKindRows),
-                                                [&](KindRow const& known) { return known.kind == record.kind; });
-        if (row == std::end(kKindRows))
-            return;
-        // Ids of one object add up.
-        if (!record.isKept && record.kind != "ids")
-            AddAt(m_check, kRepeated, section.path, bytes, id, "the one before it is taken");
-        else if (!(m_used.*row->takers).contains(id))
+        Rule const* const rule = DropOf(record, m_used);
+        if (rule == &kRepeated)
+            AddAt(m_check, *rule, section.path, bytes, id, "the one before it is taken");
+        else if (rule)
         {
             m_untaken.insert(id);
-            AddAt(m_check, row->rule, section.path, bytes, std::string(record.kind) + ' ' + id, "it is read for nobody",
+            AddAt(m_check, *rule, section.path, bytes, std::string(record.kind) + ' ' + id, "it is read for nobody",
                   NearestOf(id, m_used.withoutRecord));
         }
     }
