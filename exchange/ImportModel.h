@@ -7,12 +7,19 @@
 
 #include "exchange/Export.h"
 #include "exchange/Progress.h"
-#include "exchange/UpAxis.h"
 #include "framework/api/Enums.h"
 #include "scene/MeshQuality.h"
 
 namespace KVR
 {
+
+/// The axes of a model or scene.
+enum class UpAxis
+{
+    kX,
+    kY,
+    kZ
+};
 
 struct ImportOptions
 {
