@@ -102,6 +102,8 @@ interface Batch {
 
 export class Batches {
     readonly group = new Group();
+    /// Those of faces, which can be left out for speed.
+    readonly edges = new Group();
     edgesShown = true;
     private readonly batches: Batch[] = [];
     private readonly materials = new Map<string, RawShaderMaterial>();
@@ -116,6 +118,7 @@ export class Batches {
         private readonly middle: Triple,
     ) {
         this.marks = new Uint8Array(model.itemCount);
+        this.group.add(this.edges);
         model.meshes.forEach((mesh, index) => {
             if (model.itemsOfMesh[index].length > 0) {
                 mesh.primitives.forEach((primitive) => this.add(primitive, index));
@@ -142,7 +145,7 @@ export class Batches {
         const batch = { primitive, mesh, opaque: bucket(), clear: bucket() };
         batch.opaque.drawn.renderOrder = primitive.role === 'faces' ? 0 : 1;
         batch.clear.drawn.renderOrder = primitive.role === 'faces' ? 4 : 5;
-        this.group.add(batch.opaque.drawn, batch.clear.drawn);
+        (primitive.role === 'edges' ? this.edges : this.group).add(batch.opaque.drawn, batch.clear.drawn);
         this.batches.push(batch);
     }
 
