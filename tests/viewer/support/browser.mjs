@@ -149,8 +149,12 @@ export class Page {
         return PNG.sync.read(Buffer.from(await this.page.screenshot({ type: 'png' })));
     }
 
-    /// The colour where a point of the scene is drawn.
-    async color(point) {
+    /// The colour where a point of the scene is drawn; with the pointer elsewhere, unless it is to stay.
+    async color(point, { stays = false } = {}) {
+        if (!stays) {
+            await this.page.mouse.move(3, this.page.viewport().height - 4);
+            await this.settle();
+        }
         const image = await this.screenshot();
         const [x, y] = (await this.place(point)).map(Math.round);
         const at = 4 * (y * image.width + x);
