@@ -66,6 +66,16 @@ export class Page {
         return made;
     }
 
+    /// What a page says that shows no model.
+    async message(file) {
+        this.page = await browser.newPage();
+        await this.page.goto(String(pathToFileURL(file)));
+        await this.page.waitForSelector('[role=alert]', { timeout: 30000 });
+        const text = await this.text('[role=alert]');
+        await this.page.close();
+        return text;
+    }
+
     /// All errors that the page had fail the test.
     async close() {
         await this.page.close();
