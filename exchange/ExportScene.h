@@ -6,6 +6,7 @@
 
 #include "exchange/Export.h"
 #include "exchange/Progress.h"
+#include "exchange/UpAxis.h"
 #include "exchange/source/SceneOptions.h"
 #include "framework/api/Enums.h"
 #include "scene/MeshQuality.h"
@@ -35,6 +36,8 @@ struct ExportOptions
     bool meshFaces = false;
     /// A file of the viewer draws no more triangles than these, if its meshes can be made so coarse; all unless given.
     std::optional<unsigned long long> mostTriangles;
+    /// Which axis of the scene is up in glTF; that which the scene states unless given.
+    std::optional<UpAxis> up;
     /// What a file of the viewer calls its source; the name of the scene's file unless given.
     std::string sourceName = {};
 };

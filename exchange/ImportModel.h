@@ -7,19 +7,12 @@
 
 #include "exchange/Export.h"
 #include "exchange/Progress.h"
+#include "exchange/UpAxis.h"
 #include "framework/api/Enums.h"
 #include "scene/MeshQuality.h"
 
 namespace KVR
 {
-
-/// The axes of a model.
-enum class UpAxis
-{
-    kX,
-    kY,
-    kZ
-};
 
 struct ImportOptions
 {
