@@ -13,7 +13,7 @@
 namespace KVR
 {
 
-/// The axes of a model.
+/// The axes of a model or scene.
 enum class UpAxis
 {
     kX,

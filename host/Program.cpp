@@ -22,6 +22,7 @@
 #include "host/ExportCommand.h"
 #include "host/ImportCommand.h"
 #include "host/NotesCommand.h"
+#include "host/PictureCommand.h"
 #include "host/Signals.h"
 #include "host/StandardStreams.h"
 #include "host/TreeCommand.h"
@@ -54,7 +55,7 @@ Commands MakeCommands(CLI::App& program)
 Commands AllCommands(CLI::App& program)
 {
     return MakeCommands<DumpCommand, TreeCommand, ViewsCommand, NotesCommand, ImportCommand, ExportCommand,
-                        ConvertCommand, ViewCommand, CertifyCommand, CheckCommand>(program);
+                        ConvertCommand, ViewCommand, PictureCommand, CertifyCommand, CheckCommand>(program);
 }
 
 void Describe(CLI::App& program)
@@ -72,6 +73,7 @@ void Describe(CLI::App& program)
         "  kvr export --only l-bracket as1.xml bracket.step\n"
         "  kvr convert examples/models/as1-oc-214.stp as1.glb\n"
         "  kvr view examples/models/as1-oc-214.stp as1.html\n"
+        "  kvr picture examples/models/as1-oc-214.stp as1.png\n"
         "  kvr certify examples/models/as1-oc-214.stp\n"
         "  kvr check as1.xml");
 }

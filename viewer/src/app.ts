@@ -5,7 +5,7 @@ import { Measure } from './measure/measure';
 import { Units } from './measure/units';
 import { NoteDrawing } from './notes/drawing';
 import { NoteList, targetsOf } from './notes/list';
-import { element, iconButton, setPressed } from './panels/dom';
+import { button, element, iconButton, setPressed } from './panels/dom';
 import { FactsOf } from './panels/facts';
 import { Help } from './panels/help';
 import { icon } from './panels/icons';
@@ -83,6 +83,7 @@ export class App {
         this.tabs.add(model.file.notes.length > 0 ? `Notes (${count(model.file.notes.length)})` : 'Notes', this.notes.box);
         this.tabs.add('Layers', layers.box);
         this.place.append(this.cards.box, this.messages.box);
+        this.picture && this.place.append(this.whenAllIsHidden());
         if (this.picture) {
             this.fillPicture(this.picture);
         }
@@ -98,6 +99,18 @@ export class App {
         addEventListener('hashchange', () => this.links.restore(location.hash));
         this.tellHovered();
         location.hash.length > 1 && this.links.restore(location.hash);
+    }
+
+    // An empty picture says why it is.
+    private whenAllIsHidden(): HTMLElement {
+        const all = button('Show everything', () => this.state.showEverything());
+        const box = element('div', { class: 'all-hidden' }, element('p', { text: 'Everything is hidden.' }), all);
+        const look = (): void => {
+            box.hidden = this.state.itemShown.length === 0 || this.state.itemShown.includes(1);
+        };
+        this.state.on('visibility', look);
+        look();
+        return box;
     }
 
     private heading(): HTMLElement {
