@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <optional>
 #include <string>
 
 #include "exchange/ConvertModel.h"
@@ -12,11 +13,13 @@ namespace KVR
 
 struct PictureOptions
 {
-    /// How the scene is read, or made of a model, and what of it is drawn: as on the way to glTF.
+    /// How the scene is read, or made of a model, and what of it is drawn: as on the way to OBJ.
     ConvertOptions source;
     /// The id or label of a saved view: what it shows, moves and paints, as its first camera sees it; section planes
     /// are not drawn, which a remark tells. Everything, seen from above and aside, when it is empty.
     std::string view = {};
+    /// Which axis of the scene points up; the one nearest to what the scene states unless given.
+    std::optional<UpAxis> up = {};
     /// In pixels, from 1 to kLargestPicture.
     unsigned width = 1280;
     unsigned height = 960;

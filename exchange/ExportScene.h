@@ -6,7 +6,6 @@
 
 #include "exchange/Export.h"
 #include "exchange/Progress.h"
-#include "exchange/UpAxis.h"
 #include "exchange/source/SceneOptions.h"
 #include "framework/api/Enums.h"
 #include "scene/MeshQuality.h"
@@ -34,10 +33,11 @@ struct ExportOptions
     bool parameterCurves = false;
     /// Whether a mesh without a body is written to STEP as tessellated geometry, and to BREP as flat faces.
     bool meshFaces = false;
+    /// The processor time that the child process may take, in seconds and at least 1, instead of the one in proportion
+    /// to the scene with its side files (20 s and 40 s for each million bytes).
+    std::optional<unsigned> timeout;
     /// A file of the viewer draws no more triangles than these, if its meshes can be made so coarse; all unless given.
     std::optional<unsigned long long> mostTriangles;
-    /// Which axis of the scene is up in glTF; that which the scene states unless given.
-    std::optional<UpAxis> up;
     /// What a file of the viewer calls its source; the name of the scene's file unless given.
     std::string sourceName = {};
 };
@@ -68,8 +68,9 @@ KVR_EXCHANGE_API bool CanView();
 /// that it notes, by whatever name or link, is a failure. Remarks also tell of side files that are missing, short or
 /// another scene's; SceneOptions::strict makes them the failure. So is a name of the filter that the scene has nothing
 /// for: with the nearest names that it has. Works in a child process, so that a crash is a failure like another; see
-/// ImportModel on threads. Progress tells the stages "reading", "transferring" (to STEP) and "writing". Throws
-/// std::bad_alloc and what the callback throws; all else is a failure in the result.
+/// ImportModel on its limits and on threads. A piece of geometry that ends the process is left out, with a remark, and
+/// the rest exported; the fourth is a failure. Progress tells the stages "reading", "transferring" (to STEP) and
+/// "writing". Throws std::bad_alloc and what the callback throws; all else is a failure in the result.
 KVR_EXCHANGE_API ExportResult ExportScene(SceneOptions const& scene, std::string const& path,
                                           ExportOptions const& options = {}, Progress const& progress = {});
 

@@ -2,6 +2,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include "host/NumberRange.h"
+
 namespace KVR
 {
 
@@ -24,6 +26,16 @@ void AddReadingOptions(CLI::App& command, SceneOptions& options)
 void AddInsecureOption(CLI::App& command, SceneOptions& options)
 {
     command.add_flag("--insecure", options.insecure, "Restore kernel stores that the kernel judges insecure");
+}
+
+void AddTimeoutOption(CLI::App& command, std::optional<unsigned>& seconds)
+{
+    constexpr NumberRange kSeconds{1, 1e6, true};
+    kSeconds.Check(*command
+                        .add_option("--timeout", seconds,
+                                    "The processor time in seconds that a process which reads a file may take; in "
+                                    "proportion to the file unless given")
+                        ->type_name("SECONDS"));
 }
 
 void AddJsonOption(CLI::App& command, bool& asJson)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -24,6 +25,9 @@ void AddReadingOptions(CLI::App& command, SceneOptions& options);
 
 /// "--insecure".
 void AddInsecureOption(CLI::App& command, SceneOptions& options);
+
+/// "--timeout".
+void AddTimeoutOption(CLI::App& command, std::optional<unsigned>& seconds);
 
 /// "--json".
 void AddJsonOption(CLI::App& command, bool& asJson);

@@ -87,7 +87,7 @@ ExitStatus PictureCommand::Run()
         throw ArgumentError("--background: " + m_background + " is no colour such as #ffffff");
     options.source.import.quality = options.source.exportation.quality = m_meshing.Quality();
     if (!m_up.empty())
-        options.source.exportation.up = static_cast<UpAxis>(m_up.front() - 'x');
+        options.up = static_cast<UpAxis>(m_up.front() - 'x');
     ConvertResult const result = Watched(
         !m_isQuiet, [&](Progress const& progress) { return DrawPicture(m_source, m_target, options, progress); });
     if (result.outcome != Outcome::kDone)

@@ -15,6 +15,7 @@
 
 #include "framework/kernel/KernelMessages.h"
 #include "host/CertifyCommand.h"
+#include "host/CheckCommand.h"
 #include "host/Command.h"
 #include "host/ConvertCommand.h"
 #include "host/DumpCommand.h"
@@ -54,7 +55,7 @@ Commands MakeCommands(CLI::App& program)
 Commands AllCommands(CLI::App& program)
 {
     return MakeCommands<DumpCommand, TreeCommand, ViewsCommand, NotesCommand, ImportCommand, ExportCommand,
-                        ConvertCommand, ViewCommand, PictureCommand, CertifyCommand>(program);
+                        ConvertCommand, ViewCommand, PictureCommand, CertifyCommand, CheckCommand>(program);
 }
 
 void Describe(CLI::App& program)
@@ -73,7 +74,8 @@ void Describe(CLI::App& program)
         "  kvr convert examples/models/as1-oc-214.stp as1.glb\n"
         "  kvr view examples/models/as1-oc-214.stp as1.html\n"
         "  kvr picture examples/models/as1-oc-214.stp as1.png\n"
-        "  kvr certify examples/models/as1-oc-214.stp");
+        "  kvr certify examples/models/as1-oc-214.stp\n"
+        "  kvr check as1.xml");
 }
 
 std::string Meant(std::string const& text, std::vector<std::string> const& names)

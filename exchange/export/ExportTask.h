@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "exchange/ExportScene.h"
+#include "exchange/export/GeometryWatch.h"
 #include "exchange/run/StageProgress.h"
 #include "scene/Scene.h"
 
@@ -27,13 +28,14 @@ private:
 struct ExportTask
 {
     ExportTask(IProducer& producer, Scene const& scene, ExportOptions const& options, std::string path,
-               std::string folder, TellStage tell)
+               std::string folder, TellStage tell, GeometryWatch watch)
         : producer(producer),
           scene(scene),
           options(options),
           path(std::move(path)),
           folder(std::move(folder)),
-          tell(std::move(tell))
+          tell(std::move(tell)),
+          watch(std::move(watch))
     {
     }
 
@@ -52,6 +54,8 @@ struct ExportTask
     std::vector<std::string> remarks = {};
     /// Told how far the writing is.
     TellStage tell;
+    /// Of the geometry that Open CASCADE works on.
+    GeometryWatch watch;
 
     /// For a writer that goes through all occurrences: tells that it has come to another one.
     void NextOccurrence();

@@ -73,11 +73,7 @@ GltfDocument::GltfDocument(ExportTask& task, bool embedsImages)
 void GltfDocument::Build()
 {
     RefuseMoreOccurrences(m_scene, kMostOccurrences);
-    std::array<double, 3> up = m_scene.UpVector();
-    if (auto const axis = m_task.options.up)
-        for (std::size_t i = 0; i < up.size(); ++i)
-            up[i] = i == static_cast<std::size_t>(*axis) ? 1.0 : 0.0;
-    Matrix const turn = TurnUp(up);
+    Matrix const turn = TurnUp(m_scene.UpVector());
     AddOccurrences(turn);
     AddNotes(turn);
     AddCameras(turn);

@@ -114,7 +114,8 @@ nlohmann::json const& ViewFile::Primitive(std::size_t mesh, std::string const& r
 
 std::string ViewFile::Bytes(std::size_t accessor) const
 {
-    nlohmann::json const& view = document.at("bufferViews").at(document.at("accessors").at(accessor).at("bufferView"));
+    nlohmann::json const& view =
+        document.at("bufferViews").at(document.at("accessors").at(accessor).at("bufferView").get<std::size_t>());
     return m_numbers.substr(view.at("byteOffset"), view.at("byteLength"));
 }
 
@@ -153,9 +154,14 @@ std::size_t ViewFile::DrawnTriangles() const
         nlohmann::json const& geometry = scene.at("geometry").at(At<std::size_t>("items", "geometry", item));
         if (!geometry.contains("mesh") || !IsSeen(item))
             continue;
-        for (nlohmann::json const& primitive : document.at("meshes").at(geometry.at("mesh")).at("primitives"))
+        for (nlohmann::json const& primitive :
+             document.at("meshes").at(geometry.at("mesh").get<std::size_t>()).at("primitives"))
             if (primitive.at("mode") == 4)
-                count += document.at("accessors").at(primitive.at("indices")).at("count").get<std::size_t>() / 3;
+                count += document.at("accessors")
+                             .at(primitive.at("indices").get<std::size_t>())
+                             .at("count")
+                             .get<std::size_t>() /
+                         3;
     }
     return count;
 }
