@@ -165,7 +165,8 @@ test('notes stand in their planes, with a list that shows what they point at', a
     const before = await page.color([10, 5, 5]);
     await page.page.click('.page:not([hidden]) .entry');
     await page.settle();
-    assert.ok(!near(await page.color([10, 5, 5]), before, 40), 'what it points at is lit');
+    assert.ok(!near(await page.color([10, 5, 5]), before, 15), 'what it points at is lit');
+    assert.match(await page.text('.panel'), /Note.*Text.*MMMM.*tolerance/s);
     await page.press('Escape');
     await page.click('checkbox', 'Show notes');
     assert.ok((await ink(page, [5, 5, 20], 90)) < written / 4);

@@ -15,9 +15,7 @@ test('a section shows the inside, filled, and can be moved, turned and taken awa
     const page = await Page.open(boxes());
     await page.press('1', 'c');
     await page.click('button', 'Cut across Y');
-    // The plane is at y = 10: what is nearer is gone on one side only.
-    await page.click('button', 'Flip plane Y');
-    await page.press('1');
+    // The plane is at y = 10: what is nearer is gone.
     const cut = await page.color([10, 10, 5]);
     assert.ok(isCap(cut, kRed), `${cut}`);
     assertColor(await page.color([50.5, 10, 5.4]), kGrey, 80);
@@ -25,6 +23,9 @@ test('a section shows the inside, filled, and can be moved, turned and taken awa
     await slider.focus();
     await page.press('Home');
     assertColor(await page.color([10, 20, 5]), kBackground);
+    await page.press('End');
+    await page.click('button', 'Flip plane Y');
+    assertColor(await page.color([10, 5, 5]), kBackground);
     await page.click('button', 'Remove plane Y');
     assertColor(await page.color([10, 5, 5]), kRed);
     await page.close();
@@ -45,17 +46,6 @@ test('inside of a hollow body there is nothing', async () => {
     }, 'hollow'));
     await page.press('1', 'c');
     await page.click('button', 'Cut across Y');
-    await page.click('button', 'Flip plane Y');
-    const slider = await page.find('slider', 'Place of plane Y');
-    await slider.focus();
-    for (let i = 0; i < 3; ++i) {
-        await page.press('PageDown');
-    }
-    const offset = Number.parseFloat(await page.text('.cut output'));
-    assert.ok(offset > 2.5 && offset < 20, `${offset}`);
-    if (offset > 7.5) {
-        await page.press('1');
-    }
     await page.run((value) => {
         const range = document.querySelector('.cut input');
         range.valueAsNumber = value;

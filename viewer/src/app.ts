@@ -235,7 +235,9 @@ export class App {
     private chooseNote(index: number): void {
         const note = this.model.file.notes[index];
         const { nodes, details } = targetsOf(this.model, note);
-        this.state.selection = nodes;
+        const { occurrence, geometry } = this.model.file.items;
+        const item = geometry.indexOf(note.geometry);
+        this.state.selection = item >= 0 ? [...nodes, { occurrence: occurrence[item], geometry: note.geometry }] : nodes;
         this.state.detail = null;
         this.state.tell('selection', 'detail');
         if (this.drawing) {
