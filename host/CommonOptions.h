@@ -18,7 +18,7 @@ namespace KVR
 /// Those of all commands that read a scene: its file, and how it is read.
 void AddSceneOptions(CLI::App& command, SceneOptions& options);
 
-/// How a scene is read: "--prefix", "--allow-dtd" and "--strict".
+/// How a scene is read: "--prefix", "--allow-dtd", "--strict" and "--max-memory".
 void AddReadingOptions(CLI::App& command, SceneOptions& options);
 
 /// "--insecure".

@@ -20,6 +20,7 @@
 #include "host/DumpCommand.h"
 #include "host/ExportCommand.h"
 #include "host/ImportCommand.h"
+#include "host/InfoCommand.h"
 #include "host/NotesCommand.h"
 #include "host/Signals.h"
 #include "host/StandardStreams.h"
@@ -51,7 +52,7 @@ Commands MakeCommands(CLI::App& program)
 // All commands, in the order of the help.
 Commands AllCommands(CLI::App& program)
 {
-    return MakeCommands<DumpCommand, TreeCommand, ViewsCommand, NotesCommand, ImportCommand, ExportCommand,
+    return MakeCommands<InfoCommand, DumpCommand, TreeCommand, ViewsCommand, NotesCommand, ImportCommand, ExportCommand,
                         ConvertCommand, CertifyCommand>(program);
 }
 
@@ -63,6 +64,7 @@ void Describe(CLI::App& program)
         "Examples:\n"
         "  kvr import examples/models/as1-oc-214.stp as1.xml\n"
         "  kvr tree --styles as1.xml\n"
+        "  kvr info as1.xml\n"
         "  kvr dump --summary as1.xml\n"
         "  kvr views as1.xml\n"
         "  kvr notes as1.xml\n"

@@ -1,7 +1,6 @@
 #include "producer/DocumentScan.h"
 
 #include <memory>
-#include <optional>
 #include <xercesc/dom/DOMDocument.hpp>
 #include <xercesc/dom/DOMElement.hpp>
 #include <xercesc/parsers/XercesDOMParser.hpp>
@@ -9,6 +8,7 @@
 #include "framework/api/IOUtil.h"
 #include "framework/xml_util/DomWalk.h"
 #include "framework/xml_util/FormatNames.h"
+#include "framework/xml_util/InfoSections.h"
 #include "framework/xml_util/SideFilePath.h"
 #include "framework/xml_util/SubObjectPersistentIdReader.h"
 #include "framework/xml_util/VitreolBlobExternalFileReader.h"
@@ -87,24 +87,16 @@ void LoadMeshSegmentStore(Scan const& scan, DOMNode const* node)
     Ignored(reader.ReadMeshSegmentStore(fullPath, scan.producer.sideFileIndex->meshStore));
 }
 
-// An info section names a side file. Its switch, where it has one, must be exactly "True" and its "Path" present, or
-// the file is not touched.
 struct InfoRow
 {
-    ElementName name;
-    std::optional<AttributeName> switchAttribute;
+    InfoSection const& section;
     void (*load)(Scan const& scan, DOMNode const* node);
 };
 
-constexpr XMLCh const* kSwitchedOn = u"True";
-
 constexpr InfoRow kInfoRows[] = {
-    {Names::SatInfo, std::nullopt, &LoadKernelStore},
-    {Names::GeometryInfo, Names::GenerateGeometry, &LoadMeshStore<true>},
-    {Names::MeshSegmentInfo, Names::GenerateMeshSegment, &LoadMeshSegmentStore},
-    {Names::MeshInfo, Names::GenerateMesh, &LoadMeshStore<false>},
-    {Names::VitreolMaterialInfo, Names::GenerateSerializedVitreol, &LoadVitreolAssets},
-    {Names::SubObjectPersistentIdInfo, Names::GenerateSubObjectPersistentId, &LoadSubObjectPersistentIds},
+    {InfoSections::kKernelStore, &LoadKernelStore},       {InfoSections::kGeometryStore, &LoadMeshStore<true>},
+    {InfoSections::kSegmentStore, &LoadMeshSegmentStore}, {InfoSections::kMeshStore, &LoadMeshStore<false>},
+    {InfoSections::kAssets, &LoadVitreolAssets},          {InfoSections::kPersistentIds, &LoadSubObjectPersistentIds},
 };
 
 // The path that the row's loader opens.
@@ -129,9 +121,10 @@ bool ReadInfoSection(Scan const& scan, DOMNode const* node, XMLCh const* name)
 {
     for (InfoRow const& row : kInfoRows)
     {
-        if (!Equals(name, row.name))
+        if (!Equals(name, row.section.name))
             continue;
-        bool const isOn = !row.switchAttribute || Equals(AttributeText(node, *row.switchAttribute), kSwitchedOn);
+        auto const& attribute = row.section.switchAttribute;
+        bool const isOn = !attribute || Equals(AttributeText(node, *attribute), InfoSections::kSwitchedOn);
         if (isOn && AttributeText(node, Names::Path))
         {
             TellIfUnread(scan, node, row);

@@ -40,6 +40,7 @@ GROUPS = (
     ("describe/", "describe"),
     ("scene/ExtensionTypes.h", "extension types"),
     ("scene/", "scene"),
+    ("inspect/estimate/", "estimate"),
     ("exchange/source/SceneOptions.h", "exchange"),
     ("exchange/run/", "run"),
     ("exchange/conventions/", "conventions"),
@@ -85,6 +86,8 @@ MAY_INCLUDE = {
     # Names alone: what is written into scenes and understood in them.
     "extension types": (),
     "scene": ("api", "kernel", "gmk_interface", "extension types"),
+    # What reading a scene takes, before it is read.
+    "estimate": ("api", "xml_util"),
     # The public headers of the exchange stand on the interfaces and the scene alone, which makes them low enough for
     # everybody in it and for any program; what they promise is done in import, export and certify, none of which knows
     # the other two.
@@ -93,7 +96,7 @@ MAY_INCLUDE = {
     # models of other programs as documents of Open CASCADE.
     "run": ("api", "kernel", "output", "exchange"),
     "conventions": ("api",),
-    "source": ("api", "xml_util", "document policy", "facade", "output", "exchange"),
+    "source": ("api", "xml_util", "document policy", "facade", "output", "estimate", "exchange"),
     "model": ("api", "kernel", "run"),
     "meshes": ("api", "model"),
     "import": ("extension types", "api", "kernel", "authoring", "xml_util", "output", "exchange", "run", "conventions",
@@ -102,7 +105,7 @@ MAY_INCLUDE = {
                "source"),
     "convert": ("output", "exchange", "run"),
     "certify": ("extension types", "api", "kernel", "output", "exchange", "run", "source"),
-    "host": ("api", "kernel", "facade", "output", "describe", "scene", "source", "exchange"),
+    "host": ("api", "kernel", "facade", "output", "describe", "scene", "estimate", "source", "exchange"),
 }
 
 # Headers that everybody below the producer's top sees, and that therefore name other classes by declaration only.
