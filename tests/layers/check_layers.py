@@ -41,6 +41,10 @@ GROUPS = (
     ("scene/ExtensionTypes.h", "extension types"),
     ("scene/", "scene"),
     ("inspect/estimate/", "estimate"),
+    ("inspect/Check.h", "inspect face"),
+    ("inspect/Finding.h", "inspect face"),
+    ("inspect/Export.h", "inspect face"),
+    ("inspect/", "inspect"),
     ("exchange/source/SceneOptions.h", "exchange"),
     ("exchange/run/", "run"),
     ("exchange/conventions/", "conventions"),
@@ -88,6 +92,9 @@ MAY_INCLUDE = {
     "scene": ("api", "kernel", "gmk_interface", "extension types"),
     # What reading a scene takes, before it is read.
     "estimate": ("api", "xml_util"),
+    # What a program sees of checks stands by itself.
+    "inspect face": (),
+    "inspect": FRAMEWORK + ("facade", "output", "describe", "scene", "inspect face"),
     # The public headers of the exchange stand on the interfaces and the scene alone, which makes them low enough for
     # everybody in it and for any program; what they promise is done in import, export and certify, none of which knows
     # the other two.
@@ -105,7 +112,7 @@ MAY_INCLUDE = {
                "source"),
     "convert": ("output", "exchange", "run"),
     "certify": ("extension types", "api", "kernel", "output", "exchange", "run", "source"),
-    "host": ("api", "kernel", "facade", "output", "describe", "scene", "estimate", "source", "exchange"),
+    "host": ("api", "kernel", "facade", "output", "describe", "scene", "estimate", "inspect face", "source", "exchange"),
 }
 
 # Headers that everybody below the producer's top sees, and that therefore name other classes by declaration only.
