@@ -63,11 +63,14 @@ void AddSceneOptions(CLI::App& command, SceneOptions& options)
 void AddReadingOptions(CLI::App& command, SceneOptions& options)
 {
     command.add_option("--prefix", options.prefix, "Give objects new ids: this prefix and a number")->type_name("TEXT");
-    command.add_flag("--allow-dtd", options.allowDtd,
-                     "Allow a document type declaration, and with it entities and references to other documents, "
-                     "also on the network; for scenes that you trust");
+    AddTrustOption(command, options.allowDtd);
     command.add_flag("--strict", options.strict,
                      "Refuse a scene with a side file that is missing, short or another scene's");
+    AddMemoryOption(command, options);
+}
+
+void AddMemoryOption(CLI::App& command, SceneOptions& options)
+{
     command
         .add_option(
             "--max-memory", options.maxMemory,
@@ -77,9 +80,16 @@ void AddReadingOptions(CLI::App& command, SceneOptions& options)
         ->transform(CLI::Validator(&SizeOfText, ""));
 }
 
-void AddInsecureOption(CLI::App& command, SceneOptions& options)
+void AddTrustOption(CLI::App& command, bool& allowDtd)
 {
-    command.add_flag("--insecure", options.insecure, "Restore kernel stores that the kernel judges insecure");
+    command.add_flag("--allow-dtd", allowDtd,
+                     "Allow a document type declaration, and with it entities and references to other documents, "
+                     "also on the network; for scenes that you trust");
+}
+
+void AddInsecureOption(CLI::App& command, bool& insecure)
+{
+    command.add_flag("--insecure", insecure, "Restore kernel stores that the kernel judges insecure");
 }
 
 void AddJsonOption(CLI::App& command, bool& asJson)

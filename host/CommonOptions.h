@@ -21,8 +21,14 @@ void AddSceneOptions(CLI::App& command, SceneOptions& options);
 /// How a scene is read: "--prefix", "--allow-dtd", "--strict" and "--max-memory".
 void AddReadingOptions(CLI::App& command, SceneOptions& options);
 
+/// "--allow-dtd".
+void AddTrustOption(CLI::App& command, bool& allowDtd);
+
 /// "--insecure".
-void AddInsecureOption(CLI::App& command, SceneOptions& options);
+void AddInsecureOption(CLI::App& command, bool& insecure);
+
+/// "--max-memory".
+void AddMemoryOption(CLI::App& command, SceneOptions& options);
 
 /// "--json".
 void AddJsonOption(CLI::App& command, bool& asJson);

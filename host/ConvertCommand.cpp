@@ -23,7 +23,7 @@ ConvertCommand::ConvertCommand(CLI::App& program)
     m_export.AddTo(Arguments());
     m_meshing.AddTo(Arguments());
     AddReadingOptions(Arguments(), m_scene);
-    AddInsecureOption(Arguments(), m_scene);
+    AddInsecureOption(Arguments(), m_scene.insecure);
     Arguments().add_flag("--quiet", m_isQuiet, "Say nothing but what fails");
 }
 

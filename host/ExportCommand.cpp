@@ -16,7 +16,7 @@ ExportCommand::ExportCommand(CLI::App& program)
     Arguments().add_option("target", m_target, "The file to be")->required()->type_name("OUT")->check(&ProblemOfTarget);
     m_export.AddTo(Arguments());
     m_meshing.AddTo(Arguments());
-    AddInsecureOption(Arguments(), m_scene);
+    AddInsecureOption(Arguments(), m_scene.insecure);
     Arguments().add_flag("--quiet", m_isQuiet, "Say nothing but what fails");
 }
 

@@ -19,6 +19,7 @@
 #include "host/Command.h"
 #include "host/ConvertCommand.h"
 #include "host/DumpCommand.h"
+#include "host/ExplainCommand.h"
 #include "host/ExportCommand.h"
 #include "host/ImportCommand.h"
 #include "host/InfoCommand.h"
@@ -54,7 +55,7 @@ Commands MakeCommands(CLI::App& program)
 Commands AllCommands(CLI::App& program)
 {
     return MakeCommands<InfoCommand, DumpCommand, TreeCommand, ViewsCommand, NotesCommand, ImportCommand, ExportCommand,
-                        ConvertCommand, CertifyCommand, CheckCommand>(program);
+                        ConvertCommand, CertifyCommand, CheckCommand, ExplainCommand>(program);
 }
 
 void Describe(CLI::App& program)
@@ -66,6 +67,7 @@ void Describe(CLI::App& program)
         "  kvr import examples/models/as1-oc-214.stp as1.xml\n"
         "  kvr tree --styles as1.xml\n"
         "  kvr info as1.xml\n"
+        "  kvr explain as1.xml part1\n"
         "  kvr dump --summary as1.xml\n"
         "  kvr views as1.xml\n"
         "  kvr notes as1.xml\n"

@@ -42,6 +42,7 @@ GROUPS = (
     ("scene/", "scene"),
     ("inspect/estimate/", "estimate"),
     ("inspect/Check.h", "inspect face"),
+    ("inspect/Explain.h", "inspect face"),
     ("inspect/Finding.h", "inspect face"),
     ("inspect/Export.h", "inspect face"),
     ("inspect/", "inspect"),

@@ -1,0 +1,84 @@
+#include "host/ExplainCommand.h"
+
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+
+#include "exchange/source/Failure.h"
+#include "exchange/source/MemoryLimit.h"
+#include "exchange/source/SceneProblem.h"
+#include "host/CommonOptions.h"
+#include "host/NumberRange.h"
+#include "host/explain/ExplanationOutput.h"
+#include "output/Output.h"
+#include "output/SafeText.h"
+
+namespace KVR
+{
+
+namespace
+{
+
+constexpr NumberRange kMost{0, 1e9, true};
+
+}  // namespace
+
+ExplainCommand::ExplainCommand(CLI::App& program)
+    : Command(program, "explain",
+              "Tell of one object where it comes from, what each of its answers follows and how that was understood, "
+              "who refers to it, where it occurs, and why it looks as it does there")
+{
+    CLI::App& arguments = Arguments();
+    arguments.add_option("scene", m_scene.path, "The scene file")->required()->type_name("SCENE");
+    arguments.add_option("object", m_name, "Its id, or an occurrence as ids with / between them")
+        ->required()
+        ->type_name("ID");
+    AddJsonOption(arguments, m_asJson);
+    kMost.Check(*arguments.add_option("--most", m_options.most, "List so many occurrences and references")
+                     ->type_name("N")
+                     ->capture_default_str());
+    AddTrustOption(arguments, m_options.allowDtd);
+    AddInsecureOption(arguments, m_options.insecure);
+    AddMemoryOption(arguments, m_scene);
+}
+
+ExitStatus ExplainCommand::Run()
+{
+    auto const fail = [&](std::string const& cause)
+    {
+        Complain("\"" + Escaped(m_scene.path) + "\" cannot be read: " + cause);
+        return kExit_Failed;
+    };
+    if (std::string const problem = MemoryProblem(m_scene); !problem.empty())
+        return fail(problem);
+    Explanation const explanation = ExplainObject(m_scene.path, m_name, m_options);
+    if (!explanation.problem.empty() && explanation.id.empty() && explanation.nearest.empty() &&
+        explanation.problem == "the document cannot be parsed")
+    {
+        Failure failure;
+        failure.fileName = m_scene.path;
+        m_scene.allowDtd = m_options.allowDtd;
+        Complain(SceneProblem(m_scene, failure));
+        return kExit_Failed;
+    }
+    if (!explanation.problem.empty())
+    {
+        std::string sentence = Escaped(m_scene.path) + ": " + Escaped(explanation.problem);
+        for (std::size_t i = 0; i < explanation.nearest.size(); ++i)
+            sentence += (i == 0                               ? "; did you mean "
+                         : i + 1 < explanation.nearest.size() ? ", "
+                                                              : " or ") +
+                        Escaped(explanation.nearest[i]) + (i + 1 == explanation.nearest.size() ? "?" : "");
+        Complain(sentence);
+        return kExit_Failed;
+    }
+    Output out(STDOUT_FILENO);
+    if (m_asJson)
+        WriteExplanationAsJson(explanation, out);
+    else
+        WriteExplanationAsText(explanation, out);
+    out.Flush();
+    return kExit_Good;
+}
+
+}  // namespace KVR
