@@ -18,7 +18,7 @@ DumpCommand::DumpCommand(CLI::App& program)
                          "Leave out the long lists of meshes and clouds, and keep their counts; leave out the volumes, "
                          "areas and boxes of bodies, too");
     Arguments().add_flag("--mass", m_options.mass, "With --summary: keep the volumes, areas and boxes of bodies");
-    AddInsecureOption(Arguments(), Scene().insecure);
+    AddInsecureOption(Arguments(), Scene());
 }
 
 std::string DumpCommand::Show(IProducer& producer, SceneReading const& reading, Output& out)

@@ -37,8 +37,8 @@ ExplainCommand::ExplainCommand(CLI::App& program)
     kMost.Check(*arguments.add_option("--most", m_options.most, "List so many occurrences and references")
                      ->type_name("N")
                      ->capture_default_str());
-    AddTrustOption(arguments, m_options.allowDtd);
-    AddInsecureOption(arguments, m_options.insecure);
+    AddTrustOption(arguments, m_scene);
+    AddInsecureOption(arguments, m_scene);
     AddMemoryOption(arguments, m_scene);
 }
 
@@ -51,13 +51,14 @@ ExitStatus ExplainCommand::Run()
     };
     if (std::string const problem = MemoryProblem(m_scene); !problem.empty())
         return fail(problem);
+    m_options.allowDtd = m_scene.allowDtd;
+    m_options.insecure = m_scene.insecure;
     Explanation const explanation = ExplainObject(m_scene.path, m_name, m_options);
     if (!explanation.problem.empty() && explanation.id.empty() && explanation.nearest.empty() &&
         explanation.problem == "the document cannot be parsed")
     {
         Failure failure;
         failure.fileName = m_scene.path;
-        m_scene.allowDtd = m_options.allowDtd;
         Complain(SceneProblem(m_scene, failure));
         return kExit_Failed;
     }

@@ -1,6 +1,7 @@
 #include "exchange/source/SceneReading.h"
 
 #include <exception>
+#include <new>
 
 #include "exchange/source/EventLog.h"
 #include "exchange/source/MemoryLimit.h"
@@ -23,6 +24,10 @@ std::optional<Failure> FailureOf(Step step)
     {
         step();
         return std::nullopt;
+    }
+    catch (std::bad_alloc const&)
+    {
+        throw;
     }
     catch (std::exception const& exception)
     {
