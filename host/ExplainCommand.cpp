@@ -21,6 +21,15 @@ namespace
 
 constexpr NumberRange kMost{0, 1e9, true};
 
+// "; did you mean a, b or c?"
+std::string Meant(std::vector<std::string> const& names)
+{
+    std::string text;
+    for (std::size_t i = 0; i < names.size(); ++i)
+        text += (i == 0 ? "; did you mean " : i + 1 < names.size() ? ", " : " or ") + Escaped(names[i]);
+    return text.empty() ? text : text + "?";
+}
+
 }  // namespace
 
 ExplainCommand::ExplainCommand(CLI::App& program)
@@ -44,18 +53,15 @@ ExplainCommand::ExplainCommand(CLI::App& program)
 
 ExitStatus ExplainCommand::Run()
 {
-    auto const fail = [&](std::string const& cause)
-    {
-        Complain("\"" + Escaped(m_scene.path) + "\" cannot be read: " + cause);
-        return kExit_Failed;
-    };
     if (std::string const problem = MemoryProblem(m_scene); !problem.empty())
-        return fail(problem);
+    {
+        Complain("\"" + Escaped(m_scene.path) + "\" cannot be read: " + problem);
+        return kExit_Failed;
+    }
     m_options.allowDtd = m_scene.allowDtd;
     m_options.insecure = m_scene.insecure;
     Explanation const explanation = ExplainObject(m_scene.path, m_name, m_options);
-    if (!explanation.problem.empty() && explanation.id.empty() && explanation.nearest.empty() &&
-        explanation.problem == "the document cannot be parsed")
+    if (!explanation.isParsed)
     {
         Failure failure;
         failure.fileName = m_scene.path;
@@ -64,13 +70,7 @@ ExitStatus ExplainCommand::Run()
     }
     if (!explanation.problem.empty())
     {
-        std::string sentence = Escaped(m_scene.path) + ": " + Escaped(explanation.problem);
-        for (std::size_t i = 0; i < explanation.nearest.size(); ++i)
-            sentence += (i == 0                               ? "; did you mean "
-                         : i + 1 < explanation.nearest.size() ? ", "
-                                                              : " or ") +
-                        Escaped(explanation.nearest[i]) + (i + 1 == explanation.nearest.size() ? "?" : "");
-        Complain(sentence);
+        Complain(Escaped(m_scene.path) + ": " + Escaped(explanation.problem) + Meant(explanation.nearest));
         return kExit_Failed;
     }
     Output out(STDOUT_FILENO);

@@ -94,6 +94,8 @@ struct Explanation
     /// been meant.
     std::string problem;
     std::vector<std::string> nearest;
+    /// Whether the document could be parsed.
+    bool isParsed = true;
 
     std::string id;
     /// The interface's name: "IPart".

@@ -51,24 +51,24 @@ private:
 
 void PutRange(Members& members, FileRange const& range)
 {
-    members.Text("file", range.file);
-    members.Number("firstLine", range.firstLine);
-    members.Number("lastLine", range.lastLine);
-    members.Number("begin", range.begin);
-    members.Number("end", range.end);
+    members.Text("File", range.file);
+    members.Number("FirstLine", range.firstLine);
+    members.Number("LastLine", range.lastLine);
+    members.Number("Begin", range.begin);
+    members.Number("End", range.end);
 }
 
 void PutAnswer(JsonWriter& json, ExplainedAnswer const& answer)
 {
     Members members(json);
-    members.Text("operation", answer.operation);
-    members.Text("value", answer.value);
-    members.Text("source", TextOf(answer.source));
+    members.Text("Operation", answer.operation);
+    members.Text("Value", answer.value);
+    members.Text("Source", TextOf(answer.source));
     if (!answer.from.empty())
     {
-        members.Text("from", answer.from);
-        members.Text("text", answer.text);
-        members.Text("understood", answer.understood);
+        members.Text("From", answer.from);
+        members.Text("Text", answer.text);
+        members.Text("Understood", answer.understood);
     }
     members.End();
 }
@@ -76,13 +76,13 @@ void PutAnswer(JsonWriter& json, ExplainedAnswer const& answer)
 void PutOccurrence(JsonWriter& json, ExplainedOccurrence const& occurrence)
 {
     Members members(json);
-    members.Text("path", occurrence.path);
-    members.Bool("visible", occurrence.isVisible);
-    members.Text("visibilityReason", occurrence.visibilityReason);
-    members.Text("style", occurrence.style);
-    members.Text("styleLabel", occurrence.styleLabel);
-    members.Text("styleReason", occurrence.styleReason);
-    members.Text("placeReason", occurrence.placeReason);
+    members.Text("Path", occurrence.path);
+    members.Bool("Visible", occurrence.isVisible);
+    members.Text("VisibilityReason", occurrence.visibilityReason);
+    members.Text("Style", occurrence.style);
+    members.Text("StyleLabel", occurrence.styleLabel);
+    members.Text("StyleReason", occurrence.styleReason);
+    members.Text("PlaceReason", occurrence.placeReason);
     members.End();
 }
 
@@ -92,36 +92,36 @@ void WriteExplanationAsJson(Explanation const& explanation, Output& out)
 {
     JsonWriter json(out);
     Members members(json);
-    members.Text("id", explanation.id);
-    members.Text("class", explanation.className);
-    members.Text("label", explanation.label);
-    json.Key("element");
+    members.Text("Id", explanation.id);
+    members.Text("Class", explanation.className);
+    members.Text("Label", explanation.label);
+    json.Key("Element");
     Members element(json);
     PutRange(element, explanation.element);
-    element.Text("path", explanation.elementPath);
+    element.Text("Path", explanation.elementPath);
     element.End();
-    members.Items("records", explanation.records,
+    members.Items("Records", explanation.records,
                   [&](ExplainedRecord const& record)
                   {
                       Members item(json);
-                      item.Text("kind", record.kind);
+                      item.Text("Kind", record.kind);
                       PutRange(item, record.place);
                       item.End();
                   });
-    members.Items("answers", explanation.answers, [&](ExplainedAnswer const& answer) { PutAnswer(json, answer); });
-    members.Number("referenceCount", explanation.referenceCount);
-    members.Items("references", explanation.references,
+    members.Items("Answers", explanation.answers, [&](ExplainedAnswer const& answer) { PutAnswer(json, answer); });
+    members.Number("ReferenceCount", explanation.referenceCount);
+    members.Items("References", explanation.references,
                   [&](ExplainedReference const& reference)
                   {
                       Members item(json);
-                      item.Text("id", reference.id);
-                      item.Text("class", reference.className);
-                      item.Items("operations", reference.operations,
+                      item.Text("Id", reference.id);
+                      item.Text("Class", reference.className);
+                      item.Items("Operations", reference.operations,
                                  [&](std::string const& operation) { json.String(operation); });
                       item.End();
                   });
-    members.Number("occurrenceCount", explanation.occurrenceCount);
-    members.Items("occurrences", explanation.occurrences,
+    members.Number("OccurrenceCount", explanation.occurrenceCount);
+    members.Items("Occurrences", explanation.occurrences,
                   [&](ExplainedOccurrence const& occurrence) { PutOccurrence(json, occurrence); });
     members.End();
     json.EndDocument();

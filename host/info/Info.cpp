@@ -113,40 +113,40 @@ void WriteInfoAsJson(SceneCensus const& census, Output& out)
         json.Unsigned(value);
     };
     json.BeginObject();
-    json.Key("document");
+    json.Key("Document");
     json.BeginObject();
-    number("bytes", census.documentBytes);
-    number("elements", census.document.elements);
-    number("attributes", census.document.attributes);
-    number("depth", census.document.depth);
+    number("Bytes", census.documentBytes);
+    number("Elements", census.document.elements);
+    number("Attributes", census.document.attributes);
+    number("Depth", census.document.depth);
     json.EndObject();
-    json.Key("elements");
+    json.Key("Elements");
     json.BeginObject();
     for (auto const& [name, count] : Sorted(census.document.names))
         number(name, count);
     json.EndObject();
-    json.Key("sideFiles");
+    json.Key("SideFiles");
     json.BeginList();
     for (SideFileCensus const& side : census.sideFiles)
     {
         json.BeginObject(JsonWriter::Layout::Row);
-        json.Key("kind");
+        json.Key("Kind");
         json.String(NameOf(side.kind));
-        json.Key("name");
+        json.Key("Name");
         json.String(side.name);
-        json.Key("bytes");
+        json.Key("Bytes");
         side.size ? json.Unsigned(*side.size) : json.Null();
-        json.Key("records");
+        json.Key("Records");
         side.records ? json.Unsigned(*side.records) : json.Null();
         json.EndObject();
     }
     json.EndList();
-    number("bytes", TotalBytes(census));
-    json.Key("estimate");
+    number("Bytes", TotalBytes(census));
+    json.Key("Estimate");
     json.BeginObject();
     ReadingCost const cost = census.Cost();
-    number("memoryBytes", static_cast<std::uint64_t>(cost.bytes));
-    json.Key("seconds");
+    number("MemoryBytes", static_cast<std::uint64_t>(cost.bytes));
+    json.Key("Seconds");
     json.Number(cost.seconds);
     json.EndObject();
     json.EndObject();

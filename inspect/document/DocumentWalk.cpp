@@ -95,11 +95,13 @@ Fate DocumentWalk::Look(DOMNode const* element)
     if (IsLeftBehind(element))
         return Fate::kLeftBehind;
     NoteEnd(element);
-    if (m_beaten.contains(element))
-        return Fate::kBeaten;
-    // An element without a record was looked at for its id alone.
-    if (LacksRecord(m_record, element))
-        return Fate::kNoRecord;
+    // These two were looked at for their ids alone, which may be what is misspelt.
+    bool const isBeaten = m_beaten.contains(element);
+    if (isBeaten || LacksRecord(m_record, element))
+    {
+        LookForOtherCase(element, state);
+        return isBeaten ? Fate::kBeaten : Fate::kNoRecord;
+    }
     if (!state.Is(ElementState::kRead))
     {
         AddUnread(element, state);
@@ -193,6 +195,23 @@ void DocumentWalk::LookAtAttributes(DOMNode const* element, ElementState state)
         if (found != m_record.Misreadings().end())
             ValueCheck(m_check).Add({element, SpotPart::kAttributeValue, attribute->getNodeName()},
                                     Narrow(attribute->getNodeName()), Narrow(text), found->second);
+    }
+}
+
+void DocumentWalk::LookForOtherCase(DOMNode const* element, ElementState state)
+{
+    xercesc::DOMNamedNodeMap const* const attributes = element->getAttributes();
+    for (XMLSize_t i = 0, count = attributes->getLength(); i < count; ++i)
+    {
+        XMLCh const* const name = attributes->item(i)->getNodeName();
+        std::vector<XMLCh const*> const asked = m_record.AttributesFor(element);
+        bool const isMisspelt =
+            !state.IsAttributeRead(i) &&
+            std::any_of(asked.begin(), asked.end(),
+                        [&](XMLCh const* known)
+                        { return !UnobservedAttribute(element, known) && EqualsAnyCase(name, known); });
+        if (isMisspelt)
+            AddUnreadAttribute(element, name, attributes->item(i)->getNodeValue());
     }
 }
 

@@ -31,6 +31,7 @@ private:
     bool IsLeftBehind(xercesc::DOMNode const* element);
     void AddUnread(xercesc::DOMNode const* element, ElementState state);
     void LookAtAttributes(xercesc::DOMNode const* element, ElementState state);
+    void LookForOtherCase(xercesc::DOMNode const* element, ElementState state);
     void AddUnreadAttribute(xercesc::DOMNode const* element, XMLCh const* name, XMLCh const* text);
     void LookAtText(xercesc::DOMNode const* element);
     void AddEnds();

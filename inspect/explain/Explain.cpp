@@ -212,6 +212,7 @@ Explanation ExplainObject(std::string const& path, std::string const& name, Expl
     catch (FileException const& exception)
     {
         std::string const file(UTF8String(exception.FileName()).View());
+        explanation.isParsed = file != path;
         explanation.problem = file == path ? "the document cannot be parsed" : file + " cannot be read";
     }
     catch (std::exception const&)

@@ -32,7 +32,7 @@ namespace
 using namespace SideFileRule;
 
 constexpr Rule kRules[] = {kSectionOff, kNoPath,      kMissing,   kUnreadable,    kShort,   kInsecure, kSpareBytes,
-                           kUnused,     kNoBody,      kRepeated,  kNoMesh,        kUnknown, kNoObject, kNoHolder,
+                           kUnused,     kNoRecord,    kRepeated,  kNoMesh,        kUnknown, kNoObject, kNoHolder,
                            kNoProperty, kAssetUnused, kIdsUnused, kTextureUnused, kDigest};
 
 // So many names are compared to find out which one was meant, and for so many findings.
@@ -65,6 +65,25 @@ constexpr KindRow kKindRows[] = {
     {"asset", kAssetUnused, &UsedIds::styles}, {"ids", kIdsUnused, &UsedIds::bodies},
 };
 
+}  // namespace
+
+Rule const* DropOf(StoreRecord const& record, UsedIds const& used)
+{
+    if (record.kind == "segments")
+        return record.isKept ? nullptr : &kNoMesh;
+    KindRow const* const row = std::find_if(std::begin(kKindRows), std::end(kKindRows),
+                                            [&](KindRow const& known) { return known.kind == record.kind; });
+    if (row == std::end(kKindRows))
+        return nullptr;
+    // Ids of one object add up.
+    if (!record.isKept && record.kind != "ids")
+        return &kRepeated;
+    return (used.*row->takers).contains(std::string(record.id.View())) ? nullptr : &row->rule;
+}
+
+namespace
+{
+
 class SideFileLook
 {
 public:
@@ -73,6 +92,9 @@ public:
     void LookAt(SectionRecord const& section)
     {
         Spot const path{section.element, SpotPart::kAttributeValue, Names::Path.Document()};
+        bool const isGood = section.state == SectionState::kRead && section.failures.empty();
+        if (!isGood)
+            m_failures.push_back("the " + NameOf(section.element) + " gave nothing");
         if (section.state == SectionState::kOff)
             m_check.Add(kSectionOff, Spot{section.element}, NameOf(section.element), "its file is not touched");
         else if (section.state == SectionState::kNoPath)
@@ -80,6 +102,8 @@ public:
         else if (std::error_code error; !fs::exists(section.path, error))
         {
             m_told.insert(fs::path(section.path).filename().string());
+            if (isGood)
+                m_failures.push_back("the " + NameOf(section.element) + " gave nothing");
             m_check.Add(kMissing, path, section.path, "the scene goes on without it", NearestFile(section.path));
         }
         else
@@ -107,7 +131,8 @@ public:
             return;
         fs::path const scene(m_check.Path());
         std::optional<std::vector<SideFileNote>> const notes = SideFileNotes::Of(UTF8String(m_check.Path()));
-        std::string const properties = PropertyFile().filename().string();
+        fs::path const propertyFile(m_check.PropertyFile());
+        std::string const properties = propertyFile.filename().string();
         bool hasProperties = false;
         for (SideFileNote const& note : notes.value_or(std::vector<SideFileNote>()))
         {
@@ -117,17 +142,28 @@ public:
             LookAtNote(scene.parent_path() / (isProperties ? properties : note.name), note.digest);
         }
         std::error_code error;
-        if (notes && !hasProperties && fs::exists(PropertyFile(), error))
-            m_check.AddIn(kDigest, PropertyFile().string(), properties,
+        if (notes && !hasProperties && fs::exists(propertyFile, error))
+            m_check.AddIn(kDigest, propertyFile.string(), properties,
                           "its properties are read, and the scene was written without");
     }
 
-    fs::path PropertyFile() const
+    UsedIds const& Used() const noexcept { return m_used; }
+
+    void AddWithoutRecord(Spot const& spot, std::string id, std::string readAs)
     {
-        return fs::path(m_check.Path()).replace_extension(kPropertyFileExtension.Narrow());
+        std::string meant = NearestOf(id, m_untaken);
+        Finding* const finding = m_check.Add(kNoRecord, spot, std::move(id), std::move(readAs), std::move(meant));
+        if (finding)
+            finding->reasons = m_failures;
     }
 
-    UsedIds const& Used() const noexcept { return m_used; }
+    void LookAtMissing()
+    {
+        for (auto const& [element, failure] : m_check.Record().Failures())
+            if (failure.reason == DropReason::kNoRecord)
+                AddWithoutRecord({element, SpotPart::kAttributeValue, Names::ID.Document()},
+                                 AttributeOf(element, Names::ID), "the element makes no object");
+    }
 
 private:
     void LookInto(SectionRecord const& section, Spot const& path)
@@ -178,16 +214,15 @@ private:
 
     void LookAtTaker(SectionRecord const& section, StoreRecord const& record, std::string const& id, Bytes const& bytes)
     {
-        KindRow const* const row = std::find_if(std::begin(kKindRows), std::end(kKindRows),
-                                                [&](KindRow const& known) { return known.kind == record.kind; });
-        if (row == std::end(kKindRows))
-            return;
-        // Ids of one object add up.
-        if (!record.isKept && record.kind != "ids")
-            AddAt(m_check, kRepeated, section.path, bytes, id, "the one before it is taken");
-        else if (!(m_used.*row->takers).contains(id))
-            AddAt(m_check, row->rule, section.path, bytes, std::string(record.kind) + ' ' + id, "it is read for nobody",
+        Rule const* const rule = DropOf(record, m_used);
+        if (rule == &kRepeated)
+            AddAt(m_check, *rule, section.path, bytes, id, "the one before it is taken");
+        else if (rule)
+        {
+            m_untaken.insert(id);
+            AddAt(m_check, *rule, section.path, bytes, std::string(record.kind) + ' ' + id, "it is read for nobody",
                   NearestOf(id, m_used.withoutRecord));
+        }
     }
 
     // Whether the file ends before what it claims.
@@ -291,6 +326,10 @@ private:
     SceneCheck& m_check;
     UsedIds m_used;
     std::set<std::string> m_objects;
+    // The ids of records that nothing takes.
+    std::set<std::string> m_untaken;
+    // Which files gave nothing, as sentences.
+    std::vector<std::string> m_failures;
     // Names of files of which sections told that they are missing.
     std::set<std::string> m_told;
     std::size_t m_guesses = 0;
@@ -300,17 +339,17 @@ private:
 class ObjectLook final : public ObjectVisitor
 {
 public:
-    ObjectLook(SceneCheck& check, UsedIds const& used) : m_check(check), m_used(used) {}
+    ObjectLook(SceneCheck& check, SideFileLook& look) : m_check(check), m_look(look) {}
 
     using ObjectVisitor::Visit;
     void Visit(IBrep* body) override
     {
         if (!body->Body())
-            m_check.Add(kNoBody, m_spot, std::string(body->Id().View()), "the object is there, without a body");
+            m_look.AddWithoutRecord(m_spot, std::string(body->Id().View()), "the object is there, without a body");
     }
     void Visit(IMaterialTexture* texture) override
     {
-        if (!m_used.textures.contains(std::string(texture->Id().View())))
+        if (!m_look.Used().textures.contains(std::string(texture->Id().View())))
             m_check.Add(kTextureUnused, m_spot, std::string(texture->Id().View()), "it is read for nobody");
     }
 
@@ -322,7 +361,7 @@ public:
 
 private:
     SceneCheck& m_check;
-    UsedIds const& m_used;
+    SideFileLook& m_look;
     Spot m_spot;
 };
 
@@ -338,9 +377,10 @@ void CheckSideFiles(SceneCheck& check)
     SideFileLook look(check);
     for (SectionRecord const& section : check.Record().Sections())
         look.LookAt(section);
-    look.LookAtProperties(look.PropertyFile().string());
+    look.LookAtProperties(check.PropertyFile());
     look.LookAtNotes();
-    ObjectLook objects(check, look.Used());
+    look.LookAtMissing();
+    ObjectLook objects(check, look);
     for (auto const& [element, object] : check.Record().Objects())
         if (object)
             objects.LookAt(element, *object);

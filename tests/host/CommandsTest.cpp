@@ -129,8 +129,8 @@ std::vector<std::string> CommandsIn(std::string const& text)
     bool const isReaders = text.find("that read a scene") != std::string::npos;
     for (std::string const& command : Commands())
     {
-        bool const reads = HelpOf(command).Synopsis(command).find(" [OPTIONS] SCENE") != std::string::npos &&
-                           HelpOf(command).options.contains("--strict");
+        // Others have options of their own.
+        bool const reads = HelpOf(command).options.contains("--strict") && command != "convert";
         if ((isReaders && reads) || std::regex_search(text, std::regex("\\b" + command + "\\b")))
             named.push_back(command);
     }

@@ -231,13 +231,13 @@ TEST(Info, ShowsTheDocumentTheStoresAndWhatReadingTakes)
     EXPECT_THAT(run.out, HasSubstr("\nproperties      complete.kvrproperty: 195 bytes, about 2 properties\n"));
     EXPECT_THAT(run.out, HasSubstr("\nto read it      about "));
     json const info = json::parse(RunTool({"info", "--json", scene}).out);
-    EXPECT_EQ(info["document"]["elements"], 214);
-    EXPECT_EQ(info["elements"]["IPoint"], 5);
-    EXPECT_EQ(info["sideFiles"].size(), 9U);
-    EXPECT_EQ(info["sideFiles"][1]["records"], 1);
-    EXPECT_EQ(info["sideFiles"][3],
-              json({{"kind", "mesh store"}, {"name", "complete.geometry"}, {"bytes", 314}, {"records", 2}}));
-    EXPECT_GT(info["estimate"]["memoryBytes"], 4'000'000);
+    EXPECT_EQ(info["Document"]["Elements"], 214);
+    EXPECT_EQ(info["Elements"]["IPoint"], 5);
+    EXPECT_EQ(info["SideFiles"].size(), 9U);
+    EXPECT_EQ(info["SideFiles"][1]["Records"], 1);
+    EXPECT_EQ(info["SideFiles"][3],
+              json({{"Kind", "mesh store"}, {"Name", "complete.geometry"}, {"Bytes", 314}, {"Records", 2}}));
+    EXPECT_GT(info["Estimate"]["MemoryBytes"], 4'000'000);
 }
 
 TEST(Info, SaysWhyADocumentCannotBeCounted)
