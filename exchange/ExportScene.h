@@ -33,6 +33,9 @@ struct ExportOptions
     bool parameterCurves = false;
     /// Whether a mesh without a body is written to STEP as tessellated geometry, and to BREP as flat faces.
     bool meshFaces = false;
+    /// Whether files beside the target that no earlier export to it has written, and stand where this one's are to be,
+    /// are replaced; otherwise they are a failure.
+    bool force = false;
 };
 
 /// What came of an export. All texts are UTF-8, and safe to be shown on a terminal.
@@ -54,12 +57,14 @@ KVR_EXCHANGE_API std::string ExportFormats();
 KVR_EXCHANGE_API bool CanCompress();
 
 /// Reads a scene file and writes it in the format of the extension of `path`. The file and those
-/// beside it (".bin", ".mtl", images) appear whole, itself last, or not at all; what was there is replaced. A file that
-/// is the scene or one of the side files that it notes, by whatever name or link, is a failure. Remarks also tell of
-/// side files that are missing, short or another scene's; SceneOptions::strict makes them the failure. So is a name of
-/// the filter that the scene has nothing for: with the nearest names that it has. Works in a child process, so that a
-/// crash is a failure like another; see ImportModel on threads. Progress tells the stages "reading", "transferring" (to
-/// STEP) and "writing". Throws std::bad_alloc and what the callback throws; all else is a failure in the result.
+/// beside it (".bin", ".mtl", images) appear whole, itself last, or not at all; what an earlier export left there is
+/// replaced: the target, and the files that it names. Others in the way are a failure (see ExportOptions::force). A
+/// file that is the scene or one of the side files that it notes, by whatever name or link, is a failure. Remarks also
+/// tell of side files that are missing, short or another scene's; SceneOptions::strict makes them the failure. So is a
+/// name of the filter that the scene has nothing for: with the nearest names that it has. Works in a child process, so
+/// that a crash is a failure like another; see ImportModel on threads. Progress tells the stages "reading",
+/// "transferring" (to STEP) and "writing". Throws std::bad_alloc and what the callback throws; all else is a failure in
+/// the result.
 KVR_EXCHANGE_API ExportResult ExportScene(SceneOptions const& scene, std::string const& path,
                                           ExportOptions const& options = {}, Progress const& progress = {});
 

@@ -34,6 +34,7 @@ ExitStatus ConvertCommand::Run()
     ConvertOptions options;
     options.import = m_import.Options(m_meshing);
     options.exportation = m_export.Options(m_meshing);
+    options.exportation.force = options.import.force;
     options.scene = m_scene;
     options.scenePath = m_scenePath;
     ConvertResult const result = Watched(

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <system_error>
 
+#include "exchange/export/ExportSideFiles.h"
 #include "exchange/export/ExportTask.h"
 #include "exchange/export/Formats.h"
 #include "exchange/run/ChildProcess.h"
@@ -189,10 +190,10 @@ void ExportHere(SceneOptions const& sceneOptions, std::string const& target, std
 }
 
 // Runs work that writes into a folder and fills the result, and gives its files their places when it is done. None of
-// them may be a source.
+// them may be a source, nor, unless that is wanted, take the place of a file that an earlier export has not written.
 template <class Work>
-ExportResult ExportTo(std::string const& path, std::vector<std::string> const& sources, Progress const& progress,
-                      Work const& work)
+ExportResult ExportTo(std::string const& path, std::vector<std::string> const& sources, bool replacesForeign,
+                      Progress const& progress, Work const& work)
 {
     ExportResult result;
     try
@@ -204,7 +205,12 @@ ExportResult ExportTo(std::string const& path, std::vector<std::string> const& s
         if (!Begin(planned, kStage_Reading))
             return result;
         WorkFolder const folder(path, sources);
+        // What is in the way is better known before the work than after it.
+        if (!replacesForeign)
+            ExpectOwnSideFiles(folder.Target(), ExportSideFileNames(folder.Target()));
         work(folder.Inside().string(), planned, result);
+        if (result.outcome == Outcome::kDone && !replacesForeign)
+            ExpectOwnSideFiles(folder.Target(), folder.Names());
         if (result.outcome == Outcome::kDone)
             folder.MoveIntoPlace();
     }
@@ -262,7 +268,7 @@ ExportResult ExportScene(SceneOptions const& scene, std::string const& path, Exp
     sources.push_back(scene.path);
     auto const work = [&](Progress const& heard)
     {
-        return ExportTo(path, sources, heard,
+        return ExportTo(path, sources, options.force, heard,
                         [&](std::string const& inside, Progress const& planned, ExportResult& result)
                         {
                             ChildResult child = RunInChild(
@@ -288,7 +294,7 @@ ExportResult ExportScene(IProducer& producer, UTF8String const& rootId, std::str
 {
     auto const work = [&](Progress const& heard)
     {
-        return ExportTo(path, {}, heard,
+        return ExportTo(path, {}, options.force, heard,
                         [&](std::string const& inside, Progress const& planned, ExportResult& result)
                         {
                             auto remarks = Write(producer, rootId, path, inside, {}, options, planned);

@@ -46,6 +46,8 @@
 
 #include "exchange/model/ModelDocument.h"
 #include "exchange/model/ModelError.h"
+#include "exchange/model/SolidCheck.h"
+#include "exchange/model/StepEntityReading.h"
 
 namespace KVR
 {
@@ -204,6 +206,7 @@ void ReadEntityIds(ModelDocument& model, Handle(XSControl_WorkSession) const& se
 {
     Handle(Transfer_TransientProcess) const process = session->TransferReader()->TransientProcess();
     Handle(StepData_StepModel) const step = Handle(StepData_StepModel)::DownCast(session->Model());
+    SolidCheck check(MetresOf(model.unit));
     for (int number = 1; number <= step->NbEntities(); ++number)
     {
         Handle(Standard_Transient) const entity = step->Value(number);
@@ -229,7 +232,12 @@ void ReadEntityIds(ModelDocument& model, Handle(XSControl_WorkSession) const& se
         std::string const name = TextOf(Handle(StepRepr_RepresentationItem)::DownCast(entity)->Name());
         if (!name.empty() && name != "NONE")
             model.bodyNames.emplace(shape.TShape().get(), name);
+        auto const known = static_cast<Part21File::Number>(step->IdentLabel(entity));
+        if (auto const said = model.step->products.solids.find(known); said != model.step->products.solids.end())
+            check.Check(name, said->second, shape);
     }
+    if (std::string remark = check.Remark(); !remark.empty())
+        model.remarks.push_back(std::move(remark));
 }
 
 // What became of the products and usages of the file in the document.
@@ -293,11 +301,12 @@ std::string IgesTime(std::string const& date)
 
 }  // namespace
 
-void ReadStep(ModelDocument& model, std::string const& path, bool withAnnotations,
+void ReadStep(ModelDocument& model, std::string const& path, ModelReadOptions const& options,
               Message_ProgressRange const& progress)
 {
     // While Open CASCADE reads, the file is read beside it.
     auto content = std::async(std::launch::async, [&] { return std::make_shared<StepContent>(path); });
+    bool const withAnnotations = options.withAnnotations;
     STEPCAFControl_Reader reader;
     reader.SetColorMode(true);
     reader.SetNameMode(true);
@@ -307,8 +316,8 @@ void ReadStep(ModelDocument& model, std::string const& path, bool withAnnotation
     reader.SetSHUOMode(true);
     reader.SetGDTMode(withAnnotations);
     reader.SetViewMode(withAnnotations);
-    if (reader.ReadFile(path.c_str()) != IFSelect_RetDone)
-        throw ModelError("it is no complete STEP file");
+    if (!ReadStepEntities(reader, path, options.progress))
+        ReadRepairedStep(model, reader, *content.get(), path, options.isLenient);
     Handle(XSControl_WorkSession) const session = reader.Reader().WS();
     Handle(StepData_StepModel) const step = Handle(StepData_StepModel)::DownCast(session->Model());
     if (step.IsNull() || step->NbEntities() == 0)
@@ -320,7 +329,8 @@ void ReadStep(ModelDocument& model, std::string const& path, bool withAnnotation
     ScaleQualifiedValues(model, step);
     if (!reader.Transfer(model.document, progress))
         throw ModelError("its content cannot be made a document");
-    model.step = content.get();
+    if (!model.step)
+        model.step = content.get();
     model.step->hasAnnotations = withAnnotations;
     if (withAnnotations)
         model.step->tolerances = StepTolerances::Of(model.step->file, MetresOf(model.unit));

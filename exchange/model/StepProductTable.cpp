@@ -14,10 +14,18 @@ namespace
 using Number = Part21File::Number;
 using Values = Part21File::Values;
 
+constexpr char kValidation[] = "geometric validation property";
+
+bool IsAspect(std::string_view type)
+{
+    return type.ends_with("SHAPE_ASPECT") || type == "DATUM_FEATURE" || type == "CENTRE_OF_SYMMETRY" ||
+           type == "DATUM_TARGET" || type == "PLACED_DATUM_TARGET_FEATURE";
+}
+
 // Open CASCADE reads these, and import takes them from it.
 bool IsReadElsewhere(std::string const& property, std::string const& item)
 {
-    return property == "geometric validation property" &&
+    return property == kValidation &&
            (item == "volume measure" || item == "surface area measure" || item == "centre point");
 }
 
@@ -66,6 +74,13 @@ private:
             Values const values = m_file.ParametersOf(entity, type);
             m_generals.emplace(Part21ReferenceAt(values, 3), Part21ReferenceAt(values, 2));
         }
+        else if (type == "GEOMETRIC_ITEM_SPECIFIC_USAGE" || type == "ITEM_IDENTIFIED_REPRESENTATION_USAGE")
+        {
+            Values const values = m_file.ParametersOf(entity, type);
+            std::vector<Number> const items = Part21ReferencesAt(values, 4);
+            if (items.size() == 1)
+                m_items.emplace(Part21ReferenceAt(values, 2), items.front());
+        }
     }
 
     Values ParametersOf(Number number) const
@@ -110,9 +125,51 @@ private:
                     m_result.products[definition].categories.push_back(Part21TextAt(values, 0));
     }
 
+    // What is called so in the file, of a shape aspect or an item; else by its number.
+    std::string NameOf(Number number) const
+    {
+        std::string name = Part21TextAt(ParametersOf(number), 0);
+        return name.empty() ? '#' + std::to_string(number) : name;
+    }
+
+    // The piece of a shape that a property definition is of: a shape aspect, or else an item; 0 for none.
+    Number PieceOf(Number definition, Number owner) const
+    {
+        Part21File::Entity const* const entity = m_file.Find(owner);
+        if (entity && IsAspect(m_file.TypeOf(*entity)))
+            return owner;
+        auto const item = m_items.find(definition);
+        return item == m_items.end() ? 0 : item->second;
+    }
+
+    // What a validation property says of a solid. False for one of something else.
+    bool ReadSolid(Number piece, Number representation)
+    {
+        auto const named = m_items.find(piece);
+        Number const item = named == m_items.end() ? piece : named->second;
+        Part21File::Entity const* const entity = m_file.Find(item);
+        if (!entity || !(m_file.Is(*entity, "MANIFOLD_SOLID_BREP") || m_file.Is(*entity, "BREP_WITH_VOIDS")))
+            return false;
+        StepSolid& solid = m_result.solids[item];
+        for (Number const number : Part21ReferencesAt(ParametersOf(representation), 1))
+        {
+            Values const values = ParametersOf(number);
+            std::string const name = Part21TextAt(values, 0);
+            if (name == "volume measure")
+                solid.volume = Part21PowerOf(m_file, number, 3);
+            else if (name == "surface area measure")
+                solid.area = Part21PowerOf(m_file, number, 2);
+            else if (name == "centre point" && values.size() > 1 && values[1].items.size() == 3)
+                solid.centroid = {values[1].items[0].number, values[1].items[1].number, values[1].items[2].number};
+        }
+        return true;
+    }
+
     // The properties of the product or usage that a property definition is of; null for another owner.
     std::vector<StepProperty>* PropertiesOf(Number owner)
     {
+        if (Part21File::Entity const* const aspect = m_file.Find(owner); aspect && IsAspect(m_file.TypeOf(*aspect)))
+            owner = Part21ReferenceAt(ParametersOf(owner), 2);
         // The shape of a product, or of a usage.
         if (Part21File::Entity const* const shape = m_file.Find(owner);
             shape && m_file.Is(*shape, "PRODUCT_DEFINITION_SHAPE"))
@@ -139,6 +196,15 @@ private:
             name = Part21TextAt(ParametersOf(general->second), 1);
         bool isCarried = true;
         Number const representation = Part21ReferenceAt(linked, 1);
+        Number const piece = PieceOf(number, Part21ReferenceAt(values, 2));
+        if (piece > 0 && name == kValidation && ReadSolid(piece, representation))
+        {
+            m_result.carried.insert(number);
+            return;
+        }
+        // What Open CASCADE reads is of whole products.
+        if (piece > 0)
+            name = Joined(NameOf(piece), name);
         if (auto const product = m_result.products.find(Part21ReferenceAt(values, 2));
             product != m_result.products.end() && name == "material property")
         {
@@ -184,15 +250,17 @@ private:
             return true;
         std::string const full = Joined(property, name);
         if (type == "DESCRIPTIVE_REPRESENTATION_ITEM")
-            properties.push_back({full, Part21TextAt(values, 1)});
+            properties.push_back({full, Part21TextAt(values, 1), {}});
         else if (type == "BOOLEAN_REPRESENTATION_ITEM")
-            properties.push_back({full, values.size() > 1 && values[1].text == "T"});
+            properties.push_back({full, values.size() > 1 && values[1].text == "T", {}});
         else if (std::optional<double> const value = NumberOf(type, number, values))
-            properties.push_back({full, *value});
+            properties.push_back({full, *value, {}});
         else
             return false;
         if (type == "INTEGER_REPRESENTATION_ITEM")
             MakeInteger(properties.back());
+        else if (std::optional<Part21Measure> const measure = Part21MeasureOf(m_file, number))
+            properties.back().unit = Part21UnitName(m_file, measure->unit);
         return true;
     }
 
@@ -218,6 +286,8 @@ private:
     List m_usages;
     List m_categories;
     List m_links;
+    /// What shape aspects and property definitions are of.
+    std::unordered_map<Number, Number> m_items;
     std::unordered_map<Number, std::vector<Number>> m_definitionsOf;
     /// General properties by the property definitions that they are of.
     std::unordered_map<Number, Number> m_generals;
