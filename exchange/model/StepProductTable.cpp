@@ -51,6 +51,8 @@ public:
             ReadUsage(*usage);
         for (Part21File::Entity const* const category : m_categories)
             ReadCategory(*category);
+        for (Part21File::Entity const* const shape : m_shapes)
+            ReadShape(*shape);
         for (Part21File::Entity const* const link : m_links)
             ReadProperty(*link);
     }
@@ -74,6 +76,8 @@ private:
             Values const values = m_file.ParametersOf(entity, type);
             m_generals.emplace(Part21ReferenceAt(values, 3), Part21ReferenceAt(values, 2));
         }
+        else if (type == "SHAPE_DEFINITION_REPRESENTATION")
+            m_shapes.push_back(&entity);
         else if (type == "GEOMETRIC_ITEM_SPECIFIC_USAGE" || type == "ITEM_IDENTIFIED_REPRESENTATION_USAGE")
         {
             Values const values = m_file.ParametersOf(entity, type);
@@ -123,6 +127,19 @@ private:
             if (auto const found = m_definitionsOf.find(product); found != m_definitionsOf.end())
                 for (Number const definition : found->second)
                     m_result.products[definition].categories.push_back(Part21TextAt(values, 0));
+    }
+
+    // A shape aspect whose shape is one item, as older files name a solid.
+    void ReadShape(Part21File::Entity const& shape)
+    {
+        Values const values = m_file.ParametersOf(shape, "SHAPE_DEFINITION_REPRESENTATION");
+        Part21File::Entity const* const definition = m_file.Find(Part21ReferenceAt(values, 0));
+        if (!definition || m_file.TypeOf(*definition) != "PROPERTY_DEFINITION")
+            return;
+        Number const aspect = Part21ReferenceAt(ParametersOf(definition->number), 2);
+        std::vector<Number> const items = Part21ReferencesAt(ParametersOf(Part21ReferenceAt(values, 1)), 1);
+        if (items.size() == 1)
+            m_items.emplace(aspect, items.front());
     }
 
     // What is called so in the file, of a shape aspect or an item; else by its number.
@@ -286,6 +303,7 @@ private:
     List m_usages;
     List m_categories;
     List m_links;
+    List m_shapes;
     /// What shape aspects and property definitions are of.
     std::unordered_map<Number, Number> m_items;
     std::unordered_map<Number, std::vector<Number>> m_definitionsOf;
