@@ -6,15 +6,12 @@
 #include <IGESData_GlobalSection.hxx>
 #include <IGESData_IGESModel.hxx>
 #include <Interface_Static.hxx>
+#include <Message_ProgressScope.hxx>
 #include <STEPCAFControl_ExternFile.hxx>
 #include <STEPCAFControl_Reader.hxx>
 #include <STEPConstruct_Tool.hxx>
 #include <STEPConstruct_UnitContext.hxx>
-#include <StepBasic_MeasureWithUnit.hxx>
-#include <StepBasic_NamedUnit.hxx>
 #include <StepBasic_ProductDefinition.hxx>
-#include <StepBasic_Unit.hxx>
-#include <StepData_GlobalFactors.hxx>
 #include <StepData_StepModel.hxx>
 #include <StepGeom_Axis2Placement3d.hxx>
 #include <StepGeom_CartesianPoint.hxx>
@@ -22,14 +19,14 @@
 #include <StepGeom_GeometricRepresentationContextAndGlobalUnitAssignedContext.hxx>
 #include <StepRepr_GlobalUnitAssignedContext.hxx>
 #include <StepRepr_NextAssemblyUsageOccurrence.hxx>
-#include <StepRepr_ReprItemAndLengthMeasureWithUnitAndQRI.hxx>
-#include <StepRepr_ReprItemAndPlaneAngleMeasureWithUnitAndQRI.hxx>
 #include <StepRepr_RepresentationItem.hxx>
 #include <StepShape_EdgeCurve.hxx>
 #include <StepShape_Face.hxx>
 #include <StepShape_ShellBasedSurfaceModel.hxx>
 #include <StepShape_SolidModel.hxx>
 #include <StepVisual_CameraModelD3.hxx>
+#include <StepVisual_DraughtingCallout.hxx>
+#include <StepVisual_DraughtingModel.hxx>
 #include <TColStd_SequenceOfAsciiString.hxx>
 #include <TCollection_HAsciiString.hxx>
 #include <TopoDS_Shape.hxx>
@@ -43,11 +40,13 @@
 #include <algorithm>
 #include <cmath>
 #include <future>
+#include <memory>
 
 #include "exchange/model/ModelDocument.h"
 #include "exchange/model/ModelError.h"
 #include "exchange/model/SolidCheck.h"
 #include "exchange/model/StepEntityReading.h"
+#include "exchange/model/StepHealing.h"
 
 namespace KVR
 {
@@ -164,31 +163,6 @@ void ReadStepHeader(ModelDocument& model, Handle(StepData_StepModel) const& step
     }
 }
 
-// Open CASCADE takes a value with a qualifier as it stands, whatever its unit is: its numbers become those of the
-// document's units, and degrees.
-void ScaleQualifiedValues(ModelDocument const& model, Handle(StepData_StepModel) const& step)
-{
-    double const unit = MetresOf(model.unit) / kMetresPerFactor;
-    for (int number = 1; number <= step->NbEntities(); ++number)
-    {
-        auto const item = Handle(StepRepr_ReprItemAndMeasureWithUnitAndQRI)::DownCast(step->Value(number));
-        if (item.IsNull() || item->GetMeasureWithUnit().IsNull())
-            continue;
-        Handle(StepBasic_MeasureWithUnit) const measure = item->GetMeasureWithUnit();
-        STEPConstruct_UnitContext units;
-        units.ComputeFactors(measure->UnitComponent().NamedUnit());
-        double factor = 1.0;
-        if (item->IsKind(STANDARD_TYPE(StepRepr_ReprItemAndLengthMeasureWithUnitAndQRI)) && units.LengthDone())
-            factor = units.LengthFactor() * StepData_GlobalFactors::Intance().CascadeUnit() / unit;
-        else if (item->IsKind(STANDARD_TYPE(StepRepr_ReprItemAndPlaneAngleMeasureWithUnitAndQRI)) &&
-                 units.PlaneAngleDone())
-            factor = units.PlaneAngleFactor() * 180.0 / M_PI;
-        // Numbers that need no change keep their digits.
-        if (std::abs(factor - 1.0) > 1e-9)
-            measure->SetValueComponent(measure->ValueComponent() * factor);
-    }
-}
-
 void ReadEye(ModelDocument& model, StepVisual_CameraModelD3 const& camera)
 {
     Handle(StepGeom_Axis2Placement3d) const axes = camera.ViewReferenceSystem();
@@ -200,8 +174,24 @@ void ReadEye(ModelDocument& model, StepVisual_CameraModelD3 const& camera)
                        std::array{eye->CoordinatesValue(1), eye->CoordinatesValue(2), eye->CoordinatesValue(3)});
 }
 
-// The names of bodies, the eyes of views, and the numbers of the entities of faces and edges, by what Open CASCADE made
-// of them.
+void ReadDrawings(ModelDocument& model, StepVisual_DraughtingModel const& view)
+{
+    std::string name;
+    std::vector<std::string> drawings;
+    for (int i = 1; i <= view.NbItems(); ++i)
+    {
+        Handle(StepRepr_RepresentationItem) const item = view.ItemsValue(i);
+        if (auto const camera = Handle(StepVisual_CameraModelD3)::DownCast(item); !camera.IsNull())
+            name = TextOf(camera->Name());
+        else if (!item.IsNull() && item->IsKind(STANDARD_TYPE(StepVisual_DraughtingCallout)))
+            drawings.push_back(TextOf(item->Name()));
+    }
+    if (!name.empty())
+        model.drawings.emplace(name, std::move(drawings));
+}
+
+// The names of bodies, the eyes of views and their drawings, and the numbers of the entities of faces and edges, by
+// what Open CASCADE made of them.
 void ReadEntityIds(ModelDocument& model, Handle(XSControl_WorkSession) const& session)
 {
     Handle(Transfer_TransientProcess) const process = session->TransferReader()->TransientProcess();
@@ -212,6 +202,8 @@ void ReadEntityIds(ModelDocument& model, Handle(XSControl_WorkSession) const& se
         Handle(Standard_Transient) const entity = step->Value(number);
         if (auto const camera = Handle(StepVisual_CameraModelD3)::DownCast(entity); !camera.IsNull())
             ReadEye(model, *camera);
+        if (auto const view = Handle(StepVisual_DraughtingModel)::DownCast(entity); !view.IsNull())
+            ReadDrawings(model, *view);
         bool const isBody = entity->IsKind(STANDARD_TYPE(StepShape_SolidModel)) ||
                             entity->IsKind(STANDARD_TYPE(StepShape_ShellBasedSurfaceModel));
         if (!isBody && !entity->IsKind(STANDARD_TYPE(StepShape_Face)) &&
@@ -299,44 +291,68 @@ std::string IgesTime(std::string const& date)
            ':' + digits.substr(10, 2) + ':' + digits.substr(12, 2);
 }
 
+using StepContentToBe = std::shared_future<std::shared_ptr<StepContent>>;
+
+// A reader that has read the file, whose unit and header the model has then.
+std::unique_ptr<STEPCAFControl_Reader> ReaderOf(ModelDocument& model, std::string const& path,
+                                                ModelReadOptions const& options, StepContentToBe const& content)
+{
+    auto reader = std::make_unique<STEPCAFControl_Reader>();
+    reader->SetColorMode(true);
+    reader->SetNameMode(true);
+    reader->SetLayerMode(true);
+    reader->SetPropsMode(true);
+    reader->SetMatMode(true);
+    reader->SetSHUOMode(true);
+    reader->SetGDTMode(options.withAnnotations);
+    reader->SetViewMode(options.withAnnotations);
+    if (!ReadStepEntities(*reader, path, options.progress))
+        ReadRepairedStep(model, *reader, *content.get(), path, options.isLenient);
+    Handle(StepData_StepModel) const step = Handle(StepData_StepModel)::DownCast(reader->Reader().WS()->Model());
+    if (step.IsNull() || step->NbEntities() == 0)
+        throw ModelError("it is a STEP file without content");
+    ReadStepUnit(model, reader->ChangeReader(), step);
+    model.header.clear();
+    ReadStepHeader(model, step);
+    if (reader->NbRootsForTransfer() == 0)
+        throw ModelError("it holds no product with a shape");
+    ScaleQualifiedValues(model, step);
+    return reader;
+}
+
 }  // namespace
 
 void ReadStep(ModelDocument& model, std::string const& path, ModelReadOptions const& options,
               Message_ProgressRange const& progress)
 {
+    // Of the work, in hundredths.
+    constexpr double kBodies = 95;
+    constexpr double kDocument = 5;
     // While Open CASCADE reads, the file is read beside it.
-    auto content = std::async(std::launch::async, [&] { return std::make_shared<StepContent>(path); });
-    bool const withAnnotations = options.withAnnotations;
-    STEPCAFControl_Reader reader;
-    reader.SetColorMode(true);
-    reader.SetNameMode(true);
-    reader.SetLayerMode(true);
-    reader.SetPropsMode(true);
-    reader.SetMatMode(true);
-    reader.SetSHUOMode(true);
-    reader.SetGDTMode(withAnnotations);
-    reader.SetViewMode(withAnnotations);
-    if (!ReadStepEntities(reader, path, options.progress))
-        ReadRepairedStep(model, reader, *content.get(), path, options.isLenient);
-    Handle(XSControl_WorkSession) const session = reader.Reader().WS();
-    Handle(StepData_StepModel) const step = Handle(StepData_StepModel)::DownCast(session->Model());
-    if (step.IsNull() || step->NbEntities() == 0)
-        throw ModelError("it is a STEP file without content");
-    ReadStepUnit(model, reader.ChangeReader(), step);
-    ReadStepHeader(model, step);
-    if (reader.NbRootsForTransfer() == 0)
-        throw ModelError("it holds no product with a shape");
-    ScaleQualifiedValues(model, step);
-    if (!reader.Transfer(model.document, progress))
+    StepContentToBe const content =
+        std::async(std::launch::async, [&] { return std::make_shared<StepContent>(path); }).share();
+    Message_ProgressScope scope(progress, nullptr, kBodies + kDocument);
+    auto reader = ReaderOf(model, path, options, content);
+    // As the reader would set it at the start of its transfer.
+    double unit = 1.0;
+    XCAFDoc_DocumentTool::GetLengthUnit(model.document, unit, UnitsMethods_LengthUnit_Millimeter);
+    Handle(StepData_StepModel)::DownCast(reader->Reader().WS()->Model())->SetLocalLengthUnit(unit);
+    if (!TransferInParallel(reader->ChangeReader(), scope.Next(kBodies)))
+    {
+        reader.reset();
+        reader = ReaderOf(model, path, options, content);
+    }
+    if (!reader->Transfer(model.document, scope.Next(kDocument)))
         throw ModelError("its content cannot be made a document");
+    Handle(XSControl_WorkSession) const session = reader->Reader().WS();
     if (!model.step)
         model.step = content.get();
-    model.step->hasAnnotations = withAnnotations;
-    if (withAnnotations)
+    model.step->hasAnnotations = options.withAnnotations;
+    if (options.withAnnotations)
         model.step->tolerances = StepTolerances::Of(model.step->file, MetresOf(model.unit));
     ReadEntityIds(model, session);
-    ReadProducts(model, reader);
-    ReadExternalFiles(model, reader);
+    ReadProducts(model, *reader);
+    ReadExternalFiles(model, *reader);
 }
 
 void ReadIges(ModelDocument& model, std::string const& path, Message_ProgressRange const& progress)

@@ -5,6 +5,7 @@
 #include "exchange/model/ModelDocument.h"
 
 class STEPCAFControl_Reader;
+class StepData_StepModel;
 
 namespace KVR
 {
@@ -17,5 +18,9 @@ bool ReadStepEntities(STEPCAFControl_Reader& reader, std::string const& path, Te
 /// tell how much it is. Throws ModelError for nothing, and for whoever is not lenient.
 void ReadRepairedStep(ModelDocument& model, STEPCAFControl_Reader& reader, StepContent const& damaged,
                       std::string const& path, bool isLenient);
+
+/// Open CASCADE takes a value with a qualifier as it stands, whatever its unit is: its numbers become those of the
+/// model's unit, and degrees.
+void ScaleQualifiedValues(ModelDocument const& model, opencascade::handle<StepData_StepModel> const& step);
 
 }  // namespace KVR

@@ -21,6 +21,8 @@ bool IsAspect(std::string_view type)
     return type.ends_with("SHAPE_ASPECT") || type == "DATUM_FEATURE" || type == "CENTRE_OF_SYMMETRY" ||
            type == "DATUM_TARGET" || type == "PLACED_DATUM_TARGET_FEATURE";
 }
+// Texts of notes, that stand with no drawing.
+constexpr char kProperty_Text[] = "semantic text";
 
 // Open CASCADE reads these, and import takes them from it.
 bool IsReadElsewhere(std::string const& property, std::string const& item)
@@ -219,8 +221,8 @@ private:
             m_result.carried.insert(number);
             return;
         }
-        // What Open CASCADE reads is of whole products.
-        if (piece > 0)
+        // What Open CASCADE reads is of whole products, and so are texts.
+        if (piece > 0 && name != kProperty_Text)
             name = Joined(NameOf(piece), name);
         if (auto const product = m_result.products.find(Part21ReferenceAt(values, 2));
             product != m_result.products.end() && name == "material property")
