@@ -19,7 +19,9 @@ void ReadIntAttribute(xercesc::DOMNode const* node, AttributeName name, std::opt
 {
     XMLCh const* const text = AttributeText(node, name);
     int read = 0;
-    if (text && StringUtil::ToInt(XMLStrUtil::XMLStrToAStr(text), read, 10) == StringUtil::kConversionStatus_Success)
+    if (text &&
+        ToldText(text, TextForm::kInteger,
+                 StringUtil::ToInt(XMLStrUtil::XMLStrToAStr(text), read, 10) == StringUtil::kConversionStatus_Success))
         value = read;
 }
 

@@ -51,10 +51,10 @@ void XMLText::ReadAttributes(xercesc::DOMNode const* node)
 {
     // Kept: a text that is no unit counts as specified all the same, as unit 0.
     if (XMLCh const* const text = AttributeText(node, Names::LengthUnit))
-        Ignored(XMLStrUtil::StringToUnitType(XMLStrUtil::XMLStrToAStr(text), m_lengthUnit.emplace(kUnitType_Unknown)));
+        Ignored(XMLStrUtil::StringToUnitType(text, m_lengthUnit.emplace(kUnitType_Unknown)));
     // Kept: "1" alone is true here, although the flags of a fragment take "True".
     if (XMLCh const* const text = AttributeText(node, Names::IsVertical))
-        m_isVertical = kBoolean_OneElseFalse.test(text);
+        m_isVertical = ToldBoolean(text, kBoolean_OneElseFalse.test);
     std::optional<int> justification;
     ReadIntAttribute(node, Names::TextJustification, justification);
     m_textJustification = justification.value_or(m_textJustification);

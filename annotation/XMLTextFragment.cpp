@@ -17,7 +17,7 @@ namespace
 void ReadFlag(xercesc::DOMNode const* node, AttributeName name, std::optional<bool>& flag)
 {
     if (XMLCh const* const text = AttributeText(node, name))
-        flag = kBoolean_TrueWordElseFalse.test(text);
+        flag = ToldBoolean(text, kBoolean_TrueWordElseFalse.test);
 }
 
 // Kept: specified also when the element is incomplete, with the colour that a new Color has.

@@ -1,12 +1,13 @@
 #include "appearance/StyleReader.h"
 
+#include <cstddef>
 #include <xercesc/util/XercesDefs.hpp>
 
+#include "framework/xml_util/EnumTexts.h"
 #include "framework/xml_util/FormatNames.h"
 #include "framework/xml_util/XMLStyle.h"
 #include "framework/xml_util/XMLUtils.h"
 #include "framework/xml_util/XMLVitreolStyle.h"
-#include "producer/XMLProducerImpl.h"
 #include "readers/ChangeKeyReader.h"
 #include "readers/ColorReader.h"
 #include "readers/ExtensionDataReader.h"
@@ -97,24 +98,22 @@ void ReadDiffuseColor(DOMNode const* node, XMLStyle& style)
 }
 
 // Hands the enumerator that an attribute names to the setter; nothing for an absent attribute and an unknown text.
-template <class Enum>
-void ReadEnum(DOMNode const* node, AttributeName attribute, bool (*find)(UTF16String const&, Enum&), XMLStyle& style,
+template <class Enum, std::size_t kSize>
+void ReadEnum(DOMNode const* node, AttributeName attribute, EnumText<Enum> const (&rows)[kSize], XMLStyle& style,
               void (XMLStyle::*setter)(Enum))
 {
-    UTF16String text;
     Enum value{};
-    if (XMLUtils::GetNodeAttribute(node, attribute, text) && find(text, value))
+    if (ValueOfDocumentText(rows, AttributeText(node, attribute), value))
         (style.*setter)(value);
 }
 
 void ReadPointAndCurveStyle(DOMNode const* node, XMLStyle& style)
 {
-    ReadEnum(node, Names::PointStyleMarkerType, &XMLProducerImpl::PointMarkerType, style,
-             &XMLStyle::SetPointStyleMarker);
+    ReadEnum(node, Names::PointStyleMarkerType, kPointStyleMarkerTypeTexts, style, &XMLStyle::SetPointStyleMarker);
     ReadStyleDouble(node, Names::PointStyleMarkerSize, style, &XMLStyle::SetPointStyleMarkerSize);
-    ReadEnum(node, Names::CurveStyleFont, &XMLProducerImpl::CurveFontType, style, &XMLStyle::SetCurveStyleFont);
+    ReadEnum(node, Names::CurveStyleFont, kCurveStyleFontTypeTexts, style, &XMLStyle::SetCurveStyleFont);
     ReadStyleDouble(node, Names::CurveStyleWidth, style, &XMLStyle::SetCurveStyleWidth);
-    ReadEnum(node, Names::CurveStyleFillArea, &XMLProducerImpl::CurveFillType, style, &XMLStyle::SetCurveStyleFillArea);
+    ReadEnum(node, Names::CurveStyleFillArea, kCurveStyleFillTypeTexts, style, &XMLStyle::SetCurveStyleFillArea);
 }
 
 void ReadVitreolDiffuseColor(DOMNode const* node, XMLVitreolStyle& style)

@@ -11,6 +11,7 @@
 #include "framework/xml_util/XMLVitreolStyle.h"
 #include "producer/ElementReaders.h"
 #include "producer/XMLProducerImpl.h"
+#include "readers/RegisterObject.h"
 
 namespace KVR
 {
@@ -63,7 +64,7 @@ bool ReadStyleSet(XMLProducerImpl* producer, DOMNode* node, std::vector<UTF8Stri
         producer->ApplyIdMapping(id);
         ids.push_back(id);
         XMLUtils::GetNodeAttribute(child, Names::Label, label);
-        producer->objectCollector->AddObject(BuildStyle(child, id, label, vitreolAssets).release());
+        Register(*producer, child, BuildStyle(child, id, label, vitreolAssets));
     }
     return node != nullptr;
 }

@@ -9,6 +9,7 @@
 #include "producer/ElementReaders.h"
 #include "producer/XMLProducerImpl.h"
 #include "readers/ExtensionDataReader.h"
+#include "readers/RegisterObject.h"
 
 namespace KVR
 {
@@ -127,7 +128,7 @@ bool ReadTextureSet(XMLProducerImpl* producer, DOMNode* node, std::vector<UTF8St
         auto texture = std::make_unique<XMLTexture>(id, label);
         ReadAttributes(child, *texture);
         ReadChildren(child, *texture);
-        producer->objectCollector->AddObject(texture.release());
+        Register(*producer, child, std::move(texture));
     }
     return node != nullptr;
 }

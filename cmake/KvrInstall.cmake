@@ -5,7 +5,7 @@ include(CMakePackageConfigHelpers)
 set(KVR_PACKAGE_DIR "${CMAKE_INSTALL_LIBDIR}/cmake/${PROJECT_NAME}")
 set(KVR_PKGCONFIG_DIR "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
 
-install(TARGETS kvr_api kvr_kernel kvr_gmk_interface kvr_xml_util kvr_xml_producer kvr_authoring kvr_scene kvr_exchange
+install(TARGETS kvr_api kvr_kernel kvr_gmk_interface kvr_xml_util kvr_xml_producer kvr_authoring kvr_scene kvr_inspect kvr_exchange
   EXPORT ${PROJECT_NAME}
   LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"
   ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}")
@@ -23,6 +23,8 @@ install(FILES producer/Export.h producer/XMLProducer.h producer/XMLProducerOptio
 
 file(GLOB headers CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/exchange/*.h")
 install(FILES ${headers} DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/kvr/exchange")
+install(FILES inspect/Check.h inspect/Export.h inspect/Finding.h
+  DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/kvr/inspect")
 install(FILES exchange/source/SceneOptions.h DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/kvr/exchange/source")
 
 install(EXPORT ${PROJECT_NAME} NAMESPACE kvr:: FILE ${PROJECT_NAME}Targets.cmake DESTINATION "${KVR_PACKAGE_DIR}")

@@ -22,6 +22,7 @@
 #include "readers/Ignored.h"
 #include "readers/NodeAttributes.h"
 #include "readers/ReferenceReader.h"
+#include "readers/RegisterObject.h"
 #include "readers/UnitReader.h"
 #include "readers/UnitState.h"
 
@@ -178,7 +179,7 @@ private:
 
 bool ProducerGeometryTypeFromText(XMLCh const* text, IBrep::ProducerGeometryTypeEnum& type)
 {
-    return ValueOfText(kProducerGeometryTypeTexts, text, type);
+    return ValueOfDocumentText(kProducerGeometryTypeTexts, text, type);
 }
 
 bool ReadBrep(XMLProducerImpl* producer, DOMNode* node, BodyEntities& bodyEntities, UTF8String& id)
@@ -189,8 +190,8 @@ bool ReadBrep(XMLProducerImpl* producer, DOMNode* node, BodyEntities& bodyEntiti
     BrepElement element(producer, found == bodyEntities.end() ? nullptr : GMK::BODY_xs(found->second).body);
     element.Read(node, id);
     producer->ApplyIdMapping(id);
-    if (!producer->objectCollector->HasObject(id))
-        producer->objectCollector->AddObject(element.Make(id).release());
+    if (!IsTaken(*producer, node, id))
+        Register(*producer, node, element.Make(id));
     return true;
 }
 

@@ -1,10 +1,11 @@
 #pragma once
 
 #include <memory>
+#include <utility>
 
-#include "framework/api/ObjectCollector.h"
 #include "geometry/ChildIds.h"
 #include "geometry/GeometryBundleState.h"
+#include "readers/RegisterObject.h"
 
 namespace KVR
 {
@@ -14,12 +15,18 @@ template <class Bundle>
 bool AddBundle(ChildContext const& context, xercesc::DOMNode* node, std::vector<UTF8String>& ids)
 {
     if (context.depth >= kDeepestBundle)
+    {
+        TellObserver(&ReadObserver::ElementDropped, node, DropReason::kTooDeep);
         return true;
+    }
     auto bundle = std::make_unique<Bundle>(context.producer, context.depth);
     if (!bundle->ReadFromXML(node, context.bodyEntities, context.curveEntities, context.meshStore, context.curveStore))
+    {
+        TellObserver(&ReadObserver::ElementDropped, node, DropReason::kRefused);
         return false;
+    }
     ids.push_back(bundle->Id());
-    context.producer->objectCollector->AddObject(bundle.release());
+    Register(*context.producer, node, std::move(bundle));
     return true;
 }
 

@@ -50,6 +50,8 @@ bool AddCurve(ChildContext const& context, xercesc::DOMNode* node, std::vector<U
     UTF8String id;
     if (!context.curveStore.empty() && ReadCurveFromStore(context.producer, node, context.curveStore, id))
         ids.push_back(std::move(id));
+    else if (context.curveEntities.empty())
+        TellObserver(&ReadObserver::ElementDropped, node, DropReason::kNoRecord);
     // Kept: both ways are gone, and nobody asks whether the first has registered the id already.
     return context.curveEntities.empty() || AddKernelCurve(context, node, ids);
 }

@@ -1,6 +1,7 @@
 #include "geometry/KernelStore.h"
 
 #include <memory>
+#include <string_view>
 #include <vector>
 
 #include "framework/api/Event.h"
@@ -14,6 +15,7 @@
 #include "framework/kernel/entity_iterator.h"
 #include "framework/kernel/entity_list.h"
 #include "framework/kernel/restore.h"
+#include "framework/xml_util/ReadObserver.h"
 #include "framework/xml_util/SideFilePath.h"
 #include "framework/xml_util/SubObjectPersistentIdReader.h"
 #include "producer/XMLProducerImpl.h"
@@ -68,12 +70,25 @@ void PostSecurityEvent(XMLProducerImpl const& producer, bool isRestored, UTF16St
     producer.eventManager->PostEvent(event.get());
 }
 
+void TellEntity(std::string_view kind, UTF8String const& id, bool isKept)
+{
+    if (ReadObserver* const observer = Observer()) [[unlikely]]
+        observer->RecordRead({kind, id, 0, 0, isKept});
+}
+
+void TellOutcome(outcome const& restored, bool isInsecure)
+{
+    if (isInsecure)
+        TellObserver(&ReadObserver::StoreFailed, StoreFailure::kInsecure, "the content is not what was written");
+    if (!restored.ok() && restored.error_number() != outcome::kInsecureStore)
+        TellObserver(&ReadObserver::StoreFailed, StoreFailure::kUnreadable, restored.message());
+}
+
 void FileCurve(EDGE* edge, UTF8String const& id, CurveEntities& curveEntities)
 {
     curve* made = nullptr;
     outcome const result = GKI_MAKE_CURVE::from_edge(edge, false, made);
-    if (result.ok() && made)
-        curveEntities.try_emplace(id, made);
+    TellEntity("edge", id, result.ok() && made && curveEntities.try_emplace(id, made).second);
 }
 
 void FileEntities(ENTITY_LIST const& entities, CurveEntities& curveEntities, BodyEntities& bodyEntities)
@@ -89,7 +104,7 @@ void FileEntities(ENTITY_LIST const& entities, CurveEntities& curveEntities, Bod
         if (GMK::BODY_xs(entity).body)
         {
             bodiesOfStore.try_emplace(id, entity);
-            bodyEntities.try_emplace(id, entity);
+            TellEntity("body", id, bodyEntities.try_emplace(id, entity).second);
         }
         else if (EDGE* const edge = GMK::EDGE_xs(entity).edge)
         {
@@ -127,7 +142,10 @@ bool RestoreKernelStore(KernelStoreContext const& context, UTF16String const& pa
     StoreForm const& form = FormOf(path);
     std::unique_ptr<std::FILE, CloseStore> file(GMKUtil::OpenGmkFile(UTF8String(path), form.openMode));
     if (!file)
+    {
+        TellObserver(&ReadObserver::StoreFailed, StoreFailure::kNotOpened, "the file cannot be opened");
         return false;
+    }
     XMLProducerImpl& producer = context.producer;
     GMKHistoryUtil::SetActiveHistoryStream(producer.GetHistoryStream());
     GKI_RESTORE restore(file.get(), form.isText, -1);
@@ -136,13 +154,14 @@ bool RestoreKernelStore(KernelStoreContext const& context, UTF16String const& pa
         Ignored(restore.set_allow_insecure_restore(kInsecureRestore_Allowed));
     ENTITY_LIST entities(false);
     // Whatever the outcome, what is in the list counts.
-    Ignored(restore.execute_restore(entities));
+    outcome const restored = restore.execute_restore(entities);
     bool found = false;
     bool isRestored = false;
     int count = 0;
     Ignored(restore.security_issue_found(found, isRestored, count));
     if (found && producer.eventManager)
         PostSecurityEvent(producer, allowsInsecure, pathText);
+    TellOutcome(restored, found);
     file.reset();
     FileEntities(entities, curveEntities, bodyEntities);
     return true;

@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "framework/api/StringUtil.h"
+#include "framework/xml_util/ReadObserver.h"
 
 namespace KVR
 {
@@ -76,12 +77,27 @@ char const* ReadNumber(char const* start, double& value)
     return end + 1;
 }
 
+// Whether the texts, each with a blank behind it, all convert.
+bool AreNumbers(std::string_view texts)
+{
+    double value = 0.0;
+    for (std::size_t at = 0; at < texts.size();)
+    {
+        std::size_t const end = texts.find(kEnd, at);
+        if (StringUtil::ToDouble(texts.substr(at, end - at), value) != StringUtil::kConversionStatus_Success)
+            return false;
+        at = end + 1;
+    }
+    return true;
+}
+
 }  // namespace
 
 void NumberTexts::Append(XMLCh const* text)
 {
     if (!text)
         return;
+    XMLCh const* const whole = text;
     std::size_t const former = m_texts.size();
     // Each piece takes what it has in the text and a blank, so that this is enough.
     m_texts.resize(former + std::char_traits<char16_t>::length(text) + 1);
@@ -103,6 +119,8 @@ void NumberTexts::Append(XMLCh const* text)
         *out++ = kEnd;
     }
     m_texts.resize(static_cast<std::size_t>(out - begin));
+    if (Observer()) [[unlikely]]
+        ToldText(whole, TextForm::kNumberList, AreNumbers(std::string_view(m_texts).substr(former)));
 }
 
 void NumberTexts::ReleaseSpare()

@@ -19,6 +19,7 @@
 #include "readers/ExtensionDataReader.h"
 #include "readers/Ignored.h"
 #include "readers/ReferenceReader.h"
+#include "readers/RegisterObject.h"
 #include "readers/UnitReader.h"
 
 namespace KVR
@@ -120,15 +121,18 @@ bool ReadCurveFromStore(XMLProducerImpl* producer, xercesc::DOMNode* node, Curve
 {
     XMLUtils::GetNodeAttribute(node, Names::ID, id);
     producer->ApplyIdMapping(id);
-    if (producer->objectCollector->HasObject(id))
+    if (IsTaken(*producer, node, id))
         return true;
     // Kept: looked up by the mapped id, although the store knows the document's.
     auto const found = curveStore.find(id);
     if (found == curveStore.end() || !found->second.owned)
+    {
+        TellObserver(&ReadObserver::ElementDropped, node, DropReason::kNoRecord);
         return false;
+    }
     std::unique_ptr<XMLCurve> held = std::move(found->second.owned);
     Ignored(held->ReadFromXML(node, CurveEntities()));
-    producer->objectCollector->AddObject(held.release());
+    Register(*producer, node, std::move(held));
     return true;
 }
 

@@ -51,7 +51,7 @@ bool XMLSketch::ReadAttributes(xercesc::DOMNode const* node)
     // Kept: absence means hidden here, although a new sketch is shown, and a point or a set is.
     m_netVisible = ReadBoolean(node, Names::NetVisibility, kVisibility_OneElseHidden);
     m_visible = ReadBoolean(node, Names::Visibility, kVisibility_OneElseHidden);
-    return ValueOfText(kSketchTypeTexts, AttributeText(node, Names::SketchTypeEnum), m_type);
+    return ValueOfDocumentText(kSketchTypeTexts, AttributeText(node, Names::SketchTypeEnum), m_type);
 }
 
 void XMLSketch::ReadChild(xercesc::DOMNode* child, ChildContext const& context)

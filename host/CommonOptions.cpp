@@ -43,6 +43,16 @@ void AddJsonOption(CLI::App& command, bool& asJson)
     command.add_flag("--json", asJson, "Print JSON");
 }
 
+void AddFilterOptions(CLI::App& command, SceneFilter& filter, std::string const& verb)
+{
+    AddRepeatedOption(command, "--only", filter.only,
+                      verb +
+                          " this object with all below it, by its id or label, or a layer; * and ? stand for any "
+                          "characters and one; may be repeated",
+                      "NAME");
+    AddRepeatedOption(command, "--hide", filter.hide, "Leave this out, named as above; may be repeated", "NAME");
+}
+
 void AddIdOption(CLI::App& command, std::vector<std::string>& ids)
 {
     AddRepeatedOption(command, "--id", ids, "Begin a walk at this id, too; may be repeated", "ID");

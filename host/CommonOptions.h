@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "exchange/source/SceneOptions.h"
+#include "scene/SceneFilter.h"
 
 namespace CLI
 {
@@ -30,6 +31,9 @@ void AddTimeoutOption(CLI::App& command, std::optional<unsigned>& seconds);
 
 /// "--json".
 void AddJsonOption(CLI::App& command, bool& asJson);
+
+/// What of a scene is wanted: "--only" and "--hide". `verb` is what is done with it: "Export".
+void AddFilterOptions(CLI::App& command, SceneFilter& filter, std::string const& verb);
 
 /// "--id", where a walk begins besides the root.
 void AddIdOption(CLI::App& command, std::vector<std::string>& ids);

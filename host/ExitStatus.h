@@ -8,7 +8,9 @@ enum ExitStatus
 {
     kExit_Good = 0,
     kExit_Failed = 1,
-    kExit_BadArguments = 2
+    kExit_BadArguments = 2,
+    /// Of check alone: an account whose sums do not agree, which is a mistake of this program.
+    kExit_AccountsDisagree = 3
 };
 
 }  // namespace KVR

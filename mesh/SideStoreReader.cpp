@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <array>
 #include <memory>
+#include <string_view>
 #include <utility>
 
 #include "framework/api/IOUtil.h"
+#include "framework/xml_util/ReadObserver.h"
 #include "framework/xml_util/SideFilePath.h"
 #include "framework/xml_util/StoreCursor.h"
 #include "geometry/XMLCurve.h"
@@ -25,15 +27,29 @@ constexpr unsigned long long kLeastTableOffset = 8;
 // A table behind this offset is out of reach.
 constexpr unsigned long long kLastTableOffset = 0x7FFFFFFF;
 
-// The first object of an id stays.
+// The first object of an id stays; whether this is it.
 template <class Object>
-void Enter(std::map<UTF8String, StoreEntry<Object>>& store, UTF8String const& id, std::unique_ptr<Object> object)
+bool Enter(std::map<UTF8String, StoreEntry<Object>>& store, UTF8String const& id, std::unique_ptr<Object> object)
 {
     auto const [place, isNew] = store.try_emplace(id);
     if (!isNew)
-        return;
+        return false;
     place->second.object = object.get();
     place->second.owned = std::move(object);
+    return true;
+}
+
+void TellRecord(StoreCursor const& store, std::string_view kind, UTF8String const& id, unsigned long long begin,
+                bool isKept)
+{
+    if (ReadObserver* const observer = Observer()) [[unlikely]]
+        observer->RecordRead({kind, id, begin, store.Position(), isKept});
+}
+
+bool NotOpened()
+{
+    TellObserver(&ReadObserver::StoreFailed, StoreFailure::kNotOpened, "the file cannot be opened");
+    return false;
 }
 
 void Append(PolygonIndexSet& polygons, std::int32_t index)
@@ -130,10 +146,11 @@ bool SideStoreReader::ReadMeshStore(UTF16String const& path, MeshStore& meshStor
     m_materialCount = 0;
     FilePtr const file(UTF8String(ResolveSideFilePath(m_sceneFilePath, path)), "rb");
     if (!file)
-        return false;
+        return NotOpened();
     StoreCursor store(file, m_swapBytes, StoreCursor::kWholeStore);
     unsigned long long recordCount = 0;
     ReadHeader(store, recordCount);
+    TellObserver(&ReadObserver::RecordsClaimed, recordCount);
     if (recordCount == 0)
         return false;
     // Meshes take about as much memory as their records take of the file.
@@ -171,6 +188,7 @@ void SideStoreReader::ReadMaterialTable(StoreCursor& store, unsigned long long o
         if (store.Read(id) && !id.IsEmpty())
             m_materialTable.push_back(std::move(id));
     }
+    TellObserver(&ReadObserver::TableRead, offset, store.Position());
     store.Seek(records);
 }
 
@@ -179,21 +197,27 @@ void SideStoreReader::ReadRecord(StoreCursor& store, StoreMemory& memory, MeshSt
     unsigned long long recordWord = 0;
     unsigned long long type = 0;
     UTF8String id;
+    unsigned long long const begin = store.Position();
     store.Read(recordWord);
     if (!store.Read(type) || !store.Read(id) || id.IsEmpty())
+    {
+        TellRecord(store, "unknown", id, begin, false);
         return;
+    }
+    bool isKept = false;
     if (type == kMeshRecord)
     {
         auto mesh = std::make_unique<XMLPolygonMesh>(id, m_producer);
         StoreMaterials const materials{m_materialTable, static_cast<std::uint32_t>(m_materialCount)};
         MeshRecordReader(store, materials, m_geometryInfoLayout, memory, mesh->StoreContent()).Read();
-        Enter(meshStore, id, std::move(mesh));
+        isKept = Enter(meshStore, id, std::move(mesh));
     }
     else if (IsCurveKind(type))
     {
-        Enter(curveStore, id, std::make_unique<XMLCurve>(m_producer, store, static_cast<std::uint32_t>(type)));
+        isKept = Enter(curveStore, id, std::make_unique<XMLCurve>(m_producer, store, static_cast<std::uint32_t>(type)));
     }
     // Kept: a record of another type consumes nothing behind its id.
+    TellRecord(store, type == kMeshRecord ? "mesh" : IsCurveKind(type) ? "curve" : "unknown", id, begin, isKept);
 }
 
 bool SideStoreReader::ReadMeshSegmentStore(UTF16String const& fullPath, MeshStore& meshStore)
@@ -202,21 +226,23 @@ bool SideStoreReader::ReadMeshSegmentStore(UTF16String const& fullPath, MeshStor
         return true;
     FilePtr const file(UTF8String(fullPath), "rb");
     if (!file)
-        return false;
+        return NotOpened();
     StoreCursor store(file, m_swapBytes, StoreCursor::kWholeStore);
     unsigned long long recordCount = 0;
     store.Read(recordCount);
+    TellObserver(&ReadObserver::RecordsClaimed, recordCount);
     if (recordCount == 0)
         return false;
     for (unsigned long long i = 0; i < recordCount && !store.HasEnded(); ++i)
     {
+        unsigned long long const begin = store.Position();
         UTF8String id;
         store.Read(id);
-        if (id.IsEmpty())
-            continue;
+        XMLPolygonMesh* mesh = nullptr;
         // Kept: a mesh that is not there gets an entry without one, and of its record nothing more is consumed.
-        if (XMLPolygonMesh* const mesh = meshStore[id].object)
+        if (!id.IsEmpty() && (mesh = meshStore[id].object) != nullptr)
             ReadSegments(store, mesh->StoreContent());
+        TellRecord(store, "segments", id, begin, mesh != nullptr);
     }
     return true;
 }

@@ -14,6 +14,7 @@
 #include "readers/HeldProperties.h"
 #include "readers/Ignored.h"
 #include "readers/ReferenceReader.h"
+#include "readers/RegisterObject.h"
 #include "readers/UnitReader.h"
 
 namespace KVR
@@ -130,7 +131,7 @@ void XMLPolygonMesh::ReadAttributes(xercesc::DOMNode const* node)
 {
     XMLUtils::GetNodeAttribute(node, Names::Label, m_label);
     XMLUtils::GetNodeAttribute(node, Names::LODID, m_levelOfDetailId);
-    Ignored(ValueOfText(kPolygonMeshTypeTexts, AttributeText(node, Names::Type), m_meshType));
+    Ignored(ValueOfDocumentText(kPolygonMeshTypeTexts, AttributeText(node, Names::Type), m_meshType));
     XMLUtils::GetNodeAttribute(node, Names::VersionPersistentId, m_versionPersistentId);
     // Kept: absence means hidden here, although a new mesh is shown.
     m_visible = false;
@@ -157,14 +158,17 @@ bool ReadPolygonMesh(XMLProducerImpl* producer, xercesc::DOMNode* node, MeshStor
     XMLUtils::GetNodeAttribute(node, Names::ID, id);
     StoreEntry<XMLPolygonMesh>& entry = meshStore[id];
     if (!entry.object)
+    {
+        TellObserver(&ReadObserver::ElementDropped, node, DropReason::kNoRecord);
         return false;
+    }
     producer->ApplyIdMapping(id);
-    if (producer->objectCollector->HasObject(id))
+    if (IsTaken(*producer, node, id))
         return true;
     if (!entry.owned)
         return false;
     entry.owned->ReadFromXML(node, id);
-    producer->objectCollector->AddObject(entry.owned.release());
+    Register(*producer, node, std::move(entry.owned));
     return true;
 }
 

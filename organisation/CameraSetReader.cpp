@@ -11,6 +11,7 @@
 #include "producer/XMLProducerImpl.h"
 #include "readers/CoordinateReader.h"
 #include "readers/Ignored.h"
+#include "readers/RegisterObject.h"
 
 namespace KVR
 {
@@ -35,7 +36,7 @@ constexpr DecimalRow kDecimalRows[] = {
 
 void ReadAttributes(DOMNode const* node, CameraState& state)
 {
-    Ignored(ValueOfText(kCameraTypeTexts, AttributeText(node, Names::Type), state.cameraType));
+    Ignored(ValueOfDocumentText(kCameraTypeTexts, AttributeText(node, Names::Type), state.cameraType));
     // Kept: the attribute's being there is what specifies a value, also when its text does not convert.
     for (DecimalRow const& row : kDecimalRows)
     {
@@ -46,7 +47,8 @@ void ReadAttributes(DOMNode const* node, CameraState& state)
         (state.*row.member).isSpecified = true;
     }
     if (XMLCh const* const text = AttributeText(node, Names::IsDepthFieldDefined))
-        state.isDepthFieldDefined = {XMLStrUtil::XMLStrToInt(text) != 0, true};
+        state.isDepthFieldDefined = {
+            ToldBoolean(text, [](XMLCh const* held) { return XMLStrUtil::XMLStrToInt(held) != 0; }), true};
 }
 
 template <class Coordinates>
@@ -104,8 +106,7 @@ private:
                  [&]
                  {
                      // Kept: of a camera's unit only the length counts.
-                     Ignored(XMLStrUtil::StringToUnitType(
-                         XMLStrUtil::XMLStrToAStr(AttributeText(child, Names::LengthUnit)), m_state.lengthUnit));
+                     Ignored(XMLStrUtil::StringToUnitType(AttributeText(child, Names::LengthUnit), m_state.lengthUnit));
                  }),
               On(Names::CameraPosition, [&] { m_state.cameraPosition = ReadCoordinates<Position>(child); }),
               On(Names::CameraDirection, [&] { m_state.cameraDirection = ReadCoordinates<UnitVector>(child); }),
@@ -162,8 +163,8 @@ bool ReadCameraSet(XMLProducerImpl* producer, DOMNode* node, std::vector<UTF8Str
         producer->ApplyIdMapping(id);
         // Kept: an id that is taken is listed all the same, unlike that of a level of detail.
         ids.push_back(id);
-        if (!producer->objectCollector->HasObject(id))
-            producer->objectCollector->AddObject(CameraReading(child, std::move(id)).Take().release());
+        if (!IsTaken(*producer, child, id))
+            Register(*producer, child, CameraReading(child, std::move(id)).Take());
     }
     return node != nullptr;
 }

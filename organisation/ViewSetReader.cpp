@@ -12,6 +12,7 @@
 #include "readers/ExtensionDataReader.h"
 #include "readers/Ignored.h"
 #include "readers/ReferenceReader.h"
+#include "readers/RegisterObject.h"
 
 namespace KVR
 {
@@ -71,7 +72,7 @@ void ReadLengthUnit(DOMNode const* node, XMLView& view)
     // A text that is no unit leaves what an earlier element set.
     UnitTypeEnum unit = kUnitType_Unknown;
     Ignored(view.LengthUnit(unit));
-    Ignored(XMLStrUtil::StringToUnitType(XMLStrUtil::XMLStrToAStr(AttributeText(node, Names::LengthUnit)), unit));
+    Ignored(XMLStrUtil::StringToUnitType(AttributeText(node, Names::LengthUnit), unit));
     view.SetLengthUnit(unit);
 }
 
@@ -106,8 +107,8 @@ bool ReadViewSet(XMLProducerImpl* producer, DOMNode* node, std::vector<UTF8Strin
         producer->ApplyIdMapping(id);
         // Kept: an id that is taken is listed all the same.
         ids.push_back(id);
-        if (!producer->objectCollector->HasObject(id))
-            producer->objectCollector->AddObject(ReadView(producer, child, std::move(id)).release());
+        if (!IsTaken(*producer, child, id))
+            Register(*producer, child, ReadView(producer, child, std::move(id)));
     }
     return node != nullptr;
 }

@@ -11,6 +11,7 @@
 #include "producer/XMLProducerImpl.h"
 #include "readers/ExtensionDataReader.h"
 #include "readers/Ignored.h"
+#include "readers/RegisterObject.h"
 
 namespace KVR
 {
@@ -98,7 +99,7 @@ bool ReadGroupSet(XMLProducerImpl* producer, DOMNode* node, std::vector<UTF8Stri
         producer->ApplyIdMapping(id);
         // Kept: a group of an id that is taken is read and registered again.
         ids.push_back(id);
-        producer->objectCollector->AddObject(ReadGroup(producer, child, id, state).release());
+        Register(*producer, child, ReadGroup(producer, child, id, state));
     }
     return node != nullptr;
 }

@@ -8,6 +8,7 @@
 #include "framework/xml_util/XMLStrUtil.h"
 #include "producer/ElementReaders.h"
 #include "producer/XMLProducerImpl.h"
+#include "readers/RegisterObject.h"
 
 namespace KVR
 {
@@ -24,14 +25,14 @@ bool ReadLodSet(XMLProducerImpl* producer, xercesc::DOMNode* node, std::vector<U
         // Kept: the id stays as written, also where all others are mapped.
         UTF8String const id = XMLStrUtil::XMLStrToAStr(AttributeText(child, Names::ID));
         // Kept: an id that is taken is not even listed, where a camera or view is.
-        if (producer->objectCollector->HasObject(id))
+        if (IsTaken(*producer, child, id))
             continue;
         // Kept: a level of detail has no persistent id of a version, whatever the element says.
         auto lod = std::make_unique<XMLLOD>(id);
         ids.push_back(id);
         lod->SetLabel(XMLStrUtil::XMLStrToWStr(AttributeText(child, Names::Label)));
         lod->SetDescription(XMLStrUtil::XMLStrToWStr(AttributeText(child, Names::Description)));
-        producer->objectCollector->AddObject(lod.release());
+        Register(*producer, child, std::move(lod));
     }
     return node != nullptr;
 }

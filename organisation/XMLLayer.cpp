@@ -13,6 +13,7 @@
 #include "readers/ExtensionDataReader.h"
 #include "readers/Ignored.h"
 #include "readers/ReferenceReader.h"
+#include "readers/RegisterObject.h"
 
 namespace KVR
 {
@@ -37,7 +38,7 @@ using xercesc::DOMNode;
 // Kept: the word counts here and not "1", and nothing, or an empty text, means shown.
 bool IsShown(XMLCh const* visibility)
 {
-    return !visibility || *visibility == 0 || Equals(visibility, u"True");
+    return *visibility == 0 || Equals(visibility, u"True");
 }
 
 // What the elements inside a layer say about it.
@@ -83,7 +84,8 @@ void ReadLayer(XMLProducerImpl* producer, DOMNode const* node, UTF8String const&
     }
     auto layer = std::make_unique<XMLLayer>(
         XMLStrUtil::XMLStrToWStr(AttributeText(node, Names::Label)), XMLStrUtil::XMLStrToWStr(fields.description), id,
-        XMLStrUtil::XMLStrToInt(fields.number), IsShown(fields.visibility), fields.changeKey);
+        XMLStrUtil::XMLStrToInt(fields.number), (!fields.visibility || ToldBoolean(fields.visibility, &IsShown)),
+        fields.changeKey);
     if (!fields.extensionData.TypeId().IsEmpty())
         layer->AddExtensionDataContent(fields.extensionData);
     layer->SetVersionPersistentId(XMLStrUtil::XMLStrToAStr(AttributeText(node, Names::VersionPersistentId)));
@@ -91,7 +93,7 @@ void ReadLayer(XMLProducerImpl* producer, DOMNode const* node, UTF8String const&
     IdSet items;
     AddItems(*producer, fields.items, items);
     layer->SetGeometryItems(std::move(items));
-    producer->objectCollector->AddObject(layer.release());
+    Register(*producer, node, std::move(layer));
 }
 
 }  // namespace

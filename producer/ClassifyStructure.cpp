@@ -50,19 +50,17 @@ bool ClassifyStructure(xercesc::XercesDOMParser const* parser)
         return false;
     DOMNode const* const file = RootFile(document->getDocumentElement());
     unsigned long long count = 0;
+    bool hasAssembly = false;
     bool hasPart = false;
     for (DOMNode const* const child : Children(FirstNamed(file, Names::ChildSet)))
     {
         ++count;
         XMLCh const* const type = AttributeText(child, Names::Type);
-        if (Equals(type, Names::IAssembly) || Equals(type, Names::IInstance))
-            return true;
+        hasAssembly = hasAssembly || Equals(type, Names::IAssembly) || Equals(type, Names::IInstance);
         hasPart = hasPart || Equals(type, Names::IPart);
-        // A part with any sibling makes an assembly, whichever of the two comes first.
-        if (count >= 2 && hasPart)
-            return true;
     }
-    return false;
+    // A part with any sibling makes an assembly, whichever of the two comes first.
+    return hasAssembly || (hasPart && count >= 2);
 }
 
 }  // namespace KVR

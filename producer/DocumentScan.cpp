@@ -1,7 +1,10 @@
 #include "producer/DocumentScan.h"
 
+#include <algorithm>
 #include <memory>
 #include <optional>
+#include <string_view>
+#include <vector>
 #include <xercesc/dom/DOMDocument.hpp>
 #include <xercesc/dom/DOMElement.hpp>
 #include <xercesc/parsers/XercesDOMParser.hpp>
@@ -125,13 +128,44 @@ void TellIfUnread(Scan const& scan, DOMNode const* node, InfoRow const& row)
         options->UnreadSideFileHandler()(path);
 }
 
+bool IsOn(DOMNode const* node, InfoRow const& row)
+{
+    if (!row.switchAttribute)
+        return true;
+    XMLCh const* const text = AttributeText(node, *row.switchAttribute);
+    return text && ToldBoolean(text, [](XMLCh const* word) { return Equals(word, kSwitchedOn); });
+}
+
+void TellSection(ReadObserver& observer, Scan const& scan, DOMNode const* node, InfoRow const& row, bool isOn)
+{
+    bool const hasPath = !PathText(node).IsEmpty();
+    SectionState const state = !isOn ? SectionState::kOff : hasPath ? SectionState::kRead : SectionState::kNoPath;
+    observer.SectionMet(node, hasPath ? FullPath(scan, node, row) : UTF16String(), state);
+}
+
+// Tells an observer which names are known under the root, and what the universe's is.
+void TellNamesUnderRoot(ReadObserver& observer, DOMNode const* node)
+{
+    std::vector<std::u16string_view> names;
+    for (InfoRow const& row : kInfoRows)
+        names.emplace_back(row.name);
+    names.emplace_back(Names::IUniverse);
+    for (ElementName const& name : ObjectNodeIndex::ObjectNames())
+        names.emplace_back(name);
+    auto const matched = std::find_if(names.begin(), names.end(),
+                                      [&](std::u16string_view name) { return Equals(node->getNodeName(), name); });
+    observer.NamesTried(node, names, static_cast<std::size_t>(matched - names.begin()));
+}
+
 bool ReadInfoSection(Scan const& scan, DOMNode const* node, XMLCh const* name)
 {
     for (InfoRow const& row : kInfoRows)
     {
         if (!Equals(name, row.name))
             continue;
-        bool const isOn = !row.switchAttribute || Equals(AttributeText(node, *row.switchAttribute), kSwitchedOn);
+        bool const isOn = IsOn(node, row);
+        if (ReadObserver* const observer = Observer()) [[unlikely]]
+            TellSection(*observer, scan, node, row, isOn);
         if (isOn && AttributeText(node, Names::Path))
         {
             TellIfUnread(scan, node, row);
@@ -165,6 +199,8 @@ bool ScanDocument(xercesc::XercesDOMParser const* parser, UTF16String const& sce
     xercesc::DOMDocument const* const document = const_cast<xercesc::XercesDOMParser*>(parser)->getDocument();
     for (DOMNode* const node : Children(document->getDocumentElement()))
     {
+        if (ReadObserver* const observer = Observer()) [[unlikely]]
+            TellNamesUnderRoot(*observer, node);
         XMLCh const* const name = node->getNodeName();
         if (ReadInfoSection(scan, node, name))
             continue;

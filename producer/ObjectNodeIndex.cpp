@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <utility>
 
 #include "framework/api/IComponent.h"
 #include "framework/xml_util/DomWalk.h"
@@ -54,7 +55,7 @@ void ReadComponent(XMLProducerImpl& producer, DOMNode* node)
     SideFileIndex& index = *producer.sideFileIndex;
     auto component = std::make_unique<Component>(&producer);
     Ignored(component->ReadFromXML(node, index.bodyEntities, index.curveEntities, index.meshStore, index.curveStore));
-    producer.objectCollector->AddObject(component.release());
+    Register(producer, node, std::move(component));
 }
 
 }  // namespace
@@ -68,11 +69,18 @@ bool ObjectNodeIndex::IsObjectName(XMLCh const* name)
                        [&](ElementName const& object) { return Equals(name, object); });
 }
 
+std::span<ElementName const> ObjectNodeIndex::ObjectNames() noexcept
+{
+    return kObjectNames;
+}
+
 void ObjectNodeIndex::AddNode(DOMNode* node)
 {
     UTF8String id;
     XMLUtils::GetNodeAttribute(node, Names::ID, id);
-    m_nodes[id] = node;
+    DOMNode*& noted = m_nodes[id];
+    TellObserver(&ReadObserver::NodeNoted, node, noted);
+    noted = node;
 }
 
 void ObjectNodeIndex::ReadAllNodes(XMLProducerImpl* producer)
@@ -89,9 +97,20 @@ void ObjectNodeIndex::ReadAllNodes(XMLProducerImpl* producer)
     m_files.clear();
 }
 
+ReferenceEnd ObjectNodeIndex::EndOf(Nodes::const_iterator found) const
+{
+    if (found == m_nodes.end())
+        return ReferenceEnd::kUnknown;
+    if (!found->second)
+        return ReferenceEnd::kTaken;
+    return m_depth >= kDeepestReference ? ReferenceEnd::kTooDeep : ReferenceEnd::kRead;
+}
+
 bool ObjectNodeIndex::ReadNodeById(UTF8String const& id)
 {
     auto const found = m_nodes.find(id);
+    if (ReadObserver* const observer = Observer()) [[unlikely]]
+        observer->NodeAsked(id, EndOf(found));
     return found == m_nodes.end() || DispatchNode(*found);
 }
 
@@ -103,7 +122,9 @@ bool ObjectNodeIndex::DispatchNode(Nodes::value_type& entry)
     // From here on the element counts as done, so that a reference that leads back to it ends.
     entry.second = nullptr;
     ++m_depth;
+    TellObserver(&ReadObserver::NodeBegun, node);
     Outcome const outcome = ReadObject(node);
+    TellObserver(&ReadObserver::NodeEnded, node);
     --m_depth;
     if (!outcome.isDone)
         entry.second = node;
@@ -184,7 +205,11 @@ ObjectNodeIndex::Outcome ObjectNodeIndex::ReadCurve(DOMNode* node)
     if (hasStore)
         outcome.isDone = ReadCurveFromStore(m_producer, node, index.curveStore, id);
     if (index.curveEntities.empty())
+    {
+        if (!outcome.isDone)
+            TellObserver(&ReadObserver::ElementDropped, node, DropReason::kNoRecord);
         return outcome;
+    }
     // Kept: looked up by the id as written, also when ids are mapped.
     UTF8String writtenId;
     XMLUtils::GetNodeAttribute(node, Names::ID, writtenId);
@@ -194,7 +219,7 @@ ObjectNodeIndex::Outcome ObjectNodeIndex::ReadCurve(DOMNode* node)
     outcome.answer = curve->ReadFromXML(node, index.curveEntities);
     if (outcome.answer)
     {
-        m_producer->objectCollector->AddObject(curve.release());
+        Register(*m_producer, node, std::move(curve));
         outcome.isDone = true;
     }
     return outcome;
@@ -205,7 +230,7 @@ void ObjectNodeIndex::ReadFile(DOMNode* node)
     auto owned = std::make_unique<XMLFile>(UTF16String(), m_producer);
     XMLFile* const file = owned.get();
     Ignored(file->ReadFromXML(node));
-    m_producer->objectCollector->AddObject(owned.release());
+    Register(*m_producer, node, std::move(owned));
     if (file->IsRoot())
     {
         m_producer->rootId = std::make_unique<RootId>(file);

@@ -1,16 +1,19 @@
 #pragma once
 
 #include <map>
+#include <span>
 #include <vector>
 #include <xercesc/dom/DOMNode.hpp>
 
 #include "framework/api/UTF8String.h"
+#include "framework/xml_util/FormatNames.h"
 
 namespace KVR
 {
 
 class XMLFile;
 class XMLProducerImpl;
+enum class ReferenceEnd;
 
 /// The object elements under the document's root by their ids as written, and the reading of them, each once, in the
 /// order of the ids or earlier when another object needs it.
@@ -30,6 +33,8 @@ public:
 
     /// Whether an element of this name under the document's root is an object.
     static bool IsObjectName(XMLCh const* name);
+    /// The names of the elements there that are objects.
+    static std::span<ElementName const> ObjectNames() noexcept;
     /// Notes the element under its "ID". A second one of an id replaces the first; those without the attribute all
     /// fall on the empty id.
     void AddNode(xercesc::DOMNode* node);
@@ -41,6 +46,7 @@ public:
     XMLProducerImpl* Producer() const noexcept { return m_producer; }
 
 private:
+    ReferenceEnd EndOf(Nodes::const_iterator found) const;
     bool DispatchNode(Nodes::value_type& entry);
     /// What became of an element: whether it is never to be read again, and what its reader answers.
     struct Outcome

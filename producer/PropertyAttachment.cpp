@@ -4,6 +4,7 @@
 
 #include "framework/api/ObjectVisitor.h"
 #include "framework/xml_util/PropertyStream.h"
+#include "framework/xml_util/ReadObserver.h"
 #include "framework/xml_util/XMLBrep.h"
 #include "geometry/XMLGeometricSet.h"
 #include "mesh/XMLPolygonMesh.h"
@@ -80,6 +81,7 @@ public:
             return;
         if (!m_isSearched || !(objectId == m_objectId))
             Search(objectId);
+        TellObserver(&ReadObserver::PropertyHanded, m_isFound, !std::holds_alternative<std::monostate>(m_holder));
         std::visit(Handover(property, m_producer), m_holder);
     }
 
@@ -87,8 +89,10 @@ private:
     void Search(UTF8String const& objectId)
     {
         HolderFinder finder;
-        if (IObject* const object = m_producer.Load(objectId))
+        IObject* const object = m_producer.Load(objectId);
+        if (object)
             object->AcceptVisitor(&finder);
+        m_isFound = object != nullptr;
         m_holder = finder.Found();
         m_objectId = objectId;
         m_isSearched = true;
@@ -99,6 +103,7 @@ private:
     UTF8String m_objectId;
     HolderFinder::Holder m_holder;
     bool m_isSearched = false;
+    bool m_isFound = false;
 };
 
 }  // namespace

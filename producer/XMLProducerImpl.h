@@ -6,7 +6,6 @@
 #include <xercesc/util/XercesDefs.hpp>
 
 #include "framework/api/FileProperties.h"
-#include "framework/api/IRenderStyle.h"
 #include "framework/api/IUniverse.h"
 #include "framework/api/ObjectCollector.h"
 #include "framework/api/TypesafeId.h"
@@ -64,11 +63,6 @@ public:
 
     /// The kernel history stream that the scene's bodies and curves belong to, made when it is first asked for; owned.
     HISTORY_STREAM* GetHistoryStream();
-
-    /// The enumerator that a text names; false, with the output left alone, for any other text.
-    static bool PointMarkerType(UTF16String const& text, IRenderStyle::PointStyleMarkerTypeEnum& type);
-    static bool CurveFontType(UTF16String const& text, IRenderStyle::CurveStyleFontTypeEnum& type);
-    static bool CurveFillType(UTF16String const& text, IRenderStyle::CurveStyleFillTypeEnum& type);
 
     UTF16String const& FileName() const noexcept { return m_fileName; }
 

@@ -1,8 +1,7 @@
-// What the producer offers to its readers: id mapping and text tables.
+// What the producer offers to its readers: id mapping and the history stream.
 
 #include "framework/api/StringUtil.h"
 #include "framework/gmk_interface/GMKHistoryUtil.h"
-#include "framework/xml_util/EnumTexts.h"
 #include "producer/XMLProducerImpl.h"
 
 namespace KVR
@@ -43,21 +42,6 @@ bool XMLProducerImpl::QueryMappedObject(UTF8String const& id, UTF8String& mapped
         mapped = found->second;
     }
     return objectCollector->HasObject(mapped);
-}
-
-bool XMLProducerImpl::PointMarkerType(UTF16String const& text, IRenderStyle::PointStyleMarkerTypeEnum& type)
-{
-    return ValueOfText(kPointStyleMarkerTypeTexts, text.View(), type);
-}
-
-bool XMLProducerImpl::CurveFontType(UTF16String const& text, IRenderStyle::CurveStyleFontTypeEnum& type)
-{
-    return ValueOfText(kCurveStyleFontTypeTexts, text.View(), type);
-}
-
-bool XMLProducerImpl::CurveFillType(UTF16String const& text, IRenderStyle::CurveStyleFillTypeEnum& type)
-{
-    return ValueOfText(kCurveStyleFillTypeTexts, text.View(), type);
 }
 
 HISTORY_STREAM* XMLProducerImpl::GetHistoryStream()

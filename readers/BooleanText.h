@@ -34,7 +34,7 @@ inline constexpr BooleanForm kVisibility_OneElseHiddenAbsentShown = {
 inline bool ReadBoolean(xercesc::DOMNode const* node, AttributeName name, BooleanForm const& form)
 {
     XMLCh const* const text = AttributeText(node, name);
-    return text ? form.test(text) : form.ifAbsent;
+    return text ? ToldBoolean(text, form.test) : form.ifAbsent;
 }
 
 }  // namespace KVR

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -55,6 +56,17 @@ struct ChildRow
     OnFailureEnum onFailure;
 };
 
+/// Tells an observer which rows the child is compared with.
+template <class ChildIdT>
+void TellRows(ReadObserver& observer, xercesc::DOMNode const* child, std::span<ChildRow<ChildIdT> const> rows)
+{
+    std::vector<std::u16string_view> names(rows.size());
+    std::transform(rows.begin(), rows.end(), names.begin(), [](auto const& row) { return row.name; });
+    XMLCh const* const name = child->getNodeName();
+    auto const matched = std::find_if(names.begin(), names.end(), [&](auto const& held) { return Equals(name, held); });
+    observer.NamesTried(child, names, static_cast<std::size_t>(matched - names.begin()));
+}
+
 /// Reads the children of a "ChildSet" by the owner's rows, in document order; a child of any other name is skipped.
 template <class ChildIdT>
 [[nodiscard]] ChildSetEnd ReadChildSet(std::span<ChildRow<ChildIdT> const> rows, ChildContext const& context,
@@ -62,6 +74,8 @@ template <class ChildIdT>
 {
     for (xercesc::DOMNode* const child : Children(node))
     {
+        if (ReadObserver* const observer = Observer()) [[unlikely]]
+            TellRows(*observer, child, rows);
         XMLCh const* const name = child->getNodeName();
         for (ChildRow<ChildIdT> const& row : rows)
         {
@@ -69,6 +83,8 @@ template <class ChildIdT>
                 continue;
             if (!row.build(context, child, children))
             {
+                TellObserver(&ReadObserver::ChildFailed, node, child, row.onFailure != kOnFailure_Next,
+                             row.onFailure == kOnFailure_Abort);
                 if (row.onFailure == kOnFailure_Stop)
                     return ChildSetEnd::kStopped;
                 if (row.onFailure == kOnFailure_Abort)

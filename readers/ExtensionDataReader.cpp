@@ -21,13 +21,13 @@ bool ReadExtensionData(xercesc::DOMNode const* node, ExtensionDataContent& conte
     content.SetTypeId(XMLStrUtil::XMLStrToAStr(AttributeOrEmpty(node, Names::TypeId)));
     content.SetData(XMLStrUtil::XMLStrToAStr(AttributeOrEmpty(node, Names::Content)));
     auto pathType = ExtensionDataContent::kObjectPathType_Other;
-    Ignored(ValueOfText(kObjectPathTypeTexts, AttributeText(node, Names::Type), pathType));
+    Ignored(ValueOfDocumentText(kObjectPathTypeTexts, AttributeText(node, Names::Type), pathType));
     content.SetObjectPath(ParseOccurrencePath(XMLStrUtil::XMLStrToAStr(AttributeOrEmpty(node, Names::OccurrencePath))),
                           pathType);
     if (XMLCh const* const text = AttributeText(node, Names::LengthUnit))
     {
         UnitTypeEnum unit = kUnitType_Unknown;
-        XMLStrUtil::StringToUnitType(XMLStrUtil::XMLStrToAStr(text), unit);
+        XMLStrUtil::StringToUnitType(text, unit);
         content.SetLengthUnit(unit);
     }
     if (XMLCh const* const text = AttributeText(node, Names::Transformation))

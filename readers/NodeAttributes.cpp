@@ -13,6 +13,7 @@ bool ReadNodeAttributes(xercesc::DOMNode const* node, AttributeMap& attributes)
 {
     if (!IsElement(node))
         return false;
+    TellObserver(&ReadObserver::AllAttributesTaken, node);
     xercesc::DOMNamedNodeMap const* const items = node->getAttributes();
     for (XMLSize_t i = 0; i < items->getLength(); ++i)
     {

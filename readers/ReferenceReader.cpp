@@ -44,7 +44,10 @@ bool ReadCameraRefs(XMLProducerImpl* producer, xercesc::DOMNode const* node, IdS
 
 bool ReadChildRef(XMLProducerImpl* producer, xercesc::DOMNode const* node, UTF8String& id)
 {
-    return producer->QueryMappedObject(XMLStrUtil::XMLStrToAStr(AttributeOrEmpty(node, Names::ID)), id);
+    UTF8String const writtenId = XMLStrUtil::XMLStrToAStr(AttributeOrEmpty(node, Names::ID));
+    bool const isFound = producer->QueryMappedObject(writtenId, id);
+    TellObserver(&ReadObserver::ReferenceMet, node, writtenId, isFound);
+    return isFound;
 }
 
 }  // namespace KVR

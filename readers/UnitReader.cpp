@@ -14,7 +14,7 @@ namespace
 
 bool ReadUnitText(xercesc::DOMNode const* node, AttributeName name, UnitTypeEnum& unit)
 {
-    return XMLStrUtil::StringToUnitType(XMLStrUtil::XMLStrToAStr(AttributeOrEmpty(node, name)), unit);
+    return XMLStrUtil::StringToUnitType(AttributeOrEmpty(node, name), unit);
 }
 
 bool ReadDouble(xercesc::DOMNode const* node, AttributeName name, double& value)

@@ -67,7 +67,10 @@ bool BuildCurve(ChildContext const& context, xercesc::DOMNode* node, std::vector
         return true;
     }
     if (context.curveEntities.empty())
+    {
+        TellObserver(&ReadObserver::ElementDropped, node, DropReason::kNoRecord);
         return true;
+    }
     return AddChild(ReadAndRegister<XMLCurve>(context.producer, node, context.curveEntities), children);
 }
 

@@ -38,7 +38,7 @@ bool BuildFeatureOverride(ChildContext const& context, xercesc::DOMNode* node, s
     if (!featureOverride->ReadFromXML(node, context.bodyEntities, context.meshStore))
         return false;
     children.emplace_back(static_cast<IAssemblyFeatureOverride const*>(featureOverride.get()));
-    context.producer->objectCollector->AddObject(featureOverride.release());
+    Register(*context.producer, node, std::move(featureOverride));
     return true;
 }
 

@@ -51,6 +51,7 @@ void XMLAssemblyFeatureOverride::ReadBaseOccPaths(xercesc::DOMNode const* node)
 {
     auto const addPaths = [&](xercesc::DOMNode const* element)
     {
+        TellObserver(&ReadObserver::AllAttributesTaken, element);
         xercesc::DOMNamedNodeMap const& attributes = *element->getAttributes();
         for (XMLSize_t i = 0; i < attributes.getLength(); ++i)
             m_baseOccPaths.AddPath(ParseOccurrencePath(XMLStrUtil::XMLStrToAStr(attributes.item(i)->getNodeValue())));

@@ -67,8 +67,9 @@ void XMLFile::ReadAttributes(xercesc::DOMNode const* node)
     XMLUtils::GetNodeAttribute(node, Names::ID, m_id);
     m_producer->ApplyIdMapping(m_id);
     XMLUtils::GetNodeAttribute(node, Names::FileFullPath, m_fileFullPath);
-    m_hasLastModificationTime = Time::FromString(
-        XMLStrUtil::XMLStrToAStr(AttributeOrEmpty(node, Names::LastModificationTime)), m_lastModificationTime);
+    XMLCh const* const time = AttributeOrEmpty(node, Names::LastModificationTime);
+    m_hasLastModificationTime =
+        ToldText(time, TextForm::kTime, Time::FromString(XMLStrUtil::XMLStrToAStr(time), m_lastModificationTime));
     XMLUtils::GetNodeAttribute(node, Names::Label, m_label);
     XMLUtils::GetNodeAttribute(node, Names::IsRoot, m_isRoot);
     XMLUtils::GetNodeAttribute(node, Names::VersionPersistentId, m_versionPersistentId);
@@ -115,7 +116,11 @@ void XMLFile::ReadChildSet(xercesc::DOMNode const* node)
         UTF8String const writtenId = XMLStrUtil::XMLStrToAStr(AttributeOrEmpty(child, Names::ID));
         UTF8String id = writtenId;
         m_producer->ApplyIdMapping(id);
-        if (m_producer->objectCollector->HasObject(id) || m_producer->objectNodeIndex->ReadNodeById(writtenId))
+        bool const isListed =
+            m_producer->objectCollector->HasObject(id) || m_producer->objectNodeIndex->ReadNodeById(writtenId);
+        if (ReadObserver* const observer = Observer()) [[unlikely]]
+            observer->ReferenceMet(child, writtenId, m_producer->objectCollector->HasObject(id));
+        if (isListed)
             m_childIds.push_back(std::move(id));
     }
 }

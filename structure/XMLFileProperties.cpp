@@ -36,12 +36,12 @@ bool SetFromText(CustomProperty& property, PropertyTypeEnum type, UTF16String co
             return true;
         }
         case kPropertyType_Bool:
-            property.SetProperty(name, kBoolean_TrueWordElseFalse.test(value));
+            property.SetProperty(name, ToldBoolean(value, kBoolean_TrueWordElseFalse.test));
             return true;
         case kPropertyType_Time:
         {
             Time time;
-            if (!Time::FromString(XMLStrUtil::XMLStrToAStr(value), time))
+            if (!ToldText(value, TextForm::kTime, Time::FromString(XMLStrUtil::XMLStrToAStr(value), time)))
                 return false;
             property.SetProperty(name, time.Value());
             return true;
@@ -93,7 +93,7 @@ void XMLFileProperties::ReadCustomProperties(xercesc::DOMNode const* node)
     {
         if (!IsNamed(child, Names::CustomProperty))
             continue;
-        Ignored(ValueOfText(kPropertyTypeTexts, AttributeText(child, Names::Type), type));
+        Ignored(ValueOfDocumentText(kPropertyTypeTexts, AttributeText(child, Names::Type), type));
         CustomProperty property;
         UTF16String const name = XMLStrUtil::XMLStrToWStr(AttributeOrEmpty(child, Names::Key));
         if (SetFromText(property, type, name, AttributeOrEmpty(child, Names::Value)))

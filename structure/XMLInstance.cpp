@@ -22,6 +22,7 @@
 #include "readers/Ignored.h"
 #include "readers/NodeAttributes.h"
 #include "readers/ReferenceReader.h"
+#include "readers/RegisterObject.h"
 #include "readers/UnitReader.h"
 
 namespace KVR
@@ -93,6 +94,8 @@ void ReadTarget(XMLProducerImpl& producer, ObjectNodeIndex& objectNodeIndex, DOM
     XMLStrUtil::GetTransfFromStr(AttributeOrEmpty(node, Names::Transformation), fields.transform);
     if (!producer.objectCollector->HasObject(fields.targetId))
         Ignored(objectNodeIndex.ReadNodeById(writtenId));
+    if (ReadObserver* const observer = Observer()) [[unlikely]]
+        observer->ReferenceMet(node, writtenId, producer.objectCollector->HasObject(fields.targetId));
 }
 
 void ReadChildren(XMLProducerImpl& producer, ObjectNodeIndex& objectNodeIndex, DOMNode const* node,
@@ -173,9 +176,11 @@ XMLInstance* ReadInstance(DOMNode* node, ObjectNodeIndex& objectNodeIndex)
     ReadAttributes(producer, node, *fields);
     ReadChildren(producer, objectNodeIndex, node, *fields);
     std::unique_ptr<XMLInstance> instance = Dress(producer, *fields);
-    XMLInstance* const registered = instance.get();
-    producer.objectCollector->AddObject(instance.release());
-    return registered;
+    if (!instance)
+        TellObserver(
+            &ReadObserver::ElementDropped, node,
+            producer.objectCollector->HasObject(fields->targetId) ? DropReason::kTargetKind : DropReason::kNoTarget);
+    return Register(producer, node, std::move(instance));
 }
 
 }  // namespace KVR

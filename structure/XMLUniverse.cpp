@@ -113,7 +113,8 @@ void XMLUniverse::ReadViewData(xercesc::DOMNode const* node)
             double x = 0.0;
             double y = 0.0;
             double z = 0.0;
-            if (ReadVectorText(XMLStrUtil::XMLStrToAStr(TextContent(child)), x, y, z))
+            XMLCh const* const text = TextContent(child);
+            if (ToldText(text, TextForm::kVector, ReadVectorText(XMLStrUtil::XMLStrToAStr(text), x, y, z)))
                 (*m_viewingData.*set)(x, y, z);
         };
         Match(child,                                                          //
@@ -134,7 +135,10 @@ void XMLUniverse::ReadCustomData(xercesc::DOMNode const* node)
 void XMLUniverse::ReadCustomDataItem(xercesc::DOMNode const* item)
 {
     int type = 0;
-    if (StringUtil::ToInt(NarrowAttribute(item, Names::Type), type, 10) != StringUtil::kConversionStatus_Success)
+    XMLCh const* const typeText = AttributeOrEmpty(item, Names::Type);
+    if (!ToldText(
+            typeText, TextForm::kInteger,
+            StringUtil::ToInt(XMLStrUtil::XMLStrToAStr(typeText), type, 10) == StringUtil::kConversionStatus_Success))
         return;
     UTF8String key = NarrowAttribute(item, Names::Key);
     // The key is listed before its value is looked at, so that one whose value fails stands there without a value.
@@ -161,8 +165,10 @@ void XMLUniverse::ReadCustomDataItem(xercesc::DOMNode const* item)
 bool XMLUniverse::ReadBlob(xercesc::DOMNode const* item, Variant& value) const
 {
     unsigned long size = 0;
-    if (StringUtil::ToUnsignedlong(NarrowAttribute(item, Names::BlobBufferSize).Value(), size, 10) !=
-        StringUtil::kConversionStatus_Success)
+    XMLCh const* const sizeText = AttributeOrEmpty(item, Names::BlobBufferSize);
+    if (!ToldText(sizeText, TextForm::kInteger,
+                  StringUtil::ToUnsignedlong(XMLStrUtil::XMLStrToAStr(sizeText).Value(), size, 10) ==
+                      StringUtil::kConversionStatus_Success))
         return false;
     UTF16String const path = XMLStrUtil::XMLStrToWStr(AttributeOrEmpty(item, Names::Path));
     VitreolBinaryDataExternalFileReader const reader(m_sceneFilePath, path);

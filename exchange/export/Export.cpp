@@ -51,6 +51,7 @@ constexpr ExportFormat kFormats[] = {
     {".step", &ExportStep, kStage_Transferring},
     {".stp", &ExportStep, kStage_Transferring},
     {".brep", &ExportBrep},
+    {".html", &ExportView},
 };
 
 // A failure that is a sentence of its own.
@@ -124,7 +125,7 @@ bool IsMissing(Scene::Cut const& cut)
 
 // Writes the file that is to become `target` at `path`. Nothing, when it is not to go on; else the remarks.
 std::optional<std::vector<std::string>> Write(IProducer& producer, UTF8String const& rootId, std::string const& target,
-                                              std::string const& path, std::string const& folder,
+                                              std::string const& path, std::string const& scenePath,
                                               ExportOptions const& options, Progress const& progress,
                                               GeometryWatch watch = {})
 {
@@ -133,7 +134,8 @@ std::optional<std::vector<std::string>> Write(IProducer& producer, UTF8String co
         throw std::runtime_error("the root of the scene is no file, assembly or part, so there is nothing to export");
     if (!Begin(progress, FormatOf(target)->stage))
         return {};
-    ExportTask task(producer, scene, options, path, folder,
+    std::filesystem::path const source(scenePath);
+    ExportTask task(producer, scene, options, path, source.parent_path().string(),
                     EachPercent(
                         [&](ProgressReport const& report)
                         {
@@ -141,6 +143,7 @@ std::optional<std::vector<std::string>> Write(IProducer& producer, UTF8String co
                                 throw Stopped();
                         }),
                     std::move(watch));
+    task.source = options.sourceName.empty() ? source.filename().string() : options.sourceName;
     auto const cuts = std::count_if(scene.Cuts().begin(), scene.Cuts().end(), &IsMissing);
     task.notCarried.Add("instances without a target, or in a cycle", static_cast<unsigned long long>(cuts));
     FormatOf(target)->write(task);
@@ -171,8 +174,7 @@ void ExportHere(SceneOptions const& sceneOptions, std::string const& target, std
             voice.Progress(report);
             return true;
         };
-        auto const remarks = Write(file.Producer(), *reading.rootId, target, path,
-                                   std::filesystem::path(sceneOptions.path).parent_path().string(), options, tell,
+        auto const remarks = Write(file.Producer(), *reading.rootId, target, path, sceneOptions.path, options, tell,
                                    {[&](std::string const& id) { voice.Subject(id); }, leftOut});
         for (std::string const& remark : remarks.value())
             voice.Remark(remark);
@@ -223,9 +225,8 @@ void ExportInChildren(SceneOptions const& scene, std::string const& path, WorkFo
         std::string const ended = "its writer ended " + child.EndText();
         std::string const subject = Escaped(child.subject);
         if (child.failure || subject.empty() || leftOut.size() == kMostLeftOut)
-            throw ExportError(child.failure.value_or(Escaped(path) + ": " + ended +
-                                                     (subject.empty() ? "" : ", at " + subject) +
-                                                     "; nothing was written"));
+            throw ExportError(child.failure.value_or(
+                Escaped(path) + ": " + ended + (subject.empty() ? "" : ", at " + subject) + "; nothing was written"));
         remarks.push_back(subject + " is left out, since with it " + ended);
         leftOut.insert(child.subject);
         folder.Clear();

@@ -47,6 +47,8 @@ struct ExportTask
     std::string path;
     /// That of the scene, from which it names files; empty for the current one.
     std::string folder;
+    /// The name of the file that the scene is of, without a folder; empty where there is none.
+    std::string source = {};
     NotCarriedCounts notCarried;
     /// What else is to be said, each a sentence without its full stop.
     std::vector<std::string> remarks = {};

@@ -31,6 +31,8 @@
 #include <StepShape_ShellBasedSurfaceModel.hxx>
 #include <StepShape_SolidModel.hxx>
 #include <StepVisual_CameraModelD3.hxx>
+#include <StepVisual_DraughtingCallout.hxx>
+#include <StepVisual_DraughtingModel.hxx>
 #include <TColStd_SequenceOfAsciiString.hxx>
 #include <TCollection_HAsciiString.hxx>
 #include <TopoDS_Shape.hxx>
@@ -201,8 +203,24 @@ void ReadEye(ModelDocument& model, StepVisual_CameraModelD3 const& camera)
                        std::array{eye->CoordinatesValue(1), eye->CoordinatesValue(2), eye->CoordinatesValue(3)});
 }
 
-// The names of bodies, the eyes of views, and the numbers of the entities of faces and edges, by what Open CASCADE made
-// of them.
+void ReadDrawings(ModelDocument& model, StepVisual_DraughtingModel const& view)
+{
+    std::string name;
+    std::vector<std::string> drawings;
+    for (int i = 1; i <= view.NbItems(); ++i)
+    {
+        Handle(StepRepr_RepresentationItem) const item = view.ItemsValue(i);
+        if (auto const camera = Handle(StepVisual_CameraModelD3)::DownCast(item); !camera.IsNull())
+            name = TextOf(camera->Name());
+        else if (!item.IsNull() && item->IsKind(STANDARD_TYPE(StepVisual_DraughtingCallout)))
+            drawings.push_back(TextOf(item->Name()));
+    }
+    if (!name.empty())
+        model.drawings.emplace(name, std::move(drawings));
+}
+
+// The names of bodies, the eyes of views and their drawings, and the numbers of the entities of faces and edges, by
+// what Open CASCADE made of them.
 void ReadEntityIds(ModelDocument& model, Handle(XSControl_WorkSession) const& session)
 {
     Handle(Transfer_TransientProcess) const process = session->TransferReader()->TransientProcess();
@@ -212,6 +230,8 @@ void ReadEntityIds(ModelDocument& model, Handle(XSControl_WorkSession) const& se
         Handle(Standard_Transient) const entity = step->Value(number);
         if (auto const camera = Handle(StepVisual_CameraModelD3)::DownCast(entity); !camera.IsNull())
             ReadEye(model, *camera);
+        if (auto const view = Handle(StepVisual_DraughtingModel)::DownCast(entity); !view.IsNull())
+            ReadDrawings(model, *view);
         bool const isBody = entity->IsKind(STANDARD_TYPE(StepShape_SolidModel)) ||
                             entity->IsKind(STANDARD_TYPE(StepShape_ShellBasedSurfaceModel));
         if (!isBody && !entity->IsKind(STANDARD_TYPE(StepShape_Face)) &&

@@ -158,6 +158,13 @@ private:
 
 }  // namespace
 
+std::unique_ptr<xercesc::XMLEntityResolver> MakeEntityResolver(DocumentPolicy const& policy)
+{
+    if (policy.otherDocuments == DocumentPolicy::OtherDocuments::kAll)
+        return nullptr;
+    return std::make_unique<FilesAlone>(policy.otherDocuments);
+}
+
 std::unique_ptr<XercesDOMParser> MakeDocumentParser()
 {
     NoteDocumentRefusal(std::nullopt);

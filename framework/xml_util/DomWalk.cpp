@@ -62,16 +62,21 @@ XMLCh const* FindAttribute(DOMNode const* node, XMLCh const* name)
     for (XMLSize_t i = 0, count = attributes->getLength(); i < count; ++i)
     {
         DOMNode const* const attribute = attributes->item(i);
-        if (Equal(attribute->getNodeName(), name))
-            return AttributeValue(attribute);
+        if (!Equal(attribute->getNodeName(), name))
+            continue;
+        XMLCh const* const text = AttributeValue(attribute);
+        TellObserver(&ReadObserver::AttributeAsked, node, name, static_cast<long>(i), text);
+        return text;
     }
+    TellObserver(&ReadObserver::AttributeAsked, node, name, -1L, nullptr);
     return nullptr;
 }
 
-XMLCh const* TextContent(DOMNode* node)
+namespace
 {
-    if (!node)
-        return nullptr;
+
+XMLCh const* TextOf(DOMNode* node)
+{
     // Nearly always there is one run of text, which the document holds already.
     DOMNode const* const first = node->getFirstChild();
     if (!first)
@@ -85,6 +90,17 @@ XMLCh const* TextContent(DOMNode* node)
             text += at->getNodeValue();
     }
     return node->getOwnerDocument()->createTextNode(text.c_str())->getData();
+}
+
+}  // namespace
+
+XMLCh const* TextContent(DOMNode* node)
+{
+    if (!node)
+        return nullptr;
+    XMLCh const* const text = TextOf(node);
+    TellObserver(&ReadObserver::TextTaken, node, text);
+    return text;
 }
 
 }  // namespace KVR

@@ -1,10 +1,13 @@
 #pragma once
 
+#include <array>
+#include <span>
 #include <string_view>
 #include <xercesc/dom/DOMNode.hpp>
 
 #include "framework/xml_util/Export.h"
 #include "framework/xml_util/FormatNames.h"
+#include "framework/xml_util/ReadObserver.h"
 
 namespace KVR
 {
@@ -50,7 +53,15 @@ inline bool IsElement(xercesc::DOMNode const* node)
 /// Whether the node is an element of that name, exactly.
 inline bool IsNamed(xercesc::DOMNode const* node, ElementName name)
 {
-    return IsElement(node) && Equals(node->getNodeName(), name);
+    if (!IsElement(node))
+        return false;
+    bool const isNamed = Equals(node->getNodeName(), name);
+    if (ReadObserver* const observer = Observer()) [[unlikely]]
+    {
+        std::u16string_view const tried = name;
+        observer->NamesTried(node, {&tried, 1}, isNamed ? 0 : 1);
+    }
+    return isNamed;
 }
 
 /// The child elements of a node, in document order; none for a null node.
@@ -83,7 +94,10 @@ public:
         xercesc::DOMNode* m_node;
     };
 
-    explicit ChildElements(xercesc::DOMNode const* node) : m_first(node ? node->getFirstChild() : nullptr) {}
+    explicit ChildElements(xercesc::DOMNode const* node) : m_first(node ? node->getFirstChild() : nullptr)
+    {
+        TellObserver(&ReadObserver::ChildrenWalked, node);
+    }
     /// An iterator at the first element, or at the end.
     Iterator begin() const { return Iterator(m_first); }
     /// An iterator behind the last element.
@@ -107,10 +121,16 @@ struct MatchRow
     bool anyCase;
     Action action;
 
+    /// Whether the row is for elements of that name.
+    bool Matches(XMLCh const* nodeName) const
+    {
+        return anyCase ? EqualsAnyCase(nodeName, name) : Equals(nodeName, name);
+    }
+
     /// Runs the action when the name matches; whether it did.
     bool Try(XMLCh const* nodeName) const
     {
-        bool const isMatch = anyCase ? EqualsAnyCase(nodeName, name) : Equals(nodeName, name);
+        bool const isMatch = Matches(nodeName);
         if (isMatch)
             action();
         return isMatch;
@@ -131,10 +151,23 @@ MatchRow<Action> OnAnyCase(ElementName name, Action action)
     return {name, true, action};
 }
 
+/// Tells an observer which names the element's is compared with.
+template <class... Rows>
+void TellNames(ReadObserver& observer, xercesc::DOMNode const* element, Rows const&... rows)
+{
+    std::array<std::u16string_view, sizeof...(Rows)> const names{rows.name...};
+    XMLCh const* const name = element->getNodeName();
+    std::size_t matched = 0;
+    static_cast<void>(((rows.Matches(name) || (++matched, false)) || ...));
+    observer.NamesTried(element, names, matched);
+}
+
 /// Runs the first row that matches the element; whether one did.
 template <class... Actions>
 bool Match(xercesc::DOMNode const* element, MatchRow<Actions> const&... rows)
 {
+    if (ReadObserver* const observer = Observer()) [[unlikely]]
+        TellNames(*observer, element, rows...);
     XMLCh const* const name = element->getNodeName();
     return (rows.Try(name) || ...);
 }

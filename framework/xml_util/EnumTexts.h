@@ -1,5 +1,9 @@
 #pragma once
 
+#include <algorithm>
+#include <array>
+#include <string_view>
+
 #include "framework/api/EnumText.h"
 #include "framework/api/Enums.h"
 #include "framework/api/ExtensionDataContent.h"
@@ -8,6 +12,7 @@
 #include "framework/api/IPolygonMesh.h"
 #include "framework/api/IRenderStyle.h"
 #include "framework/api/ISketch.h"
+#include "framework/xml_util/ReadObserver.h"
 
 namespace KVR
 {
@@ -88,5 +93,25 @@ inline constexpr EnumText<IRenderStyle::CurveStyleFontTypeEnum> kCurveStyleFontT
 inline constexpr EnumText<IRenderStyle::CurveStyleFillTypeEnum> kCurveStyleFillTypeTexts[] = {
     {"kCurveStyleFillType_Solid", IRenderStyle::kCurveStyleFillType_Solid},
 };
+
+/// The value that a text of the document names, of which an observer is told; null names none. False, with the output
+/// left alone, for any text of none.
+template <class Enum, std::size_t kSize>
+[[nodiscard]] bool ValueOfDocumentText(EnumText<Enum> const (&rows)[kSize], XMLCh const* text, Enum& value)
+{
+    bool const isKnown = ValueOfText(rows, text, value);
+    if (ReadObserver* const observer = Observer()) [[unlikely]]
+    {
+        std::array<std::string_view, kSize> texts;
+        std::transform(std::begin(rows), std::end(rows), texts.begin(), [](auto const& row) { return row.text; });
+        TextReading reading;
+        reading.text = text;
+        reading.form = TextForm::kEnumeration;
+        reading.isUnderstood = isKnown;
+        reading.texts = texts;
+        observer->TextRead(reading);
+    }
+    return isKnown;
+}
 
 }  // namespace KVR

@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <xercesc/sax/Locator.hpp>
 #include <xercesc/sax2/Attributes.hpp>
 #include <xercesc/sax2/DefaultHandler.hpp>
 
@@ -47,7 +48,7 @@ bool ReadValue(PropertyTypeEnum type, XMLCh const* text, XMLProperty::ValueOf& h
             return true;
         }
         case kPropertyType_Bool:
-            held = Equals(text, u"True");
+            held = ToldBoolean(text, [](XMLCh const* word) { return Equals(word, u"True"); });
             return true;
         case kPropertyType_Time:
         {
@@ -118,7 +119,7 @@ XMLProperty* MakeProperty(PropertyTexts const& texts, std::string& buffer)
     if (!texts.id || !texts.objectId)
         return nullptr;
     PropertyTypeEnum type = kPropertyType_String;
-    static_cast<void>(ValueOfText(kPropertyTypeTexts, texts.type, type));
+    static_cast<void>(ValueOfDocumentText(kPropertyTypeTexts, texts.type, type));
     XMLProperty::ValueOf value;
     if (!ReadValue(type, texts.value, value))
         return nullptr;
@@ -148,6 +149,8 @@ public:
             return;
         PropertyTexts const texts = TextsOf(attributes);
         std::unique_ptr<IProperty, Release> const property(MakeProperty(texts, m_buffer));
+        if (ReadObserver* const observer = Observer()) [[unlikely]]
+            TellOf(*observer, texts, property != nullptr);
         if (property)
             m_receiver.Receive(property.get(), ObjectId(texts.objectId));
         else
@@ -155,8 +158,16 @@ public:
     }
 
     void endElement(XMLCh const*, XMLCh const*, XMLCh const*) override { --m_depth; }
+    void setDocumentLocator(xercesc::Locator const* locator) override { m_locator = locator; }
 
 private:
+    void TellOf(ReadObserver& observer, PropertyTexts const& texts, bool isMade) const
+    {
+        observer.PropertyMet({m_locator ? m_locator->getLineNumber() : 0, m_locator ? m_locator->getColumnNumber() : 0,
+                              texts.id, texts.objectId, texts.name, texts.type, texts.value},
+                             isMade);
+    }
+
     // The properties of an object mostly stand together: its id is converted once.
     UTF8String const& ObjectId(XMLCh const* text)
     {
@@ -169,6 +180,7 @@ private:
     }
 
     PropertyReceiver& m_receiver;
+    xercesc::Locator const* m_locator = nullptr;
     /// The texts of the property under way.
     std::string m_buffer;
     std::u16string m_objectIdText;

@@ -3,6 +3,7 @@
 #include <xercesc/sax2/DefaultHandler.hpp>
 
 #include "framework/api/UTF16String.h"
+#include "framework/xml_util/Export.h"
 
 namespace KVR
 {
@@ -13,6 +14,6 @@ namespace KVR
 ///
 /// Answers whether the file was there and well-formed to its end. An exception of the handler's own (out of memory)
 /// goes on.
-bool ParseSideFile(UTF16String const& path, xercesc::DefaultHandler& handler);
+KVR_XML_UTIL_API bool ParseSideFile(UTF16String const& path, xercesc::DefaultHandler& handler);
 
 }  // namespace KVR

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "framework/api/Subscript.h"
+#include "framework/xml_util/ReadObserver.h"
 
 namespace KVR
 {
@@ -31,7 +32,12 @@ StoreCursor::StoreCursor(std::FILE* file, bool swapBytes, std::size_t readAhead)
         std::min<unsigned long long>(std::max(readAhead, kLargestField), Remaining() + kLargestField)));
 }
 
-StoreCursor::~StoreCursor() = default;
+StoreCursor::~StoreCursor()
+{
+    // What an observer throws here ends the program: it has to hold its own.
+    if (m_readAhead != kFieldsOnly)
+        TellObserver(&ReadObserver::StoreLeft, m_position, m_size, m_shortReads);
+}
 
 void StoreCursor::LoadSwapped(unsigned char* target, unsigned char const* bytes, std::size_t size)
 {
@@ -42,6 +48,7 @@ bool StoreCursor::Fill(std::size_t count)
 {
     if (Remaining() < count)
     {
+        ++m_shortReads;
         // Behind the end a list may still be long, and every seek costs a call of the system.
         if (!HasEnded())
             Seek(m_size);

@@ -120,6 +120,7 @@ private:
     unsigned long long m_position = 0;
     unsigned long long m_size = 0;
     unsigned long long m_claimed = 0;
+    unsigned long long m_shortReads = 0;
 };
 
 }  // namespace KVR

@@ -6,6 +6,7 @@
 
 #include "framework/xml_util/DomWalk.h"
 #include "framework/xml_util/FormatNames.h"
+#include "framework/xml_util/ReadObserver.h"
 #include "framework/xml_util/SideFileParser.h"
 #include "framework/xml_util/XMLStrUtil.h"
 #include "framework/xml_util/XMLUtils.h"
@@ -44,6 +45,8 @@ private:
         auto const [place, isNew] = m_maps.try_emplace(XMLStrUtil::XMLStrToAStr(id), nullptr);
         if (!place->second)
             place->second = std::make_unique<EditableDataIdToPersistentIdMap>().release();
+        if (ReadObserver* const observer = Observer()) [[unlikely]]
+            observer->RecordRead({"ids", place->first, 0, 0, isNew});
         return place->second;
     }
 
@@ -78,7 +81,11 @@ SubObjectPersistentIdReader::~SubObjectPersistentIdReader() = default;
 bool SubObjectPersistentIdReader::LoadSubObjectPersistentIds(UTF16String const& path, Maps& maps)
 {
     Handler handler(maps);
-    return ParseSideFile(path, handler);
+    if (ParseSideFile(path, handler))
+        return true;
+    TellObserver(&ReadObserver::StoreFailed, StoreFailure::kUnreadable,
+                 "the file is no XML, or ends early; what stands before the damage counts");
+    return false;
 }
 
 void SubObjectPersistentIdReader::ReadSubObjectPersistentIdsFromXML(xercesc::DOMNode const* node,

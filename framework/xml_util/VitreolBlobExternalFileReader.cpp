@@ -10,6 +10,7 @@
 #include "framework/api/VitreolSerializedAsset.h"
 #include "framework/xml_util/BinaryReadWriteUtil.h"
 #include "framework/xml_util/ByteChunks.h"
+#include "framework/xml_util/ReadObserver.h"
 
 namespace KVR
 {
@@ -51,15 +52,27 @@ bool VitreolBlobExternalFileReader::LoadVitreolFromExternalFile(std::map<UTF8Str
     FilePtr const file(UTF8String(m_path), "rb");
     unsigned long long count = 0;
     if (!file || !ReadHead(file, count, swapBytes))
+    {
+        if (file)
+            TellObserver(&ReadObserver::StoreFailed, StoreFailure::kUnreadable, "this is no file of material assets");
+        else
+            TellObserver(&ReadObserver::StoreFailed, StoreFailure::kNotOpened, "the file cannot be opened");
         return false;
+    }
+    TellObserver(&ReadObserver::RecordsClaimed, count);
     for (; count > 0; --count)
     {
+        // Where a record stands is an observer's alone to know.
+        unsigned long long const begin = Observer() ? static_cast<unsigned long long>(std::ftell(file)) : 0;
         UTF8String id;
         std::unique_ptr<VitreolSerializedAsset> asset = ReadAsset(file, id, swapBytes);
         if (!asset)
             return false;
-        if (assets.try_emplace(std::move(id), asset.get()).second)
+        bool const isKept = assets.try_emplace(id, asset.get()).second;
+        if (isKept)
             static_cast<void>(asset.release());
+        if (ReadObserver* const observer = Observer()) [[unlikely]]
+            observer->RecordRead({"asset", id, begin, static_cast<unsigned long long>(std::ftell(file)), isKept});
     }
     return true;
 }

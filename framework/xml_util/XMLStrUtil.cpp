@@ -12,6 +12,7 @@
 #include "framework/api/StringUtil.h"
 #include "framework/api/Unicode.h"
 #include "framework/api/UnitText.h"
+#include "framework/xml_util/ReadObserver.h"
 
 namespace KVR
 {
@@ -80,11 +81,13 @@ bool ReadElements(std::string_view text, std::array<double, Matrix3d::kElementCo
     }
 }
 
-void ReadTransform(std::string_view text, Matrix3d& matrix)
+bool ReadTransform(std::string_view text, Matrix3d& matrix)
 {
     std::array<double, Matrix3d::kElementCount> elements;
-    if (ReadElements(text, elements))
+    bool const isRead = ReadElements(text, elements);
+    if (isRead)
         matrix.SetElements(elements);
+    return isRead;
 }
 
 constexpr std::string_view kWhiteSpace = " \t\r\n";
@@ -113,14 +116,16 @@ int XMLStrUtil::XMLStrToInt(XMLCh const* text)
     int value = 0;
     NumberText const narrow(ViewOf(text));
     // No failure signal: what does not convert stays 0.
-    static_cast<void>(StringUtil::ToInt(narrow.Value(), value, 10));
+    static_cast<void>(ToldText(text, TextForm::kInteger,
+                               StringUtil::ToInt(narrow.Value(), value, 10) == StringUtil::kConversionStatus_Success));
     return value;
 }
 
 bool XMLStrUtil::XMLStrToDouble(XMLCh const* text, double& value)
 {
     NumberText const narrow(ViewOf(text));
-    return StringUtil::ToDouble(narrow.View(), value) == StringUtil::kConversionStatus_Success;
+    return ToldText(text, TextForm::kNumber,
+                    StringUtil::ToDouble(narrow.View(), value) == StringUtil::kConversionStatus_Success);
 }
 
 void XMLStrUtil::SplitStr(UTF8String const& text, UTF8String const& separator, std::vector<UTF8String>& pieces)
@@ -150,12 +155,26 @@ void XMLStrUtil::GetTransfFromStr(UTF8String const& text, Matrix3d& matrix)
 void XMLStrUtil::GetTransfFromStr(XMLCh const* text, Matrix3d& matrix)
 {
     AsciiText<1024> const narrow(ViewOf(text));
-    ReadTransform(narrow.View(), matrix);
+    bool const isRead = ReadTransform(narrow.View(), matrix);
+    if (ReadObserver* const observer = Observer()) [[unlikely]]
+    {
+        TextReading reading;
+        reading.text = text;
+        reading.form = TextForm::kTransform;
+        reading.isUnderstood = isRead;
+        reading.transform = &matrix;
+        observer->TextRead(reading);
+    }
 }
 
 bool XMLStrUtil::StringToUnitType(UTF8String const& text, UnitTypeEnum& unit)
 {
     return UnitOfText(text.View(), unit);
+}
+
+bool XMLStrUtil::StringToUnitType(XMLCh const* text, UnitTypeEnum& unit)
+{
+    return ToldText(text, TextForm::kUnit, StringToUnitType(XMLStrToAStr(text), unit));
 }
 
 char const* XMLStrUtil::UnitTypeToString(UnitTypeEnum unit) noexcept

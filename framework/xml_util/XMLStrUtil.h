@@ -34,6 +34,7 @@ public:
     static void GetTransfFromStr(XMLCh const* text, Matrix3d& matrix);
     /// The unit whose enumerator has that name, exactly. False, with the output left alone, for any other text.
     static bool StringToUnitType(UTF8String const& text, UnitTypeEnum& unit);
+    static bool StringToUnitType(XMLCh const* text, UnitTypeEnum& unit);
     /// The enumerator's name; null for a value that is no unit.
     static char const* UnitTypeToString(UnitTypeEnum unit) noexcept;
 };

@@ -31,7 +31,7 @@ bool XMLUtils::GetNodeAttribute(xercesc::DOMNode const* node, XMLCh const* name,
     XMLCh const* const text = FindAttribute(node, name);
     if (!text)
         return false;
-    value = Equals(text, u"1") || EqualsAnyCase(text, u"true");
+    value = ToldBoolean(text, [](XMLCh const* held) { return Equals(held, u"1") || EqualsAnyCase(held, u"true"); });
     return true;
 }
 

@@ -18,8 +18,9 @@ def main(arguments):
         return 2
     with open(arguments[1], encoding="utf-8") as file:
         schema = json.load(file)
-    jsonschema.Draft202012Validator.check_schema(schema)
-    validator = jsonschema.Draft202012Validator(schema)
+    dialect = jsonschema.validators.validator_for(schema)
+    dialect.check_schema(schema)
+    validator = dialect(schema)
     found = 0
     for path in arguments[2:]:
         with open(path, encoding="utf-8") as file:

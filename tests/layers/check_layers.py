@@ -40,6 +40,10 @@ GROUPS = (
     ("describe/", "describe"),
     ("scene/ExtensionTypes.h", "extension types"),
     ("scene/", "scene"),
+    ("inspect/Check.h", "inspect face"),
+    ("inspect/Finding.h", "inspect face"),
+    ("inspect/Export.h", "inspect face"),
+    ("inspect/", "inspect"),
     ("exchange/source/SceneOptions.h", "exchange"),
     ("exchange/run/", "run"),
     ("exchange/conventions/", "conventions"),
@@ -48,6 +52,7 @@ GROUPS = (
     ("exchange/meshes/", "meshes"),
     ("exchange/import/", "import"),
     ("exchange/export/", "export"),
+    ("exchange/view/", "view"),
     ("exchange/convert/", "convert"),
     ("exchange/certify/", "certify"),
     ("exchange/", "exchange"),
@@ -85,6 +90,9 @@ MAY_INCLUDE = {
     # Names alone: what is written into scenes and understood in them.
     "extension types": (),
     "scene": ("api", "kernel", "gmk_interface", "extension types"),
+    # What a program sees of checks stands by itself.
+    "inspect face": (),
+    "inspect": FRAMEWORK + ("facade", "output", "describe", "scene", "inspect face"),
     # The public headers of the exchange stand on the interfaces and the scene alone, which makes them low enough for
     # everybody in it and for any program; what they promise is done in import, export and certify, none of which knows
     # the other two.
@@ -100,9 +108,11 @@ MAY_INCLUDE = {
                "model", "meshes"),
     "export": ("extension types", "api", "kernel", "gmk_interface", "scene", "output", "exchange", "run", "conventions",
                "source"),
+    # A format of its own folder; of export it takes the task, and how notes are drawn.
+    "view": ("extension types", "api", "kernel", "gmk_interface", "scene", "output", "exchange", "run", "export"),
     "convert": ("output", "exchange", "run"),
     "certify": ("extension types", "api", "kernel", "output", "exchange", "run", "source"),
-    "host": ("api", "kernel", "facade", "output", "describe", "scene", "source", "exchange"),
+    "host": ("api", "kernel", "facade", "output", "describe", "scene", "inspect face", "source", "exchange"),
 }
 
 # Headers that everybody below the producer's top sees, and that therefore name other classes by declaration only.

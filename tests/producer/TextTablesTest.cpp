@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "producer/XMLProducerImpl.h"
+#include "framework/xml_util/EnumTexts.h"
 #include "tests/support/TestScene.h"
 
 namespace KVR::Test
@@ -55,9 +55,10 @@ std::vector<std::string> NoKeys(char const* aKey)
     return {"", "0", key + " ", " " + key, key.substr(0, key.size() - 1), key + "x", lower, "Solid"};
 }
 
-template <class Enum, class Rows>
-void ExpectTable(Rows const& rows, bool (*find)(UTF16String const&, Enum&))
+template <class Enum, std::size_t kSize, class Rows>
+void ExpectTable(Rows const& rows, EnumText<Enum> const (&table)[kSize])
 {
+    auto const find = [&](UTF16String const& text, Enum& value) { return ValueOfText(table, text.View(), value); };
     for (auto const& [text, value] : rows)
     {
         // Another value first, so that the right one must be written.
@@ -78,17 +79,17 @@ void ExpectTable(Rows const& rows, bool (*find)(UTF16String const&, Enum&))
 
 TEST(TextTables, PointMarkerTypes)
 {
-    ExpectTable(kPointMarkers, &XMLProducerImpl::PointMarkerType);
+    ExpectTable(kPointMarkers, kPointStyleMarkerTypeTexts);
 }
 
 TEST(TextTables, CurveFontTypes)
 {
-    ExpectTable(kCurveFonts, &XMLProducerImpl::CurveFontType);
+    ExpectTable(kCurveFonts, kCurveStyleFontTypeTexts);
 }
 
 TEST(TextTables, CurveFillTypes)
 {
-    ExpectTable(kCurveFills, &XMLProducerImpl::CurveFillType);
+    ExpectTable(kCurveFills, kCurveStyleFillTypeTexts);
 }
 
 TEST(TextTables, DoNotKnowEachOthersTexts)
@@ -96,9 +97,9 @@ TEST(TextTables, DoNotKnowEachOthersTexts)
     auto font = IRenderStyle::kCurveStyleFontType_ISO_Dot;
     auto fill = IRenderStyle::kCurveStyleFillType_Solid;
     auto marker = IRenderStyle::kPointStyleMarkerType_Circle;
-    EXPECT_FALSE(XMLProducerImpl::CurveFontType(Wide("kCurveStyleFillType_Solid"), font));
-    EXPECT_FALSE(XMLProducerImpl::CurveFillType(Wide("kCurveStyleFontType_Continuous"), fill));
-    EXPECT_FALSE(XMLProducerImpl::PointMarkerType(Wide("kCurveStyleFontType_Continuous"), marker));
+    EXPECT_FALSE(ValueOfText(kCurveStyleFontTypeTexts, Wide("kCurveStyleFillType_Solid").View(), font));
+    EXPECT_FALSE(ValueOfText(kCurveStyleFillTypeTexts, Wide("kCurveStyleFontType_Continuous").View(), fill));
+    EXPECT_FALSE(ValueOfText(kPointStyleMarkerTypeTexts, Wide("kCurveStyleFontType_Continuous").View(), marker));
 }
 
 }  // namespace KVR::Test

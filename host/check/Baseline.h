@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <unordered_map>
+
+namespace KVR
+{
+
+struct CheckedScene;
+
+/// Findings that are known: those of an earlier check that was printed as JSON.
+class Baseline
+{
+public:
+    /// Without any.
+    Baseline() = default;
+    /// Throws std::runtime_error, with a sentence that names the file, for one that cannot be read or is no such JSON.
+    explicit Baseline(std::string const& path);
+
+    /// Takes the known findings out of a scene's, each as often as it was known.
+    void TakeKnown(CheckedScene& scene);
+
+private:
+    std::unordered_map<std::string, std::size_t> m_counts;
+};
+
+}  // namespace KVR

@@ -1,0 +1,140 @@
+#include "inspect/Accounting.h"
+
+#include <algorithm>
+#include <map>
+#include <string_view>
+#include <xercesc/sax2/DefaultHandler.hpp>
+
+#include "framework/xml_util/DocumentStream.h"
+#include "framework/xml_util/SideFileParser.h"
+#include "inspect/SceneCheck.h"
+#include "inspect/document/DocumentRules.h"
+#include "inspect/document/DocumentTally.h"
+#include "inspect/document/ReadRecord.h"
+
+namespace KVR
+{
+
+namespace
+{
+
+using namespace DocumentRule;
+
+using ByRule = std::map<std::string_view, std::uint64_t>;
+
+// Counts a document's elements and attributes.
+class Census final : public DocumentReceiver
+{
+public:
+    void Receive(StreamedElement const& element) override { count += 1 + element.attributes->getLength(); }
+
+    std::uint64_t count = 0;
+};
+
+// Counts the elements under the root of a property file.
+class PropertyCensus final : public xercesc::DefaultHandler
+{
+public:
+    void startElement(XMLCh const*, XMLCh const*, XMLCh const*, xercesc::Attributes const&) override
+    {
+        if (m_depth++ == 1)
+            ++count;
+    }
+    void endElement(XMLCh const*, XMLCh const*, XMLCh const*) override { --m_depth; }
+
+    std::uint64_t count = 0;
+
+private:
+    std::uint64_t m_depth = 0;
+};
+
+void SetDropped(Account& account, ByRule const& dropped)
+{
+    for (auto const& [id, count] : dropped)
+        account.dropped.emplace_back(FindRule(id), count);
+}
+
+Account OfDocument(SceneCheck const& check, DocumentTally const& tally)
+{
+    Account account;
+    account.file = check.Path();
+    account.what = "elements and attributes";
+    Census census;
+    static_cast<void>(StreamDocument(UTF16String(UTF8String(check.Path())), census));
+    account.seen = census.count;
+    account.served = tally.served;
+    account.defaulted = tally.defaulted;
+    account.unread = tally.unread;
+    SetDropped(account, tally.dropped);
+    return account;
+}
+
+Account OfSection(SceneCheck const& check, SectionRecord const& section)
+{
+    Account account;
+    account.file = section.path;
+    account.what = "records";
+    account.seen = std::max<std::uint64_t>(section.claimed, section.records.size());
+    account.unread = account.seen - section.records.size();
+    ByRule dropped;
+    for (StoreRecord const& record : section.records)
+    {
+        if (record.kind == "unknown")
+            ++account.unread;
+        else if (!record.isKept)
+            ++dropped[kIdTwice.id];
+        else if (check.ElementOf(record.id.View()))
+            ++account.served;
+        else
+            ++dropped[kUnreached.id];
+    }
+    SetDropped(account, dropped);
+    return account;
+}
+
+Account OfProperties(SceneCheck const& check)
+{
+    Account account;
+    account.file = check.PropertyFile();
+    account.what = "properties";
+    PropertyCensus census;
+    static_cast<void>(ParseSideFile(UTF16String(UTF8String(account.file)), census));
+    account.seen = census.count;
+    ByRule dropped;
+    std::uint64_t met = 0;
+    for (PropertyRecord const& property : check.Record().Properties())
+    {
+        ++met;
+        if (!property.isMade)
+            ++dropped[kElementDropped.id];
+        else if (!property.isFound)
+            ++dropped[kReferenceMissing.id];
+        else if (!property.isHeld)
+            ++dropped[kReferenceKind.id];
+        else if (property.misread && !property.misread->isUnderstood)
+            ++account.defaulted;
+        else
+            ++account.served;
+    }
+    account.unread = account.seen >= met ? account.seen - met : 0;
+    SetDropped(account, dropped);
+    return account;
+}
+
+}  // namespace
+
+std::vector<Account> MakeAccounts(SceneCheck const& check, DocumentTally const& tally)
+{
+    std::vector<Account> accounts{OfDocument(check, tally)};
+    for (SectionRecord const& section : check.Record().Sections())
+    {
+        if (section.state == SectionState::kRead)
+            accounts.push_back(OfSection(check, section));
+    }
+    Account properties = OfProperties(check);
+    if (properties.seen != 0 || !check.Record().Properties().empty())
+        accounts.push_back(std::move(properties));
+    return accounts;
+}
+
+}  // namespace KVR
