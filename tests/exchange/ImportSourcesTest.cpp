@@ -2,9 +2,13 @@
 #include <gtest/gtest.h>
 #include <zlib.h>
 #include <BRepBuilderAPI_MakeEdge.hxx>
+#include <BRepBuilderAPI_MakeVertex.hxx>
 #include <BRepTools.hxx>
+#include <BRep_Builder.hxx>
 #include <BinTools.hxx>
+#include <TopoDS_Compound.hxx>
 #include <TopoDS_Edge.hxx>
+#include <TopoDS_Vertex.hxx>
 #include <gp_Pnt.hxx>
 
 #include <cmath>
@@ -169,9 +173,13 @@ TEST(ImportSources, FormatsOfTextAreToldByTheirFirstLines)
 TEST(ImportSources, AModelTooLargeToBeMeasuredIsMadeASceneAllTheSame)
 {
     // The square of its diagonal is no number any more.
-    TopoDS_Edge const edge = BRepBuilderAPI_MakeEdge(gp_Pnt(0, 0, 0), gp_Pnt(1e200, 0, 0));
+    BRep_Builder const builder;
+    TopoDS_Compound points;
+    builder.MakeCompound(points);
+    for (double const x : {0.0, 1e200})
+        builder.Add(points, BRepBuilderAPI_MakeVertex(gp_Pnt(x, 0, 0)));
     std::ostringstream text;
-    BRepTools::Write(edge, text);
+    BRepTools::Write(points, text);
     TempFolder const folder;
     folder.Write("a.brep", text.str());
     ImportResult const result = ImportModel(folder.NarrowPathOf("a.brep"), folder.NarrowPathOf("a.xml"));
