@@ -104,10 +104,10 @@ struct ImportResult
 /// model, by whatever name or link, is a failure, and so is a file of others where a side file is to be (see
 /// ImportOptions::force). Paths are UTF-8. The model is read in a child process, so that one that crashes its reader is
 /// a failure like another, and so is one that takes more processor time than it may or more memory than 2 GiB and 256
-/// times its size; that process reaches no network. Whoever has further threads sees to it that none of them holds a lock of Open CASCADE's when
-/// this is called. Progress tells the stages "reading" (with a fraction for files of meshes), "transferring" (of
-/// STEP and IGES), "meshing" (of bodies) and "writing". Throws
-/// std::bad_alloc and what the callback throws; all else is a failure in the result.
+/// times its size; that process reaches no network. Whoever has further threads sees to it that none of them holds a
+/// lock of Open CASCADE's when this is called. Progress tells the stages "reading" (with a fraction for files of
+/// meshes), "transferring" (of STEP and IGES), "meshing" (of bodies) and "writing". Throws std::bad_alloc and what the
+/// callback throws; all else is a failure in the result.
 KVR_EXCHANGE_API ImportResult ImportModel(std::string const& modelPath, std::string const& scenePath,
                                           ImportOptions const& options = {}, Progress const& progress = {});
 

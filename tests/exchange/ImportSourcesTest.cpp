@@ -190,9 +190,9 @@ TEST(ImportSources, AModelTooLargeToBeMeasuredIsMadeASceneAllTheSame)
 TEST(ImportSources, AModelThatTakesTooLongIsASentence)
 {
     TempFolder const folder;
-    ToolRun const run = RunTool({"import", "--timeout", "1", "--deflection", "0.0001%", "--angle", "0.1",
-                                 std::string(KVR_EXAMPLES_DIR) + "/models/lcr_follower_arm.step",
-                                 folder.NarrowPathOf("a.xml")});
+    ToolRun const run =
+        RunTool({"import", "--timeout", "1", "--deflection", "0.0001%", "--angle", "0.1",
+                 std::string(KVR_EXAMPLES_DIR) + "/models/lcr_follower_arm.step", folder.NarrowPathOf("a.xml")});
     EXPECT_EQ(run.status, 1);
     EXPECT_THAT(run.error, HasSubstr("its reader ended after the 1 s of processor time that it may take\n"));
     EXPECT_TRUE(std::filesystem::is_empty(folder.Path()));
