@@ -69,14 +69,18 @@ TEST(HostingLife, BeginProcessAfterTheEndHasNoEffect)
     EXPECT_FALSE(scene.Has("p"));
 }
 
-TEST(HostingLife, TheRootMayBeNoObjectOrAnother)
+TEST(HostingLife, TheRootMayHaveNoIdBeAnotherObjectOrNone)
 {
     TestScene none(R"(<S><IFile IsRoot="1"/></S>)");
     none.Begin();
-    EXPECT_EQ(none.Producer().Load(none.Producer().RootObjectId().Id()), nullptr);
-    TestScene other(R"(<S><IPart ID="a"/><IFile ID="a" IsRoot="1"/></S>)");
+    EXPECT_TRUE(none.Producer().RootObjectId().Id().IsEmpty());
+    TestScene other(
+        R"(<S><IFile ID="a" IsRoot="1"><AttributeSet><LayerSet><ILayer ID="a"/></LayerSet></AttributeSet></IFile></S>)");
     other.Begin();
-    EXPECT_NE(dynamic_cast<IPart*>(other.Producer().Load(other.Producer().RootObjectId().Id())), nullptr);
+    UTF8String const root = other.Producer().RootObjectId().Id();
+    EXPECT_NE(dynamic_cast<ILayer*>(other.Producer().Load(root)), nullptr);
+    other.Producer().Dispose(root);
+    EXPECT_EQ(other.Producer().Load(root), nullptr);
 }
 
 TEST(HostingLife, NothingIsReadLaterButTheImageOfATexture)

@@ -22,7 +22,9 @@ namespace
 // A moment of work that no compiler takes away.
 void Turn()
 {
-    struct rlimit limit{};
+    struct rlimit limit
+    {
+    };
     getrlimit(RLIMIT_CPU, &limit);
 }
 
@@ -53,11 +55,11 @@ TEST(ChildLimits, FollowTheSizeOfAllFiles)
 TEST(ChildLimits, AChildThatTakesTooMuchProcessorTimeEndsWithASentence)
 {
     ChildResult const result = RunWithin(ChildLimits{.seconds = 1},
-                                   []() -> std::string
-                                   {
-                                       for (;;)
-                                           Turn();
-                                   });
+                                         []() -> std::string
+                                         {
+                                             for (;;)
+                                                 Turn();
+                                         });
     EXPECT_EQ(result.answer, std::nullopt);
     EXPECT_EQ(result.signal, SIGXCPU);
     EXPECT_TRUE(result.IsOutOfTime());
@@ -68,16 +70,16 @@ TEST(ChildLimits, AChildThatTakesTooMuchProcessorTimeEndsWithASentence)
 
 TEST(ChildLimits, AChildGetsNoMoreMemoryThanItMayTake)
 {
-    ChildResult const result = RunWithin(ChildLimits{.memory = std::uint64_t{256} << 20U},
-                                   []() -> std::string
-                                   {
-                                       constexpr std::size_t kPiece = std::size_t{64} << 20U;
-                                       for (int pieces = 0; pieces < 8; ++pieces)
-                                           if (mmap(nullptr, kPiece, PROT_READ | PROT_WRITE,
-                                                    MAP_PRIVATE | MAP_ANONYMOUS, -1, 0) == MAP_FAILED)
-                                               throw std::bad_alloc();
-                                       return "all of it";
-                                   });
+    ChildResult const result = RunWithin(
+        ChildLimits{.memory = std::uint64_t{256} << 20U},
+        []() -> std::string
+        {
+            constexpr std::size_t kPiece = std::size_t{64} << 20U;
+            for (int pieces = 0; pieces < 8; ++pieces)
+                if (mmap(nullptr, kPiece, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0) == MAP_FAILED)
+                    throw std::bad_alloc();
+            return "all of it";
+        });
     EXPECT_EQ(result.answer, std::nullopt);
     EXPECT_EQ(result.failure, "there is not enough memory for it, which may take 256 MiB");
 }
@@ -85,15 +87,16 @@ TEST(ChildLimits, AChildGetsNoMoreMemoryThanItMayTake)
 TEST(ChildLimits, AChildReachesNoNetworkAndLeavesNoImageOfItsMemory)
 {
     ChildResult const result = RunWithin({},
-                                   []
-                                   {
-                                       std::string answer;
-                                       for (int const family : {AF_INET, AF_INET6, AF_UNIX})
-                                           answer += socket(family, SOCK_STREAM, 0) < 0 && errno == EACCES ? '-' : '+';
-                                       struct rlimit core = {1, 1};
-                                       getrlimit(RLIMIT_CORE, &core);
-                                       return answer + std::to_string(core.rlim_cur);
-                                   });
+                                         []
+                                         {
+                                             std::string answer;
+                                             for (int const family : {AF_INET, AF_INET6, AF_UNIX})
+                                                 answer +=
+                                                     socket(family, SOCK_STREAM, 0) < 0 && errno == EACCES ? '-' : '+';
+                                             struct rlimit core = {1, 1};
+                                             getrlimit(RLIMIT_CORE, &core);
+                                             return answer + std::to_string(core.rlim_cur);
+                                         });
     EXPECT_EQ(result.answer, "---0");
 }
 

@@ -237,11 +237,16 @@ TEST(ExportFailuresTest, ARootThatIsNoComponentIsOneSentenceInEveryFormat)
     for (std::string const format : {"glb", "gltf", "stl", "obj", "ply", "step", "brep"})
     {
         ExportScene scene;
-        ToolRun const run = scene.Export(R"(<IFile IsRoot="1"/>)", "out." + format);
-        EXPECT_EQ(run.status, 1);
-        ExpectOneSentence(run);
-        EXPECT_THAT(run.error, HasSubstr("out." + format + ": the root of the scene is no file, assembly or part"));
-        EXPECT_THAT(NamesIn(scene.Folder().Path()), testing::Not(testing::Contains("out." + format)));
+        for (char const* const text :
+             {R"(<IFile IsRoot="1"/>)",
+              R"(<IFile ID="f" IsRoot="1"><AttributeSet><LayerSet><ILayer ID="f"/></LayerSet></AttributeSet></IFile>)"})
+        {
+            ToolRun const run = scene.Export(text, "out." + format);
+            EXPECT_EQ(run.status, 1);
+            ExpectOneSentence(run);
+            EXPECT_THAT(run.error, HasSubstr("out." + format + ": the root of the scene is no file, assembly or part"));
+            EXPECT_THAT(NamesIn(scene.Folder().Path()), testing::Not(testing::Contains("out." + format)));
+        }
     }
 }
 

@@ -2,9 +2,13 @@
 #include <gtest/gtest.h>
 #include <zlib.h>
 #include <BRepBuilderAPI_MakeEdge.hxx>
+#include <BRepBuilderAPI_MakeVertex.hxx>
 #include <BRepTools.hxx>
+#include <BRep_Builder.hxx>
 #include <BinTools.hxx>
+#include <TopoDS_Compound.hxx>
 #include <TopoDS_Edge.hxx>
+#include <TopoDS_Vertex.hxx>
 #include <gp_Pnt.hxx>
 
 #include <cmath>
@@ -171,9 +175,13 @@ TEST(ImportSources, FormatsOfTextAreToldByTheirFirstLines)
 TEST(ImportSources, AModelTooLargeToBeMeasuredIsMadeASceneAllTheSame)
 {
     // The square of its diagonal is no number any more.
-    TopoDS_Edge const edge = BRepBuilderAPI_MakeEdge(gp_Pnt(0, 0, 0), gp_Pnt(1e200, 0, 0));
+    BRep_Builder const builder;
+    TopoDS_Compound points;
+    builder.MakeCompound(points);
+    for (double const x : {0.0, 1e200})
+        builder.Add(points, BRepBuilderAPI_MakeVertex(gp_Pnt(x, 0, 0)));
     std::ostringstream text;
-    BRepTools::Write(edge, text);
+    BRepTools::Write(points, text);
     TempFolder const folder;
     folder.Write("a.brep", text.str());
     ImportResult const result = ImportModel(folder.NarrowPathOf("a.brep"), folder.NarrowPathOf("a.xml"));
@@ -184,9 +192,9 @@ TEST(ImportSources, AModelTooLargeToBeMeasuredIsMadeASceneAllTheSame)
 TEST(ImportSources, AModelThatTakesTooLongIsASentence)
 {
     TempFolder const folder;
-    ToolRun const run = RunTool({"import", "--timeout", "1", "--deflection", "0.0001%", "--angle", "0.1",
-                                 std::string(KVR_EXAMPLES_DIR) + "/models/lcr_follower_arm.step",
-                                 folder.NarrowPathOf("a.xml")});
+    ToolRun const run =
+        RunTool({"import", "--timeout", "1", "--deflection", "0.0001%", "--angle", "0.1",
+                 std::string(KVR_EXAMPLES_DIR) + "/models/lcr_follower_arm.step", folder.NarrowPathOf("a.xml")});
     EXPECT_EQ(run.status, 1);
     EXPECT_THAT(run.error, HasSubstr("its reader ended after the 1 s of processor time that it may take\n"));
     EXPECT_TRUE(std::filesystem::is_empty(folder.Path()));
