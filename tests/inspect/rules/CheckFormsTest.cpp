@@ -87,7 +87,6 @@ protected:
         return texts;
     }
 
-
     void ExpectValid(std::string const& json, std::string const& schema)
     {
         m_folder.Write("findings.json", json);
@@ -335,6 +334,23 @@ TEST_F(CheckForms, FixesApplyWithoutALineEndWithManyLinesAndBetweenThem)
         "<Scene><IFile ID=\"f\" IsRoot=\"1\"><ChildSet><Child ID=\"p\"/></ChildSet></IFile>"
         "<IPart ID=\"p\" Label=\"ä &lt; b\"><Unit LengthUnit=\"kUnitType_Inch\"/><Styles/></IPart></Scene>";
     EXPECT_EQ(Repaired(oneLine), repaired);
+}
+
+TEST_F(CheckForms, NothingIsFoundInWhatImportMakesOfModels)
+{
+    for (std::string const model : {"as1-oc-214.stp", "nist_plate_creo_lbls.stp"})
+    {
+        ASSERT_EQ(
+            RunTool({"import", "--quiet", std::string(KVR_EXAMPLES_DIR) + "/models/" + model, Path("m.xml")}).status,
+            0);
+        ToolRun const run = RunTool({"check", "--fail-on", "note", Path("m.xml")});
+        EXPECT_EQ(run.status, 0) << run.out;
+        // A file of it that was changed afterwards is told from the one that was written.
+        std::string mesh = Content("m.xml.mesh");
+        ++mesh.back();
+        m_folder.Write("m.xml.mesh", mesh);
+        EXPECT_THAT(RunTool({"check", Path("m.xml")}).out, HasSubstr("K-0319 side-file-changed"));
+    }
 }
 
 TEST_F(CheckForms, WithoutASceneTheArgumentsAreBad)
