@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <new>
 #include <optional>
 #include <type_traits>
 #include <utility>
@@ -9,7 +10,7 @@ namespace KVR
 {
 
 /// The answer of a getter; nothing when it throws, and `onThrow` is called inside the handler then: what it throws goes
-/// on. References are answered as such, so that long lists are not copied.
+/// on, and so does std::bad_alloc in any case. References are answered as such, so that long lists are not copied.
 template <class Getter, class OnThrow>
 auto Ask(Getter&& getter, OnThrow&& onThrow)
 {
@@ -20,6 +21,10 @@ auto Ask(Getter&& getter, OnThrow&& onThrow)
     {
         return std::optional<Kept>(std::forward<Getter>(getter)());
     }
+    catch (std::bad_alloc const&)
+    {
+        throw;
+    }
     catch (...)
     {
         std::forward<OnThrow>(onThrow)();
@@ -27,8 +32,8 @@ auto Ask(Getter&& getter, OnThrow&& onThrow)
     }
 }
 
-/// The same where nobody wants to know. What a getter throws ends here whatever it is, since one broken answer must not
-/// cost the reader all others.
+/// The same where nobody wants to know. What else a getter throws ends here whatever it is, since one broken answer must
+/// not cost the reader all others.
 template <class Getter>
 auto Ask(Getter&& getter)
 {

@@ -13,6 +13,7 @@
 #include <TopTools_IndexedMapOfShape.hxx>
 #include <TopoDS_Shape.hxx>
 
+#include "framework/kernel/MemoryWatch.h"
 #include "framework/kernel/curve.h"
 #include "framework/kernel/entity.h"
 
@@ -26,12 +27,14 @@ namespace
 template <class Measure>
 auto Measured(Measure measure) -> std::optional<decltype(measure())>
 {
+    MemoryWatch const watch;
     try
     {
         return measure();
     }
-    catch (Standard_Failure const&)
+    catch (Standard_Failure const& failure)
     {
+        watch.Check(failure);
         return std::nullopt;
     }
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -50,19 +51,22 @@ struct CertifyOptions
 {
     /// Whether pictures are made, by the program f3d, within xvfb-run where there is no display.
     bool withPictures = false;
+    /// The processor time that each child process may take, in seconds and at least 1, instead of one in proportion to
+    /// what it reads.
+    std::optional<unsigned> timeout;
 };
 
-/// Makes a scene of a model, exports it to STEP and GLB, reads all of them back and compares what they hold. Source and
-/// exports are read by readers that import and export know nothing of. What it writes stands in a folder for temporary
-/// files and goes again. See ImportModel on child processes and threads. Progress tells the stages of the import and of
-/// the exports, and "comparing". Throws std::bad_alloc and what the callback throws; all else is a failure in the
-/// result.
+/// Makes a scene of a model, which may be gzipped or, as "-", stand on standard input, exports it to STEP and GLB,
+/// reads all of them back and compares what they hold. Source and exports are read by readers that import and export
+/// know nothing of. What it writes stands in a folder for temporary files and goes again. See ImportModel on child
+/// processes and threads. Progress tells the stages of the import and of the exports, and "comparing". Throws
+/// std::bad_alloc and what the callback throws; all else is a failure in the result.
 KVR_EXCHANGE_API CertifyResult CertifyModel(std::string const& modelPath, CertifyOptions const& options = {},
                                             Progress const& progress = {});
 
-/// Compares a model with one other file, whatever made that: STEP, IGES, BREP, glTF, STL, OBJ, PLY, or
-/// a scene (.xml). Numbers without a
-/// unit are millimetres. The stages are "source" and "other". All else is as above.
+/// Compares a model with one other file, whatever made that: STEP, IGES, BREP, glTF, STL, OBJ, PLY, or a scene (.xml).
+/// One of them may be "-". Numbers without a unit are millimetres. The stages are "source" and "other". All else is as
+/// above.
 KVR_EXCHANGE_API CertifyResult CertifyAgainst(std::string const& modelPath, std::string const& otherPath,
                                               CertifyOptions const& options = {}, Progress const& progress = {});
 

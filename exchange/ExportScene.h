@@ -33,6 +33,13 @@ struct ExportOptions
     bool parameterCurves = false;
     /// Whether a mesh without a body is written to STEP as tessellated geometry, and to BREP as flat faces.
     bool meshFaces = false;
+    /// The processor time that the child process may take, in seconds and at least 1, instead of the one in proportion
+    /// to the scene with its side files (20 s and 40 s for each million bytes).
+    std::optional<unsigned> timeout;
+    /// A file of the viewer draws no more triangles than these, if its meshes can be made so coarse; all unless given.
+    std::optional<unsigned long long> mostTriangles;
+    /// What a file of the viewer calls its source; the name of the scene's file unless given.
+    std::string sourceName = {};
 };
 
 /// What came of an export. All texts are UTF-8, and safe to be shown on a terminal.
@@ -52,14 +59,18 @@ KVR_EXCHANGE_API bool IsExportFormat(std::string const& path);
 KVR_EXCHANGE_API std::string ExportFormats();
 /// Whether this build has an encoder for ExportOptions::compress.
 KVR_EXCHANGE_API bool CanCompress();
+/// Whether this build has the viewer: without it a file of the extension ".html" is a failure.
+KVR_EXCHANGE_API bool CanView();
 
-/// Reads a scene file and writes it in the format of the extension of `path`. The file and those
-/// beside it (".bin", ".mtl", images) appear whole, itself last, or not at all; what was there is replaced. A file that
-/// is the scene or one of the side files that it notes, by whatever name or link, is a failure. Remarks also tell of
-/// side files that are missing, short or another scene's; SceneOptions::strict makes them the failure. So is a name of
-/// the filter that the scene has nothing for: with the nearest names that it has. Works in a child process, so that a
-/// crash is a failure like another; see ImportModel on threads. Progress tells the stages "reading", "transferring" (to
-/// STEP) and "writing". Throws std::bad_alloc and what the callback throws; all else is a failure in the result.
+/// Reads a scene file and writes it in the format of the extension of `path`; ".html" is one file that shows the scene
+/// in a browser, see docs/viewer.md for what is in it. The file and those beside it (".bin", ".mtl", images) appear
+/// whole, itself last, or not at all; what was there is replaced. A file that is the scene or one of the side files
+/// that it notes, by whatever name or link, is a failure. Remarks also tell of side files that are missing, short or
+/// another scene's; SceneOptions::strict makes them the failure. So is a name of the filter that the scene has nothing
+/// for: with the nearest names that it has. Works in a child process, so that a crash is a failure like another; see
+/// ImportModel on its limits and on threads. A piece of geometry that ends the process is left out, with a remark, and
+/// the rest exported; the fourth is a failure. Progress tells the stages "reading", "transferring" (to STEP) and
+/// "writing". Throws std::bad_alloc and what the callback throws; all else is a failure in the result.
 KVR_EXCHANGE_API ExportResult ExportScene(SceneOptions const& scene, std::string const& path,
                                           ExportOptions const& options = {}, Progress const& progress = {});
 

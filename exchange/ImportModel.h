@@ -48,6 +48,9 @@ struct ImportOptions
     /// Where what the model holds and the scene does not is listed, item by item, as a JSON object; empty for nowhere.
     /// What stands there is replaced, unless it is the model or the scene: that is a failure.
     std::string reportPath;
+    /// The processor time that the child process may take, in seconds and at least 1, instead of the one in proportion
+    /// to the file (20 s and 40 s for each million bytes).
+    std::optional<unsigned> timeout;
 };
 
 /// What a scene holds.
@@ -100,7 +103,8 @@ struct ImportResult
 /// not at all; a former scene of the name is replaced with the files that it notes as its own. A target that is the
 /// model, by whatever name or link, is a failure, and so is a file of others where a side file is to be (see
 /// ImportOptions::force). Paths are UTF-8. The model is read in a child process, so that one that crashes its reader is
-/// a failure like another; whoever has further threads sees to it that none of them holds a lock of Open CASCADE's when
+/// a failure like another, and so is one that takes more processor time than it may or more memory than 2 GiB and 256
+/// times its size; that process reaches no network. Whoever has further threads sees to it that none of them holds a lock of Open CASCADE's when
 /// this is called. Progress tells the stages "reading" (with a fraction for files of meshes), "transferring" (of
 /// STEP and IGES), "meshing" (of bodies) and "writing". Throws
 /// std::bad_alloc and what the callback throws; all else is a failure in the result.

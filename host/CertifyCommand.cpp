@@ -45,6 +45,7 @@ CertifyCommand::CertifyCommand(CLI::App& program)
     Arguments()
         .add_option("--html", m_page, "Write a page with the table, all differences and pictures of both sides")
         ->type_name("FILE");
+    AddTimeoutOption(Arguments(), m_timeout);
     Arguments().add_flag("--quiet", m_isQuiet, "Show no progress and no remarks");
 }
 
@@ -52,6 +53,7 @@ ExitStatus CertifyCommand::Run()
 {
     CertifyOptions options;
     options.withPictures = !m_page.empty();
+    options.timeout = m_timeout;
     if (IsSameFile(m_page, m_model) || IsSameFile(m_page, m_other))
     {
         Complain(Escaped(m_page) + ": the page would take the place of what is compared");

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "host/Command.h"
@@ -24,6 +25,7 @@ private:
     std::string m_other;
     std::string m_page;
     bool m_asJson = false;
+    std::optional<unsigned> m_timeout;
     bool m_isQuiet = false;
 };
 

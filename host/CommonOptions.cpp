@@ -2,6 +2,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include "host/NumberRange.h"
+
 namespace KVR
 {
 
@@ -26,9 +28,29 @@ void AddInsecureOption(CLI::App& command, SceneOptions& options)
     command.add_flag("--insecure", options.insecure, "Restore kernel stores that the kernel judges insecure");
 }
 
+void AddTimeoutOption(CLI::App& command, std::optional<unsigned>& seconds)
+{
+    constexpr NumberRange kSeconds{1, 1e6, true};
+    kSeconds.Check(*command
+                        .add_option("--timeout", seconds,
+                                    "The processor time in seconds that a process which reads a file may take; in "
+                                    "proportion to the file unless given")
+                        ->type_name("SECONDS"));
+}
+
 void AddJsonOption(CLI::App& command, bool& asJson)
 {
     command.add_flag("--json", asJson, "Print JSON");
+}
+
+void AddFilterOptions(CLI::App& command, SceneFilter& filter, std::string const& verb)
+{
+    AddRepeatedOption(command, "--only", filter.only,
+                      verb +
+                          " this object with all below it, by its id or label, or a layer; * and ? stand for any "
+                          "characters and one; may be repeated",
+                      "NAME");
+    AddRepeatedOption(command, "--hide", filter.hide, "Leave this out, named as above; may be repeated", "NAME");
 }
 
 void AddIdOption(CLI::App& command, std::vector<std::string>& ids)

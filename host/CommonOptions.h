@@ -1,9 +1,11 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "exchange/source/SceneOptions.h"
+#include "scene/SceneFilter.h"
 
 namespace CLI
 {
@@ -24,8 +26,14 @@ void AddReadingOptions(CLI::App& command, SceneOptions& options);
 /// "--insecure".
 void AddInsecureOption(CLI::App& command, SceneOptions& options);
 
+/// "--timeout".
+void AddTimeoutOption(CLI::App& command, std::optional<unsigned>& seconds);
+
 /// "--json".
 void AddJsonOption(CLI::App& command, bool& asJson);
+
+/// What of a scene is wanted: "--only" and "--hide". `verb` is what is done with it: "Export".
+void AddFilterOptions(CLI::App& command, SceneFilter& filter, std::string const& verb);
 
 /// "--id", where a walk begins besides the root.
 void AddIdOption(CLI::App& command, std::vector<std::string>& ids);

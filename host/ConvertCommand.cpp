@@ -24,6 +24,7 @@ ConvertCommand::ConvertCommand(CLI::App& program)
     m_meshing.AddTo(Arguments());
     AddReadingOptions(Arguments(), m_scene);
     AddInsecureOption(Arguments(), m_scene);
+    AddTimeoutOption(Arguments(), m_timeout);
     Arguments().add_flag("--quiet", m_isQuiet, "Say nothing but what fails");
 }
 
@@ -34,6 +35,7 @@ ExitStatus ConvertCommand::Run()
     ConvertOptions options;
     options.import = m_import.Options(m_meshing);
     options.exportation = m_export.Options(m_meshing);
+    options.import.timeout = options.exportation.timeout = m_timeout;
     options.scene = m_scene;
     options.scenePath = m_scenePath;
     ConvertResult const result = Watched(

@@ -28,6 +28,7 @@ private:
     ExportArguments m_export;
     MeshArguments m_meshing;
     SceneOptions m_scene;
+    std::optional<unsigned> m_timeout;
     bool m_isQuiet = false;
 };
 

@@ -9,12 +9,7 @@ namespace KVR
 
 void ExportArguments::AddTo(CLI::App& command)
 {
-    AddRepeatedOption(command, "--only", m_options.filter.only,
-                      "Export this object with all below it, by its id or label, or a layer; * and ? stand for any "
-                      "characters and one; may be repeated",
-                      "NAME");
-    AddRepeatedOption(command, "--hide", m_options.filter.hide, "Leave this out, named as above; may be repeated",
-                      "NAME");
+    AddFilterOptions(command, m_options.filter, "Export");
     // A command that also imports has a unit of the model.
     m_unit.AddTo(command, command.get_option_no_throw("--unit") ? "--out-unit" : "--unit",
                  "The unit of length of STL, OBJ and PLY to be written; the scene's unless given");

@@ -17,12 +17,14 @@ ExportCommand::ExportCommand(CLI::App& program)
     m_export.AddTo(Arguments());
     m_meshing.AddTo(Arguments());
     AddInsecureOption(Arguments(), m_scene);
+    AddTimeoutOption(Arguments(), m_timeout);
     Arguments().add_flag("--quiet", m_isQuiet, "Say nothing but what fails");
 }
 
 ExitStatus ExportCommand::Run()
 {
-    ExportOptions const options = m_export.Options(m_meshing);
+    ExportOptions options = m_export.Options(m_meshing);
+    options.timeout = m_timeout;
     ExportResult const result = Watched(
         !m_isQuiet, [&](Progress const& progress) { return ExportScene(m_scene, m_target, options, progress); });
     if (result.outcome != Outcome::kDone)

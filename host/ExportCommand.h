@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "host/Command.h"
@@ -22,6 +23,7 @@ private:
     std::string m_target;
     ExportArguments m_export;
     MeshArguments m_meshing;
+    std::optional<unsigned> m_timeout;
     bool m_isQuiet = false;
 };
 

@@ -4,6 +4,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "host/CommonOptions.h"
 #include "host/LongWork.h"
 #include "host/TextValues.h"
 #include "output/Output.h"
@@ -40,12 +41,14 @@ ImportCommand::ImportCommand(CLI::App& program)
         ->type_name("SCENE.xml");
     m_import.AddTo(Arguments());
     m_meshing.AddTo(Arguments());
+    AddTimeoutOption(Arguments(), m_timeout);
     Arguments().add_flag("--quiet", m_isQuiet, "Say nothing but what fails");
 }
 
 ExitStatus ImportCommand::Run()
 {
-    ImportOptions const options = m_import.Options(m_meshing);
+    ImportOptions options = m_import.Options(m_meshing);
+    options.timeout = m_timeout;
     ImportResult const result =
         Watched(!m_isQuiet, [&](Progress const& progress) { return ImportModel(m_model, m_scene, options, progress); });
     if (result.outcome != Outcome::kDone)

@@ -25,6 +25,7 @@
 #include "host/Signals.h"
 #include "host/StandardStreams.h"
 #include "host/TreeCommand.h"
+#include "host/ViewCommand.h"
 #include "host/ViewsCommand.h"
 #include "output/Output.h"
 #include "output/OutputError.h"
@@ -53,7 +54,7 @@ Commands MakeCommands(CLI::App& program)
 Commands AllCommands(CLI::App& program)
 {
     return MakeCommands<DumpCommand, TreeCommand, ViewsCommand, NotesCommand, ImportCommand, ExportCommand,
-                        ConvertCommand, CertifyCommand, CheckCommand>(program);
+                        ConvertCommand, ViewCommand, CertifyCommand, CheckCommand>(program);
 }
 
 void Describe(CLI::App& program)
@@ -70,6 +71,7 @@ void Describe(CLI::App& program)
         "  kvr export as1.xml as1.glb\n"
         "  kvr export --only l-bracket as1.xml bracket.step\n"
         "  kvr convert examples/models/as1-oc-214.stp as1.glb\n"
+        "  kvr view examples/models/as1-oc-214.stp as1.html\n"
         "  kvr certify examples/models/as1-oc-214.stp\n"
         "  kvr check as1.xml");
 }

@@ -1,7 +1,9 @@
 // The life of a producer: open, scan, end.
 
 #include <exception>
+#include <new>
 #include <xercesc/parsers/XercesDOMParser.hpp>
+#include <xercesc/util/OutOfMemoryException.hpp>
 
 #include "framework/api/Exception.h"
 #include "framework/api/IObject.h"
@@ -48,6 +50,14 @@ bool XMLProducerImpl::OpenDocument()
         m_parser = MakeDocumentParser();
         m_parser->parse(FileInputSource(m_fileName));
         m_isParsed = m_parser->getErrorCount() == 0;
+    }
+    catch (std::bad_alloc const&)
+    {
+        throw;
+    }
+    catch (xercesc::OutOfMemoryException const&)
+    {
+        throw std::bad_alloc();
     }
     catch (...)
     {

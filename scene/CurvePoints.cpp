@@ -10,6 +10,7 @@
 #include <algorithm>
 
 #include "framework/api/ICurve.h"
+#include "framework/kernel/MemoryWatch.h"
 #include "framework/kernel/curve.h"
 #include "framework/kernel/gmk_array.h"
 #include "framework/kernel/tessellation/CurveLine.h"
@@ -41,6 +42,7 @@ bool AddKernelCurve(SceneLines& lines, curve const* kernelCurve, CurveTolerance 
 {
     if (!kernelCurve || kernelCurve->IsDestroyed() || kernelCurve->Geometry().IsNull())
         return false;
+    MemoryWatch const watch;
     try
     {
         double const first = std::min(kernelCurve->First(), kernelCurve->Last());
@@ -48,8 +50,9 @@ bool AddKernelCurve(SceneLines& lines, curve const* kernelCurve, CurveTolerance 
         return AddCurve(lines, GeomAdaptor_Curve(kernelCurve->Geometry(), first, last), tolerance,
                         kernelCurve->First() > kernelCurve->Last());
     }
-    catch (Standard_Failure const&)
+    catch (Standard_Failure const& failure)
     {
+        watch.Check(failure);
         // What Open CASCADE cannot follow has no line.
         return false;
     }

@@ -23,6 +23,7 @@
 #include "framework/api/CurveDataVisitor.h"
 #include "framework/api/ICurve.h"
 #include "framework/api/ICurveData.h"
+#include "framework/kernel/MemoryWatch.h"
 #include "framework/kernel/curve.h"
 #include "framework/kernel/gmk_array.h"
 #include "scene/geometry/CurveDataFacts.h"
@@ -253,12 +254,14 @@ private:
     void Add(Made make)
     {
         TopoDS_Shape edge;
+        MemoryWatch const watch;
         try
         {
             edge = make();
         }
-        catch (Standard_Failure const&)
+        catch (Standard_Failure const& failure)
         {
+            watch.Check(failure);
             edge.Nullify();
         }
         if (edge.IsNull())

@@ -48,7 +48,8 @@ OccurrenceState OccurrenceState::Below(ScenePlacement const& placement, SceneCom
 {
     OccurrenceState state;
     bool const* const visibility = Said(m_overrides, placement.id, &SceneOverride::isVisible);
-    state.isVisible = isVisible && (visibility ? *visibility : placement.isVisible);
+    state.showsItself = visibility ? *visibility : placement.isVisible;
+    state.isVisible = isVisible && state.showsItself;
     Matrix const* const moved = Said(m_overrides, placement.id, &SceneOverride::transform);
     state.transform = moved ? *moved : placement.transform;
     SceneStyle const* const* const styled = Said(m_overrides, placement.id, &SceneOverride::style);
@@ -71,8 +72,13 @@ OccurrenceState OccurrenceState::Below(ScenePlacement const& placement, SceneCom
 
 bool OccurrenceState::IsVisible(SceneGeometry const& geometry) const
 {
+    return isVisible && ShowsItself(geometry);
+}
+
+bool OccurrenceState::ShowsItself(SceneGeometry const& geometry) const
+{
     bool const* const said = Said(m_overrides, geometry, &SceneOverride::isVisible);
-    return isVisible && (said ? *said : geometry.isVisible);
+    return said ? *said : geometry.isVisible;
 }
 
 Matrix const& OccurrenceState::TransformOf(SceneGeometry const& geometry) const

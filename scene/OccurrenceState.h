@@ -20,7 +20,10 @@ public:
     /// That of what a placement of the component places. `target` is that component.
     OccurrenceState Below(ScenePlacement const& placement, SceneComponent const& target) const;
 
+    /// Whether it and all above it are shown.
     bool isVisible = true;
+    /// Whether it is shown where all above it are.
+    bool showsItself = true;
     /// From the component to that above it, in the unit of the one above.
     Matrix transform = kIdentity;
     /// The style that an override or an instance gives to all below it; null for none.
@@ -33,6 +36,8 @@ public:
 
     /// Whether geometry of the component is shown; false for all of it where the occurrence is hidden.
     bool IsVisible(SceneGeometry const& geometry) const;
+    /// Whether geometry of the component is shown where the occurrence is.
+    bool ShowsItself(SceneGeometry const& geometry) const;
     /// From the geometry to its component, in the geometry's own unit.
     Matrix const& TransformOf(SceneGeometry const& geometry) const;
     /// The same, to the component's unit. `component` is the one that has the geometry.

@@ -1,10 +1,8 @@
 #include "scene/SceneMesh.h"
 
 #include <BRepBndLib.hxx>
-#include <BRepMesh_IncrementalMesh.hxx>
 #include <Bnd_Box.hxx>
 #include <Precision.hxx>
-#include <Standard_Failure.hxx>
 #include <TopExp.hxx>
 #include <TopExp_Explorer.hxx>
 #include <TopTools_IndexedMapOfShape.hxx>
@@ -17,6 +15,7 @@
 #include "framework/api/SubEntityToStylesMap.h"
 #include "framework/kernel/entity.h"
 #include "framework/kernel/tessellation/BodyMesh.h"
+#include "framework/kernel/tessellation/ShapeMesher.h"
 #include "scene/CurvePoints.h"
 #include "scene/geometry/MeshTriangles.h"
 #include "scene/geometry/TriangleRuns.h"
@@ -97,19 +96,6 @@ IMeshTools_Parameters ParametersOf(MeshQuality const& quality, double diagonal)
     return parameters;
 }
 
-// Faces that Open CASCADE cannot divide stay without triangles.
-void Triangulate(TopoDS_Shape const& shape, IMeshTools_Parameters const& parameters)
-{
-    try
-    {
-        BRepMesh_IncrementalMesh const meshed(shape, parameters);
-    }
-    catch (Standard_Failure const&)
-    {
-        // Those that it came to have theirs.
-    }
-}
-
 void AddTriangles(SceneMesh& target, BodyMesh const& mesh, TopTools_IndexedMapOfShape const& faces, IBrep const& body)
 {
     std::vector<std::string> const styles = StylesOfFaces(body, static_cast<std::size_t>(faces.Extent()));
@@ -188,7 +174,7 @@ SceneMesh SceneMesh::Of(IBrep& body, MeshQuality const& quality)
     BRepBndLib::Add(shape, box);
     if (box.IsVoid())
         return result;
-    Triangulate(shape, ParametersOf(quality, std::sqrt(box.SquareExtent())));
+    MeshShape(shape, ParametersOf(quality, std::sqrt(box.SquareExtent())));
     BodyMesh const mesh(shape);
     result.facesWithoutTriangles = mesh.FacesWithoutTriangles();
     TopTools_IndexedMapOfShape faces;

@@ -91,8 +91,8 @@ constexpr Row kNurbsRows[] = {
     Value<&INurbsCurveData::FitTolerance>("FitTolerance"),
     Value<&INurbsCurveData::CurveContinuity>("CurveContinuity"),
     Value<&INurbsCurveData::ParameterShift>("ParameterShift"),
-    List<&INurbsCurveData::KnotCount, &INurbsCurveData::Knot>("Knots"),
-    List<&INurbsCurveData::ControlPointCount, &INurbsCurveData::ControlPoint>("ControlPoints"),
+    List<&INurbsCurveData::KnotCount, &INurbsCurveData::Knot>("Knots").Long("KnotCount"),
+    List<&INurbsCurveData::ControlPointCount, &INurbsCurveData::ControlPoint>("ControlPoints").Long("ControlPointCount"),
     Inherits<INurbsCurveData, ICurveData>(),
 };
 

@@ -10,11 +10,6 @@ namespace
 
 constexpr double kLeastPart = 1e-9;
 
-FactPoint Cross(FactPoint const& a, FactPoint const& b)
-{
-    return {a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0]};
-}
-
 FactPoint Between(FactPoint const& a, FactPoint const& b)
 {
     return {b[0] - a[0], b[1] - a[1], b[2] - a[2]};
@@ -45,7 +40,7 @@ void Bulk::AddTriangle(FactPoint const& a, FactPoint const& b, FactPoint const& 
     FactPoint const normal = Cross(Between(a, b), Between(a, c));
     double const size = 0.5 * std::hypot(normal[0], normal[1], normal[2]);
     // That of the tetrahedron with the origin.
-    double const room = (a[0] * normal[0] + a[1] * normal[1] + a[2] * normal[2]) / 6.0;
+    double const room = Dot(a, normal) / 6.0;
     area += size;
     volume += room;
     for (std::size_t i = 0; i < 3; ++i)

@@ -32,7 +32,10 @@ Certificate::Certificate(std::vector<Stage> stages) : m_stages(std::move(stages)
     }
     AddStructure();
     AddOrganisation();
+    AddNotes();
+    AddColors();
     AddShapes();
+    AddFaces();
     AddMeshes();
     AddAbsences();
 }
@@ -44,7 +47,7 @@ bool Certificate::IsGood() const noexcept
 
 bool Certificate::HasPlaceForHidden(std::size_t stage) const
 {
-    return m_stages[stage].facts.tables.count(kTable_Hidden) != 0;
+    return Has(stage, kTable_Hidden);
 }
 
 void Certificate::AddTable(char const* name, Ask const& ask, Compare const& compare, double tolerance, bool mayHaveMore)
@@ -80,34 +83,52 @@ void Certificate::AddTable(char const* name, Ask const& ask, Compare const& comp
         {
             auto const found = table->find(key);
             double const apart = found == table->end() ? 1.0 : compare(entry, found->second);
+            // What is there no time may be there.
+            if (found == table->end() && entry.count == 0.0)
+                continue;
             row.difference = std::max(row.difference, apart);
             if (found == table->end())
-                differ(stage, fmt::format("'{}' is missing", key));
+                differ(stage, fmt::format("'{}' is missing", Named(key)));
             else if (apart > tolerance)
-                differ(stage, fmt::format("'{}': {} instead of {}", key, Shown(found->second), Shown(entry)));
+                differ(stage, fmt::format("'{}': {} instead of {}", Named(key), Shown(found->second), Shown(entry)));
         }
         for (auto const& [key, entry] : *table)
             if (!mayHaveMore && first->count(key) == 0)
             {
                 row.difference = 1.0;
-                differ(stage, fmt::format("'{}' is new", key));
+                differ(stage, fmt::format("'{}' is new", Named(key)));
             }
     }
     if (isAnything)
         m_rows.push_back(std::move(row));
 }
 
+bool Certificate::Has(std::size_t stage, char const* table) const
+{
+    return m_stages[stage].facts.tables.count(table) != 0;
+}
+
 void Certificate::AddTableOf(char const* name, Compare const& compare, double tolerance, bool mayHaveMore)
 {
     AddTable(
         name,
-        [this, name](std::size_t stage) -> std::optional<Table>
-        {
-            auto const& tables = m_stages[stage].facts.tables;
-            auto const found = tables.find(name);
-            return found == tables.end() ? std::nullopt : std::optional(found->second);
-        },
+        [this, name](std::size_t stage)
+        { return Has(stage, name) ? std::optional(m_stages[stage].facts.tables.at(name)) : std::nullopt; },
         compare, tolerance, mayHaveMore);
+}
+
+Table Certificate::ByPathAndName(std::size_t stage, char const* name) const
+{
+    Table table = m_folded[stage].ByPath(m_stages[stage].facts, name);
+    bool isByPath = true;
+    for (FoldedFacts const& folded : m_folded)
+        isByPath = isByPath && folded.hasStructure;
+    if (isByPath)
+        return table;
+    Table byName;
+    for (auto const& [key, entry] : table)
+        byName[ModelFacts::Joined({}, ModelFacts::Parted(key).second)].Add(entry);
+    return byName;
 }
 
 void Certificate::AddTotal(char const* name,

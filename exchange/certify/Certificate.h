@@ -45,6 +45,10 @@ private:
                   bool areLengths, std::optional<double> tolerance = {});
     void AddStructure();
     void AddOrganisation();
+    void AddNotes();
+    void AddColors();
+    /// Single faces, told by the ids that the model gives them.
+    void AddFaces();
     void AddShapes();
     void AddMeshes();
     /// Measures of bodies or of meshes: in all, and by path.
@@ -53,6 +57,9 @@ private:
     void AddBodiesInMeshes();
     /// By path, of nodes that are shown or that all stages have a place for.
     ModelFacts::Table ByPath(std::size_t stage, std::function<std::vector<double>(Node const&)> const& ask) const;
+    /// A table by path and name; by name alone when a stage has no structure.
+    ModelFacts::Table ByPathAndName(std::size_t stage, char const* name) const;
+    bool Has(std::size_t stage, char const* table) const;
     bool HasPlaceForHidden(std::size_t stage) const;
     void AddAbsences();
 

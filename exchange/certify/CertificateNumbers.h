@@ -69,23 +69,30 @@ inline bool AreNear(std::string const& a, std::string const& b)
     return true;
 }
 
+// The table with the first one's colours where these are near, at the same path.
 inline Table WithColorsOf(Table const& first, Table const& table)
 {
     Table named;
-    for (auto const& [color, entry] : table)
+    for (auto const& [key, entry] : table)
     {
-        std::string name = color;
-        if (first.count(name) == 0)
-            for (auto const& known : first)
-                if (AreNear(known.first, color))
-                    name = known.first;
-        Entry& target = named[name];
-        target.count += entry.count;
-        target.numbers.resize(entry.numbers.size(), 0.0);
-        for (std::size_t i = 0; i < entry.numbers.size(); ++i)
-            target.numbers[i] += entry.numbers[i];
+        std::string name = key;
+        auto const [path, color] = ModelFacts::Parted(key);
+        std::string const begin = ModelFacts::Joined(path, "#");
+        if (first.count(name) == 0 && color.starts_with('#'))
+            for (auto known = first.lower_bound(begin); known != first.end() && known->first.starts_with(begin);
+                 ++known)
+                if (AreNear(ModelFacts::Parted(known->first).second, color))
+                    name = known->first;
+        named[name].Add(entry);
     }
     return named;
+}
+
+// A key as it is shown.
+inline std::string Named(std::string const& key)
+{
+    auto const [owner, name] = ModelFacts::Parted(key);
+    return owner.empty() ? name : owner + ": " + name;
 }
 
 inline std::vector<double> List(FactPoint const& a)

@@ -68,7 +68,7 @@ void Certificate::AddStructure()
         "part numbers",
         [&](std::size_t stage) -> std::optional<Table>
         {
-            if (m_stages[stage].facts.tables.count(kTable_Properties) == 0)
+            if (!Has(stage, kTable_Properties))
                 return {};
             return structured(stage,
                               [](Table& table, std::string const&, Node const& node)
@@ -82,7 +82,25 @@ void Certificate::AddStructure()
 
 void Certificate::AddOrganisation()
 {
-    AddTableOf(kTable_Units, OfPresence, 0.0);
+    AddTable(
+        kTable_Units,
+        [this](std::size_t stage) -> std::optional<Table>
+        {
+            if (!Has(stage, kTable_Units))
+                return {};
+            Table table;
+            for (auto const& [path, node] : m_folded[stage].nodes)
+            {
+                // What has no shapes may state any.
+                auto const first = m_folded.front().nodes.find(path);
+                if (first != m_folded.front().nodes.end() && !first->second.units.empty() &&
+                    (first->second.faces > 0 || first->second.bodies.length > 0.0 || first->second.triangles > 0))
+                    for (std::string const& unit : node.units)
+                        table[ModelFacts::Joined(path, unit)].count = 1.0;
+            }
+            return table;
+        },
+        OfPresence, 0.0);
     AddTableOf(kTable_Layers, OfCounts, 0.0);
     AddTable(
         kTable_Hidden,
@@ -93,6 +111,10 @@ void Certificate::AddOrganisation()
             return m_folded[stage].ByPath(m_stages[stage].facts, kTable_Hidden);
         },
         OfCounts, 0.0);
+}
+
+void Certificate::AddNotes()
+{
     double const diagonal = m_diagonal;
     AddTableOf(
         kTable_Views,
@@ -105,13 +127,50 @@ void Certificate::AddOrganisation()
             return most;
         },
         kAngleTolerance);
+    AddTableOf(
+        kTable_Cuts,
+        [diagonal](Entry const& a, Entry const& b)
+        {
+            double most = a.count == b.count ? 0.0 : 1.0;
+            for (std::size_t i = 0; i < std::min(a.numbers.size(), b.numbers.size()); ++i)
+                most =
+                    std::max(most, std::abs(a.numbers[i] - b.numbers[i]) / (i == 0 && diagonal > 0.0 ? diagonal : 1.0));
+            return most;
+        },
+        kAngleTolerance);
     AddTableOf(kTable_ViewMembers, OfPresence, 0.0);
     AddTableOf(kTable_Notes, OfCounts, 0.0);
     AddTableOf(kTable_NoteValues, OfCounts, 0.0);
+    AddTableOf(kTable_NoteTexts, OfPresence, 0.0, true);
     AddTableOf(kTable_Properties, OfPresence, 0.0, true);
-    AddTableOf(kTable_Colors, OfNumbers, kFineTolerance);
-    AddTableOf(kTable_LineColors, OfNumbers, kFineTolerance);
-    AddTableOf(kTable_DrawnColors, OfNumbers, kFineTolerance);
+}
+
+void Certificate::AddColors()
+{
+    for (char const* const name : {kTable_Colors, kTable_LineColors, kTable_DrawnColors})
+        AddTable(
+            name,
+            [this, name](std::size_t stage)
+            { return Has(stage, name) ? std::optional(ByPathAndName(stage, name)) : std::nullopt; },
+            OfNumbers, kFineTolerance);
+}
+
+void Certificate::AddFaces()
+{
+    double const diagonal = m_diagonal;
+    AddTableOf(
+        kTable_FaceIds,
+        [diagonal](Entry const& a, Entry const& b)
+        {
+            double const area = std::max(a.numbers[0], b.numbers[0]);
+            if (area <= 1e-9 * diagonal * diagonal)
+                return 0.0;
+            double most = Relative(a.numbers[0], b.numbers[0]);
+            for (std::size_t i = 1; i < 4; ++i)
+                most = std::max(most, std::abs(a.numbers[i] - b.numbers[i]) / (area * diagonal));
+            return most;
+        },
+        kFineTolerance);
 }
 
 void Certificate::AddBulk(bool isOfMeshes)
@@ -223,7 +282,7 @@ void Certificate::AddMeshes()
         kTable_Normals,
         [this](std::size_t stage) -> std::optional<Table>
         {
-            if (m_stages[stage].facts.tables.count(kTable_Normals) == 0)
+            if (!Has(stage, kTable_Normals))
                 return {};
             Table table = m_folded[stage].ByPath(m_stages[stage].facts, kTable_Normals);
             // The mean angle in degrees, over the area.
@@ -277,15 +336,28 @@ void Certificate::AddBodiesInMeshes()
         "colours of bodies in meshes",
         [this](std::size_t stage) -> std::optional<Table>
         {
-            auto const& tables = m_stages[stage].facts.tables;
-            auto const found = tables.find(stage == 0 ? kTable_Colors : kTable_DrawnColors);
-            // Which faces are hidden a table of colours does not tell.
-            auto const hidden = m_stages.front().facts.tables.find(kTable_Hidden);
-            if (found == tables.end() || hidden == m_stages.front().facts.tables.end() || !hidden->second.empty())
+            char const* const name = stage == 0 ? kTable_Colors : kTable_DrawnColors;
+            if (!Has(stage, name) || !HasPlaceForHidden(0))
                 return {};
-            return found->second;
+            // Which faces are hidden a table of colours does not tell.
+            Table const hidden = m_folded.front().ByPath(m_stages.front().facts, kTable_Hidden);
+            Table table = ByPathAndName(stage, name);
+            std::erase_if(table,
+                          [&](auto const& entry) { return hidden.count(ModelFacts::Parted(entry.first).first); });
+            // How much of an area is lost in the triangles is told from all of its path.
+            std::map<std::string, double> areas;
+            for (auto const& [key, entry] : table)
+                areas[ModelFacts::Parted(key).first] += entry.numbers[0];
+            for (auto& [key, entry] : table)
+                entry.numbers.push_back(areas[ModelFacts::Parted(key).first]);
+            return table;
         },
-        OfNumbers, kMeshTolerance);
+        [](Entry const& a, Entry const& b)
+        {
+            double const all = std::max(a.numbers[1], b.numbers[1]);
+            return all > 0.0 ? std::abs(a.numbers[0] - b.numbers[0]) / all : 0.0;
+        },
+        kMeshTolerance);
 }
 
 void Certificate::AddAbsences()
@@ -298,10 +370,10 @@ void Certificate::AddAbsences()
             double count = 0.0;
             for (auto const& known : table)
                 count += known.second.count;
-            // A format has its unit, and triangles have the colours of their faces.
-            if (name == kTable_Units || (name == kTable_Colors && m_stages[stage].facts.hasMesh))
+            // Ids hold in one model, and triangles have the colours of their faces.
+            if (name == kTable_FaceIds || (name == kTable_Colors && m_stages[stage].facts.hasMesh))
                 continue;
-            if (count > 0.0 && m_stages[stage].facts.tables.count(name) == 0)
+            if (count > 0.0 && !Has(stage, name.c_str()))
                 all += fmt::format("{}{:.9g} {}", all.empty() ? "" : ", ", count, name);
         }
         if (m_stages.front().facts.hasBodies && !m_stages[stage].facts.hasBodies)

@@ -9,8 +9,8 @@
 #include "exchange/ExportScene.h"
 #include "exchange/ImportModel.h"
 #include "exchange/certify/Certificate.h"
-#include "exchange/certify/FactReaders.h"
 #include "exchange/certify/Picture.h"
+#include "exchange/certify/PlainModel.h"
 #include "exchange/certify/SourceFormat.h"
 #include "exchange/run/ChildProcess.h"
 #include "exchange/run/Heard.h"
@@ -56,7 +56,7 @@ class Certifier
 {
 public:
     Certifier(std::string const& model, CertifyOptions const& options, Progress const& progress)
-        : m_model(model),
+        : m_path(model),
           m_options(options),
           m_progress(progress),
           m_folder(std::filesystem::temp_directory_path(), "kvr-certify-")
@@ -66,31 +66,50 @@ public:
     CertifyResult Certify()
     {
         std::string const scene = File("scene.xml");
-        Find("source", m_model, [this] { return FactsOfFile(m_model, kMillimetres); });
-        ImportResult const imported = ImportModel(m_model, scene, {}, m_progress);
+        PlainModel const model = Taken(m_path);
+        m_model = model.Plain();
+        FindFile("source", m_path, model);
+        ImportOptions importing;
+        importing.timeout = m_options.timeout;
+        ImportResult const imported = ImportModel(model.Given(), scene, importing, m_progress);
         Expect(imported.outcome, imported.failure);
         m_result.remarks = imported.remarks;
-        Find("scene", "the scene", [scene] { return FactsOfSceneFile(scene); });
+        Find("scene", "the scene", scene, [scene](TellFraction const&) { return FactsOfSceneFile(scene); });
         std::string const glb = Exported(scene, "scene.glb");
-        Take();
-        Take();
+        Take(m_progress);
+        Take(m_progress);
         if (HasBodies(m_stages.back().facts))
         {
             std::string const step = Exported(scene, "scene.step");
-            Find("STEP", "the exported STEP file", [step] { return FactsOfStep(step); });
+            Find("STEP", "the exported STEP file", step,
+                 [step](TellFraction const& tell) { return WithoutIds(FactsOfStep(step, tell)); });
         }
-        Find("GLB", "the exported GLB file", [glb] { return FactsOfGltf(glb); });
-        Draw("source", m_model);
+        Find("GLB", "the exported GLB file", glb, [glb](TellFraction const&) { return FactsOfGltf(glb); });
+        Draw("source", model.Plain());
         Draw("GLB", glb);
+        while (!m_searches.empty())
+            Take(m_progress);
         return Compared();
     }
 
     CertifyResult CertifyAgainst(std::string const& other)
     {
-        Find("source", m_model, [this] { return FactsOfFile(m_model, kMillimetres); });
-        Find("other", other, [other] { return FactsOfFile(other, kMillimetres); });
-        Draw("source", m_model);
-        Draw("other", other);
+        PlainModel const model = Taken(m_path);
+        PlainModel const made = Taken(other);
+        m_model = model.Plain();
+        FindFile("source", m_path, model);
+        FindFile("other", other, made);
+        Draw("source", model.Plain());
+        Draw("other", made.Plain());
+        // Time goes with size.
+        double const all = SizeOf(model.Plain()) + SizeOf(made.Plain());
+        double const share = all > 0.0 ? SizeOf(model.Plain()) / all : 0.5;
+        Progress const first = PartOf(m_progress, 0.0, share);
+        Take(Planned(first, {{kStage_Comparing, 1.0}}));
+        Progress const second = PartOf(m_progress, share, 1.0);
+        Take(Planned(second, {{kStage_Comparing, 1.0}}));
+        for (Certificate::Stage& stage : m_stages)
+            stage.facts = WithoutIds(std::move(stage.facts));
         return Compared();
     }
 
@@ -105,6 +124,34 @@ private:
 
     std::string File(char const* name) const { return (m_folder.Path() / name).string(); }
 
+    // What a file calls its faces no other file does.
+    static ModelFacts WithoutIds(ModelFacts facts)
+    {
+        facts.tables.erase(kTable_FaceIds);
+        return facts;
+    }
+
+    static double SizeOf(std::string const& path)
+    {
+        std::error_code error;
+        auto const size = std::filesystem::file_size(path, error);
+        return error ? 0.0 : static_cast<double>(size);
+    }
+
+    PlainModel Taken(std::string const& path) const
+    {
+        PlainModel model(path, m_folder.Path(), path == m_path ? "standard input" : "other", m_progress);
+        if (model.IsCancelled())
+            throw Cancelled();
+        return model;
+    }
+
+    void FindFile(char const* stage, std::string const& what, PlainModel const& model)
+    {
+        Find(stage, what, model.Plain(),
+             [path = model.Plain()](TellFraction const& tell) { return FactsOfFile(path, kMillimetres, tell); });
+    }
+
     static void Expect(Outcome outcome, std::string const& failure)
     {
         if (outcome == Outcome::kCancelled)
@@ -117,27 +164,34 @@ private:
     {
         SceneOptions scene;
         scene.path = scenePath;
+        ExportOptions exporting;
+        exporting.timeout = m_options.timeout;
         std::string path = File(name);
-        ExportResult const exported = ExportScene(scene, path, {}, m_progress);
+        ExportResult const exported = ExportScene(scene, path, exporting, m_progress);
         Expect(exported.outcome, exported.failure);
         for (std::string const& remark : exported.remarks)
             m_result.remarks.push_back(std::string(name) + ": " + remark);
         return path;
     }
 
-    void Find(char const* stage, std::string const& what, std::function<ModelFacts()> const& find)
+    // What is found in a file takes as long as that one or the model allows.
+    void Find(char const* stage, std::string const& what, std::string const& file,
+              std::function<ModelFacts(TellFraction const& tell)> const& find)
     {
-        m_searches.push_back({stage, what, ChildWork([&](ChildVoice const&) { return find().Text(); })});
+        auto const work = [&](ChildVoice const& voice) {
+            return find([&](double fraction) { voice.Progress({kStage_Comparing, fraction}); }).Text();
+        };
+        m_searches.push_back({stage, what, ChildWork(work, ChildLimits::For({file, m_model}, m_options.timeout))});
     }
 
     // Waits for the first search.
-    void Take()
+    void Take(Progress const& progress)
     {
-        if (!Begin(m_progress, kStage_Comparing))
+        if (!Begin(progress, kStage_Comparing))
             throw Cancelled();
         Search search = std::move(m_searches.front());
         m_searches.pop_front();
-        ChildResult const child = search.work.Finish(m_progress);
+        ChildResult const child = search.work.Finish(progress);
         if (child.isCancelled)
             throw Cancelled();
         if (!child.answer)
@@ -155,8 +209,6 @@ private:
 
     CertifyResult Compared()
     {
-        while (!m_searches.empty())
-            Take();
         Certificate const certificate(std::move(m_stages));
         m_result.outcome = Outcome::kDone;
         m_result.rows = certificate.Rows();
@@ -165,6 +217,8 @@ private:
         return std::move(m_result);
     }
 
+    std::string m_path;
+    // The file of it that is read.
     std::string m_model;
     CertifyOptions m_options;
     Progress const& m_progress;

@@ -9,6 +9,16 @@ namespace KVR::Certification
 
 using FactPoint = std::array<double, 3>;
 
+inline double Dot(FactPoint const& a, FactPoint const& b)
+{
+    return a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
+}
+
+inline FactPoint Cross(FactPoint const& a, FactPoint const& b)
+{
+    return {a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0]};
+}
+
 /// A place of something: a matrix of four rows, applied to points as columns.
 struct FactPlace
 {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "exchange/certify/ModelFacts.h"
@@ -18,8 +19,11 @@ namespace KVR::Certification
 // Readers of facts, each of which shares no code with import and export. All throw std::exception for what they cannot
 // read, and may end the process where Open CASCADE does.
 
+/// Is told how much is done, from 0 to 1.
+using TellFraction = std::function<void(double)>;
+
 /// What a STEP file holds: the entities of the file, and the shapes that Open CASCADE makes of them.
-ModelFacts FactsOfStep(std::string const& path);
+ModelFacts FactsOfStep(std::string const& path, TellFraction const& tell = {});
 
 /// What a BREP or an IGES file holds: its shapes alone. The unit, in millimetres, is that of a BREP file's numbers.
 ModelFacts FactsOfBrep(std::string const& path, double millimetres);

@@ -35,17 +35,36 @@ std::string PropertyValueText(std::string const& text)
     return all;
 }
 
+std::string StatedText(std::string const& name, std::string const& value)
+{
+    return PropertyValueText(name) + " = " + value;
+}
+
 std::string UnitName(double millimetres)
 {
     return fmt::format("{:.9g} mm", millimetres);
 }
 
-void AddView(ModelFacts& facts, std::string const& name, FactPoint const& eye, FactPoint const& direction)
+FactPoint UnitOf(FactPoint const& direction)
 {
     double const length = std::hypot(direction[0], direction[1], direction[2]);
     double const factor = length > 0.0 ? 1.0 / length : 0.0;
-    facts.Add(kTable_Views, name,
-              {eye[0], eye[1], eye[2], direction[0] * factor, direction[1] * factor, direction[2] * factor});
+    return {direction[0] * factor, direction[1] * factor, direction[2] * factor};
+}
+
+void AddView(ModelFacts& facts, std::string const& name, FactPoint const& eye, FactPoint const& direction,
+             FactPoint const& up)
+{
+    FactPoint const seen = UnitOf(direction);
+    double const along = Dot(up, seen);
+    FactPoint const square = UnitOf({up[0] - along * seen[0], up[1] - along * seen[1], up[2] - along * seen[2]});
+    facts.Add(kTable_Views, name, {eye[0], eye[1], eye[2], seen[0], seen[1], seen[2], square[0], square[1], square[2]});
+}
+
+void AddCut(ModelFacts& facts, std::string const& view, FactPoint const& origin, FactPoint const& normal)
+{
+    FactPoint const unit = UnitOf(normal);
+    facts.Add(kTable_Cuts, view, {Dot(origin, unit), unit[0], unit[1], unit[2]});
 }
 
 }  // namespace KVR::Certification

@@ -27,6 +27,7 @@ FoldedFacts::FoldedFacts(ModelFacts const& facts, ModelFacts const& first)
                 node.numbers.insert(occurrence.componentName + " is " + occurrence.number);
         }
         node.properties.insert(occurrence.properties.begin(), occurrence.properties.end());
+        node.units.insert(occurrence.units.begin(), occurrence.units.end());
         node.solids += occurrence.solids;
         node.faces += occurrence.faces;
         node.triangles += occurrence.triangles;
@@ -57,13 +58,10 @@ ModelFacts::Table FoldedFacts::ByPath(ModelFacts const& facts, char const* table
     auto const found = facts.tables.find(table);
     if (found == facts.tables.end())
         return folded;
-    for (auto const& [path, entry] : found->second)
+    for (auto const& [key, entry] : found->second)
     {
-        ModelFacts::Entry& all = folded[FoldedPath(path)];
-        all.count += entry.count;
-        all.numbers.resize(std::max(all.numbers.size(), entry.numbers.size()), 0.0);
-        for (std::size_t i = 0; i < entry.numbers.size(); ++i)
-            all.numbers[i] += entry.numbers[i];
+        std::size_t const joint = std::min(key.find(ModelFacts::kJoint), key.size());
+        folded[FoldedPath(key.substr(0, joint)) + key.substr(joint)].Add(entry);
     }
     return folded;
 }

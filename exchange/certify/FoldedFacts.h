@@ -26,6 +26,7 @@ struct FoldedFacts
         /// Those of the parts, with the names of the components.
         std::set<std::string> numbers;
         std::set<std::string> properties;
+        std::set<std::string> units;
         unsigned long long solids = 0;
         unsigned long long faces = 0;
         unsigned long long triangles = 0;
@@ -41,7 +42,8 @@ struct FoldedFacts
     std::map<std::string, Node> nodes;
     /// Of each component what is stated of it, by its name in the first facts.
     ModelFacts::Table Properties(FoldedFacts const& first) const;
-    /// The table with the keys of a table by path folded in the same way; empty for a missing one.
+    /// The table with the keys of a table by path, or by path and name, folded in the same way; empty for a missing
+    /// one.
     ModelFacts::Table ByPath(ModelFacts const& facts, char const* table) const;
 
 private:

@@ -11,12 +11,22 @@ namespace KVR::Certification
 
 void ModelFacts::Add(char const* table, std::string const& name, std::vector<double> const& numbers, double count)
 {
-    Entry& entry = tables[table][name];
-    entry.count += count;
-    if (entry.numbers.size() < numbers.size())
-        entry.numbers.resize(numbers.size(), 0.0);
-    for (std::size_t i = 0; i < numbers.size(); ++i)
-        entry.numbers[i] += numbers[i];
+    tables[table][name].Add({count, numbers});
+}
+
+void ModelFacts::Entry::Add(Entry const& other)
+{
+    count += other.count;
+    numbers.resize(std::max(numbers.size(), other.numbers.size()), 0.0);
+    for (std::size_t i = 0; i < other.numbers.size(); ++i)
+        numbers[i] += other.numbers[i];
+}
+
+std::pair<std::string, std::string> ModelFacts::Parted(std::string const& joined)
+{
+    std::size_t const place = joined.find(kJoint);
+    return place == std::string::npos ? std::pair(std::string(), joined)
+                                      : std::pair(joined.substr(0, place), joined.substr(place + 1));
 }
 
 std::string ModelFacts::Text() const
@@ -25,7 +35,7 @@ std::string ModelFacts::Text() const
     json list = json::array();
     for (Occurrence const& o : occurrences)
         list.push_back({o.path, o.name, o.component, o.componentName, o.number, o.isPart, o.isHidden, o.solids, o.faces,
-                        o.triangles, o.bodies.Numbers(), o.mesh.Numbers(), o.properties});
+                        o.triangles, o.bodies.Numbers(), o.mesh.Numbers(), o.properties, o.units});
     json all = json::object();
     for (auto const& [name, table] : tables)
     {
@@ -58,6 +68,7 @@ ModelFacts ModelFacts::Of(std::string const& text)
         o.bodies = Bulk::Of(row.at(10));
         o.mesh = Bulk::Of(row.at(11));
         row.at(12).get_to(o.properties);
+        row.at(13).get_to(o.units);
     }
     for (auto const& [name, table] : object.at(1).items())
         for (Table& entries = facts.tables[name]; auto const& [key, entry] : table.items())

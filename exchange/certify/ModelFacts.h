@@ -3,6 +3,7 @@
 #include <map>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "exchange/certify/Bulk.h"
@@ -24,8 +25,10 @@ struct ModelFacts
         std::string component;
         std::string componentName;
         std::string number;
-        /// The values that are stated of the component.
+        /// What is stated of the component: names and values.
         std::set<std::string> properties;
+        /// The units that its shapes are stated in.
+        std::set<std::string> units;
         bool isPart = false;
         /// Whether it is hidden, or something above it is.
         bool isHidden = false;
@@ -43,6 +46,8 @@ struct ModelFacts
         double count = 0.0;
         /// Added up.
         std::vector<double> numbers;
+
+        void Add(Entry const& other);
     };
     using Table = std::map<std::string, Entry>;
 
@@ -55,6 +60,11 @@ struct ModelFacts
     bool hasMesh = false;
 
     void Add(char const* table, std::string const& name, std::vector<double> const& numbers = {}, double count = 1.0);
+    /// The name of something that belongs to something else, an occurrence by its path or a view, and what stands
+    /// before and behind the sign that joins them; without one all stands behind.
+    static std::string Joined(std::string const& owner, std::string const& name) { return owner + kJoint + name; }
+    static std::pair<std::string, std::string> Parted(std::string const& joined);
+    static constexpr char kJoint = '\x1F';
     /// As JSON. Of throws std::exception for a text that Text did not give.
     std::string Text() const;
     static ModelFacts Of(std::string const& text);
@@ -62,7 +72,7 @@ struct ModelFacts
 
 // The tables.
 
-/// By "#rrggbbaa" in sRGB: the area that is seen in it, of bodies.
+/// By path and "#rrggbbaa" in sRGB: the area that is seen in it, of bodies.
 inline constexpr char kTable_Colors[] = "colours";
 /// The same for the length of lines.
 inline constexpr char kTable_LineColors[] = "line colours";
@@ -76,18 +86,25 @@ inline constexpr char kTable_OtherLayers[] = "layers of other things";
 inline constexpr char kTable_Hidden[] = "hidden";
 /// By name: the eye, the direction and what is up.
 inline constexpr char kTable_Views[] = "views";
-/// By name: views that name notes. How many these are depends on what a reader takes for one.
-inline constexpr char kTable_ViewMembers[] = "views with notes";
+/// By name: planes that cut what a view shows; normal and distance from the origin.
+inline constexpr char kTable_Cuts[] = "section planes";
+/// By view and what it shows: notes by kind, type and value, drawings by name, components.
+inline constexpr char kTable_ViewMembers[] = "view members";
 /// By kind and type, datums by their letter.
 inline constexpr char kTable_Notes[] = "notes";
 /// The same with the numbers.
 inline constexpr char kTable_NoteValues[] = "note values";
+/// Texts that nothing else in the model says.
+inline constexpr char kTable_NoteTexts[] = "note texts";
 /// By component and value: made of what occurrences say by whoever compares them. Here it tells that there is a place.
 inline constexpr char kTable_Properties[] = "properties";
-/// By name: components that state it.
+/// By path, of what has shapes: made in the same way.
 inline constexpr char kTable_Units[] = "units";
-/// Of the drawings of notes: the length of their lines.
-inline constexpr char kTable_Drawings[] = "note drawings";
+/// By the id that the model gives a face: its area, and its centre in the component times that. The ids hold within one
+/// model and its scene.
+inline constexpr char kTable_FaceIds[] = "faces by id";
+/// By view: what it shows that is drawn with triangles alone, which no scene has. There is no such table without one.
+inline constexpr char kTable_Drawings[] = "tessellated drawings";
 /// Between the normals of a mesh and its triangles, by path: the area-weighted sum of degrees.
 inline constexpr char kTable_Normals[] = "normals";
 

@@ -5,7 +5,6 @@
 #include <fstream>
 #include <stdexcept>
 
-#include "exchange/certify/FactReaders.h"
 #include "exchange/source/SceneFile.h"
 #include "exchange/source/SceneReading.h"
 
@@ -24,7 +23,7 @@ ModelFacts FactsOfSceneFile(std::string const& path)
     return FactsOfScene(file.Producer(), *reading.rootId);
 }
 
-ModelFacts FactsOfFile(std::string const& path, double millimetres)
+ModelFacts FactsOfFile(std::string const& path, double millimetres, TellFraction const& tell)
 {
     std::string start(512, '\0');
     std::ifstream file(path, std::ios::binary);
@@ -35,7 +34,7 @@ ModelFacts FactsOfFile(std::string const& path, double millimetres)
                    [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
     auto const holds = [&](char const* text) { return start.find(text) != std::string::npos; };
     if (holds("ISO-10303-21"))
-        return FactsOfStep(path);
+        return FactsOfStep(path, tell);
     if (start.compare(0, 4, "glTF") == 0 || ending == ".gltf")
         return FactsOfGltf(path);
     if (holds("DBRep_DrawableShape") || holds("CASCADE Topology") || holds("Open CASCADE Topology"))

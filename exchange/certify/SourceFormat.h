@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "exchange/certify/ModelFacts.h"
+#include "exchange/certify/FactReaders.h"
 
 namespace KVR::Certification
 {
@@ -13,6 +13,6 @@ ModelFacts FactsOfSceneFile(std::string const& path);
 /// The facts of a model, or of a scene, by whichever reader is for its kind, told by its first bytes or else by its
 /// extension. The unit, in millimetres, is that of files that state none. Throws std::exception for one that cannot be
 /// read; may end the process.
-ModelFacts FactsOfFile(std::string const& path, double millimetres);
+ModelFacts FactsOfFile(std::string const& path, double millimetres, TellFraction const& tell = {});
 
 }  // namespace KVR::Certification

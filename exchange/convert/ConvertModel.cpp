@@ -38,8 +38,13 @@ void ConvertBy(std::string const& scenePath, std::string const& modelPath, std::
     result.imported = ImportModel(modelPath, scenePath, options.import, PartOf(progress, 0.0, kImportShare));
     result.outcome = result.imported->outcome;
     result.failure = result.imported->failure;
-    if (result.outcome == Outcome::kDone)
-        Export(scenePath, path, options, PartOf(progress, kImportShare, 1.0), result);
+    if (result.outcome != Outcome::kDone)
+        return;
+    // Nobody knows the scene on the way.
+    ConvertOptions named = options;
+    if (named.exportation.sourceName.empty())
+        named.exportation.sourceName = fs::path(modelPath).filename().string();
+    Export(scenePath, path, named, PartOf(progress, kImportShare, 1.0), result);
 }
 
 ConvertResult Convert(std::string const& modelPath, std::string const& path, ConvertOptions const& options,

@@ -9,6 +9,7 @@
 #include "exchange/export/ShapePlacement.h"
 #include "framework/api/LengthUnits.h"
 #include "framework/api/kvr_api.h"
+#include "framework/kernel/MemoryWatch.h"
 #include "scene/CurveShape.h"
 #include "scene/SceneNote.h"
 
@@ -241,12 +242,14 @@ void DocumentDrawings::AddCallouts(DocumentVariant const& variant)
         drawn.text = drawing.text;
         drawn.drawingLabel = drawing.label;
         double const scale = component.metresPerUnit / m_document.metresPerUnit;
+        MemoryWatch const watch;
         try
         {
             AddCurves(drawn, drawing, variant, scale);
         }
-        catch (Standard_Failure const&)
+        catch (Standard_Failure const& failure)
         {
+            watch.Check(failure);
             m_document.notCarried.Add("annotation callouts that Open CASCADE cannot draw");
             continue;
         }

@@ -65,9 +65,10 @@ std::vector<std::string> ReferencesOf(ExportTask const& task)
     return all;
 }
 
-PartShapes::Options OptionsOf(ExportTask const& task, ShapeDocument const& document, bool hasTriangles)
+PartShapes::Options OptionsOf(ExportTask& task, ShapeDocument const& document, bool hasTriangles)
 {
     PartShapes::Options options;
+    options.watch = &task.watch;
     options.metresPerUnit = document.metresPerUnit;
     using Meshes = PartShapes::Options::Meshes;
     options.meshes = !task.options.meshFaces ? Meshes::kCount : hasTriangles ? Meshes::kLeave : Meshes::kFaces;

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <optional>
+#include <set>
 #include <stdexcept>
 #include <string_view>
 #include <system_error>
@@ -50,6 +51,7 @@ constexpr ExportFormat kFormats[] = {
     {".step", &ExportStep, kStage_Transferring},
     {".stp", &ExportStep, kStage_Transferring},
     {".brep", &ExportBrep},
+    {".html", &ExportView},
 };
 
 // A failure that is a sentence of its own.
@@ -123,19 +125,25 @@ bool IsMissing(Scene::Cut const& cut)
 
 // Writes the file that is to become `target` at `path`. Nothing, when it is not to go on; else the remarks.
 std::optional<std::vector<std::string>> Write(IProducer& producer, UTF8String const& rootId, std::string const& target,
-                                              std::string const& path, std::string const& folder,
-                                              ExportOptions const& options, Progress const& progress)
+                                              std::string const& path, std::string const& scenePath,
+                                              ExportOptions const& options, Progress const& progress,
+                                              GeometryWatch watch = {})
 {
     Scene const scene(producer, rootId, options.filter);
+    if (scene.Root() == kNoIndex)
+        throw std::runtime_error("the root of the scene is no file, assembly or part, so there is nothing to export");
     if (!Begin(progress, FormatOf(target)->stage))
         return {};
-    ExportTask task(producer, scene, options, path, folder,
+    std::filesystem::path const source(scenePath);
+    ExportTask task(producer, scene, options, path, source.parent_path().string(),
                     EachPercent(
                         [&](ProgressReport const& report)
                         {
                             if (progress && !progress(report))
                                 throw Stopped();
-                        }));
+                        }),
+                    std::move(watch));
+    task.source = options.sourceName.empty() ? source.filename().string() : options.sourceName;
     auto const cuts = std::count_if(scene.Cuts().begin(), scene.Cuts().end(), &IsMissing);
     task.notCarried.Add("instances without a target, or in a cycle", static_cast<unsigned long long>(cuts));
     FormatOf(target)->write(task);
@@ -147,7 +155,8 @@ std::optional<std::vector<std::string>> Write(IProducer& producer, UTF8String co
 
 // What the child does.
 void ExportHere(SceneOptions const& sceneOptions, std::string const& target, std::string const& path,
-                ExportOptions const& options, ChildVoice const& voice)
+                ExportOptions const& options, std::set<std::string> const& leftOut, ChildLimits const& limits,
+                ChildVoice const& voice)
 {
     try
     {
@@ -165,14 +174,14 @@ void ExportHere(SceneOptions const& sceneOptions, std::string const& target, std
             voice.Progress(report);
             return true;
         };
-        auto const remarks = Write(file.Producer(), *reading.rootId, target, path,
-                                   std::filesystem::path(sceneOptions.path).parent_path().string(), options, tell);
+        auto const remarks = Write(file.Producer(), *reading.rootId, target, path, sceneOptions.path, options, tell,
+                                   {[&](std::string const& id) { voice.Subject(id); }, leftOut});
         for (std::string const& remark : remarks.value())
             voice.Remark(remark);
     }
     catch (std::bad_alloc const&)
     {
-        throw ExportError(Escaped(sceneOptions.path) + ": there is not enough memory to export it");
+        throw ExportError(Escaped(sceneOptions.path) + ": " + limits.MemoryText());
     }
     catch (SceneFilterError const& error)
     {
@@ -185,6 +194,42 @@ void ExportHere(SceneOptions const& sceneOptions, std::string const& target, std
     catch (Standard_Failure const& failure)
     {
         throw ExportError(SentenceOf(target, failure));
+    }
+}
+
+// Where Open CASCADE ends the child, the piece of geometry that it worked on is left out, and another child begins.
+void ExportInChildren(SceneOptions const& scene, std::string const& path, WorkFolder const& folder,
+                      ExportOptions const& options, ChildLimits const& limits, Progress const& progress,
+                      ExportResult& result)
+{
+    constexpr std::size_t kMostLeftOut = 3;
+    std::set<std::string> leftOut;
+    std::vector<std::string> remarks;
+    for (;;)
+    {
+        ChildResult child = RunInChild(
+            [&](ChildVoice const& voice)
+            {
+                ExportHere(scene, path, folder.Inside().string(), options, leftOut, limits, voice);
+                return std::string();
+            },
+            progress, limits);
+        if (child.isCancelled)
+            return;
+        if (child.answer)
+        {
+            remarks.insert(remarks.end(), child.remarks.begin(), child.remarks.end());
+            result = {Outcome::kDone, {}, std::move(remarks)};
+            return;
+        }
+        std::string const ended = "its writer ended " + child.EndText();
+        std::string const subject = Escaped(child.subject);
+        if (child.failure || subject.empty() || leftOut.size() == kMostLeftOut)
+            throw ExportError(child.failure.value_or(
+                Escaped(path) + ": " + ended + (subject.empty() ? "" : ", at " + subject) + "; nothing was written"));
+        remarks.push_back(subject + " is left out, since with it " + ended);
+        leftOut.insert(child.subject);
+        folder.Clear();
     }
 }
 
@@ -204,7 +249,7 @@ ExportResult ExportTo(std::string const& path, std::vector<std::string> const& s
         if (!Begin(planned, kStage_Reading))
             return result;
         WorkFolder const folder(path, sources);
-        work(folder.Inside().string(), planned, result);
+        work(folder, planned, result);
         if (result.outcome == Outcome::kDone)
             folder.MoveIntoPlace();
     }
@@ -260,25 +305,12 @@ ExportResult ExportScene(SceneOptions const& scene, std::string const& path, Exp
 {
     std::vector<std::string> sources = SideFileCheck::PathsOf(scene.path);
     sources.push_back(scene.path);
+    ChildLimits const limits = ChildLimits::For(sources, options.timeout);
     auto const work = [&](Progress const& heard)
     {
         return ExportTo(path, sources, heard,
-                        [&](std::string const& inside, Progress const& planned, ExportResult& result)
-                        {
-                            ChildResult child = RunInChild(
-                                [&](ChildVoice const& voice)
-                                {
-                                    ExportHere(scene, path, inside, options, voice);
-                                    return std::string();
-                                },
-                                planned);
-                            if (child.isCancelled)
-                                return;
-                            if (!child.answer)
-                                throw ExportError(child.failure.value_or(Escaped(path) + ": its writer ended " +
-                                                                         child.EndText() + "; nothing was written"));
-                            result = {Outcome::kDone, {}, std::move(child.remarks)};
-                        });
+                        [&](WorkFolder const& folder, Progress const& planned, ExportResult& result)
+                        { ExportInChildren(scene, path, folder, options, limits, planned, result); });
     };
     return Heard(progress, work);
 }
@@ -289,9 +321,10 @@ ExportResult ExportScene(IProducer& producer, UTF8String const& rootId, std::str
     auto const work = [&](Progress const& heard)
     {
         return ExportTo(path, {}, heard,
-                        [&](std::string const& inside, Progress const& planned, ExportResult& result)
+                        [&](WorkFolder const& folder, Progress const& planned, ExportResult& result)
                         {
-                            auto remarks = Write(producer, rootId, path, inside, {}, options, planned);
+                            auto remarks =
+                                Write(producer, rootId, path, folder.Inside().string(), {}, options, planned);
                             if (remarks)
                                 result = {Outcome::kDone, {}, std::move(*remarks)};
                         });

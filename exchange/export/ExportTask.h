@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "exchange/ExportScene.h"
+#include "exchange/export/GeometryWatch.h"
 #include "exchange/run/StageProgress.h"
 #include "scene/Scene.h"
 
@@ -27,13 +28,14 @@ private:
 struct ExportTask
 {
     ExportTask(IProducer& producer, Scene const& scene, ExportOptions const& options, std::string path,
-               std::string folder, TellStage tell)
+               std::string folder, TellStage tell, GeometryWatch watch)
         : producer(producer),
           scene(scene),
           options(options),
           path(std::move(path)),
           folder(std::move(folder)),
-          tell(std::move(tell))
+          tell(std::move(tell)),
+          watch(std::move(watch))
     {
     }
 
@@ -45,11 +47,15 @@ struct ExportTask
     std::string path;
     /// That of the scene, from which it names files; empty for the current one.
     std::string folder;
+    /// The name of the file that the scene is of, without a folder; empty where there is none.
+    std::string source = {};
     NotCarriedCounts notCarried;
     /// What else is to be said, each a sentence without its full stop.
     std::vector<std::string> remarks = {};
     /// Told how far the writing is.
     TellStage tell;
+    /// Of the geometry that Open CASCADE works on.
+    GeometryWatch watch;
 
     /// For a writer that goes through all occurrences: tells that it has come to another one.
     void NextOccurrence();

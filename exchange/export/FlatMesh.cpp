@@ -72,7 +72,7 @@ private:
     void Geometry(SceneGeometry const& geometry, OccurrenceWalk const& walk, Matrix const& place)
     {
         OccurrenceState const& state = walk.State();
-        if (geometry.kind == GeometryKind::kBody && geometry.hasMesh)
+        if ((geometry.kind == GeometryKind::kBody && geometry.hasMesh) || m_task.watch.LeavesOut(geometry))
             return;
         if (!state.IsVisible(geometry))
         {
@@ -89,6 +89,7 @@ private:
         Matrix const all = Product(place, state.PlaceOf(geometry, walk.Component()));
         SceneStyle const* const style = state.StyleOf(geometry);
         bool const keeps = state.KeepsFaceStyles(geometry);
+        auto const work = m_task.watch.Begin(geometry);
         if (hasTriangles)
         {
             SceneMesh const& mesh = MeshOf(geometry);

@@ -13,5 +13,7 @@ void ExportObj(ExportTask& task);
 void ExportPly(ExportTask& task);
 void ExportStep(ExportTask& task);
 void ExportBrep(ExportTask& task);
+/// The file of the viewer; it stands in a folder of its own, exchange/view.
+void ExportView(ExportTask& task);
 
 }  // namespace KVR

@@ -120,8 +120,9 @@ GltfGeometry const& GltfPrimitives::Of(SceneGeometry const& geometry)
 {
     auto const [entry, isNew] = m_geometry.try_emplace(geometry.object);
     GltfGeometry& made = entry->second;
-    if (!isNew)
+    if (!isNew || m_task.watch.LeavesOut(geometry))
         return made;
+    auto const work = m_task.watch.Begin(geometry);
     CurveTolerance const tolerance = CurvePoints::ToleranceOf(m_task.options.quality.deflection);
     switch (geometry.kind)
     {

@@ -15,6 +15,7 @@
 #include "framework/api/IPoint.h"
 #include "framework/api/IPolygonMesh.h"
 #include "framework/api/SubEntityToStylesMap.h"
+#include "framework/kernel/MemoryWatch.h"
 #include "framework/kernel/entity.h"
 #include "scene/CurveShape.h"
 
@@ -55,8 +56,13 @@ std::vector<PartItem> PartShapes::Of(SceneComponent const& component, gp_Mat con
         // Callouts are no shapes; who draws them counts them.
         if (geometry.className == "IAnnotationCallout")
             continue;
+        if (m_options.watch && m_options.watch->LeavesOut(geometry))
+            continue;
+        GeometryWatch nobody;
+        auto const work = (m_options.watch ? *m_options.watch : nobody).Begin(geometry);
         PartItem item;
         item.geometry = &geometry;
+        MemoryWatch const memory;
         try
         {
             TopoDS_Shape const shape = ShapeOf(geometry, notCarried);
@@ -74,8 +80,9 @@ std::vector<PartItem> PartShapes::Of(SceneComponent const& component, gp_Mat con
                 placement->IsRigid() && geometry.transform == kIdentity && ElementsOf(change) == ElementsOf(unit);
             Place(item, shape, *placement, stays);
         }
-        catch (Standard_Failure const&)
+        catch (Standard_Failure const& failure)
         {
+            memory.Check(failure);
             notCarried.Add("shapes that Open CASCADE cannot make");
             continue;
         }

@@ -48,6 +48,8 @@ public:
         Meshes meshes = Meshes::kCount;
         /// The data ids of faces and edges to be found again.
         std::unordered_set<std::string> wantedSubShapes;
+        /// Of the geometry; not owned.
+        GeometryWatch* watch = nullptr;
     };
 
     PartShapes(Options options, NotCarriedCounts& notCarried);

@@ -255,6 +255,10 @@ private:
         std::size_t const owner = ReadReferences(callout, details, label);
         callout.extensionData.push_back({kAnnotationDetailsTypeId, UTF8String(details.Text()), {}, {}, {}});
         m_annotations.m_ids.Bind(label, callout.id);
+        if (auto const [known, isNew] =
+                m_annotations.m_idOfLabel.try_emplace(std::string(callout.label.View()), callout.id);
+            !isNew)
+            known->second = {};
         if (m_annotations.m_notes.size() <= owner)
             m_annotations.m_notes.resize(owner + 1);
         m_annotations.m_notes[owner].push_back(std::move(note));
@@ -379,6 +383,12 @@ std::vector<Annotations::Note> const& Annotations::NotesOf(std::size_t component
 {
     static std::vector<Note> const none;
     return component < m_notes.size() ? m_notes[component] : none;
+}
+
+UTF8String Annotations::IdOf(std::string const& label) const
+{
+    auto const found = m_idOfLabel.find(label);
+    return found == m_idOfLabel.end() ? UTF8String() : found->second;
 }
 
 UTF8String Annotations::IdOf(TDF_Label const& label) const

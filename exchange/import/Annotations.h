@@ -36,6 +36,8 @@ public:
     std::vector<Note> const& NotesOf(std::size_t component) const;
     /// The id of the note that a label became; empty for another label.
     UTF8String IdOf(TDF_Label const& label) const;
+    /// The id of the only note of that label; empty for none or several.
+    UTF8String IdOf(std::string const& label) const;
     std::size_t Count() const noexcept { return m_count; }
     /// The entities of a STEP file that became notes, as far as they are known.
     std::unordered_set<Part21File::Number> const& Entities() const noexcept { return m_entities; }
@@ -43,6 +45,8 @@ public:
 private:
     std::vector<std::vector<Note>> m_notes;
     NCollection_DataMap<TDF_Label, UTF8String, TDF_LabelMapHasher> m_ids;
+    /// By labels; empty for one of several.
+    std::unordered_map<std::string, UTF8String> m_idOfLabel;
     std::size_t m_count = 0;
     std::unordered_set<Part21File::Number> m_entities;
 

@@ -2,13 +2,13 @@
 
 #include <fmt/format.h>
 
-#include <BRepMesh_IncrementalMesh.hxx>
 #include <Message_ProgressScope.hxx>
 #include <Precision.hxx>
 #include <algorithm>
 
 #include "exchange/import/ModelBox.h"
 #include "exchange/model/ModelError.h"
+#include "framework/kernel/tessellation/ShapeMesher.h"
 
 namespace KVR
 {
@@ -44,7 +44,7 @@ double MeshBodies(ProductPlan const& plan, MeshQuality const& quality, TellStage
     {
         Message_ProgressRange const range = scope.Next();
         if (!component.shape.IsNull())
-            BRepMesh_IncrementalMesh(component.shape, parameters, range);
+            MeshShape(component.shape, parameters, range);
     }
     return deflection;
 }

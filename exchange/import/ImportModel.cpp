@@ -136,7 +136,8 @@ private:
 
 ChildResult ImportInChild(ImportWork const& work, Progress const& progress)
 {
-    return RunInChild([&](ChildVoice const& voice) { return work.Do(voice); }, progress);
+    return RunInChild([&](ChildVoice const& voice) { return work.Do(voice); }, progress,
+                      ChildLimits::For({work.source.File()}, work.options.timeout));
 }
 
 void AddRemarks(ImportResult& result)
@@ -178,7 +179,7 @@ ImportResult Import(std::string const& modelPath, std::string const& scenePath, 
     std::string const inside = target.Inside();
     ImportWork const work{source, format, inside, options};
     ChildResult child = ImportInChild(work, progress);
-    if (child.signal != 0 && format == ModelFormat::kStep && options.withAnnotations)
+    if (child.signal != 0 && !child.IsOutOfTime() && format == ModelFormat::kStep && options.withAnnotations)
     {
         result.remarks.push_back(
             "the model was read without its annotations and views, since with them its reader ended " +

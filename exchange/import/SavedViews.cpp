@@ -85,7 +85,8 @@ void ReadSectionPlanes(Authoring::CameraRecord& camera, TDF_LabelSequence const&
 }  // namespace
 
 SavedViews SavedViews::Of(ModelDocument const& model, ProductPlan const& plan,
-                          std::function<std::vector<UTF8String>(TDF_Label const&)> const& idsOf, Losses& losses)
+                          std::function<std::vector<UTF8String>(TDF_Label const&)> const& idsOf,
+                          std::function<UTF8String(std::string const&)> const& noteNamed, Losses& losses)
 {
     SavedViews result;
     auto const tool = XCAFDoc_DocumentTool::ViewTool(model.document->Main());
@@ -136,6 +137,13 @@ SavedViews SavedViews::Of(ModelDocument const& model, ProductPlan const& plan,
                 if (taken.insert(std::string(id.View())).second)
                     view.members.push_back({{id}, true, {}, {}});
         }
+        auto const drawings =
+            object->Name().IsNull() ? model.drawings.end() : model.drawings.find(object->Name()->ToCString());
+        if (drawings != model.drawings.end())
+            for (std::string const& name : drawings->second)
+                if (UTF8String const id = name.empty() ? UTF8String() : noteNamed(name);
+                    !id.IsEmpty() && taken.insert(std::string(id.View())).second)
+                    view.members.push_back({{id}, true, {}, {}});
         result.views.push_back(std::move(view));
         result.cameras.push_back(std::move(camera));
     }

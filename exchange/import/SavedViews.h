@@ -18,10 +18,12 @@ struct SavedViews
     std::vector<Authoring::ViewRecord> views;
     std::vector<Authoring::CameraRecord> cameras;
 
-    /// `idsOf` answers the ids of what a label became. What a view names becomes a member of it. A camera that turns
-    /// its back on the model is turned around: writers of files differ in which way they give directions.
+    /// `idsOf` answers the ids of what a label became, `noteNamed` the id of a note by its label. What a view names
+    /// becomes a member of it. A camera that turns its back on the model is turned around: writers of files differ in
+    /// which way they give directions.
     static SavedViews Of(ModelDocument const& model, ProductPlan const& plan,
-                         std::function<std::vector<UTF8String>(TDF_Label const&)> const& idsOf, Losses& losses);
+                         std::function<std::vector<UTF8String>(TDF_Label const&)> const& idsOf,
+                         std::function<UTF8String(std::string const&)> const& noteNamed, Losses& losses);
 };
 
 }  // namespace KVR

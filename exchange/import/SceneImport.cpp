@@ -147,7 +147,8 @@ private:
             m_scene.AddSideFile(UTF8String(image));
         auto const idsOf = [this](TDF_Label const& label) { return IdsOf(label); };
         attributes.layers = LayersOf(m_model.document, idsOf, m_report.losses);
-        SavedViews views = SavedViews::Of(m_model, m_plan, idsOf, m_report.losses);
+        auto const noteNamed = [this](std::string const& label) { return m_annotations->IdOf(label); };
+        SavedViews views = SavedViews::Of(m_model, m_plan, idsOf, noteNamed, m_report.losses);
         attributes.views = std::move(views.views);
         attributes.cameras = std::move(views.cameras);
         m_scene.AttributeSet(attributes);

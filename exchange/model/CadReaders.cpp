@@ -6,6 +6,7 @@
 #include <IGESData_GlobalSection.hxx>
 #include <IGESData_IGESModel.hxx>
 #include <Interface_Static.hxx>
+#include <Message_ProgressScope.hxx>
 #include <STEPCAFControl_ExternFile.hxx>
 #include <STEPCAFControl_Reader.hxx>
 #include <STEPConstruct_Tool.hxx>
@@ -30,6 +31,8 @@
 #include <StepShape_ShellBasedSurfaceModel.hxx>
 #include <StepShape_SolidModel.hxx>
 #include <StepVisual_CameraModelD3.hxx>
+#include <StepVisual_DraughtingCallout.hxx>
+#include <StepVisual_DraughtingModel.hxx>
 #include <TColStd_SequenceOfAsciiString.hxx>
 #include <TCollection_HAsciiString.hxx>
 #include <TopoDS_Shape.hxx>
@@ -43,9 +46,11 @@
 #include <algorithm>
 #include <cmath>
 #include <future>
+#include <memory>
 
 #include "exchange/model/ModelDocument.h"
 #include "exchange/model/ModelError.h"
+#include "exchange/model/StepHealing.h"
 
 namespace KVR
 {
@@ -198,8 +203,24 @@ void ReadEye(ModelDocument& model, StepVisual_CameraModelD3 const& camera)
                        std::array{eye->CoordinatesValue(1), eye->CoordinatesValue(2), eye->CoordinatesValue(3)});
 }
 
-// The names of bodies, the eyes of views, and the numbers of the entities of faces and edges, by what Open CASCADE made
-// of them.
+void ReadDrawings(ModelDocument& model, StepVisual_DraughtingModel const& view)
+{
+    std::string name;
+    std::vector<std::string> drawings;
+    for (int i = 1; i <= view.NbItems(); ++i)
+    {
+        Handle(StepRepr_RepresentationItem) const item = view.ItemsValue(i);
+        if (auto const camera = Handle(StepVisual_CameraModelD3)::DownCast(item); !camera.IsNull())
+            name = TextOf(camera->Name());
+        else if (!item.IsNull() && item->IsKind(STANDARD_TYPE(StepVisual_DraughtingCallout)))
+            drawings.push_back(TextOf(item->Name()));
+    }
+    if (!name.empty())
+        model.drawings.emplace(name, std::move(drawings));
+}
+
+// The names of bodies, the eyes of views and their drawings, and the numbers of the entities of faces and edges, by
+// what Open CASCADE made of them.
 void ReadEntityIds(ModelDocument& model, Handle(XSControl_WorkSession) const& session)
 {
     Handle(Transfer_TransientProcess) const process = session->TransferReader()->TransientProcess();
@@ -209,6 +230,8 @@ void ReadEntityIds(ModelDocument& model, Handle(XSControl_WorkSession) const& se
         Handle(Standard_Transient) const entity = step->Value(number);
         if (auto const camera = Handle(StepVisual_CameraModelD3)::DownCast(entity); !camera.IsNull())
             ReadEye(model, *camera);
+        if (auto const view = Handle(StepVisual_DraughtingModel)::DownCast(entity); !view.IsNull())
+            ReadDrawings(model, *view);
         bool const isBody = entity->IsKind(STANDARD_TYPE(StepShape_SolidModel)) ||
                             entity->IsKind(STANDARD_TYPE(StepShape_ShellBasedSurfaceModel));
         if (!isBody && !entity->IsKind(STANDARD_TYPE(StepShape_Face)) &&
@@ -291,42 +314,63 @@ std::string IgesTime(std::string const& date)
            ':' + digits.substr(10, 2) + ':' + digits.substr(12, 2);
 }
 
+// A reader that has read the file, whose unit and header the model has then.
+std::unique_ptr<STEPCAFControl_Reader> ReaderOf(ModelDocument& model, std::string const& path, bool withAnnotations)
+{
+    auto reader = std::make_unique<STEPCAFControl_Reader>();
+    reader->SetColorMode(true);
+    reader->SetNameMode(true);
+    reader->SetLayerMode(true);
+    reader->SetPropsMode(true);
+    reader->SetMatMode(true);
+    reader->SetSHUOMode(true);
+    reader->SetGDTMode(withAnnotations);
+    reader->SetViewMode(withAnnotations);
+    if (reader->ReadFile(path.c_str()) != IFSelect_RetDone)
+        throw ModelError("it is no complete STEP file");
+    Handle(StepData_StepModel) const step = Handle(StepData_StepModel)::DownCast(reader->Reader().WS()->Model());
+    if (step.IsNull() || step->NbEntities() == 0)
+        throw ModelError("it is a STEP file without content");
+    ReadStepUnit(model, reader->ChangeReader(), step);
+    model.header.clear();
+    ReadStepHeader(model, step);
+    if (reader->NbRootsForTransfer() == 0)
+        throw ModelError("it holds no product with a shape");
+    ScaleQualifiedValues(model, step);
+    return reader;
+}
+
 }  // namespace
 
 void ReadStep(ModelDocument& model, std::string const& path, bool withAnnotations,
               Message_ProgressRange const& progress)
 {
+    // Of the work, in hundredths.
+    constexpr double kBodies = 95;
+    constexpr double kDocument = 5;
     // While Open CASCADE reads, the file is read beside it.
     auto content = std::async(std::launch::async, [&] { return std::make_shared<StepContent>(path); });
-    STEPCAFControl_Reader reader;
-    reader.SetColorMode(true);
-    reader.SetNameMode(true);
-    reader.SetLayerMode(true);
-    reader.SetPropsMode(true);
-    reader.SetMatMode(true);
-    reader.SetSHUOMode(true);
-    reader.SetGDTMode(withAnnotations);
-    reader.SetViewMode(withAnnotations);
-    if (reader.ReadFile(path.c_str()) != IFSelect_RetDone)
-        throw ModelError("it is no complete STEP file");
-    Handle(XSControl_WorkSession) const session = reader.Reader().WS();
-    Handle(StepData_StepModel) const step = Handle(StepData_StepModel)::DownCast(session->Model());
-    if (step.IsNull() || step->NbEntities() == 0)
-        throw ModelError("it is a STEP file without content");
-    ReadStepUnit(model, reader.ChangeReader(), step);
-    ReadStepHeader(model, step);
-    if (reader.NbRootsForTransfer() == 0)
-        throw ModelError("it holds no product with a shape");
-    ScaleQualifiedValues(model, step);
-    if (!reader.Transfer(model.document, progress))
+    Message_ProgressScope scope(progress, nullptr, kBodies + kDocument);
+    auto reader = ReaderOf(model, path, withAnnotations);
+    // As the reader would set it at the start of its transfer.
+    double unit = 1.0;
+    XCAFDoc_DocumentTool::GetLengthUnit(model.document, unit, UnitsMethods_LengthUnit_Millimeter);
+    Handle(StepData_StepModel)::DownCast(reader->Reader().WS()->Model())->SetLocalLengthUnit(unit);
+    if (!TransferInParallel(reader->ChangeReader(), scope.Next(kBodies)))
+    {
+        reader.reset();
+        reader = ReaderOf(model, path, withAnnotations);
+    }
+    if (!reader->Transfer(model.document, scope.Next(kDocument)))
         throw ModelError("its content cannot be made a document");
+    Handle(XSControl_WorkSession) const session = reader->Reader().WS();
     model.step = content.get();
     model.step->hasAnnotations = withAnnotations;
     if (withAnnotations)
         model.step->tolerances = StepTolerances::Of(model.step->file, MetresOf(model.unit));
     ReadEntityIds(model, session);
-    ReadProducts(model, reader);
-    ReadExternalFiles(model, reader);
+    ReadProducts(model, *reader);
+    ReadExternalFiles(model, *reader);
 }
 
 void ReadIges(ModelDocument& model, std::string const& path, Message_ProgressRange const& progress)

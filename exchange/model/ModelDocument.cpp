@@ -1,27 +1,23 @@
 #include "exchange/model/ModelDocument.h"
 
-#include <BRepTools.hxx>
-#include <BRep_Builder.hxx>
-#include <BinTools.hxx>
 #include <TDataStd_Name.hxx>
 #include <XCAFDoc_DocumentTool.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
 #include <filesystem>
-#include <fstream>
 
 #include "exchange/model/CadReaders.h"
 #include "exchange/model/ModelError.h"
+#include "framework/api/IOUtil.h"
 #include "framework/api/LengthUnits.h"
 #include "framework/kernel/KernelMessages.h"
+#include "framework/kernel/MemoryWatch.h"
+#include "framework/kernel/store/StoreShapes.h"
 
 namespace KVR
 {
 
 namespace
 {
-
-// Open CASCADE makes the shapes of a STEP file in the first part of what it measures.
-constexpr double kDenseOfStep = 0.2;
 
 // A document of one shape.
 void AddShape(ModelDocument& model, TopoDS_Shape const& shape, std::string const& path)
@@ -31,32 +27,11 @@ void AddShape(ModelDocument& model, TopoDS_Shape const& shape, std::string const
     TDataStd_Name::Set(label, TCollection_ExtendedString(std::filesystem::path(path).stem().c_str(), true));
 }
 
-// Both forms may start with a line end; the word behind it tells them apart.
-bool IsBinaryBrep(std::istream& file)
-{
-    std::string word;
-    file >> word;
-    file.seekg(0);
-    return word == "Open";
-}
-
 void ReadBrep(ModelDocument& model, std::string const& path)
 {
-    // A stream that throws: the reader of texts would loop for ever at the end of one that does not.
-    std::ifstream file(path, std::ios::binary);
-    file.exceptions(std::ios::badbit | std::ios::failbit | std::ios::eofbit);
     TopoDS_Shape shape;
-    try
-    {
-        if (IsBinaryBrep(file))
-            BinTools::Read(shape, file);
-        else
-            BRepTools::Read(shape, file, BRep_Builder());
-    }
-    catch (std::ios_base::failure const&)
-    {
+    if (!ReadShapeFile(FilePtr(UTF8String(path), "rb"), shape))
         throw ModelError("it is cut short or damaged");
-    }
     if (shape.IsNull())
         throw ModelError("it holds no shape");
     AddShape(model, shape, path);
@@ -75,9 +50,9 @@ ModelDocument ModelDocument::Read(std::string const& path, ModelFormat format, M
     model.unit = options.unit;
     bool const isTransferred = format == ModelFormat::kStep || format == ModelFormat::kIges;
     Handle(StageProgress) const indicator =
-        new StageProgress(isTransferred ? "transferring" : "reading", options.progress,
-                          format == ModelFormat::kStep ? kDenseOfStep : 1.0);
+        new StageProgress(isTransferred ? "transferring" : "reading", options.progress);
     Message_ProgressRange const progress = indicator->Start();
+    MemoryWatch const watch;
     try
     {
         switch (format)
@@ -97,6 +72,7 @@ ModelDocument ModelDocument::Read(std::string const& path, ModelFormat format, M
     }
     catch (Standard_Failure const& failure)
     {
+        watch.Check(failure);
         throw ModelError("its reader failed: " + KernelFailureText(failure));
     }
     return model;

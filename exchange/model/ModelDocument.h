@@ -51,6 +51,9 @@ struct ModelDocument
     std::unordered_map<TopoDS_TShape const*, std::string> entityIds;
     /// Where the eyes of saved views are, by the names of the views; Open CASCADE's documents do not tell.
     std::unordered_map<std::string, std::array<double, 3>> eyes;
+    /// The names of the callouts that saved views name, in the same way: those that mean nothing but themselves are not
+    /// in the views of documents.
+    std::unordered_map<std::string, std::vector<std::string>> drawings;
     /// Of a STEP file, what it says by itself; null for another model.
     std::shared_ptr<StepContent> step;
     /// Its products and their usages by the labels of the document.

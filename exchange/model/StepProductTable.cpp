@@ -14,6 +14,9 @@ namespace
 using Number = Part21File::Number;
 using Values = Part21File::Values;
 
+// Texts of notes, that stand with no drawing.
+constexpr char kProperty_Text[] = "semantic text";
+
 // Open CASCADE reads these, and import takes them from it.
 bool IsReadElsewhere(std::string const& property, std::string const& item)
 {
@@ -110,9 +113,13 @@ private:
                     m_result.products[definition].categories.push_back(Part21TextAt(values, 0));
     }
 
-    // The properties of the product or usage that a property definition is of; null for another owner.
-    std::vector<StepProperty>* PropertiesOf(Number owner)
+    // The properties of the product or usage that a property definition is of; null for another owner. A text that
+    // belongs to a part of a shape is the product's.
+    std::vector<StepProperty>* PropertiesOf(Number owner, bool isText)
     {
+        if (Part21File::Entity const* const aspect = isText ? m_file.Find(owner) : nullptr)
+            if (std::string const& type = m_file.TypeOf(*aspect); type.ends_with("SHAPE_ASPECT"))
+                owner = Part21ReferenceAt(m_file.ParametersOf(*aspect, type), 2);
         // The shape of a product, or of a usage.
         if (Part21File::Entity const* const shape = m_file.Find(owner);
             shape && m_file.Is(*shape, "PRODUCT_DEFINITION_SHAPE"))
@@ -131,7 +138,8 @@ private:
         if (!definition || !m_file.Is(*definition, "PROPERTY_DEFINITION"))
             return;
         Values const values = m_file.ParametersOf(*definition, "PROPERTY_DEFINITION");
-        std::vector<StepProperty>* const properties = PropertiesOf(Part21ReferenceAt(values, 2));
+        std::vector<StepProperty>* const properties =
+            PropertiesOf(Part21ReferenceAt(values, 2), Part21TextAt(values, 0) == kProperty_Text);
         if (!properties)
             return;
         std::string name = Part21TextAt(values, 0);

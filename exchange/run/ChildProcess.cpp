@@ -35,7 +35,8 @@ constexpr int kBetweenQuestions = 200;
 }
 
 // What the work answers or why it failed, as the last record.
-void Work(std::function<std::string(ChildVoice const&)> const& work, ChildVoice const& voice)
+void Work(std::function<std::string(ChildVoice const&)> const& work, ChildVoice const& voice,
+          ChildLimits const& limits)
 {
     try
     {
@@ -43,7 +44,7 @@ void Work(std::function<std::string(ChildVoice const&)> const& work, ChildVoice 
     }
     catch (std::bad_alloc const&)
     {
-        voice.Failure("there is not enough memory for it");
+        voice.Failure(limits.MemoryText());
     }
     catch (std::exception const& error)
     {
@@ -66,7 +67,8 @@ void Silence()
     close(nowhere);
 }
 
-[[noreturn]] void WorkAndExit(std::function<std::string(ChildVoice const&)> const& work, int pipe, pid_t parent)
+[[noreturn]] void WorkAndExit(std::function<std::string(ChildVoice const&)> const& work, int pipe, pid_t parent,
+                              ChildLimits const& limits)
 {
     // Whoever started this ends it, also by ending, which may have come to pass before this process asked for it:
     // signals of the terminal are not for it.
@@ -78,7 +80,9 @@ void Silence()
     Silence();
     // A file that grows beyond a limit is a failed write, not the end.
     std::signal(SIGXFSZ, SIG_IGN);
-    Work(work, ChildVoice(pipe));
+    std::signal(SIGXCPU, SIG_DFL);
+    limits.Apply();
+    Work(work, ChildVoice(pipe), limits);
     // Without destructors: what the work has built is given back with the process, at once.
     _exit(EXIT_SUCCESS);
 }
@@ -119,6 +123,11 @@ void ChildVoice::Remark(std::string const& sentence) const
     Write(ChildReport::Record(ChildReport::Kind::kRemark, sentence));
 }
 
+void ChildVoice::Subject(std::string const& name) const
+{
+    Write(ChildReport::Record(ChildReport::Kind::kSubject, name));
+}
+
 void ChildVoice::Failure(std::string const& cause) const
 {
     Write(ChildReport::Record(ChildReport::Kind::kFailure, cause));
@@ -142,8 +151,15 @@ void ChildVoice::Write(std::string const& record) const
     }
 }
 
+bool ChildResult::IsOutOfTime() const noexcept
+{
+    return signal == SIGXCPU;
+}
+
 std::string ChildResult::EndText() const
 {
+    if (IsOutOfTime())
+        return limits.TimeText();
     char const* const text = signal != 0 ? strsignal(signal) : "early";
     return std::string("(") + (text ? text : "signal " + std::to_string(signal)) + ')';
 }
@@ -182,7 +198,8 @@ private:
     int m_pipe;
 };
 
-ChildWork::ChildWork(std::function<std::string(ChildVoice const&)> const& work)
+ChildWork::ChildWork(std::function<std::string(ChildVoice const&)> const& work, ChildLimits const& limits)
+    : m_limits(limits)
 {
     std::array<int, 2> ends{};
     if (pipe2(ends.data(), O_CLOEXEC) != 0)
@@ -196,7 +213,7 @@ ChildWork::ChildWork(std::function<std::string(ChildVoice const&)> const& work)
     if (process == 0)
     {
         close(ends[0]);
-        WorkAndExit(work, ends[1], self);
+        WorkAndExit(work, ends[1], self, limits);
     }
     int const error = errno;
     close(ends[1]);
@@ -218,11 +235,13 @@ ChildResult ChildWork::Finish(Progress const& progress)
     std::unique_ptr<Child> const child = std::move(m_child);
     ChildReport report;
     ChildResult result;
+    result.limits = m_limits;
     result.isCancelled = !Listen(child->Pipe(), report, progress);
     if (result.isCancelled)
         return result;
     int const status = child->Wait();
     result.signal = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
+    result.subject = report.LastSubject();
     if (!report.IsWhole())
         return result;
     result.answer = report.Result();
@@ -231,9 +250,10 @@ ChildResult ChildWork::Finish(Progress const& progress)
     return result;
 }
 
-ChildResult RunInChild(std::function<std::string(ChildVoice const&)> const& work, Progress const& progress)
+ChildResult RunInChild(std::function<std::string(ChildVoice const&)> const& work, Progress const& progress,
+                       ChildLimits const& limits)
 {
-    return ChildWork(work).Finish(progress);
+    return ChildWork(work, limits).Finish(progress);
 }
 
 }  // namespace KVR

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "exchange/Progress.h"
+#include "exchange/run/ChildLimits.h"
 
 namespace KVR
 {
@@ -20,6 +21,8 @@ public:
 
     void Progress(ProgressReport const& report) const;
     void Remark(std::string const& sentence) const;
+    /// What is worked on from here on; an empty text for nothing in particular.
+    void Subject(std::string const& name) const;
     void Failure(std::string const& cause) const;
     void Result(std::string const& answer) const;
 
@@ -42,8 +45,14 @@ struct ChildResult
     int signal = 0;
     /// Whether the callback did not want it to go on; the process is gone then.
     bool isCancelled = false;
+    /// What it worked on when it ended; empty for nothing in particular.
+    std::string subject;
+    /// What it was held to.
+    ChildLimits limits;
 
-    /// How a process ended that told of no failure, in brackets: "(Segmentation fault)", "(early)".
+    /// Whether it took all the processor time that it had.
+    bool IsOutOfTime() const noexcept;
+    /// How a process ended that told of no failure: "(Segmentation fault)", "(early)", or after which processor time.
     std::string EndText() const;
 };
 
@@ -52,7 +61,7 @@ class ChildWork
 {
 public:
     /// Throws std::system_error when there can be no child.
-    explicit ChildWork(std::function<std::string(ChildVoice const&)> const& work);
+    explicit ChildWork(std::function<std::string(ChildVoice const&)> const& work, ChildLimits const& limits = {});
     ~ChildWork();
     ChildWork(ChildWork&&) noexcept;
     ChildWork& operator=(ChildWork&&) noexcept;
@@ -63,11 +72,13 @@ public:
 private:
     class Child;
     std::unique_ptr<Child> m_child;
+    ChildLimits m_limits;
 };
 
-/// Does work in a child process, where it may crash: what it answers, remarks and throws comes back. The process ends
-/// with that of the caller. The callback is asked a few times a second, and when a signal arrives. Throws
-/// std::system_error when there can be no child, and what the callback throws; the child is gone then.
-ChildResult RunInChild(std::function<std::string(ChildVoice const&)> const& work, Progress const& progress);
+/// Does work in a child process, where it may crash and is held to limits: what it answers, remarks and throws comes
+/// back. The process ends with that of the caller. The callback is asked a few times a second, and when a signal
+/// arrives. Throws std::system_error when there can be no child, and what the callback throws; the child is gone then.
+ChildResult RunInChild(std::function<std::string(ChildVoice const&)> const& work, Progress const& progress,
+                       ChildLimits const& limits = {});
 
 }  // namespace KVR

@@ -103,6 +103,9 @@ bool ChildReport::TakeRecord(Kind kind, std::string_view text, Progress const& p
         case Kind::kRemark:
             m_remarks.emplace_back(text);
             return true;
+        case Kind::kSubject:
+            m_subject = text;
+            return true;
         case Kind::kFailure:
         case Kind::kResult:
             (kind == Kind::kFailure ? m_failure : m_result) = text;

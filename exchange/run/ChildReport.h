@@ -21,7 +21,9 @@ public:
         kProgress = 1,
         kRemark,
         kFailure,
-        kResult
+        kResult,
+        /// What is being worked on, or nothing.
+        kSubject
     };
 
     /// A record as bytes. A text may be anything; that of progress is ProgressText's.
@@ -36,6 +38,7 @@ public:
     bool IsWhole() const noexcept { return m_hasEnded && !m_isDamaged && m_pending.empty(); }
     /// The latest that was told; a stage without a name before the first.
     ProgressReport const& LastProgress() const noexcept { return m_progress; }
+    std::string const& LastSubject() const noexcept { return m_subject; }
     std::vector<std::string> const& Remarks() const noexcept { return m_remarks; }
     /// What ended it: one of the two, when it is whole.
     std::optional<std::string> const& Failure() const noexcept { return m_failure; }
@@ -49,6 +52,7 @@ private:
     bool m_hasEnded = false;
     bool m_isDamaged = false;
     ProgressReport m_progress;
+    std::string m_subject;
     std::vector<std::string> m_remarks;
     std::optional<std::string> m_failure;
     std::optional<std::string> m_result;

@@ -5,22 +5,6 @@
 namespace KVR
 {
 
-namespace
-{
-
-// Of the work, what is done in the dense part.
-constexpr double kDensePart = 0.95;
-
-double Fraction(double position, double dense)
-{
-    if (dense >= 1.0)
-        return position;
-    return position < dense ? kDensePart * position / dense
-                            : kDensePart + (1.0 - kDensePart) * (position - dense) / (1.0 - dense);
-}
-
-}  // namespace
-
 TellStage EachPercent(std::function<void(ProgressReport const&)> tell)
 {
     return [tell = std::move(tell), last = std::string(), lastPercent = 0](char const* stage, double fraction) mutable
@@ -36,7 +20,7 @@ TellStage EachPercent(std::function<void(ProgressReport const&)> tell)
 
 void StageProgress::Show(Message_ProgressScope const&, Standard_Boolean)
 {
-    double const fraction = Fraction(GetPosition(), m_dense);
+    double const fraction = GetPosition();
     int const percent = static_cast<int>(100.0 * fraction);
     if (!m_tell || percent <= m_percent)
         return;

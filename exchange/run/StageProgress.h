@@ -19,12 +19,8 @@ TellStage EachPercent(std::function<void(ProgressReport const&)> tell);
 class StageProgress : public Message_ProgressIndicator
 {
 public:
-    /// An empty function is nobody. Open CASCADE does nearly all of some work in the first part of what it measures:
-    /// up to `dense`, from 0 to 1.
-    StageProgress(char const* stage, TellStage tell, double dense = 1.0)
-        : m_stage(stage), m_tell(std::move(tell)), m_dense(dense)
-    {
-    }
+    /// An empty function is nobody.
+    StageProgress(char const* stage, TellStage tell) : m_stage(stage), m_tell(std::move(tell)) {}
 
 protected:
     void Show(Message_ProgressScope const& scope, Standard_Boolean isForced) override;
@@ -32,7 +28,6 @@ protected:
 private:
     char const* m_stage;
     TellStage m_tell;
-    double m_dense;
     /// The start of all is no news: work may be some way from it yet.
     int m_percent = 0;
 };

@@ -48,6 +48,12 @@ void WorkFolder::MoveIntoPlace() const
     fs::rename(Inside(), m_target);
 }
 
+void WorkFolder::Clear() const
+{
+    for (std::string const& name : Names())
+        fs::remove(m_folder.Path() / name);
+}
+
 void WorkFolder::ExpectNoSource(fs::path const& path) const
 {
     std::error_code ignored;

@@ -35,6 +35,8 @@ public:
     /// Gives the files their places, and the target its own when all others have theirs. What was there is replaced,
     /// but for the sources: TargetError then, before any is moved.
     void MoveIntoPlace() const;
+    /// Takes all files out of it, for work that begins again.
+    void Clear() const;
 
 private:
     void ExpectNoSource(std::filesystem::path const& path) const;

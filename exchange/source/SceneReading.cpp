@@ -1,6 +1,7 @@
 #include "exchange/source/SceneReading.h"
 
 #include <exception>
+#include <new>
 
 #include "exchange/source/EventLog.h"
 #include "exchange/source/SceneFile.h"
@@ -22,6 +23,10 @@ std::optional<Failure> FailureOf(Step step)
     {
         step();
         return std::nullopt;
+    }
+    catch (std::bad_alloc const&)
+    {
+        throw;
     }
     catch (std::exception const& exception)
     {

@@ -1,6 +1,8 @@
 #include "framework/api/IOUtil.h"
 
 #include <bit>
+#include <cerrno>
+#include <new>
 
 #if !defined(_WIN32)
 #include <fcntl.h>
@@ -26,12 +28,16 @@ std::FILE* OpenToRead(UTF8String const& path, UTF8String const& mode)
     int const descriptor = ::open(path.Value(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
     if (descriptor < 0)
         return nullptr;
-    struct stat status;
+    struct stat status{};
     std::FILE* file = nullptr;
     if (::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode))
         file = ::fdopen(descriptor, mode.Value());
     if (!file)
+    {
+        int const error = S_ISREG(status.st_mode) ? errno : 0;
         ::close(descriptor);
+        errno = error;
+    }
     return file;
 }
 #endif
@@ -46,7 +52,10 @@ bool IOUtil::IsBigEndian() noexcept
 std::FILE* IOUtil::OpenFile(UTF8String const& path, UTF8String const& mode)
 {
     bool const onlyReads = mode.Compare("r") == 0 || mode.Compare("rb") == 0;
-    return onlyReads ? OpenToRead(path, mode) : std::fopen(path.Value(), mode.Value());
+    std::FILE* const file = onlyReads ? OpenToRead(path, mode) : std::fopen(path.Value(), mode.Value());
+    if (!file && errno == ENOMEM)
+        throw std::bad_alloc();
+    return file;
 }
 
 void IOUtil::CloseFile(std::FILE* file) noexcept

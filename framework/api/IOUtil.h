@@ -16,6 +16,7 @@ public:
     static bool IsBigEndian() noexcept;
     /// Opens a file as std::fopen does; null when that fails. A file opened to be read must be a regular one: a
     /// directory, FIFO or device counts as one that could not be opened, and the call never waits for one.
+    /// Throws std::bad_alloc when memory runs out.
     static std::FILE* OpenFile(UTF8String const& path, UTF8String const& mode);
     /// Closes what OpenFile gave; null has no effect.
     static void CloseFile(std::FILE* file) noexcept;

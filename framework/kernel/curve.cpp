@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "framework/kernel/KernelMessages.h"
+#include "framework/kernel/MemoryWatch.h"
 #include "framework/kernel/entity.h"
 #include "framework/kernel/global_data.h"
 #include "framework/kernel/history_stream.h"
@@ -48,6 +49,7 @@ outcome GKI_MAKE_CURVE::from_edge(EDGE* edge, bool sharesGeometry, curve*& made)
 {
     if (!edge)
         return {outcome::kBadArgument, "there is no edge"};
+    MemoryWatch const watch;
     try
     {
         TopoDS_Edge const& shape = TopoDS::Edge(edge->Shape());
@@ -76,6 +78,7 @@ outcome GKI_MAKE_CURVE::from_edge(EDGE* edge, bool sharesGeometry, curve*& made)
     }
     catch (Standard_Failure const& failure)
     {
+        watch.Check(failure);
         return {outcome::kBadGeometry, KernelFailureText(failure)};
     }
 }

@@ -5,9 +5,11 @@
 #include <algorithm>
 #include <locale>
 #include <memory>
+#include <new>
 #include <ostream>
 
 #include "framework/kernel/KernelMessages.h"
+#include "framework/kernel/MemoryWatch.h"
 #include "framework/kernel/entity.h"
 #include "framework/kernel/entity_list.h"
 #include "framework/kernel/global_data.h"
@@ -21,19 +23,6 @@ namespace KVR
 
 namespace
 {
-
-// A store whose length or digest cannot be told is none.
-bool MeasureRest(std::FILE* file, std::uint64_t& size)
-{
-    long const at = std::ftell(file);
-    if (at < 0 || std::fseek(file, 0, SEEK_END) != 0)
-        return false;
-    long const end = std::ftell(file);
-    if (end < at || std::fseek(file, at, SEEK_SET) != 0)
-        return false;
-    size = static_cast<std::uint64_t>(end - at);
-    return true;
-}
 
 bool DigestOfRest(std::FILE* file, std::uint64_t size, std::uint64_t& value)
 {
@@ -100,9 +89,20 @@ std::unique_ptr<ENTITY> MakeEntity(StoreTable::Row& row, TopoDS_Shape const& sha
     return entity;
 }
 
+// Open CASCADE does not stand every allocation that fails while it reads: what a store of this size takes has to be there
+// before it begins. Throws std::bad_alloc.
+void ExpectMemory(std::uint64_t size)
+{
+    constexpr std::uint64_t kPerByte = 24;
+    constexpr std::uint64_t kAtLeast = std::uint64_t{1} << 20U;
+    // Never written to, so that it costs no time.
+    std::unique_ptr<char[]> const room(new char[kAtLeast + kPerByte * size]);
+}
+
 // Decodes a store's content; nothing is made unless all of it is good.
 bool Decode(std::FILE* file, std::uint64_t size, bool textMode, std::vector<std::unique_ptr<ENTITY>>& entities)
 {
+    ExpectMemory(size);
     StoreReadBuffer content(file, size);
     StoreTable table;
     if (!table.Read(content, textMode))
@@ -154,24 +154,34 @@ outcome GKI_RESTORE::execute_restore(ENTITY_LIST& entities)
     m_isInsecure = digest != head.digest;
     if (m_isInsecure && !m_allowsInsecure)
         return {outcome::kInsecureStore, "the content of the store is not what was written"};
+    MemoryWatch const watch;
     try
     {
         std::vector<std::unique_ptr<ENTITY>> made;
         if (!Decode(m_file, size, m_textMode, made))
+        {
+            watch.Check();
             return BadContent();
+        }
         // The stream owns them from here on.
         for (std::unique_ptr<ENTITY>& entity : made)
             entities.add(entity.release());
         m_isRestored = true;
         return {};
     }
-    catch (Standard_Failure const&)
+    catch (std::bad_alloc const&)
     {
+        throw;
+    }
+    catch (Standard_Failure const& failure)
+    {
+        watch.Check(failure);
         return BadContent();
     }
     catch (std::exception const&)
     {
-        // The stream's end, or more memory than there is.
+        // The stream's end.
+        watch.Check();
         return BadContent();
     }
 }
@@ -191,6 +201,7 @@ outcome GKI_SAVE::execute_save(ENTITY_LIST const& entities)
     outcome badFile(outcome::kBadFile, "the store cannot be written");
     if (!m_file)
         return {outcome::kBadArgument, "there is no file"};
+    MemoryWatch const watch;
     try
     {
         StoreTable table;
@@ -226,6 +237,7 @@ outcome GKI_SAVE::execute_save(ENTITY_LIST const& entities)
     }
     catch (Standard_Failure const& failure)
     {
+        watch.Check(failure);
         return {outcome::kBadGeometry, KernelFailureText(failure)};
     }
     catch (std::ios_base::failure const&)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <new>
 #include <optional>
 #include <type_traits>
 #include <utility>
@@ -17,13 +18,17 @@ std::optional<Value> Specified(Object const& object, IsValueSpecifiedEnum (Objec
     return (object.*getter)(value) == kIsValueSpecified_Yes ? std::optional<Value>(value) : std::nullopt;
 }
 
-/// The answer of a getter, or another one when it throws: one broken answer must not cost the reader all others.
+/// The answer of a getter, or another one when it throws anything but std::bad_alloc: one broken answer must not cost the reader all others.
 template <class Getter>
 std::invoke_result_t<Getter> AnswerOr(Getter&& getter, std::invoke_result_t<Getter> otherwise = {})
 {
     try
     {
         return std::forward<Getter>(getter)();
+    }
+    catch (std::bad_alloc const&)
+    {
+        throw;
     }
     catch (...)
     {

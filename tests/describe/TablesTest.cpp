@@ -38,7 +38,7 @@ class ThrowingPart final : public IPart
 public:
     UTF8String Id() const override { return "p"; }
     UTF16String Label() const override { throw std::runtime_error("no label"); }
-    IsValueSpecifiedEnum ChangeKey(SnapshotVersionEnum, UTF8String&) const override { throw std::bad_alloc(); }
+    IsValueSpecifiedEnum ChangeKey(SnapshotVersionEnum, UTF8String&) const override { throw 7; }
     IsValueSpecifiedEnum VersionPersistentId(UTF8String&) const override { return kIsValueSpecified_No; }
     KVR::FileProperties* FileProperties() const override { return nullptr; }
     IdSet Styles() const override { return {}; }

@@ -52,6 +52,7 @@ GROUPS = (
     ("exchange/meshes/", "meshes"),
     ("exchange/import/", "import"),
     ("exchange/export/", "export"),
+    ("exchange/view/", "view"),
     ("exchange/convert/", "convert"),
     ("exchange/certify/", "certify"),
     ("exchange/", "exchange"),
@@ -107,6 +108,8 @@ MAY_INCLUDE = {
                "model", "meshes"),
     "export": ("extension types", "api", "kernel", "gmk_interface", "scene", "output", "exchange", "run", "conventions",
                "source"),
+    # A format of its own folder; of export it takes the task, and how notes are drawn.
+    "view": ("extension types", "api", "kernel", "gmk_interface", "scene", "output", "exchange", "run", "export"),
     "convert": ("output", "exchange", "run"),
     "certify": ("extension types", "api", "kernel", "output", "exchange", "run", "source"),
     "host": ("api", "kernel", "facade", "output", "describe", "scene", "inspect face", "source", "exchange"),

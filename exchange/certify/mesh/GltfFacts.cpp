@@ -234,7 +234,8 @@ private:
                                        {primitive.normals[at[0]], primitive.normals[at[1]], primitive.normals[at[2]]});
             }
             if (primitive.color)
-                m_facts.Add(kTable_DrawnColors, *primitive.color, {bulk.area - before});
+                m_facts.Add(kTable_DrawnColors, ModelFacts::Joined(occurrence.path, *primitive.color),
+                            {bulk.area - before});
             if (primitive.normals.empty())
                 continue;
             m_facts.Add(kTable_Normals, occurrence.path, {angles}, before == 0.0 ? 1.0 : 0.0);

@@ -82,7 +82,8 @@ ModelFacts FactsOfTriangles(std::string const& path, double millimetres)
                 ++part.triangles;
                 std::optional<std::string> const own = ColorOfCorners(mesh, places[0], places[1], places[2]);
                 if (own || (color && !mesh.mColors[0]))
-                    facts.Add(kTable_DrawnColors, own ? *own : *color, {part.mesh.area - before});
+                    facts.Add(kTable_DrawnColors, ModelFacts::Joined({}, own ? *own : *color),
+                              {part.mesh.area - before});
             }
         }
     }

@@ -85,12 +85,15 @@ public:
         m_facts.hasBodies = m_facts.hasMesh = true;
         for (char const* const table :
              {kTable_Colors, kTable_LineColors, kTable_DrawnColors, kTable_Layers, kTable_Hidden, kTable_Views,
-              kTable_ViewMembers, kTable_Notes, kTable_NoteValues, kTable_Properties, kTable_Units, kTable_Normals})
+              kTable_Cuts, kTable_ViewMembers, kTable_Notes, kTable_NoteValues, kTable_NoteTexts, kTable_Properties,
+              kTable_Units, kTable_FaceIds, kTable_Normals})
             m_facts.tables[table];
         ReadUpVector();
         IObject* const root = m_producer.Load(rootId);
         if (auto const* const file = dynamic_cast<IFile const*>(root))
         {
+            for (unsigned long long i = 0; i < file->ChildCount(); ++i)
+                m_roots.insert(TextOf(file->ChildAt(i).Id()));
             ReadSets(*file);
             for (unsigned long long i = 0; i < file->ChildCount(); ++i)
                 if (auto const* const component =
@@ -98,7 +101,10 @@ public:
                     WalkRoot(*component);
         }
         else if (auto const* const component = dynamic_cast<IComponent const*>(root))
+        {
+            m_roots.insert(TextOf(component->Id()));
             WalkRoot(*component);
+        }
         return std::move(m_facts);
     }
 
@@ -148,16 +154,22 @@ private:
         if (FileProperties const* const properties = component.FileProperties())
             if (properties->PartNumber(number) == kIsValueSpecified_Yes)
                 occurrence.number = TextOf(number);
-        if (m_met.insert(occurrence.component).second)
+        bool const isNew = m_met.insert(occurrence.component).second;
+        if (isNew)
             ReadComponent(component, unit);
         occurrence.properties = m_properties[occurrence.component];
+        occurrence.units.insert(UnitName(unit));
         for (unsigned long long i = 0; i < component.ChildCount(); ++i)
         {
             IObject* const child = ChildOf(component, i);
             if (auto const* const instance = dynamic_cast<IInstance const*>(child))
                 WalkInstance(*instance, path, place, state, unit);
             else if (auto* const geometry = dynamic_cast<IGeometry*>(child))
+            {
                 AddGeometry(m_facts.occurrences[index], *geometry, place, state, unit);
+                if (auto const* const body = dynamic_cast<IBrep const*>(geometry); body && isNew)
+                    AddIds(*body, unit);
+            }
         }
         --m_depth;
     }
@@ -180,12 +192,16 @@ private:
     // What is there once for each component.
     void ReadComponent(IComponent const& component, double unit)
     {
-        m_facts.tables[kTable_Units][UnitName(unit)].count = 1.0;
         ReadSets(component);
         for (unsigned long long i = 0; i < component.ChildCount(); ++i)
             if (auto* const callout = dynamic_cast<IAnnotationCallout*>(ChildOf(component, i)))
                 AddSceneNote(m_facts, *callout, unit);
-        m_properties[std::string(component.Id().View())] = ScenePropertiesOf(m_producer, component);
+        std::set<std::string> const properties = ScenePropertiesOf(m_producer, component);
+        m_properties[TextOf(component.Id())] = properties;
+        std::string const isText = StatedText(kProperty_Text, {});
+        for (std::string const& property : properties)
+            if (property.starts_with(isText))
+                m_facts.tables[kTable_NoteTexts][property.substr(isText.size())].count = 1.0;
     }
 
     void ReadSets(IAttributeSets const& owner)
@@ -209,7 +225,7 @@ private:
         IdSet const views = owner.ViewSet();
         for (unsigned long long i = 0; i < views.Size(); ++i)
             if (auto const* const view = dynamic_cast<IView const*>(m_producer.Load(views.At(i))))
-                AddSceneView(m_facts, m_producer, *view);
+                AddSceneView(m_facts, m_producer, *view, m_roots);
     }
 
     void AddGeometry(ModelFacts::Occurrence& occurrence, IGeometry& geometry, FactPlace const& place,
@@ -261,8 +277,33 @@ private:
         {
             auto const own = style.empty() || !keepsOwn ? std::nullopt : m_looks.ColorOf(UTF8String(style));
             if (own || color)
-                m_facts.Add(kTable_DrawnColors, own ? *own : *color, {area});
+                m_facts.Add(kTable_DrawnColors, ModelFacts::Joined(occurrence.path, own ? *own : *color), {area});
         }
+    }
+
+    KnownBody const& Known(IBrep const& brep)
+    {
+        auto known = m_bodies.find(&brep);
+        if (known == m_bodies.end())
+            known = m_bodies.emplace(&brep, KnownBody(*brep.Body())).first;
+        return known->second;
+    }
+
+    void AddIds(IBrep const& brep, double unit)
+    {
+        DataIdToPersistentIdMap const* const ids = brep.PersistentIDsMap();
+        if (!ids || !brep.Body())
+            return;
+        KnownBody const& body = Known(brep);
+        Matrix3d const* const own = brep.Transform();
+        AddFaceIds(m_facts, body.shape, PlaceOf(own ? *own : Matrix3d(), unit) * FactPlace::Scaling(unit),
+                   [&](std::size_t entity)
+                   {
+                       UTF8String id;
+                       bool const isKnown = entity != 0 && ids->PersistentId(UTF8String(body.dataIds[entity - 1]),
+                                                                             id) == kIsValueSpecified_Yes;
+                       return isKnown ? TextOf(id) : std::string();
+                   });
     }
 
     void AddBody(ModelFacts::Occurrence& occurrence, IBrep const& brep, FactPlace const& place, bool isShown,
@@ -270,10 +311,7 @@ private:
     {
         if (!brep.Body())
             return;
-        auto known = m_bodies.find(&brep);
-        if (known == m_bodies.end())
-            known = m_bodies.emplace(&brep, KnownBody(*brep.Body())).first;
-        KnownBody const& body = known->second;
+        KnownBody const& body = Known(brep);
         AddShape(occurrence, body.shape, place);
         if (!isShown)
         {
@@ -293,7 +331,7 @@ private:
             if (!own)
                 own = color;
             if (own)
-                m_facts.Add(piece.isFace ? kTable_Colors : kTable_LineColors, *own,
+                m_facts.Add(piece.isFace ? kTable_Colors : kTable_LineColors, ModelFacts::Joined(occurrence.path, *own),
                             {piece.isFace ? piece.bulk.area * scale * scale : piece.bulk.length * scale});
         }
     }
@@ -302,6 +340,7 @@ private:
     SceneLooks m_looks;
     ModelFacts m_facts;
     std::set<std::string> m_met;
+    std::set<std::string> m_roots;
     std::map<std::string, std::set<std::string>> m_properties;
     std::map<IBrep const*, KnownBody> m_bodies;
     FactPlace m_upright;

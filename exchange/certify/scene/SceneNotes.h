@@ -13,7 +13,8 @@ namespace KVR::Certification
 
 /// `unit` is that of a text without one, in millimetres.
 void AddSceneNote(ModelFacts& facts, IAnnotationCallout const& callout, double unit);
-void AddSceneView(ModelFacts& facts, IProducer& producer, IView const& view);
+/// `roots` are the ids of the components that all others are in.
+void AddSceneView(ModelFacts& facts, IProducer& producer, IView const& view, std::set<std::string> const& roots);
 /// The values that are stated of a component.
 std::set<std::string> ScenePropertiesOf(IProducer& producer, IComponent const& component);
 

@@ -20,11 +20,6 @@ FactPoint Unit(FactPoint const& p, FactPoint const& otherwise)
     return length > 0.0 ? FactPoint{p[0] / length, p[1] / length, p[2] / length} : otherwise;
 }
 
-double Dot(FactPoint const& a, FactPoint const& b)
-{
-    return a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
-}
-
 FactPlace Framed(FactPoint const& x, FactPoint const& y, FactPoint const& z, FactPoint const& origin)
 {
     FactPlace place;
@@ -36,11 +31,6 @@ FactPlace Framed(FactPoint const& x, FactPoint const& y, FactPoint const& z, Fac
         place.rows[4 * row + 3] = origin[row];
     }
     return place;
-}
-
-FactPoint Cross(FactPoint const& a, FactPoint const& b)
-{
-    return {a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0]};
 }
 
 // The part of a direction that stands square to z.

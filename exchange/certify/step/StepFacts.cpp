@@ -37,12 +37,15 @@ ModelFacts FactsOfShape(TopoDS_Shape const& shape, double millimetres)
 
 }  // namespace
 
-ModelFacts FactsOfStep(std::string const& path)
+ModelFacts FactsOfStep(std::string const& path, TellFraction const& tell)
 {
     Part21Model const model = Part21Model::Read(path);
     FactProducts const products(model);
     StepLooks const looks(model, products);
-    StepShapes shapes(path);
+    std::size_t items = 0;
+    for (auto const& [id, product] : products.All())
+        items += product.items.size();
+    StepShapes shapes(path, items, tell);
     ModelFacts facts;
     StepStructure(model, products, looks, shapes, facts).Read();
     AddStepNotes(model, products, facts);

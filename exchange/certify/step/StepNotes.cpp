@@ -8,6 +8,7 @@
 #include <set>
 
 #include "exchange/certify/FactTexts.h"
+#include "exchange/certify/step/ViewReader.h"
 
 namespace KVR::Certification
 {
@@ -40,84 +41,48 @@ public:
 
     void Read()
     {
-        for (char const* const table :
-             {kTable_Units, kTable_Views, kTable_ViewMembers, kTable_Notes, kTable_NoteValues, kTable_Properties})
+        for (char const* const table : {kTable_Notes, kTable_NoteValues, kTable_NoteTexts, kTable_Properties})
             m_facts.tables[table];
-        ReadUnits();
-        ReadViews();
-        ReadViewMembers();
         ReadDimensions();
         ReadTolerances();
         for (Id const id : m_model.Of("DATUM"))
-            m_facts.tables[kTable_Notes]["datum " + m_model.Parameter(id, 4, "DATUM").text].count = 1.0;
+        {
+            m_names[id] = "datum " + m_model.Parameter(id, 4, "DATUM").text;
+            m_facts.tables[kTable_Notes][m_names[id]].count = 1.0;
+        }
         ReadProperties();
+        AddStepViews(m_model, m_products, m_names, m_datumsOf, m_facts);
     }
 
 private:
-    void ReadUnits()
+    // The datums that a tolerance refers to, through its frame.
+    std::set<std::string> DatumsBelow(Id id, int level) const
     {
-        for (auto const& [id, product] : m_products.All())
-            for (Id const representation : product.representations)
-                if (double const length = m_products.MillimetresOf(representation); length > 0.0)
-                    m_facts.tables[kTable_Units][UnitName(length)].count = 1.0;
+        std::set<std::string> letters;
+        constexpr int kDeepestFrame = 4;
+        for (std::string_view const type : m_model.TypesOf(id))
+            for (Part21Parameter const& value : m_model.Parameters(id, type))
+                for (Id const below : value.References())
+                    if (m_model.Is(below, "DATUM"))
+                        letters.insert("datum " + m_model.Parameter(below, 4, "DATUM").text);
+                    else if (level < kDeepestFrame &&
+                             (m_model.Is(below, "DATUM_SYSTEM") || m_model.Is(below, "DATUM_REFERENCE") ||
+                              m_model.Is(below, "DATUM_REFERENCE_COMPARTMENT") ||
+                              m_model.Is(below, "DATUM_REFERENCE_ELEMENT")))
+                        letters.merge(DatumsBelow(below, level + 1));
+        return letters;
     }
 
-    void ReadViews()
+    void AddNote(Id id, std::string const& note)
     {
-        Bulk all;
-        for (ModelFacts::Occurrence const& occurrence : m_facts.occurrences)
-            all.Add(occurrence.bodies);
-        double millimetres = 1.0;
-        for (Id const id : m_products.Order())
-            for (Id const representation : m_products.All().at(id).representations)
-                if (double const length = m_products.MillimetresOf(representation); length > 0.0)
-                    millimetres = length;
-        for (char const* const type : {"CAMERA_MODEL_D3", "CAMERA_MODEL_D3_MULTI_CLIPPING"})
-            for (Id const id : m_model.Of(type))
-            {
-                auto const parameters = m_model.Parameters(id);
-                if (parameters.size() < 3)
-                    continue;
-                FactPlace const place = m_products.PlacementOf(parameters[1].reference, millimetres);
-                Id const point = m_model.Parameter(parameters[2].reference, 1).reference;
-                FactPoint const eye = place.Of(m_products.PointOf(point, millimetres));
-                FactPoint direction = place.OfDirection({0, 0, -1});
-                double toPart = 0.0;
-                for (std::size_t i = 0; i < 3 && all.HasBox(); ++i)
-                    toPart += direction[i] * ((all.low[i] + all.high[i]) / 2.0 - eye[i]);
-                if (toPart < 0.0)
-                    direction = place.OfDirection({0, 0, 1});
-                AddView(m_facts, parameters[0].text, eye, direction);
-            }
+        m_names[id] = note;
+        m_facts.Add(kTable_Notes, note);
     }
 
-    // The notes of the drawing that a camera belongs to.
-    void ReadViewMembers()
+    void AddValue(Id id, double value)
     {
-        for (Id const id : m_model.Of("DRAUGHTING_MODEL"))
-        {
-            bool const isPart = m_model.Is(id, "REPRESENTATION");
-            std::string camera;
-            bool hasCamera = false;
-            double notes = 0.0;
-            for (Id const item : m_model.Parameter(id, 1, isPart ? "REPRESENTATION" : "").References())
-            {
-                Id const map = m_model.Is(item, "MAPPED_ITEM") ? m_model.Parameter(item, 1).reference : 0;
-                Id const origin = map == 0 ? item : m_model.Parameter(map, 0).reference;
-                if (m_model.Is(origin, "CAMERA_MODEL_D3") || m_model.Is(origin, "CAMERA_MODEL_D3_MULTI_CLIPPING"))
-                {
-                    camera = m_model.Parameter(origin, 0).text;
-                    hasCamera = true;
-                }
-                for (std::string_view const type : m_model.TypesOf(item))
-                    notes += type == "DRAUGHTING_CALLOUT" || type == "ANNOTATION_CURVE_OCCURRENCE" ||
-                                     type == "TESSELLATED_ANNOTATION_OCCURRENCE"
-                                 ? 1.0
-                                 : 0.0;
-            }
-            if (hasCamera && notes > 0.0)
-                m_facts.tables[kTable_ViewMembers][camera].count = 1.0;
-        }
+        m_names[id] += ' ' + NumberText(value);
+        m_facts.Add(kTable_NoteValues, m_names[id]);
     }
 
     // A length in millimetres, an angle in degrees, all else as it is; nothing for an entity without a measure.
@@ -160,13 +125,13 @@ private:
                 std::transform(type.begin(), type.end(), type.begin(),
                                [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
                 std::string const note = type.empty() ? "dimension" : "dimension " + type;
-                m_facts.Add(kTable_Notes, note);
+                AddNote(id, note);
                 for (Id const item : items[id])
                     if (std::string const role = NameOf(item);
                         role.find("limit") == std::string::npos && role.find("range") == std::string::npos)
                         if (auto const value = ValueOf(item))
                         {
-                            m_facts.Add(kTable_NoteValues, note + ' ' + NumberText(*value));
+                            AddValue(id, *value);
                             break;
                         }
             }
@@ -184,10 +149,11 @@ private:
             for (Id const id : m_model.Of(type))
             {
                 std::string const note = std::string("tolerance ") + name;
-                m_facts.Add(kTable_Notes, note);
+                AddNote(id, note);
                 bool const isPart = m_model.Is(id, "GEOMETRIC_TOLERANCE");
                 if (auto const value = ValueOf(m_model.Parameter(id, 2, isPart ? "GEOMETRIC_TOLERANCE" : "").reference))
-                    m_facts.Add(kTable_NoteValues, note + ' ' + NumberText(*value));
+                    AddValue(id, *value);
+                m_datumsOf[id] = DatumsBelow(id, 0);
             }
         }
     }
@@ -203,22 +169,59 @@ private:
 
     void ReadProperties()
     {
+        std::unordered_map<Id, std::string> generals;
+        for (Id const id : m_model.Of("GENERAL_PROPERTY_ASSOCIATION"))
+            generals[m_model.Parameter(id, 3).reference] =
+                m_model.Parameter(m_model.Parameter(id, 2).reference, 1).text;
         std::map<std::string, std::set<std::string>> values;
         for (Id const id : m_model.Of("PROPERTY_DEFINITION_REPRESENTATION"))
         {
             Id const property = m_model.Parameter(id, 0).reference;
-            Id const component =
-                ComponentOf(m_model.Parameter(property, 2).reference, m_model.Parameter(property, 0).text);
+            std::string name = m_model.Parameter(property, 0).text;
+            if (name.empty())
+                name = generals[property];
+            Id const component = ComponentOf(m_model.Parameter(property, 2).reference, name);
             Id const representation = m_model.Parameter(id, 1).reference;
             bool const isPart = m_model.Is(representation, "REPRESENTATION");
-            if (component == 0)
-                continue;
             for (Id const item : m_model.Parameter(representation, 1, isPart ? "REPRESENTATION" : "").References())
-                if (std::string const value = PropertyText(item); !value.empty())
-                    values[std::to_string(component)].insert(value);
+            {
+                std::string const value = PropertyText(item);
+                if (name == kProperty_Text && !value.empty())
+                    m_facts.tables[kTable_NoteTexts][value].count = 1.0;
+                else if (component != 0)
+                    AddProperty(values[std::to_string(component)], name, item, value);
+            }
         }
         for (ModelFacts::Occurrence& occurrence : m_facts.occurrences)
             occurrence.properties = values[occurrence.component];
+    }
+
+    void AddProperty(std::set<std::string>& values, std::string const& property, Id item, std::string const& value)
+    {
+        std::string name = NameOf(item);
+        auto const add = [&](std::string const& full, std::string const& text)
+        {
+            if (!text.empty())
+                values.insert(StatedText(full, text));
+        };
+        // A material is the name of its item.
+        if (property == "material property" && m_model.Is(item, "DESCRIPTIVE_REPRESENTATION_ITEM"))
+        {
+            add("material", PropertyValueText(name));
+            add("material description", value);
+        }
+        else if (property == "material property")
+            add("material density", value);
+        else
+        {
+            if (property == "geometric validation property")
+                name = name == "volume measure"         ? "volume"
+                       : name == "surface area measure" ? "area"
+                       : name == "centre point"         ? "centroid"
+                                                        : name;
+            bool const isOne = name.empty() || property.empty() || name == property;
+            add(isOne ? (property.empty() ? name : property) : property + ": " + name, value);
+        }
     }
 
     // A density in grams for each cubic millimetre, all else as it is.
@@ -263,6 +266,8 @@ private:
     Part21Model const& m_model;
     FactProducts const& m_products;
     ModelFacts& m_facts;
+    StepNoteNames m_names;
+    StepDatums m_datumsOf;
 };
 
 }  // namespace

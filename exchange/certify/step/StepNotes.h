@@ -7,7 +7,7 @@
 namespace KVR::Certification
 {
 
-/// Adds what a STEP file says beside its shapes: units, saved views, dimensions, tolerances, datums and properties.
+/// Adds what a STEP file says beside its shapes: saved views, dimensions, tolerances, datums and properties.
 /// Views are turned to the middle of the bodies, which the facts have to hold.
 void AddStepNotes(Part21Model const& model, FactProducts const& products, ModelFacts& facts);
 

@@ -26,6 +26,11 @@ namespace
 
 using Id = Part21Model::Id;
 
+// How much is done before shapes are measured, which takes the rest of the time.
+constexpr double kFraction_Begun = 0.05;
+constexpr double kFraction_Read = 0.2;
+constexpr double kFraction_Transferred = 0.5;
+
 Id EntityOf(ShapeEntities const& entities, TopoDS_Shape const& shape)
 {
     auto const found = entities.find(shape.TShape().get());
@@ -141,15 +146,31 @@ struct StepShapes::Content
     std::unordered_map<Id, Handle(Standard_Transient)> entities;
     ShapeEntities entityOfShape;
     std::unordered_map<Id, std::unique_ptr<StepShape>> measured;
+    std::size_t items = 1;
+    TellFraction tell;
+    double told = 0.0;
+
+    void Tell(double fraction)
+    {
+        constexpr double kPercent = 0.01;
+        if (tell && fraction >= told + kPercent)
+            tell(told = fraction);
+    }
 };
 
-StepShapes::StepShapes(std::string const& path) : m_content(std::make_unique<Content>())
+StepShapes::StepShapes(std::string const& path, std::size_t items, TellFraction const& tell)
+    : m_content(std::make_unique<Content>())
 {
     Content& content = *m_content;
+    content.items = std::max<std::size_t>(1, items);
+    content.tell = tell;
+    content.Tell(kFraction_Begun);
     Interface_Static::SetCVal("xstep.cascade.unit", "MM");
     if (content.reader.ReadFile(path.c_str()) != IFSelect_RetDone)
         throw std::runtime_error("Open CASCADE cannot read it");
+    content.Tell(kFraction_Read);
     content.reader.TransferRoots();
+    content.Tell(kFraction_Transferred);
     content.model = Handle(StepData_StepModel)::DownCast(content.reader.Model());
     content.process = content.reader.WS()->TransferReader()->TransientProcess();
     if (content.model.IsNull() || content.process.IsNull())
@@ -180,6 +201,8 @@ StepShape const* StepShapes::Of(Part21Model::Id item)
     Content& content = *m_content;
     if (auto const known = content.measured.find(item); known != content.measured.end())
         return known->second.get();
+    content.Tell(kFraction_Transferred + (1.0 - kFraction_Transferred) * static_cast<double>(content.measured.size()) /
+                                             static_cast<double>(content.items));
     std::unique_ptr<StepShape> shape;
     if (auto const entity = content.entities.find(item); entity != content.entities.end())
         if (TopoDS_Shape const result = TransferBRep::ShapeResult(content.process, entity->second); !result.IsNull())

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "exchange/certify/Bulk.h"
+#include "exchange/certify/FactReaders.h"
 #include "exchange/certify/part21/Part21Model.h"
 
 class TopoDS_Shape;
@@ -42,8 +43,9 @@ struct StepShape
 class StepShapes
 {
 public:
-    /// Throws std::runtime_error for a file that Open CASCADE cannot read. May end the process.
-    explicit StepShapes(std::string const& path);
+    /// Throws std::runtime_error for a file that Open CASCADE cannot read. May end the process. What is told takes so
+    /// many items to be all.
+    StepShapes(std::string const& path, std::size_t items, TellFraction const& tell);
     ~StepShapes();
     StepShapes(StepShapes const&) = delete;
     StepShapes& operator=(StepShapes const&) = delete;

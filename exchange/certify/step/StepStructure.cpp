@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "exchange/certify/FactTexts.h"
 #include "exchange/certify/step/AddShape.h"
 
 namespace KVR::Certification
@@ -27,7 +28,8 @@ StepStructure::StepStructure(Part21Model const& model, FactProducts const& produ
 void StepStructure::Read()
 {
     m_facts.hasBodies = true;
-    for (char const* const table : {kTable_Colors, kTable_LineColors, kTable_Layers, kTable_Hidden})
+    for (char const* const table :
+         {kTable_Colors, kTable_LineColors, kTable_Layers, kTable_Hidden, kTable_Units, kTable_FaceIds})
         m_facts.tables[table];
     for (Id const id : m_products.Order())
         if (FactProducts::Product const& product = m_products.All().at(id); !product.isUsed)
@@ -52,10 +54,19 @@ void StepStructure::Walk(Id id, std::string const& path, std::string const& name
     occurrence.isHidden = outer.isHidden;
     StepLooks::Look ofItems = outer;
     for (Id const representation : product.representations)
+        if (double const length = m_products.MillimetresOf(representation); length > 0.0)
+            occurrence.units.insert(UnitName(length));
+    for (Id const representation : product.representations)
         if (StepLooks::Look const* const look = m_looks.Of(representation))
             ofItems.isHidden = ofItems.isHidden || look->isHidden;
+    bool const isNew = m_met.insert(id).second;
     for (FactProducts::Item const& item : product.items)
+    {
         AddItem(occurrence, item.id, place * item.place, ofItems);
+        if (StepShape const* const shape = isNew ? m_shapes.Of(item.id) : nullptr)
+            AddFaceIds(m_facts, *shape, item.place,
+                       [](Id entity) { return entity == 0 ? std::string() : '#' + std::to_string(entity); });
+    }
     m_facts.occurrences.push_back(std::move(occurrence));
     for (FactProducts::Usage const& usage : product.usages)
     {
@@ -128,7 +139,8 @@ void StepStructure::AddPieces(std::string const& path, Id item, StepShape const&
         double const area = piece.bulk.area * scale * scale;
         double const length = piece.bulk.length * scale;
         if (color)
-            m_facts.Add(piece.isFace ? kTable_Colors : kTable_LineColors, *color, {piece.isFace ? area : length});
+            m_facts.Add(piece.isFace ? kTable_Colors : kTable_LineColors, ModelFacts::Joined(path, *color),
+                        {piece.isFace ? area : length});
         // Faces of what is hidden as a whole do not count by themselves.
         if (piece.isFace ? isHidden && !outer.isHidden : isHidden || outer.isHidden)
             m_facts.Add(kTable_Hidden, path);

@@ -41,6 +41,8 @@ private:
     ModelFacts& m_facts;
     std::vector<Id> m_usages;
     std::unordered_set<Id> m_representations;
+    /// Products that occurred before.
+    std::unordered_set<Id> m_met;
 };
 
 }  // namespace KVR::Certification

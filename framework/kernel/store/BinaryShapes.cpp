@@ -8,8 +8,8 @@ namespace KVR
 namespace
 {
 
-constexpr std::string_view kVersion3 = "\nOpen CASCADE Topology V3 (c)\n";
-constexpr std::string_view kVersion4 = "\nOpen CASCADE Topology V4, (c) Open Cascade\n";
+constexpr std::string_view kVersion3 = "Open CASCADE Topology V3 (c)\n";
+constexpr std::string_view kVersion4 = "Open CASCADE Topology V4, (c) Open Cascade\n";
 constexpr int kEndOfChildren = '*';
 
 bool IsFinite(char const* bytes) noexcept
@@ -22,8 +22,9 @@ bool IsFinite(char const* bytes) noexcept
 
 }  // namespace
 
-void BinaryShapes::Version()
+void BinaryShapes::Version(bool)
 {
+    SkipBlanks();
     m_version = Ahead(kVersion3.size()).starts_with(kVersion3) ? 3 : 4;
     Expect(m_version == 3 ? kVersion3 : kVersion4);
 }

@@ -17,7 +17,7 @@ public:
 
     /// Versions 3 and 4. Those before are not for stores: in version 1 faces are measured as they are read, and in
     /// version 2 what a vertex has can be read in two ways.
-    void Version();
+    void Version(bool isFile);
     bool HasUVPoints() const noexcept { return m_version == 3; }
     bool HasNormals() const noexcept { return m_version == 4; }
 

@@ -62,6 +62,11 @@ void ShapeBytes::Expect(std::string_view text)
     Pass(text.size());
 }
 
+void ShapeBytes::LineEnd()
+{
+    Expect(Ahead(2).starts_with("\r\n") ? "\r\n" : "\n");
+}
+
 int ShapeBytes::Section(std::string_view title)
 {
     SkipBlanks();
@@ -76,7 +81,7 @@ int ShapeBytes::Section(std::string_view title)
         return 0;
     }
     Pass(static_cast<std::size_t>(result.ptr - ahead.data()));
-    Expect("\n");
+    LineEnd();
     return count;
 }
 

@@ -29,6 +29,8 @@ public:
 
     /// Passes the text, which has to be ahead.
     void Expect(std::string_view text);
+    /// Passes the end of a line, in either form.
+    void LineEnd();
     /// Passes a title behind any blanks, its count, which is not negative, and the line's end.
     int Section(std::string_view title);
 

@@ -26,13 +26,17 @@ constexpr std::uint64_t kBytesPerPart = 16;
 
 // Each representation of an edge is compared with all others, and their locations part by part.
 constexpr std::uint64_t kMostComparisons = 1'000'000;
+// Of all edges together.
+constexpr std::uint64_t kMostComparisonsOfAll = 20'000'000;
+constexpr std::uint64_t kMostComparisonsPerByte = 100;
 
-// Open CASCADE gets to a parameter outside a curve's period one period at a time.
-constexpr double kMostPeriods = 1000.0;
+// Open CASCADE gets to a parameter outside a curve's period one period at a time, and a curve that is cut out of it has
+// as many more knots.
+constexpr double kMostPeriods = 10.0;
 
 // A shape may be in others many times, and these in others: a few bytes would keep a host busy for years.
-constexpr std::uint64_t kMostUnfolded = 1'000'000;
-constexpr std::uint64_t kMostUnfoldedPerByte = 1000;
+constexpr std::uint64_t kMostUnfolded = 250'000;
+constexpr std::uint64_t kMostUnfoldedPerByte = 100;
 
 }  // namespace
 
@@ -81,7 +85,10 @@ bool ShapeTables::AddToEdge(int location)
         return false;
     ++m_representations;
     m_longestPlacing = std::max(m_longestPlacing, static_cast<std::uint64_t>(LengthOf(location)));
-    return m_representations * m_representations * (1 + m_longestPlacing) <= kMostComparisons;
+    std::uint64_t const comparisons = m_representations * m_representations * (1 + m_longestPlacing);
+    // What it adds to those that this edge had.
+    m_comparisons += (2 * m_representations - 1) * (1 + m_longestPlacing);
+    return comparisons <= kMostComparisons && m_comparisons <= kMostComparisonsOfAll + kMostComparisonsPerByte * m_size;
 }
 
 bool ShapeTables::AddToEdge(double first, double last)

@@ -99,6 +99,7 @@ private:
 
     // The edge.
     std::uint64_t m_representations = 0;
+    std::uint64_t m_comparisons = 0;
     std::uint64_t m_longestPlacing = 0;
     double m_first = 0.0;
     double m_last = 0.0;

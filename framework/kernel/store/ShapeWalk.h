@@ -9,17 +9,28 @@
 namespace KVR
 {
 
+/// Where a set of shapes stands. A store has one compound, in the versions that can be read in one way only; a file has
+/// any shape, in older versions, too.
+enum class ShapeHome
+{
+    kStore,
+    kFile
+};
+
 /// Walks a set of shapes as Open CASCADE reads it, which is in nearly the same order in both of its forms, and the
 /// shape behind it. What is wrong is left with the source, BinaryShapes or TextShapes.
 template <class Source>
 class ShapeWalk
 {
 public:
-    ShapeWalk(Source& source, std::uint64_t size) : m_source(source), m_geometry(source), m_tables(size) {}
+    ShapeWalk(Source& source, std::uint64_t size, ShapeHome home)
+        : m_source(source), m_geometry(source), m_tables(size), m_home(home)
+    {
+    }
 
     void Read()
     {
-        m_source.Version();
+        m_source.Version(m_home == ShapeHome::kFile);
         Locations();
         m_geometry.template ReadCurves<Geom2d_Curve>(m_source.Section("Curve2ds"), m_tables.curves2d);
         m_geometry.template ReadCurves<Geom_Curve>(m_source.Section("Curves"), m_tables.curves);
@@ -162,13 +173,15 @@ private:
             m_source.Require(index >= 1 && index <= count && m_tables.AddChild(count - index + 1, location));
     }
 
-    // The compound of all shapes, where it was made.
+    // In a store the compound of all shapes, where it was made.
     void Root(int count)
     {
         int index = 0;
         int location = 0;
-        m_source.Require(m_source.Child(index, location) && index >= 1 && index <= count && location == 0 &&
-                         m_tables.KindOf(count - index + 1) == TopAbs_COMPOUND);
+        m_source.Require(m_source.Child(index, location) && index >= 1 && index <= count &&
+                         m_tables.IsLocation(location));
+        if (m_source.IsGood() && m_home == ShapeHome::kStore)
+            m_source.Require(location == 0 && m_tables.KindOf(count - index + 1) == TopAbs_COMPOUND);
     }
 
     void Vertex()
@@ -288,6 +301,7 @@ private:
     Source& m_source;
     GeometryWalk<Source> m_geometry;
     ShapeTables m_tables;
+    ShapeHome m_home;
 };
 
 }  // namespace KVR

@@ -3,13 +3,18 @@
 #include <BRepTools_ShapeSet.hxx>
 #include <BRep_Builder.hxx>
 #include <BinTools_ShapeSet.hxx>
+#include <Standard_Failure.hxx>
 #include <TopoDS_Compound.hxx>
 #include <TopoDS_Iterator.hxx>
 #include <TopoDS_Shape.hxx>
+#include <algorithm>
+#include <exception>
 #include <istream>
 #include <locale>
 #include <ostream>
+#include <string>
 
+#include "framework/kernel/MemoryWatch.h"
 #include "framework/kernel/store/BinaryShapes.h"
 #include "framework/kernel/store/ShapeWalk.h"
 #include "framework/kernel/store/StoreStream.h"
@@ -35,8 +40,10 @@ public:
         std::vector<TopoDS_Shape> shapes;
         try
         {
-            shapes.reserve(static_cast<std::size_t>(m_set.NbShapes()));
-            for (int i = 1; i <= m_set.NbShapes(); ++i)
+            // The entry that a failure broke off has a number, and nothing else.
+            int const whole = m_set.NbShapes() - (std::uncaught_exceptions() > m_exceptions ? 1 : 0);
+            shapes.reserve(static_cast<std::size_t>(std::max(whole, 0)));
+            for (int i = 1; i <= whole; ++i)
                 shapes.push_back(m_set.Shape(i));
             m_set.Clear();
         }
@@ -52,16 +59,17 @@ public:
 
 private:
     Set& m_set;
+    int m_exceptions = std::uncaught_exceptions();
 };
 
 // Open CASCADE's readers believe what they read: they make room for as many poles as a number says, follow indices out
 // of their tables, and go down chains on the stack. They are let at shapes of which all that was looked at before.
 template <class Source>
-bool AreSafe(StoreReadBuffer& content)
+bool AreSafe(StoreReadBuffer& content, ShapeHome home)
 {
     auto const start = content.pubseekoff(0, std::ios_base::cur, std::ios_base::in);
     Source source(content);
-    ShapeWalk<Source>(source, content.Remaining()).Read();
+    ShapeWalk<Source>(source, content.Remaining(), home).Read();
     return source.IsGood() && content.pubseekpos(start, std::ios_base::in) == start;
 }
 
@@ -84,26 +92,71 @@ TopoDS_Compound CompoundOf(std::vector<TopoDS_Shape const*> const& shapes)
     return compound;
 }
 
-bool ReadBinary(std::istream& in, std::vector<TopoDS_Shape>& shapes)
+void ReadBinary(std::istream& in, TopoDS_Shape& root)
 {
     BinTools_ShapeSet set;
     set.SetWithTriangles(Standard_True);
     SetReading const reading(set);
     set.Read(in);
-    TopoDS_Shape root;
     set.ReadSubs(root, in, set.NbShapes());
-    return ChildrenOf(root, shapes);
 }
 
-bool ReadText(std::istream& in, std::vector<TopoDS_Shape>& shapes)
+void ReadText(std::istream& in, TopoDS_Shape& root)
 {
     BRep_Builder const builder;
     BRepTools_ShapeSet set(builder);
     SetReading const reading(set);
     set.Read(in);
-    TopoDS_Shape root;
     static_cast<TopTools_ShapeSet&>(set).Read(root, in);
-    return ChildrenOf(root, shapes);
+}
+
+// Reads what was found safe.
+TopoDS_Shape ReadRoot(StoreReadBuffer& content, bool textMode)
+{
+    std::istream in(&content);
+    in.imbue(std::locale::classic());
+    // The text form's reader would not end at the end of a stream.
+    in.exceptions(std::ios_base::failbit | std::ios_base::badbit);
+    TopoDS_Shape root;
+    if (textMode)
+        ReadText(in, root);
+    else
+        ReadBinary(in, root);
+    return root;
+}
+
+// What stands at the beginning of a file of shapes.
+enum class Form
+{
+    kText,
+    kBinary,
+    /// Versions of the binary form that faces are measured in while they are read, or that can be read in two ways.
+    kOldBinary,
+    kNone
+};
+
+// Leaves the content at the line that tells the version, which others may stand before.
+Form FindForm(StoreReadBuffer& content)
+{
+    constexpr int kMostLines = 20;
+    constexpr std::size_t kLongestLine = 200;
+    for (int i = 0; i < kMostLines; ++i)
+    {
+        auto const start = content.pubseekoff(0, std::ios_base::cur, std::ios_base::in);
+        std::string line;
+        int character = content.sbumpc();
+        for (; character != std::char_traits<char>::eof() && character != '\n' && line.size() < kLongestLine;
+             character = content.sbumpc())
+            line.push_back(static_cast<char>(character));
+        bool const isText = line.starts_with("CASCADE Topology V");
+        if (isText || line.starts_with("Open CASCADE Topology V"))
+        {
+            content.pubseekpos(start, std::ios_base::in);
+            bool const isOld = line.starts_with("Open CASCADE Topology V1") || line.starts_with("Open CASCADE Topology V2");
+            return isText ? Form::kText : isOld ? Form::kOldBinary : Form::kBinary;
+        }
+    }
+    return Form::kNone;
 }
 
 }  // namespace
@@ -129,13 +182,42 @@ void WriteShapes(std::vector<TopoDS_Shape const*> const& shapes, std::ostream& o
 
 bool ReadShapes(StoreReadBuffer& content, bool textMode, std::vector<TopoDS_Shape>& shapes)
 {
-    if (textMode ? !AreSafe<TextShapes>(content) : !AreSafe<BinaryShapes>(content))
+    constexpr ShapeHome kHome = ShapeHome::kStore;
+    if (textMode ? !AreSafe<TextShapes>(content, kHome) : !AreSafe<BinaryShapes>(content, kHome))
         return false;
-    std::istream in(&content);
-    in.imbue(std::locale::classic());
-    // The text form's reader would not end at the end of a stream.
-    in.exceptions(std::ios_base::failbit | std::ios_base::badbit);
-    return textMode ? ReadText(in, shapes) : ReadBinary(in, shapes);
+    return ChildrenOf(ReadRoot(content, textMode), shapes);
+}
+
+bool ReadShapeFile(std::FILE* file, TopoDS_Shape& shape)
+{
+    std::uint64_t size = 0;
+    if (!file || !MeasureRest(file, size))
+        return false;
+    MemoryWatch const watch;
+    try
+    {
+        StoreReadBuffer content(file, size);
+        constexpr ShapeHome kHome = ShapeHome::kFile;
+        Form const form = FindForm(content);
+        bool const isSafe = form == Form::kText     ? AreSafe<TextShapes>(content, kHome)
+                            : form == Form::kBinary ? AreSafe<BinaryShapes>(content, kHome)
+                                                    : form == Form::kOldBinary;
+        if (isSafe)
+        {
+            shape = ReadRoot(content, form == Form::kText);
+            return true;
+        }
+    }
+    catch (Standard_Failure const& failure)
+    {
+        watch.Check(failure);
+    }
+    catch (std::ios_base::failure const&)
+    {
+        // Its end.
+    }
+    watch.Check();
+    return false;
 }
 
 }  // namespace KVR

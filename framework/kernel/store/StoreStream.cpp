@@ -12,6 +12,18 @@ namespace
 constexpr std::size_t kBufferSize = 64 * 1024;
 }  // namespace
 
+bool MeasureRest(std::FILE* file, std::uint64_t& size)
+{
+    long const at = std::ftell(file);
+    if (at < 0 || std::fseek(file, 0, SEEK_END) != 0)
+        return false;
+    long const end = std::ftell(file);
+    if (end < at || std::fseek(file, at, SEEK_SET) != 0)
+        return false;
+    size = static_cast<std::uint64_t>(end - at);
+    return true;
+}
+
 StoreDigest::StoreDigest() : m_state(XXH3_createState())
 {
     if (!m_state)

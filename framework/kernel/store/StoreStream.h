@@ -29,6 +29,9 @@ private:
     XXH3_state_t* m_state;
 };
 
+/// Tells how many bytes there are from the file's position to its end. False when that cannot be told.
+bool MeasureRest(std::FILE* file, std::uint64_t& size);
+
 /// Reads so many bytes of a file and then ends.
 class KVR_KERNEL_API StoreReadBuffer final : public std::streambuf
 {

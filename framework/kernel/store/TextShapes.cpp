@@ -19,8 +19,9 @@ namespace
 
 using opencascade::handle;
 
-constexpr std::string_view kVersion2 = "\nCASCADE Topology V2, (c) Matra-Datavision\n";
-constexpr std::string_view kVersion3 = "\nCASCADE Topology V3, (c) Open Cascade\n";
+constexpr std::array<std::string_view, 3> kVersions = {"CASCADE Topology V1, (c) Matra-Datavision",
+                                                       "CASCADE Topology V2, (c) Matra-Datavision",
+                                                       "CASCADE Topology V3, (c) Open Cascade"};
 
 // Open CASCADE takes a longer word for two numbers.
 constexpr std::size_t kLongestWord = 24;
@@ -58,10 +59,18 @@ std::string_view TextShapes::Word()
     return ahead.substr(0, length);
 }
 
-void TextShapes::Version()
+void TextShapes::Version(bool isFile)
 {
-    m_version = Ahead(kVersion2.size()).starts_with(kVersion2) ? 2 : 3;
-    Expect(m_version == 2 ? kVersion2 : kVersion3);
+    SkipBlanks();
+    std::string_view const ahead = Ahead(kLongestLine);
+    auto const found = std::find_if(kVersions.begin() + (isFile ? 0 : 1), kVersions.end(),
+                                    [&](std::string_view version) { return ahead.starts_with(version); });
+    Require(found != kVersions.end());
+    if (!IsGood())
+        return;
+    m_version = static_cast<int>(found - kVersions.begin()) + 1;
+    Expect(*found);
+    LineEnd();
 }
 
 bool TextShapes::Flag()
@@ -157,7 +166,7 @@ void TextShapes::EndOfFace(int& triangulation)
         if (!IsGood())
             return std::string_view();
         Pass(end + 1);
-        return ahead.substr(0, end);
+        return ahead.substr(0, end > 0 && ahead[end - 1] == '\r' ? end - 1 : end);
     };
     Require(line().find_first_not_of(' ') == std::string_view::npos);
     std::string_view const second = line();

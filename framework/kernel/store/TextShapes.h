@@ -16,7 +16,7 @@ public:
     using ShapeBytes::ShapeBytes;
 
     /// Versions 2 and 3. In version 1 faces are measured as they are read: that one is not for stores.
-    void Version();
+    void Version(bool isFile);
     bool HasUVPoints() const noexcept { return m_version == 2; }
     bool HasNormals() const noexcept { return m_version == 3; }
 

@@ -10,6 +10,7 @@
 #include <gp_Circ.hxx>
 #include <gp_Elips.hxx>
 
+#include "framework/kernel/MemoryWatch.h"
 #include "framework/kernel/tessellation/CurveSampler.h"
 
 namespace KVR
@@ -86,6 +87,7 @@ bool PointsOn(Adaptor3d_Curve const& curve, CurveTolerance const& tolerance, std
 
 bool PointsOn(TopoDS_Edge const& edge, CurveTolerance const& tolerance, std::vector<double>& points)
 {
+    MemoryWatch const watch;
     try
     {
         double first = 0.0;
@@ -94,8 +96,9 @@ bool PointsOn(TopoDS_Edge const& edge, CurveTolerance const& tolerance, std::vec
             return false;
         return PointsOn(BRepAdaptor_Curve(edge), tolerance, points);
     }
-    catch (Standard_Failure const&)
+    catch (Standard_Failure const& failure)
     {
+        watch.Check(failure);
         // What Open CASCADE cannot follow has no line.
         return false;
     }

@@ -1,0 +1,46 @@
+// What docs/hosting.md allows many threads: producers side by side, each in a thread of its own.
+
+#include <atomic>
+#include <thread>
+
+#include "framework/xml_util/DocumentPolicy.h"
+#include "tests/campaigns/Campaign.h"
+#include "tests/campaigns/Scenes.h"
+
+namespace KVR::Campaigns
+{
+
+void RunThreads(double scale, Tally& tally)
+{
+    constexpr std::uint64_t kProducers = 50'000;
+    constexpr std::size_t kThreads = 16;
+    SetDocumentPolicy(DocumentPolicy::Untrusted());
+    SceneCopies copies;
+    std::string const scenes[] = {copies.Make(SceneCopies::Kind::kComplete), copies.Make(SceneCopies::Kind::kFull),
+                                  copies.Make(SceneCopies::Kind::kModel)};
+    std::uint64_t const count = Share(scale, kProducers);
+    // One process for all, so that a crash is one.
+    RunForked(
+        tally, 1, 1,
+        [&](std::uint64_t)
+        {
+            std::atomic<std::uint64_t> next{0};
+            std::atomic<bool> isWrong{false};
+            std::vector<std::thread> threads;
+            for (std::size_t i = 0; i < kThreads; ++i)
+                threads.emplace_back(
+                    [&]
+                    {
+                        for (std::uint64_t input = next++; input < count; input = next++)
+                            if (!AskScene(scenes[input % 3], input % 2 == 0 ? "n" : nullptr).empty())
+                                isWrong = true;
+                    });
+            for (std::thread& thread : threads)
+                thread.join();
+            return std::string(isWrong ? "an answer that is an exception" : "");
+        },
+        [](std::uint64_t) { return std::string("threads"); });
+    tally.inputs = count;
+}
+
+}  // namespace KVR::Campaigns
