@@ -88,7 +88,7 @@ TEST(ReadObserver, LearnsWhatIsAskedAndWhatItGets)
     for (xercesc::DOMNode* const child : Children(root))
         Match(child, On(Names::ChangeKey, [] {}), On(Names::Unit, [&] { static_cast<void>(TextContent(child)); }));
     EXPECT_THAT(notes.lines,
-                ElementsAre("ID 1 x", "Label -1 -", "in r", "ChildSet is 2 of 2", "Unit is 1 of 2", "text t"));
+                ElementsAre("ID 0 x", "Label -1 -", "in r", "ChildSet is 2 of 2", "Unit is 1 of 2", "text t"));
 }
 
 TEST(ReadObserver, LearnsWhatIsMadeOfATextAndTheAnswersStayTheSame)
