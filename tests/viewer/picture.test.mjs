@@ -111,6 +111,7 @@ test('the cube and the keys look along the axes', async () => {
     await page.press('7');
     await page.click('button', 'Front view');
     assert.ok(near((await page.camera()).direction, [0, 1, 0], 1e-6));
+    assert.ok(near((await page.camera()).up, [0, 0, 1], 1e-6));
     await page.press('4');
     assert.ok(near((await page.camera()).direction, [-1, 0, 0], 1e-6));
     await page.close();
