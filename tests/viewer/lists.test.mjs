@@ -98,6 +98,7 @@ test('the panel can be copied as JSON', async () => {
 const withLayers = () => boxes((file) => {
     file.layers.push({ id: 'l', label: 'Reds', number: 7, visible: true, items: ['red'] });
     file.layers.push({ id: 'm', label: 'Off at first', number: 8, visible: false, items: ['grey'] });
+    file.layers.push({ id: 'n', label: 'Sheets', number: 9, visible: true, items: ['plate-mesh'] });
     file.groups.push({ id: 'g', label: 'All boxes', items: ['box'] });
     file.lods.push({ id: 'd', label: 'Coarse', description: 'for a look from afar' });
 }, 'layers');
@@ -116,6 +117,8 @@ test('layers and groups are switches', async () => {
     assertColor(await page.color([10, 5, 5]), kBackground);
     await page.click('checkbox', 'All boxes');
     assertColor(await page.color([10, 5, 5]), kRed);
+    await page.click('checkbox', 'Sheets');
+    assertColor(await page.color([30, 0, -2]), kBackground);
     await page.click('button', 'Select what is in Reds');
     assert.equal(await page.text('.panel h2'), 'Red box');
     assert.ok((await page.text('.side')).includes('for a look from afar'));

@@ -16,7 +16,7 @@ import { Themes, type Theme } from './panels/theme';
 import { Controls } from './scene/controls';
 import type { Node, SceneModel } from './scene/model';
 import { Overlays } from './scene/overlays';
-import { Picking } from './scene/picking';
+import { Picking, type Hit } from './scene/picking';
 import { Picture, whyNoPicture } from './scene/picture';
 import { Placing } from './scene/placing';
 import { SceneState } from './scene/state';
@@ -64,6 +64,7 @@ export class App {
         this.tree = new Tree(model, this.state, (nodes) => this.picture?.fit(nodes));
         const side = this.tabs.box;
         const facts = new FactsOf(model, this.state, this.placing, this.units);
+        this.units.changed = () => this.state.tell('detail');
         const properties = new Properties(model, this.state, facts, () => this.fit(), (text) => this.messages.say(text));
         const head = element('header', { class: 'bar' }, this.heading(), this.tools);
         host.replaceChildren(head, side, this.place, properties.box, this.status, this.help.box);
@@ -151,6 +152,7 @@ export class App {
             hover: (x, y) => {
                 const hit = picking.at(x, y);
                 this.state.hover(hit ? this.nodeOf(hit.item) : null);
+                this.tellHovered(hit);
             },
             leave: () => this.state.hover(null),
             pointAt: (x, y) => picking.at(x, y)?.point ?? null,
@@ -252,15 +254,28 @@ export class App {
         this.edges?.show(detail && itemShown[detail.item] ? [detail] : [], [...(this.theme?.accent ?? [0, 0.4, 1]), 0.75] as [number, number, number, number]);
     }
 
-    private tellHovered(): void {
+    // The path of what is under the pointer, and which face or edge of it that is.
+    private tellHovered(hit: Hit | null = null): void {
         const node = this.state.hovered;
         const { file } = this.model;
-        const names = node
-            ? [...this.model.ancestors(node.occurrence).map((occurrence) => ({ occurrence, geometry: -1 })), ...(node.geometry >= 0 ? [node] : [])]
-            : [];
-        this.status.textContent = node
-            ? names.map((one) => shownInLine(this.model.name(one), 60)).join(' \u203a ') || shownInLine(this.model.name(node))
-            : `${count(file.counts.drawnTriangles ?? 0)} triangles \u00b7 ${count(this.model.occurrenceCount)} occurrences \u00b7 ${file.unit.name}`;
+        if (!node) {
+            const triangles = `${count(file.counts.drawnTriangles ?? 0)} triangles`;
+            const occurrences = `${count(this.model.occurrenceCount)} occurrences`;
+            this.status.textContent = `${triangles} \u00b7 ${occurrences} \u00b7 ${shownInLine(file.unit.name)}`;
+            return;
+        }
+        const line = this.model.ancestors(node.occurrence).map((occurrence): Node => ({ occurrence, geometry: -1 }));
+        const names = [...line, ...(node.geometry >= 0 || line.length === 0 ? [node] : [])];
+        const path = names.map((one) => shownInLine(this.model.name(one), 60)).join(' \u203a ');
+        this.status.textContent = hit && hit.number >= 0 ? `${path} \u00b7 ${this.nameOfFace(hit)}` : path;
+    }
+
+    private nameOfFace({ item, primitive, number }: Hit): string {
+        const isFace = primitive.role === 'faces';
+        const { faces, edges } = this.model.geometryOfItem(item);
+        const list = isFace ? faces : edges;
+        const id = list?.persistentIds?.[number] || list?.dataIds?.[number];
+        return `${isFace ? 'face' : 'edge'} ${number}${id ? `, ${shownInLine(id, 60)}` : ''}`;
     }
 
     private dress(theme: Theme): void {
