@@ -338,18 +338,21 @@ TEST_F(CheckForms, FixesApplyWithoutALineEndWithManyLinesAndBetweenThem)
 
 TEST_F(CheckForms, NothingIsFoundInWhatImportMakesOfModels)
 {
-    for (std::string const model : {"as1-oc-214.stp", "nist_plate_creo_lbls.stp"})
+    for (std::string const name : {"as1-oc-214", "nist_plate_creo_lbls"})
     {
-        ASSERT_EQ(
-            RunTool({"import", "--quiet", std::string(KVR_EXAMPLES_DIR) + "/models/" + model, Path("m.xml")}).status,
-            0);
-        ToolRun const run = RunTool({"check", "--fail-on", "note", Path("m.xml")});
+        std::string const scene = Path(name + ".xml");
+        std::string const model = std::string(KVR_EXAMPLES_DIR) + "/models/" + name + ".stp";
+        ToolRun const import = RunTool({"import", "--quiet", model, scene});
+        ASSERT_EQ(import.status, 0) << import.error;
+        ToolRun const run = RunTool({"check", "--fail-on", "note", scene});
         EXPECT_EQ(run.status, 0) << run.out;
         // A file of it that was changed afterwards is told from the one that was written.
-        std::string mesh = Content("m.xml.mesh");
-        ++mesh.back();
-        m_folder.Write("m.xml.mesh", mesh);
-        EXPECT_THAT(RunTool({"check", Path("m.xml")}).out, HasSubstr("K-0319 side-file-changed"));
+        std::string mesh = Content(name + ".xml.mesh");
+        ++mesh.front();
+        m_folder.Write(name + ".xml.mesh", mesh);
+        ToolRun const changed = RunTool({"check", scene});
+        EXPECT_THAT(changed.out, HasSubstr("K-0319 side-file-changed"));
+        EXPECT_THAT(changed.out, HasSubstr(".xml: 1 error\n"));
     }
 }
 
