@@ -5,6 +5,7 @@
 
 #include <fstream>
 #include <nlohmann/json.hpp>
+#include <regex>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -327,6 +328,13 @@ TEST_F(CheckForms, FixesApplyWithoutALineEndWithManyLinesAndBetweenThem)
         return scene.substr(0, scene.find("</Scene>")) + "</Scene>";
     };
     EXPECT_EQ(Repaired(spread(kMistakes)), spread(kClean));
+    // No line comes or goes, so that both files have them at the same numbers.
+    std::string const diff = Content("fix.diff");
+    std::regex const hunk("@@ -(\\d+,\\d+) \\+(\\d+,\\d+) @@");
+    std::size_t hunks = 0;
+    for (std::sregex_iterator at(diff.begin(), diff.end(), hunk), end; at != end; ++at, ++hunks)
+        EXPECT_EQ((*at)[1], (*at)[2]);
+    EXPECT_EQ(hunks, 2U);
     std::string const oneLine =
         "<Scene><IFile ID=\"f\" IsRoot=\"1\"><ChildSet><Child ID=\"p\"/></ChildSet></IFile>"
         "<IPart ID=\"p\" label=\"ä &lt; b\"><Unit LengthUnit=\"kUnitType_inch\"/><styles/></IPart></Scene>";
