@@ -195,10 +195,14 @@ void AppendStoreCauses(std::vector<Cause>& causes, SkeletonScene const& skeleton
 // For each operation the causes that its answer follows.
 using Followed = std::map<std::string_view, std::vector<Cause const*>>;
 
-void Try(Cause const& cause, SkeletonScene const& skeleton, Answers const& base, Followed& followed)
+// False when no more readings are left.
+bool Try(Cause const& cause, SkeletonScene const& skeleton, Answers const& base, std::size_t& reads, Followed& followed)
 {
     for (SkeletonScene::Change const& change : cause.changes)
     {
+        if (reads == 0)
+            return false;
+        --reads;
         std::optional<Answers> const changed = skeleton.Read(change);
         // Without it there is no object at all: what follows it shows when it is another.
         if (!changed || changed->size() != base.size())
@@ -210,6 +214,7 @@ void Try(Cause const& cause, SkeletonScene const& skeleton, Answers const& base,
                 causes.push_back(&cause);
         }
     }
+    return true;
 }
 
 // A child whose attributes tell more is left out.
@@ -261,10 +266,12 @@ std::vector<ExplainedAnswer> ExplainAnswers(IObject& object, IProducer& producer
     std::optional<Answers> const full = base ? skeleton.Read(withProperties) : std::nullopt;
     bool const isKnown = base && full && base->size() == answers.size() && full->size() == answers.size();
     Followed followed;
+    std::size_t reads = skeleton.MostReads();
+    bool isComplete = true;
     AppendStoreCauses(causes, skeleton);
     if (isKnown)
-        for (Cause const& cause : causes)
-            Try(cause, skeleton, *base, followed);
+        isComplete = std::all_of(causes.begin(), causes.end(),
+                                 [&](Cause const& cause) { return Try(cause, skeleton, *base, reads, followed); });
     std::vector<ExplainedAnswer> explained;
     for (std::size_t i = 0; i < answers.size(); ++i)
     {
@@ -281,6 +288,8 @@ std::vector<ExplainedAnswer> ExplainAnswers(IObject& object, IProducer& producer
             answer.source = AnswerSource::kUnknown;
         else if (std::vector<Cause const*> const& those = followed[answers[i].operation]; !those.empty())
             Explain(answer, those);
+        else if (!isComplete)
+            answer.source = AnswerSource::kUnknown;
         else if (!((*base)[i].answer == (*full)[i].answer))
             answer.source = AnswerSource::kPropertyFile;
         else if (!((*base)[i].answer == answers[i].answer))

@@ -20,52 +20,55 @@ std::string Named(char const* kind, std::string_view id)
     return std::string(kind) + " " + std::string(id);
 }
 
-// What the component of one level says of another below it, or of geometry there; null for nothing. Its paths have the
-// ids of placements, behind which that of what they place may stand.
-SceneOverride const* SaidBy(Levels const& levels, std::size_t by, std::size_t of, std::string_view last)
+using Said = std::vector<SceneOverride const*>;
+
+Said Below(Said const& said, std::string_view id)
 {
-    SceneOverride const* at = levels[by].component->overrides;
-    std::vector<SceneOverride const*> reached{at};
-    auto const step = [&](std::string_view id)
-    {
-        std::vector<SceneOverride const*> next;
-        for (SceneOverride const* const each : reached)
-            if (auto const found = each->below.find(id); found != each->below.end())
-                next.push_back(found->second);
-        return next;
-    };
-    if (!at)
-        return nullptr;
-    for (std::size_t level = by + 1; level <= of && !reached.empty(); ++level)
-    {
-        reached = step(levels[level].placement->id);
-        if (level == of && last.empty())
-            break;
-        std::vector<SceneOverride const*> const placed = step(levels[level].component->id);
-        reached.insert(reached.end(), placed.begin(), placed.end());
-    }
-    if (!last.empty())
-        reached = step(last);
-    return reached.empty() ? nullptr : reached.front();
+    Said below;
+    for (SceneOverride const* const each : said)
+        if (auto const found = each->below.find(id); found != each->below.end())
+            below.push_back(found->second);
+    return below;
 }
 
-// The outermost component that states something of a level, or of geometry there.
-template <class Value>
-SceneComponent const* Decider(Levels const& levels, std::size_t of, SceneGeometry const* geometry,
-                              std::optional<Value> SceneOverride::*member)
+// What the component of one level says of another below it, or of geometry there. Its paths have the ids of placements,
+// behind which that of what they place may stand.
+Said SaidBy(Levels const& levels, std::size_t by, std::size_t of, std::string_view geometry)
 {
-    for (std::string_view const id :
-         {geometry ? geometry->id : std::string_view(), geometry ? geometry->bodyId : std::string_view()})
+    if (!levels[by].component->overrides)
+        return {};
+    Said said{levels[by].component->overrides};
+    for (std::size_t level = by + 1; level <= of; ++level)
     {
-        for (std::size_t by = 0; by < (geometry ? of + 1 : of); ++by)
-            if (SceneOverride const* const said = SaidBy(levels, by, of, id); said && said->*member)
-                return levels[by].component;
-        if (!geometry)
-            break;
-        if (geometry->bodyId.empty())
-            break;
+        said = Below(said, levels[level].placement->id);
+        if (level == of && geometry.empty())
+            return said;
+        Said const placed = Below(said, levels[level].component->id);
+        said.insert(said.end(), placed.begin(), placed.end());
     }
-    return nullptr;
+    return Below(said, geometry);
+}
+
+struct Decision
+{
+    SceneComponent const* by = nullptr;
+    SceneOverride const* said = nullptr;
+};
+
+// Which component, the outermost first, states something of a level, or of geometry there; and what.
+template <class Value>
+std::optional<Decision> DecisionOn(Levels const& levels, std::size_t of, SceneGeometry const* geometry,
+                                   std::optional<Value> SceneOverride::*member)
+{
+    std::vector<std::string_view> ids{geometry ? geometry->id : std::string_view()};
+    if (geometry && !geometry->bodyId.empty())
+        ids.push_back(geometry->bodyId);
+    for (std::string_view const id : ids)
+        for (std::size_t by = 0; by < (geometry ? of + 1 : of); ++by)
+            for (SceneOverride const* const said : SaidBy(levels, by, of, id))
+                if (said->*member)
+                    return Decision{levels[by].component, said};
+    return std::nullopt;
 }
 
 std::string Override(SceneComponent const& decider)
@@ -80,13 +83,10 @@ std::string StyleReason(Levels const& levels, SceneGeometry const* geometry, Sce
     for (std::size_t level = 1; level < levels.size(); ++level)
     {
         ScenePlacement const& placement = *levels[level].placement;
-        if (SceneComponent const* const decider = Decider(levels, level, nullptr, &SceneOverride::style))
+        if (auto const decision = DecisionOn(levels, level, nullptr, &SceneOverride::style))
         {
-            SceneOverride const* said = nullptr;
-            for (std::size_t by = 0; by < level && !(said && said->style); ++by)
-                said = SaidBy(levels, by, level, {});
-            if (said && said->style && *said->style)
-                return Override(*decider) + " gives it to " + Named("the instance", placement.id);
+            if (*decision->said->style)
+                return Override(*decision->by) + " gives it to " + Named("the instance", placement.id);
         }
         else if (placement.style)
             return Named("the instance", placement.id) + " has it, and all below looks so";
@@ -94,8 +94,8 @@ std::string StyleReason(Levels const& levels, SceneGeometry const* geometry, Sce
     std::size_t const last = levels.size() - 1;
     if (geometry)
     {
-        if (SceneComponent const* const decider = Decider(levels, last, geometry, &SceneOverride::style))
-            return Override(*decider) + (style ? " gives it to this geometry" : " takes away its own");
+        if (auto const decision = DecisionOn(levels, last, geometry, &SceneOverride::style))
+            return Override(*decision->by) + (style ? " gives it to this geometry" : " takes away its own");
         if (geometry->style)
             return "it is its own, and nothing above it says otherwise";
     }
@@ -113,29 +113,25 @@ std::string VisibilityReason(Levels const& levels, SceneGeometry const* geometry
     for (std::size_t level = 1; level < levels.size(); ++level)
     {
         ScenePlacement const& placement = *levels[level].placement;
-        SceneComponent const* const decider = Decider(levels, level, nullptr, &SceneOverride::isVisible);
-        SceneOverride const* said = nullptr;
-        for (std::size_t by = 0; decider && by < level && !(said && said->isVisible); ++by)
-            said = SaidBy(levels, by, level, {});
-        bool const isShown = said && said->isVisible ? *said->isVisible : placement.isVisible;
-        if (!isShown)
-            return (decider ? Override(*decider) + " hides " : std::string("hidden by itself: ")) +
+        auto const decision = DecisionOn(levels, level, nullptr, &SceneOverride::isVisible);
+        if (!(decision ? *decision->said->isVisible : placement.isVisible))
+            return (decision ? Override(*decision->by) + " hides " : std::string("hidden by itself: ")) +
                    Named("the instance", placement.id);
-        if (level + 1 == levels.size() && !geometry && decider)
-            return Override(*decider) + " shows it";
+        if (level + 1 == levels.size() && !geometry && decision)
+            return Override(*decision->by) + " shows it";
     }
     if (!geometry)
         return isVisible ? "nothing hides it or what it stands in" : "it is hidden";
-    if (SceneComponent const* const decider = Decider(levels, levels.size() - 1, geometry, &SceneOverride::isVisible))
-        return Override(*decider) + (isVisible ? " shows it" : " hides it");
+    if (auto const decision = DecisionOn(levels, levels.size() - 1, geometry, &SceneOverride::isVisible))
+        return Override(*decision->by) + (isVisible ? " shows it" : " hides it");
     return isVisible ? "nothing hides it or what it stands in" : "it hides itself";
 }
 
 std::string PlaceReason(Levels const& levels, SceneGeometry const* geometry)
 {
     std::size_t const last = levels.size() - 1;
-    if (SceneComponent const* const decider = Decider(levels, last, geometry, &SceneOverride::transform))
-        return Override(*decider) + " places it";
+    if (auto const decision = DecisionOn(levels, last, geometry, &SceneOverride::transform))
+        return Override(*decision->by) + " places it";
     if (geometry)
         return "its own transform places it in its component";
     if (!levels[last].placement)

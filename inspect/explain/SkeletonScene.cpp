@@ -35,7 +35,10 @@ using xercesc::DOMNode;
 constexpr unsigned kMostBeside = 20;
 constexpr unsigned kDeepest = 100;
 // A store that is larger is read only for a record of the object itself.
-constexpr unsigned long long kLargestBeside = 64ULL << 20U;
+constexpr std::uintmax_t kLargestBeside = std::uintmax_t{16} << 20U;
+// So many bytes of stores are read in all, and of a reading without any that many count.
+constexpr std::uintmax_t kMostBytes = std::uintmax_t{2} << 30U;
+constexpr std::uintmax_t kLeastBytes = std::uintmax_t{1} << 20U;
 
 std::string Narrow(XMLCh const* text)
 {
@@ -115,17 +118,21 @@ void SkeletonScene::ChooseElements(ReadRecord const& record)
             m_named.insert(child);
     for (SectionRecord const& section : record.Sections())
     {
+        std::error_code error;
+        std::uintmax_t const size = fs::file_size(section.path, error);
+        if (error)
+            continue;
         bool const isNeeded =
             std::any_of(section.records.begin(), section.records.end(),
-                        [&](StoreRecord const& stored)
-                        {
+                        [&](StoreRecord const& stored) {
                             return stored.id.View() == m_id ||
-                                   (section.size <= kLargestBeside && texts.contains(std::string(stored.id.View())));
+                                   (size <= kLargestBeside && texts.contains(std::string(stored.id.View())));
                         });
-        std::error_code error;
         std::string const path = fs::relative(section.path, m_folder, error).string();
-        if (isNeeded && !error)
-            m_sections.emplace_back(section.element, path);
+        if (!isNeeded || error)
+            continue;
+        m_sections.emplace_back(section.element, path);
+        m_storeBytes += size;
     }
 }
 
@@ -166,6 +173,11 @@ std::optional<std::vector<ObjectAnswer>> SkeletonScene::Read(Change const& chang
     if (use)
         use();
     return AnswersOf(*object, producer);
+}
+
+std::size_t SkeletonScene::MostReads() const noexcept
+{
+    return static_cast<std::size_t>(kMostBytes / (kLeastBytes + m_storeBytes)) + 1;
 }
 
 std::vector<DOMNode const*> SkeletonScene::Sections() const

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
@@ -40,6 +42,9 @@ public:
     SkeletonScene(SkeletonScene const&) = delete;
     SkeletonScene& operator=(SkeletonScene const&) = delete;
 
+    /// How often it may be read, so that large stores do not take too long.
+    std::size_t MostReads() const noexcept;
+
     /// The sections of the stores that may hold its records.
     std::vector<xercesc::DOMNode const*> Sections() const;
 
@@ -67,6 +72,7 @@ private:
     /// Children of the root, with those of which only the attributes are kept, and the sections whose paths are others.
     std::unordered_set<xercesc::DOMNode const*> m_named;
     std::vector<std::pair<xercesc::DOMNode const*, std::string>> m_sections;
+    std::uintmax_t m_storeBytes = 0;
 };
 
 }  // namespace KVR
