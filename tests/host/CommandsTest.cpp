@@ -200,7 +200,8 @@ void ExpectSame(OptionsOfCommands const& documented, OptionsOfCommands const& of
 
 TEST(Commands, EachHasAHelp)
 {
-    EXPECT_EQ(Set(Commands()), Names({"certify", "convert", "dump", "export", "import", "notes", "tree", "views"}));
+    EXPECT_EQ(Set(Commands()), Names({"certify", "check", "convert", "dump", "export", "import", "notes", "picture",
+                                      "tree", "view", "views"}));
     for (std::string const& command : Commands())
     {
         ToolRun const run = RunTool({command, "--help"});
