@@ -43,7 +43,9 @@ export class Links {
             const offset = Number(value);
             const sign = kind.startsWith('-') ? -1 : 1;
             const normal = times(kAxes[axis], sign);
-            return value && Number.isFinite(offset) ? { normal, offset: sign * offset, label: axis.toUpperCase(), axis } : null;
+            return value && Number.isFinite(offset)
+                ? { normal, offset: sign * offset, label: axis.toUpperCase(), axis }
+                : null;
         }
         const list = kind === 'n' ? numbers(value ?? '', 4) : null;
         return list ? { normal: unit(list.slice(0, 3)), offset: list[3], label: 'Plane' } : null;
@@ -68,14 +70,20 @@ export class Links {
         const { occurrences } = model.file;
         for (let o = 0; o < model.occurrenceCount; ++o) {
             if (state.occurrenceVisible[o] !== occurrences.visible[o] && !view) {
-                add(state.occurrenceVisible[o] ? 'show' : 'hide', this.pathText(model.path({ occurrence: o, geometry: -1 })));
+                add(
+                    state.occurrenceVisible[o] ? 'show' : 'hide',
+                    this.pathText(model.path({ occurrence: o, geometry: -1 })),
+                );
             }
             state.ghost[o] && add('ghost', this.pathText(model.path({ occurrence: o, geometry: -1 })));
         }
         const look = this.picture?.camera.look;
         if (look) {
             const kind = look.perspective ? 'perspective' : 'parallel';
-            add('camera', `${kind},${joined([...look.target, ...look.direction, ...look.up, look.height, look.angle])}`);
+            add(
+                'camera',
+                `${kind},${joined([...look.target, ...look.direction, ...look.up, look.height, look.angle])}`,
+            );
         }
         let text = '';
         for (const part of parts.reverse()) {
@@ -87,10 +95,13 @@ export class Links {
 
     /// Brings back what a link says; what it says wrongly is left out.
     restore(text: string): void {
-        const said: [string, string][] = text.replace(/^#/, '').split('&').map((part) => {
-            const at = part.indexOf('=');
-            return [part.slice(0, at), part.slice(at + 1)];
-        });
+        const said: [string, string][] = text
+            .replace(/^#/, '')
+            .split('&')
+            .map((part) => {
+                const at = part.indexOf('=');
+                return [part.slice(0, at), part.slice(at + 1)];
+            });
         const decoded = (value: string): string => {
             try {
                 return decodeURIComponent(value);
@@ -130,7 +141,14 @@ export class Links {
             const triple = (at: number): Triple => [list[at], list[at + 1], list[at + 2]];
             const [height, angle] = [list[9], Math.min(3, Math.max(0.001, list[10]))];
             const perspective = kind === 'perspective';
-            this.picture?.camera.set({ target: triple(0), direction: triple(3), up: triple(6), height, angle, perspective });
+            this.picture?.camera.set({
+                target: triple(0),
+                direction: triple(3),
+                up: triple(6),
+                height,
+                angle,
+                perspective,
+            });
         } else if (fits) {
             this.picture?.fit(this.state.selection);
         }

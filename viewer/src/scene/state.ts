@@ -98,9 +98,7 @@ export class SceneState {
         for (let i = 0; members && i < size; ++i) {
             const occurrence = members.occurrence[i];
             const whole = members.geometry[i] < 0;
-            const list = whole
-                ? [occurrence]
-                : this.model.items({ occurrence, geometry: members.geometry[i] });
+            const list = whole ? [occurrence] : this.model.items({ occurrence, geometry: members.geometry[i] });
             const visible = whole ? this.occurrenceVisible : this.itemVisible;
             const transform = whole ? this.occurrenceTransform : this.itemTransform;
             const style = whole ? this.occurrenceStyle : this.itemStyle;
