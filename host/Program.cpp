@@ -19,9 +19,12 @@
 #include "host/Command.h"
 #include "host/ConvertCommand.h"
 #include "host/DumpCommand.h"
+#include "host/ExplainCommand.h"
 #include "host/ExportCommand.h"
 #include "host/ImportCommand.h"
+#include "host/InfoCommand.h"
 #include "host/NotesCommand.h"
+#include "host/PictureCommand.h"
 #include "host/Signals.h"
 #include "host/StandardStreams.h"
 #include "host/TreeCommand.h"
@@ -53,8 +56,9 @@ Commands MakeCommands(CLI::App& program)
 // All commands, in the order of the help.
 Commands AllCommands(CLI::App& program)
 {
-    return MakeCommands<DumpCommand, TreeCommand, ViewsCommand, NotesCommand, ImportCommand, ExportCommand,
-                        ConvertCommand, ViewCommand, CertifyCommand, CheckCommand>(program);
+    return MakeCommands<InfoCommand, DumpCommand, TreeCommand, ViewsCommand, NotesCommand, ImportCommand, ExportCommand,
+                        ConvertCommand, ViewCommand, PictureCommand, CertifyCommand, CheckCommand, ExplainCommand>(
+        program);
 }
 
 void Describe(CLI::App& program)
@@ -65,6 +69,8 @@ void Describe(CLI::App& program)
         "Examples:\n"
         "  kvr import examples/models/as1-oc-214.stp as1.xml\n"
         "  kvr tree --styles as1.xml\n"
+        "  kvr info as1.xml\n"
+        "  kvr explain as1.xml part1\n"
         "  kvr dump --summary as1.xml\n"
         "  kvr views as1.xml\n"
         "  kvr notes as1.xml\n"
@@ -72,6 +78,7 @@ void Describe(CLI::App& program)
         "  kvr export --only l-bracket as1.xml bracket.step\n"
         "  kvr convert examples/models/as1-oc-214.stp as1.glb\n"
         "  kvr view examples/models/as1-oc-214.stp as1.html\n"
+        "  kvr picture examples/models/as1-oc-214.stp as1.png\n"
         "  kvr certify examples/models/as1-oc-214.stp\n"
         "  kvr check as1.xml");
 }

@@ -25,7 +25,9 @@ declare global {
 }
 
 async function start(host: HTMLElement): Promise<void> {
-    host.replaceChildren(element('p', { class: 'loading', text: 'Reading the model\u2026', attributes: { role: 'status' } }));
+    host.replaceChildren(
+        element('p', { class: 'loading', text: 'Reading the model\u2026', attributes: { role: 'status' } }),
+    );
     const [scene, geometry] = await Promise.all([unpack('kvr-scene'), unpack('kvr-geometry')]);
     const file = JSON.parse(new TextDecoder().decode(scene)) as SceneFile;
     if (file.format !== 'kvr-view' || file.version !== 1) {
@@ -45,7 +47,7 @@ async function start(host: HTMLElement): Promise<void> {
         timed: () => picture?.timed() ?? 0,
         frames: () => picture?.frames ?? 0,
         firstPicture: performance.now(),
-        isMoving: () => picture?.camera.isMoving ?? false,
+        isMoving: () => picture?.isMoving ?? false,
     };
 }
 
@@ -53,7 +55,13 @@ const host = document.getElementById('app');
 if (host) {
     start(host).catch((error: unknown) => {
         const reason = error instanceof Error ? error.message : String(error);
-        host.replaceChildren(element('p', { class: 'loading', text: `The model cannot be shown. ${reason}`, attributes: { role: 'alert' } }));
+        host.replaceChildren(
+            element('p', {
+                class: 'loading',
+                text: `The model cannot be shown. ${reason}`,
+                attributes: { role: 'alert' },
+            }),
+        );
         throw error;
     });
 }

@@ -23,8 +23,13 @@ const browser = await puppeteer.launch({
     executablePath: process.env.KVR_CHROMIUM ?? '/usr/bin/chromium',
     userDataDir: join(folder, 'profile'),
     args: [
-        '--no-sandbox', '--use-angle=swiftshader', '--enable-unsafe-swiftshader', '--force-color-profile=srgb',
-        '--hide-scrollbars', '--force-device-scale-factor=1', '--disable-lcd-text',
+        '--no-sandbox',
+        '--use-angle=swiftshader',
+        '--enable-unsafe-swiftshader',
+        '--force-color-profile=srgb',
+        '--hide-scrollbars',
+        '--force-device-scale-factor=1',
+        '--disable-lcd-text',
     ],
 });
 
@@ -64,6 +69,16 @@ export class Page {
         await made.page.waitForFunction('window.kvrView', { timeout: 30000 });
         await made.settle();
         return made;
+    }
+
+    /// What a page says that shows no model.
+    async message(file) {
+        this.page = await browser.newPage();
+        await this.page.goto(String(pathToFileURL(file)));
+        await this.page.waitForSelector('[role=alert]', { timeout: 30000 });
+        const text = await this.text('[role=alert]');
+        await this.page.close();
+        return text;
     }
 
     /// All errors that the page had fail the test.
@@ -149,8 +164,12 @@ export class Page {
         return PNG.sync.read(Buffer.from(await this.page.screenshot({ type: 'png' })));
     }
 
-    /// The colour where a point of the scene is drawn.
-    async color(point) {
+    /// The colour where a point of the scene is drawn; with the pointer elsewhere, unless it is to stay.
+    async color(point, { stays = false } = {}) {
+        if (!stays) {
+            await this.page.mouse.move(3, this.page.viewport().height - 4);
+            await this.settle();
+        }
         const image = await this.screenshot();
         const [x, y] = (await this.place(point)).map(Math.round);
         const at = 4 * (y * image.width + x);
