@@ -225,9 +225,13 @@ void ExportInChildren(SceneOptions const& scene, std::string const& path, WorkFo
         }
         std::string const ended = "its writer ended " + child.EndText();
         std::string const subject = Escaped(child.subject);
-        if (child.failure || subject.empty() || leftOut.size() == kMostLeftOut)
-            throw ExportError(child.failure.value_or(
-                Escaped(path) + ": " + ended + (subject.empty() ? "" : ", at " + subject) + "; nothing was written"));
+        if (child.failure)
+            throw ExportError(*child.failure);
+        if (subject.empty() || leftOut.size() == kMostLeftOut)
+        {
+            std::string const place = subject.empty() ? std::string() : ", at " + subject;
+            throw ExportError(Escaped(path) + ": " + ended + place + "; nothing was written");
+        }
         remarks.push_back(subject + " is left out, since with it " + ended);
         leftOut.insert(child.subject);
         folder.Clear();

@@ -226,11 +226,13 @@ void WriteBytes(std::string const& path, std::string_view bytes)
         throw std::runtime_error(path + " cannot be written");
 }
 
-std::string AskScene(std::string const& path, char const* prefix)
+std::string AskScene(std::string const& path, char const* prefix, std::mutex* lock)
 {
     class Answers final : public SilentAnswers
     {
     };
+    std::mutex alone;
+    std::unique_lock<std::mutex> hold(lock ? *lock : alone);
     try
     {
         XMLProducerOptions options;
@@ -241,7 +243,17 @@ std::string AskScene(std::string const& path, char const* prefix)
         producer.BeginProcess(IdSet(), nullptr, nullptr);
         static std::string const kExtensionTypes[] = {"t", "type"};
         Answers answers;
-        AskEverything(producer, {}, kExtensionTypes, answers, [](UTF8String const&, IObject*, Interface const*) {});
+        hold.unlock();
+        try
+        {
+            AskEverything(producer, {}, kExtensionTypes, answers, [](UTF8String const&, IObject*, Interface const*) {});
+        }
+        catch (...)
+        {
+            hold.lock();
+            throw;
+        }
+        hold.lock();
         producer.EndProcess();
     }
     catch (Exception const&)

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <iterator>
+#include <mutex>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -91,6 +92,8 @@ void WriteBytes(std::string const& path, std::string_view bytes);
 
 /// Opens the scene as a host does, asks everything of every object, and ends it. Empty, or what was thrown that no host
 /// is told of.
-std::string AskScene(std::string const& path, char const* prefix = nullptr);
+///
+/// `lock`, if there is one, is held while the scene is opened and ended, as hosts with several threads have to.
+std::string AskScene(std::string const& path, char const* prefix = nullptr, std::mutex* lock = nullptr);
 
 }  // namespace KVR::Campaigns

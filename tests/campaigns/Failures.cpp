@@ -43,21 +43,21 @@ bool Fails()
 extern "C"
 {
     // What the C library has behind its own names.
-    void* __libc_malloc(std::size_t size);
-    void* __libc_calloc(std::size_t count, std::size_t size);
-    void* __libc_realloc(void* memory, std::size_t size);
+    void* RealMalloc(std::size_t size) __asm__("__libc_malloc");
+    void* RealCalloc(std::size_t count, std::size_t size) __asm__("__libc_calloc");
+    void* RealRealloc(void* memory, std::size_t size) __asm__("__libc_realloc");
 
     void* malloc(std::size_t size)
     {
-        return Fails() ? nullptr : __libc_malloc(size);
+        return Fails() ? nullptr : RealMalloc(size);
     }
     void* calloc(std::size_t count, std::size_t size)
     {
-        return Fails() ? nullptr : __libc_calloc(count, size);
+        return Fails() ? nullptr : RealCalloc(count, size);
     }
     void* realloc(void* memory, std::size_t size)
     {
-        return Fails() ? nullptr : __libc_realloc(memory, size);
+        return Fails() ? nullptr : RealRealloc(memory, size);
     }
 }
 #endif
