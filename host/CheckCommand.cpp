@@ -49,7 +49,7 @@ CheckCommand::CheckCommand(CLI::App& program)
               "attributes, dropped objects, broken references, misread values, side files, geometry and units")
 {
     CLI::App& arguments = Arguments();
-    arguments.add_option("scenes", m_scenes, "The scene files")->required()->type_name("SCENE");
+    arguments.add_option("scenes", m_scenes, "The scene files")->required()->type_name("SCENE...");
     arguments.add_flag("--all", m_all, "Show every place of a finding, not ten of each kind");
     arguments.add_flag("--account", m_options.account,
                        "Print what became of all that the document and each side file hold");

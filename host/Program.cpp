@@ -24,6 +24,7 @@
 #include "host/ImportCommand.h"
 #include "host/InfoCommand.h"
 #include "host/NotesCommand.h"
+#include "host/PictureCommand.h"
 #include "host/Signals.h"
 #include "host/StandardStreams.h"
 #include "host/TreeCommand.h"
@@ -56,7 +57,8 @@ Commands MakeCommands(CLI::App& program)
 Commands AllCommands(CLI::App& program)
 {
     return MakeCommands<InfoCommand, DumpCommand, TreeCommand, ViewsCommand, NotesCommand, ImportCommand, ExportCommand,
-                        ConvertCommand, ViewCommand, CertifyCommand, CheckCommand, ExplainCommand>(program);
+                        ConvertCommand, ViewCommand, PictureCommand, CertifyCommand, CheckCommand, ExplainCommand>(
+        program);
 }
 
 void Describe(CLI::App& program)
@@ -76,6 +78,7 @@ void Describe(CLI::App& program)
         "  kvr export --only l-bracket as1.xml bracket.step\n"
         "  kvr convert examples/models/as1-oc-214.stp as1.glb\n"
         "  kvr view examples/models/as1-oc-214.stp as1.html\n"
+        "  kvr picture examples/models/as1-oc-214.stp as1.png\n"
         "  kvr certify examples/models/as1-oc-214.stp\n"
         "  kvr check as1.xml");
 }

@@ -7,6 +7,7 @@
 #include "scene/reader/SceneContent.h"
 #include "scene/reader/SceneCuts.h"
 #include "scene/reader/SceneReader.h"
+#include "scene/reader/ViewOverrides.h"
 
 namespace KVR
 {
@@ -16,6 +17,8 @@ Scene::Scene(IProducer& producer, UTF8String const& rootId, SceneFilter const& f
 {
     SceneReader(*m_content, producer).Read(rootId);
     CutCycles(*m_content, filter.mostLevels);
+    if (!filter.view.empty())
+        ApplyView(*m_content, filter.view);
     ApplyFilter(*m_content, filter);
 }
 

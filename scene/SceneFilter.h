@@ -25,6 +25,9 @@ struct SceneFilter
     /// What is named, with all below it, is left out.
     std::vector<std::string> hide;
     std::size_t mostLevels = kMostLevels;
+    /// The id or label of a saved view whose members are to be as it has them; empty for none. A name that no view has
+    /// makes the scene fail as well.
+    std::string view = {};
 
     /// Whether a name fits a pattern, case included. A character is one of UTF-8.
     KVR_SCENE_API static bool Fits(std::string_view name, std::string_view pattern);

@@ -69,7 +69,8 @@ void SetList(ViewJson& json, char const* name, List const& list, Answer const& a
     for (auto const& one : list)
     {
         ViewJson value = answer(one);
-        isEmpty = isEmpty && (value.is_null() || value == "");
+        isEmpty =
+            isEmpty && (value.is_null() || (value.is_string() && value.get_ref<ViewJson::string_t const&>().empty()));
         answers.push_back(std::move(value));
     }
     if (!isEmpty)

@@ -136,6 +136,10 @@ public:
     /// An element's name was compared with these. `matched` is the place of the one that it bears, or the count.
     virtual void NamesTried(xercesc::DOMNode const* element, std::span<std::u16string_view const> names,
                             std::size_t matched);
+    /// The same of an element in a set of children, compared with the kinds of children that its owner takes. Unless it
+    /// is overridden, it is told as above.
+    virtual void RowsTried(xercesc::DOMNode const* child, std::span<std::u16string_view const> names,
+                           std::size_t matched);
     /// The text in an element was taken. The document keeps it, though not always in the tree.
     virtual void TextTaken(xercesc::DOMNode const* element, XMLCh const* text);
     /// A text was turned into a value.

@@ -137,7 +137,7 @@ private:
         m_out.Put('\n');
         WriteLine(finding);
         WriteMore("in", finding.path);
-        WriteMore("read as", finding.readAs);
+        WriteMore("reader", finding.readAs);
         for (std::string const& reason : finding.reasons)
             WriteMore("since", reason);
         WriteMore("meant", finding.meant);

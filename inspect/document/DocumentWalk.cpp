@@ -5,6 +5,9 @@
 #include <vector>
 #include <xercesc/dom/DOMNamedNodeMap.hpp>
 
+#include "framework/api/ICamera.h"
+#include "framework/api/IProducer.h"
+#include "framework/api/IRenderStyle.h"
 #include "framework/xml_util/DomWalk.h"
 #include "framework/xml_util/XMLStrUtil.h"
 #include "inspect/document/DocumentRules.h"
@@ -109,6 +112,7 @@ Fate DocumentWalk::Look(DOMNode const* element)
     }
     LookAtAttributes(element, state);
     LookAtText(element);
+    LookAtReference(element);
     return Fate::kRead;
 }
 
@@ -196,6 +200,26 @@ void DocumentWalk::LookAtAttributes(DOMNode const* element, ElementState state)
             ValueCheck(m_check).Add({element, SpotPart::kAttributeValue, attribute->getNodeName()},
                                     Narrow(attribute->getNodeName()), Narrow(text), found->second);
     }
+}
+
+// Styles and cameras are named in elements of their own.
+void DocumentWalk::LookAtReference(DOMNode const* element)
+{
+    bool const isStyle = Equals(element->getNodeName(), Names::StyleRef);
+    if (!isStyle && !Equals(element->getNodeName(), Names::CameraRef))
+        return;
+    std::string const id = AttributeOf(element, Names::ID);
+    if (id == m_latestStyle)
+        return;
+    IObject* const object = m_check.Producer().Load(UTF8String(id));
+    if (!object || (isStyle && dynamic_cast<IRenderStyle*>(object)))
+    {
+        m_latestStyle = id;
+        return;
+    }
+    if (isStyle || !dynamic_cast<ICamera*>(object))
+        m_check.Add(kReferenceKind, {element, SpotPart::kAttributeValue, Names::ID.Document()}, id,
+                    std::string("taken for a ") + (isStyle ? "style" : "camera") + ", which it is not");
 }
 
 void DocumentWalk::LookForOtherCase(DOMNode const* element, ElementState state)

@@ -3,6 +3,7 @@ import assert from 'node:assert/strict';
 import { after, test } from 'node:test';
 import { boxes, kBackground, kBlue, kGreen, kGrey, kRed } from './support/boxes.mjs';
 import { Page, assertColor, finish, near } from './support/browser.mjs';
+import { boxMesh } from './support/scene.mjs';
 
 after(finish);
 
@@ -31,8 +32,6 @@ test('what is hidden is gone, and comes back', async () => {
     assert.ok((await page.spoken()).includes('treeitem Red box, hidden'));
     await page.click('button', 'Show Red box');
     await page.press('Escape');
-    await page.page.mouse.move(2, 300);
-    await page.settle();
     assertColor(await page.color(kRedFront), kRed);
     await page.close();
 });
@@ -113,6 +112,7 @@ test('the cube and the keys look along the axes', async () => {
     await page.press('7');
     await page.click('button', 'Front view');
     assert.ok(near((await page.camera()).direction, [0, 1, 0], 1e-6));
+    assert.ok(near((await page.camera()).up, [0, 0, 1], 1e-6));
     await page.press('4');
     assert.ok(near((await page.camera()).direction, [-1, 0, 0], 1e-6));
     await page.close();
@@ -147,8 +147,8 @@ test('the view of a click: tree, panel and line of state follow; a row is chosen
     const page = await Page.open(boxes());
     await page.press('1');
     await page.moveTo(kRedFront);
-    assert.equal(await page.text('.status'), 'Red box');
-    const hovered = await page.color(kRedFront);
+    assert.equal(await page.text('.status'), 'Red box \u00b7 face 2, f2');
+    const hovered = await page.color(kRedFront, { stays: true });
     assert.ok(!near(hovered, kRed, 15), 'what is under the pointer is lit');
     await page.clickAt(kRedFront);
     assert.ok(await page.page.$('[role=treeitem][aria-selected=true][aria-label="Red box"]'));
@@ -157,8 +157,6 @@ test('the view of a click: tree, panel and line of state follow; a row is chosen
         assert.ok(panel.includes(text), `${text} in ${panel}`);
     }
     await page.page.click('[role=treeitem][aria-label="Grey box"]');
-    await page.page.mouse.move(2, 300);
-    await page.settle();
     const [r, , b] = await page.color(kGreyFront);
     assert.ok(b > r + 60, 'what is selected is blue');
     await page.close();
@@ -200,5 +198,64 @@ test('draw calls depend on meshes, not on occurrences', async () => {
     const { calls, pairs, trianglesDrawn } = await page.totals();
     assert.ok(calls <= 3 * pairs, `${calls} calls for ${pairs} pairs`);
     assert.equal(trianglesDrawn, 12 * 504);
+    await page.close();
+});
+
+// A box beside the others, whose mesh and place the test makes.
+const withBox = (change, transform, name, keeps = 1) => boxes((file, scene, glb) => {
+    const mesh = glb.mesh(boxMesh([10, 10, 10]));
+    change(glb.json.meshes[mesh].primitives, scene, glb);
+    const part = scene.part({ id: 'extra', label: 'Extra', mesh });
+    const occurrence = scene.place(part, { id: 'extra', label: 'Extra', style: 0 });
+    file.occurrences.transform[occurrence] = scene.transform(transform);
+    file.items.keeps.splice(-1, 1, keeps);
+}, name);
+const kUp = [1, 0, 0, 0, 0, 1, 0, 5, 0, 0, 1, 20];
+
+test('without normals a surface is flat', async () => {
+    const page = await Page.open(withBox((primitives) => delete primitives[0].attributes.NORMAL, kUp, 'flat'));
+    await page.press('1');
+    assertColor(await page.color([5, 5, 25]), kRed);
+    await page.press('3');
+    assertColor(await page.color([0, 10, 25]), kRed);
+    await page.close();
+});
+
+test('mirrored and stretched parts are lit as others', async () => {
+    const page = await Page.open(withBox(() => {}, [-2, 0, 0, 20, 0, 1, 0, 5, 0.5, 0, 1, 20], 'mirrored'));
+    await page.press('1');
+    assertColor(await page.color([10, 5, 27]), kRed);
+    await page.close();
+});
+
+test('faces have their own styles unless an override covers them', async () => {
+    const own = (primitives, scene) => (primitives[0].extras.style = scene.style([51 / 255, 102 / 255, 230 / 255]));
+    const kept = await Page.open(withBox(own, kUp, 'own'));
+    await kept.press('1');
+    assertColor(await kept.color([5, 5, 25]), kBlue);
+    await kept.close();
+    const covered = await Page.open(withBox(own, kUp, 'covered', 0));
+    await covered.press('1');
+    assertColor(await covered.color([5, 5, 25]), kRed);
+    await covered.close();
+});
+
+test('lines, points and clouds are drawn in their styles, and can be chosen', async () => {
+    const page = await Page.open(boxes((file, scene, glb) => {
+        const lines = { mode: 1, attributes: { POSITION: glb.floats([0, 5, 30, 60, 5, 30]) }, indices: glb.whole([0, 1]), extras: { role: 'lines' } };
+        const points = { mode: 0, attributes: { POSITION: glb.floats([10, 5, 40, 30, 5, 40, 50, 5, 40]) }, extras: { role: 'points' } };
+        [lines, points].forEach((primitive, i) => {
+            glb.json.meshes.push({ primitives: [primitive] });
+            const name = ['Line', 'Cloud'][i];
+            const part = scene.part({ id: name, label: name, mesh: glb.json.meshes.length - 1, geometry: { kind: ['curve', 'cloud'][i] } });
+            scene.place(part, { id: name, label: name, style: 0 });
+        });
+    }, 'thin'));
+    await page.press('1');
+    assertColor(await page.color([30, 5, 40]), kRed);
+    await page.clickAt([30, 5, 40]);
+    assert.equal(await page.text('.panel h2'), 'Cloud');
+    await page.clickAt([20, 5, 30]);
+    assert.equal(await page.text('.panel h2'), 'Line');
     await page.close();
 });

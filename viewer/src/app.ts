@@ -5,7 +5,7 @@ import { Measure } from './measure/measure';
 import { Units } from './measure/units';
 import { NoteDrawing } from './notes/drawing';
 import { NoteList, targetsOf } from './notes/list';
-import { element, iconButton, setPressed } from './panels/dom';
+import { button, element, iconButton, setPressed } from './panels/dom';
 import { FactsOf } from './panels/facts';
 import { Help } from './panels/help';
 import { icon } from './panels/icons';
@@ -16,7 +16,7 @@ import { Themes, type Theme } from './panels/theme';
 import { Controls } from './scene/controls';
 import type { Node, SceneModel } from './scene/model';
 import { Overlays } from './scene/overlays';
-import { Picking } from './scene/picking';
+import { Picking, type Hit } from './scene/picking';
 import { Picture, whyNoPicture } from './scene/picture';
 import { Placing } from './scene/placing';
 import { SceneState } from './scene/state';
@@ -64,6 +64,7 @@ export class App {
         this.tree = new Tree(model, this.state, (nodes) => this.picture?.fit(nodes));
         const side = this.tabs.box;
         const facts = new FactsOf(model, this.state, this.placing, this.units);
+        this.units.changed = () => this.state.tell('detail');
         const properties = new Properties(model, this.state, facts, () => this.fit(), (text) => this.messages.say(text));
         const head = element('header', { class: 'bar' }, this.heading(), this.tools);
         host.replaceChildren(head, side, this.place, properties.box, this.status, this.help.box);
@@ -83,6 +84,7 @@ export class App {
         this.tabs.add(model.file.notes.length > 0 ? `Notes (${count(model.file.notes.length)})` : 'Notes', this.notes.box);
         this.tabs.add('Layers', layers.box);
         this.place.append(this.cards.box, this.messages.box);
+        this.picture && this.place.append(this.whenAllIsHidden());
         if (this.picture) {
             this.fillPicture(this.picture);
         }
@@ -98,6 +100,18 @@ export class App {
         addEventListener('hashchange', () => this.links.restore(location.hash));
         this.tellHovered();
         location.hash.length > 1 && this.links.restore(location.hash);
+    }
+
+    // An empty picture says why it is.
+    private whenAllIsHidden(): HTMLElement {
+        const all = button('Show everything', () => this.state.showEverything());
+        const box = element('div', { class: 'all-hidden' }, element('p', { text: 'Everything is hidden.' }), all);
+        const look = (): void => {
+            box.hidden = this.state.itemShown.length === 0 || this.state.itemShown.includes(1);
+        };
+        this.state.on('visibility', look);
+        look();
+        return box;
     }
 
     private heading(): HTMLElement {
@@ -138,6 +152,7 @@ export class App {
             hover: (x, y) => {
                 const hit = picking.at(x, y);
                 this.state.hover(hit ? this.nodeOf(hit.item) : null);
+                this.tellHovered(hit);
             },
             leave: () => this.state.hover(null),
             pointAt: (x, y) => picking.at(x, y)?.point ?? null,
@@ -222,7 +237,9 @@ export class App {
     private chooseNote(index: number): void {
         const note = this.model.file.notes[index];
         const { nodes, details } = targetsOf(this.model, note);
-        this.state.selection = nodes;
+        const { occurrence, geometry } = this.model.file.items;
+        const item = geometry.indexOf(note.geometry);
+        this.state.selection = item >= 0 ? [...nodes, { occurrence: occurrence[item], geometry: note.geometry }] : nodes;
         this.state.detail = null;
         this.state.tell('selection', 'detail');
         if (this.drawing) {
@@ -237,15 +254,28 @@ export class App {
         this.edges?.show(detail && itemShown[detail.item] ? [detail] : [], [...(this.theme?.accent ?? [0, 0.4, 1]), 0.75] as [number, number, number, number]);
     }
 
-    private tellHovered(): void {
+    // The path of what is under the pointer, and which face or edge of it that is.
+    private tellHovered(hit: Hit | null = null): void {
         const node = this.state.hovered;
         const { file } = this.model;
-        const names = node
-            ? [...this.model.ancestors(node.occurrence).map((occurrence) => ({ occurrence, geometry: -1 })), ...(node.geometry >= 0 ? [node] : [])]
-            : [];
-        this.status.textContent = node
-            ? names.map((one) => shownInLine(this.model.name(one), 60)).join(' \u203a ') || shownInLine(this.model.name(node))
-            : `${count(file.counts.drawnTriangles ?? 0)} triangles \u00b7 ${count(this.model.occurrenceCount)} occurrences \u00b7 ${file.unit.name}`;
+        if (!node) {
+            const triangles = `${count(file.counts.drawnTriangles ?? 0)} triangles`;
+            const occurrences = `${count(this.model.occurrenceCount)} occurrences`;
+            this.status.textContent = `${triangles} \u00b7 ${occurrences} \u00b7 ${shownInLine(file.unit.name)}`;
+            return;
+        }
+        const line = this.model.ancestors(node.occurrence).map((occurrence): Node => ({ occurrence, geometry: -1 }));
+        const names = [...line, ...(node.geometry >= 0 || line.length === 0 ? [node] : [])];
+        const path = names.map((one) => shownInLine(this.model.name(one), 60)).join(' \u203a ');
+        this.status.textContent = hit && hit.number >= 0 ? `${path} \u00b7 ${this.nameOfFace(hit)}` : path;
+    }
+
+    private nameOfFace({ item, primitive, number }: Hit): string {
+        const isFace = primitive.role === 'faces';
+        const { faces, edges } = this.model.geometryOfItem(item);
+        const list = isFace ? faces : edges;
+        const id = list?.persistentIds?.[number] || list?.dataIds?.[number];
+        return `${isFace ? 'face' : 'edge'} ${number}${id ? `, ${shownInLine(id, 60)}` : ''}`;
     }
 
     private dress(theme: Theme): void {

@@ -45,7 +45,7 @@ async function start(host: HTMLElement): Promise<void> {
         timed: () => picture?.timed() ?? 0,
         frames: () => picture?.frames ?? 0,
         firstPicture: performance.now(),
-        isMoving: () => picture?.camera.isMoving ?? false,
+        isMoving: () => picture?.isMoving ?? false,
     };
 }
 

@@ -47,6 +47,14 @@ TEST(DocumentRules, TellWhereADocumentEndsToBeOne)
     EXPECT_EQ(finding.line, 3U);
 }
 
+TEST(DocumentRules, TellAtWhichElementTheReadingOfASceneEnded)
+{
+    CheckedText const checked(SceneOf({},
+                                      "<IUniverse><CustomData>\n<CustomDataItem Type='8' Key='k' Path='no.blob' "
+                                      "BlobBufferSize='4'/></CustomData></IUniverse>"));
+    EXPECT_THAT(checked.Findings(), ElementsAre("K-0101 at 7: CustomDataItem"));
+}
+
 TEST(DocumentRules, FindAnElementThatNobodyReads)
 {
     CheckedText const checked(SceneOf("<Zorgle><Inner/></Zorgle>"));
@@ -169,6 +177,15 @@ TEST(DocumentRules, FindAnInstanceOfWhatCannotBePlaced)
     CheckedText const checked(AssemblyOf("<IInstance ID='i' Label='' Visibility='1'><Child ID='q'/></IInstance>",
                                          "<IPoint ID='q' Label=''/>"));
     EXPECT_EQ(checked.Only("K-0111").line, 5U);
+}
+
+TEST(DocumentRules, FindAReferenceToAnObjectThatCannotStandThere)
+{
+    std::string const part = SceneOf("<ChildSet>\n<Child ID='a'/></ChildSet>", "<IAssembly ID='a' Label=''/>");
+    EXPECT_THAT(CheckedText(part).Findings(), ElementsAre(HasSubstr("K-0111 at 5: a")));
+    std::string const style =
+        SceneOf("<ChildSet><IPoint ID='q' Label=''/></ChildSet><Styles>\n<StyleRef ID='q'/></Styles>");
+    EXPECT_THAT(CheckedText(style).Findings(), ElementsAre("K-0111 at 5: q"));
 }
 
 TEST(DocumentRules, FindAnAssemblyThatPlacesItself)

@@ -64,6 +64,29 @@ protected:
 
     std::string Path(std::string const& name) const { return m_folder.NarrowPathOf(name); }
 
+    // In one run of the validator, which takes its time to begin.
+    void ExpectValid(std::vector<std::string> const& texts, std::string const& schema)
+    {
+        std::vector<std::string> words{KVR_PYTHON, "-B", KVR_VALIDATE_DUMPS, schema};
+        for (std::string const& text : texts)
+        {
+            std::string const name = "findings" + std::to_string(words.size()) + ".json";
+            m_folder.Write(name, text);
+            words.push_back(Path(name));
+        }
+        ToolRun const run = RunProgram(words);
+        EXPECT_EQ(run.status, 0) << run.out << run.error;
+    }
+
+    // What is printed of scenes with and without mistakes, and of one that cannot be read.
+    std::vector<std::string> PrintedAs(std::vector<std::string> const& options)
+    {
+        std::vector<std::string> texts;
+        for (std::string const& scene : {kMistakes, kClean, Unread(2), std::string("<Scene>")})
+            texts.push_back(Check(scene, options).out);
+        return texts;
+    }
+
     void ExpectValid(std::string const& json, std::string const& schema)
     {
         m_folder.Write("findings.json", json);
@@ -159,12 +182,9 @@ TEST_F(CheckForms, WhatASceneSaysCannotWriteToATerminal)
 
 TEST_F(CheckForms, JsonIsAsItsSchemaSays)
 {
-    for (std::string const& scene : {kMistakes, kClean, Unread(2), std::string("<Scene>")})
-    {
-        ToolRun const run = Check(scene, {"--json", "--account"});
-        ExpectValid(run.out, KVR_DOCS_DIR "/check.schema.json");
-    }
-    nlohmann::json const json = nlohmann::json::parse(Check(kMistakes, {"--json"}).out);
+    std::vector<std::string> const texts = PrintedAs({"--json", "--account"});
+    ExpectValid(texts, KVR_DOCS_DIR "/check.schema.json");
+    nlohmann::json const json = nlohmann::json::parse(texts.front());
     nlohmann::json const& found = json["Scenes"][0]["Findings"][0];
     EXPECT_EQ(json["Scenes"][0]["Errors"], 4);
     EXPECT_EQ(found["Rule"], "K-0105");
@@ -184,9 +204,11 @@ TEST_F(CheckForms, ASchemaRefusesOtherJson)
 
 TEST_F(CheckForms, SarifIsAsItsPublishedSchemaSays)
 {
-    for (std::string const& scene : {kMistakes, kClean, Unread(2), std::string("<Scene>")})
-        ExpectValid(Check(scene, {"--sarif"}).out, KVR_SARIF_SCHEMA);
-    nlohmann::json const log = nlohmann::json::parse(Check(kMistakes, {"--sarif"}).out);
+    std::vector<std::string> texts = PrintedAs({"--sarif"});
+    // A path that is no URI as it stands, and a place in bytes.
+    texts.push_back(Check("<Scene><MeshInfo GenerateMesh=\"True\" Path=\"a name/50%\"/></Scene>", {"--sarif"}).out);
+    ExpectValid(texts, KVR_SARIF_SCHEMA);
+    nlohmann::json const log = nlohmann::json::parse(texts.front());
     nlohmann::json const& run = log["runs"][0];
     EXPECT_EQ(run["tool"]["driver"]["rules"].size(), AllRules().size());
     ASSERT_EQ(run["results"].size(), 4U);
@@ -202,11 +224,19 @@ TEST_F(CheckForms, SarifIsAsItsPublishedSchemaSays)
 
 TEST_F(CheckForms, SarifOfBytesInASideFile)
 {
-    m_folder.Write("s.mesh", std::string(24, '\0'));
-    ToolRun const run =
-        Check("<Scene><MeshInfo GenerateMesh=\"True\" Path=\"a name/50%\"/></Scene>", {"--sarif", "--rule", "K-0303"});
-    ExpectValid(run.out, KVR_SARIF_SCHEMA);
-    EXPECT_EQ(nlohmann::json::parse(run.out)["runs"][0]["results"].size(), 1U);
+    std::string store(8, '\0');
+    store += std::string("\1\0\0\0\0\0\0\0", 8) + std::string(8, '\0');
+    store += std::string(8, '\0') + std::string("\x9\0\0\0\0\0\0\0", 8) + std::string("\1\0\0\0\0\0\0\0m", 9);
+    m_folder.Write("a b.mesh", store);
+    ToolRun const run = Check("<Scene><MeshInfo GenerateMesh=\"True\" Path=\"a b.mesh\"/></Scene>",
+                              {"--sarif", "--rule", "record-unknown"});
+    nlohmann::json const results = nlohmann::json::parse(run.out)["runs"][0]["results"];
+    ASSERT_EQ(results.size(), 1U);
+    nlohmann::json const& place = results[0]["locations"][0]["physicalLocation"];
+    EXPECT_THAT(place["artifactLocation"]["uri"].get<std::string>(), testing::EndsWith("/a%20b.mesh"));
+    EXPECT_EQ(place["region"]["byteOffset"], 24);
+    EXPECT_EQ(place["region"]["byteLength"], 25);
+    ExpectValid({run.out}, KVR_SARIF_SCHEMA);
 }
 
 TEST_F(CheckForms, TheExitStatusGoesByTheSeverity)
@@ -304,6 +334,23 @@ TEST_F(CheckForms, FixesApplyWithoutALineEndWithManyLinesAndBetweenThem)
         "<Scene><IFile ID=\"f\" IsRoot=\"1\"><ChildSet><Child ID=\"p\"/></ChildSet></IFile>"
         "<IPart ID=\"p\" Label=\"ä &lt; b\"><Unit LengthUnit=\"kUnitType_Inch\"/><Styles/></IPart></Scene>";
     EXPECT_EQ(Repaired(oneLine), repaired);
+}
+
+TEST_F(CheckForms, NothingIsFoundInWhatImportMakesOfModels)
+{
+    for (std::string const model : {"as1-oc-214.stp", "nist_plate_creo_lbls.stp"})
+    {
+        ASSERT_EQ(
+            RunTool({"import", "--quiet", std::string(KVR_EXAMPLES_DIR) + "/models/" + model, Path("m.xml")}).status,
+            0);
+        ToolRun const run = RunTool({"check", "--fail-on", "note", Path("m.xml")});
+        EXPECT_EQ(run.status, 0) << run.out;
+        // A file of it that was changed afterwards is told from the one that was written.
+        std::string mesh = Content("m.xml.mesh");
+        ++mesh.back();
+        m_folder.Write("m.xml.mesh", mesh);
+        EXPECT_THAT(RunTool({"check", Path("m.xml")}).out, HasSubstr("K-0319 side-file-changed"));
+    }
 }
 
 TEST_F(CheckForms, WithoutASceneTheArgumentsAreBad)

@@ -29,6 +29,7 @@ SeededScene::SeededScene(std::string const& name) : m_name(name)
 {
     fs::copy(fs::path(KVR_EXAMPLES_DIR) / name, m_folder.Path());
     m_document = Content(Name());
+    m_known = CheckScene(PathOf(Name())).findings;
 }
 
 std::string SeededScene::Content(std::string const& file) const
@@ -38,7 +39,17 @@ std::string SeededScene::Content(std::string const& file) const
 
 std::vector<Finding> SeededScene::Findings() const
 {
-    return CheckScene(PathOf(Name())).findings;
+    std::vector<Finding> findings = CheckScene(PathOf(Name())).findings;
+    std::erase_if(findings,
+                  [&](Finding const& finding)
+                  {
+                      return std::any_of(m_known.begin(), m_known.end(),
+                                         [&](Finding const& known) {
+                                             return known.rule == finding.rule && known.path == finding.path &&
+                                                    known.found == finding.found;
+                                         });
+                  });
+    return findings;
 }
 
 std::vector<Finding> SeededScene::FindingsWith(std::string const& file, std::string_view content) const

@@ -23,11 +23,12 @@ public:
     std::string PathOf(std::string const& file) const { return m_folder.NarrowPathOf(file); }
     std::string Name() const { return m_name + ".xml"; }
 
+    /// What is found in the example as it is, which no other operation tells.
+    std::vector<Finding> const& Known() const noexcept { return m_known; }
     /// What is found with that content in the place of a file's, which then stands there again.
     std::vector<Finding> FindingsWith(std::string const& file, std::string_view content) const;
     /// What is found without the file.
     std::vector<Finding> FindingsWithout(std::string const& file) const;
-    std::vector<Finding> Findings() const;
 
     /// Where a text stands in the document, each time.
     std::vector<std::size_t> PlacesOf(std::string_view text) const;
@@ -35,9 +36,12 @@ public:
     std::string Changed(std::size_t place, std::size_t length, std::string_view text) const;
 
 private:
+    std::vector<Finding> Findings() const;
+
     std::string m_name;
     TempFolder m_folder;
     std::string m_document;
+    std::vector<Finding> m_known;
 };
 
 /// The line of a byte of a text, from 1.

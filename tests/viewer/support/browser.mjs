@@ -66,6 +66,16 @@ export class Page {
         return made;
     }
 
+    /// What a page says that shows no model.
+    async message(file) {
+        this.page = await browser.newPage();
+        await this.page.goto(String(pathToFileURL(file)));
+        await this.page.waitForSelector('[role=alert]', { timeout: 30000 });
+        const text = await this.text('[role=alert]');
+        await this.page.close();
+        return text;
+    }
+
     /// All errors that the page had fail the test.
     async close() {
         await this.page.close();
@@ -149,8 +159,12 @@ export class Page {
         return PNG.sync.read(Buffer.from(await this.page.screenshot({ type: 'png' })));
     }
 
-    /// The colour where a point of the scene is drawn.
-    async color(point) {
+    /// The colour where a point of the scene is drawn; with the pointer elsewhere, unless it is to stay.
+    async color(point, { stays = false } = {}) {
+        if (!stays) {
+            await this.page.mouse.move(3, this.page.viewport().height - 4);
+            await this.settle();
+        }
         const image = await this.screenshot();
         const [x, y] = (await this.place(point)).map(Math.round);
         const at = 4 * (y * image.width + x);

@@ -51,7 +51,7 @@ export class Measure {
         const unit = element('select', { class: 'field', attributes: { 'aria-label': 'Unit of measures' } });
         units.choices().forEach((one, i) => unit.append(element('option', { text: one.symbol, attributes: { value: i } })));
         unit.addEventListener('change', () => {
-            units.shown = units.choices()[unit.selectedIndex];
+            units.choose(units.choices()[unit.selectedIndex]);
             this.show();
         });
         const clear = button('Clear', () => this.clear(), 'button small');

@@ -4,7 +4,7 @@ import type { SceneModel } from '../scene/model';
 import { cornersOf } from '../scene/overlays';
 import type { Picture } from '../scene/picture';
 import type { Detail } from '../scene/state';
-import { cross, dot, length, minus, plus, times, turned, unit } from '../scene/transform';
+import { cross, dot, length, minus, plus, times, unit } from '../scene/transform';
 
 export interface EdgeFacts {
     kind: string;
@@ -116,6 +116,3 @@ export function nearestCorners(a: Triple[], b: Triple[]): { value: number; from:
 export const middleOf = (corners: Triple[]): Triple =>
     times(corners.reduce((sum, corner) => plus(sum, corner), [0, 0, 0] as Triple), 1 / Math.max(1, corners.length));
 
-/// A direction of the mesh of an item, in the scene.
-export const directionOf = (picture: Picture, item: number, direction: Triple): Triple =>
-    unit(turned(picture.placed.items, 12 * item, direction));

@@ -12,6 +12,8 @@ export const kUnits: Unit[] = [
 
 export class Units {
     shown: Unit;
+    /// Called when another unit was chosen.
+    changed: () => void = () => {};
 
     constructor(readonly scene: Unit) {
         this.shown = scene;
@@ -21,6 +23,11 @@ export class Units {
     choices(): Unit[] {
         const others = kUnits.filter(({ metres }) => Math.abs(metres / this.scene.metres - 1) > 1e-9);
         return [this.scene, ...others];
+    }
+
+    choose(unit: Unit): void {
+        this.shown = unit;
+        this.changed();
     }
 
     /// A length in the scene's unit, to be read.

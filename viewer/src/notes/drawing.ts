@@ -1,7 +1,8 @@
 // Callouts in their planes: the text of each as a picture on a sheet in the scene. Leaders and frames are lines of the
 // scene's own.
-import { CanvasTexture, DoubleSide, Group, LinearFilter, Matrix4, Mesh, MeshBasicMaterial, PlaneGeometry, Vector3 } from 'three';
+import { CanvasTexture, Group, LinearFilter, Matrix4, Mesh, MeshBasicMaterial, PlaneGeometry, Vector3 } from 'three';
 import type { Note, Triple } from '../data/format';
+import { sizeOf } from '../data/geometry';
 import { shown } from '../data/text';
 import type { SceneModel } from '../scene/model';
 import { emptyGroup } from '../scene/overlays';
@@ -11,6 +12,8 @@ import type { SceneState } from '../scene/state';
 import { applied, cross, dot, minus, plus, square, times, turned, unit } from '../scene/transform';
 
 const kMostLines = 30;
+/// Leaders and frames alone have fewer segments.
+const kLettered = 40;
 const kMostCharacters = 160;
 const kPixels = 40;
 /// Without a height of text in the scene: as a part of the scene's size.
@@ -60,7 +63,7 @@ export class NoteDrawing {
             this.model.file.notes.forEach((note, index) => {
                 const items = this.itemsOf(note).filter((item) => this.state.itemShown[item]);
                 // A note that occurs everywhere is written some times only.
-                items.slice(0, 20).forEach((item) => note.plane && this.write(note, index, item));
+                items.slice(0, 20).forEach((item) => note.plane && !this.isLettered(item) && this.write(note, index, item));
             });
         }
         this.picture.invalidate();
@@ -80,17 +83,27 @@ export class NoteDrawing {
         const sheetWidth = (sheetHeight * width) / height;
         const start: Triple = applied(m, at, note.anchor ?? note.plane?.origin ?? [0, 0, 0]);
         const middle = plus(plus(start, times(along, sheetWidth / 2)), times(upwards, sheetHeight / 2));
-        const sheet = new Mesh(
-            new PlaneGeometry(sheetWidth, sheetHeight),
-            new MeshBasicMaterial({ map: texture, transparent: true, side: DoubleSide, depthWrite: false, toneMapped: false }),
-        );
-        sheet.matrixAutoUpdate = false;
-        sheet.matrix = new Matrix4().makeBasis(new Vector3(...along), new Vector3(...upwards), new Vector3(...normal));
-        sheet.matrix.setPosition(...minus(middle, this.picture.middle));
-        sheet.matrixWorld.copy(sheet.matrix);
-        sheet.renderOrder = 9;
-        sheet.frustumCulled = false;
-        this.group.add(sheet);
+        // One sheet for each side, so that text is never seen from behind.
+        for (const side of [1, -1]) {
+            const sheet = new Mesh(
+                new PlaneGeometry(sheetWidth, sheetHeight),
+                new MeshBasicMaterial({ map: texture, transparent: true, depthTest: false, depthWrite: false }),
+            );
+            const axes = [times(along, side), upwards, times(normal, side)].map((axis) => new Vector3(...axis));
+            sheet.matrixAutoUpdate = false;
+            sheet.matrix = new Matrix4().makeBasis(axes[0], axes[1], axes[2]);
+            sheet.matrix.setPosition(...minus(middle, this.picture.middle));
+            sheet.matrixWorld.copy(sheet.matrix);
+            sheet.renderOrder = 9;
+            sheet.frustumCulled = false;
+            this.group.add(sheet);
+        }
+    }
+
+    // A callout of many lines is drawn with its letters.
+    private isLettered(item: number): boolean {
+        const lines = this.model.meshOfItem(item)?.primitives.find(({ role }) => role === 'lines');
+        return lines !== undefined && sizeOf(lines) >= kLettered;
     }
 
     private texture(note: Note, marked: boolean): { texture: CanvasTexture; width: number; height: number; lines: number } {

@@ -9,7 +9,7 @@ import { linesOf } from './drawing';
 
 const kMostRows = 2000;
 
-/// What a note speaks of, in each occurrence of the note's component or, else, anywhere.
+/// What a note speaks of, wherever it occurs: faces and edges, and what is meant as a whole.
 export function targetsOf(model: SceneModel, note: Note): { nodes: Node[]; details: Detail[] } {
     const nodes: Node[] = [];
     const details: Detail[] = [];
@@ -25,7 +25,9 @@ export function targetsOf(model: SceneModel, note: Note): { nodes: Node[]; detai
             const faces = (target.faces ?? []).map((number): Detail => ({ item, kind: 'face', number }));
             const edges = (target.edges ?? []).map((number): Detail => ({ item, kind: 'edge', number }));
             details.push(...faces, ...edges);
-            nodes.push({ occurrence: occurrence[item], geometry: geometry[item] });
+            if (faces.length + edges.length === 0) {
+                nodes.push({ occurrence: occurrence[item], geometry: geometry[item] });
+            }
         }
         if (target.component !== undefined) {
             model.file.occurrences.component.forEach(
@@ -73,7 +75,7 @@ export class NoteList {
             icon('note'),
             element('span', { class: 'entry-text' },
                 element('span', { class: 'entry-name', text: shownInLine(text) }),
-                element('span', { class: 'entry-more', text: note.kind ? `${name} \u00b7 ${note.kind}` : name }),
+                element('span', { class: 'entry-more', text: note.kind ? `${name} \u00b7 ${shownInLine(note.kind)}` : name }),
             ),
         );
         return element('li', {}, choose);

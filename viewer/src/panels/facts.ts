@@ -43,12 +43,29 @@ export class FactsOf {
     of(node: Node, detail: Detail | null): Group[] {
         const facts = new Facts();
         detail && this.detail(facts, detail);
+        this.note(facts, node.geometry);
         node.geometry >= 0 && this.geometry(facts, this.model.file.geometry[node.geometry]);
         this.occurrence(facts, node);
         if (node.geometry < 0) {
             this.ofOnlyGeometry(facts, node.occurrence);
         }
         return facts.groups;
+    }
+
+    private note(facts: Facts, geometry: number): void {
+        const note = this.model.file.notes.find((one) => one.geometry === geometry);
+        note && facts.group('Note', (add) => {
+            add('Text', note.text?.map((line) => line.map(({ text }) => text).join('')).join('\n'));
+            add('Kind', note.kind);
+            for (const target of note.targets ?? []) {
+                add('Points at', target, target.label || target.id);
+            }
+            if (note.details && typeof note.details === 'object') {
+                Object.entries(note.details).forEach(([name, value]) =>
+                    add(spaced(name), value, typeof value === 'object' ? JSON.stringify(value) : undefined),
+                );
+            }
+        });
     }
 
     private detail(facts: Facts, { item, kind, number }: Detail): void {
@@ -137,9 +154,13 @@ export class FactsOf {
             const box = this.placing.boxOf(items);
             if (box) {
                 const size = [0, 1, 2].map((k) => box.high[k] - box.low[k]);
+                // What is left of a subtraction is no length.
+                const least = 1e-10 * Math.max(...size);
+                const whole = (part: number): number => (Math.abs(part) < least ? 0 : part);
+                const [low, high] = [box.low.map(whole), box.high.map(whole)];
                 add('Size', size, size.map((side) => this.units.length(side)).join(' \u00d7 '));
-                add('Box from', box.low, box.low.map((part) => this.units.length(part)).join(', '));
-                add('Box to', box.high, box.high.map((part) => this.units.length(part)).join(', '));
+                add('Box from', low, low.map((part) => this.units.length(part)).join(', '));
+                add('Box to', high, high.map((part) => this.units.length(part)).join(', '));
             }
         });
         facts.properties('Properties', component.properties);
@@ -170,5 +191,5 @@ export class FactsOf {
 
 const spaced = (name: string): string => {
     const words = name.replace(/([A-Z])/g, ' $1').toLowerCase();
-    return words[0].toUpperCase() + words.slice(1);
+    return words.charAt(0).toUpperCase() + words.slice(1);
 };

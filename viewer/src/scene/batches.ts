@@ -26,12 +26,14 @@ class Bucket {
     readonly drawn: Drawn;
     private rows: InstancedBufferAttribute[] = [];
     private paint!: InstancedBufferAttribute;
-    private mark!: InstancedBufferAttribute;
+    private mark?: InstancedBufferAttribute;
     items: number[] = [];
 
     constructor(
         private readonly geometry: InstancedBufferGeometry,
         primitive: Primitive,
+        /// How many items it may have.
+        private readonly most: number,
     ) {
         const make = primitive.role === 'faces' ? Mesh : primitive.role === 'points' ? Points : LineSegments;
         this.drawn = new (make as unknown as new (g: InstancedBufferGeometry) => Drawn)(geometry);
@@ -39,13 +41,11 @@ class Bucket {
         this.drawn.matrixAutoUpdate = false;
     }
 
+    // For all occurrences at once: an attribute cannot grow.
     private reserve(size: number): void {
-        if (this.mark && this.mark.count >= size) {
+        if (this.mark) {
             return;
         }
-        // The old buffers are given back: an attribute cannot grow.
-        this.geometry.dispose();
-        size = Math.max(size, 2 * (this.mark?.count ?? 0));
         this.rows = [0, 1, 2].map(() => new InstancedBufferAttribute(new Float32Array(4 * size), 4));
         this.paint = new InstancedBufferAttribute(new Uint8Array(4 * size), 4, true);
         this.mark = new InstancedBufferAttribute(new Uint8Array(size), 1, false);
@@ -59,7 +59,7 @@ class Bucket {
         this.drawn.visible = items.length > 0;
         this.geometry.instanceCount = items.length;
         if (items.length > 0) {
-            this.reserve(items.length);
+            this.reserve(this.most);
             (this.paint.array as Uint8Array).set(colors.subarray(0, 4 * items.length));
             this.paint.needsUpdate = true;
         }
@@ -80,15 +80,15 @@ class Bucket {
     }
 
     highlight(marks: Uint8Array): void {
+        const { mark } = this;
         let changed = false;
-        this.items.forEach((item, i) => {
-            if (this.mark.array[i] !== marks[item]) {
-                this.mark.array[i] = marks[item];
-                changed = true;
-            }
-        });
-        if (changed) {
-            this.mark.needsUpdate = true;
+        for (let i = 0; mark && i < this.items.length; ++i) {
+            const is = marks[this.items[i]];
+            changed ||= mark.array[i] !== is;
+            mark.array[i] = is;
+        }
+        if (mark && changed) {
+            mark.needsUpdate = true;
         }
     }
 }
@@ -102,6 +102,8 @@ interface Batch {
 
 export class Batches {
     readonly group = new Group();
+    /// Those of faces, which can be left out for speed.
+    readonly edges = new Group();
     edgesShown = true;
     private readonly batches: Batch[] = [];
     private readonly materials = new Map<string, RawShaderMaterial>();
@@ -116,6 +118,7 @@ export class Batches {
         private readonly middle: Triple,
     ) {
         this.marks = new Uint8Array(model.itemCount);
+        this.group.add(this.edges);
         model.meshes.forEach((mesh, index) => {
             if (model.itemsOfMesh[index].length > 0) {
                 mesh.primitives.forEach((primitive) => this.add(primitive, index));
@@ -137,12 +140,12 @@ export class Batches {
                 geometry.setAttribute('normal', shared.normal);
             }
             geometry.setIndex(shared.index);
-            return new Bucket(geometry, primitive);
+            return new Bucket(geometry, primitive, this.model.itemsOfMesh[mesh].length);
         };
         const batch = { primitive, mesh, opaque: bucket(), clear: bucket() };
         batch.opaque.drawn.renderOrder = primitive.role === 'faces' ? 0 : 1;
         batch.clear.drawn.renderOrder = primitive.role === 'faces' ? 4 : 5;
-        this.group.add(batch.opaque.drawn, batch.clear.drawn);
+        (primitive.role === 'edges' ? this.edges : this.group).add(batch.opaque.drawn, batch.clear.drawn);
         this.batches.push(batch);
     }
 

@@ -21,6 +21,9 @@ export const kAngle = (35 * Math.PI) / 180;
 
 const kMoving = 380;
 
+/// Whether the reader asked for no more motion than is needed.
+export const wantsStillness = (): boolean => matchMedia('(prefers-reduced-motion: reduce)').matches;
+
 export class Camera {
     look: Look;
     width = 1;
@@ -92,7 +95,7 @@ export class Camera {
     /// Moves there within a moment; at once where motion is not wanted.
     moveTo(look: Partial<Look>): void {
         const to = { ...this.look, ...look };
-        if (matchMedia('(prefers-reduced-motion: reduce)').matches) {
+        if (wantsStillness()) {
             this.set(to);
             return;
         }

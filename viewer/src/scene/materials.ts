@@ -11,6 +11,8 @@ export interface SharedUniforms {
     edge: { value: Vector3 };
     edgeMix: { value: number };
     pointSize: { value: number };
+    /// The size of what is drawn as one, in pixels of the page.
+    pixel: { value: number };
     /// Everything to the picture.
     seen: { value: Matrix4 };
     /// The direction to the light, which goes with the eye.
@@ -28,6 +30,7 @@ export function sharedUniforms(): SharedUniforms {
         edge: { value: new Vector3(0.08, 0.09, 0.11) },
         edgeMix: { value: 0.82 },
         pointSize: { value: 4 },
+        pixel: { value: 1 },
         seen: { value: new Matrix4() },
         light: { value: new Vector3(0, 0, 1) },
         eye: { value: new Vector4(0, 0, 1, 0) },
@@ -109,8 +112,8 @@ void main() {
 #endif
     // Against the line of sight: of a perspective from the eye, else the same everywhere.
     vec3 sight = eye.xyz - eye.w * vWorld;
-    float lit = dot(n, light) * (dot(n, sight) < 0.0 ? -0.54 : 0.54);
-    float bright = clamp(0.5 + lit, 0.0, 1.0);
+    float lit = dot(n, light) * (dot(n, sight) < 0.0 ? -0.46 : 0.46);
+    float bright = clamp(0.58 + lit, 0.0, 1.0);
     vec3 c = vPaint.rgb * bright;
     if (vMark > 1.5) c = mix(c, accent * (0.35 + 0.65 * bright), 0.62);
     else if (vMark > 0.5) c = mix(c, hover, 0.22);
@@ -162,6 +165,7 @@ void main() {
 
 const kFlat = `
 precision highp float;
+uniform float pixel;
 ${kCut}
 in vec3 vWorld;
 flat in vec4 vPaint;
@@ -172,7 +176,7 @@ void main() {
 #endif
     vec3 c = vPaint.rgb;
 #ifdef HATCHED
-    if (mod(gl_FragCoord.x + gl_FragCoord.y, 9.0) < 1.2) c *= 0.62;
+    if (mod((gl_FragCoord.x + gl_FragCoord.y) * pixel, 9.0) < 1.2) c *= 0.62;
 #endif
     color = vec4(c, vPaint.a);
 }`;

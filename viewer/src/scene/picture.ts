@@ -2,7 +2,7 @@
 import { Color, ColorManagement, LinearSRGBColorSpace, Scene as Drawing, WebGLRenderer } from 'three';
 import type { Box, Triple } from '../data/format';
 import { Batches } from './batches';
-import { Camera, type Look } from './camera';
+import { Camera, wantsStillness, type Look } from './camera';
 import { kMostCuts, sharedUniforms, type SharedUniforms } from './materials';
 import type { Node, SceneModel } from './model';
 import type { Placing } from './placing';
@@ -36,6 +36,11 @@ export class Picture {
     private center: Triple;
     private radius = 1;
     private pending = false;
+    private readonly software = isSoftware();
+    private lastFrame = 0;
+    /// Waits for the picture to rest.
+    private rest = 0;
+    private scale = 1;
     private movement: { from: Float64Array; start: number } | null = null;
 
     constructor(
@@ -48,7 +53,7 @@ export class Picture {
         const box = placed.shownBox() ?? placed.boxOf(state.itemShown.keys()) ?? nothing;
         this.middle = times(plus(box.low, box.high), 0.5);
         this.center = this.middle;
-        this.renderer = new WebGLRenderer({ antialias: !isSoftware(), powerPreference: 'high-performance' });
+        this.renderer = new WebGLRenderer({ antialias: !this.software, powerPreference: 'high-performance' });
         // Colours are shown as the scene has them.
         ColorManagement.enabled = false;
         this.renderer.outputColorSpace = LinearSRGBColorSpace;
@@ -114,7 +119,7 @@ export class Picture {
 
     /// Moves items from where they stood to where they stand now.
     moveItems(from: Float64Array): void {
-        if (!matchMedia('(prefers-reduced-motion: reduce)').matches) {
+        if (!wantsStillness()) {
             this.movement = { from, start: performance.now() };
         }
         this.invalidate();
@@ -146,7 +151,7 @@ export class Picture {
     private resize(): void {
         const { clientWidth, clientHeight } = this.host;
         if (clientWidth > 0 && clientHeight > 0) {
-            this.renderer.setPixelRatio(Math.min(devicePixelRatio, 2));
+            this.setScale(this.plainScale);
             this.renderer.setSize(clientWidth, clientHeight);
             this.camera.width = clientWidth;
             this.camera.heightOfPicture = clientHeight;
@@ -155,19 +160,60 @@ export class Picture {
         }
     }
 
+    private get plainScale(): number {
+        return Math.min(devicePixelRatio, 2);
+    }
+
+    private setScale(scale: number): void {
+        if (scale !== this.scale) {
+            this.scale = scale;
+            this.renderer.setPixelRatio(scale);
+            this.shared.pointSize.value = 4 * scale;
+            this.shared.pixel.value = 1 / scale;
+        }
+    }
+
+    /// Whether what is seen is not yet what it will be.
+    get isMoving(): boolean {
+        return this.pending || this.movement !== null || this.camera.isMoving || !this.batches.edges.visible;
+    }
+
     invalidate(): void {
         if (!this.pending) {
             this.pending = true;
-            requestAnimationFrame((now) => {
-                this.pending = false;
-                this.camera.advance(now);
-                this.advance(now);
-                this.draw();
-                if (this.camera.isMoving || this.movement) {
-                    this.invalidate();
-                }
-            });
+            requestAnimationFrame((now) => this.frame(now));
         }
+    }
+
+    private frame(now: number): void {
+        this.pending = false;
+        const gap = now - this.lastFrame;
+        this.lastFrame = now;
+        // When pictures follow one another too slowly, they go without edges until all rests.
+        if (gap > 45 && gap < 400) {
+            this.batches.edges.visible = false;
+        }
+        this.setScale(this.plainScale);
+        this.camera.advance(now);
+        this.advance(now);
+        this.draw();
+        if (this.camera.isMoving || this.movement) {
+            this.invalidate();
+        }
+        clearTimeout(this.rest);
+        this.rest = setTimeout(() => this.finish(), 180);
+    }
+
+    // At rest there is time for a better picture.
+    private finish(): void {
+        if (this.pending) {
+            return;
+        }
+        this.batches.edges.visible = true;
+        if (this.software && !wantsStillness()) {
+            this.setScale(2 * this.plainScale);
+        }
+        this.draw();
     }
 
     private advance(now: number): void {

@@ -169,6 +169,13 @@ export class SceneState {
         this.changed();
     }
 
+    /// Also what the scene hides.
+    showEverything(): void {
+        this.occurrenceVisible.fill(1);
+        this.itemVisible.fill(1);
+        this.changed();
+    }
+
     /// Only these, what is below them and what leads to them.
     isolate(nodes: Node[]): void {
         const { parent } = this.model.file.occurrences;

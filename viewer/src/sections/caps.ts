@@ -1,6 +1,7 @@
 // The cut surfaces of bodies: what a section plane goes through is filled in the colour of its part.
 import { BufferAttribute, BufferGeometry, Group, LineSegments, Mesh, Vector2 } from 'three';
 import type { Triple } from '../data/format';
+import { sizeOf } from '../data/geometry';
 import { colorOf } from '../scene/looks';
 import { flatMaterial, kMostCuts } from '../scene/materials';
 import type { SceneModel } from '../scene/model';
@@ -95,11 +96,13 @@ export class Caps {
 
     private cap({ normal, offset }: CutPlane, item: number, sheet: Sheet): void {
         const mesh = this.model.meshOfItem(item);
-        const surface = mesh?.primitives.find((primitive) => primitive.role === 'faces');
-        if (!mesh || !surface) {
+        const surfaces = mesh?.primitives.filter(({ role }) => role === 'faces') ?? [];
+        if (!mesh || surfaces.length === 0) {
             return;
         }
-        const color = colorOf(this.model, this.state, item, { ...surface, style: -1 });
+        // The inside looks as most of the outside does.
+        const most = surfaces.reduce((a, b) => (sizeOf(b) > sizeOf(a) ? b : a));
+        const color = colorOf(this.model, this.state, item, most);
         if (color[3] < 1) {
             // Through what is transparent the inside is seen anyway.
             return;

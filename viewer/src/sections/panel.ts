@@ -47,11 +47,13 @@ export class SectionPanel {
         this.add({ normal, offset: dot(normal, point) - 1e-4 * this.picture.size, label: 'Face' });
     }
 
-    addAxis(axis: 'x' | 'y' | 'z', offset?: number): void {
+    private addAxis(axis: 'x' | 'y' | 'z'): void {
         const box = this.placing.shownBox();
         const k = 'xyz'.indexOf(axis);
         const middle = box ? (box.low[k] + box.high[k]) / 2 : 0;
-        this.add({ normal: kAxes[axis], offset: offset ?? middle, label: axis.toUpperCase(), axis });
+        // The side that is nearer goes, so that the inside is seen.
+        const sign = kAxes[axis][k] * this.picture.camera.look.direction[k] > 1e-6 ? -1 : 1;
+        this.add({ normal: times(kAxes[axis], sign), offset: sign * middle, label: axis.toUpperCase(), axis });
     }
 
     private add(plane: CutPlane): void {

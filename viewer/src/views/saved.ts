@@ -87,7 +87,7 @@ export class SavedViews {
         const members = view.members?.occurrence.length ?? 0;
         const hidden = view.members?.visible.filter((is) => is === 0).length ?? 0;
         const planes = (view.cameras ?? []).reduce((sum, c) => sum + (this.model.file.cameras[c]?.sections?.length ?? 0), 0);
-        members > 0 && parts.push(`${members} members`);
+        members > 0 && parts.push(members === 1 ? '1 member' : `${members} members`);
         hidden > 0 && parts.push(`${hidden} hidden`);
         planes > 0 && parts.push(planes === 1 ? '1 section' : `${planes} sections`);
         view.active && parts.push('active');
