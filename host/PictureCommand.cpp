@@ -74,6 +74,7 @@ PictureCommand::PictureCommand(CLI::App& program)
     m_meshing.AddTo(Arguments());
     AddReadingOptions(Arguments(), m_picture.source.scene);
     AddInsecureOption(Arguments(), m_picture.source.scene);
+    AddTimeoutOption(Arguments(), m_timeout);
     Arguments().add_flag("--quiet", m_isQuiet, "Say nothing but what fails");
 }
 
@@ -86,6 +87,7 @@ ExitStatus PictureCommand::Run()
     if (!TakeColor(m_background, options.background))
         throw ArgumentError("--background: " + m_background + " is no colour such as #ffffff");
     options.source.import.quality = options.source.exportation.quality = m_meshing.Quality();
+    options.source.import.timeout = options.source.exportation.timeout = m_timeout;
     if (!m_up.empty())
         options.up = static_cast<UpAxis>(m_up.front() - 'x');
     ConvertResult const result = Watched(

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "exchange/DrawPicture.h"
@@ -25,6 +26,7 @@ private:
     std::string m_background = "#ffffff";
     std::string m_up;
     MeshArguments m_meshing;
+    std::optional<unsigned> m_timeout;
     bool m_isQuiet = false;
 };
 

@@ -43,6 +43,7 @@ ViewCommand::ViewCommand(CLI::App& program)
     m_meshing.AddTo(Arguments());
     AddReadingOptions(Arguments(), m_scene);
     AddInsecureOption(Arguments(), m_scene);
+    AddTimeoutOption(Arguments(), m_timeout);
     Arguments().add_flag("--quiet", m_isQuiet, "Say nothing but what fails");
 }
 
@@ -54,6 +55,7 @@ ExitStatus ViewCommand::Run()
     options.exportation.filter = m_filter;
     options.exportation.mostTriangles = m_mostTriangles;
     options.scene = m_scene;
+    options.import.timeout = options.exportation.timeout = m_timeout;
     ConvertResult const result = Watched(
         !m_isQuiet, [&](Progress const& progress) { return ConvertModel(m_source, m_target, options, progress); });
     if (result.outcome != Outcome::kDone)

@@ -28,6 +28,7 @@ private:
     SceneOptions m_scene;
     SceneFilter m_filter;
     std::optional<unsigned long long> m_mostTriangles;
+    std::optional<unsigned> m_timeout;
     bool m_isQuiet = false;
 };
 

@@ -35,6 +35,7 @@ struct KVR_SCENE_API ShapeMeasures
         kNone
     };
 
+    /// Of a face.
     struct Surface
     {
         SurfaceKind kind = SurfaceKind::kOther;
@@ -43,6 +44,7 @@ struct KVR_SCENE_API ShapeMeasures
         /// 0 where it cannot be computed.
         double area = 0.0;
     };
+    /// Of an edge.
     struct Curve
     {
         CurveKind kind = CurveKind::kNone;

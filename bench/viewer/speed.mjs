@@ -24,8 +24,16 @@ for (const file of process.argv.slice(2)) {
     }, kTurns);
     const { calls, pairs, triangles } = await page.totals();
     const { JSHeapUsedSize } = await page.page.metrics();
-    line(basename(file), Math.round(statSync(path).size / 1e3), triangles, (first / 1e3).toFixed(2), (1e3 / each).toFixed(1), calls,
-        pairs, Math.round(JSHeapUsedSize / 1e6));
+    line(
+        basename(file),
+        Math.round(statSync(path).size / 1e3),
+        triangles,
+        (first / 1e3).toFixed(2),
+        (1e3 / each).toFixed(1),
+        calls,
+        pairs,
+        Math.round(JSHeapUsedSize / 1e6),
+    );
     await page.close();
 }
 await finish();

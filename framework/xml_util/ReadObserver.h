@@ -45,7 +45,7 @@ struct TextReading
     bool isUnderstood = true;
     /// Of a boolean: what it was read as, and the test that said so.
     bool value = false;
-    bool (*test)(XMLCh const* text) = nullptr;
+    bool (*test)(XMLCh const* text) = nullptr;  ///< Null for other forms.
     /// Of an enumeration: the texts that it has.
     std::span<std::string_view const> texts{};
     /// Of a transform that converted.
@@ -161,7 +161,7 @@ public:
     virtual void NodeNoted(xercesc::DOMNode const* element, xercesc::DOMNode const* former);
     /// The reading of a noted element begins, and has ended.
     virtual void NodeBegun(xercesc::DOMNode const* element);
-    virtual void NodeEnded(xercesc::DOMNode const* element);
+    virtual void NodeEnded(xercesc::DOMNode const* element);  ///< Tells of the end.
     /// An element under the root was asked for by its id, as written.
     virtual void NodeAsked(UTF8String const& id, ReferenceEnd end);
     /// An element refers to an object by this id; whether one of it was registered then. Only those that are looked up
@@ -194,7 +194,7 @@ public:
         XMLCh const* type = nullptr;
         XMLCh const* value = nullptr;
     };
-    virtual void PropertyMet(PropertyTexts const& texts, bool isMade);
+    virtual void PropertyMet(PropertyTexts const& texts, bool isMade);  ///< Tells of it.
     /// The property met last was made, and goes to an object: whether there is one of its id, and whether that one
     /// holds properties.
     virtual void PropertyHanded(bool isFound, bool isHeld);

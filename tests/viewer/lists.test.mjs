@@ -11,12 +11,29 @@ const rows = (page) => page.page.$$eval('[role=treeitem]', (all) => all.map((row
 test('roles and names for those who do not see the page', async () => {
     const page = await Page.open(boxes());
     const spoken = await page.spoken();
-    for (const line of ['tree Occurrences', 'treeitem Red box', 'tab Tree', 'tab Views', 'tab Layers', 'searchbox Search names, ids and properties',
-        'toolbar Tools', 'button Fit', 'button Section', 'button Front view', 'application Picture of the model']) {
+    for (const line of [
+        'tree Occurrences',
+        'treeitem Red box',
+        'tab Tree',
+        'tab Views',
+        'tab Layers',
+        'searchbox Search names, ids and properties',
+        'toolbar Tools',
+        'button Fit',
+        'button Section',
+        'button Front view',
+        'application Picture of the model',
+    ]) {
         assert.ok(spoken.includes(line), `${line} in ${spoken.join('\n')}`);
     }
-    const unnamed = await page.page.$$eval('button, input, select', (all) =>
-        all.filter((one) => !(one.textContent.trim() || one.getAttribute('aria-label') || one.closest('label')?.textContent)).length);
+    const unnamed = await page.page.$$eval(
+        'button, input, select',
+        (all) =>
+            all.filter(
+                (one) =>
+                    !(one.textContent.trim() || one.getAttribute('aria-label') || one.closest('label')?.textContent),
+            ).length,
+    );
     assert.equal(unnamed, 0);
     await page.close();
 });
@@ -58,11 +75,17 @@ test('search finds names, ids and properties', async () => {
 });
 
 test('ten thousand rows are some dozens of elements', async () => {
-    const page = await Page.open(boxes((file, scene) => {
-        for (let i = 0; i < 10000; ++i) {
-            scene.place(1, { id: `n${i}`, label: `Number ${i}`, at: [12 * (i % 100), 12 * Math.floor(i / 100), 0] });
-        }
-    }, 'rows'));
+    const page = await Page.open(
+        boxes((file, scene) => {
+            for (let i = 0; i < 10000; ++i) {
+                scene.place(1, {
+                    id: `n${i}`,
+                    label: `Number ${i}`,
+                    at: [12 * (i % 100), 12 * Math.floor(i / 100), 0],
+                });
+            }
+        }, 'rows'),
+    );
     assert.ok((await rows(page)).length < 60);
     await (await page.find('tree', 'Occurrences')).focus();
     await page.press('End');
@@ -82,7 +105,10 @@ test('ten thousand rows are some dozens of elements', async () => {
 
 test('the panel can be copied as JSON', async () => {
     const page = await Page.open(boxes(), {
-        before: () => Object.defineProperty(navigator, 'clipboard', { value: { writeText: async (text) => void (window.copied = text) } }),
+        before: () =>
+            Object.defineProperty(navigator, 'clipboard', {
+                value: { writeText: async (text) => void (window.copied = text) },
+            }),
     });
     await page.press('1');
     await page.clickAt([10, 5, 5]);
@@ -95,13 +121,14 @@ test('the panel can be copied as JSON', async () => {
     await page.close();
 });
 
-const withLayers = () => boxes((file) => {
-    file.layers.push({ id: 'l', label: 'Reds', number: 7, visible: true, items: ['red'] });
-    file.layers.push({ id: 'm', label: 'Off at first', number: 8, visible: false, items: ['grey'] });
-    file.layers.push({ id: 'n', label: 'Sheets', number: 9, visible: true, items: ['plate-mesh'] });
-    file.groups.push({ id: 'g', label: 'All boxes', items: ['box'] });
-    file.lods.push({ id: 'd', label: 'Coarse', description: 'for a look from afar' });
-}, 'layers');
+const withLayers = () =>
+    boxes((file) => {
+        file.layers.push({ id: 'l', label: 'Reds', number: 7, visible: true, items: ['red'] });
+        file.layers.push({ id: 'm', label: 'Off at first', number: 8, visible: false, items: ['grey'] });
+        file.layers.push({ id: 'n', label: 'Sheets', number: 9, visible: true, items: ['plate-mesh'] });
+        file.groups.push({ id: 'g', label: 'All boxes', items: ['box'] });
+        file.lods.push({ id: 'd', label: 'Coarse', description: 'for a look from afar' });
+    }, 'layers');
 
 test('layers and groups are switches', async () => {
     const page = await Page.open(withLayers());
@@ -125,22 +152,35 @@ test('layers and groups are switches', async () => {
     await page.close();
 });
 
-const withNote = () => boxes((file, scene) => {
-    const geometry = file.geometry.push({ kind: 'note', class: 'IAnnotationCallout', id: 'note', label: 'Flat', metres: 0.001 }) - 1;
-    file.components[1].geometry.push(geometry);
-    const entry = { occurrence: 2, geometry, transform: 0, visible: 1, style: -1, keeps: 1 };
-    Object.entries(entry).forEach(([name, value]) => file.items[name].push(value));
-    // Items stand in the order of their occurrences.
-    for (const list of Object.values(file.items)) {
-        list.splice(2, 0, list.pop());
-    }
-    file.notes.push({
-        geometry, id: 'note', label: 'Flat', kind: 'tolerance', visible: true, height: 6,
-        text: [[{ text: 'MMMM', bold: true }], [{ text: 'second line', italic: true }]],
-        plane: { origin: [0, 0, 20], normal: [0, -1, 0], reference: [1, 0, 0] },
-        targets: [{ id: 'box-mesh', geometry: 0, faces: [2] }],
-    });
-}, 'note');
+const withNote = () =>
+    boxes((file, scene) => {
+        const geometry =
+            file.geometry.push({
+                kind: 'note',
+                class: 'IAnnotationCallout',
+                id: 'note',
+                label: 'Flat',
+                metres: 0.001,
+            }) - 1;
+        file.components[1].geometry.push(geometry);
+        const entry = { occurrence: 2, geometry, transform: 0, visible: 1, style: -1, keeps: 1 };
+        Object.entries(entry).forEach(([name, value]) => file.items[name].push(value));
+        // Items stand in the order of their occurrences.
+        for (const list of Object.values(file.items)) {
+            list.splice(2, 0, list.pop());
+        }
+        file.notes.push({
+            geometry,
+            id: 'note',
+            label: 'Flat',
+            kind: 'tolerance',
+            visible: true,
+            height: 6,
+            text: [[{ text: 'MMMM', bold: true }], [{ text: 'second line', italic: true }]],
+            plane: { origin: [0, 0, 20], normal: [0, -1, 0], reference: [1, 0, 0] },
+            targets: [{ id: 'box-mesh', geometry: 0, faces: [2] }],
+        });
+    }, 'note');
 
 // Dark pixels around a place.
 async function ink(page, point, size) {

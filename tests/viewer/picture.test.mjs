@@ -77,9 +77,18 @@ test('two fingers zoom', async () => {
     const client = await page.page.createCDPSession();
     const touch = (type, points) =>
         client.send('Input.dispatchTouchEvent', { type, touchPoints: points.map(([x, y], id) => ({ x, y, id })) });
-    await touch('touchStart', [[450, 300], [490, 300]]);
-    await touch('touchMove', [[430, 300], [510, 300]]);
-    await touch('touchMove', [[410, 300], [530, 300]]);
+    await touch('touchStart', [
+        [450, 300],
+        [490, 300],
+    ]);
+    await touch('touchMove', [
+        [430, 300],
+        [510, 300],
+    ]);
+    await touch('touchMove', [
+        [410, 300],
+        [530, 300],
+    ]);
     await touch('touchEnd', []);
     await page.settle();
     assert.ok((await page.camera()).height < height * 0.5);
@@ -153,7 +162,16 @@ test('the view of a click: tree, panel and line of state follow; a row is chosen
     await page.clickAt(kRedFront);
     assert.ok(await page.page.$('[role=treeitem][aria-selected=true][aria-label="Red box"]'));
     const panel = await page.text('.panel');
-    for (const text of ['Red box', 'Material', 'Steel', 'f2', '1000 mm\u00b3', '600 mm\u00b2', '0.00785 kg', '10 mm \u00d7 10 mm']) {
+    for (const text of [
+        'Red box',
+        'Material',
+        'Steel',
+        'f2',
+        '1000 mm\u00b3',
+        '600 mm\u00b2',
+        '0.00785 kg',
+        '10 mm \u00d7 10 mm',
+    ]) {
         assert.ok(panel.includes(text), `${text} in ${panel}`);
     }
     await page.page.click('[role=treeitem][aria-label="Grey box"]');
@@ -190,11 +208,18 @@ test('a light background and a dark one', async () => {
 });
 
 test('draw calls depend on meshes, not on occurrences', async () => {
-    const page = await Page.open(boxes((file, scene) => {
-        for (let i = 0; i < 500; ++i) {
-            scene.place(1, { id: `more${i}`, label: `More ${i}`, at: [12 * (i % 25), 40 + 12 * Math.floor(i / 25), 0], style: i % 3 });
-        }
-    }, 'many'));
+    const page = await Page.open(
+        boxes((file, scene) => {
+            for (let i = 0; i < 500; ++i) {
+                scene.place(1, {
+                    id: `more${i}`,
+                    label: `More ${i}`,
+                    at: [12 * (i % 25), 40 + 12 * Math.floor(i / 25), 0],
+                    style: i % 3,
+                });
+            }
+        }, 'many'),
+    );
     const { calls, pairs, trianglesDrawn } = await page.totals();
     assert.ok(calls <= 3 * pairs, `${calls} calls for ${pairs} pairs`);
     assert.equal(trianglesDrawn, 12 * 504);
@@ -202,14 +227,15 @@ test('draw calls depend on meshes, not on occurrences', async () => {
 });
 
 // A box beside the others, whose mesh and place the test makes.
-const withBox = (change, transform, name, keeps = 1) => boxes((file, scene, glb) => {
-    const mesh = glb.mesh(boxMesh([10, 10, 10]));
-    change(glb.json.meshes[mesh].primitives, scene, glb);
-    const part = scene.part({ id: 'extra', label: 'Extra', mesh });
-    const occurrence = scene.place(part, { id: 'extra', label: 'Extra', style: 0 });
-    file.occurrences.transform[occurrence] = scene.transform(transform);
-    file.items.keeps.splice(-1, 1, keeps);
-}, name);
+const withBox = (change, transform, name, keeps = 1) =>
+    boxes((file, scene, glb) => {
+        const mesh = glb.mesh(boxMesh([10, 10, 10]));
+        change(glb.json.meshes[mesh].primitives, scene, glb);
+        const part = scene.part({ id: 'extra', label: 'Extra', mesh });
+        const occurrence = scene.place(part, { id: 'extra', label: 'Extra', style: 0 });
+        file.occurrences.transform[occurrence] = scene.transform(transform);
+        file.items.keeps.splice(-1, 1, keeps);
+    }, name);
 const kUp = [1, 0, 0, 0, 0, 1, 0, 5, 0, 0, 1, 20];
 
 test('without normals a surface is flat', async () => {
@@ -241,16 +267,32 @@ test('faces have their own styles unless an override covers them', async () => {
 });
 
 test('lines, points and clouds are drawn in their styles, and can be chosen', async () => {
-    const page = await Page.open(boxes((file, scene, glb) => {
-        const lines = { mode: 1, attributes: { POSITION: glb.floats([0, 5, 30, 60, 5, 30]) }, indices: glb.whole([0, 1]), extras: { role: 'lines' } };
-        const points = { mode: 0, attributes: { POSITION: glb.floats([10, 5, 40, 30, 5, 40, 50, 5, 40]) }, extras: { role: 'points' } };
-        [lines, points].forEach((primitive, i) => {
-            glb.json.meshes.push({ primitives: [primitive] });
-            const name = ['Line', 'Cloud'][i];
-            const part = scene.part({ id: name, label: name, mesh: glb.json.meshes.length - 1, geometry: { kind: ['curve', 'cloud'][i] } });
-            scene.place(part, { id: name, label: name, style: 0 });
-        });
-    }, 'thin'));
+    const page = await Page.open(
+        boxes((file, scene, glb) => {
+            const lines = {
+                mode: 1,
+                attributes: { POSITION: glb.floats([0, 5, 30, 60, 5, 30]) },
+                indices: glb.whole([0, 1]),
+                extras: { role: 'lines' },
+            };
+            const points = {
+                mode: 0,
+                attributes: { POSITION: glb.floats([10, 5, 40, 30, 5, 40, 50, 5, 40]) },
+                extras: { role: 'points' },
+            };
+            [lines, points].forEach((primitive, i) => {
+                glb.json.meshes.push({ primitives: [primitive] });
+                const name = ['Line', 'Cloud'][i];
+                const part = scene.part({
+                    id: name,
+                    label: name,
+                    mesh: glb.json.meshes.length - 1,
+                    geometry: { kind: ['curve', 'cloud'][i] },
+                });
+                scene.place(part, { id: name, label: name, style: 0 });
+            });
+        }, 'thin'),
+    );
     await page.press('1');
     assertColor(await page.color([30, 5, 40]), kRed);
     await page.clickAt([30, 5, 40]);

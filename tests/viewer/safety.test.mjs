@@ -23,26 +23,46 @@ const kHostile = [
     '__proto__',
 ];
 
-const hostile = () => boxes((file, scene) => {
-    file.title = kScript;
-    file.source = { file: kScript, model: kScript };
-    file.remarks = [kScript];
-    file.unit.name = kScript;
-    kHostile.forEach((text, i) => {
-        const part = scene.part({ id: text, label: text, mesh: 0, properties: [[text, text], ['__proto__', kScript]] });
-        file.components[part].fileProperties = { title: text };
-        scene.place(part, { id: text, label: text, at: [12 * i, 40, 0] });
-        file.layers.push({ id: text, label: text, description: text, visible: true, items: [text] });
-        file.groups.push({ id: text, label: text, items: [text, 'nobody'] });
-        file.lods.push({ id: text, label: text, description: text });
-        file.views.push({ id: text, label: text, cameras: [] });
-        file.notes.push({ geometry: 0, id: text, label: text, kind: text, text: [[{ text, bold: true }]], plane: {}, targets: [{ id: text }] });
-    });
-}, 'hostile');
+const hostile = () =>
+    boxes((file, scene) => {
+        file.title = kScript;
+        file.source = { file: kScript, model: kScript };
+        file.remarks = [kScript];
+        file.unit.name = kScript;
+        kHostile.forEach((text, i) => {
+            const part = scene.part({
+                id: text,
+                label: text,
+                mesh: 0,
+                properties: [
+                    [text, text],
+                    ['__proto__', kScript],
+                ],
+            });
+            file.components[part].fileProperties = { title: text };
+            scene.place(part, { id: text, label: text, at: [12 * i, 40, 0] });
+            file.layers.push({ id: text, label: text, description: text, visible: true, items: [text] });
+            file.groups.push({ id: text, label: text, items: [text, 'nobody'] });
+            file.lods.push({ id: text, label: text, description: text });
+            file.views.push({ id: text, label: text, cameras: [] });
+            file.notes.push({
+                geometry: 0,
+                id: text,
+                label: text,
+                kind: text,
+                text: [[{ text, bold: true }]],
+                plane: {},
+                targets: [{ id: text }],
+            });
+        });
+    }, 'hostile');
 
 async function unharmed(page) {
     assert.equal(await page.run(() => window.harmed), undefined);
-    assert.equal(await page.run(() => document.querySelectorAll('img, iframe, object, embed, [onerror], [onload]').length), 0);
+    assert.equal(
+        await page.run(() => document.querySelectorAll('img, iframe, object, embed, [onerror], [onload]').length),
+        0,
+    );
 }
 
 test('names that are scripts, tags or marks are shown as text', async () => {
@@ -73,7 +93,9 @@ test('names that are scripts, tags or marks are shown as text', async () => {
 });
 
 test('links that are scripts do nothing', async () => {
-    const hash = `#view=${encodeURIComponent(kScript)}&path=${encodeURIComponent(kScript)}&path=%E0%A4%A&cut=n:NaN,1,2,3&camera=perspective,${'NaN,'.repeat(11)}&explode=1e999&__proto__=1`;
+    const script = encodeURIComponent(kScript);
+    const camera = `perspective,${'NaN,'.repeat(11)}`;
+    const hash = `#view=${script}&path=${script}&path=%E0%A4%A&cut=n:NaN,1,2,3&camera=${camera}&explode=1e999&__proto__=1`;
     const page = await Page.open(boxes(), { hash });
     await unharmed(page);
     assert.ok((await page.camera()).height > 0);
@@ -82,11 +104,21 @@ test('links that are scripts do nothing', async () => {
 
 test('a name of ten megabytes is shown by its beginning', async () => {
     const long = `begin ${'x'.repeat(10_000_000)}`;
-    const page = await Page.open(boxes((file, scene) => {
-        const part = scene.part({ id: 'long', label: long, mesh: 0, properties: [['Text', long], [long, 1]] });
-        scene.place(part, { id: 'long', label: long, at: [0, 40, 0] });
-        file.notes.push({ geometry: 0, id: 'n', label: long, text: [[{ text: long }]], plane: {} });
-    }, 'long'));
+    const page = await Page.open(
+        boxes((file, scene) => {
+            const part = scene.part({
+                id: 'long',
+                label: long,
+                mesh: 0,
+                properties: [
+                    ['Text', long],
+                    [long, 1],
+                ],
+            });
+            scene.place(part, { id: 'long', label: long, at: [0, 40, 0] });
+            file.notes.push({ geometry: 0, id: 'n', label: long, text: [[{ text: long }]], plane: {} });
+        }, 'long'),
+    );
     assert.ok((await page.run(() => document.body.textContent.length)) < 20000);
     await (await page.find('tree', 'Occurrences')).focus();
     await page.press('End', 'Enter');
@@ -106,13 +138,28 @@ test('the policy of the page lets nothing else run or load', async () => {
         document.body.append(holder);
     });
     // Text as code, at a time when nobody else has a hand in the page.
-    await page.run(() => new Promise((done) => {
-        setTimeout('window.harmed = 1');
-        setTimeout(done, 50);
-    }));
-    assert.equal(await page.run(() => fetch('https://example.invalid/').then(() => 'loaded', () => 'refused')), 'refused');
+    await page.run(
+        () =>
+            new Promise((done) => {
+                setTimeout('window.harmed = 1');
+                setTimeout(done, 50);
+            }),
+    );
+    assert.equal(
+        await page.run(() =>
+            fetch('https://example.invalid/').then(
+                () => 'loaded',
+                () => 'refused',
+            ),
+        ),
+        'refused',
+    );
     assert.equal(await page.run(() => window.harmed), undefined);
-    assert.ok(page.errors.length >= 3 && page.errors.every((error) => /Content Security Policy|Refused|violates|Fetch API/.test(error)), page.errors.join('\n'));
+    assert.ok(
+        page.errors.length >= 3 &&
+            page.errors.every((error) => /Content Security Policy|Refused|violates|Fetch API/.test(error)),
+        page.errors.join('\n'),
+    );
     page.errors = [];
     await page.close();
 });

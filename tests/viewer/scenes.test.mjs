@@ -34,7 +34,9 @@ async function compare(page, name) {
 
 function certified(model) {
     try {
-        return JSON.parse(execFileSync(kTool, ['certify', '--quiet', '--json', model], { stdio: ['ignore', 'pipe', 'ignore'] }));
+        return JSON.parse(
+            execFileSync(kTool, ['certify', '--quiet', '--json', model], { stdio: ['ignore', 'pipe', 'ignore'] }),
+        );
     } catch (error) {
         // A status other than 0 says that something differs; the counts are there all the same.
         return JSON.parse(error.stdout);

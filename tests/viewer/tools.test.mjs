@@ -11,7 +11,9 @@ after(finish);
 // How many pixels between two points, the lower left and the upper right one, are those of a hatched cut surface.
 async function hatched(page, color, from, to) {
     const image = await page.screenshot();
-    const [[left, bottom], [right, top]] = [await page.place(from), await page.place(to)].map((place) => place.map(Math.round));
+    const [[left, bottom], [right, top]] = [await page.place(from), await page.place(to)].map((place) =>
+        place.map(Math.round),
+    );
     const hatch = color.map((part) => part * 0.62);
     let count = 0;
     for (let y = top + 3; y < bottom - 3; ++y) {
@@ -44,18 +46,24 @@ test('a section shows the inside, filled, and can be moved, turned and taken awa
 });
 
 test('inside of a hollow body there is nothing', async () => {
-    const page = await Page.open(boxes((file, scene, glb) => {
-        // A box in a box, both closed: what lies between is filled.
-        const mesh = glb.json.meshes[0].primitives[0];
-        const outer = glb.chunks[glb.json.accessors[mesh.attributes.POSITION].bufferView];
-        const positions = [...new Float32Array(outer.buffer, outer.byteOffset, outer.length / 4)];
-        const inner = positions.map((part) => 2.5 + part / 2);
-        const index = glb.chunks[glb.json.accessors[mesh.indices].bufferView];
-        const triangles = [...new Uint32Array(index.buffer, index.byteOffset, index.length / 4)];
-        const hollow = glb.mesh({ positions: [...positions, ...inner], triangles: [...triangles, ...triangles.map((i) => i + 24)], faceStarts: [0] });
-        const part = scene.part({ id: 'hollow', label: 'Hollow', mesh: hollow });
-        scene.place(part, { id: 'h', label: 'Hollow', at: [0, 0, 40], style: 0 });
-    }, 'hollow'));
+    const page = await Page.open(
+        boxes((file, scene, glb) => {
+            // A box in a box, both closed: what lies between is filled.
+            const mesh = glb.json.meshes[0].primitives[0];
+            const outer = glb.chunks[glb.json.accessors[mesh.attributes.POSITION].bufferView];
+            const positions = [...new Float32Array(outer.buffer, outer.byteOffset, outer.length / 4)];
+            const inner = positions.map((part) => 2.5 + part / 2);
+            const index = glb.chunks[glb.json.accessors[mesh.indices].bufferView];
+            const triangles = [...new Uint32Array(index.buffer, index.byteOffset, index.length / 4)];
+            const hollow = glb.mesh({
+                positions: [...positions, ...inner],
+                triangles: [...triangles, ...triangles.map((i) => i + 24)],
+                faceStarts: [0],
+            });
+            const part = scene.part({ id: 'hollow', label: 'Hollow', mesh: hollow });
+            scene.place(part, { id: 'h', label: 'Hollow', at: [0, 0, 40], style: 0 });
+        }, 'hollow'),
+    );
     await page.press('1', 'c');
     await page.click('button', 'Cut across Y');
     await page.run((value) => {
@@ -94,7 +102,13 @@ test('the explode slider moves parts apart', async () => {
 });
 
 const result = (page, name) =>
-    page.run((wanted) => [...document.querySelectorAll('.results dt')].filter((one) => one.textContent === wanted).map((one) => one.nextSibling.textContent), name);
+    page.run(
+        (wanted) =>
+            [...document.querySelectorAll('.results dt')]
+                .filter((one) => one.textContent === wanted)
+                .map((one) => one.nextSibling.textContent),
+        name,
+    );
 
 test('measuring points, edges and faces, in other units too', async () => {
     const page = await Page.open(boxes());
@@ -129,19 +143,43 @@ test('edges and faces have lengths, areas, angles', async () => {
     await page.close();
 });
 
-const withView = () => boxes((file, scene) => {
-    file.cameras.push({
-        id: 'cam', label: 'Camera', type: 'perspective', position: [30, -100, 40], direction: [0, 1, 0], up: [0, 0, 1],
-        angle: 0.7, distance: 105, sections: [{ origin: [0, 0, 8], normal: [0, 0, 1] }],
-    });
-    file.cameras.push({ id: 'flat', label: 'Flat', type: 'parallel', position: [30, 10, 200], direction: [0, 0, -1], up: [0, 1, 0], height: 55 });
-    const moved = scene.transform([1, 0, 0, 5, 0, 1, 0, 5, 0, 0, 1, 30]);
-    file.views.push({
-        id: 'v/1', label: 'Open', cameras: [0],
-        members: { occurrence: [2, 4], geometry: [-1, -1], visible: [1, 0], transform: [moved, -1], style: [1, -1] },
-    });
-    file.views.push({ id: 'v2', label: 'From above', cameras: [1] });
-}, 'view');
+const withView = () =>
+    boxes((file, scene) => {
+        file.cameras.push({
+            id: 'cam',
+            label: 'Camera',
+            type: 'perspective',
+            position: [30, -100, 40],
+            direction: [0, 1, 0],
+            up: [0, 0, 1],
+            angle: 0.7,
+            distance: 105,
+            sections: [{ origin: [0, 0, 8], normal: [0, 0, 1] }],
+        });
+        file.cameras.push({
+            id: 'flat',
+            label: 'Flat',
+            type: 'parallel',
+            position: [30, 10, 200],
+            direction: [0, 0, -1],
+            up: [0, 1, 0],
+            height: 55,
+        });
+        const moved = scene.transform([1, 0, 0, 5, 0, 1, 0, 5, 0, 0, 1, 30]);
+        file.views.push({
+            id: 'v/1',
+            label: 'Open',
+            cameras: [0],
+            members: {
+                occurrence: [2, 4],
+                geometry: [-1, -1],
+                visible: [1, 0],
+                transform: [moved, -1],
+                style: [1, -1],
+            },
+        });
+        file.views.push({ id: 'v2', label: 'From above', cameras: [1] });
+    }, 'view');
 
 test('a saved view brings camera, members, styles and sections', async () => {
     const page = await Page.open(withView(), { motion: 'no-preference' });
@@ -155,7 +193,10 @@ test('a saved view brings camera, members, styles and sections', async () => {
     assert.equal(camera.perspective, true);
     const [red, green] = await page.color([50, 5, 5]);
     assert.ok(green > red + 20, 'where the grey box stood the green plate is seen');
-    assert.equal(await page.run(() => document.querySelector('.page:not([hidden]) .entry').getAttribute('aria-pressed')), 'true');
+    assert.equal(
+        await page.run(() => document.querySelector('.page:not([hidden]) .entry').getAttribute('aria-pressed')),
+        'true',
+    );
     await above.click();
     await page.settle();
     assert.equal((await page.camera()).height, 55);
@@ -173,7 +214,14 @@ test('a member of a view is moved and has the style of the view', async () => {
     await page.press('p', '1', 'Escape');
     // From 5, 5, 0 it went up by 30, in transparent blue.
     const found = await page.color([10, 5, 35]);
-    assert.ok(near(found, kBlue.map((part, i) => part * 0.75 + kBackground[i] * 0.25), 6), `${found}`);
+    assert.ok(
+        near(
+            found,
+            kBlue.map((part, i) => part * 0.75 + kBackground[i] * 0.25),
+            6,
+        ),
+        `${found}`,
+    );
     assertColor(await page.color([10, 5, 5]), kBackground);
     await page.tab('Views');
     await page.click('button', 'As in the scene');
@@ -201,18 +249,47 @@ test('a link brings back the state', async () => {
     assert.equal(await again.text('.panel h2'), 'Grey box');
     assertColor(await again.color([50, 5, 5]), kBackground);
     await again.close();
-    const written = await Page.open(file, { hash: '#view=v%2F1&path=red&path=nowhere/at/all&cut=z:3&cut=wrong&hide=p' });
+    const written = await Page.open(file, {
+        hash: '#view=v%2F1&path=red&path=nowhere/at/all&cut=z:3&cut=wrong&hide=p',
+    });
     assert.equal(await written.text('.panel h2'), 'Red box');
     assert.equal((await written.camera()).angle, 0.7);
     assert.equal(await written.run(() => document.querySelectorAll('.cut').length), 1);
     await written.close();
 });
 
+test('a link holds what is hidden and transparent, in a view too', async () => {
+    const file = withView();
+    const page = await Page.open(file);
+    await page.press('1');
+    await page.clickAt([10, 5, 5]);
+    await page.press('h');
+    await page.clickAt([50, 5, 5]);
+    await page.press('g', 'l');
+    const hash = await page.run(() => location.hash);
+    assert.match(hash, /&hide=red&ghost=grey$/);
+    await page.tab('Views');
+    await (await page.page.$('.page:not([hidden]) .entry')).click();
+    await page.press('c');
+    await page.click('button', 'Remove all section planes');
+    await page.press('l');
+    assert.match(await page.run(() => location.hash), /view=v%2F1&cut=none/);
+    assert.doesNotMatch(await page.run(() => location.hash), /hide/);
+    await page.close();
+    const again = await Page.open(file, { hash });
+    assertColor(await again.color([10, 5, 5]), kBackground);
+    await again.press('Escape');
+    assert.ok(!near(await again.color([50, 5, 5]), kGrey, 15));
+    await again.close();
+});
+
 test('the picture can be saved', async () => {
     const page = await Page.open(boxes());
     const client = await page.page.createCDPSession();
     await client.send('Browser.setDownloadBehavior', { behavior: 'allow', downloadPath: folder, eventsEnabled: true });
-    const done = new Promise((resolve) => client.on('Browser.downloadProgress', ({ state }) => state === 'completed' && resolve()));
+    const done = new Promise((resolve) =>
+        client.on('Browser.downloadProgress', ({ state }) => state === 'completed' && resolve()),
+    );
     await page.press('1');
     await page.click('button', 'Save as PNG');
     await done;

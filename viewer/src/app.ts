@@ -65,7 +65,13 @@ export class App {
         const side = this.tabs.box;
         const facts = new FactsOf(model, this.state, this.placing, this.units);
         this.units.changed = () => this.state.tell('detail');
-        const properties = new Properties(model, this.state, facts, () => this.fit(), (text) => this.messages.say(text));
+        const properties = new Properties(
+            model,
+            this.state,
+            facts,
+            () => this.fit(),
+            (text) => this.messages.say(text),
+        );
         const head = element('header', { class: 'bar' }, this.heading(), this.tools);
         host.replaceChildren(head, side, this.place, properties.box, this.status, this.help.box);
 
@@ -81,7 +87,10 @@ export class App {
         this.links = new Links(model, this.state, this.placing, views, this.picture);
         this.tabs.add('Tree', this.tree.box);
         this.tabs.add('Views', views.box);
-        this.tabs.add(model.file.notes.length > 0 ? `Notes (${count(model.file.notes.length)})` : 'Notes', this.notes.box);
+        this.tabs.add(
+            model.file.notes.length > 0 ? `Notes (${count(model.file.notes.length)})` : 'Notes',
+            this.notes.box,
+        );
         this.tabs.add('Layers', layers.box);
         this.place.append(this.cards.box, this.messages.box);
         this.picture && this.place.append(this.whenAllIsHidden());
@@ -187,12 +196,23 @@ export class App {
             setPressed(edges, true);
             this.section && this.card('Section', 'section', 'c', this.section.box);
             this.card('Explode', 'explode', 'x', new Explode(state, this.placing).box);
-            this.measure && this.card('Measure', 'measure', 'm', this.measure.box, (open) => this.measure?.setActive(open));
+            this.measure &&
+                this.card('Measure', 'measure', 'm', this.measure.box, (open) => this.measure?.setActive(open));
         }
-        const selected = (action: (nodes: Node[]) => void) => () => void (state.selection.length > 0 && action(state.selection));
-        this.keys.set('h', selected((nodes) => state.setShown(nodes, !nodes.every((node) => state.isShown(node)))));
-        this.keys.set('i', selected((nodes) => state.isolate(nodes)));
-        this.keys.set('g', selected((nodes) => state.toggleGhost(nodes)));
+        const selected = (action: (nodes: Node[]) => void) => () =>
+            void (state.selection.length > 0 && action(state.selection));
+        this.keys.set(
+            'h',
+            selected((nodes) => state.setShown(nodes, !nodes.every((node) => state.isShown(node)))),
+        );
+        this.keys.set(
+            'i',
+            selected((nodes) => state.isolate(nodes)),
+        );
+        this.keys.set(
+            'g',
+            selected((nodes) => state.toggleGhost(nodes)),
+        );
         this.keys.set('a', () => state.showAll());
         this.keys.set('n', () => this.notes.setShown(!state.notesShown));
         this.keys.set('/', () => {
@@ -226,7 +246,7 @@ export class App {
             return;
         }
         const kind = hit?.primitive.role === 'faces' ? 'face' : 'edge';
-        const detail = hit && hit.number >= 0 ? { item: hit.item, kind, number: hit.number } as const : null;
+        const detail = hit && hit.number >= 0 ? ({ item: hit.item, kind, number: hit.number } as const) : null;
         this.state.select(hit ? this.nodeOf(hit.item) : null, event.ctrlKey || event.metaKey, detail);
     }
 
@@ -239,7 +259,8 @@ export class App {
         const { nodes, details } = targetsOf(this.model, note);
         const { occurrence, geometry } = this.model.file.items;
         const item = geometry.indexOf(note.geometry);
-        this.state.selection = item >= 0 ? [...nodes, { occurrence: occurrence[item], geometry: note.geometry }] : nodes;
+        this.state.selection =
+            item >= 0 ? [...nodes, { occurrence: occurrence[item], geometry: note.geometry }] : nodes;
         this.state.detail = null;
         this.state.tell('selection', 'detail');
         if (this.drawing) {
@@ -251,7 +272,10 @@ export class App {
 
     private showDetail(): void {
         const { detail, itemShown } = this.state;
-        this.edges?.show(detail && itemShown[detail.item] ? [detail] : [], [...(this.theme?.accent ?? [0, 0.4, 1]), 0.75] as [number, number, number, number]);
+        this.edges?.show(detail && itemShown[detail.item] ? [detail] : [], [
+            ...(this.theme?.accent ?? [0, 0.4, 1]),
+            0.75,
+        ] as [number, number, number, number]);
     }
 
     // The path of what is under the pointer, and which face or edge of it that is.

@@ -25,7 +25,9 @@ declare global {
 }
 
 async function start(host: HTMLElement): Promise<void> {
-    host.replaceChildren(element('p', { class: 'loading', text: 'Reading the model\u2026', attributes: { role: 'status' } }));
+    host.replaceChildren(
+        element('p', { class: 'loading', text: 'Reading the model\u2026', attributes: { role: 'status' } }),
+    );
     const [scene, geometry] = await Promise.all([unpack('kvr-scene'), unpack('kvr-geometry')]);
     const file = JSON.parse(new TextDecoder().decode(scene)) as SceneFile;
     if (file.format !== 'kvr-view' || file.version !== 1) {
@@ -53,7 +55,13 @@ const host = document.getElementById('app');
 if (host) {
     start(host).catch((error: unknown) => {
         const reason = error instanceof Error ? error.message : String(error);
-        host.replaceChildren(element('p', { class: 'loading', text: `The model cannot be shown. ${reason}`, attributes: { role: 'alert' } }));
+        host.replaceChildren(
+            element('p', {
+                class: 'loading',
+                text: `The model cannot be shown. ${reason}`,
+                attributes: { role: 'alert' },
+            }),
+        );
         throw error;
     });
 }

@@ -157,6 +157,31 @@ TEST(Accounting, AgreesOnEveryExampleAndSeed)
     }
 }
 
+TEST(Accounting, AgreesOnEverySeedOfASideFile)
+{
+    struct Place
+    {
+        char const* seeds;
+        char const* file;
+    };
+    constexpr Place kPlaces[] = {
+        {"kvr_fuzz_assets", "complete.assets"},          {"kvr_fuzz_persistent_ids", "complete.ids.xml"},
+        {"kvr_fuzz_properties", "complete.kvrproperty"}, {"kvr_fuzz_store_geometry_info", "complete.geometry"},
+        {"kvr_fuzz_store_mesh_info", "complete.mesh"},   {"kvr_fuzz_store_segments", "complete.seg"},
+        {"kvr_fuzz_store_kernel", "complete.sab"},
+    };
+    fs::path const seeds = fs::path(KVR_EXAMPLES_DIR).parent_path() / "fuzz/seeds";
+    for (Place const& place : kPlaces)
+    {
+        CompleteCopy const copy;
+        for (auto const& entry : fs::directory_iterator(seeds / place.seeds))
+        {
+            WriteBytes(copy.PathOf(place.file), BytesOf(entry.path().string()));
+            EXPECT_TRUE(Agrees(copy.PathOf("complete.xml"), entry.path().string()));
+        }
+    }
+}
+
 TEST(Accounting, AgreesOnMutantsOfADocument)
 {
     CompleteCopy const copy;

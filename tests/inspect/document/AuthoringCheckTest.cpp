@@ -17,7 +17,6 @@ namespace
 {
 
 using namespace Authoring;
-using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
 std::vector<std::string> FindingsOf(std::string const& path)

@@ -1,6 +1,7 @@
 #include "tests/inspect/document/SceneTags.h"
 
 #include <algorithm>
+#include <regex>
 
 namespace KVR::Test
 {
@@ -75,6 +76,23 @@ std::vector<SceneTag> TagsOf(std::string const& text)
 std::size_t LineOf(std::string const& text, std::size_t at)
 {
     return 1 + static_cast<std::size_t>(std::count(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(at), '\n'));
+}
+
+std::string Replaced(std::string text, std::size_t at, std::size_t length, std::string const& by)
+{
+    return text.replace(at, length, by);
+}
+
+std::string OtherCase(std::string name)
+{
+    bool const isUpper = name[0] >= 'A' && name[0] <= 'Z';
+    name[0] = static_cast<char>(isUpper ? name[0] - 'A' + 'a' : name[0] - 'a' + 'A');
+    return name;
+}
+
+bool Matches(std::string const& text, char const* pattern)
+{
+    return std::regex_match(text, std::regex(pattern));
 }
 
 }  // namespace KVR::Test

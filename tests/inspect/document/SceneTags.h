@@ -42,4 +42,13 @@ std::vector<SceneTag> TagsOf(std::string const& text);
 /// The line of a place in the text, from 1.
 std::size_t LineOf(std::string const& text, std::size_t at);
 
+/// The text with other characters in the place of some.
+std::string Replaced(std::string text, std::size_t at, std::size_t length, std::string const& by);
+
+/// The name with its first letter in the other case.
+std::string OtherCase(std::string name);
+
+/// Whether the pattern, a regular expression, is of the whole text.
+bool Matches(std::string const& text, char const* pattern);
+
 }  // namespace KVR::Test

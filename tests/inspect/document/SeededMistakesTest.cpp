@@ -43,27 +43,10 @@ using Plant = std::function<std::optional<Planted>(std::string const& text, Scen
 using PlantValue =
     std::function<std::optional<Planted>(std::string const& text, SceneTag const& tag, TagAttribute const& attribute)>;
 
-std::string Replaced(std::string text, std::size_t at, std::size_t length, std::string const& by)
-{
-    return text.replace(at, length, by);
-}
-
 std::optional<Planted> WithValue(std::string const& text, TagAttribute const& attribute, std::string const& value,
                                  std::string const& rule)
 {
     return Planted{Replaced(text, attribute.valueBegin, attribute.value.size(), value), attribute.valueBegin, {rule}};
-}
-
-bool Matches(std::string const& text, char const* pattern)
-{
-    return std::regex_match(text, std::regex(pattern));
-}
-
-std::string OtherCase(std::string name)
-{
-    bool const isUpper = name[0] >= 'A' && name[0] <= 'Z';
-    name[0] = static_cast<char>(isUpper ? name[0] - 'A' + 'a' : name[0] - 'a' + 'A');
-    return name;
 }
 
 // Every element there is an object or an entry, whatever its name.

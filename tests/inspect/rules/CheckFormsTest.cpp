@@ -5,6 +5,7 @@
 
 #include <fstream>
 #include <nlohmann/json.hpp>
+#include <regex>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -327,6 +328,13 @@ TEST_F(CheckForms, FixesApplyWithoutALineEndWithManyLinesAndBetweenThem)
         return scene.substr(0, scene.find("</Scene>")) + "</Scene>";
     };
     EXPECT_EQ(Repaired(spread(kMistakes)), spread(kClean));
+    // No line comes or goes, so that both files have them at the same numbers.
+    std::string const diff = Content("fix.diff");
+    std::regex const hunk("@@ -(\\d+,\\d+) \\+(\\d+,\\d+) @@");
+    std::size_t hunks = 0;
+    for (std::sregex_iterator at(diff.begin(), diff.end(), hunk), end; at != end; ++at, ++hunks)
+        EXPECT_EQ((*at)[1], (*at)[2]);
+    EXPECT_EQ(hunks, 2U);
     std::string const oneLine =
         "<Scene><IFile ID=\"f\" IsRoot=\"1\"><ChildSet><Child ID=\"p\"/></ChildSet></IFile>"
         "<IPart ID=\"p\" label=\"ä &lt; b\"><Unit LengthUnit=\"kUnitType_inch\"/><styles/></IPart></Scene>";
@@ -338,18 +346,21 @@ TEST_F(CheckForms, FixesApplyWithoutALineEndWithManyLinesAndBetweenThem)
 
 TEST_F(CheckForms, NothingIsFoundInWhatImportMakesOfModels)
 {
-    for (std::string const model : {"as1-oc-214.stp", "nist_plate_creo_lbls.stp"})
+    for (std::string const name : {"as1-oc-214", "nist_plate_creo_lbls"})
     {
-        ASSERT_EQ(
-            RunTool({"import", "--quiet", std::string(KVR_EXAMPLES_DIR) + "/models/" + model, Path("m.xml")}).status,
-            0);
-        ToolRun const run = RunTool({"check", "--fail-on", "note", Path("m.xml")});
+        std::string const scene = Path(name + ".xml");
+        std::string const model = std::string(KVR_EXAMPLES_DIR) + "/models/" + name + ".stp";
+        ToolRun const import = RunTool({"import", "--quiet", model, scene});
+        ASSERT_EQ(import.status, 0) << import.error;
+        ToolRun const run = RunTool({"check", "--fail-on", "note", scene});
         EXPECT_EQ(run.status, 0) << run.out;
         // A file of it that was changed afterwards is told from the one that was written.
-        std::string mesh = Content("m.xml.mesh");
-        ++mesh.back();
-        m_folder.Write("m.xml.mesh", mesh);
-        EXPECT_THAT(RunTool({"check", Path("m.xml")}).out, HasSubstr("K-0319 side-file-changed"));
+        std::string mesh = Content(name + ".xml.mesh");
+        ++mesh.front();
+        m_folder.Write(name + ".xml.mesh", mesh);
+        ToolRun const changed = RunTool({"check", scene});
+        EXPECT_THAT(changed.out, HasSubstr("K-0319 side-file-changed"));
+        EXPECT_THAT(changed.out, HasSubstr(".xml: 1 error\n"));
     }
 }
 

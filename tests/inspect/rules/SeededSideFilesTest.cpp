@@ -82,13 +82,10 @@ protected:
 
 }  // namespace
 
-// An older form of units has tolerances that no reader keeps, and the example of everything has them all the same.
 TEST_P(SeededSideFiles, NothingIsFoundInTheExample)
 {
     for (Finding const& finding : m_scene.Known())
-        EXPECT_TRUE(finding.rule->id == "K-0104" && finding.path.ends_with("/UnitAndTolerance"))
-            << finding.rule->id << ' ' << finding.file << ':' << finding.line << ' ' << finding.found;
-    EXPECT_EQ(m_scene.Known().size(), m_scene.Name() == "complete.xml" ? 3U : 0U);
+        ADD_FAILURE() << finding.rule->id << ' ' << finding.file << ':' << finding.line << ' ' << finding.found;
 }
 
 TEST_P(SeededSideFiles, ASectionThatIsOffOrNamesNoFile)

@@ -16,9 +16,20 @@ export function boxes(change = () => {}, name = 'boxes') {
     const scene = new SceneData(glb, 'Boxes');
     const styles = [scene.style(fractions(kRed)), scene.style(fractions(kBlue), 0.5), scene.style(fractions(kGreen))];
     const box = scene.part({
-        id: 'box', label: 'Box', mesh: glb.mesh(boxMesh([10, 10, 10])),
-        properties: [['Material', 'Steel'], ['Count', 3]],
-        geometry: { area: 600, volume: 1000, mass: 0.00785, triangles: 12, faces: { persistentIds: ['f0', 'f1', 'f2', 'f3', 'f4', 'f5'] } },
+        id: 'box',
+        label: 'Box',
+        mesh: glb.mesh(boxMesh([10, 10, 10])),
+        properties: [
+            ['Material', 'Steel'],
+            ['Count', 3],
+        ],
+        geometry: {
+            area: 600,
+            volume: 1000,
+            mass: 0.00785,
+            triangles: 12,
+            faces: { persistentIds: ['f0', 'f1', 'f2', 'f3', 'f4', 'f5'] },
+        },
     });
     const plate = scene.part({ id: 'plate', label: 'Plate', mesh: glb.mesh(boxMesh([60, 20, 4])) });
     scene.place(plate, { id: 'p', label: 'Plate:1', at: [0, 0, -4], style: styles[2] });

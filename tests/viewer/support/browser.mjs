@@ -23,8 +23,13 @@ const browser = await puppeteer.launch({
     executablePath: process.env.KVR_CHROMIUM ?? '/usr/bin/chromium',
     userDataDir: join(folder, 'profile'),
     args: [
-        '--no-sandbox', '--use-angle=swiftshader', '--enable-unsafe-swiftshader', '--force-color-profile=srgb',
-        '--hide-scrollbars', '--force-device-scale-factor=1', '--disable-lcd-text',
+        '--no-sandbox',
+        '--use-angle=swiftshader',
+        '--enable-unsafe-swiftshader',
+        '--force-color-profile=srgb',
+        '--hide-scrollbars',
+        '--force-device-scale-factor=1',
+        '--disable-lcd-text',
     ],
 });
 

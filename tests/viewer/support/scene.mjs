@@ -23,7 +23,11 @@ export class Glb {
 
     /// faces: lists of corners (four each), with a style or none; edges by pairs of points.
     mesh({ positions, normals, triangles, faceStarts, edges = [] }) {
-        const extras = { role: 'faces', ranges: this.whole(faceStarts), numbers: this.whole(faceStarts.map((_, i) => i)) };
+        const extras = {
+            role: 'faces',
+            ranges: this.whole(faceStarts),
+            numbers: this.whole(faceStarts.map((_, i) => i)),
+        };
         const attributes = { POSITION: this.floats(positions) };
         if (normals) {
             attributes.NORMAL = this.floats(normals);
@@ -63,14 +67,50 @@ export class Glb {
     }
 }
 
-const kCorners = [[0, 0, 0], [1, 0, 0], [1, 1, 0], [0, 1, 0], [0, 0, 1], [1, 0, 1], [1, 1, 1], [0, 1, 1]];
-const kSides = [[0, 3, 2, 1], [4, 5, 6, 7], [0, 1, 5, 4], [1, 2, 6, 5], [2, 3, 7, 6], [3, 0, 4, 7]];
-const kNormals = [[0, 0, -1], [0, 0, 1], [0, -1, 0], [1, 0, 0], [0, 1, 0], [-1, 0, 0]];
+const kCorners = [
+    [0, 0, 0],
+    [1, 0, 0],
+    [1, 1, 0],
+    [0, 1, 0],
+    [0, 0, 1],
+    [1, 0, 1],
+    [1, 1, 1],
+    [0, 1, 1],
+];
+const kSides = [
+    [0, 3, 2, 1],
+    [4, 5, 6, 7],
+    [0, 1, 5, 4],
+    [1, 2, 6, 5],
+    [2, 3, 7, 6],
+    [3, 0, 4, 7],
+];
+const kNormals = [
+    [0, 0, -1],
+    [0, 0, 1],
+    [0, -1, 0],
+    [1, 0, 0],
+    [0, 1, 0],
+    [-1, 0, 0],
+];
 
 /// A box from zero to its size: six faces, twelve edges.
 export function boxMesh([x, y, z]) {
     const corner = (i) => [kCorners[i][0] * x, kCorners[i][1] * y, kCorners[i][2] * z];
-    const lines = [[0, 1], [1, 2], [2, 3], [3, 0], [4, 5], [5, 6], [6, 7], [7, 4], [0, 4], [1, 5], [2, 6], [3, 7]];
+    const lines = [
+        [0, 1],
+        [1, 2],
+        [2, 3],
+        [3, 0],
+        [4, 5],
+        [5, 6],
+        [6, 7],
+        [7, 4],
+        [0, 4],
+        [1, 5],
+        [2, 6],
+        [3, 7],
+    ];
     return {
         positions: kSides.flat().flatMap(corner),
         normals: kSides.flatMap((side, i) => side.flatMap(() => kNormals[i])),
@@ -112,15 +152,28 @@ export class SceneData {
         this.glb = glb;
         const lists = (names) => Object.fromEntries(names.map((name) => [name, []]));
         this.file = {
-            format: 'kvr-view', version: 1, generator: 'test', title, source: { file: 'test.xml' }, remarks: [],
-            unit: { name: 'millimeter', symbol: 'mm', metres: 0.001 }, up: [0, 0, 1],
-            defaults: { surface: [0.7, 0.7, 0.7], curve: [0, 0, 0] }, counts: {},
-            transforms: kPlace(0, 0, 0), styles: [],
+            format: 'kvr-view',
+            version: 1,
+            generator: 'test',
+            title,
+            source: { file: 'test.xml' },
+            remarks: [],
+            unit: { name: 'millimeter', symbol: 'mm', metres: 0.001 },
+            up: [0, 0, 1],
+            defaults: { surface: [0.7, 0.7, 0.7], curve: [0, 0, 0] },
+            counts: {},
+            transforms: kPlace(0, 0, 0),
+            styles: [],
             components: [{ kind: 'assembly', id: 'root', label: title, metres: 0.001, geometry: [], placements: [] }],
             geometry: [],
             occurrences: lists(['component', 'parent', 'placement', 'transform', 'visible', 'style']),
             items: lists(['occurrence', 'geometry', 'transform', 'visible', 'style', 'keeps']),
-            layers: [], groups: [], lods: [], cameras: [], views: [], notes: [],
+            layers: [],
+            groups: [],
+            lods: [],
+            cameras: [],
+            views: [],
+            notes: [],
         };
         this.occurrence(0, -1, -1, 0);
     }
@@ -145,9 +198,22 @@ export class SceneData {
     /// A part with one geometry; answers the component.
     part({ id, label, mesh, properties, geometry = {} }) {
         this.file.geometry.push({
-            kind: 'mesh', class: 'IPolygonMesh', id: `${id}-mesh`, label: `${label} mesh`.slice(0, 200), mesh, metres: 0.001, ...geometry,
+            kind: 'mesh',
+            class: 'IPolygonMesh',
+            id: `${id}-mesh`,
+            label: `${label} mesh`.slice(0, 200),
+            mesh,
+            metres: 0.001,
+            ...geometry,
         });
-        const part = { kind: 'part', id, label, metres: 0.001, geometry: [this.file.geometry.length - 1], placements: [] };
+        const part = {
+            kind: 'part',
+            id,
+            label,
+            metres: 0.001,
+            geometry: [this.file.geometry.length - 1],
+            placements: [],
+        };
         this.file.components.push(properties ? { ...part, properties } : part);
         return this.file.components.length - 1;
     }
@@ -156,7 +222,12 @@ export class SceneData {
     place(component, { id, label, at = [0, 0, 0], style = -1, parent = 0 }) {
         const above = this.file.components[this.file.occurrences.component[parent]];
         above.placements.push({ id, label, component });
-        const occurrence = this.occurrence(component, parent, above.placements.length - 1, this.transform(kPlace(...at)));
+        const occurrence = this.occurrence(
+            component,
+            parent,
+            above.placements.length - 1,
+            this.transform(kPlace(...at)),
+        );
         for (const geometry of this.file.components[component].geometry) {
             const entry = { occurrence, geometry, transform: 0, visible: 1, style, keeps: 1 };
             Object.entries(entry).forEach(([name, value]) => this.file.items[name].push(value));

@@ -94,7 +94,7 @@ function chunksOf(file: ArrayBuffer): { json: Gltf; binary: number; length: numb
         throw new Error('The geometry is no GLB file.');
     }
     let json: Gltf | null = null;
-    for (let at = 12; at + 8 <= file.byteLength; ) {
+    for (let at = 12; at + 8 <= file.byteLength;) {
         const length = view.getUint32(at, true);
         const type = view.getUint32(at + 4, true);
         if (at + 8 + length > file.byteLength) {
@@ -163,17 +163,15 @@ export function readGeometry(file: ArrayBuffer): MeshData[] {
         index === undefined ? null : Uint32Array.from(whole(index));
 
     return (json.meshes ?? []).map((mesh) => {
-        const primitives = mesh.primitives.map(
-            (primitive): Primitive => ({
-                role: primitive.extras?.role ?? 'faces',
-                style: primitive.extras?.style ?? -1,
-                positions: floats(primitive.attributes.POSITION),
-                normals: primitive.attributes.NORMAL === undefined ? null : floats(primitive.attributes.NORMAL),
-                indices: primitive.indices === undefined ? null : whole(primitive.indices),
-                ranges: numbers(primitive.extras?.ranges),
-                numbers: numbers(primitive.extras?.numbers),
-            }),
-        );
+        const primitives = mesh.primitives.map((primitive): Primitive => ({
+            role: primitive.extras?.role ?? 'faces',
+            style: primitive.extras?.style ?? -1,
+            positions: floats(primitive.attributes.POSITION),
+            normals: primitive.attributes.NORMAL === undefined ? null : floats(primitive.attributes.NORMAL),
+            indices: primitive.indices === undefined ? null : whole(primitive.indices),
+            ranges: numbers(primitive.extras?.ranges),
+            numbers: numbers(primitive.extras?.numbers),
+        }));
         return { origin: mesh.extras?.origin ?? [0, 0, 0], primitives, box: boxOf(primitives) };
     });
 }

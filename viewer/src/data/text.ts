@@ -5,7 +5,8 @@ export const kMostInRow = 200;
 export const kMostInPanel = 2000;
 
 // What changes the direction of text, or shows as nothing: it is named instead.
-const kHidden = /[\u0000-\u0008\u000b-\u001f\u007f-\u009f\u061c\u200b\u200e\u200f\u2028\u2029\u202a-\u202e\u2060-\u206f\ufeff]/g;
+const kHidden =
+    /[\u0000-\u0008\u000b-\u001f\u007f-\u009f\u061c\u200b\u200e\u200f\u2028\u2029\u202a-\u202e\u2060-\u206f\ufeff]/g;
 
 const named = (character: string): string =>
     `\u2039U+${character.charCodeAt(0).toString(16).toUpperCase().padStart(4, '0')}\u203a`;

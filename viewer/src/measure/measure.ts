@@ -49,13 +49,19 @@ export class Measure {
         host.append(this.label);
         this.modes = kModes.map(([mode, name]) => button(name, () => this.setMode(mode), 'button small'));
         const unit = element('select', { class: 'field', attributes: { 'aria-label': 'Unit of measures' } });
-        units.choices().forEach((one, i) => unit.append(element('option', { text: one.symbol, attributes: { value: i } })));
+        units
+            .choices()
+            .forEach((one, i) => unit.append(element('option', { text: one.symbol, attributes: { value: i } })));
         unit.addEventListener('change', () => {
             units.choose(units.choices()[unit.selectedIndex]);
             this.show();
         });
         const clear = button('Clear', () => this.clear(), 'button small');
-        const choice = element('div', { class: 'segments', attributes: { role: 'group', 'aria-label': 'What is measured' } }, ...this.modes);
+        const choice = element(
+            'div',
+            { class: 'segments', attributes: { role: 'group', 'aria-label': 'What is measured' } },
+            ...this.modes,
+        );
         this.box.append(choice, this.hint, this.results, element('div', { class: 'buttons' }, unit, clear));
         this.setMode('points');
     }
@@ -106,7 +112,9 @@ export class Measure {
     }
 
     private edgeHit(hit: Hit, x: number, y: number): Hit | null {
-        const edges = this.model.meshOfItem(hit.item)?.primitives.find(({ role }) => role === 'edges' || role === 'lines');
+        const edges = this.model
+            .meshOfItem(hit.item)
+            ?.primitives.find(({ role }) => role === 'edges' || role === 'lines');
         return edges ? this.picking.nearest(hit.item, edges, x, y, kSnap) : null;
     }
 
@@ -142,7 +150,10 @@ export class Measure {
         const by = minus(b, a);
         this.lines = [
             ['Distance', () => this.units.length(length(by))],
-            ...(['X', 'Y', 'Z'].map((name, k) => [`Along ${name}`, () => this.units.length(Math.abs(by[k]))]) as Line[]),
+            ...(['X', 'Y', 'Z'].map((name, k) => [
+                `Along ${name}`,
+                () => this.units.length(Math.abs(by[k])),
+            ]) as Line[]),
         ];
     }
 
@@ -156,10 +167,14 @@ export class Measure {
         const [a, b] = edges;
         this.span = null;
         if (b) {
-            const near = a.center && b.center
-                ? { value: length(minus(b.center, a.center)), from: a.center, to: b.center }
-                : nearestCorners(a.corners, b.corners);
-            this.lines.push([a.center && b.center ? 'Between centres' : 'Distance', () => this.units.length(near.value)]);
+            const near =
+                a.center && b.center
+                    ? { value: length(minus(b.center, a.center)), from: a.center, to: b.center }
+                    : nearestCorners(a.corners, b.corners);
+            this.lines.push([
+                a.center && b.center ? 'Between centres' : 'Distance',
+                () => this.units.length(near.value),
+            ]);
             this.span = [near.from, near.to];
             const [u, v] = [a.direction, b.direction];
             u && v && this.lines.push(['Angle', () => degrees(angleBetween(u, v))]);

@@ -45,10 +45,12 @@ export function edgeFacts(model: SceneModel, picture: Picture, detail: Detail): 
     const center = edges?.center?.[detail.number];
     const origin = model.meshOfItem(detail.item)?.origin ?? [0, 0, 0];
     const first = corners.length > 1 ? unit(minus(corners[1], corners[0])) : null;
-    const isStraight = first !== null && corners.every((corner) => {
-        const away = minus(corner, corners[0]);
-        return length(minus(away, times(first, dot(away, first)))) <= 1e-5 * drawn;
-    });
+    const isStraight =
+        first !== null &&
+        corners.every((corner) => {
+            const away = minus(corner, corners[0]);
+            return length(minus(away, times(first, dot(away, first)))) <= 1e-5 * drawn;
+        });
     return {
         kind: edges?.curve?.[detail.number] || (isStraight ? 'line' : 'curve'),
         length: known != null ? known * scale : drawn,
@@ -114,5 +116,7 @@ export function nearestCorners(a: Triple[], b: Triple[]): { value: number; from:
 }
 
 export const middleOf = (corners: Triple[]): Triple =>
-    times(corners.reduce((sum, corner) => plus(sum, corner), [0, 0, 0] as Triple), 1 / Math.max(1, corners.length));
-
+    times(
+        corners.reduce((sum, corner) => plus(sum, corner), [0, 0, 0] as Triple),
+        1 / Math.max(1, corners.length),
+    );

@@ -18,6 +18,8 @@ const kMostCharacters = 160;
 const kPixels = 40;
 /// Without a height of text in the scene: as a part of the scene's size.
 const kUsualHeight = 0.035;
+/// Notes that begin in one place stand on one another, so many at most; all are in the list.
+const kMostInPile = 12;
 
 /// The lines of a note's text; its label for one without.
 export function linesOf(note: Note): { text: string; bold: boolean; italic: boolean }[][] {
@@ -34,6 +36,7 @@ export function linesOf(note: Note): { text: string; bold: boolean; italic: bool
 
 export class NoteDrawing {
     private readonly group = new Group();
+    private readonly piles = new Map<string, number>();
     ink = '#16181d';
     accent = '#1f6feb';
     marked = -1;
@@ -59,20 +62,30 @@ export class NoteDrawing {
 
     update(): void {
         emptyGroup(this.group);
+        this.piles.clear();
         if (this.state.notesShown) {
             this.model.file.notes.forEach((note, index) => {
                 const items = this.itemsOf(note).filter((item) => this.state.itemShown[item]);
                 // A note that occurs everywhere is written some times only.
-                items.slice(0, 20).forEach((item) => note.plane && !this.isLettered(item) && this.write(note, index, item));
+                items
+                    .slice(0, 20)
+                    .forEach((item) => note.plane && !this.isLettered(item) && this.write(note, index, item));
             });
         }
         this.picture.invalidate();
     }
 
     private write(note: Note, index: number, item: number): void {
-        const { texture, width, height, lines } = this.texture(note, index === this.marked);
         const m = this.placing.items;
         const at = 12 * item;
+        const start: Triple = applied(m, at, note.anchor ?? note.plane?.origin ?? [0, 0, 0]);
+        const key = start.map((part) => (part / this.picture.size).toFixed(4)).join();
+        const below = this.piles.get(key) ?? 0;
+        if (below >= kMostInPile) {
+            return;
+        }
+        const { texture, width, height, lines } = this.texture(note, index === this.marked);
+        this.piles.set(key, below + lines);
         const normal = unit(turned(m, at, note.plane?.normal ?? [0, 0, 1]));
         const wanted = turned(m, at, note.plane?.reference ?? square(note.plane?.normal ?? [0, 0, 1]));
         const along = unit(minus(wanted, times(normal, dot(wanted, normal))), square(normal));
@@ -81,8 +94,8 @@ export class NoteDrawing {
         const size = note.height ? note.height * scale : kUsualHeight * this.picture.size;
         const sheetHeight = 1.35 * size * lines;
         const sheetWidth = (sheetHeight * width) / height;
-        const start: Triple = applied(m, at, note.anchor ?? note.plane?.origin ?? [0, 0, 0]);
-        const middle = plus(plus(start, times(along, sheetWidth / 2)), times(upwards, sheetHeight / 2));
+        const rise = 1.35 * size * below + sheetHeight / 2;
+        const middle = plus(plus(start, times(along, sheetWidth / 2)), times(upwards, rise));
         // One sheet for each side, so that text is never seen from behind.
         for (const side of [1, -1]) {
             const sheet = new Mesh(
@@ -106,7 +119,10 @@ export class NoteDrawing {
         return lines !== undefined && sizeOf(lines) >= kLettered;
     }
 
-    private texture(note: Note, marked: boolean): { texture: CanvasTexture; width: number; height: number; lines: number } {
+    private texture(
+        note: Note,
+        marked: boolean,
+    ): { texture: CanvasTexture; width: number; height: number; lines: number } {
         const lines = linesOf(note);
         const canvas = document.createElement('canvas');
         const context = canvas.getContext('2d') as CanvasRenderingContext2D;

@@ -73,9 +73,14 @@ export class NoteList {
                 on: { click: () => this.mark(index) },
             },
             icon('note'),
-            element('span', { class: 'entry-text' },
+            element(
+                'span',
+                { class: 'entry-text' },
                 element('span', { class: 'entry-name', text: shownInLine(text) }),
-                element('span', { class: 'entry-more', text: note.kind ? `${name} \u00b7 ${shownInLine(note.kind)}` : name }),
+                element('span', {
+                    class: 'entry-more',
+                    text: note.kind ? `${name} \u00b7 ${shownInLine(note.kind)}` : name,
+                }),
             ),
         );
         return element('li', {}, choose);

@@ -34,7 +34,9 @@ export function element<Tag extends keyof HTMLElementTagNameMap>(
     for (const [name, listener] of Object.entries(settings.on ?? {})) {
         made.addEventListener(name, listener as EventListener);
     }
-    made.append(...children.filter((child): child is Node | string => child !== null && child !== undefined && child !== false));
+    made.append(
+        ...children.filter((child): child is Node | string => child !== null && child !== undefined && child !== false),
+    );
     return made;
 }
 

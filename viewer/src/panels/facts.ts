@@ -27,7 +27,9 @@ class Facts {
 
     properties(title: string, list: Property[] | undefined): void {
         this.group(title, (add) =>
-            list?.forEach(([name, value]) => add(name, value ?? '-', typeof value === 'number' ? figure(value, 8) : undefined)),
+            list?.forEach(([name, value]) =>
+                add(name, value ?? '-', typeof value === 'number' ? figure(value, 8) : undefined),
+            ),
         );
     }
 }
@@ -54,18 +56,19 @@ export class FactsOf {
 
     private note(facts: Facts, geometry: number): void {
         const note = this.model.file.notes.find((one) => one.geometry === geometry);
-        note && facts.group('Note', (add) => {
-            add('Text', note.text?.map((line) => line.map(({ text }) => text).join('')).join('\n'));
-            add('Kind', note.kind);
-            for (const target of note.targets ?? []) {
-                add('Points at', target, target.label || target.id);
-            }
-            if (note.details && typeof note.details === 'object') {
-                Object.entries(note.details).forEach(([name, value]) =>
-                    add(spaced(name), value, typeof value === 'object' ? JSON.stringify(value) : undefined),
-                );
-            }
-        });
+        note &&
+            facts.group('Note', (add) => {
+                add('Text', note.text?.map((line) => line.map(({ text }) => text).join('')).join('\n'));
+                add('Kind', note.kind);
+                for (const target of note.targets ?? []) {
+                    add('Points at', target, target.label || target.id);
+                }
+                if (note.details && typeof note.details === 'object') {
+                    Object.entries(note.details).forEach(([name, value]) =>
+                        add(spaced(name), value, typeof value === 'object' ? JSON.stringify(value) : undefined),
+                    );
+                }
+            });
     }
 
     private detail(facts: Facts, { item, kind, number }: Detail): void {
@@ -102,28 +105,40 @@ export class FactsOf {
             add('Faces', geometry.faceCount);
             add('Edges', geometry.edgeCount);
             geometry.area !== undefined && add('Area', geometry.area, this.units.area(geometry.area * scale ** 2));
-            geometry.volume !== undefined && add('Volume', geometry.volume, this.units.volume(geometry.volume * scale ** 3));
+            geometry.volume !== undefined &&
+                add('Volume', geometry.volume, this.units.volume(geometry.volume * scale ** 3));
             geometry.mass !== undefined && add('Mass', geometry.mass, `${figure(geometry.mass)} kg`);
             geometry.body !== undefined && add('Mesh of', this.model.file.geometry[geometry.body]?.id);
         });
         facts.properties('Properties of the geometry', geometry.properties);
         // What is known of a body is so of the mesh that stands for it.
         const body = geometry.body === undefined ? null : this.model.file.geometry[geometry.body];
-        body && facts.group('Body', (add) => {
-            add('Name', body.label);
-            add('Id', body.id);
-            body.area !== undefined && add('Area', body.area, this.units.area(body.area * scale ** 2));
-            body.volume !== undefined && add('Volume', body.volume, this.units.volume(body.volume * scale ** 3));
-            body.mass !== undefined && add('Mass', body.mass, `${figure(body.mass)} kg`);
-        });
+        body &&
+            facts.group('Body', (add) => {
+                add('Name', body.label);
+                add('Id', body.id);
+                body.area !== undefined && add('Area', body.area, this.units.area(body.area * scale ** 2));
+                body.volume !== undefined && add('Volume', body.volume, this.units.volume(body.volume * scale ** 3));
+                body.mass !== undefined && add('Mass', body.mass, `${figure(body.mass)} kg`);
+            });
     }
 
     private addStyle(add: (name: string, value: unknown, text?: string) => void, index: number | undefined): void {
         const style = this.model.style(index);
         if (style) {
-            const color = style.diffuse?.map((part) => Math.round(255 * part).toString(16).padStart(2, '0')).join('');
+            const color = style.diffuse
+                ?.map((part) =>
+                    Math.round(255 * part)
+                        .toString(16)
+                        .padStart(2, '0'),
+                )
+                .join('');
             const name = style.label || style.id;
-            add('Style', style, color ? `${name} (#${color}${style.opacity < 1 ? `, ${figure(100 * style.opacity, 3)} %` : ''})` : name);
+            add(
+                'Style',
+                style,
+                color ? `${name} (#${color}${style.opacity < 1 ? `, ${figure(100 * style.opacity, 3)} %` : ''})` : name,
+            );
         }
     }
 
@@ -131,13 +146,18 @@ export class FactsOf {
         const { occurrence } = node;
         const component = this.model.component(occurrence);
         const placement = this.model.placement(occurrence);
-        placement && facts.group('Occurrence', (add) => {
-            add('Name', placement.label);
-            add('Id', placement.id);
-            add('Persistent id', placement.persistentId);
-            this.addStyle(add, placement.style);
-            add('Shown', this.state.occurrenceShown[occurrence] === 1, this.state.occurrenceShown[occurrence] ? 'yes' : 'no');
-        });
+        placement &&
+            facts.group('Occurrence', (add) => {
+                add('Name', placement.label);
+                add('Id', placement.id);
+                add('Persistent id', placement.persistentId);
+                this.addStyle(add, placement.style);
+                add(
+                    'Shown',
+                    this.state.occurrenceShown[occurrence] === 1,
+                    this.state.occurrenceShown[occurrence] ? 'yes' : 'no',
+                );
+            });
         facts.properties('Properties of the occurrence', placement?.properties);
         facts.group(component.kind === 'part' ? 'Part' : component.kind === 'assembly' ? 'Assembly' : 'File', (add) => {
             add('Name', component.label);
@@ -145,7 +165,8 @@ export class FactsOf {
             add('Persistent id', component.persistentId);
             add('Unit', component.unit?.name);
             this.addStyle(add, component.style);
-            component.density !== undefined && add('Density', component.density, `${figure(component.density)} kg/m\u00b3`);
+            component.density !== undefined &&
+                add('Density', component.density, `${figure(component.density)} kg/m\u00b3`);
             const items = this.model.items(node);
             const below = this.model.end[occurrence] - occurrence - 1;
             below > 0 && add('Occurrences below', below, count(below));

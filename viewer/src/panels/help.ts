@@ -25,8 +25,13 @@ export class Help {
     constructor() {
         const list = element('dl', { class: 'keys' });
         kKeys.forEach(([keys, what]) => list.append(element('dt', { text: keys }), element('dd', { text: what })));
-        this.box = element('dialog', { class: 'help', attributes: { 'aria-label': 'Keys' } }, element('h2', { text: 'Keys and mouse' }), list,
-            button('Close', () => this.box.close()));
+        this.box = element(
+            'dialog',
+            { class: 'help', attributes: { 'aria-label': 'Keys' } },
+            element('h2', { text: 'Keys and mouse' }),
+            list,
+            button('Close', () => this.box.close()),
+        );
     }
 
     open(): void {

@@ -72,14 +72,24 @@ export class Layers {
             made.isOn = checked;
             this.apply(true);
         });
-        const select = button('Select', () => {
-            this.state.select(null);
-            made.nodes.slice(0, 5000).forEach((node) => this.state.selection.push(node));
-            this.state.tell('selection');
-        }, 'button small quiet');
+        const select = button(
+            'Select',
+            () => {
+                this.state.select(null);
+                made.nodes.slice(0, 5000).forEach((node) => this.state.selection.push(node));
+                this.state.tell('selection');
+            },
+            'button small quiet',
+        );
         select.setAttribute('aria-label', `Select what is in ${shownInLine(name)}`);
         select.disabled = nodes.length === 0;
-        return element('li', { class: 'switch' }, box, more !== '' && element('span', { class: 'entry-more', text: more }), select);
+        return element(
+            'li',
+            { class: 'switch' },
+            box,
+            more !== '' && element('span', { class: 'entry-more', text: more }),
+            select,
+        );
     }
 
     private add(title: string, layers: Layer[]): void {
@@ -103,9 +113,12 @@ export class Layers {
                 list.append(
                     level.items
                         ? this.entry(name, more, level.items, true)
-                        : element('li', { class: 'switch' },
-                            element('span', { text: shownInLine(name) }),
-                            element('span', { class: 'entry-more', text: more })),
+                        : element(
+                              'li',
+                              { class: 'switch' },
+                              element('span', { text: shownInLine(name) }),
+                              element('span', { class: 'entry-more', text: more }),
+                          ),
                 );
             }
             this.box.append(element('h3', { text: 'Levels of detail' }), list);

@@ -46,7 +46,10 @@ export class Properties {
         const line = this.model.ancestors(node.occurrence).map((occurrence) => ({ occurrence, geometry: -1 }));
         const path = element('nav', { class: 'path', attributes: { 'aria-label': 'Path' } });
         [{ occurrence: 0, geometry: -1 }, ...line].slice(-12).forEach((above, i) => {
-            i > 0 && path.append(element('span', { class: 'path-mark', text: '\u203a', attributes: { 'aria-hidden': 'true' } }));
+            i > 0 &&
+                path.append(
+                    element('span', { class: 'path-mark', text: '\u203a', attributes: { 'aria-hidden': 'true' } }),
+                );
             path.append(
                 element('button', {
                     class: 'path-step',
@@ -73,7 +76,12 @@ export class Properties {
         return element(
             'div',
             { class: 'actions', attributes: { role: 'toolbar', 'aria-label': 'Selection' } },
-            iconButton(shownNow ? 'Hide' : 'Show', icon(shownNow ? 'eyeOff' : 'eye'), () => state.setShown(all, !shownNow), 'H'),
+            iconButton(
+                shownNow ? 'Hide' : 'Show',
+                icon(shownNow ? 'eyeOff' : 'eye'),
+                () => state.setShown(all, !shownNow),
+                'H',
+            ),
             iconButton('Isolate', icon('isolate'), () => state.isolate(all), 'I'),
             iconButton('Transparent', icon('ghost'), () => state.toggleGhost(all), 'G'),
             iconButton('Show all', icon('all'), () => state.showAll(), 'A'),
@@ -85,12 +93,17 @@ export class Properties {
     private group({ title, rows }: Group): HTMLElement {
         const list = element('dl', { class: 'facts' });
         for (const { name, text } of rows.slice(0, kMostRows)) {
-            list.append(element('dt', { text: shownInLine(name, 100) }), element('dd', { text: shown(text, kMostInPanel) }));
+            list.append(
+                element('dt', { text: shownInLine(name, 100) }),
+                element('dd', { text: shown(text, kMostInPanel) }),
+            );
         }
         const made = element('details', { class: 'group' }, element('summary', { text: title }), list);
         made.open = true;
         rows.length > kMostRows &&
-            made.append(element('p', { class: 'hint', text: `and ${count(rows.length - kMostRows)} more: copy them as JSON` }));
+            made.append(
+                element('p', { class: 'hint', text: `and ${count(rows.length - kMostRows)} more: copy them as JSON` }),
+            );
         return made;
     }
 
@@ -110,7 +123,9 @@ export class Properties {
         return [
             element('h2', { text: shownInLine(file.title) }),
             element('p', { class: 'hint', text: 'Select something in the tree or in the picture.' }),
-            ...(file.remarks ?? []).map((remark) => element('p', { class: 'remark', text: shown(remark, kMostInPanel) })),
+            ...(file.remarks ?? []).map((remark) =>
+                element('p', { class: 'remark', text: shown(remark, kMostInPanel) }),
+            ),
             this.group({ title: 'Scene', rows }),
         ];
     }

@@ -29,7 +29,11 @@ export class Tabs {
             attributes: { type: 'button', role: 'tab', id: `tab-${index}`, 'aria-controls': `page-${index}` },
             on: { click: () => this.open(index) },
         });
-        const page = element('div', { class: 'page', attributes: { role: 'tabpanel', id: `page-${index}`, 'aria-labelledby': `tab-${index}` } }, body);
+        const page = element(
+            'div',
+            { class: 'page', attributes: { role: 'tabpanel', id: `page-${index}`, 'aria-labelledby': `tab-${index}` } },
+            body,
+        );
         this.tabs.push({ tab, page });
         this.list.append(tab);
         this.box.append(page);
@@ -48,14 +52,27 @@ export class Tabs {
 /// Small windows over the picture, each with a button that opens it.
 export class Cards {
     readonly box = element('div', { class: 'cards' });
-    private readonly cards = new Map<string, { card: HTMLElement; button: HTMLElement; changed: (open: boolean) => void }>();
+    private readonly cards = new Map<
+        string,
+        { card: HTMLElement; button: HTMLElement; changed: (open: boolean) => void }
+    >();
 
-    add(name: string, image: IconName, key: string, body: HTMLElement, changed: (open: boolean) => void = () => {}): HTMLElement {
+    add(
+        name: string,
+        image: IconName,
+        key: string,
+        body: HTMLElement,
+        changed: (open: boolean) => void = () => {},
+    ): HTMLElement {
         const card = element(
             'section',
             { class: 'card', attributes: { 'aria-label': name } },
-            element('header', { class: 'card-head' }, element('h2', { text: name }),
-                iconButton(`Close ${name.toLowerCase()}`, icon('close'), () => this.open(name, false))),
+            element(
+                'header',
+                { class: 'card-head' },
+                element('h2', { text: name }),
+                iconButton(`Close ${name.toLowerCase()}`, icon('close'), () => this.open(name, false)),
+            ),
             body,
         );
         card.hidden = true;
@@ -82,7 +99,9 @@ export class Cards {
             found.card.hidden = !open;
             setPressed(found.button, open);
             found.changed(open);
-            open ? (found.card.querySelector('.card-body button, .card-body input') as HTMLElement | null)?.focus() : found.button.focus();
+            open
+                ? (found.card.querySelector('.card-body button, .card-body input') as HTMLElement | null)?.focus()
+                : found.button.focus();
         }
     }
 }

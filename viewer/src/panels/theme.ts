@@ -10,7 +10,13 @@ export interface Theme {
 }
 
 const kThemes: Record<'light' | 'dark', Theme> = {
-    light: { background: '#f4f5f7', edge: [0.09, 0.1, 0.13], accent: [0.12, 0.44, 0.92], ink: '#1b1e24', link: '#1a5fd0' },
+    light: {
+        background: '#f4f5f7',
+        edge: [0.09, 0.1, 0.13],
+        accent: [0.12, 0.44, 0.92],
+        ink: '#1b1e24',
+        link: '#1a5fd0',
+    },
     dark: { background: '#1b1d22', edge: [0.02, 0.02, 0.03], accent: [0.32, 0.6, 1], ink: '#eceef2', link: '#7fb2ff' },
 };
 

@@ -157,7 +157,9 @@ export class Camera {
         const { direction, up, target } = this.look;
         const depth = dot(minus(center, target), direction);
         const reach = Math.max(radius, this.look.height * 1e-3) * 1.05;
-        const eye = this.look.perspective ? this.eye() : minus(target, times(direction, reach - depth + this.look.height));
+        const eye = this.look.perspective
+            ? this.eye()
+            : minus(target, times(direction, reach - depth + this.look.height));
         const right = this.right();
         const at = minus(eye, this.middle);
         const camera = this.drawing as OrthographicCamera | PerspectiveCamera;
@@ -207,10 +209,7 @@ export class Camera {
 
     /// The line of sight through a place of the picture.
     ray(x: number, y: number): { origin: Triple; direction: Triple } {
-        const inverse = new Matrix4().multiplyMatrices(
-            this.drawing.matrixWorld,
-            this.drawing.projectionMatrixInverse,
-        );
+        const inverse = new Matrix4().multiplyMatrices(this.drawing.matrixWorld, this.drawing.projectionMatrixInverse);
         const [u, v] = [(x / this.width) * 2 - 1, 1 - (y / this.heightOfPicture) * 2];
         const near = new Vector3(u, v, -1).applyMatrix4(inverse);
         const far = new Vector3(u, v, 1).applyMatrix4(inverse);

@@ -93,7 +93,7 @@ export class SectionPanel {
 
     private label(row: Element, plane: CutPlane): void {
         const output = row.querySelector('output');
-        const along = plane.axis && plane.normal[('xyz'.indexOf(plane.axis))] < 0 ? -plane.offset : plane.offset;
+        const along = plane.axis && plane.normal['xyz'.indexOf(plane.axis)] < 0 ? -plane.offset : plane.offset;
         output && (output.textContent = `${figure(along, 5)} ${this.symbol}`);
     }
 

@@ -20,7 +20,7 @@ export class Rows {
 
     constructor(private readonly model: SceneModel) {
         // A root that has one child alone says little.
-        for (let o = 0; this.model.children(o).length === 1; ) {
+        for (let o = 0; this.model.children(o).length === 1;) {
             o = this.model.children(o)[0];
             this.opened.add(o);
         }

@@ -17,7 +17,12 @@ export class Search {
         const { components, geometry } = this.model.file;
         this.components = components.map((one) =>
             textOf(
-                [one.label, one.id, one.persistentId, ...Object.entries(one.fileProperties ?? {}).map((e) => e.join(': '))],
+                [
+                    one.label,
+                    one.id,
+                    one.persistentId,
+                    ...Object.entries(one.fileProperties ?? {}).map((e) => e.join(': ')),
+                ],
                 one.properties,
             ),
         );

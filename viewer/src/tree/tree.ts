@@ -45,7 +45,12 @@ export class Tree {
         });
         this.field.addEventListener('input', () => this.look());
         this.field.addEventListener('keydown', (event) => this.searchKey(event));
-        this.box = element('div', { class: 'tab-body' }, element('div', { class: 'search' }, this.field, this.found), this.list.box);
+        this.box = element(
+            'div',
+            { class: 'tab-body' },
+            element('div', { class: 'search' }, this.field, this.found),
+            this.list.box,
+        );
         this.list.setSize(this.rows.list.length);
         state.on('visibility', () => this.list.refresh());
         state.on('selection', () => this.follow());

@@ -29,7 +29,11 @@ export class ViewCube {
             side.style.transform = `matrix3d(${parts.map((part) => part.toFixed(4)).join(',')})`;
             this.cube.append(side);
         }
-        this.box = element('div', { class: 'view-cube', attributes: { role: 'group', 'aria-label': 'Standard views' } }, this.cube);
+        this.box = element(
+            'div',
+            { class: 'view-cube', attributes: { role: 'group', 'aria-label': 'Standard views' } },
+            this.cube,
+        );
     }
 
     /// Turns it as the scene stands.

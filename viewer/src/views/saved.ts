@@ -16,7 +16,10 @@ export function lookOf(camera: SceneCamera, picture: Picture): Look {
     const direction = unit(camera.direction, [0, 1, 0]);
     const middle = picture.middle;
     // Without a distance the middle of the scene is what is looked at.
-    const ahead = dot([0, 1, 2].map((k) => middle[k] - camera.position[k]), direction);
+    const ahead = dot(
+        [0, 1, 2].map((k) => middle[k] - camera.position[k]),
+        direction,
+    );
     const distance = camera.distance && camera.distance > 0 ? camera.distance : ahead > 0 ? ahead : picture.size;
     const perspective = camera.type === 'perspective';
     const angle = camera.angle && camera.angle > 0.001 && camera.angle < 3 ? camera.angle : kAngle;
@@ -49,7 +52,9 @@ export class SavedViews {
         private readonly picture: Picture | null,
     ) {
         const { views, cameras } = model.file;
-        this.buttons = views.map((view, index) => this.entry(view.label || view.id, this.about(view), () => this.open(index)));
+        this.buttons = views.map((view, index) =>
+            this.entry(view.label || view.id, this.about(view), () => this.open(index)),
+        );
         const original = button('As in the scene', () => this.open(-1), 'button');
         const list = element('ul', { class: 'entries', attributes: { 'aria-label': 'Saved views' } });
         list.append(...this.buttons.map((one) => element('li', {}, one)));
@@ -86,7 +91,10 @@ export class SavedViews {
         const parts = [];
         const members = view.members?.occurrence.length ?? 0;
         const hidden = view.members?.visible.filter((is) => is === 0).length ?? 0;
-        const planes = (view.cameras ?? []).reduce((sum, c) => sum + (this.model.file.cameras[c]?.sections?.length ?? 0), 0);
+        const planes = (view.cameras ?? []).reduce(
+            (sum, c) => sum + (this.model.file.cameras[c]?.sections?.length ?? 0),
+            0,
+        );
         members > 0 && parts.push(members === 1 ? '1 member' : `${members} members`);
         hidden > 0 && parts.push(`${hidden} hidden`);
         planes > 0 && parts.push(planes === 1 ? '1 section' : `${planes} sections`);
@@ -99,7 +107,9 @@ export class SavedViews {
             'button',
             { class: 'entry', attributes: { type: 'button', 'aria-pressed': 'false' }, on: { click: press } },
             icon('image'),
-            element('span', { class: 'entry-text' },
+            element(
+                'span',
+                { class: 'entry-text' },
                 element('span', { class: 'entry-name', text: shownInLine(name) }),
                 about && element('span', { class: 'entry-more', text: about }),
             ),
@@ -121,7 +131,9 @@ export class SavedViews {
         this.state.tell('visibility', 'placement', 'view');
         animated && this.picture?.moveItems(before);
         const camera = this.model.file.cameras[view?.cameras?.[0] ?? -1];
-        const sections = (view?.cameras ?? []).flatMap((c) => (this.model.file.cameras[c] ? cutsOf(this.model.file.cameras[c]) : []));
+        const sections = (view?.cameras ?? []).flatMap((c) =>
+            this.model.file.cameras[c] ? cutsOf(this.model.file.cameras[c]) : [],
+        );
         this.state.setCuts(sections.map((cut, i) => ({ ...cut, label: `${i + 1}` })));
         if (this.picture && camera) {
             const look = lookOf(camera, this.picture);
