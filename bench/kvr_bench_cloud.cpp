@@ -6,7 +6,6 @@
 #include <cstdio>
 #include <exception>
 #include <memory>
-#include <random>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -14,8 +13,8 @@
 
 #include "bench/BareParse.h"
 #include "bench/ChildProcess.h"
+#include "bench/CloudGenerator.h"
 #include "bench/ProcessorTime.h"
-#include "bench/SceneFile.h"
 #include "bench/ScratchFolder.h"
 #include "framework/api/IPointCloud.h"
 #include "framework/api/IdSet.h"
@@ -34,19 +33,6 @@ struct Options
     int repeat = 3;
     bool json = false;
 };
-
-// Points of a body of a few metres, in millimetres.
-void WriteCloud(std::filesystem::path const& path, std::size_t points, int decimals)
-{
-    std::mt19937_64 random(20240301);
-    auto const uniform = [&] { return (static_cast<double>(random()) / 0x1p64 - 0.5) * 4000.0; };
-    SceneFile file(path);
-    file.Put("<Scene><IPointCloud ID=\"cloud\" Label=\"scan\"><PointCloud PointCloudCoordinates=\"");
-    for (std::size_t i = 0; i < points; ++i)
-        file.Put("{0:.{3}f} {1:.{3}f} {2:.{3}f} ", uniform(), uniform(), uniform(), decimals);
-    file.Put("\"/></IPointCloud></Scene>\n");
-    file.Close();
-}
 
 // The process ends with its document: taking it down is no part of the measurement.
 Figures MeasureParse(std::filesystem::path const& scene)

@@ -1,16 +1,9 @@
 // What restoring a kernel store costs beside Open CASCADE's own reading of the same shapes.
 
 #include <fmt/format.h>
-#include <BRepFilletAPI_MakeFillet.hxx>
-#include <BRepPrimAPI_MakeBox.hxx>
-#include <BRep_Builder.hxx>
 #include <BinTools.hxx>
 #include <CLI/CLI.hpp>
-#include <TopExp.hxx>
-#include <TopExp_Explorer.hxx>
-#include <TopTools_IndexedMapOfShape.hxx>
-#include <TopoDS.hxx>
-#include <TopoDS_Compound.hxx>
+#include <TopoDS_Shape.hxx>
 #include <algorithm>
 #include <cstdio>
 #include <exception>
@@ -18,9 +11,9 @@
 #include <string>
 #include <vector>
 
-#include "authoring/KernelStoreWriter.h"
 #include "bench/ChildProcess.h"
 #include "bench/Goals.h"
+#include "bench/KernelGenerator.h"
 #include "bench/ProcessorTime.h"
 #include "bench/ScratchFolder.h"
 #include "framework/kernel/entity.h"
@@ -34,46 +27,7 @@ namespace
 
 using namespace KVR::Bench;
 
-// A block with its four upright edges rounded, in a size of its own.
-TopoDS_Shape Block(unsigned number)
-{
-    TopoDS_Shape const box = BRepPrimAPI_MakeBox(10.0 + 0.01 * number, 20.0, 30.0).Shape();
-    BRepFilletAPI_MakeFillet fillet(box);
-    TopTools_IndexedMapOfShape edges;
-    TopExp::MapShapes(box, TopAbs_EDGE, edges);
-    for (int i = 1; i <= 4; ++i)
-        fillet.Add(1.0, TopoDS::Edge(edges.FindKey(i)));
-    return fillet.Shape();
-}
-
-struct Files
-{
-    std::string store;
-    std::string shapes;
-};
-
-void Write(Files const& files, unsigned bodies)
-{
-    KVR::Authoring::KernelStoreWriter writer(KVR::UTF16String(KVR::UTF8String(files.store)),
-                                             KVR::Authoring::KernelStoreForm::kBinary);
-    BRep_Builder builder;
-    TopoDS_Compound compound;
-    builder.MakeCompound(compound);
-    for (unsigned i = 0; i < bodies; ++i)
-    {
-        TopoDS_Shape const block = Block(i);
-        builder.Add(compound, block);
-        std::vector<KVR::Authoring::SubEntityId> faces;
-        for (unsigned face = 0; face < 6; ++face)
-            faces.push_back({face, KVR::UTF8String(fmt::format("body{}.face{}", i, face))});
-        writer.Body(KVR::UTF8String(fmt::format("body{}", i)), block, faces);
-    }
-    writer.Finish();
-    if (!BinTools::Write(compound, files.shapes.c_str()))
-        throw std::runtime_error("Cannot write " + files.shapes);
-}
-
-Figures ReadWithOpenCascade(Files const& files)
+Figures ReadWithOpenCascade(KernelStoreFiles const& files)
 {
     double const before = PeakResidentBytes();
     TopoDS_Shape shape;
@@ -86,7 +40,7 @@ Figures ReadWithOpenCascade(Files const& files)
     return {{"seconds", seconds}, {"memory", PeakResidentBytes() - before}};
 }
 
-Figures Restore(Files const& files, unsigned bodies)
+Figures Restore(KernelStoreFiles const& files, unsigned bodies)
 {
     double const before = PeakResidentBytes();
     KVR::HISTORY_STREAM stream;
@@ -120,8 +74,8 @@ double Median(std::vector<Figures> const& a, std::vector<Figures> const& b, Figu
 void Run(unsigned bodies, int repeat)
 {
     ScratchFolder const folder;
-    Files const files{(folder.Path() / "s.sab").string(), (folder.Path() / "s.bin").string()};
-    DoInChildProcess([&] { Write(files, bodies); });
+    KernelStoreFiles const files{(folder.Path() / "s.sab").string(), (folder.Path() / "s.bin").string()};
+    DoInChildProcess([&] { WriteKernelStore(files, bodies); });
     std::vector<Figures> theirs;
     std::vector<Figures> ours;
     for (int i = 0; i < repeat; ++i)

@@ -32,8 +32,8 @@ auto Ask(Getter&& getter, OnThrow&& onThrow)
     }
 }
 
-/// The same where nobody wants to know. What else a getter throws ends here whatever it is, since one broken answer must
-/// not cost the reader all others.
+/// The same where nobody wants to know. What else a getter throws ends here whatever it is, since one broken answer
+/// must not cost the reader all others.
 template <class Getter>
 auto Ask(Getter&& getter)
 {

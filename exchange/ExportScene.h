@@ -33,6 +33,9 @@ struct ExportOptions
     bool parameterCurves = false;
     /// Whether a mesh without a body is written to STEP as tessellated geometry, and to BREP as flat faces.
     bool meshFaces = false;
+    /// Whether files beside the target that no earlier export to it has written, and stand where this one's are to be,
+    /// are replaced; otherwise they are a failure.
+    bool force = false;
     /// The processor time that the child process may take, in seconds and at least 1, instead of the one in proportion
     /// to the scene with its side files (20 s and 40 s for each million bytes).
     std::optional<unsigned> timeout;
@@ -64,7 +67,8 @@ KVR_EXCHANGE_API bool CanView();
 
 /// Reads a scene file and writes it in the format of the extension of `path`; ".html" is one file that shows the scene
 /// in a browser, see docs/viewer.md for what is in it. The file and those beside it (".bin", ".mtl", images) appear
-/// whole, itself last, or not at all; what was there is replaced. A file that is the scene or one of the side files
+/// whole, itself last, or not at all; what an earlier export left there is replaced: the target, and the files that it
+/// names. Others in the way are a failure (see ExportOptions::force). A file that is the scene or one of the side files
 /// that it notes, by whatever name or link, is a failure. Remarks also tell of side files that are missing, short or
 /// another scene's; SceneOptions::strict makes them the failure. So is a name of the filter that the scene has nothing
 /// for: with the nearest names that it has. Works in a child process, so that a crash is a failure like another; see

@@ -42,8 +42,8 @@ struct ImportOptions
     /// The greatest angle in degrees, from 0 to 180, between triangles that share a normal, in files of meshes that
     /// have no normals; another is a failure.
     double creaseAngle = 30.0;
-    /// Whether what is there is taken of a file of meshes that is cut short or damaged, which else is a failure; the
-    /// remarks and losses tell how much it is.
+    /// Whether what is there is taken of a STEP file, or a file of meshes, that is cut short or damaged, which else is
+    /// a failure; the remarks and losses tell how much it is. For IGES and BREP it is a failure.
     bool isLenient = false;
     /// Where what the model holds and the scene does not is listed, item by item, as a JSON object; empty for nowhere.
     /// What stands there is replaced, unless it is the model or the scene: that is a failure.
@@ -69,7 +69,7 @@ struct ImportLoss
     /// In the plural: "comments".
     std::string kind;
     unsigned long long count = 0;
-    /// At most `count` of them: what tells each in the model, such as a name or an entity.
+    /// What tells each in the model, such as a name or an entity, or several of them: "3 of body1". Never empty.
     std::vector<std::string> items;
 };
 
@@ -104,10 +104,10 @@ struct ImportResult
 /// model, by whatever name or link, is a failure, and so is a file of others where a side file is to be (see
 /// ImportOptions::force). Paths are UTF-8. The model is read in a child process, so that one that crashes its reader is
 /// a failure like another, and so is one that takes more processor time than it may or more memory than 2 GiB and 256
-/// times its size; that process reaches no network. Whoever has further threads sees to it that none of them holds a lock of Open CASCADE's when
-/// this is called. Progress tells the stages "reading" (with a fraction for files of meshes), "transferring" (of
-/// STEP and IGES), "meshing" (of bodies) and "writing". Throws
-/// std::bad_alloc and what the callback throws; all else is a failure in the result.
+/// times its size; that process reaches no network. Whoever has further threads sees to it that none of them holds a
+/// lock of Open CASCADE's when this is called. Progress tells the stages "reading" (with a fraction for STEP and files
+/// of meshes), "transferring" (of STEP and IGES), "meshing" (of bodies) and "writing". Throws std::bad_alloc and what
+/// the callback throws; all else is a failure in the result.
 KVR_EXCHANGE_API ImportResult ImportModel(std::string const& modelPath, std::string const& scenePath,
                                           ImportOptions const& options = {}, Progress const& progress = {});
 

@@ -37,7 +37,10 @@ CertifyCommand::CertifyCommand(CLI::App& program)
           "Make a scene of a model, export it to STEP and GLB, read all of them back, and show whether they hold the "
           "same. The exit status is 1 when they do not")
 {
-    Arguments().add_option("model", m_model, "The model's file")->required()->type_name("MODEL");
+    Arguments()
+        .add_option("model", m_model, "The model's file; \"-\" is standard input")
+        ->required()
+        ->type_name("MODEL");
     AddJsonOption(Arguments(), m_asJson);
     Arguments()
         .add_option("--against", m_other, "Compare the model with this file, whatever made it, and with nothing else")

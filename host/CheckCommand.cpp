@@ -6,7 +6,9 @@
 #include <algorithm>
 #include <limits>
 #include <map>
+#include <stdexcept>
 
+#include "exchange/source/MemoryLimit.h"
 #include "host/CommonOptions.h"
 #include "host/check/AccountTable.h"
 #include "host/check/Baseline.h"
@@ -47,7 +49,7 @@ CheckCommand::CheckCommand(CLI::App& program)
               "attributes, dropped objects, broken references, misread values, side files, geometry and units")
 {
     CLI::App& arguments = Arguments();
-    arguments.add_option("scenes", m_scenes, "The scene files")->required()->type_name("SCENE");
+    arguments.add_option("scenes", m_scenes, "The scene files")->required()->type_name("SCENE...");
     arguments.add_flag("--all", m_all, "Show every place of a finding, not ten of each kind");
     arguments.add_flag("--account", m_options.account,
                        "Print what became of all that the document and each side file hold");
@@ -64,6 +66,7 @@ CheckCommand::CheckCommand(CLI::App& program)
                        "Allow a document type declaration, and with it entities and references to other documents, "
                        "also on the network; for scenes that you trust");
     arguments.add_flag("--insecure", m_options.insecure, "Restore kernel stores that the kernel judges insecure");
+    AddMemoryOption(arguments, m_reading);
     m_color.AddTo(arguments);
 }
 
@@ -85,6 +88,10 @@ std::vector<CheckedScene> CheckCommand::CheckAll() const
     std::vector<CheckedScene> scenes;
     for (std::string const& path : m_scenes)
     {
+        SceneOptions reading = m_reading;
+        reading.path = path;
+        if (std::string const problem = MemoryProblem(reading); !problem.empty())
+            throw std::runtime_error(path + " cannot be read: " + problem);
         CheckedScene& scene = scenes.emplace_back(CheckedScene{path, CheckScene(path, m_options), 0});
         known.TakeKnown(scene);
     }

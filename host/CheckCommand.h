@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "exchange/source/SceneOptions.h"
 #include "host/ColorOption.h"
 #include "host/Command.h"
 #include "inspect/Check.h"
@@ -34,6 +35,7 @@ private:
     ExitStatus StatusOf(CheckedScene const& scene) const;
 
     std::vector<std::string> m_scenes;
+    SceneOptions m_reading;
     CheckOptions m_options;
     Form m_form = Form::kText;
     bool m_all = false;

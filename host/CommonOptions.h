@@ -20,11 +20,17 @@ namespace KVR
 /// Those of all commands that read a scene: its file, and how it is read.
 void AddSceneOptions(CLI::App& command, SceneOptions& options);
 
-/// How a scene is read: "--prefix", "--allow-dtd" and "--strict".
+/// How a scene is read: "--prefix", "--allow-dtd", "--strict" and "--max-memory".
 void AddReadingOptions(CLI::App& command, SceneOptions& options);
+
+/// "--allow-dtd".
+void AddTrustOption(CLI::App& command, SceneOptions& options);
 
 /// "--insecure".
 void AddInsecureOption(CLI::App& command, SceneOptions& options);
+
+/// "--max-memory".
+void AddMemoryOption(CLI::App& command, SceneOptions& options);
 
 /// "--timeout".
 void AddTimeoutOption(CLI::App& command, std::optional<unsigned>& seconds);

@@ -35,6 +35,7 @@ ExitStatus ConvertCommand::Run()
     ConvertOptions options;
     options.import = m_import.Options(m_meshing);
     options.exportation = m_export.Options(m_meshing);
+    options.exportation.force = options.import.force;
     options.import.timeout = options.exportation.timeout = m_timeout;
     options.scene = m_scene;
     options.scenePath = m_scenePath;

@@ -21,6 +21,10 @@ void ExportArguments::AddTo(CLI::App& command)
                      "not compute them");
     command.add_flag("--mesh-faces", m_options.meshFaces,
                      "Write a mesh without a body to STEP as tessellated geometry, and to BREP as flat faces");
+    // A command that also imports has one for both.
+    if (!command.get_option_no_throw("--force"))
+        command.add_flag("--force", m_options.force,
+                         "Replace files beside the target that are of no earlier export to it");
 }
 
 ExportOptions ExportArguments::Options(MeshArguments const& meshing) const

@@ -27,7 +27,7 @@ void ImportArguments::AddTo(CLI::App& command)
              ->type_name("DEGREES")
              ->capture_default_str());
     command.add_flag("--lenient", m_options.isLenient,
-                     "Take what is there of a file of meshes that is cut short or damaged");
+                     "Take what is there of a STEP file or file of meshes that is cut short or damaged");
     command.add_flag("--no-mesh", m_withoutMeshes, "Write no meshes");
     command.add_flag("--no-brep", m_withoutBreps, "Write no bodies");
     command.add_flag("--no-pmi", m_withoutNotes, "Read no annotations and views");
@@ -35,7 +35,7 @@ void ImportArguments::AddTo(CLI::App& command)
     command
         .add_option("--report", m_options.reportPath, "List what the scene lacks of the model, item by item, as JSON")
         ->type_name("FILE");
-    command.add_flag("--force", m_options.force, "Replace files that are no side files of a scene of that name");
+    command.add_flag("--force", m_options.force, "Replace files in the way of side files that are of no earlier run");
 }
 
 ImportOptions ImportArguments::Options(MeshArguments const& meshing) const

@@ -19,8 +19,10 @@
 #include "host/Command.h"
 #include "host/ConvertCommand.h"
 #include "host/DumpCommand.h"
+#include "host/ExplainCommand.h"
 #include "host/ExportCommand.h"
 #include "host/ImportCommand.h"
+#include "host/InfoCommand.h"
 #include "host/NotesCommand.h"
 #include "host/PictureCommand.h"
 #include "host/Signals.h"
@@ -54,8 +56,9 @@ Commands MakeCommands(CLI::App& program)
 // All commands, in the order of the help.
 Commands AllCommands(CLI::App& program)
 {
-    return MakeCommands<DumpCommand, TreeCommand, ViewsCommand, NotesCommand, ImportCommand, ExportCommand,
-                        ConvertCommand, ViewCommand, PictureCommand, CertifyCommand, CheckCommand>(program);
+    return MakeCommands<InfoCommand, DumpCommand, TreeCommand, ViewsCommand, NotesCommand, ImportCommand, ExportCommand,
+                        ConvertCommand, ViewCommand, PictureCommand, CertifyCommand, CheckCommand, ExplainCommand>(
+        program);
 }
 
 void Describe(CLI::App& program)
@@ -66,6 +69,8 @@ void Describe(CLI::App& program)
         "Examples:\n"
         "  kvr import examples/models/as1-oc-214.stp as1.xml\n"
         "  kvr tree --styles as1.xml\n"
+        "  kvr info as1.xml\n"
+        "  kvr explain as1.xml part1\n"
         "  kvr dump --summary as1.xml\n"
         "  kvr views as1.xml\n"
         "  kvr notes as1.xml\n"

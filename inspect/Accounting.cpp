@@ -8,17 +8,17 @@
 #include "framework/xml_util/DocumentStream.h"
 #include "framework/xml_util/SideFileParser.h"
 #include "inspect/SceneCheck.h"
-#include "inspect/document/DocumentRules.h"
 #include "inspect/document/DocumentTally.h"
 #include "inspect/document/ReadRecord.h"
+#include "inspect/rules/SideFileRuleTable.h"
+#include "inspect/rules/SideFileRules.h"
+#include "inspect/rules/UsedIds.h"
 
 namespace KVR
 {
 
 namespace
 {
-
-using namespace DocumentRule;
 
 using ByRule = std::map<std::string_view, std::uint64_t>;
 
@@ -69,7 +69,7 @@ Account OfDocument(SceneCheck const& check, DocumentTally const& tally)
     return account;
 }
 
-Account OfSection(SceneCheck const& check, SectionRecord const& section)
+Account OfSection(SectionRecord const& section, UsedIds const& used)
 {
     Account account;
     account.file = section.path;
@@ -81,12 +81,10 @@ Account OfSection(SceneCheck const& check, SectionRecord const& section)
     {
         if (record.kind == "unknown")
             ++account.unread;
-        else if (!record.isKept)
-            ++dropped[kIdTwice.id];
-        else if (check.ElementOf(record.id.View()))
-            ++account.served;
+        else if (Rule const* const rule = DropOf(record, used))
+            ++dropped[rule->id];
         else
-            ++dropped[kUnreached.id];
+            ++account.served;
     }
     SetDropped(account, dropped);
     return account;
@@ -106,11 +104,11 @@ Account OfProperties(SceneCheck const& check)
     {
         ++met;
         if (!property.isMade)
-            ++dropped[kElementDropped.id];
+            ++dropped[SideFileRule::kNoProperty.id];
         else if (!property.isFound)
-            ++dropped[kReferenceMissing.id];
+            ++dropped[SideFileRule::kNoObject.id];
         else if (!property.isHeld)
-            ++dropped[kReferenceKind.id];
+            ++dropped[SideFileRule::kNoHolder.id];
         else if (property.misread && !property.misread->isUnderstood)
             ++account.defaulted;
         else
@@ -126,10 +124,11 @@ Account OfProperties(SceneCheck const& check)
 std::vector<Account> MakeAccounts(SceneCheck const& check, DocumentTally const& tally)
 {
     std::vector<Account> accounts{OfDocument(check, tally)};
+    UsedIds const used = UsedIds::Of(check.Record());
     for (SectionRecord const& section : check.Record().Sections())
     {
         if (section.state == SectionState::kRead)
-            accounts.push_back(OfSection(check, section));
+            accounts.push_back(OfSection(section, used));
     }
     Account properties = OfProperties(check);
     if (properties.seen != 0 || !check.Record().Properties().empty())

@@ -43,15 +43,27 @@ void SetPolicy(CheckOptions const& options)
 }
 
 // Says where the document ends to be one.
-void AddUnreadable(SceneCheck& check, std::string readAs)
+void AddUnparsed(SceneCheck& check)
 {
-    Finding* const finding = check.AddIn(DocumentRule::kUnreadable, check.Path(), {}, std::move(readAs));
+    // A document type is the one thing of those that are refused which the caller may allow.
+    bool const hasDocumentType = LastDocumentRefusal() == DocumentRefusal::kDocumentType;
+    Finding* const finding = check.AddIn(DocumentRule::kUnreadable, check.Path(), {},
+                                         hasDocumentType ? "the document has a document type, which was not allowed, "
+                                                           "and nothing is served"
+                                                         : "the document cannot be parsed, and nothing is served");
     if (!finding)
         return;
     NoElements elements;
     DocumentStreamEnd const end = StreamDocument(UTF16String(UTF8String(check.Path())), elements);
     finding->line = end.line;
     finding->column = end.column;
+}
+
+// Says at which element the reading ended.
+void AddUnreadable(SceneCheck& check, std::string readAs)
+{
+    xercesc::DOMNode const* const element = check.Record().LatestElement();
+    check.Add(DocumentRule::kUnreadable, {element}, element ? NameOf(element) : std::string(), std::move(readAs));
 }
 
 // Whether the scene was read, to its end.
@@ -67,8 +79,10 @@ bool Read(SceneCheck& check, XMLProducer& producer)
     catch (FileException const& exception)
     {
         std::string const file(UTF8String(exception.FileName()).View());
-        AddUnreadable(check, file == check.Path() ? "the document cannot be parsed, and nothing is served"
-                                                  : file + " cannot be read, and nothing is served");
+        if (file == check.Path() && !check.Root())
+            AddUnparsed(check);
+        else
+            AddUnreadable(check, file + " cannot be read, and nothing is served");
     }
     catch (std::bad_alloc const&)
     {

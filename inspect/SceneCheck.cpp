@@ -87,6 +87,8 @@ Finding* SceneCheck::Add(Rule const& rule, Spot const& spot, std::string found, 
     if (!finding)
         return nullptr;
     m_entries.back().spot = spot;
+    if (!spot.element)
+        return finding;
     finding->objectId = ObjectIdOf(spot.element);
     finding->path = PathOf(spot.element);
     return finding;

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <memory>
-#include <optional>
 #include <string_view>
 #include <vector>
 #include <xercesc/dom/DOMDocument.hpp>
@@ -12,6 +11,7 @@
 #include "framework/api/IOUtil.h"
 #include "framework/xml_util/DomWalk.h"
 #include "framework/xml_util/FormatNames.h"
+#include "framework/xml_util/InfoSections.h"
 #include "framework/xml_util/SideFilePath.h"
 #include "framework/xml_util/SubObjectPersistentIdReader.h"
 #include "framework/xml_util/VitreolBlobExternalFileReader.h"
@@ -90,24 +90,16 @@ void LoadMeshSegmentStore(Scan const& scan, DOMNode const* node)
     Ignored(reader.ReadMeshSegmentStore(fullPath, scan.producer.sideFileIndex->meshStore));
 }
 
-// An info section names a side file. Its switch, where it has one, must be exactly "True" and its "Path" present, or
-// the file is not touched.
 struct InfoRow
 {
-    ElementName name;
-    std::optional<AttributeName> switchAttribute;
+    InfoSection const& section;
     void (*load)(Scan const& scan, DOMNode const* node);
 };
 
-constexpr XMLCh const* kSwitchedOn = u"True";
-
 constexpr InfoRow kInfoRows[] = {
-    {Names::SatInfo, std::nullopt, &LoadKernelStore},
-    {Names::GeometryInfo, Names::GenerateGeometry, &LoadMeshStore<true>},
-    {Names::MeshSegmentInfo, Names::GenerateMeshSegment, &LoadMeshSegmentStore},
-    {Names::MeshInfo, Names::GenerateMesh, &LoadMeshStore<false>},
-    {Names::VitreolMaterialInfo, Names::GenerateSerializedVitreol, &LoadVitreolAssets},
-    {Names::SubObjectPersistentIdInfo, Names::GenerateSubObjectPersistentId, &LoadSubObjectPersistentIds},
+    {InfoSections::kKernelStore, &LoadKernelStore},       {InfoSections::kGeometryStore, &LoadMeshStore<true>},
+    {InfoSections::kSegmentStore, &LoadMeshSegmentStore}, {InfoSections::kMeshStore, &LoadMeshStore<false>},
+    {InfoSections::kAssets, &LoadVitreolAssets},          {InfoSections::kPersistentIds, &LoadSubObjectPersistentIds},
 };
 
 // The path that the row's loader opens.
@@ -130,10 +122,11 @@ void TellIfUnread(Scan const& scan, DOMNode const* node, InfoRow const& row)
 
 bool IsOn(DOMNode const* node, InfoRow const& row)
 {
-    if (!row.switchAttribute)
+    auto const& attribute = row.section.switchAttribute;
+    if (!attribute)
         return true;
-    XMLCh const* const text = AttributeText(node, *row.switchAttribute);
-    return text && ToldBoolean(text, [](XMLCh const* word) { return Equals(word, kSwitchedOn); });
+    XMLCh const* const text = AttributeText(node, *attribute);
+    return text && ToldBoolean(text, [](XMLCh const* word) { return Equals(word, InfoSections::kSwitchedOn); });
 }
 
 void TellSection(ReadObserver& observer, Scan const& scan, DOMNode const* node, InfoRow const& row, bool isOn)
@@ -148,7 +141,7 @@ void TellNamesUnderRoot(ReadObserver& observer, DOMNode const* node)
 {
     std::vector<std::u16string_view> names;
     for (InfoRow const& row : kInfoRows)
-        names.emplace_back(row.name);
+        names.emplace_back(row.section.name);
     names.emplace_back(Names::IUniverse);
     for (ElementName const& name : ObjectNodeIndex::ObjectNames())
         names.emplace_back(name);
@@ -161,7 +154,7 @@ bool ReadInfoSection(Scan const& scan, DOMNode const* node, XMLCh const* name)
 {
     for (InfoRow const& row : kInfoRows)
     {
-        if (!Equals(name, row.name))
+        if (!Equals(name, row.section.name))
             continue;
         bool const isOn = IsOn(node, row);
         if (ReadObserver* const observer = Observer()) [[unlikely]]

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <span>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 #include <xercesc/dom/DOMNode.hpp>
 
@@ -64,7 +65,12 @@ void TellRows(ReadObserver& observer, xercesc::DOMNode const* child, std::span<C
     std::transform(rows.begin(), rows.end(), names.begin(), [](auto const& row) { return row.name; });
     XMLCh const* const name = child->getNodeName();
     auto const matched = std::find_if(names.begin(), names.end(), [&](auto const& held) { return Equals(name, held); });
-    observer.NamesTried(child, names, static_cast<std::size_t>(matched - names.begin()));
+    auto const place = static_cast<std::size_t>(matched - names.begin());
+    // A set of mere ids takes references to objects of any kind.
+    if constexpr (std::is_same_v<ChildIdT, UTF8String>)
+        observer.NamesTried(child, names, place);
+    else
+        observer.RowsTried(child, names, place);
 }
 
 /// Reads the children of a "ChildSet" by the owner's rows, in document order; a child of any other name is skipped.

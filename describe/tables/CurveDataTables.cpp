@@ -92,7 +92,8 @@ constexpr Row kNurbsRows[] = {
     Value<&INurbsCurveData::CurveContinuity>("CurveContinuity"),
     Value<&INurbsCurveData::ParameterShift>("ParameterShift"),
     List<&INurbsCurveData::KnotCount, &INurbsCurveData::Knot>("Knots").Long("KnotCount"),
-    List<&INurbsCurveData::ControlPointCount, &INurbsCurveData::ControlPoint>("ControlPoints").Long("ControlPointCount"),
+    List<&INurbsCurveData::ControlPointCount, &INurbsCurveData::ControlPoint>("ControlPoints")
+        .Long("ControlPointCount"),
     Inherits<INurbsCurveData, ICurveData>(),
 };
 

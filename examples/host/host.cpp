@@ -54,7 +54,13 @@ int main(int argc, char** argv)
     try
     {
         producer.BeginProcess(KVR::IdSet(), nullptr, nullptr);  // reads the whole scene
-        Print(producer, producer.RootObjectId().Id(), 0);
+        KVR::UTF8String const root = producer.RootObjectId().Id();
+        if (!producer.Load(root))  // such as of a root file without an id
+        {
+            std::cerr << "host: the root of the scene is no object\n";
+            return 1;
+        }
+        Print(producer, root, 0);
         producer.EndProcess();  // frees every object
     }
     catch (std::exception const& error)

@@ -30,6 +30,7 @@ Certificate::Certificate(std::vector<Stage> stages) : m_stages(std::move(stages)
         if (all.HasBox() && m_diagonal == 0.0)
             m_diagonal = std::hypot(all.high[0] - all.low[0], all.high[1] - all.low[1], all.high[2] - all.low[2]);
     }
+    FindUnseen();
     AddStructure();
     AddOrganisation();
     AddNotes();
@@ -43,6 +44,41 @@ Certificate::Certificate(std::vector<Stage> stages) : m_stages(std::move(stages)
 bool Certificate::IsGood() const noexcept
 {
     return std::all_of(m_rows.begin(), m_rows.end(), [](Row const& row) { return row.isGood; });
+}
+
+void Certificate::FindUnseen()
+{
+    FoldedFacts const& first = m_folded.front();
+    Table const hidden = first.ByPath(m_stages.front().facts, kTable_Hidden);
+    // Triangles are those of what is shown.
+    auto const isShown = [this](std::string const& path)
+    {
+        for (std::size_t stage = 0; stage < m_stages.size(); ++stage)
+            if (auto const node = m_folded[stage].nodes.find(path);
+                m_stages[stage].facts.hasMesh && HasPlaceForHidden(stage) && node != m_folded[stage].nodes.end())
+                return node->second.triangles > 0;
+        return false;
+    };
+    for (auto const& [path, node] : first.nodes)
+        if (node.isHidden || (hidden.count(path) != 0 && !isShown(path)))
+            m_unseen.insert(path);
+    // What is above nothing else: paths that begin with another stand behind it, though others may stand between.
+    for (auto node = first.nodes.rbegin(); node != first.nodes.rend(); ++node)
+    {
+        if (node->second.isPart || m_unseen.count(node->first) != 0)
+            continue;
+        bool hasBelow = false;
+        bool isUnseen = true;
+        std::string const begin = node->first + '/';
+        for (auto below = first.nodes.lower_bound(begin);
+             isUnseen && below != first.nodes.end() && below->first.starts_with(begin); ++below)
+        {
+            hasBelow = true;
+            isUnseen = !below->second.isPart || m_unseen.count(below->first) != 0;
+        }
+        if (hasBelow && isUnseen)
+            m_unseen.insert(node->first);
+    }
 }
 
 bool Certificate::HasPlaceForHidden(std::size_t stage) const
@@ -177,9 +213,7 @@ Table Certificate::ByPath(std::size_t stage, std::function<std::vector<double>(N
     Table table;
     for (auto const& [path, node] : m_folded[stage].nodes)
     {
-        auto const first = m_folded.front().nodes.find(path);
-        bool const isHidden = first != m_folded.front().nodes.end() && first->second.isHidden;
-        if (allHavePlace || !isHidden)
+        if (allHavePlace || m_unseen.count(path) == 0)
             table[path] = {1.0, ask(node)};
     }
     return table;

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -61,11 +62,15 @@ private:
     ModelFacts::Table ByPathAndName(std::size_t stage, char const* name) const;
     bool Has(std::size_t stage, char const* table) const;
     bool HasPlaceForHidden(std::size_t stage) const;
+    /// Finds the paths of which nothing is shown.
+    void FindUnseen();
     void AddAbsences();
 
     std::vector<Stage> m_stages;
     std::vector<FoldedFacts> m_folded;
     double m_diagonal = 0.0;
+    /// Paths that formats without a place for what is hidden may leave out.
+    std::set<std::string> m_unseen;
     std::vector<Row> m_rows;
     std::vector<std::string> m_absences;
 };

@@ -23,8 +23,7 @@ void Certificate::AddStructure()
                 all.insert(known.second.components.begin(), known.second.components.end());
         return std::vector<double>{static_cast<double>(all.size())};
     };
-    bool const isAllShown = std::none_of(m_folded.front().nodes.begin(), m_folded.front().nodes.end(),
-                                         [](auto const& known) { return known.second.isHidden; });
+    bool const isAllShown = m_unseen.empty();
     auto const counts = [this, isAllShown](std::size_t stage) { return isAllShown || HasPlaceForHidden(stage); };
     AddTotal(
         "assemblies", [&](std::size_t s) { return counts(s) ? components(s, false) : std::nullopt; }, false);
@@ -36,11 +35,10 @@ void Certificate::AddStructure()
         if (!m_folded[stage].hasStructure)
             return {};
         for (auto const& [path, node] : m_folded[stage].nodes)
-        {
-            auto const first = m_folded.front().nodes.find(path);
-            if (HasPlaceForHidden(stage) || first == m_folded.front().nodes.end() || !first->second.isHidden)
-                ask(table, path, node);
-        }
+            ask(table, path, node);
+        for (std::string const& path : m_unseen)
+            if (!HasPlaceForHidden(stage) && m_folded[stage].nodes.count(path) == 0)
+                ask(table, path, m_folded.front().nodes.at(path));
         return table;
     };
     AddTable(
@@ -285,7 +283,7 @@ void Certificate::AddMeshes()
             if (!Has(stage, kTable_Normals))
                 return {};
             Table table = m_folded[stage].ByPath(m_stages[stage].facts, kTable_Normals);
-            // The mean angle in degrees, over the area.
+            // The mean angle in degrees, over the area. What has no normals is given some.
             for (auto& [path, entry] : table)
             {
                 auto const node = m_folded[stage].nodes.find(path);
@@ -295,7 +293,7 @@ void Certificate::AddMeshes()
             return table;
         },
         [](Entry const& a, Entry const& b) { return std::abs(a.numbers.at(0) - b.numbers.at(0)) / 180.0; },
-        kAngleTolerance);
+        kAngleTolerance, true);
     if (m_stages.front().facts.hasBodies && !m_stages.front().facts.hasMesh)
         AddBodiesInMeshes();
 }

@@ -148,8 +148,10 @@ private:
 
     void FindFile(char const* stage, std::string const& what, PlainModel const& model)
     {
+        bool const isModel = m_searches.empty();
         Find(stage, what, model.Plain(),
-             [path = model.Plain()](TellFraction const& tell) { return FactsOfFile(path, kMillimetres, tell); });
+             [path = model.Plain(), isModel](TellFraction const& tell)
+             { return FactsOfFile(path, kMillimetres, isModel, tell); });
     }
 
     static void Expect(Outcome outcome, std::string const& failure)

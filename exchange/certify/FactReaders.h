@@ -32,8 +32,10 @@ ModelFacts FactsOfIges(std::string const& path);
 /// What a scene serves, through its producer.
 ModelFacts FactsOfScene(IProducer& producer, UTF8String const& rootId);
 
-/// What a GLB or glTF file holds, with z up.
-ModelFacts FactsOfGltf(std::string const& path);
+/// What a GLB or glTF file holds, with z up. What this project's export says of nodes tells which of them are
+/// components. In a model to import each node that has others below it is an assembly of its own, and layers are none
+/// of the format's.
+ModelFacts FactsOfGltf(std::string const& path, bool isModel = false);
 
 /// What an STL, OBJ or PLY file holds. The unit, in millimetres, is that of its numbers.
 ModelFacts FactsOfTriangles(std::string const& path, double millimetres);

@@ -15,7 +15,8 @@ FoldedFacts::FoldedFacts(ModelFacts const& facts, ModelFacts const& first)
         hasStructure = hasStructure || !occurrence.path.empty();
         std::string const path = FoldedPath(occurrence.path);
         Node& node = nodes[path];
-        if (path == occurrence.path.substr(IsBelowRoot(occurrence.path) ? m_root.size() : 0))
+        if (!IsAboveRoot(occurrence.path) &&
+            path == occurrence.path.substr(IsBelowRoot(occurrence.path) ? m_root.size() : 0))
         {
             ++node.count;
             node.isHidden = occurrence.isHidden;
@@ -68,27 +69,47 @@ ModelFacts::Table FoldedFacts::ByPath(ModelFacts const& facts, char const* table
 
 bool FoldedFacts::IsBelowRoot(std::string const& path) const
 {
-    return !m_root.empty() && path.compare(0, m_root.size(), m_root) == 0;
+    return !m_root.empty() && path.starts_with(m_root);
+}
+
+bool FoldedFacts::IsAboveRoot(std::string const& path) const
+{
+    return !m_root.empty() && m_root.starts_with(path + '/');
 }
 
 void FoldedFacts::FindRoot(ModelFacts const& facts, ModelFacts const& first)
 {
-    if (facts.occurrences.empty() || first.occurrences.size() < 2)
+    constexpr std::size_t kMostLevels = 8;
+    auto const& all = facts.occurrences;
+    if (first.occurrences.empty())
         return;
-    std::string const root = facts.occurrences.front().path;
-    std::string const& wanted = first.occurrences.front().path;
-    bool const isSingle = std::all_of(facts.occurrences.begin() + 1, facts.occurrences.end(),
-                                      [&](ModelFacts::Occurrence const& occurrence)
-                                      { return occurrence.path.compare(0, root.size() + 1, root + '/') == 0; });
-    bool const isBelow =
-        std::any_of(facts.occurrences.begin() + 1, facts.occurrences.end(),
-                    [&](ModelFacts::Occurrence const& occurrence) { return occurrence.path == root + '/' + wanted; });
-    if (root != wanted && isSingle && isBelow)
-        m_root = root + '/';
+    m_top = first.occurrences.front().path;
+    std::ptrdiff_t most = 0;
+    std::string root;
+    for (std::size_t level = 0; level <= std::min(kMostLevels, all.size()); ++level)
+    {
+        auto const begin = all.begin() + static_cast<std::ptrdiff_t>(level);
+        auto const matches = std::count_if(begin, all.end(),
+                                           [&](ModelFacts::Occurrence const& occurrence)
+                                           { return m_known.count(occurrence.path.substr(root.size())) != 0; });
+        if (matches > most)
+        {
+            most = matches;
+            m_root = root;
+        }
+        if (begin == all.end())
+            break;
+        root = begin->path + '/';
+        if (!std::all_of(begin + 1, all.end(),
+                         [&](ModelFacts::Occurrence const& occurrence) { return occurrence.path.starts_with(root); }))
+            break;
+    }
 }
 
 std::string FoldedFacts::FoldedPath(std::string const& full) const
 {
+    if (IsAboveRoot(full))
+        return m_top;
     std::string path = IsBelowRoot(full) ? full.substr(m_root.size()) : full;
     for (std::string known = path;;)
     {

@@ -11,8 +11,7 @@ namespace KVR::Certification
 
 /// Occurrences by their paths, in the structure of the facts that others are compared with: what stands below one of
 /// its parts, or beside them, counts for the nearest occurrence that it knows. A part of a model that a reader divides
-/// is one part so. A
-/// single root that they do not know is left out.
+/// is one part so. Single roots above that of the others are left out.
 struct FoldedFacts
 {
     struct Node
@@ -48,12 +47,15 @@ struct FoldedFacts
 
 private:
     bool IsBelowRoot(std::string const& path) const;
+    bool IsAboveRoot(std::string const& path) const;
     std::string FoldedPath(std::string const& path) const;
     void FindRoot(ModelFacts const& facts, ModelFacts const& first);
 
     std::set<std::string> m_known;
     /// What stands before all paths, and is left out.
     std::string m_root;
+    /// The first path of the first facts.
+    std::string m_top;
 };
 
 }  // namespace KVR::Certification

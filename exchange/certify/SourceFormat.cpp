@@ -23,7 +23,7 @@ ModelFacts FactsOfSceneFile(std::string const& path)
     return FactsOfScene(file.Producer(), *reading.rootId);
 }
 
-ModelFacts FactsOfFile(std::string const& path, double millimetres, TellFraction const& tell)
+ModelFacts FactsOfFile(std::string const& path, double millimetres, bool isModel, TellFraction const& tell)
 {
     std::string start(512, '\0');
     std::ifstream file(path, std::ios::binary);
@@ -36,7 +36,7 @@ ModelFacts FactsOfFile(std::string const& path, double millimetres, TellFraction
     if (holds("ISO-10303-21"))
         return FactsOfStep(path, tell);
     if (start.compare(0, 4, "glTF") == 0 || ending == ".gltf")
-        return FactsOfGltf(path);
+        return FactsOfGltf(path, isModel);
     if (holds("DBRep_DrawableShape") || holds("CASCADE Topology") || holds("Open CASCADE Topology"))
         return FactsOfBrep(path, millimetres);
     if (ending == ".xml")

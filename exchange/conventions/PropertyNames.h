@@ -11,4 +11,7 @@ constexpr char kProperty_UsageId[] = "usage id";
 constexpr char kProperty_UsageDescription[] = "usage description";
 constexpr char kProperty_ReferenceDesignator[] = "reference designator";
 
+/// What stands behind the name of a number in the name of the text that is its unit: "millimetre", "kilogram metre^-3".
+constexpr char kProperty_UnitEnd[] = " unit";
+
 }  // namespace KVR

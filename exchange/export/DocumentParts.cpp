@@ -270,26 +270,35 @@ void DocumentParts::AddProperties(SceneComponent const& component, TDF_Label con
     m_document.products.push_back(std::move(product));
 }
 
-void DocumentParts::AddMeasures(TDF_Label const& part, TopoDS_Shape const& shape) const
+void DocumentParts::AddMeasures(TDF_Label const& part, TopoDS_Shape const& shape)
 {
     bool const hasVolume = part.IsAttribute(XCAFDoc_Volume::GetID());
     bool const hasArea = part.IsAttribute(XCAFDoc_Area::GetID());
     bool const hasCentroid = part.IsAttribute(XCAFDoc_Centroid::GetID());
-    TopExp_Explorer solids(shape, TopAbs_SOLID);
-    if (!solids.More() || (hasVolume && hasArea && hasCentroid))
+    std::vector<ShapeDocument::Solid> solids;
+    for (TopExp_Explorer solid(shape, TopAbs_SOLID); solid.More(); solid.Next())
+        solids.push_back({part, solid.Current(), {}, 0.0, 0.0, {}});
+    if (solids.empty() || (solids.size() == 1 && hasVolume && hasArea && hasCentroid))
         return;
+    auto const isGood = [](double measure) { return std::isfinite(measure) && measure > 0.0; };
     GProp_GProps volume;
     GProp_GProps area;
-    for (; solids.More(); solids.Next())
+    for (ShapeDocument::Solid& solid : solids)
     {
         GProp_GProps ofSolid;
-        BRepGProp::VolumeProperties(solids.Current(), ofSolid);
+        BRepGProp::VolumeProperties(solid.shape, ofSolid);
         volume.Add(ofSolid);
         GProp_GProps ofFaces;
-        BRepGProp::SurfaceProperties(solids.Current(), ofFaces);
+        BRepGProp::SurfaceProperties(solid.shape, ofFaces);
         area.Add(ofFaces);
+        solid.volume = Rounded(ofSolid.Mass());
+        solid.area = Rounded(ofFaces.Mass());
+        if (isGood(solid.volume) && isGood(solid.area))
+            solid.centroid = Rounded(ofSolid.CentreOfMass().XYZ()).XYZ();
     }
-    auto const isGood = [](double measure) { return std::isfinite(measure) && measure > 0.0; };
+    for (ShapeDocument::Solid& solid : solids)
+        if (solids.size() > 1 && isGood(solid.volume) && isGood(solid.area))
+            m_document.solids.push_back(std::move(solid));
     if (!isGood(volume.Mass()) || !isGood(area.Mass()))
         return;
     double const millimetres = m_document.metresPerUnit / kMillimetre;

@@ -53,8 +53,9 @@ private:
     };
 
     void AddTessellations(SceneComponent const& component, TDF_Label const& part, gp_Mat const& change);
-    /// The measures of its solids, so that a receiver can check them, where the scene says nothing of them.
-    void AddMeasures(TDF_Label const& part, TopoDS_Shape const& shape) const;
+    /// The measures of its solids together, where the scene says nothing of them, and those of each of several: so that
+    /// a receiver can check them.
+    void AddMeasures(TDF_Label const& part, TopoDS_Shape const& shape);
     void Note(std::string const& id, Member const& member);
     void NoteTarget(std::string const& id, TDF_Label const& part, TopoDS_Shape const& shape);
 

@@ -9,6 +9,7 @@
 #include <string_view>
 #include <system_error>
 
+#include "exchange/export/ExportSideFiles.h"
 #include "exchange/export/ExportTask.h"
 #include "exchange/export/Formats.h"
 #include "exchange/run/ChildProcess.h"
@@ -234,10 +235,10 @@ void ExportInChildren(SceneOptions const& scene, std::string const& path, WorkFo
 }
 
 // Runs work that writes into a folder and fills the result, and gives its files their places when it is done. None of
-// them may be a source.
+// them may be a source, nor, unless that is wanted, take the place of a file that an earlier export has not written.
 template <class Work>
-ExportResult ExportTo(std::string const& path, std::vector<std::string> const& sources, Progress const& progress,
-                      Work const& work)
+ExportResult ExportTo(std::string const& path, std::vector<std::string> const& sources, bool replacesForeign,
+                      Progress const& progress, Work const& work)
 {
     ExportResult result;
     try
@@ -249,7 +250,12 @@ ExportResult ExportTo(std::string const& path, std::vector<std::string> const& s
         if (!Begin(planned, kStage_Reading))
             return result;
         WorkFolder const folder(path, sources);
+        // What is in the way is better known before the work than after it.
+        if (!replacesForeign)
+            ExpectOwnSideFiles(folder.Target(), ExportSideFileNames(folder.Target()));
         work(folder, planned, result);
+        if (result.outcome == Outcome::kDone && !replacesForeign)
+            ExpectOwnSideFiles(folder.Target(), folder.Names());
         if (result.outcome == Outcome::kDone)
             folder.MoveIntoPlace();
     }
@@ -308,7 +314,7 @@ ExportResult ExportScene(SceneOptions const& scene, std::string const& path, Exp
     ChildLimits const limits = ChildLimits::For(sources, options.timeout);
     auto const work = [&](Progress const& heard)
     {
-        return ExportTo(path, sources, heard,
+        return ExportTo(path, sources, options.force, heard,
                         [&](WorkFolder const& folder, Progress const& planned, ExportResult& result)
                         { ExportInChildren(scene, path, folder, options, limits, planned, result); });
     };
@@ -320,7 +326,7 @@ ExportResult ExportScene(IProducer& producer, UTF8String const& rootId, std::str
 {
     auto const work = [&](Progress const& heard)
     {
-        return ExportTo(path, {}, heard,
+        return ExportTo(path, {}, options.force, heard,
                         [&](WorkFolder const& folder, Progress const& planned, ExportResult& result)
                         {
                             auto remarks =

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "exchange/export/ExportSideFiles.h"
 #include "exchange/export/Formats.h"
 #include "exchange/export/GltfCompression.h"
 #include "exchange/export/GltfDocument.h"
@@ -20,24 +21,6 @@ namespace
 {
 
 using Bytes = std::vector<unsigned char>;
-
-// What a file's name is in a URI.
-std::string UriOf(std::string const& name)
-{
-    constexpr char kDigits[] = "0123456789ABCDEF";
-    std::string uri;
-    for (char const character : name)
-    {
-        auto const byte = static_cast<unsigned char>(character);
-        bool const isPlain = (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') ||
-                             (byte >= '0' && byte <= '9') || byte == '-' || byte == '.' || byte == '_' || byte == '~';
-        if (isPlain)
-            uri += character;
-        else
-            uri += {'%', kDigits[byte >> 4U], kDigits[byte & 15U]};
-    }
-    return uri;
-}
 
 void WriteBinary(tinygltf::Model const& model, std::string const& path)
 {
@@ -124,13 +107,13 @@ void WriteText(tinygltf::Model& model, std::filesystem::path const& path, bool c
         std::string const name =
             stem + ".image" + std::to_string(i + 1) + (images[i].mimeType == "image/png" ? ".png" : ".jpg");
         WriteFile(path.parent_path() / name, TextOf(images[i].image));
-        document["images"].push_back({{"uri", UriOf(name)}, {"name", images[i].name}});
+        document["images"].push_back({{"uri", UriOfFile(name)}, {"name", images[i].name}});
     }
     if (compresses && !bytes.empty())
         CompressGltf(model, bytes, document);
     if (!bytes.empty())
     {
-        document["buffers"][0]["uri"] = UriOf(stem + ".bin");
+        document["buffers"][0]["uri"] = UriOfFile(stem + ".bin");
         WriteFile(path.parent_path() / (stem + ".bin"), TextOf(bytes));
     }
     WriteFile(path, document.dump(2) + '\n');

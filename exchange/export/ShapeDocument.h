@@ -160,6 +160,17 @@ struct ShapeDocument
         std::vector<SceneProperty> properties;
     };
 
+    /// What a solid of a part of several measures.
+    struct Solid
+    {
+        TDF_Label part;
+        TopoDS_Shape shape;
+        std::string name;
+        double volume = 0.0;
+        double area = 0.0;
+        gp_XYZ centroid;
+    };
+
     opencascade::handle<TDocStd_Document> document;
     UnitTypeEnum unit = kUnitType_Millimeter;
     double metresPerUnit = 1e-3;
@@ -170,6 +181,7 @@ struct ShapeDocument
     std::vector<Product> products;
     std::vector<Usage> usages;
     std::vector<Body> bodies;
+    std::vector<Solid> solids;
     std::vector<LayerOfPoint> layersOfPoints;
     /// The names of all layers, in the scene's order.
     std::vector<std::string> layers;
@@ -181,7 +193,7 @@ struct ShapeDocument
     std::vector<Tessellation> tessellations;
     /// When the scene was made, as ISO 8601; empty when it does not say.
     std::string creationTime;
-    /// Whether a STEP file has the curves of edges in the parameters of all surfaces (see DropParameterCurves).
+    /// Whether a STEP file has the curves of edges in the parameters of all surfaces (see SimplifyParameterCurves).
     bool parameterCurves = false;
     NotCarriedCounts& notCarried;
 };

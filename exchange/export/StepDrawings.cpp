@@ -146,7 +146,10 @@ handle<StepVisual_AnnotationPlane> PlaneWith(gp_Ax2 const& axes, handle<StepVisu
 class CalloutWriter
 {
 public:
-    explicit CalloutWriter(StepTransfer& step) : m_step(step), m_notes(step), m_styles(LineStyles(step)) {}
+    explicit CalloutWriter(StepTransfer& step)
+        : m_step(step), m_notes(step), m_styles(LineStyles(step)), m_curves(step.Process())
+    {
+    }
 
     void Write();
 
@@ -171,6 +174,7 @@ private:
     StepTransfer& m_step;
     StepNotes m_notes;
     handle<StepVisual_HArray1OfPresentationStyleAssignment> m_styles;
+    StepCurveSets m_curves;
     std::unordered_map<ShapeDocument::Callout const*, Drawing> m_drawn;
 };
 
@@ -202,7 +206,7 @@ void CalloutWriter::Write()
 void CalloutWriter::Draw(ShapeDocument::Callout const& callout, bool isInView)
 {
     std::string const name = NameOf(callout);
-    handle<StepShape_GeometricCurveSet> const curves = StepCurves(name, callout.curves, m_step.Process());
+    handle<StepShape_GeometricCurveSet> const curves = m_curves.Set(name, callout.curves);
     handle<StepVisual_AnnotationOccurrence> content;
     if (!curves.IsNull())
         content = CurvesOf(name, curves, m_styles);

@@ -1,7 +1,7 @@
 #include "exchange/export/StepEntities.h"
 
 #include <BRep_Tool.hxx>
-#include <Geom_Curve.hxx>
+#include <Geom_Circle.hxx>
 #include <STEPCAFControl_Writer.hxx>
 #include <StepData_StepModel.hxx>
 #include <StepGeom_Axis2Placement3d.hxx>
@@ -65,17 +65,24 @@ StepShape_GeometricSetSelect PolylineOf(std::vector<gp_Pnt> const& corners)
     return select;
 }
 
-void AddEdge(TopoDS_Edge const& edge, handle<Transfer_FinderProcess> const& process, Selects& selects)
+void AppendTo(std::vector<double>& key, gp_XYZ const& triple)
 {
-    std::vector<gp_Pnt> const corners = CornersOf(edge);
-    if (!corners.empty())
-        return selects.push_back(PolylineOf(corners));
-    TopoDSToStep_MakeGeometricCurveSet const maker(edge, process);
-    if (!maker.IsDone())
-        return;
-    handle<StepShape_GeometricCurveSet> const& made = maker.Value();
-    for (int i = 1; i <= made->NbElements(); ++i)
-        selects.push_back(made->ElementsValue(i));
+    key.insert(key.end(), {triple.X(), triple.Y(), triple.Z()});
+}
+
+// What tells a circle from all others; empty for another curve.
+std::vector<double> KeyOfCircle(TopoDS_Edge const& edge)
+{
+    std::vector<double> key(2);
+    auto const circle = handle<Geom_Circle>::DownCast(BRep_Tool::Curve(edge, key[0], key[1]));
+    if (circle.IsNull())
+        return {};
+    key.insert(key.end(), {circle->Radius(), edge.Orientation() == TopAbs_REVERSED ? 1.0 : 0.0});
+    for (gp_XYZ const& triple : {circle->Position().Location().XYZ(), circle->Position().Direction().XYZ(),
+                                 circle->Position().XDirection().XYZ()})
+        AppendTo(key, triple);
+    // No polyline has as many numbers.
+    return key;
 }
 
 }  // namespace
@@ -100,14 +107,35 @@ handle<StepGeom_Axis2Placement3d> StepAxes(gp_Ax2 const& axes)
     return made;
 }
 
-handle<StepShape_GeometricCurveSet> StepCurves(std::string const& name, std::vector<TopoDS_Shape> const& shapes,
-                                               handle<Transfer_FinderProcess> const& process)
+void StepCurveSets::AddEdge(TopoDS_Edge const& edge, Selects& selects)
+{
+    std::vector<gp_Pnt> const corners = CornersOf(edge);
+    std::vector<double> key;
+    for (gp_Pnt const& corner : corners)
+        AppendTo(key, corner.XYZ());
+    if (corners.empty())
+        key = KeyOfCircle(edge);
+    if (auto const known = m_known.find(key); !key.empty() && known != m_known.end())
+        return selects.push_back(known->second);
+    if (!corners.empty())
+        return selects.push_back(m_known[key] = PolylineOf(corners));
+    TopoDSToStep_MakeGeometricCurveSet const maker(edge, m_process);
+    if (!maker.IsDone())
+        return;
+    handle<StepShape_GeometricCurveSet> const& made = maker.Value();
+    for (int i = 1; i <= made->NbElements(); ++i)
+        selects.push_back(made->ElementsValue(i));
+    if (!key.empty() && made->NbElements() == 1)
+        m_known[key] = made->ElementsValue(1);
+}
+
+handle<StepShape_GeometricCurveSet> StepCurveSets::Set(std::string const& name, std::vector<TopoDS_Shape> const& shapes)
 {
     Selects selects;
     for (TopoDS_Shape const& shape : shapes)
     {
         for (TopExp_Explorer edges(shape, TopAbs_EDGE); edges.More(); edges.Next())
-            AddEdge(TopoDS::Edge(edges.Current()), process, selects);
+            AddEdge(TopoDS::Edge(edges.Current()), selects);
     }
     if (selects.empty())
         return {};

@@ -4,6 +4,7 @@
 #include <StepData_StepWriter.hxx>
 #include <TCollection_HAsciiString.hxx>
 #include <ostream>
+#include <string_view>
 
 #include "exchange/export/StepPhases.h"
 #include "exchange/export/StepTessellation.h"
@@ -36,7 +37,13 @@ void FinishedModel::Write(Output& out) const
             WriteTessellations(*m_step, static_cast<std::size_t>(m_step->model->NbEntities()), out);
             m_step->document.tessellations.clear();
         }
-        stream << lines.Line(i)->ToCString() << '\n';
+        std::string_view const line = lines.Line(i)->ToCString();
+        // Blanks around the sign behind a number are a tenth of some files.
+        std::size_t const sign = line.starts_with('#') ? line.find(" = ") : std::string_view::npos;
+        if (sign == std::string_view::npos)
+            stream << line << '\n';
+        else
+            stream << line.substr(0, sign) << '=' << line.substr(sign + 3) << '\n';
     }
     text.Finish();
     out.Flush();

@@ -10,12 +10,17 @@
 #include <StepDimTol_DatumSystem.hxx>
 #include <StepDimTol_DatumSystemOrReference.hxx>
 #include <StepDimTol_GeoTolAndGeoTolWthDatRef.hxx>
+#include <StepDimTol_GeoTolAndGeoTolWthDatRefAndGeoTolWthMod.hxx>
+#include <StepDimTol_GeoTolAndGeoTolWthMod.hxx>
 #include <StepDimTol_GeometricTolerance.hxx>
 #include <StepDimTol_GeometricToleranceTarget.hxx>
 #include <StepDimTol_GeometricToleranceWithDatumReference.hxx>
+#include <StepDimTol_GeometricToleranceWithModifiers.hxx>
 #include <StepDimTol_HArray1OfDatumReferenceCompartment.hxx>
 #include <StepDimTol_HArray1OfDatumReferenceElement.hxx>
 #include <StepDimTol_HArray1OfDatumSystemOrReference.hxx>
+#include <StepDimTol_ToleranceZone.hxx>
+#include <StepDimTol_ToleranceZoneForm.hxx>
 #include <StepRepr_RepresentationContext.hxx>
 #include <StepRepr_ShapeAspectRelationship.hxx>
 #include <StepShape_AngularLocation.hxx>
@@ -28,6 +33,7 @@
 #include <limits>
 
 #include "exchange/export/StepEntities.h"
+#include "exchange/export/StepToleranceDetails.h"
 
 namespace KVR
 {
@@ -68,15 +74,63 @@ std::vector<Callout const*> Sorted(std::vector<Callout> const& callouts)
     return sorted;
 }
 
-// How many of the details of a tolerance or datum have no place in the file.
-unsigned long long PlacelessDetails(AnnotationDetails const& details)
+// What all tolerances are made of.
+struct ToleranceParts
 {
-    unsigned long long count = details.modifiers.size();
-    for (bool const has :
-         {!details.zone.empty(), !details.target.empty(), details.maximum.has_value(), details.displacement.has_value(),
-          details.unitSize.has_value(), details.projection.has_value()})
-        count += has ? 1 : 0;
-    return count;
+    handle<TCollection_HAsciiString> name;
+    handle<StepBasic_MeasureWithUnit> magnitude;
+    StepDimTol_GeometricToleranceTarget target;
+    /// Null for none.
+    handle<StepDimTol_GeometricToleranceWithDatumReference> datums;
+};
+
+// One of the types that has a place for its modifiers and, if there are any, its datums.
+handle<StepDimTol_GeometricTolerance> ToleranceOf(ToleranceParts const& parts, AnnotationDetails const& details)
+{
+    auto const type = static_cast<XCAFDimTolObjects_GeomToleranceType>(ToleranceTypeOf(details.type));
+    auto const named = STEPCAFControl_GDTProperty::GetGeomToleranceType(type);
+    handle<StepDimTol_GeometricToleranceWithModifiers> const modified = new StepDimTol_GeometricToleranceWithModifiers;
+    modified->SetModifiers(StepToleranceModifiers(details.modifiers));
+    bool const hasModifiers = !modified->Modifiers().IsNull();
+    handle<TCollection_HAsciiString> const nothing = StepString("");
+    if (hasModifiers && !parts.datums.IsNull())
+    {
+        handle<StepDimTol_GeoTolAndGeoTolWthDatRefAndGeoTolWthMod> const made =
+            new StepDimTol_GeoTolAndGeoTolWthDatRefAndGeoTolWthMod;
+        made->Init(parts.name, nothing, parts.magnitude, parts.target, parts.datums, modified, named);
+        return made.get();
+    }
+    if (hasModifiers)
+    {
+        handle<StepDimTol_GeoTolAndGeoTolWthMod> const made = new StepDimTol_GeoTolAndGeoTolWthMod;
+        made->Init(parts.name, nothing, parts.magnitude, parts.target, modified, named);
+        return made.get();
+    }
+    if (!parts.datums.IsNull())
+    {
+        handle<StepDimTol_GeoTolAndGeoTolWthDatRef> const made = new StepDimTol_GeoTolAndGeoTolWthDatRef;
+        made->Init(parts.name, nothing, parts.magnitude, parts.target, parts.datums, named);
+        return made.get();
+    }
+    handle<StepDimTol_GeometricTolerance> plain = STEPCAFControl_GDTProperty::GetGeomTolerance(type);
+    if (type == XCAFDimTolObjects_GeomToleranceType_None)
+        plain = new StepDimTol_GeometricTolerance;
+    if (!plain.IsNull())
+        plain->Init(parts.name, nothing, parts.magnitude, parts.target);
+    return plain;
+}
+
+handle<StepDimTol_GeometricToleranceWithDatumReference> ReferenceTo(handle<StepDimTol_DatumSystem> const& datums)
+{
+    StepDimTol_DatumSystemOrReference system;
+    system.SetValue(datums);
+    handle<StepDimTol_HArray1OfDatumSystemOrReference> const systems =
+        new StepDimTol_HArray1OfDatumSystemOrReference(1, 1);
+    systems->SetValue(1, system);
+    handle<StepDimTol_GeometricToleranceWithDatumReference> reference =
+        new StepDimTol_GeometricToleranceWithDatumReference;
+    reference->SetDatumSystem(systems);
+    return reference;
 }
 
 std::string EntryOf(TDF_Label const& label)
@@ -120,8 +174,8 @@ void StepNotes::Add(Callout const& callout)
         entity = Tolerance(callout, frame == m_frames.end() ? Frame() : frame->second);
     }
     if (callout.kind == "tolerance" || callout.kind == "datum")
-        m_step.document.notCarried.Add("zones, modifiers and targets of tolerances and datums",
-                                       PlacelessDetails(callout.details));
+        m_step.document.notCarried.Add("details of tolerances and targets of datums",
+                                       PlacelessToleranceDetails(callout.details, callout.kind == "datum"));
     if (!entity.IsNull())
         m_entities[&callout] = entity;
 }
@@ -198,31 +252,28 @@ handle<Standard_Transient> StepNotes::Tolerance(Callout const& callout, Frame co
         target.SetValue(m_aspects.ShapeOf(callout.first.front().part));
     else
         return {};
-    handle<StepBasic_MeasureWithUnit> magnitude;
+    TDF_Label const& part = callout.first.front().part;
+    ToleranceParts parts{StepString(callout.label), {}, target, {}};
     if (callout.details.magnitude)
-        magnitude = StepMeasures::Length(*callout.details.magnitude, m_aspects.ContextOf(callout.first.front().part));
-    auto const type = static_cast<XCAFDimTolObjects_GeomToleranceType>(ToleranceTypeOf(callout.details.type));
-    handle<StepDimTol_GeometricTolerance> plain = STEPCAFControl_GDTProperty::GetGeomTolerance(type);
-    if (type == XCAFDimTolObjects_GeomToleranceType_None)
-        plain = new StepDimTol_GeometricTolerance;
-    if (frame.empty() && !plain.IsNull())
+        parts.magnitude = StepMeasures::Length(*callout.details.magnitude, m_aspects.ContextOf(part));
+    if (!frame.empty())
+        parts.datums = ReferenceTo(SystemOf(callout, frame));
+    handle<StepDimTol_GeometricTolerance> tolerance = ToleranceOf(parts, callout.details);
+    if (tolerance.IsNull())
     {
-        plain->Init(StepString(callout.label), StepString(""), magnitude, target);
-        m_step.model->AddWithRefs(plain);
-        return plain.get();
+        // Some types have datums, if none that are known.
+        parts.datums = ReferenceTo(SystemOf(callout, frame));
+        tolerance = ToleranceOf(parts, callout.details);
     }
-    StepDimTol_DatumSystemOrReference system;
-    system.SetValue(SystemOf(callout, frame));
-    handle<StepDimTol_HArray1OfDatumSystemOrReference> const systems =
-        new StepDimTol_HArray1OfDatumSystemOrReference(1, 1);
-    systems->SetValue(1, system);
-    handle<StepDimTol_GeometricToleranceWithDatumReference> const reference =
-        new StepDimTol_GeometricToleranceWithDatumReference;
-    reference->SetDatumSystem(systems);
-    handle<StepDimTol_GeoTolAndGeoTolWthDatRef> const tolerance = new StepDimTol_GeoTolAndGeoTolWthDatRef;
-    tolerance->Init(StepString(callout.label), StepString(""), magnitude, target, reference,
-                    STEPCAFControl_GDTProperty::GetGeomToleranceType(type));
     m_step.model->AddWithRefs(tolerance);
+    if (!callout.details.zone.empty())
+    {
+        handle<StepDimTol_ToleranceZone> const zone =
+            StepZoneOf(tolerance, callout.details.zone, m_aspects.ShapeOf(part));
+        // Open CASCADE does not know that a zone refers to its form.
+        m_step.model->AddWithRefs(zone->Form());
+        m_step.model->AddWithRefs(zone);
+    }
     return tolerance.get();
 }
 
@@ -247,8 +298,12 @@ handle<StepDimTol_DatumSystem> StepNotes::SystemOf(Callout const& tolerance, Fra
 handle<StepDimTol_DatumReferenceCompartment> StepNotes::CompartmentOf(Frame const& datums, TDF_Label const& part)
 {
     StepDimTol_DatumOrCommonDatum base;
+    handle<StepDimTol_HArray1OfDatumReferenceModifier> modifiers;
     if (datums.size() == 1)
+    {
         base.SetValue(DatumOf(*datums.front(), part).datum);
+        modifiers = StepDatumModifiers(datums.front()->details.modifiers);
+    }
     else
     {
         handle<StepDimTol_HArray1OfDatumReferenceElement> const elements =
@@ -258,15 +313,17 @@ handle<StepDimTol_DatumReferenceCompartment> StepNotes::CompartmentOf(Frame cons
             StepDimTol_DatumOrCommonDatum of;
             of.SetValue(DatumOf(*datums[i], part).datum);
             handle<StepDimTol_DatumReferenceElement> const element = new StepDimTol_DatumReferenceElement;
-            element->Init(StepString(""), StepString(""), m_aspects.ShapeOf(part), StepData_LFalse, of, Standard_False,
-                          {});
+            handle<StepDimTol_HArray1OfDatumReferenceModifier> const own =
+                StepDatumModifiers(datums[i]->details.modifiers);
+            element->Init(StepString(""), StepString(""), m_aspects.ShapeOf(part), StepData_LFalse, of, !own.IsNull(),
+                          own);
             elements->SetValue(static_cast<int>(i) + 1, element);
         }
         base.SetValue(elements);
     }
     handle<StepDimTol_DatumReferenceCompartment> compartment = new StepDimTol_DatumReferenceCompartment;
-    compartment->Init(StepString(""), StepString(""), m_aspects.ShapeOf(part), StepData_LFalse, base, Standard_False,
-                      {});
+    compartment->Init(StepString(""), StepString(""), m_aspects.ShapeOf(part), StepData_LFalse, base,
+                      !modifiers.IsNull(), modifiers);
     return compartment;
 }
 

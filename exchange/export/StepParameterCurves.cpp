@@ -9,6 +9,8 @@
 #include <StepGeom_PcurveOrSurface.hxx>
 #include <StepGeom_Surface.hxx>
 #include <StepGeom_SurfaceCurve.hxx>
+#include <StepRepr_DefinitionalRepresentation.hxx>
+#include <StepRepr_RepresentationContext.hxx>
 #include <StepShape_EdgeCurve.hxx>
 #include <unordered_set>
 #include <vector>
@@ -40,6 +42,19 @@ void Simplify(StepShape_EdgeCurve& edge)
     edge.SetEdgeGeometry(curve->Curve3d());
 }
 
+// Curves in parameters have a context each, and all of these say the same.
+void ShareContext(handle<StepData_StepModel> const& model)
+{
+    handle<StepRepr_RepresentationContext> shared;
+    for (handle<StepGeom_Pcurve> const& pcurve : StepEntitiesOf<StepGeom_Pcurve>(model))
+    {
+        handle<StepRepr_DefinitionalRepresentation> const curve = pcurve->ReferenceToCurve();
+        if (shared.IsNull())
+            shared = curve->ContextOfItems();
+        curve->SetContextOfItems(shared);
+    }
+}
+
 // What is named from the roots on.
 std::unordered_set<Standard_Transient const*> NamedFrom(std::vector<handle<Standard_Transient>> waiting,
                                                         handle<StepData_StepModel> const& model)
@@ -60,16 +75,17 @@ std::unordered_set<Standard_Transient const*> NamedFrom(std::vector<handle<Stand
 
 }  // namespace
 
-void DropParameterCurves(handle<StepData_StepModel> const& model,
-                         std::unordered_set<Standard_Transient const*> const& kept)
+void SimplifyParameterCurves(handle<StepData_StepModel> const& model,
+                             std::unordered_set<Standard_Transient const*> const* kept)
 {
     std::vector<handle<Standard_Transient>> roots;
     Interface_ShareFlags const flags{Interface_Graph(model)};
     for (int i = 1; i <= flags.NbRoots(); ++i)
         roots.push_back(flags.Root(i));
     for (handle<StepShape_EdgeCurve> const& edge : StepEntitiesOf<StepShape_EdgeCurve>(model))
-        if (kept.count(edge.get()) == 0)
+        if (kept && kept->count(edge.get()) == 0)
             Simplify(*edge);
+    ShareContext(model);
     std::unordered_set<Standard_Transient const*> const named = NamedFrom(std::move(roots), model);
     std::vector<handle<Standard_Transient>> order;
     for (int i = 1; i <= model->NbEntities(); ++i)

@@ -33,9 +33,12 @@
 #include <Transfer_FinderProcess.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
 #include <unordered_map>
+#include <unordered_set>
 
+#include "exchange/conventions/PropertyNames.h"
 #include "exchange/export/StepEntities.h"
 #include "exchange/export/StepModelEntities.h"
+#include "exchange/export/StepPropertyUnit.h"
 #include "exchange/export/StepTransfer.h"
 
 namespace KVR
@@ -47,6 +50,7 @@ namespace
 using opencascade::handle;
 
 constexpr char kMaterialProperty[] = "material property";
+constexpr std::size_t kEndSize = sizeof kProperty_UnitEnd - 1;
 
 class PropertyWriter
 {
@@ -186,11 +190,47 @@ private:
 
     void WriteAll(std::vector<SceneProperty> const& properties, StepRepr_CharacterizedDefinition const& owner)
     {
+        std::unordered_map<std::string, StepPropertyUnit> const units = UnitsOf(properties);
         for (SceneProperty const& property : properties)
-            if (handle<StepRepr_RepresentationItem> const item = ItemOf(property); !item.IsNull())
-                WriteOne({property.name, {}, {}}, item, owner);
-            else
+        {
+            if (property.name.ends_with(kProperty_UnitEnd) &&
+                units.count(property.name.substr(0, property.name.size() - kEndSize)) > 0)
+                continue;
+            auto const unit = units.find(property.name);
+            handle<StepRepr_RepresentationItem> const item =
+                unit == units.end() ? ItemOf(property) : MeasureOf(NumberOf(property).value_or(0.0), unit->second);
+            if (item.IsNull())
                 m_step.document.notCarried.Add("custom properties");
+            else
+                WriteOne({property.name, {}, {}}, item, owner);
+        }
+    }
+
+    // Those that a file can say, by the names of the numbers that have them.
+    static std::unordered_map<std::string, StepPropertyUnit> UnitsOf(std::vector<SceneProperty> const& properties)
+    {
+        std::unordered_map<std::string, StepPropertyUnit> units;
+        for (SceneProperty const& property : properties)
+            if (auto const* const text = std::get_if<std::string>(&property.value);
+                text && property.name.ends_with(kProperty_UnitEnd))
+                if (auto const unit = StepPropertyUnit::Of(*text))
+                    units.emplace(property.name.substr(0, property.name.size() - kEndSize), *unit);
+        std::unordered_set<std::string> numbers;
+        for (SceneProperty const& property : properties)
+            if (!std::holds_alternative<int>(property.value) && NumberOf(property))
+                numbers.insert(property.name);
+        std::erase_if(units, [&](auto const& entry) { return numbers.count(entry.first) == 0; });
+        return units;
+    }
+
+    static handle<StepRepr_RepresentationItem> MeasureOf(double number, StepPropertyUnit const& unit)
+    {
+        handle<StepBasic_MeasureValueMember> const value = new StepBasic_MeasureValueMember;
+        value->SetName(unit.measure);
+        value->SetReal(number);
+        handle<StepRepr_MeasureRepresentationItem> const item = new StepRepr_MeasureRepresentationItem;
+        item->Init(StepString(""), value, unit.unit);
+        return item.get();
     }
 
     handle<StepRepr_RepresentationItem> ItemOf(SceneProperty const& property)

@@ -131,7 +131,7 @@ public:
 private:
     std::size_t Begin(char const* entity)
     {
-        m_text += fmt::format("#{} = {}(", ++m_last, entity);
+        m_text += fmt::format("#{}={}(", ++m_last, entity);
         return m_last;
     }
 

@@ -71,8 +71,13 @@ StepTransfer::StepTransfer(ShapeDocument content, TellStage const& tell) : docum
     if (!writer.Transfer(document.document, STEPControl_AsIs, nullptr, indicator->Start()))
         throw std::runtime_error("Open CASCADE finds nothing in the scene that it can write as STEP");
     model = handle<StepData_StepModel>::DownCast(Session()->Model());
-    if (!document.parameterCurves)
-        DropParameterCurves(model, LooseEdges());
+    if (document.parameterCurves)
+        SimplifyParameterCurves(model, nullptr);
+    else
+    {
+        std::unordered_set<Standard_Transient const*> const loose = LooseEdges();
+        SimplifyParameterCurves(model, &loose);
+    }
     SortPresentations(model);
 }
 

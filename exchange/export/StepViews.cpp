@@ -26,6 +26,7 @@
 
 #include "exchange/export/StepEntities.h"
 #include "exchange/export/StepProperties.h"
+#include "exchange/export/StepSolidMeasures.h"
 
 namespace KVR
 {
@@ -151,6 +152,7 @@ FinishedModel::FinishedModel(AnnotatedModel&& model) : StepPhase(model)
 {
     WriteViews(*m_step);
     WriteStepProperties(*m_step);
+    WriteSolidMeasures(*m_step);
     WriteHeader(m_step->document, m_step->model);
 }
 

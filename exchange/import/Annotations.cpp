@@ -288,12 +288,12 @@ private:
         element.id = note.callout.id + UTF8String(".drawing");
         element.label = UTF8String(TextOf(name));
         std::size_t number = 0;
-        for (Authoring::PolylineRecord& line : DrawnLines(drawing))
+        for (Authoring::CurveRecord& line : DrawnLines(drawing))
         {
             Authoring::CurveElementRecord curve;
             curve.id = element.id + UTF8String("." + std::to_string(++number));
             curve.unit.length = m_unit;
-            note.polylines.emplace_back(curve.id, std::move(line));
+            note.curves.emplace_back(curve.id, std::move(line));
             element.curves.push_back(std::move(curve));
         }
         if (number > 0)
@@ -305,13 +305,12 @@ private:
     static void CentreText(Annotations::Note& note, gp_XYZ const& known)
     {
         Authoring::CalloutRecord& callout = note.callout;
-        if (!callout.plane || note.polylines.empty() || known.Modulus() == 0.0 ||
+        if (!callout.plane || note.curves.empty() || known.Modulus() == 0.0 ||
             callout.plane->plane.origin == Triple(known))
             return;
         Bnd_Box box;
-        for (auto const& [id, line] : note.polylines)
-            for (Authoring::Triple const& point : line.points)
-                box.Add(gp_Pnt(point[0], point[1], point[2]));
+        for (auto const& [id, line] : note.curves)
+            box.Add(BoxOf(line));
         callout.text->origin = Triple(0.5 * (box.CornerMin().XYZ() + box.CornerMax().XYZ()));
     }
 
@@ -375,8 +374,8 @@ Annotations::Annotations(ModelDocument const& model, ProductPlan const& plan,
                          std::function<std::vector<UTF8String>(TDF_Label const&)> const& idsOf, Losses& losses)
 {
     AnnotationReader(*this, model, plan, idsOf, losses).Read();
-    if (plan.components.empty())
-        losses.Add("annotations of no part", m_count);
+    for (std::size_t i = 0; plan.components.empty() && i < m_count; ++i)
+        losses.AddItem("annotations of no part", "note" + std::to_string(i + 1));
 }
 
 std::vector<Annotations::Note> const& Annotations::NotesOf(std::size_t component) const

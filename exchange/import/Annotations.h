@@ -24,8 +24,8 @@ public:
     struct Note
     {
         Authoring::CalloutRecord callout;
-        /// The polylines that the elements of the callout are drawn with, by the ids of their curves.
-        std::vector<std::pair<UTF8String, Authoring::PolylineRecord>> polylines;
+        /// What the elements of the callout are drawn with, by the ids of their curves.
+        std::vector<std::pair<UTF8String, Authoring::CurveRecord>> curves;
     };
 
     /// `idsOf` answers the ids of what a label became: components, bodies, faces, edges.

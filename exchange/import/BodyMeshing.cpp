@@ -5,6 +5,7 @@
 #include <Message_ProgressScope.hxx>
 #include <Precision.hxx>
 #include <algorithm>
+#include <cmath>
 
 #include "exchange/import/ModelBox.h"
 #include "exchange/model/ModelError.h"
@@ -25,7 +26,8 @@ double MeshBodies(ProductPlan const& plan, MeshQuality const& quality, TellStage
 {
     double const diagonal = DiagonalOfModel(plan);
     double const deflection = quality.deflection.value * (quality.deflection.isFraction ? diagonal : 1.0);
-    if (!(diagonal > 0.0) || !(deflection > 0.0))
+    // Of numbers that are too large to be squared nothing can be meshed.
+    if (!(diagonal > 0.0) || !std::isfinite(diagonal) || !(deflection > 0.0))
         return 0.0;
     double const finest = kFinest * diagonal;
     if (!quality.deflection.isFraction && deflection < finest)

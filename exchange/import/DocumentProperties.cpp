@@ -160,6 +160,8 @@ void AddStated(Collector& collector, std::vector<StepProperty> const& properties
             collector.Add(name, *integer);
         else
             collector.Add(name, std::get<bool>(property.value));
+        if (!property.unit.empty())
+            collector.Add(CleanText(property.name + kProperty_UnitEnd), CleanText(property.unit));
     }
 }
 

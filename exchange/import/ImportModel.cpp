@@ -108,8 +108,11 @@ private:
         ModelReadOptions reading;
         reading.withAnnotations = options.withAnnotations;
         reading.unit = options.unit;
+        reading.isLenient = options.isLenient;
         reading.progress = EachPercent([&](ProgressReport const& report) { voice.Progress(report); });
         ModelDocument const model = ModelDocument::Read(source.File(), format, reading);
+        for (std::string const& remark : model.remarks)
+            voice.Remark(remark);
         ImportReport const report =
             WriteSceneOf(model, source.Path(), source.Name(), scenePath, options, reading.progress);
         return AnswerOf(model.unit, model.isUnitStated, report);
@@ -160,6 +163,9 @@ ModelFormat FormatOf(ModelSource const& source, ImportOptions const& options)
         throw ModelError("the angle of creases is one from 0 to 180 degrees");
     if (!IsOfMeshes(*format) && options.up.value_or(UpAxis::kZ) != UpAxis::kZ)
         throw ModelError("its axes stay as they are: which one points up is said of STL, OBJ, PLY and glTF alone");
+    if (options.isLenient && (*format == ModelFormat::kIges || *format == ModelFormat::kBrep))
+        throw ModelError(
+            "IGES and BREP files are taken whole or not at all: --lenient is for STEP and files of meshes");
     return *format;
 }
 
@@ -192,7 +198,14 @@ ImportResult Import(std::string const& modelPath, std::string const& scenePath, 
     if (!child.answer)
         throw ModelError(child.failure.value_or("its reader ended " + child.EndText()));
     result.remarks.insert(result.remarks.end(), child.remarks.begin(), child.remarks.end());
-    ReadAnswer(*child.answer, result);
+    try
+    {
+        ReadAnswer(*child.answer, result);
+    }
+    catch (json::exception const&)
+    {
+        throw ModelError("its reader tells nothing sensible of it");
+    }
     result.hasAnnotations = options.withAnnotations;
     AddRemarks(result);
     if (!options.reportPath.empty())

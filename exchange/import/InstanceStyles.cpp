@@ -24,6 +24,14 @@ struct Usage
     UTF8String style;
 };
 
+std::string PathText(Authoring::OccurrencePath const& path)
+{
+    std::string text;
+    for (UTF8String const& id : path)
+        text += (text.empty() ? "" : "/") + std::string(id.View());
+    return text;
+}
+
 }  // namespace
 
 std::vector<std::pair<Authoring::OccurrencePath, std::vector<UTF8String>>> InstanceStyles(ProductPlan const& plan,
@@ -63,7 +71,7 @@ std::vector<std::pair<Authoring::OccurrencePath, std::vector<UTF8String>>> Insta
                 UTF8String const next = plan.IdOf(label.Father());
                 if (next.IsEmpty() || usage.path.size() >= kMostLevels)
                 {
-                    losses.Add("styles of occurrences that are no objects");
+                    losses.AddItem("styles of occurrences that are no objects", PathText(usage.path));
                     continue;
                 }
                 Usage below{label, usage.path, usage.style};

@@ -158,8 +158,10 @@ private:
     {
         if (!m_options.withMeshes)
         {
-            m_report.losses.Add("meshes, since none were wanted", mesh.corners.empty() ? 0 : 1);
-            m_report.losses.Add("lines and points, since no meshes were wanted", mesh.lines.size() + mesh.dots.size());
+            if (!mesh.corners.empty())
+                m_report.losses.AddItem("meshes, since none were wanted", NameOf(mesh));
+            m_report.losses.AddOf("lines and points, since no meshes were wanted", NameOf(mesh),
+                                  mesh.lines.size() + mesh.dots.size());
             return;
         }
         if (!mesh.corners.empty())
@@ -178,6 +180,16 @@ private:
             WriteCloud(mesh);
         m_report.counts.bodies += mesh.IsEmpty() ? 0 : 1;
     }
+
+    // In a scene the second one counts up from the bottom.
+    static std::vector<double> FromTheBottom(std::vector<double> places)
+    {
+        for (std::size_t i = 1; i < places.size(); i += 2)
+            places[i] = 1.0 - places[i];
+        return places;
+    }
+
+    static std::string NameOf(Mesh const& mesh) { return mesh.name.empty() ? "a mesh without a name" : mesh.name; }
 
     static Authoring::XYZ PointOf(Mesh const& mesh, std::uint32_t point)
     {
@@ -201,7 +213,8 @@ private:
     {
         Authoring::PointCloudRecord cloud;
         Dress(cloud, mesh.name, MeshModel::kNone);
-        m_report.losses.Add("styles of point clouds", mesh.dotMaterial == MeshModel::kNone ? 0 : 1);
+        if (mesh.dotMaterial != MeshModel::kNone)
+            m_report.losses.AddItem("styles of point clouds", NameOf(mesh));
         cloud.id = UTF8String("cloud" + std::to_string(++m_pointCount));
         for (std::uint32_t const point : mesh.dots)
             cloud.points.push_back(PointOf(mesh, point));
@@ -224,7 +237,7 @@ private:
         store.Vertices(mesh.points);
         store.Normals(mesh.normals);
         if (hasTexture)
-            store.TextureSet(2, mesh.texture);
+            store.TextureSet(2, FromTheBottom(mesh.texture));
         WritePolygons(mesh, isUniform);
         store.EndMesh();
         m_report.counts.triangles += mesh.TriangleCount();

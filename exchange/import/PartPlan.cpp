@@ -49,7 +49,11 @@ bool HasChild(TopoDS_Shape const& shape)
 
 PartPlan::PartPlan(ComponentPlan const& component, ModelDocument const& model, StyleTable& styles, Numbers& numbers,
                    Losses& losses)
-    : style(styles.StyleOf(component.label, false)), m_model(model), m_numbers(numbers), m_losses(losses)
+    : style(styles.StyleOf(component.label, false)),
+      m_name(component.name.View()),
+      m_model(model),
+      m_numbers(numbers),
+      m_losses(losses)
 {
     if (component.shape.IsNull())
         return;
@@ -138,7 +142,7 @@ void PartPlan::AddBody(Work const& item)
 {
     if (item.shape.ShapeType() != TopAbs_VERTEX && !HasChild(item.shape))
     {
-        m_losses.Add("shapes without geometry");
+        m_losses.AddItem("shapes without geometry", m_name);
         return;
     }
     BodyPlan body;
@@ -172,7 +176,7 @@ void PartPlan::AddBody(Work const& item)
         body.meshId = UTF8String("mesh" + number);
     body.hasGeometry = bareCount == 0;
     if (bareCount > 0 && bareCount < faceCount)
-        m_losses.Add("surfaces of bodies of which other faces have none", faceCount - bareCount);
+        m_losses.AddOf("surfaces of bodies of which other faces have none", body.id.View(), faceCount - bareCount);
     bodies.push_back(std::move(body));
 }
 

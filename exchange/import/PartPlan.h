@@ -85,6 +85,7 @@ private:
     void Divide(std::vector<Work>& work);
     void AddBody(Work const& item);
 
+    std::string m_name;
     ModelDocument const& m_model;
     Numbers& m_numbers;
     Losses& m_losses;

@@ -2,10 +2,13 @@
 
 #include <BRepTools.hxx>
 #include <BRep_Tool.hxx>
+#include <TDF_LabelSequence.hxx>
 #include <TopExp.hxx>
 #include <TopTools_IndexedMapOfShape.hxx>
 #include <TopoDS.hxx>
 #include <XCAFDoc_DocumentTool.hxx>
+#include <XCAFDoc_Note.hxx>
+#include <XCAFDoc_NoteComment.hxx>
 #include <XCAFDoc_NotesTool.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
 #include <filesystem>
@@ -317,16 +320,23 @@ private:
     {
         for (Annotations::Note const& note : m_annotations->NotesOf(index))
         {
-            for (auto const& [id, polyline] : note.polylines)
-                m_scene.Meshes().Curve(id, {polyline});
+            for (auto const& [id, curve] : note.curves)
+                m_scene.Meshes().Curve(id, curve);
             m_scene.Callout(note.callout);
         }
     }
 
     void CountLosses()
     {
-        auto const notes = XCAFDoc_DocumentTool::NotesTool(m_model.document->Main());
-        m_report.losses.Add("comments", static_cast<unsigned long long>(notes->NbNotes()));
+        TDF_LabelSequence notes;
+        XCAFDoc_DocumentTool::NotesTool(m_model.document->Main())->GetNotes(notes);
+        for (TDF_Label const& label : notes)
+        {
+            auto const note = XCAFDoc_Note::Get(label);
+            auto const comment = Handle(XCAFDoc_NoteComment)::DownCast(note);
+            UTF8String const text = CleanExtendedText(comment.IsNull() ? note->UserName() : comment->Comment());
+            m_report.losses.AddItem("comments", std::string(text.View()));
+        }
         if (m_model.step)
             CountStepLosses(*m_model.step, m_annotations->Entities(), m_report.losses);
         for (TopoDS_Shape const& shape : m_written)

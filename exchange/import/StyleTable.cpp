@@ -126,7 +126,8 @@ UTF8String const& StyleTable::StyleOfMaterial(TDF_Label const& material)
                 style.bumpMap = TextureOf(pbr.NormalTexture);
             for (auto const* const other : {&pbr.MetallicRoughnessTexture, &pbr.EmissiveTexture, &pbr.OcclusionTexture})
                 if (!other->IsNull())
-                    m_losses.Add("textures of roughness, emission and occlusion");
+                    m_losses.AddItem("textures of roughness, emission and occlusion",
+                                     std::string(style.id.View()) + ' ' + std::string(style.label.View()));
         }
         else if (content->HasCommonMaterial())
         {

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "exchange/meshes/FileBytes.h"
+#include "exchange/meshes/GltfCompressedView.h"
 
 namespace KVR
 {
@@ -17,6 +18,9 @@ constexpr std::size_t kHeadSize = 12;
 constexpr std::size_t kChunkHeadSize = 8;
 constexpr std::uint32_t kJsonChunk = 0x4E4F534A;
 constexpr std::uint32_t kBinaryChunk = 0x004E4942;
+constexpr char kCompression[] = "EXT_meshopt_compression";
+// What one compressed byte may stand for, in all that is compressed.
+constexpr std::size_t kMostTimes = 64;
 
 // Extensions without which a document can be read.
 constexpr std::string_view kKnown[] = {"KHR_materials_unlit",
@@ -59,6 +63,7 @@ GltfFile::GltfFile(MeshReading& reading, std::string_view bytes) : m_reading(rea
     Parse(json);
     RefuseExtensions();
     ReadBuffers(bytes);
+    Decompress();
 }
 
 void GltfFile::ReadContainer(std::string_view bytes, std::string_view& json)
@@ -119,9 +124,9 @@ void GltfFile::RefuseExtensions()
     for (Json const& entry : List("extensionsRequired"))
     {
         std::string const name = entry.is_string() ? entry.get<std::string>() : std::string();
-        if (name == "KHR_draco_mesh_compression" || name == "EXT_meshopt_compression")
+        if (name == "KHR_draco_mesh_compression" || (name == kCompression && !CanDecompressGltf()))
             throw ModelError("its meshes are compressed with " + name + ", which cannot be read");
-        if (std::find(std::begin(kKnown), std::end(kKnown), name) == std::end(kKnown))
+        if (name != kCompression && std::find(std::begin(kKnown), std::end(kKnown), name) == std::end(kKnown))
             m_reading.Damage("it requires the extension " + name + ", which cannot be read");
     }
 }
@@ -146,7 +151,7 @@ void GltfFile::ReadBuffers(std::string_view bytes)
             m_reading.Damage(name + " is not there: \"" + uri.substr(0, 200) + '"');
         if (!m_loaded[i].empty())
             m_buffers[i] = m_loaded[i];
-        if (uri.empty() && i > 0 && !Extension(buffers[i], "EXT_meshopt_compression").empty())
+        if (uri.empty() && i > 0 && !Extension(buffers[i], kCompression).empty())
             continue;
         if (m_buffers[i].size() < announced)
             m_reading.Damage(name + " announces " + WithCommas(announced) + " bytes, and has " +
@@ -174,6 +179,13 @@ Json const* GltfFile::Entry(char const* list, Json const& object, char const* me
     return nullptr;
 }
 
+std::string GltfFile::NameOf(char const* list, std::size_t index) const
+{
+    Json const& entries = List(list);
+    std::string const name = index < entries.size() ? Text(entries[index], "name") : std::string();
+    return std::string(list) + ' ' + std::to_string(index) + (name.empty() ? "" : " \"" + name + '"');
+}
+
 std::string_view GltfFile::View(std::size_t index)
 {
     Json const& views = List("bufferViews");
@@ -183,7 +195,50 @@ std::string_view GltfFile::View(std::size_t index)
         m_reading.Damage(name + " is not among the " + WithCommas(views.size()));
         return {};
     }
-    Json const& view = views[index];
+    auto const unpacked = m_decompressed.find(index);
+    return unpacked != m_decompressed.end() ? std::string_view(unpacked->second) : Bytes(views[index], name);
+}
+
+// Views that are compressed, each once. Those that name the same bytes unpack to no more than the file could hold.
+void GltfFile::Decompress()
+{
+    Json const& views = List("bufferViews");
+    std::size_t room = kMostTimes * Size();
+    for (std::size_t i = 0; CanDecompressGltf() && i < views.size(); ++i)
+    {
+        Json const& claims = Extension(views[i], kCompression);
+        if (claims.empty())
+            continue;
+        std::string const name = "buffer view " + std::to_string(i);
+        std::size_t const length = Index(views[i], "byteLength").value_or(0);
+        if (length > room)
+            throw ModelError("its compressed views announce more than its bytes can hold");
+        room -= length;
+        try
+        {
+            m_decompressed[i] = DecompressedGltfView(claims, Bytes(claims, name), length, name);
+        }
+        catch (ModelError const& error)
+        {
+            m_decompressed[i].clear();
+            m_reading.Damage(error.what());
+        }
+    }
+}
+
+std::size_t GltfFile::Size() const
+{
+    std::size_t size = 0;
+    for (std::string_view const buffer : m_buffers)
+        size += buffer.size();
+    for (auto const& [index, bytes] : m_decompressed)
+        size += bytes.size();
+    return size;
+}
+
+// Of a view, or of what is compressed of one.
+std::string_view GltfFile::Bytes(Json const& view, std::string const& name)
+{
     std::optional<std::size_t> const buffer = Index(view, "buffer");
     if (!buffer || *buffer >= m_buffers.size())
     {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
@@ -30,6 +31,10 @@ public:
     /// The bytes of a view, as far as they are there.
     std::string_view View(std::size_t index);
     Json const& Root() const noexcept { return m_root; }
+    /// How many bytes there are in all buffers, once they are unpacked.
+    std::size_t Size() const;
+    /// What tells an entry of a list: "meshes 3 \"wheel\"".
+    std::string NameOf(char const* list, std::size_t index) const;
 
     /// Members of an object; nothing, or what is given, for those of another kind.
     static std::optional<double> Number(Json const& object, char const* name);
@@ -50,6 +55,8 @@ private:
     void ReadContainer(std::string_view bytes, std::string_view& json);
     void Parse(std::string_view json);
     void ReadBuffers(std::string_view bytes);
+    void Decompress();
+    std::string_view Bytes(Json const& part, std::string const& name);
     void RefuseExtensions();
 
     MeshReading& m_reading;
@@ -58,6 +65,8 @@ private:
     bool m_hasBinary = false;
     std::vector<std::string> m_loaded;
     std::vector<std::string_view> m_buffers;
+    /// What is compressed, by the index of the view.
+    std::map<std::size_t, std::string> m_decompressed;
 };
 
 /// The numbers of an accessor, where they are in its buffer.

@@ -89,14 +89,16 @@ void GltfFileMaterials::Read(Json const& material)
 void GltfFileMaterials::CountOthers(Json const& material, Json const& pbr)
 {
     Losses& losses = m_model.losses;
-    losses.Add("textures of roughness, emission and occlusion",
-               (GltfFile::Object(pbr, "metallicRoughnessTexture").empty() ? 0u : 1u) +
-                   (GltfFile::Object(material, "emissiveTexture").empty() ? 0u : 1u) +
-                   (GltfFile::Object(material, "occlusionTexture").empty() ? 0u : 1u));
-    for (auto const& [name, content] : GltfFile::Object(material, "extensions").items())
-        if (name != "KHR_materials_unlit")
-            losses.AddItem("extensions of materials", name);
-    losses.Add("extras of materials", material.is_object() && material.contains("extras") ? 1 : 0);
+    std::string const name = m_file.NameOf("materials", m_model.materials.size());
+    for (auto const& [owner, texture] :
+         {std::pair{&pbr, "metallicRoughnessTexture"}, {&material, "emissiveTexture"}, {&material, "occlusionTexture"}})
+        if (!GltfFile::Object(*owner, texture).empty())
+            losses.AddItem("textures of roughness, emission and occlusion", std::string(texture) + " of " + name);
+    for (auto const& [extension, content] : GltfFile::Object(material, "extensions").items())
+        if (extension != "KHR_materials_unlit")
+            losses.AddItem("extensions of materials", extension + " of " + name);
+    if (material.is_object() && material.contains("extras"))
+        losses.AddItem("extras of materials", name);
 }
 
 std::uint32_t GltfFileMaterials::TextureOf(Json const& info)
@@ -107,7 +109,8 @@ std::uint32_t GltfFileMaterials::TextureOf(Json const& info)
     Json const& transform = GltfFile::Extension(info, "KHR_texture_transform");
     if (GltfFile::Index(transform, "texCoord").value_or(GltfFile::Index(info, "texCoord").value_or(0)) != 0)
     {
-        m_model.losses.Add("textures in a second set of coordinates");
+        m_model.losses.AddItem("textures in a second set of coordinates",
+                               m_file.NameOf("materials", m_model.materials.size()));
         return MeshModel::kNone;
     }
     std::optional<std::size_t> source = GltfFile::Index(*entry, "source");

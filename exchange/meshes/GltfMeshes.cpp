@@ -55,10 +55,7 @@ struct GltfMeshes::Primitive
 GltfMeshes::GltfMeshes(GltfFile& file, GltfFileMaterials const& materials)
     : m_file(file), m_model(file.Reading().model), m_materials(materials), m_meshes(file.List("meshes").size())
 {
-    m_room = kLeastRoom;
-    for (Json const& buffer : file.List("buffers"))
-        m_room += kMostShares *
-                  std::min<std::size_t>(GltfFile::Index(buffer, "byteLength").value_or(0), std::size_t{1} << 40);
+    m_room = kLeastRoom + kMostShares * file.Size();
 }
 
 std::vector<std::size_t> const& GltfMeshes::Of(std::size_t mesh)
@@ -71,9 +68,9 @@ std::vector<std::size_t> const& GltfMeshes::Of(std::size_t mesh)
 void GltfMeshes::Finish()
 {
     m_file.Reading().Short(m_taken, m_announced, "triangles");
-    unsigned long long const unused = static_cast<unsigned long long>(
-        std::count_if(m_meshes.begin(), m_meshes.end(), [](auto const& mesh) { return !mesh; }));
-    m_model.losses.Add("meshes that stand nowhere in the scene", unused);
+    for (std::size_t i = 0; i < m_meshes.size(); ++i)
+        if (!m_meshes[i])
+            m_model.losses.AddItem("meshes that stand nowhere in the scene", m_file.NameOf("meshes", i));
 }
 
 void GltfMeshes::Read(std::size_t index)
@@ -85,7 +82,8 @@ void GltfMeshes::Read(std::size_t index)
         return m_file.Reading().Damage("mesh " + std::to_string(index) + " has no primitives");
     for (Json const& primitive : mesh["primitives"])
         ReadPrimitive(name, primitive);
-    m_model.losses.Add("extras of meshes", mesh.contains("extras") ? 1 : 0);
+    if (mesh.contains("extras"))
+        m_model.losses.AddItem("extras of meshes", m_file.NameOf("meshes", index));
 }
 
 void GltfMeshes::ReadPrimitive(std::string const& name, Json const& json)
@@ -125,7 +123,7 @@ void GltfMeshes::ReadPrimitive(std::string const& name, Json const& json)
         AddTriangles(mesh, primitive);
     else
         AddLines(mesh, primitive);
-    CountOthers(json);
+    CountOthers(name, json);
 }
 
 // Whether they say anything: all white is the material's colour.
@@ -258,7 +256,7 @@ void GltfMeshes::AddLines(MeshModel::Mesh& mesh, Primitive& primitive)
     {
         auto const point = PointOf(mesh, primitive, primitive.ElementAt(i));
         if (!point)
-            return m_model.losses.Add("lines of points that are not there");
+            return m_model.losses.AddItem("lines of points that are not there", mesh.name);
         points.push_back(*point);
     }
     if (primitive.mode == kPoints)
@@ -279,11 +277,11 @@ void GltfMeshes::AddLines(MeshModel::Mesh& mesh, Primitive& primitive)
     }
 }
 
-void GltfMeshes::CountOthers(Json const& json)
+void GltfMeshes::CountOthers(std::string_view mesh, Json const& json)
 {
     Losses& losses = m_model.losses;
     if (json.contains("targets") && json["targets"].is_array())
-        losses.Add("morph targets", json["targets"].size());
+        losses.AddOf("morph targets", "mesh " + std::string(mesh), json["targets"].size());
     for (auto const& [name, content] : GltfFile::Object(json, "extensions").items())
         losses.AddItem("extensions of primitives", name);
     for (auto const& [name, content] : GltfFile::Object(json, "attributes").items())

@@ -31,7 +31,7 @@ private:
     void AddTriangles(MeshModel::Mesh& mesh, Primitive& primitive);
     void AddLines(MeshModel::Mesh& mesh, Primitive& primitive);
     std::optional<std::uint32_t> PointOf(MeshModel::Mesh& mesh, Primitive& primitive, std::size_t element);
-    void CountOthers(GltfFile::Json const& json);
+    void CountOthers(std::string_view mesh, GltfFile::Json const& json);
 
     GltfFile& m_file;
     MeshModel& m_model;

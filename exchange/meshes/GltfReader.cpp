@@ -146,7 +146,9 @@ private:
             m_file.Reading().Damage("its scene is not among the " + WithCommas(scenes.size()));
         Json const& scene = scenes[std::min(index, scenes.size() - 1)];
         m_model.components.front().name = GltfFile::Text(scene, "name");
-        m_model.losses.Add("scenes beside the one that is shown", scenes.size() - 1);
+        for (std::size_t i = 0; i < scenes.size(); ++i)
+            if (&scenes[i] != &scene)
+                m_model.losses.AddItem("scenes beside the one that is shown", m_file.NameOf("scenes", i));
         AddChildren(scene, "nodes", 0, 0, kIdentity);
     }
 
@@ -181,7 +183,7 @@ private:
             else if (m_isPlaced[index])
                 m_file.Reading().Damage("node " + std::to_string(index) + " stands in two places, or in itself");
             else if (level >= kMostLevels)
-                m_model.losses.Add("nodes more than 1,000 levels deep");
+                m_model.losses.AddItem("nodes more than 1,000 levels deep", m_file.NameOf("nodes", index));
             else
             {
                 m_isPlaced[index] = true;
@@ -204,7 +206,8 @@ private:
         Json const* const mesh = m_file.Entry("meshes", node, "mesh");
         bool const hasChildren = node.is_object() && node.contains("children") && !node["children"].empty();
         bool const hasLight = GltfFile::Object(node, "extensions").contains("KHR_lights_punctual");
-        m_model.losses.Add("lights", hasLight ? 1 : 0);
+        if (hasLight)
+            m_model.losses.AddItem("lights", m_file.NameOf("nodes", work.node));
         if (!mesh && !hasChildren && (hasLight || node.contains("camera")))
             return;
         std::string const name = GltfFile::Text(node, "name");
@@ -357,10 +360,12 @@ private:
     void CountOthers()
     {
         Losses& losses = m_model.losses;
-        losses.Add("animations", m_file.List("animations").size());
-        losses.Add("skins", m_file.List("skins").size());
-        losses.Add("nodes outside of the scene",
-                   static_cast<unsigned long long>(std::count(m_isPlaced.begin(), m_isPlaced.end(), false)));
+        for (char const* const list : {"animations", "skins"})
+            for (std::size_t i = 0; i < m_file.List(list).size(); ++i)
+                losses.AddItem(list, m_file.NameOf(list, i));
+        for (std::size_t i = 0; i < m_isPlaced.size(); ++i)
+            if (!m_isPlaced[i])
+                losses.AddItem("nodes outside of the scene", m_file.NameOf("nodes", i));
         for (auto const& [name, content] : GltfFile::Object(m_file.Root(), "extensions").items())
             losses.AddItem("extensions of the document", name);
     }

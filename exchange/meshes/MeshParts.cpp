@@ -3,6 +3,7 @@
 #include <map>
 #include <tuple>
 
+#include "exchange/meshes/ColorTexture.h"
 #include "exchange/meshes/MeshReading.h"
 
 namespace KVR
@@ -52,21 +53,21 @@ public:
             for (std::size_t i = 0; HasColors(mesh) && i < mesh.TriangleCount() && m_folded.size() <= kMostColors; ++i)
                 m_folded.try_emplace({*ColorOf(mesh, i).color, MaterialOf(mesh, i)}, MeshModel::kNone);
         bool const hasRoom = m_folded.size() <= kMostColors;
-        unsigned long long means = 0;
         for (MeshModel::Mesh& mesh : m_model.meshes)
         {
             if (!HasColors(mesh))
             {
-                m_model.losses.Add("colours of points that are in no triangle", mesh.pointColors.size());
+                m_model.losses.AddOf("colours of points that are in no triangle", mesh.name, mesh.pointColors.size());
                 continue;
             }
             if (hasRoom)
-                means += FoldMesh(mesh);
-            else
-                m_model.losses.Add(mesh.triangleColors.empty() ? "colours of points" : "colours of triangles",
-                                   mesh.triangleColors.empty() ? mesh.pointColors.size() : mesh.triangleColors.size());
+                m_model.losses.AddOf("changes of colour within triangles, which have the mean", mesh.name,
+                                     FoldMesh(mesh));
+            else if (!MakeColorTexture(m_model, mesh))
+                m_model.losses.AddOf(
+                    mesh.triangleColors.empty() ? "colours of points" : "colours of triangles", mesh.name,
+                    mesh.triangleColors.empty() ? mesh.pointColors.size() : mesh.triangleColors.size());
         }
-        m_model.losses.Add("changes of colour within triangles, which have the mean", means);
     }
 
 private:

@@ -131,7 +131,8 @@ void MeshReading::Short(unsigned long long taken, unsigned long long announced, 
     if (!options.isLenient)
         throw ModelError("it holds " + counts);
     model.remarks.push_back("taken: " + counts);
-    model.losses.Add(std::string(kind) + " that the file announces and does not hold", announced - taken);
+    model.losses.AddOf(std::string(kind) + " that the file announces and does not hold",
+                       "the file's " + WithCommas(announced), announced - taken);
 }
 
 void MeshReading::Tell(std::size_t place, std::size_t size)

@@ -150,9 +150,14 @@ private:
         else if (word == "mtllib")
             m_materials.ReadLibrary(std::string(words.Rest()));
         else if (Has(kFreeForm, word))
-            m_reading.model.losses.Add("statements of free-form curves and surfaces");
+            m_reading.model.losses.AddItem("statements of free-form curves and surfaces", Statement(word));
         else if (!Has(kIgnored, word))
             m_reading.Damage(m_lines->Where() + ": \"" + TextOfBytes(word.substr(0, 40)) + "\" is no statement of OBJ");
+    }
+
+    std::string Statement(std::string_view word) const
+    {
+        return m_lines->Where() + ": " + TextOfBytes(word.substr(0, 40));
     }
 
     // An index counts from 1, or from the last entry so far down from -1.
@@ -203,7 +208,7 @@ private:
             std::optional<Corner> const corner = CornerOf(word);
             if (!corner)
             {
-                m_reading.model.losses.Add("faces and lines of points that are not there");
+                m_reading.model.losses.AddItem("faces and lines of points that are not there", Statement(word));
                 return {};
             }
             corners.push_back(*corner);
@@ -211,7 +216,7 @@ private:
         if (corners.size() < least)
         {
             m_reading.Damage(m_lines->Where() + ": there are too few points for a face or line");
-            m_reading.model.losses.Add("faces and lines of too few points");
+            m_reading.model.losses.AddItem("faces and lines of too few points", m_lines->Where());
             return {};
         }
         return corners;

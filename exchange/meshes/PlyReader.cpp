@@ -169,7 +169,7 @@ private:
             m_reading.Tell(m_numbers.Place(), m_bytes.size());
         }
         if (!isVertex && !isFace)
-            m_reading.model.losses.Add(kind, taken);
+            m_reading.model.losses.AddOf(kind, "the file", taken);
         m_reading.Short(taken, element.count, kind.c_str());
         return taken == element.count;
     }
@@ -292,7 +292,7 @@ private:
             {
                 m_reading.Damage("face " + WithCommas(m_faces) + " names a vertex that is not among the " +
                                  WithCommas(m_mesh.PointCount()));
-                m_reading.model.losses.Add("faces of vertices that are not there");
+                m_reading.model.losses.AddItem("faces of vertices that are not there", "face " + WithCommas(m_faces));
                 return;
             }
             indices.push_back(isEnd ? MeshModel::kNone : static_cast<std::uint32_t>(index));
@@ -323,7 +323,8 @@ private:
                     {m_mesh.points[3 * index], m_mesh.points[3 * index + 1], m_mesh.points[3 * index + 2]});
             for (auto const& triangle : TrianglesOfPolygon(m_polygon))
                 std::for_each(triangle.begin(), triangle.end(), add);
-            m_reading.model.losses.Add("faces of fewer than three vertices", indices.size() < 3 ? 1 : 0);
+            if (indices.size() < 3)
+                m_reading.model.losses.AddItem("faces of fewer than three vertices", "face " + WithCommas(m_faces));
         }
         if (auto const color = ColorOf(row))
             m_mesh.triangleColors.resize(m_mesh.TriangleCount(), *color);

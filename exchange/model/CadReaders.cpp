@@ -11,11 +11,7 @@
 #include <STEPCAFControl_Reader.hxx>
 #include <STEPConstruct_Tool.hxx>
 #include <STEPConstruct_UnitContext.hxx>
-#include <StepBasic_MeasureWithUnit.hxx>
-#include <StepBasic_NamedUnit.hxx>
 #include <StepBasic_ProductDefinition.hxx>
-#include <StepBasic_Unit.hxx>
-#include <StepData_GlobalFactors.hxx>
 #include <StepData_StepModel.hxx>
 #include <StepGeom_Axis2Placement3d.hxx>
 #include <StepGeom_CartesianPoint.hxx>
@@ -23,8 +19,6 @@
 #include <StepGeom_GeometricRepresentationContextAndGlobalUnitAssignedContext.hxx>
 #include <StepRepr_GlobalUnitAssignedContext.hxx>
 #include <StepRepr_NextAssemblyUsageOccurrence.hxx>
-#include <StepRepr_ReprItemAndLengthMeasureWithUnitAndQRI.hxx>
-#include <StepRepr_ReprItemAndPlaneAngleMeasureWithUnitAndQRI.hxx>
 #include <StepRepr_RepresentationItem.hxx>
 #include <StepShape_EdgeCurve.hxx>
 #include <StepShape_Face.hxx>
@@ -50,6 +44,8 @@
 
 #include "exchange/model/ModelDocument.h"
 #include "exchange/model/ModelError.h"
+#include "exchange/model/SolidCheck.h"
+#include "exchange/model/StepEntityReading.h"
 #include "exchange/model/StepHealing.h"
 
 namespace KVR
@@ -167,31 +163,6 @@ void ReadStepHeader(ModelDocument& model, Handle(StepData_StepModel) const& step
     }
 }
 
-// Open CASCADE takes a value with a qualifier as it stands, whatever its unit is: its numbers become those of the
-// document's units, and degrees.
-void ScaleQualifiedValues(ModelDocument const& model, Handle(StepData_StepModel) const& step)
-{
-    double const unit = MetresOf(model.unit) / kMetresPerFactor;
-    for (int number = 1; number <= step->NbEntities(); ++number)
-    {
-        auto const item = Handle(StepRepr_ReprItemAndMeasureWithUnitAndQRI)::DownCast(step->Value(number));
-        if (item.IsNull() || item->GetMeasureWithUnit().IsNull())
-            continue;
-        Handle(StepBasic_MeasureWithUnit) const measure = item->GetMeasureWithUnit();
-        STEPConstruct_UnitContext units;
-        units.ComputeFactors(measure->UnitComponent().NamedUnit());
-        double factor = 1.0;
-        if (item->IsKind(STANDARD_TYPE(StepRepr_ReprItemAndLengthMeasureWithUnitAndQRI)) && units.LengthDone())
-            factor = units.LengthFactor() * StepData_GlobalFactors::Intance().CascadeUnit() / unit;
-        else if (item->IsKind(STANDARD_TYPE(StepRepr_ReprItemAndPlaneAngleMeasureWithUnitAndQRI)) &&
-                 units.PlaneAngleDone())
-            factor = units.PlaneAngleFactor() * 180.0 / M_PI;
-        // Numbers that need no change keep their digits.
-        if (std::abs(factor - 1.0) > 1e-9)
-            measure->SetValueComponent(measure->ValueComponent() * factor);
-    }
-}
-
 void ReadEye(ModelDocument& model, StepVisual_CameraModelD3 const& camera)
 {
     Handle(StepGeom_Axis2Placement3d) const axes = camera.ViewReferenceSystem();
@@ -225,6 +196,7 @@ void ReadEntityIds(ModelDocument& model, Handle(XSControl_WorkSession) const& se
 {
     Handle(Transfer_TransientProcess) const process = session->TransferReader()->TransientProcess();
     Handle(StepData_StepModel) const step = Handle(StepData_StepModel)::DownCast(session->Model());
+    SolidCheck check(MetresOf(model.unit));
     for (int number = 1; number <= step->NbEntities(); ++number)
     {
         Handle(Standard_Transient) const entity = step->Value(number);
@@ -252,7 +224,12 @@ void ReadEntityIds(ModelDocument& model, Handle(XSControl_WorkSession) const& se
         std::string const name = TextOf(Handle(StepRepr_RepresentationItem)::DownCast(entity)->Name());
         if (!name.empty() && name != "NONE")
             model.bodyNames.emplace(shape.TShape().get(), name);
+        auto const known = static_cast<Part21File::Number>(step->IdentLabel(entity));
+        if (auto const said = model.step->products.solids.find(known); said != model.step->products.solids.end())
+            check.Check(name, said->second, shape);
     }
+    if (std::string remark = check.Remark(); !remark.empty())
+        model.remarks.push_back(std::move(remark));
 }
 
 // What became of the products and usages of the file in the document.
@@ -314,8 +291,11 @@ std::string IgesTime(std::string const& date)
            ':' + digits.substr(10, 2) + ':' + digits.substr(12, 2);
 }
 
+using StepContentToBe = std::shared_future<std::shared_ptr<StepContent>>;
+
 // A reader that has read the file, whose unit and header the model has then.
-std::unique_ptr<STEPCAFControl_Reader> ReaderOf(ModelDocument& model, std::string const& path, bool withAnnotations)
+std::unique_ptr<STEPCAFControl_Reader> ReaderOf(ModelDocument& model, std::string const& path,
+                                                ModelReadOptions const& options, StepContentToBe const& content)
 {
     auto reader = std::make_unique<STEPCAFControl_Reader>();
     reader->SetColorMode(true);
@@ -324,10 +304,10 @@ std::unique_ptr<STEPCAFControl_Reader> ReaderOf(ModelDocument& model, std::strin
     reader->SetPropsMode(true);
     reader->SetMatMode(true);
     reader->SetSHUOMode(true);
-    reader->SetGDTMode(withAnnotations);
-    reader->SetViewMode(withAnnotations);
-    if (reader->ReadFile(path.c_str()) != IFSelect_RetDone)
-        throw ModelError("it is no complete STEP file");
+    reader->SetGDTMode(options.withAnnotations);
+    reader->SetViewMode(options.withAnnotations);
+    if (!ReadStepEntities(*reader, path, options.progress))
+        ReadRepairedStep(model, *reader, *content.get(), path, options.isLenient);
     Handle(StepData_StepModel) const step = Handle(StepData_StepModel)::DownCast(reader->Reader().WS()->Model());
     if (step.IsNull() || step->NbEntities() == 0)
         throw ModelError("it is a STEP file without content");
@@ -342,16 +322,17 @@ std::unique_ptr<STEPCAFControl_Reader> ReaderOf(ModelDocument& model, std::strin
 
 }  // namespace
 
-void ReadStep(ModelDocument& model, std::string const& path, bool withAnnotations,
+void ReadStep(ModelDocument& model, std::string const& path, ModelReadOptions const& options,
               Message_ProgressRange const& progress)
 {
     // Of the work, in hundredths.
     constexpr double kBodies = 95;
     constexpr double kDocument = 5;
     // While Open CASCADE reads, the file is read beside it.
-    auto content = std::async(std::launch::async, [&] { return std::make_shared<StepContent>(path); });
+    StepContentToBe const content =
+        std::async(std::launch::async, [&] { return std::make_shared<StepContent>(path); }).share();
     Message_ProgressScope scope(progress, nullptr, kBodies + kDocument);
-    auto reader = ReaderOf(model, path, withAnnotations);
+    auto reader = ReaderOf(model, path, options, content);
     // As the reader would set it at the start of its transfer.
     double unit = 1.0;
     XCAFDoc_DocumentTool::GetLengthUnit(model.document, unit, UnitsMethods_LengthUnit_Millimeter);
@@ -359,14 +340,15 @@ void ReadStep(ModelDocument& model, std::string const& path, bool withAnnotation
     if (!TransferInParallel(reader->ChangeReader(), scope.Next(kBodies)))
     {
         reader.reset();
-        reader = ReaderOf(model, path, withAnnotations);
+        reader = ReaderOf(model, path, options, content);
     }
     if (!reader->Transfer(model.document, scope.Next(kDocument)))
         throw ModelError("its content cannot be made a document");
     Handle(XSControl_WorkSession) const session = reader->Reader().WS();
-    model.step = content.get();
-    model.step->hasAnnotations = withAnnotations;
-    if (withAnnotations)
+    if (!model.step)
+        model.step = content.get();
+    model.step->hasAnnotations = options.withAnnotations;
+    if (options.withAnnotations)
         model.step->tolerances = StepTolerances::Of(model.step->file, MetresOf(model.unit));
     ReadEntityIds(model, session);
     ReadProducts(model, *reader);

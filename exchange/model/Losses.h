@@ -9,23 +9,18 @@
 namespace KVR
 {
 
-/// What a model holds and its scene does not, by kind: how many there are, and those of them that can be named. A kind
-/// is in the plural, as in "notes".
+/// What a model holds and its scene does not, by kind, with what tells each in the model. A kind is in the plural, as
+/// in "notes".
 class Losses
 {
 public:
     struct Kind
     {
         unsigned long long count = 0;
-        /// At most `count` of them: what tells each in the model, such as a name or an entity ("#65 CALENDAR_DATE").
+        /// One for each, such as a name or an entity ("#65 CALENDAR_DATE"), or for several: "3 of body1". Never empty.
         std::vector<std::string> items;
     };
 
-    void Add(std::string const& kind, unsigned long long count = 1)
-    {
-        if (count > 0)
-            m_kinds[kind].count += count;
-    }
     void AddItem(std::string const& kind, std::string item)
     {
         Kind& losses = m_kinds[kind];
@@ -37,8 +32,9 @@ public:
     {
         if (count == 0)
             return;
-        Add(kind, count);
-        m_kinds[kind].items.push_back(std::to_string(count) + " of " + std::string(owner));
+        Kind& losses = m_kinds[kind];
+        losses.count += count;
+        losses.items.push_back(std::to_string(count) + " of " + std::string(owner));
     }
     std::map<std::string, Kind> const& Kinds() const noexcept { return m_kinds; }
 

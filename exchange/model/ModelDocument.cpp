@@ -58,7 +58,7 @@ ModelDocument ModelDocument::Read(std::string const& path, ModelFormat format, M
         switch (format)
         {
             case ModelFormat::kStep:
-                ReadStep(model, absolute, options.withAnnotations, progress);
+                ReadStep(model, absolute, options, progress);
                 break;
             case ModelFormat::kIges:
                 ReadIges(model, absolute, progress);

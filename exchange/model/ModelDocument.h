@@ -29,7 +29,9 @@ struct ModelReadOptions
     bool withAnnotations = true;
     /// The unit of a model that states none.
     UnitTypeEnum unit = kUnitType_Millimeter;
-    /// Told, where there is one, of "transferring" for STEP and IGES, and for STL, OBJ and glTF of "reading".
+    /// Whether what is whole is taken of a STEP file that is damaged.
+    bool isLenient = false;
+    /// Told, where there is one, of "reading" of STEP, and of "transferring" of STEP and IGES.
     TellStage progress;
 };
 
@@ -61,6 +63,8 @@ struct ModelDocument
     NCollection_DataMap<TDF_Label, StepUsage, TDF_LabelMapHasher> usages;
     /// What was found and is not in the document, by kind.
     Losses losses;
+    /// Sentences about what was taken of a damaged file.
+    std::vector<std::string> remarks;
 
     /// Reads a model. Throws ModelError. May end the process: Open CASCADE crashes on some inputs.
     static ModelDocument Read(std::string const& path, ModelFormat format, ModelReadOptions const& options);

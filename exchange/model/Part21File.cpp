@@ -200,6 +200,11 @@ Part21File::Part21File(std::string const& path)
     Scan();
 }
 
+Part21File::Part21File(Bytes content) : m_bytes(std::move(content.bytes))
+{
+    Scan();
+}
+
 std::size_t Part21File::SkipBlanks(std::size_t at) const
 {
     while (at < m_bytes.size())
@@ -229,6 +234,8 @@ void Part21File::Scan()
     {
         if (m_bytes[at] == '#')
         {
+            if (m_entities.empty() && m_headSize == 0)
+                m_headSize = at;
             at = ScanEntity(at);
             continue;
         }

@@ -54,11 +54,20 @@ public:
         std::uint32_t referenceCount = 0;
     };
 
+    /// The bytes of a file.
+    struct Bytes
+    {
+        std::string bytes;
+    };
+
     /// Reads a file, by the path; one that cannot be read has no entities.
     explicit Part21File(std::string const& path);
+    explicit Part21File(Bytes content);
     Part21File(Part21File const&) = delete;
     Part21File& operator=(Part21File const&) = delete;
 
+    /// What stands in front of the first entity; empty for a file without any, or without a head.
+    std::string_view Head() const { return std::string_view(m_bytes).substr(0, m_headSize); }
     /// In the order of the file.
     std::vector<Entity> const& Entities() const noexcept { return m_entities; }
     /// "PRODUCT"; of an entity of several types all of them with blanks between them.
@@ -85,6 +94,7 @@ private:
     std::uint32_t InternType(std::string_view text);
 
     std::string m_bytes;
+    std::size_t m_headSize = 0;
     std::vector<Entity> m_entities;
     std::vector<Number> m_references;
     std::vector<std::string> m_types;

@@ -1,5 +1,7 @@
 #include "exchange/model/Part21Values.h"
 
+#include <fmt/format.h>
+
 #include <cmath>
 
 namespace KVR
@@ -111,6 +113,69 @@ double Part21UnitFactor(Part21File const& file, Part21File::Number unit)
         unit = measure->unit;
     }
     return 0.0;
+}
+
+std::string Part21UnitName(Part21File const& file, Part21File::Number unit)
+{
+    Part21File::Entity const* const entity = file.Find(unit);
+    if (!entity)
+        return {};
+    std::string name;
+    if (file.Is(*entity, "SI_UNIT"))
+    {
+        Part21File::Values const values = file.ParametersOf(*entity, "SI_UNIT");
+        // A simple one begins with its dimensions.
+        std::size_t const place = values.size() > 2 ? 1 : 0;
+        name = At(values, place).text + At(values, place + 1).text;
+    }
+    else if (file.Is(*entity, "CONVERSION_BASED_UNIT"))
+        name = Part21TextAt(file.ParametersOf(*entity, "CONVERSION_BASED_UNIT"), 0);
+    else if (file.Is(*entity, "CONTEXT_DEPENDENT_UNIT"))
+        name = Part21TextAt(file.ParametersOf(*entity, "CONTEXT_DEPENDENT_UNIT"), 0);
+    for (char& c : name)
+        c = c == '_' ? ' ' : c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    for (Part21File::Number const place : Part21ReferencesAt(file.ParametersOf(*entity, "DERIVED_UNIT"), 0))
+    {
+        Part21File::Entity const* const element = file.Find(place);
+        if (!element)
+            continue;
+        Part21File::Values const values = file.ParametersOf(*element, "DERIVED_UNIT_ELEMENT");
+        Part21File::Entity const* const base = file.Find(Part21ReferenceAt(values, 0));
+        // No unit is made of itself.
+        if (!base || file.Is(*base, "DERIVED_UNIT"))
+            continue;
+        double const exponent = Part21NumberAt(values, 1).value_or(1.0);
+        name += (name.empty() ? "" : " ") + Part21UnitName(file, base->number);
+        if (exponent != 1.0)
+            name += fmt::format("^{:g}", exponent);
+    }
+    return name;
+}
+
+std::optional<double> Part21PowerOf(Part21File const& file, Part21File::Number number, int power)
+{
+    std::optional<Part21Measure> const measure = Part21MeasureOf(file, number);
+    Part21File::Entity const* const unit = measure ? file.Find(measure->unit) : nullptr;
+    if (!unit || !file.Is(*unit, "DERIVED_UNIT"))
+        return std::nullopt;
+    double factor = 1.0;
+    double exponents = 0.0;
+    for (Part21File::Number const place : Part21ReferencesAt(file.ParametersOf(*unit, "DERIVED_UNIT"), 0))
+    {
+        Part21File::Entity const* const element = file.Find(place);
+        if (!element)
+            continue;
+        Part21File::Values const values = file.ParametersOf(*element, "DERIVED_UNIT_ELEMENT");
+        Part21File::Number const base = Part21ReferenceAt(values, 0);
+        Part21File::Entity const* const baseUnit = file.Find(base);
+        double const exponent = Part21NumberAt(values, 1).value_or(0.0);
+        if (!baseUnit || !file.Is(*baseUnit, "LENGTH_UNIT"))
+            return std::nullopt;
+        factor *= std::pow(Part21UnitFactor(file, base), exponent);
+        exponents += exponent;
+    }
+    double const value = measure->value * factor;
+    return exponents == power && std::isfinite(value) ? std::optional(value) : std::nullopt;
 }
 
 std::optional<double> Part21DensityOf(Part21File const& file, Part21File::Number number)

@@ -30,6 +30,10 @@ struct Part21Measure
 std::optional<Part21Measure> Part21MeasureOf(Part21File const& file, Part21File::Number number);
 /// What a unit of length is in metres, one of angles in radians, or one of mass in grams; 0 for another.
 double Part21UnitFactor(Part21File const& file, Part21File::Number unit);
+/// What a unit is called: "millimetre", "inch", "kilogram metre^-3"; empty for one without a name, as of plain numbers.
+std::string Part21UnitName(Part21File const& file, Part21File::Number unit);
+/// A measure whose unit is a power of a unit of length, in that power of metres; nothing for another one.
+std::optional<double> Part21PowerOf(Part21File const& file, Part21File::Number number, int power);
 /// In grams for each cubic millimetre; nothing for another measure, or one that is not above 0.
 std::optional<double> Part21DensityOf(Part21File const& file, Part21File::Number number);
 

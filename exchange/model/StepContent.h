@@ -1,6 +1,7 @@
 #pragma once
 
 #include <unordered_set>
+#include <utility>
 
 #include "exchange/model/Part21File.h"
 #include "exchange/model/StepProductTable.h"
@@ -12,7 +13,11 @@ namespace KVR
 /// What a STEP file says by itself, beside the document that Open CASCADE makes of it.
 struct StepContent
 {
-    explicit StepContent(std::string const& path) : file(path), products(StepProductTable::Of(file)) {}
+    /// Of a path, or of bytes.
+    template <class Source>
+    explicit StepContent(Source source) : file(std::move(source)), products(StepProductTable::Of(file))
+    {
+    }
 
     Part21File file;
     StepProductTable products;

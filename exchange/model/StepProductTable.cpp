@@ -14,13 +14,20 @@ namespace
 using Number = Part21File::Number;
 using Values = Part21File::Values;
 
+constexpr char kValidation[] = "geometric validation property";
+
+bool IsAspect(std::string_view type)
+{
+    return type.ends_with("SHAPE_ASPECT") || type == "DATUM_FEATURE" || type == "CENTRE_OF_SYMMETRY" ||
+           type == "DATUM_TARGET" || type == "PLACED_DATUM_TARGET_FEATURE";
+}
 // Texts of notes, that stand with no drawing.
 constexpr char kProperty_Text[] = "semantic text";
 
 // Open CASCADE reads these, and import takes them from it.
 bool IsReadElsewhere(std::string const& property, std::string const& item)
 {
-    return property == "geometric validation property" &&
+    return property == kValidation &&
            (item == "volume measure" || item == "surface area measure" || item == "centre point");
 }
 
@@ -46,6 +53,8 @@ public:
             ReadUsage(*usage);
         for (Part21File::Entity const* const category : m_categories)
             ReadCategory(*category);
+        for (Part21File::Entity const* const shape : m_shapes)
+            ReadShape(*shape);
         for (Part21File::Entity const* const link : m_links)
             ReadProperty(*link);
     }
@@ -68,6 +77,15 @@ private:
         {
             Values const values = m_file.ParametersOf(entity, type);
             m_generals.emplace(Part21ReferenceAt(values, 3), Part21ReferenceAt(values, 2));
+        }
+        else if (type == "SHAPE_DEFINITION_REPRESENTATION")
+            m_shapes.push_back(&entity);
+        else if (type == "GEOMETRIC_ITEM_SPECIFIC_USAGE" || type == "ITEM_IDENTIFIED_REPRESENTATION_USAGE")
+        {
+            Values const values = m_file.ParametersOf(entity, type);
+            std::vector<Number> const items = Part21ReferencesAt(values, 4);
+            if (items.size() == 1)
+                m_items.emplace(Part21ReferenceAt(values, 2), items.front());
         }
     }
 
@@ -113,13 +131,64 @@ private:
                     m_result.products[definition].categories.push_back(Part21TextAt(values, 0));
     }
 
-    // The properties of the product or usage that a property definition is of; null for another owner. A text that
-    // belongs to a part of a shape is the product's.
-    std::vector<StepProperty>* PropertiesOf(Number owner, bool isText)
+    // A shape aspect whose shape is one item, as older files name a solid.
+    void ReadShape(Part21File::Entity const& shape)
     {
-        if (Part21File::Entity const* const aspect = isText ? m_file.Find(owner) : nullptr)
-            if (std::string const& type = m_file.TypeOf(*aspect); type.ends_with("SHAPE_ASPECT"))
-                owner = Part21ReferenceAt(m_file.ParametersOf(*aspect, type), 2);
+        Values const values = m_file.ParametersOf(shape, "SHAPE_DEFINITION_REPRESENTATION");
+        Part21File::Entity const* const definition = m_file.Find(Part21ReferenceAt(values, 0));
+        if (!definition || m_file.TypeOf(*definition) != "PROPERTY_DEFINITION")
+            return;
+        Number const aspect = Part21ReferenceAt(ParametersOf(definition->number), 2);
+        std::vector<Number> const items = Part21ReferencesAt(ParametersOf(Part21ReferenceAt(values, 1)), 1);
+        if (items.size() == 1)
+            m_items.emplace(aspect, items.front());
+    }
+
+    // What is called so in the file, of a shape aspect or an item; else by its number.
+    std::string NameOf(Number number) const
+    {
+        std::string name = Part21TextAt(ParametersOf(number), 0);
+        return name.empty() ? '#' + std::to_string(number) : name;
+    }
+
+    // The piece of a shape that a property definition is of: a shape aspect, or else an item; 0 for none.
+    Number PieceOf(Number definition, Number owner) const
+    {
+        Part21File::Entity const* const entity = m_file.Find(owner);
+        if (entity && IsAspect(m_file.TypeOf(*entity)))
+            return owner;
+        auto const item = m_items.find(definition);
+        return item == m_items.end() ? 0 : item->second;
+    }
+
+    // What a validation property says of a solid. False for one of something else.
+    bool ReadSolid(Number piece, Number representation)
+    {
+        auto const named = m_items.find(piece);
+        Number const item = named == m_items.end() ? piece : named->second;
+        Part21File::Entity const* const entity = m_file.Find(item);
+        if (!entity || !(m_file.Is(*entity, "MANIFOLD_SOLID_BREP") || m_file.Is(*entity, "BREP_WITH_VOIDS")))
+            return false;
+        StepSolid& solid = m_result.solids[item];
+        for (Number const number : Part21ReferencesAt(ParametersOf(representation), 1))
+        {
+            Values const values = ParametersOf(number);
+            std::string const name = Part21TextAt(values, 0);
+            if (name == "volume measure")
+                solid.volume = Part21PowerOf(m_file, number, 3);
+            else if (name == "surface area measure")
+                solid.area = Part21PowerOf(m_file, number, 2);
+            else if (name == "centre point" && values.size() > 1 && values[1].items.size() == 3)
+                solid.centroid = {values[1].items[0].number, values[1].items[1].number, values[1].items[2].number};
+        }
+        return true;
+    }
+
+    // The properties of the product or usage that a property definition is of; null for another owner.
+    std::vector<StepProperty>* PropertiesOf(Number owner)
+    {
+        if (Part21File::Entity const* const aspect = m_file.Find(owner); aspect && IsAspect(m_file.TypeOf(*aspect)))
+            owner = Part21ReferenceAt(ParametersOf(owner), 2);
         // The shape of a product, or of a usage.
         if (Part21File::Entity const* const shape = m_file.Find(owner);
             shape && m_file.Is(*shape, "PRODUCT_DEFINITION_SHAPE"))
@@ -138,8 +207,7 @@ private:
         if (!definition || !m_file.Is(*definition, "PROPERTY_DEFINITION"))
             return;
         Values const values = m_file.ParametersOf(*definition, "PROPERTY_DEFINITION");
-        std::vector<StepProperty>* const properties =
-            PropertiesOf(Part21ReferenceAt(values, 2), Part21TextAt(values, 0) == kProperty_Text);
+        std::vector<StepProperty>* const properties = PropertiesOf(Part21ReferenceAt(values, 2));
         if (!properties)
             return;
         std::string name = Part21TextAt(values, 0);
@@ -147,6 +215,15 @@ private:
             name = Part21TextAt(ParametersOf(general->second), 1);
         bool isCarried = true;
         Number const representation = Part21ReferenceAt(linked, 1);
+        Number const piece = PieceOf(number, Part21ReferenceAt(values, 2));
+        if (piece > 0 && name == kValidation && ReadSolid(piece, representation))
+        {
+            m_result.carried.insert(number);
+            return;
+        }
+        // What Open CASCADE reads is of whole products, and so are texts.
+        if (piece > 0 && name != kProperty_Text)
+            name = Joined(NameOf(piece), name);
         if (auto const product = m_result.products.find(Part21ReferenceAt(values, 2));
             product != m_result.products.end() && name == "material property")
         {
@@ -192,15 +269,17 @@ private:
             return true;
         std::string const full = Joined(property, name);
         if (type == "DESCRIPTIVE_REPRESENTATION_ITEM")
-            properties.push_back({full, Part21TextAt(values, 1)});
+            properties.push_back({full, Part21TextAt(values, 1), {}});
         else if (type == "BOOLEAN_REPRESENTATION_ITEM")
-            properties.push_back({full, values.size() > 1 && values[1].text == "T"});
+            properties.push_back({full, values.size() > 1 && values[1].text == "T", {}});
         else if (std::optional<double> const value = NumberOf(type, number, values))
-            properties.push_back({full, *value});
+            properties.push_back({full, *value, {}});
         else
             return false;
         if (type == "INTEGER_REPRESENTATION_ITEM")
             MakeInteger(properties.back());
+        else if (std::optional<Part21Measure> const measure = Part21MeasureOf(m_file, number))
+            properties.back().unit = Part21UnitName(m_file, measure->unit);
         return true;
     }
 
@@ -226,6 +305,9 @@ private:
     List m_usages;
     List m_categories;
     List m_links;
+    List m_shapes;
+    /// What shape aspects and property definitions are of.
+    std::unordered_map<Number, Number> m_items;
     std::unordered_map<Number, std::vector<Number>> m_definitionsOf;
     /// General properties by the property definitions that they are of.
     std::unordered_map<Number, Number> m_generals;

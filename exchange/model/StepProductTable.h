@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <optional>
 #include <string>
 #include <unordered_map>
@@ -15,9 +16,12 @@ namespace KVR
 /// A property that a model's author or its validation gave a product or a usage.
 struct StepProperty
 {
-    /// "what the property is: what the value is", or one of the two.
+    /// "what the property is: what the value is", or one of the two; of a piece of the shape behind what that is
+    /// called: "bore: surface: roughness".
     std::string name;
     std::variant<std::string, double, int, bool> value;
+    /// Of a number, what its unit is called; empty for none.
+    std::string unit;
 };
 
 struct StepMaterial
@@ -53,12 +57,23 @@ struct StepUsage
     std::vector<StepProperty> properties;
 };
 
+/// What a STEP file says that a solid measures, so that whoever reads it can check, in powers of metres and in
+/// coordinates.
+struct StepSolid
+{
+    std::optional<double> volume;
+    std::optional<double> area;
+    std::optional<std::array<double, 3>> centroid;
+};
+
 /// The products and usages of a STEP file, by the numbers of their entities (PRODUCT_DEFINITION and
 /// NEXT_ASSEMBLY_USAGE_OCCURRENCE).
 struct StepProductTable
 {
     std::unordered_map<Part21File::Number, StepProduct> products;
     std::unordered_map<Part21File::Number, StepUsage> usages;
+    /// By the entities of the solids' shapes.
+    std::unordered_map<Part21File::Number, StepSolid> solids;
     /// Each property definition that is a property here or that Open CASCADE reads, with what belongs to it.
     std::unordered_set<Part21File::Number> carried;
 

@@ -32,7 +32,9 @@ std::uint64_t AddressSpace() noexcept
 // Never above the limits that there are.
 void Limit(__rlimit_resource resource, std::uint64_t soft, std::uint64_t hard) noexcept
 {
-    struct rlimit limit{};
+    struct rlimit limit
+    {
+    };
     if (getrlimit(resource, &limit) != 0)
         return;
     limit.rlim_max = std::min<rlim_t>(limit.rlim_max, hard);

@@ -35,8 +35,7 @@ constexpr int kBetweenQuestions = 200;
 }
 
 // What the work answers or why it failed, as the last record.
-void Work(std::function<std::string(ChildVoice const&)> const& work, ChildVoice const& voice,
-          ChildLimits const& limits)
+void Work(std::function<std::string(ChildVoice const&)> const& work, ChildVoice const& voice, ChildLimits const& limits)
 {
     try
     {

@@ -8,6 +8,7 @@
 #include <array>
 #include <cerrno>
 #include <cstdlib>
+#include <ctime>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -27,6 +28,8 @@ constexpr char kLockName[] = ".kvr-lock";
 constexpr char kNewLockName[] = ".kvr-lock-new";
 // By which nobody else's file is taken for a lock.
 constexpr std::string_view kLockText = "a folder of the program kvr, which it may remove\n";
+// A folder gets its lock at once. One that has none after that many seconds belongs to nobody who lives.
+constexpr time_t kLockedWithin = 600;
 
 class Descriptor
 {
@@ -75,23 +78,57 @@ bool IsMine(int descriptor, mode_t kind)
     return fstat(descriptor, &status) == 0 && (status.st_mode & S_IFMT) == kind && status.st_uid == geteuid();
 }
 
-bool HasLockText(int lock)
+// Whatever there is of it, for a lock that is on its way.
+bool HasLockText(int lock, bool isComplete)
 {
-    std::array<char, kLockText.size() + 1> text{};
-    ssize_t const count = pread(lock, text.data(), text.size(), 0);
-    return count > 0 && std::string_view(text.data(), static_cast<std::size_t>(count)) == kLockText;
+    std::array<char, kLockText.size() + 1> bytes{};
+    ssize_t const count = pread(lock, bytes.data(), bytes.size(), 0);
+    if (count < 0)
+        return false;
+    std::string_view const text(bytes.data(), static_cast<std::size_t>(count));
+    return isComplete ? text == kLockText : kLockText.starts_with(text);
 }
 
-// Removes a folder that has a lock which nobody holds. All is done by descriptors: the name could come to be another's.
+// A lock of that name which nobody holds, held from here on; -1 for none.
+int FreeLock(int folder, char const* name, bool isComplete)
+{
+    Descriptor lock(openat(folder, name, O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    bool const isFree =
+        lock >= 0 && IsMine(lock, S_IFREG) && HasLockText(lock, isComplete) && flock(lock, LOCK_EX | LOCK_NB) == 0;
+    return isFree ? lock.Release() : -1;
+}
+
+// Whether whoever made a folder ended before it had its lock: it has stood for long, with nothing in it but perhaps a
+// lock on its way.
+bool IsUnfinished(int folder, fs::path const& content)
+{
+    struct stat status = {};
+    if (fstat(folder, &status) != 0 || status.st_mtime > time(nullptr) - kLockedWithin)
+        return false;
+    std::error_code error;
+    fs::directory_iterator entry(content, error);
+    if (error || entry == fs::directory_iterator())
+        return !error;
+    bool const isNewLock = entry->path().filename() == kNewLockName;
+    return isNewLock && entry.increment(error) == fs::directory_iterator() && !error &&
+           Descriptor(FreeLock(folder, kNewLockName, false)) >= 0;
+}
+
+// Removes a folder that has a lock which nobody holds, or never got one. All is done by descriptors: the name could
+// come to be another's.
 void RemoveIfLeft(fs::path const& path)
 {
     Descriptor const folder(open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
     if (folder < 0 || !IsMine(folder, S_IFDIR))
         return;
-    Descriptor const lock(openat(folder, kLockName, O_RDWR | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
-    if (lock < 0 || !IsMine(lock, S_IFREG) || !HasLockText(lock) || flock(lock, LOCK_EX | LOCK_NB) != 0)
+    fs::path const content = fs::path("/proc/self/fd") / std::to_string(folder);
+    Descriptor const lock(FreeLock(folder, kLockName, true));
+    if (lock >= 0)
+        RemoveAllIn(content);
+    else if (IsUnfinished(folder, content))
+        unlinkat(folder, kNewLockName, 0);
+    else
         return;
-    RemoveAllIn(fs::path("/proc/self/fd") / std::to_string(folder));
     rmdir(path.c_str());
 }
 

@@ -8,7 +8,7 @@ namespace KVR
 
 /// A new folder, inside one of its own, which goes with all that is in it when the object does. While the object lives,
 /// in this process and in those that it forks, a file beside it is locked: by that the next such folder knows what a
-/// process that was killed has left behind, and removes it.
+/// process that was killed has left behind, and removes it; also one that never got its lock, after ten minutes.
 class ScratchFolder
 {
 public:

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -19,6 +20,9 @@ struct SceneOptions
     /// Whether a side file that is missing, short or another scene's makes the scene one that cannot be read; otherwise
     /// it is told, and what there is is read.
     bool strict = false;
+    /// A scene whose reading would take more memory than so many bytes, by an estimate that is made beforehand, counts
+    /// as one that cannot be read. What is then made of it comes on top.
+    std::optional<std::uint64_t> maxMemory;
 };
 
 }  // namespace KVR

@@ -4,6 +4,7 @@
 #include <new>
 
 #include "exchange/source/EventLog.h"
+#include "exchange/source/MemoryLimit.h"
 #include "exchange/source/SceneFile.h"
 #include "exchange/source/SideFileCheck.h"
 #include "framework/api/Exception.h"
@@ -51,6 +52,11 @@ SceneReading SceneReading::Of(IProducer& producer)
 SceneReading SceneReading::Of(SceneFile& file)
 {
     SceneReading reading;
+    if (std::string const problem = MemoryProblem(file.Options()); !problem.empty())
+    {
+        reading.failure = Failure::Of(GeneralException(UTF8String(problem)));
+        return reading;
+    }
     SideFileCheck check(file.Options().path);
     bool const isStrict = file.Options().strict;
     if (!isStrict || check.Problems().empty())

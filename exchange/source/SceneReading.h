@@ -33,7 +33,7 @@ struct SceneReading
     /// Queries the scene, reads it and asks for its root. Throws nothing of the producer's.
     static SceneReading Of(IProducer& producer);
     /// The same, with its side files held against what the scene notes of them. A strict reading ends with the first
-    /// step that tells of a problem.
+    /// step that tells of a problem, and one of too much memory does not begin.
     static SceneReading Of(SceneFile& file);
 };
 

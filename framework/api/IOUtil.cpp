@@ -28,7 +28,9 @@ std::FILE* OpenToRead(UTF8String const& path, UTF8String const& mode)
     int const descriptor = ::open(path.Value(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
     if (descriptor < 0)
         return nullptr;
-    struct stat status{};
+    struct stat status
+    {
+    };
     std::FILE* file = nullptr;
     if (::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode))
         file = ::fdopen(descriptor, mode.Value());

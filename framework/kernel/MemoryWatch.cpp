@@ -24,7 +24,8 @@ void MemoryWatch::Check(Standard_Failure const& failure) const
 {
     // A failure that Open CASCADE makes of another one has the name of that in its text.
     char const* const text = failure.GetMessageString();
-    if (failure.IsKind(STANDARD_TYPE(Standard_OutOfMemory)) || (text && std::strstr(text, "Standard_OutOfMemory")))
+    // To ask for its kind by the means of Open CASCADE would take memory.
+    if (dynamic_cast<Standard_OutOfMemory const*>(&failure) || (text && std::strstr(text, "Standard_OutOfMemory")))
         throw std::bad_alloc();
     Check();
 }

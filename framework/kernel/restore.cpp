@@ -89,8 +89,8 @@ std::unique_ptr<ENTITY> MakeEntity(StoreTable::Row& row, TopoDS_Shape const& sha
     return entity;
 }
 
-// Open CASCADE does not stand every allocation that fails while it reads: what a store of this size takes has to be there
-// before it begins. Throws std::bad_alloc.
+// Open CASCADE does not stand every allocation that fails while it reads: what a store of this size takes has to be
+// there before it begins. Throws std::bad_alloc.
 void ExpectMemory(std::uint64_t size)
 {
     constexpr std::uint64_t kPerByte = 24;

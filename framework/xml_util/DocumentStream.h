@@ -36,7 +36,7 @@ public:
     DocumentReceiver(DocumentReceiver const&) = delete;
     DocumentReceiver& operator=(DocumentReceiver const&) = delete;
 
-    virtual void Receive(StreamedElement const& element) = 0;
+    virtual void Receive(StreamedElement const& element) = 0;  ///< Takes the next element.
     /// The element of that number has ended: the bytes of the document up to there, 0 as above.
     virtual void ReceiveEnd(std::uint64_t number, std::uint64_t end);
 

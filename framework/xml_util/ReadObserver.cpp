@@ -17,6 +17,11 @@ void ReadObserver::AttributeAsked(xercesc::DOMNode const*, XMLCh const*, long, X
 void ReadObserver::AllAttributesTaken(xercesc::DOMNode const*) {}
 void ReadObserver::ChildrenWalked(xercesc::DOMNode const*) {}
 void ReadObserver::NamesTried(xercesc::DOMNode const*, std::span<std::u16string_view const>, std::size_t) {}
+void ReadObserver::RowsTried(xercesc::DOMNode const* child, std::span<std::u16string_view const> names,
+                             std::size_t matched)
+{
+    NamesTried(child, names, matched);
+}
 void ReadObserver::TextTaken(xercesc::DOMNode const*, XMLCh const*) {}
 void ReadObserver::TextRead(TextReading const&) {}
 void ReadObserver::ObjectRegistered(xercesc::DOMNode const*, IObject const&, bool) {}

@@ -45,7 +45,7 @@ struct TextReading
     bool isUnderstood = true;
     /// Of a boolean: what it was read as, and the test that said so.
     bool value = false;
-    bool (*test)(XMLCh const* text) = nullptr;
+    bool (*test)(XMLCh const* text) = nullptr;  ///< Null for other forms.
     /// Of an enumeration: the texts that it has.
     std::span<std::string_view const> texts{};
     /// Of a transform that converted.
@@ -136,6 +136,10 @@ public:
     /// An element's name was compared with these. `matched` is the place of the one that it bears, or the count.
     virtual void NamesTried(xercesc::DOMNode const* element, std::span<std::u16string_view const> names,
                             std::size_t matched);
+    /// The same of an element in a set of children, compared with the kinds of children that its owner takes. Unless it
+    /// is overridden, it is told as above.
+    virtual void RowsTried(xercesc::DOMNode const* child, std::span<std::u16string_view const> names,
+                           std::size_t matched);
     /// The text in an element was taken. The document keeps it, though not always in the tree.
     virtual void TextTaken(xercesc::DOMNode const* element, XMLCh const* text);
     /// A text was turned into a value.
@@ -157,7 +161,7 @@ public:
     virtual void NodeNoted(xercesc::DOMNode const* element, xercesc::DOMNode const* former);
     /// The reading of a noted element begins, and has ended.
     virtual void NodeBegun(xercesc::DOMNode const* element);
-    virtual void NodeEnded(xercesc::DOMNode const* element);
+    virtual void NodeEnded(xercesc::DOMNode const* element);  ///< Tells of the end.
     /// An element under the root was asked for by its id, as written.
     virtual void NodeAsked(UTF8String const& id, ReferenceEnd end);
     /// An element refers to an object by this id; whether one of it was registered then. Only those that are looked up
@@ -190,7 +194,7 @@ public:
         XMLCh const* type = nullptr;
         XMLCh const* value = nullptr;
     };
-    virtual void PropertyMet(PropertyTexts const& texts, bool isMade);
+    virtual void PropertyMet(PropertyTexts const& texts, bool isMade);  ///< Tells of it.
     /// The property met last was made, and goes to an object: whether there is one of its id, and whether that one
     /// holds properties.
     virtual void PropertyHanded(bool isFound, bool isHeld);

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <fstream>
 #include <nlohmann/json.hpp>
-#include <stdexcept>
 
+#include "host/Command.h"
 #include "host/check/CheckedScene.h"
 
 namespace KVR
@@ -14,7 +14,7 @@ Baseline::Baseline(std::string const& path)
 {
     std::ifstream file(path, std::ios::binary);
     if (!file)
-        throw std::runtime_error(path + ": the baseline cannot be read");
+        throw ArgumentError(path + ": the baseline cannot be read");
     try
     {
         nlohmann::json const json = nlohmann::json::parse(file);
@@ -24,7 +24,7 @@ Baseline::Baseline(std::string const& path)
     }
     catch (nlohmann::json::exception const&)
     {
-        throw std::runtime_error(path + ": it is no baseline, which is what kvr check --json prints");
+        throw ArgumentError(path + ": it is no baseline, which is what kvr check --json prints");
     }
 }
 

@@ -15,7 +15,7 @@ class Baseline
 public:
     /// Without any.
     Baseline() = default;
-    /// Throws std::runtime_error, with a sentence that names the file, for one that cannot be read or is no such JSON.
+    /// Throws ArgumentError for a file that cannot be read or is no such JSON.
     explicit Baseline(std::string const& path);
 
     /// Takes the known findings out of a scene's, each as often as it was known.

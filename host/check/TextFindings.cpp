@@ -53,6 +53,20 @@ std::vector<Group> GroupsOf(std::vector<Finding> const& findings)
     return list;
 }
 
+// As text that is safe to show, where quotation marks and backslashes end nothing.
+std::string Shown(std::string_view text)
+{
+    std::string shown;
+    while (!text.empty())
+    {
+        std::size_t const end = std::min(text.find_first_of("\"\\"), text.size());
+        shown += Escaped(text.substr(0, end));
+        shown += text.substr(end, 1);
+        text.remove_prefix(std::min(end + 1, text.size()));
+    }
+    return shown;
+}
+
 class Writer
 {
 public:
@@ -71,7 +85,7 @@ public:
     }
 
 private:
-    std::span<Finding const* const> Shown(Group const& group) const
+    std::span<Finding const* const> ShownOf(Group const& group) const
     {
         return {group.data(), std::min(group.size(), m_options.mostPlaces)};
     }
@@ -80,7 +94,7 @@ private:
     {
         std::map<std::string, std::set<std::size_t>> wanted;
         for (Group const& group : groups)
-            for (Finding const* const finding : Shown(group))
+            for (Finding const* const finding : ShownOf(group))
                 if (finding->line > 0)
                     wanted[finding->file].insert(finding->line);
         for (auto const& [file, lines] : wanted)
@@ -97,7 +111,7 @@ private:
         m_out.Put(fmt::format(" {} {}: {}", rule.id, rule.name, rule.sentence));
         m_text.Paint(PaintedText::kPlain);
         m_out.Put(group.size() == 1 ? "\n" : fmt::format(" ({} places)\n", group.size()));
-        for (Finding const* const finding : Shown(group))
+        for (Finding const* const finding : ShownOf(group))
             WritePlace(*finding);
         if (group.size() > m_options.mostPlaces)
             m_out.Put(fmt::format("  and {} more; --all shows them\n", group.size() - m_options.mostPlaces));
@@ -123,7 +137,7 @@ private:
         m_out.Put('\n');
         WriteLine(finding);
         WriteMore("in", finding.path);
-        WriteMore("read as", finding.readAs);
+        WriteMore("reader", finding.readAs);
         for (std::string const& reason : finding.reasons)
             WriteMore("since", reason);
         WriteMore("meant", finding.meant);
@@ -163,7 +177,7 @@ private:
 
     void Put(std::string const& text)
     {
-        PutEscaped(m_out, std::string_view(text).substr(0, kLongestText));
+        m_out.Put(Shown(std::string_view(text).substr(0, kLongestText)));
         if (text.size() > kLongestText)
             m_out.Put("...");
     }

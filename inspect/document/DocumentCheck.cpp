@@ -39,6 +39,7 @@ DocumentTally CheckDocument(SceneCheck& check)
         return tally;
     DocumentWalk(check, tally).Run();
     CheckDropped(check);
+    CheckKinds(check);
     CheckIds(check);
     CheckReach(check);
     CheckPropertyValues(check);

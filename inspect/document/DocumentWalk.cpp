@@ -5,6 +5,9 @@
 #include <vector>
 #include <xercesc/dom/DOMNamedNodeMap.hpp>
 
+#include "framework/api/ICamera.h"
+#include "framework/api/IProducer.h"
+#include "framework/api/IRenderStyle.h"
 #include "framework/xml_util/DomWalk.h"
 #include "framework/xml_util/XMLStrUtil.h"
 #include "inspect/document/DocumentRules.h"
@@ -95,11 +98,13 @@ Fate DocumentWalk::Look(DOMNode const* element)
     if (IsLeftBehind(element))
         return Fate::kLeftBehind;
     NoteEnd(element);
-    if (m_beaten.contains(element))
-        return Fate::kBeaten;
-    // An element without a record was looked at for its id alone.
-    if (LacksRecord(m_record, element))
-        return Fate::kNoRecord;
+    // These two were looked at for their ids alone, which may be what is misspelt.
+    bool const isBeaten = m_beaten.contains(element);
+    if (isBeaten || LacksRecord(m_record, element))
+    {
+        LookForOtherCase(element, state);
+        return isBeaten ? Fate::kBeaten : Fate::kNoRecord;
+    }
     if (!state.Is(ElementState::kRead))
     {
         AddUnread(element, state);
@@ -107,6 +112,7 @@ Fate DocumentWalk::Look(DOMNode const* element)
     }
     LookAtAttributes(element, state);
     LookAtText(element);
+    LookAtReference(element);
     return Fate::kRead;
 }
 
@@ -193,6 +199,43 @@ void DocumentWalk::LookAtAttributes(DOMNode const* element, ElementState state)
         if (found != m_record.Misreadings().end())
             ValueCheck(m_check).Add({element, SpotPart::kAttributeValue, attribute->getNodeName()},
                                     Narrow(attribute->getNodeName()), Narrow(text), found->second);
+    }
+}
+
+// Styles and cameras are named in elements of their own.
+void DocumentWalk::LookAtReference(DOMNode const* element)
+{
+    bool const isStyle = Equals(element->getNodeName(), Names::StyleRef);
+    if (!isStyle && !Equals(element->getNodeName(), Names::CameraRef))
+        return;
+    std::string const id = AttributeOf(element, Names::ID);
+    if (id == m_latestStyle)
+        return;
+    IObject* const object = m_check.Producer().Load(UTF8String(id));
+    if (!object || (isStyle && dynamic_cast<IRenderStyle*>(object)))
+    {
+        m_latestStyle = id;
+        return;
+    }
+    if (isStyle || !dynamic_cast<ICamera*>(object))
+        m_check.Add(kReferenceKind, {element, SpotPart::kAttributeValue, Names::ID.Document()}, id,
+                    std::string("taken for a ") + (isStyle ? "style" : "camera") + ", which it is not");
+}
+
+void DocumentWalk::LookForOtherCase(DOMNode const* element, ElementState state)
+{
+    xercesc::DOMNamedNodeMap const* const attributes = element->getAttributes();
+    for (XMLSize_t i = 0, count = attributes->getLength(); i < count; ++i)
+    {
+        XMLCh const* const name = attributes->item(i)->getNodeName();
+        std::vector<XMLCh const*> const asked = m_record.AttributesFor(element);
+        bool const isMisspelt =
+            !state.IsAttributeRead(i) &&
+            std::any_of(asked.begin(), asked.end(),
+                        [&](XMLCh const* known)
+                        { return !UnobservedAttribute(element, known) && EqualsAnyCase(name, known); });
+        if (isMisspelt)
+            AddUnreadAttribute(element, name, attributes->item(i)->getNodeValue());
     }
 }
 

@@ -31,8 +31,10 @@ private:
     bool IsLeftBehind(xercesc::DOMNode const* element);
     void AddUnread(xercesc::DOMNode const* element, ElementState state);
     void LookAtAttributes(xercesc::DOMNode const* element, ElementState state);
+    void LookForOtherCase(xercesc::DOMNode const* element, ElementState state);
     void AddUnreadAttribute(xercesc::DOMNode const* element, XMLCh const* name, XMLCh const* text);
     void LookAtText(xercesc::DOMNode const* element);
+    void LookAtReference(xercesc::DOMNode const* element);
     void AddEnds();
 
     /// A set that a failed child ended, and the elements behind the child that were left unread.
@@ -50,6 +52,8 @@ private:
     /// Elements whose further children are left behind, by the ends that say so.
     std::unordered_map<xercesc::DOMNode const*, std::size_t> m_ended;
     std::vector<End> m_ends;
+    /// The style referred to last, which mostly is the next one, too.
+    std::string m_latestStyle;
     /// Elements whose ids belong to others: nothing in them is looked at.
     std::unordered_set<xercesc::DOMNode const*> m_beaten;
 };

@@ -1,5 +1,6 @@
 #include "inspect/document/DropChain.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <unordered_set>
 #include <utility>
@@ -156,6 +157,22 @@ void CheckDropped(SceneCheck& check)
             if (finding)
                 finding->reasons = DropReasons(check, element);
         }
+    }
+}
+
+void CheckKinds(SceneCheck& check)
+{
+    ReadRecord const& record = check.Record();
+    for (ChildReference const& reference : record.ChildReferences())
+    {
+        DOMNode const* const target = check.ElementOf(reference.id);
+        std::vector<std::u16string_view> const& kinds = record.KindsOf(reference);
+        bool const fits =
+            !target || std::any_of(kinds.begin(), kinds.end(),
+                                   [&](std::u16string_view kind) { return Equals(target->getNodeName(), kind); });
+        if (!fits)
+            check.Add(kReferenceKind, {reference.element, SpotPart::kAttributeValue, Names::ID.Document()},
+                      reference.id, "taken for a child, although no " + NameOf(target) + " can be one there");
     }
 }
 

@@ -18,6 +18,8 @@ std::vector<std::string> DropReasons(SceneCheck const& check, xercesc::DOMNode c
 
 /// Adds findings about elements that left no object.
 void CheckDropped(SceneCheck& check);
+/// Adds findings about references to objects of a kind that cannot stand there.
+void CheckKinds(SceneCheck& check);
 /// Adds findings about ids that two elements have.
 void CheckIds(SceneCheck& check);
 

@@ -149,6 +149,18 @@ void ReadRecord::NamesTried(DOMNode const* element, std::span<std::u16string_vie
     }
 }
 
+void ReadRecord::RowsTried(DOMNode const* child, std::span<std::u16string_view const> names, std::size_t matched)
+{
+    m_child = child;
+    auto const found = std::find_if(m_kinds.begin(), m_kinds.end(),
+                                    [&](auto const& kinds)
+                                    { return std::equal(kinds.begin(), kinds.end(), names.begin(), names.end()); });
+    m_kindsOfChild = static_cast<std::size_t>(found - m_kinds.begin());
+    if (found == m_kinds.end())
+        m_kinds.emplace_back(names.begin(), names.end());
+    NamesTried(child, names, matched);
+}
+
 void ReadRecord::TextTaken(DOMNode const* element, XMLCh const* text)
 {
     At(element).Set(ElementState::kRead);
@@ -254,6 +266,8 @@ void ReadRecord::NodeAsked(UTF8String const& id, ReferenceEnd end)
 
 void ReadRecord::ReferenceMet(DOMNode const* element, UTF8String const& id, bool isFound)
 {
+    if (isFound && element == m_child)
+        m_childReferences.push_back({element, std::string(id.View()), m_kindsOfChild});
     if (!isFound)
         m_missed.insert_or_assign(element, MissedReference{std::string(id.View()), m_end, m_isCycle});
     m_end = ReferenceEnd::kUnknown;

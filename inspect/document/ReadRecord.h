@@ -90,6 +90,15 @@ struct MissedReference
     bool isCycle = false;
 };
 
+/// A reference in a set of children to an object that was read before.
+struct ChildReference
+{
+    xercesc::DOMNode const* element = nullptr;
+    std::string id;
+    /// The kinds of children that the set takes: a list of KindsOf.
+    std::size_t kinds = 0;
+};
+
 /// An info section, and what its file held.
 struct SectionRecord
 {
@@ -146,6 +155,11 @@ public:
     std::vector<XMLCh const*> AttributesFor(xercesc::DOMNode const* element) const;
     std::multimap<xercesc::DOMNode const*, ElementFailure> const& Failures() const { return m_failures; }
     std::unordered_map<xercesc::DOMNode const*, MissedReference> const& MissedReferences() const { return m_missed; }
+    std::vector<ChildReference> const& ChildReferences() const { return m_childReferences; }
+    std::vector<std::u16string_view> const& KindsOf(ChildReference const& reference) const
+    {
+        return m_kinds[reference.kinds];
+    }
     /// Elements whose ids were taken when they came, and whether an object was registered all the same.
     std::vector<std::pair<xercesc::DOMNode const*, bool>> const& Seconds() const { return m_seconds; }
     /// Elements under the root that another one of their id replaced before they were read, with it.
@@ -157,6 +171,8 @@ public:
     std::vector<std::pair<xercesc::DOMNode const*, IObject const*>> const& Objects() const { return m_objects; }
     std::vector<SectionRecord> const& Sections() const { return m_sections; }
     std::vector<PropertyRecord> const& Properties() const { return m_properties; }
+    /// The element that was looked at last; null when none was.
+    xercesc::DOMNode const* LatestElement() const { return m_latest; }
     /// Any element of the document; null when none was walked.
     xercesc::DOMNode const* AnyElement() const { return m_anyElement; }
     /// The text that was taken of an element in which it stands in several runs, and is therefore not in the tree; null
@@ -170,6 +186,8 @@ public:
     void ChildrenWalked(xercesc::DOMNode const* parent) override;
     void NamesTried(xercesc::DOMNode const* element, std::span<std::u16string_view const> names,
                     std::size_t matched) override;
+    void RowsTried(xercesc::DOMNode const* child, std::span<std::u16string_view const> names,
+                   std::size_t matched) override;
     void TextTaken(xercesc::DOMNode const* element, XMLCh const* text) override;
     void TextRead(TextReading const& reading) override;
     void ObjectRegistered(xercesc::DOMNode const* element, IObject const& object, bool isSecond) override;
@@ -227,6 +245,11 @@ private:
     std::vector<std::pair<xercesc::DOMNode const*, xercesc::DOMNode const*>> m_replaced;
     std::vector<std::pair<xercesc::DOMNode const*, IObject const*>> m_objects;
     std::vector<xercesc::DOMNode const*> m_open;
+    std::vector<ChildReference> m_childReferences;
+    /// The lists of kinds that sets take, of which there are few, and that of the child under way.
+    std::vector<std::vector<std::u16string_view>> m_kinds;
+    xercesc::DOMNode const* m_child = nullptr;
+    std::size_t m_kindsOfChild = 0;
     ReferenceEnd m_end = ReferenceEnd::kUnknown;
     bool m_isCycle = false;
     std::vector<SectionRecord> m_sections;

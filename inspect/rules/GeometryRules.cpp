@@ -147,7 +147,7 @@ void CheckPair(SceneCheck& check, BodyAndMesh const& pair)
                 boxes.ratio > BodyAndMesh::Boxes::kMost || boxes.ratio < 1 / BodyAndMesh::Boxes::kMost;
             check.Add(kRules[kFarMesh], spot, body,
                       isOfOtherSize ? RatioText(boxes.ratio) : std::string("its box lies beside that of the body"),
-                      isOfOtherSize ? pair.MeantUnit(1.0 / boxes.ratio) : std::string());
+                      isOfOtherSize ? pair.MeantUnit(boxes.ratio) : std::string());
         }
     }
     if (!check.IsWanted(kRules[kOpenMesh]) || !pair.body->body->Body() ||

@@ -17,7 +17,7 @@ inline constexpr Rule kInsecure{"K-0306", "store-insecure", "The digest of a ker
 inline constexpr Rule kSpareBytes{"K-0307", "spare-bytes", "Bytes of a store belong to none of its records",
                                   Severity::kWarning};
 inline constexpr Rule kUnused{"K-0308", "record-unused", "No element takes a record of a store", Severity::kWarning};
-inline constexpr Rule kNoBody{"K-0309", "body-missing", "No store holds the body of an element", Severity::kError};
+inline constexpr Rule kNoRecord{"K-0309", "record-missing", "No store holds what an element dresses", Severity::kError};
 inline constexpr Rule kRepeated{"K-0310", "record-repeated", "A record has the id of one before it, which stays",
                                 Severity::kWarning};
 inline constexpr Rule kNoMesh{"K-0311", "segments-without-mesh", "Segments name a mesh that no store in front holds",

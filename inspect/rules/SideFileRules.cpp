@@ -2,9 +2,10 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <functional>
+#include <optional>
 #include <set>
 #include <string>
+#include <string_view>
 #include <system_error>
 #include <utility>
 #include <vector>
@@ -16,10 +17,10 @@
 #include "framework/xml_util/SideFileNotes.h"
 #include "inspect/SceneCheck.h"
 #include "inspect/document/ReadRecord.h"
+#include "inspect/rules/Guesses.h"
+#include "inspect/rules/SectionLook.h"
 #include "inspect/rules/SideFileRuleTable.h"
-#include "inspect/rules/Texts.h"
 #include "inspect/rules/UsedIds.h"
-#include "scene/NearestNames.h"
 
 namespace KVR
 {
@@ -32,24 +33,8 @@ namespace
 using namespace SideFileRule;
 
 constexpr Rule kRules[] = {kSectionOff, kNoPath,      kMissing,   kUnreadable,    kShort,   kInsecure, kSpareBytes,
-                           kUnused,     kNoBody,      kRepeated,  kNoMesh,        kUnknown, kNoObject, kNoHolder,
+                           kUnused,     kNoRecord,    kRepeated,  kNoMesh,        kUnknown, kNoObject, kNoHolder,
                            kNoProperty, kAssetUnused, kIdsUnused, kTextureUnused, kDigest};
-
-// So many names are compared to find out which one was meant, and for so many findings.
-constexpr std::size_t kMostNames = 20'000;
-constexpr std::size_t kMostGuesses = 50;
-
-using Bytes = std::pair<unsigned long long, unsigned long long>;
-
-void AddAt(SceneCheck& check, Rule const& rule, std::string const& file, Bytes const& bytes, std::string found,
-           std::string readAs, std::string meant = {})
-{
-    if (Finding* const finding = check.AddIn(rule, file, std::move(found), std::move(readAs), std::move(meant)))
-    {
-        finding->begin = bytes.first;
-        finding->end = bytes.second;
-    }
-}
 
 // The rule that tells of a record that nothing takes.
 struct KindRow
@@ -65,25 +50,32 @@ constexpr KindRow kKindRows[] = {
     {"asset", kAssetUnused, &UsedIds::styles}, {"ids", kIdsUnused, &UsedIds::bodies},
 };
 
-class SideFileLook
+}  // namespace
+
+Rule const* DropOf(StoreRecord const& record, UsedIds const& used)
+{
+    if (record.kind == "segments")
+        return record.isKept ? nullptr : &kNoMesh;
+    KindRow const* const row = std::find_if(std::begin(kKindRows), std::end(kKindRows),
+                                            [&](KindRow const& known) { return known.kind == record.kind; });
+    if (row == std::end(kKindRows))
+        return nullptr;
+    // Ids of one object add up.
+    if (!record.isKept && record.kind != "ids")
+        return &kRepeated;
+    return (used.*row->takers).contains(std::string(record.id.View())) ? nullptr : &row->rule;
+}
+
+namespace
+{
+
+// Looks at the property file, and at the files that the scene was written with.
+class NotedFilesLook
 {
 public:
-    SideFileLook(SceneCheck& check) : m_check(check), m_used(UsedIds::Of(check.Record())) {}
-
-    void LookAt(SectionRecord const& section)
+    NotedFilesLook(SceneCheck& check, std::set<std::string> const& told, Guesses& guesses)
+        : m_check(check), m_told(told), m_guesses(guesses)
     {
-        Spot const path{section.element, SpotPart::kAttributeValue, Names::Path.Document()};
-        if (section.state == SectionState::kOff)
-            m_check.Add(kSectionOff, Spot{section.element}, NameOf(section.element), "its file is not touched");
-        else if (section.state == SectionState::kNoPath)
-            m_check.Add(kNoPath, Spot{section.element}, NameOf(section.element), "it is without effect");
-        else if (std::error_code error; !fs::exists(section.path, error))
-        {
-            m_told.insert(fs::path(section.path).filename().string());
-            m_check.Add(kMissing, path, section.path, "the scene goes on without it", NearestFile(section.path));
-        }
-        else
-            LookInto(section, path);
     }
 
     void LookAtProperties(std::string const& file)
@@ -107,7 +99,8 @@ public:
             return;
         fs::path const scene(m_check.Path());
         std::optional<std::vector<SideFileNote>> const notes = SideFileNotes::Of(UTF8String(m_check.Path()));
-        std::string const properties = PropertyFile().filename().string();
+        fs::path const propertyFile(m_check.PropertyFile());
+        std::string const properties = propertyFile.filename().string();
         bool hasProperties = false;
         for (SideFileNote const& note : notes.value_or(std::vector<SideFileNote>()))
         {
@@ -117,113 +110,12 @@ public:
             LookAtNote(scene.parent_path() / (isProperties ? properties : note.name), note.digest);
         }
         std::error_code error;
-        if (notes && !hasProperties && fs::exists(PropertyFile(), error))
-            m_check.AddIn(kDigest, PropertyFile().string(), properties,
+        if (notes && !hasProperties && fs::exists(propertyFile, error))
+            m_check.AddIn(kDigest, propertyFile.string(), properties,
                           "its properties are read, and the scene was written without");
     }
 
-    fs::path PropertyFile() const
-    {
-        return fs::path(m_check.Path()).replace_extension(kPropertyFileExtension.Narrow());
-    }
-
-    UsedIds const& Used() const noexcept { return m_used; }
-
 private:
-    void LookInto(SectionRecord const& section, Spot const& path)
-    {
-        for (auto const& [failure, reason] : section.failures)
-        {
-            if (failure == StoreFailure::kInsecure)
-                m_check.Add(kInsecure, path, section.path,
-                            section.records.empty() ? reason + ", and nothing of it is read" : reason);
-            else
-                m_check.Add(kUnreadable, path, section.path, reason);
-        }
-        if (!section.failures.empty())
-            return;
-        bool const isSegments = NameOf(section.element) == Names::MeshSegmentInfo.Narrow();
-        if (isSegments && section.size == 0 && section.records.empty())
-            m_check.Add(kNoMesh, path, section.path, "no section in front holds meshes, and the file is not opened");
-        bool const isWhole = LookAtRecords(section) && !LookForEnd(section, path);
-        if (isWhole)
-            LookForSpareBytes(section);
-    }
-
-    // Whether all records are such as their reader knows.
-    bool LookAtRecords(SectionRecord const& section)
-    {
-        bool isGood = true;
-        for (StoreRecord const& record : section.records)
-        {
-            std::string const id(record.id.View());
-            Bytes const bytes{record.begin, record.end};
-            if (record.kind == "unknown" || (record.kind == "segments" && id.empty()))
-            {
-                isGood = false;
-                AddAt(m_check, kUnknown, section.path, bytes, id, "nothing behind its id is read as its own");
-            }
-            else if (record.kind == "segments")
-            {
-                isGood = isGood && record.isKept;
-                if (!record.isKept)
-                    AddAt(m_check, kNoMesh, section.path, bytes, id,
-                          "what follows in the file is read from a wrong place", Nearest(id, m_used.meshes));
-            }
-            else
-                LookAtTaker(section, record, id, bytes);
-        }
-        return isGood;
-    }
-
-    void LookAtTaker(SectionRecord const& section, StoreRecord const& record, std::string const& id, Bytes const& bytes)
-    {
-        KindRow const* const row = std::find_if(std::begin(kKindRows), std::end(kKindRows),
-                                                [&](KindRow const& known) { return known.kind == record.kind; });
-        if (row == std::end(kKindRows))
-            return;
-        // Ids of one object add up.
-        if (!record.isKept && record.kind != "ids")
-            AddAt(m_check, kRepeated, section.path, bytes, id, "the one before it is taken");
-        else if (!(m_used.*row->takers).contains(id))
-            AddAt(m_check, row->rule, section.path, bytes, std::string(record.kind) + ' ' + id, "it is read for nobody",
-                  NearestOf(id, m_used.withoutRecord));
-    }
-
-    // Whether the file ends before what it claims.
-    bool LookForEnd(SectionRecord const& section, Spot const& path)
-    {
-        if (section.shortReads == 0 && section.records.size() >= section.claimed)
-            return false;
-        m_check.Add(kShort, path, section.path,
-                    section.records.size() < section.claimed
-                        ? "it claims " + Counted(section.claimed, "record") + " and holds " +
-                              std::to_string(section.records.size())
-                        : "what it does not hold is read as zeros");
-        return true;
-    }
-
-    void LookForSpareBytes(SectionRecord const& section)
-    {
-        if (section.records.empty() || section.records.front().end == 0)
-            return;
-        std::error_code error;
-        unsigned long long const size = section.size > 0 ? section.size : fs::file_size(section.path, error);
-        std::vector<Bytes> used = section.tables;
-        for (StoreRecord const& record : section.records)
-            used.emplace_back(record.begin, record.end);
-        used.emplace_back(size, size);
-        std::sort(used.begin(), used.end());
-        unsigned long long end = used.front().first;
-        for (Bytes const& bytes : used)
-        {
-            if (bytes.first > end && !error)
-                AddAt(m_check, kSpareBytes, section.path, {end, bytes.first}, Counted(bytes.first - end, "byte"),
-                      "they are passed over");
-            end = std::max(end, bytes.second);
-        }
-    }
-
     void AddProperty(Rule const& rule, std::string const& file, PropertyRecord const& property, std::string found,
                      std::string readAs, std::string meant)
     {
@@ -255,58 +147,36 @@ private:
                               : std::string("its content is another one"));
     }
 
-    template <class List>
-    std::string NearestOf(std::string const& text, List const& names)
-    {
-        if (text.empty() || names.size() > kMostNames || m_guesses++ >= kMostGuesses)
-            return {};
-        NearestNames nearest(text, 1, std::max<std::size_t>(1, text.size() / 3));
-        for (std::string const& name : names)
-            if (name != text)
-                nearest.Add(name);
-        return nearest.Names().empty() ? std::string() : nearest.Names().front();
-    }
-    std::string Nearest(std::string const& text, UsedIds::Ids const& names) { return NearestOf(text, names); }
-
     std::string NearestObject(std::string const& id)
     {
         if (m_objects.empty())
             for (auto const& [element, object] : m_check.Record().Objects())
-                if (object && m_objects.size() <= kMostNames)
+                if (object && m_objects.size() <= Guesses::kMostNames)
                     m_objects.emplace(object->Id().View());
-        return NearestOf(id, m_objects);
-    }
-
-    std::string NearestFile(std::string const& path)
-    {
-        std::set<std::string> names;
-        std::error_code error;
-        for (fs::directory_iterator at(fs::path(path).parent_path(), error), end; !error && at != end;
-             at.increment(error))
-            if (names.size() <= kMostNames)
-                names.insert(at->path().filename().string());
-        return NearestOf(fs::path(path).filename().string(), names);
+        return m_guesses.Of(id, m_objects);
     }
 
     SceneCheck& m_check;
-    UsedIds m_used;
-    std::set<std::string> m_objects;
     // Names of files of which sections told that they are missing.
-    std::set<std::string> m_told;
-    std::size_t m_guesses = 0;
+    std::set<std::string> const& m_told;
+    Guesses& m_guesses;
+    std::set<std::string> m_objects;
 };
 
 // Tells of bodies that no store holds, and of textures that no style names.
 class ObjectLook final : public ObjectVisitor
 {
 public:
-    ObjectLook(SceneCheck& check, UsedIds const& used) : m_check(check), m_used(used) {}
+    ObjectLook(SceneCheck& check, UsedIds const& used, SectionLook& sections)
+        : m_check(check), m_used(used), m_sections(sections)
+    {
+    }
 
     using ObjectVisitor::Visit;
     void Visit(IBrep* body) override
     {
         if (!body->Body())
-            m_check.Add(kNoBody, m_spot, std::string(body->Id().View()), "the object is there, without a body");
+            m_sections.AddWithoutRecord(m_spot, std::string(body->Id().View()), "the object is there, without a body");
     }
     void Visit(IMaterialTexture* texture) override
     {
@@ -323,6 +193,7 @@ public:
 private:
     SceneCheck& m_check;
     UsedIds const& m_used;
+    SectionLook& m_sections;
     Spot m_spot;
 };
 
@@ -335,12 +206,16 @@ std::span<Rule const> SideFileRules()
 
 void CheckSideFiles(SceneCheck& check)
 {
-    SideFileLook look(check);
+    UsedIds const used = UsedIds::Of(check.Record());
+    Guesses guesses;
+    SectionLook sections(check, used, guesses);
     for (SectionRecord const& section : check.Record().Sections())
-        look.LookAt(section);
-    look.LookAtProperties(look.PropertyFile().string());
-    look.LookAtNotes();
-    ObjectLook objects(check, look.Used());
+        sections.LookAt(section);
+    sections.LookAtMissing();
+    NotedFilesLook noted(check, sections.MissingFiles(), guesses);
+    noted.LookAtProperties(check.PropertyFile());
+    noted.LookAtNotes();
+    ObjectLook objects(check, used, sections);
     for (auto const& [element, object] : check.Record().Objects())
         if (object)
             objects.LookAt(element, *object);

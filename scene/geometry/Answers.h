@@ -18,7 +18,8 @@ std::optional<Value> Specified(Object const& object, IsValueSpecifiedEnum (Objec
     return (object.*getter)(value) == kIsValueSpecified_Yes ? std::optional<Value>(value) : std::nullopt;
 }
 
-/// The answer of a getter, or another one when it throws anything but std::bad_alloc: one broken answer must not cost the reader all others.
+/// The answer of a getter, or another one when it throws anything but std::bad_alloc: one broken answer must not cost
+/// the reader all others.
 template <class Getter>
 std::invoke_result_t<Getter> AnswerOr(Getter&& getter, std::invoke_result_t<Getter> otherwise = {})
 {

@@ -31,16 +31,18 @@ namespace
 
 constexpr int kMostSeconds = 10;
 constexpr std::size_t kMostFindings = 20;
-// What a batch may keep beside what it lost: tables that libraries fill as they go.
-constexpr std::size_t kKeptByLibraries = 256 * 1024;
+// A batch that keeps more is looked at again: libraries also fill tables as they go.
+constexpr std::size_t kSuspicious = 64 * 1024;
+constexpr std::uint64_t kRepeats = 8;
 
 // What a child tells its parent while it works; it stays when the child ends.
 struct Board
 {
     std::uint64_t input;
-    std::uint64_t halfway;
-    std::size_t heldHalfway;
-    std::size_t heldInTheEnd;
+    /// What the second half kept, and the input that kept most of it.
+    std::size_t kept;
+    std::size_t mostKept;
+    std::uint64_t keeper;
     double slowest;
     bool isWrong;
     std::array<char, 400> text;
@@ -48,9 +50,12 @@ struct Board
 
 double ProcessorSeconds()
 {
-    struct rusage usage{};
+    struct rusage usage
+    {
+    };
     getrusage(RUSAGE_SELF, &usage);
-    auto const seconds = [](timeval const& time) { return static_cast<double>(time.tv_sec) + 1e-6 * static_cast<double>(time.tv_usec); };
+    auto const seconds = [](timeval const& time)
+    { return static_cast<double>(time.tv_sec) + 1e-6 * static_cast<double>(time.tv_usec); };
     return seconds(usage.ru_utime) + seconds(usage.ru_stime);
 }
 
@@ -66,16 +71,35 @@ std::size_t HeldBytes()
     return info.uordblks + info.hblkhd;
 }
 
+// What is thrown must not leave the child, which would end as its parent does.
+std::string Answer(std::uint64_t input, Try const& attempt) noexcept
+{
+    try
+    {
+        return attempt(input);
+    }
+    catch (std::exception const& error)
+    {
+        return std::string("thrown: ") + error.what();
+    }
+    catch (...)
+    {
+        return "thrown: what is no std::exception";
+    }
+}
+
 [[noreturn]] void Work(Board& board, std::uint64_t first, std::uint64_t end, Try const& attempt)
 {
+    std::uint64_t const half = first + (end - first) / 2;
+    std::size_t held = 0;
     for (std::uint64_t input = first; input < end; ++input)
     {
         board.input = input;
-        if (input == first + (end - first) / 2)
-            board.heldHalfway = HeldBytes();
+        if (input == half)
+            held = HeldBytes();
         double const begin = ProcessorSeconds();
         SetAlarm(kMostSeconds);
-        std::string const wrong = attempt(input);
+        std::string const wrong = Answer(input, attempt);
         SetAlarm(0);
         board.slowest = std::max(board.slowest, ProcessorSeconds() - begin);
         if (!wrong.empty())
@@ -84,10 +108,43 @@ std::size_t HeldBytes()
             wrong.copy(board.text.data(), board.text.size() - 1);
             _exit(0);
         }
+        if (input < half)
+            continue;
+        std::size_t const now = HeldBytes();
+        std::size_t const kept = now > held ? now - held : 0;
+        board.kept += kept;
+        if (kept > board.mostKept)
+        {
+            board.mostKept = kept;
+            board.keeper = input;
+        }
+        held = now;
     }
     board.input = end;
-    board.heldInTheEnd = HeldBytes();
     _exit(0);
+}
+
+// What each further time keeps that an input is tried in a process of its own; 0 when it does not end well.
+std::size_t KeptEachTime(std::uint64_t input, Try const& attempt, Board& board)
+{
+    board = Board();
+    pid_t const process = fork();
+    if (process < 0)
+        throw std::runtime_error("no child process");
+    if (process == 0)
+    {
+        for (std::uint64_t i = 0; i < 2 * kRepeats; ++i)
+        {
+            if (i == kRepeats)
+                board.mostKept = HeldBytes();
+            Answer(input, attempt);
+        }
+        board.kept = HeldBytes();
+        _exit(0);
+    }
+    int status = 0;
+    waitpid(process, &status, 0);
+    return status == 0 && board.kept > board.mostKept ? (board.kept - board.mostKept) / kRepeats : 0;
 }
 
 }  // namespace
@@ -109,10 +166,9 @@ void Tally::Find(std::uint64_t& count, std::string finding)
 }
 
 void RunForked(Tally& tally, std::uint64_t count, std::uint64_t batch, Try const& attempt,
-               std::function<std::string(std::uint64_t)> const& name)
+               std::function<std::string(std::uint64_t)> const& name, Leaks leaks)
 {
-    void* const memory =
-        mmap(nullptr, sizeof(Board), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+    void* const memory = mmap(nullptr, sizeof(Board), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
     if (memory == MAP_FAILED)
         throw std::bad_alloc();
     Board& board = *static_cast<Board*>(memory);
@@ -126,7 +182,9 @@ void RunForked(Tally& tally, std::uint64_t count, std::uint64_t batch, Try const
         if (process == 0)
             Work(board, first, end, attempt);
         int status = 0;
-        struct rusage usage{};
+        struct rusage usage
+        {
+        };
         wait4(process, &status, 0, &usage);
         tally.peakKB = std::max(tally.peakKB, static_cast<std::uint64_t>(usage.ru_maxrss));
         tally.slowest = std::max(tally.slowest, board.slowest);
@@ -137,10 +195,12 @@ void RunForked(Tally& tally, std::uint64_t count, std::uint64_t batch, Try const
             tally.Find(tally.crashes, name(board.input) + ": ended by " + std::to_string(status));
         else if (board.isWrong)
             tally.Find(tally.wrong, name(board.input) + ": " + board.text.data());
-        else if (end - first > 2 && board.heldInTheEnd > board.heldHalfway + kKeptByLibraries)
-            tally.Find(tally.leaks, name(first) + " and on: " +
-                                        std::to_string(board.heldInTheEnd - board.heldHalfway) + " bytes kept");
-        first = std::min(board.input + 1, end);
+        std::uint64_t const next = std::min(board.input + 1, end);
+        std::uint64_t const keeper = board.keeper;
+        if (leaks == Leaks::kCounted && end - first > 1 && board.kept > kSuspicious)
+            if (std::size_t const kept = KeptEachTime(keeper, attempt, board); kept > 16)
+                tally.Find(tally.leaks, name(keeper) + ": " + std::to_string(kept) + " bytes kept each time");
+        first = next;
     }
     munmap(memory, sizeof(Board));
 }

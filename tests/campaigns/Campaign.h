@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <iterator>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -22,7 +23,7 @@ public:
     template <class List>
     auto const& Of(List const& list) noexcept
     {
-        return list[Below(list.size())];
+        return list[Below(std::size(list))];
     }
 
 private:
@@ -51,11 +52,18 @@ struct Tally
 /// Whether an input was answered as it has to be: an empty text, or what was wrong.
 using Try = std::function<std::string(std::uint64_t input)>;
 
+enum class Leaks
+{
+    kCounted,
+    /// Where a library below is known to lose what it holds.
+    kIgnored
+};
+
 /// Tries inputs 0 to `count` in child processes of `batch` inputs each. An input that ends its child counts, and the
 /// next child goes on behind it. Of leaks the batches tell: memory that grows from the middle of a batch to its end.
 /// `name` describes an input for the findings.
 void RunForked(Tally& tally, std::uint64_t count, std::uint64_t batch, Try const& attempt,
-               std::function<std::string(std::uint64_t)> const& name);
+               std::function<std::string(std::uint64_t)> const& name, Leaks leaks = Leaks::kCounted);
 
 /// A campaign. `scale` is the share of the full form that is run: 1 for all of it.
 struct Campaign
@@ -68,6 +76,7 @@ struct Campaign
 void RunSideFiles(double scale, Tally& tally);
 void RunScenes(double scale, Tally& tally);
 void RunFailures(double scale, Tally& tally);
+void RunFileCalls(double scale, Tally& tally);
 void RunCounts(double scale, Tally& tally);
 void RunThreads(double scale, Tally& tally);
 void RunSoak(double scale, Tally& tally);

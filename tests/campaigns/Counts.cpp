@@ -21,10 +21,20 @@ namespace
 
 namespace fs = std::filesystem;
 
-constexpr std::array<std::uint64_t, 12> kValues = {0,          1,          0x7F,        0xFF,          0xFFFF,       0x10000,
-                                                   0x7FFFFFFF, 0x80000000, 0xFFFFFFFFU, 0x100000000U, 1ULL << 62U, ~0ULL};
-constexpr std::array<char const*, 12> kTexts = {"0",          "1",          "127",        "255",        "65535",               "65536",
-                                                "2147483647", "2147483648", "4294967295", "4294967296", "4611686018427387904", "-1"};
+constexpr std::array<std::uint64_t, 12> kValues = {
+    0, 1, 0x7F, 0xFF, 0xFFFF, 0x10000, 0x7FFFFFFF, 0x80000000, 0xFFFFFFFFU, 0x100000000U, 1ULL << 62U, ~0ULL};
+constexpr std::array<char const*, 12> kTexts = {"0",
+                                                "1",
+                                                "127",
+                                                "255",
+                                                "65535",
+                                                "65536",
+                                                "2147483647",
+                                                "2147483648",
+                                                "4294967295",
+                                                "4294967296",
+                                                "4611686018427387904",
+                                                "-1"};
 
 // A second for the library; a child that imports has the time to start, too.
 constexpr double kMostSeconds = 1.0;
@@ -72,13 +82,15 @@ std::string Mutant(Target const& target, std::size_t place, std::size_t value)
 
 double Seconds(int who)
 {
-    struct rusage usage{};
+    struct rusage usage
+    {
+    };
     getrusage(who, &usage);
     return static_cast<double>(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) +
            1e-6 * static_cast<double>(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec);
 }
 
-std::string Try(Target const& target)
+std::string TryTarget(Target const& target)
 {
     double const begin = Seconds(RUSAGE_SELF) + Seconds(RUSAGE_CHILDREN);
     std::string wrong;
@@ -92,7 +104,9 @@ std::string Try(Target const& target)
             wrong = "no sentence";
     }
     double const taken = Seconds(RUSAGE_SELF) + Seconds(RUSAGE_CHILDREN) - begin;
-    struct rusage usage{};
+    struct rusage usage
+    {
+    };
     getrusage(target.scene.empty() ? RUSAGE_CHILDREN : RUSAGE_SELF, &usage);
     if (wrong.empty() && taken > kMostSeconds)
         return std::to_string(taken) + " s";
@@ -111,7 +125,8 @@ std::vector<Target> Targets(SceneCopies& copies, Test::TempFolder const& models)
             target.file = (fs::path(target.scene).parent_path() / name).string();
             target.bytes = ReadBytes(target.file);
             std::string const extension = fs::path(name).extension().string();
-            target.isText = extension == ".xml" || extension == ".sat" || extension == ".kvrproperty" || extension == ".ids";
+            target.isText =
+                extension == ".xml" || extension == ".sat" || extension == ".kvrproperty" || extension == ".ids";
             if (extension == ".sat" || extension == ".sab")
                 target.head = Test::WithHead({}, target.isText).size();
             targets.push_back(std::move(target));
@@ -149,8 +164,9 @@ void RunCounts(double scale, Tally& tally)
             [&](std::uint64_t input)
             {
                 std::uint64_t const number = numberOf(input);
-                WriteBytes(target.file, Mutant(target, target.places[number / kValues.size()], number % kValues.size()));
-                return Try(target);
+                WriteBytes(target.file,
+                           Mutant(target, target.places[number / kValues.size()], number % kValues.size()));
+                return TryTarget(target);
             },
             [&](std::uint64_t input)
             {

@@ -25,8 +25,8 @@ std::string Export(std::string const& scene, std::uint64_t input)
 {
     SceneOptions options;
     options.path = scene;
-    std::string const target =
-        (std::filesystem::path(scene).parent_path() / "out").string() + kFormats[input / kBetweenExports % std::size(kFormats)];
+    std::string const target = (std::filesystem::path(scene).parent_path() / "out").string() +
+                               kFormats[input / kBetweenExports % std::size(kFormats)];
     ExportResult const result = ExportScene(options, target);
     std::error_code ignored;
     bool const isThere = std::filesystem::remove(target, ignored);

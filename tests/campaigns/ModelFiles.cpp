@@ -23,13 +23,16 @@ namespace
 TopoDS_Shape Solid()
 {
     TopoDS_Shape const box = BRepPrimAPI_MakeBox(4.0, 3.0, 2.0).Shape();
-    return BRepAlgoAPI_Cut(box, BRepPrimAPI_MakeCylinder(gp_Ax2(gp_Pnt(2.0, 1.5, -1.0), gp_Dir(0.0, 0.0, 1.0)), 0.7, 4.0).Shape())
+    return BRepAlgoAPI_Cut(
+               box, BRepPrimAPI_MakeCylinder(gp_Ax2(gp_Pnt(2.0, 1.5, -1.0), gp_Dir(0.0, 0.0, 1.0)), 0.7, 4.0).Shape())
         .Shape();
 }
 
 constexpr char kTextStl[] =
-    "solid s\n facet normal 0 0 1\n  outer loop\n   vertex 0 0 0\n   vertex 1 0 0\n   vertex 0 1 0\n  endloop\n endfacet\n"
-    " facet normal 0 0 1\n  outer loop\n   vertex 1 0 0\n   vertex 1 1 0\n   vertex 0 1 0\n  endloop\n endfacet\nendsolid s\n";
+    "solid s\n facet normal 0 0 1\n  outer loop\n   vertex 0 0 0\n   vertex 1 0 0\n   vertex 0 1 0\n  endloop\n "
+    "endfacet\n"
+    " facet normal 0 0 1\n  outer loop\n   vertex 1 0 0\n   vertex 1 1 0\n   vertex 0 1 0\n  endloop\n "
+    "endfacet\nendsolid s\n";
 
 constexpr char kTextPly[] =
     "ply\nformat ascii 1.0\ncomment c\nelement vertex 4\nproperty float x\nproperty float y\nproperty float z\n"

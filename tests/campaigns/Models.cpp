@@ -25,8 +25,8 @@ std::string Import(Test::TempFolder const& folder, std::string const& model)
     options.isLenient = model.size() % 2 == 0;
     std::string const scene = folder.NarrowPathOf("out.xml");
     ImportResult const result = ImportModel(model, scene, options);
-    bool const isSentence = result.outcome == Outcome::kFailed && !result.failure.empty() &&
-                            result.failure.find('\n') == std::string::npos;
+    bool const isSentence =
+        result.outcome == Outcome::kFailed && !result.failure.empty() && result.failure.find('\n') == std::string::npos;
     if (result.outcome != Outcome::kDone && !isSentence)
         return "neither a scene nor a sentence: " + result.failure;
     if (fs::exists(scene) != (result.outcome == Outcome::kDone))

@@ -10,8 +10,9 @@ namespace KVR::Campaigns
 namespace
 {
 
-constexpr std::string_view kNumbers[] = {"0",   "-1",    "1",         "2147483647", "2147483648", "4294967295", "18446744073709551615",
-                                         "1e9", "1e999", "-99999999", "nan",        "0.0000001",  "",           "1000000"};
+constexpr std::string_view kNumbers[] = {
+    "0",   "-1",    "1",         "2147483647", "2147483648", "4294967295", "18446744073709551615",
+    "1e9", "1e999", "-99999999", "nan",        "0.0000001",  "",           "1000000"};
 
 void ChangeNumber(std::string& bytes, Dice& dice)
 {
@@ -83,7 +84,8 @@ public:
     std::unique_ptr<Element> Parse()
     {
         m_at = m_text.find('<');
-        while (m_at != std::string_view::npos && m_at + 1 < m_text.size() && !std::isalpha(static_cast<unsigned char>(m_text[m_at + 1])))
+        while (m_at != std::string_view::npos && m_at + 1 < m_text.size() &&
+               !std::isalpha(static_cast<unsigned char>(m_text[m_at + 1])))
             m_at = m_text.find('<', m_at + 1);
         return m_at == std::string_view::npos ? nullptr : ReadElement();
     }
@@ -174,13 +176,10 @@ public:
         {
             case 0:
             {
-                // Copies, so that neither ends up within itself.
                 auto& target = other.children[m_dice.Below(other.children.size())];
-                auto first = one->Copy();
-                auto second = target->Copy();
-                one = std::move(second);
-                if (!IsWithin(*one, &other))
-                    Place(other, std::move(first));
+                // Neither ends up within itself.
+                if (!IsWithin(*one, target.get()) && !IsWithin(*target, one.get()))
+                    std::swap(one, target);
                 return;
             }
             case 1:
@@ -193,7 +192,8 @@ public:
                 return;
             }
             case 3:
-                parent.children.erase(parent.children.begin() + static_cast<std::ptrdiff_t>(m_dice.Below(parent.children.size())));
+                parent.children.erase(parent.children.begin() +
+                                      static_cast<std::ptrdiff_t>(m_dice.Below(parent.children.size())));
                 return;
             case 4:
                 one->name = m_dice.Of(m_parents)->children.front()->name;
@@ -225,8 +225,9 @@ private:
 
     void Place(Element& parent, std::unique_ptr<Element> child)
     {
-        parent.children.insert(parent.children.begin() + static_cast<std::ptrdiff_t>(m_dice.Below(parent.children.size() + 1)),
-                               std::move(child));
+        parent.children.insert(
+            parent.children.begin() + static_cast<std::ptrdiff_t>(m_dice.Below(parent.children.size() + 1)),
+            std::move(child));
     }
 
     void ChangeValue(Element& element)

@@ -44,7 +44,8 @@ std::string SceneCopies::Make(Kind kind)
         Test::WriteSideFiles(folder);
         return folder.NarrowPathOf(kSceneName);
     }
-    fs::path const source = kind == Kind::kComplete ? fs::path(KVR_EXAMPLES_DIR) / "complete" : fs::path(m_model->Path());
+    fs::path const source =
+        kind == Kind::kComplete ? fs::path(KVR_EXAMPLES_DIR) / "complete" : fs::path(m_model->Path());
     for (std::string const& name : Files(kind))
         fs::copy_file(source / name, fs::path(folder.Path()) / name);
     return folder.NarrowPathOf(kind == Kind::kComplete ? "complete.xml" : kSceneName);
@@ -54,10 +55,12 @@ std::vector<std::string> SceneCopies::Files(Kind kind) const
 {
     if (kind == Kind::kFull)
         return {kSceneName, "blob.bin", "scene.kvrproperty", "assets.bin", "ids.xml"};
-    fs::path const source = kind == Kind::kComplete ? fs::path(KVR_EXAMPLES_DIR) / "complete" : fs::path(m_model->Path());
+    fs::path const source =
+        kind == Kind::kComplete ? fs::path(KVR_EXAMPLES_DIR) / "complete" : fs::path(m_model->Path());
     std::vector<std::string> names;
     for (fs::directory_entry const& entry : fs::directory_iterator(source))
-        if (std::string const name = entry.path().filename().string(); entry.is_regular_file() && !name.ends_with(".json") && !name.ends_with(".cpp"))
+        if (std::string const name = entry.path().filename().string();
+            entry.is_regular_file() && !name.ends_with(".json") && !name.ends_with(".cpp"))
             names.push_back(name);
     std::sort(names.begin(), names.end());
     return names;

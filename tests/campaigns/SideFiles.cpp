@@ -52,7 +52,8 @@ std::string Mutant(Target const& target, std::uint64_t number)
 std::vector<Target> Targets(SceneCopies& copies)
 {
     std::vector<Target> targets;
-    for (SceneCopies::Kind const kind : {SceneCopies::Kind::kComplete, SceneCopies::Kind::kFull, SceneCopies::Kind::kModel})
+    for (SceneCopies::Kind const kind :
+         {SceneCopies::Kind::kComplete, SceneCopies::Kind::kFull, SceneCopies::Kind::kModel})
         for (std::string const& name : copies.Files(kind))
         {
             std::string const scene = copies.Make(kind);
@@ -103,7 +104,8 @@ void RunSideFiles(double scale, Tally& tally)
         {
             auto const [index, place] = find(input);
             Target const& target = targets[index];
-            std::string const name = std::filesystem::path(target.file).filename().string() + (target.head > 0 ? " refitted" : "");
+            std::string const name =
+                std::filesystem::path(target.file).filename().string() + (target.head > 0 ? " refitted" : "");
             if (place < target.Size())
                 return name + " cut to " + std::to_string(place);
             std::uint64_t const patch = place - target.Size();

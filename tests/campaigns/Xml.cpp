@@ -46,7 +46,7 @@ void RunXml(double, Tally& tally)
     {
         SetDocumentPolicy(isTrusting ? DocumentPolicy() : DocumentPolicy::Untrusted());
         RunForked(
-            tally, documents.size(), 1,
+            tally, documents.size(), 25,
             [&](std::uint64_t input)
             {
                 XmlDocument const& document = documents[input];

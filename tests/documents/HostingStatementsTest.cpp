@@ -69,6 +69,20 @@ TEST(HostingLife, BeginProcessAfterTheEndHasNoEffect)
     EXPECT_FALSE(scene.Has("p"));
 }
 
+TEST(HostingLife, TheRootMayHaveNoIdBeAnotherObjectOrNone)
+{
+    TestScene none(R"(<S><IFile IsRoot="1"/></S>)");
+    none.Begin();
+    EXPECT_TRUE(none.Producer().RootObjectId().Id().IsEmpty());
+    TestScene other(
+        R"(<S><IFile ID="a" IsRoot="1"><AttributeSet><LayerSet><ILayer ID="a"/></LayerSet></AttributeSet></IFile></S>)");
+    other.Begin();
+    UTF8String const root = other.Producer().RootObjectId().Id();
+    EXPECT_NE(dynamic_cast<ILayer*>(other.Producer().Load(root)), nullptr);
+    other.Producer().Dispose(root);
+    EXPECT_EQ(other.Producer().Load(root), nullptr);
+}
+
 TEST(HostingLife, NothingIsReadLaterButTheImageOfATexture)
 {
     TempFolder const folder;

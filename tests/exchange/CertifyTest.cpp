@@ -245,12 +245,57 @@ TEST(Certificate, APartThatIsDividedIsComparedAsAWhole)
 TEST(Certificate, ColoursThatRoundOtherwiseAreTheSame)
 {
     ModelFacts source;
-    source.Add(kTable_Colors, "#ff8000ff", {2.0});
+    source.Add(kTable_Colors, ModelFacts::Joined("a", "#ff8000ff"), {2.0});
     ModelFacts scene;
-    scene.Add(kTable_Colors, "#ff7f00ff", {2.0});
+    scene.Add(kTable_Colors, ModelFacts::Joined("a", "#ff7f00ff"), {2.0});
     EXPECT_TRUE(Certificate({{"source", source}, {"scene", scene}}).IsGood());
     scene.tables.clear();
-    scene.Add(kTable_Colors, "#ff7e00ff", {2.0});
+    scene.Add(kTable_Colors, ModelFacts::Joined("a", "#ff7e00ff"), {2.0});
+    EXPECT_FALSE(Certificate({{"source", source}, {"scene", scene}}).IsGood());
+}
+
+TEST(Certificate, ColoursOfPathsThatAreSwappedAreADifference)
+{
+    auto const facts = [](char const* ofA, char const* ofB)
+    {
+        ModelFacts made;
+        for (auto const& [path, color] : {std::pair("a", ofA), std::pair("b", ofB)})
+        {
+            made.occurrences.emplace_back().path = path;
+            made.Add(kTable_Colors, ModelFacts::Joined(path, color), {1.0});
+        }
+        return made;
+    };
+    Certificate const certificate(
+        {{"source", facts("#000000ff", "#ffffffff")}, {"scene", facts("#ffffffff", "#000000ff")}});
+    EXPECT_FALSE(certificate.IsGood());
+    EXPECT_EQ(RowOf(certificate, "colours").differences.front(), "scene: 'a: #000000ff' is missing");
+}
+
+TEST(Certificate, SingleRootsAboveTheModelAreLeftOut)
+{
+    ModelFacts source;
+    ModelFacts scene;
+    for (char const* const path : {"a", "a/b"})
+        source.occurrences.emplace_back().path = path;
+    for (char const* const path : {"a", "a/x", "a/x/a", "a/x/a/b"})
+        scene.occurrences.emplace_back().path = path;
+    EXPECT_TRUE(Certificate({{"source", source}, {"scene", scene}}).IsGood());
+    scene.occurrences.back().path = "a/x/a/c";
+    EXPECT_FALSE(Certificate({{"source", source}, {"scene", scene}}).IsGood());
+}
+
+TEST(Certificate, WhatMayBeThereIsNotMissed)
+{
+    ModelFacts source;
+    source.Add(kTable_ViewMembers, ModelFacts::Joined("v", "datum A"), {}, 0.0);
+    source.Add(kTable_ViewMembers, ModelFacts::Joined("v", "note"));
+    ModelFacts scene;
+    scene.Add(kTable_ViewMembers, ModelFacts::Joined("v", "note"));
+    EXPECT_TRUE(Certificate({{"source", source}, {"scene", scene}}).IsGood());
+    scene.Add(kTable_ViewMembers, ModelFacts::Joined("v", "datum A"));
+    EXPECT_TRUE(Certificate({{"source", source}, {"scene", scene}}).IsGood());
+    scene.Add(kTable_ViewMembers, ModelFacts::Joined("v", "datum B"));
     EXPECT_FALSE(Certificate({{"source", source}, {"scene", scene}}).IsGood());
 }
 

@@ -1,16 +1,21 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <BRepPrimAPI_MakeSphere.hxx>
+#include <TopoDS_Shape.hxx>
 #include <algorithm>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 
+#include "authoring/KernelStoreWriter.h"
+#include "exchange/ExportScene.h"
 #include "tests/exchange/ExportScene.h"
 #include "tests/exchange/GltfFile.h"
 #include "tests/host/ResourceLimit.h"
 #include "tests/support/SanitizedBuild.h"
+#include "tests/support/Shapes.h"
 
 namespace KVR::Test
 {
@@ -224,6 +229,53 @@ TEST(ExportFailuresTest, WhatIsDeeperThanAThousandLevelsIsLeftOut)
         ToolRun const run = scene.Export(text, "out." + format);
         EXPECT_EQ(run.status, 0) << run.error;
         EXPECT_THAT(run.error, HasSubstr("1 instances without a target, or in a cycle"));
+    }
+}
+
+TEST(ExportFailuresTest, ARootThatIsNoComponentIsOneSentenceInEveryFormat)
+{
+    for (std::string const format : {"glb", "gltf", "stl", "obj", "ply", "step", "brep"})
+    {
+        ExportScene scene;
+        for (char const* const text :
+             {R"(<IFile IsRoot="1"/>)",
+              R"(<IFile ID="f" IsRoot="1"><AttributeSet><LayerSet><ILayer ID="f"/></LayerSet></AttributeSet></IFile>)"})
+        {
+            ToolRun const run = scene.Export(text, "out." + format);
+            EXPECT_EQ(run.status, 1);
+            ExpectOneSentence(run);
+            EXPECT_THAT(run.error, HasSubstr("out." + format + ": the root of the scene is no file, assembly or part"));
+            EXPECT_THAT(NamesIn(scene.Folder().Path()), testing::Not(testing::Contains("out." + format)));
+        }
+    }
+}
+
+// A ball that takes many seconds to mesh as finely as that.
+TEST(ExportFailuresTest, GeometryThatTakesTooLongIsLeftOutAndNamed)
+{
+    ExportScene scene;
+    Authoring::KernelStoreWriter kernel(scene.Folder().PathOf("s.sab"), Authoring::KernelStoreForm::kBinary);
+    kernel.Body(UTF8String("ball"), BRepPrimAPI_MakeSphere(1000.0).Shape());
+    kernel.Body(UTF8String("box"), BoxShape(10, 20, 30));
+    kernel.Finish();
+    SceneOptions options;
+    options.path = scene.PathOf("scene.xml");
+    scene.Folder().Write(
+        "scene.xml", R"(<S><SatInfo Path="s.sab"/><IFile ID="f" IsRoot="1"><ChildSet><Child ID="p"/></ChildSet></IFile>
+<IPart ID="p"><ChildSet><IBrep ID="ball" Visibility="1"/><IBrep ID="box" Visibility="1"/></ChildSet></IPart></S>)");
+    ExportOptions exporting;
+    unsigned const seconds = kIsSanitized ? 5 : 1;
+    exporting.timeout = seconds;
+    exporting.quality = {{1e-6, true}, 0.002};
+    for (std::string const format : {".stl", ".glb"})
+    {
+        ExportResult const result = KVR::ExportScene(options, scene.PathOf("out" + format), exporting);
+        ASSERT_EQ(result.outcome, Outcome::kDone) << result.failure;
+        EXPECT_THAT(result.remarks,
+                    testing::Contains("ball is left out, since with it its writer ended after the " +
+                                      std::to_string(seconds) + " s of processor time that it may take"));
+        EXPECT_GT(std::filesystem::file_size(scene.PathOf("out" + format)), 600U) << "the box is there";
+        EXPECT_LT(std::filesystem::file_size(scene.PathOf("out" + format)), 20'000U) << "the ball is not";
     }
 }
 

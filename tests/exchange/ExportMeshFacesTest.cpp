@@ -64,7 +64,7 @@ TEST(ExportMeshFacesTest, AMeshIsTessellatedGeometryInStepWithItsColourAndItsPla
     ASSERT_EQ(run.status, 0) << run.error;
     EXPECT_THAT(run.error, testing::IsEmpty());
     std::string text = ContentOf(scene.PathOf("out.step"));
-    std::regex const defined("\\n(#[0-9]+) = ");
+    std::regex const defined("\\n(#[0-9]+)=");
     std::set<std::string> numbers;
     for (std::sregex_iterator it(text.begin(), text.end(), defined); it != std::sregex_iterator(); ++it)
         EXPECT_TRUE(numbers.insert((*it)[1]).second) << (*it)[1];

@@ -3,6 +3,7 @@
 #include <TopoDS_Shape.hxx>
 
 #include <fstream>
+#include <map>
 #include <nlohmann/json.hpp>
 #include <regex>
 #include <sstream>
@@ -170,6 +171,35 @@ TEST(ExportStepNotes, AToleranceStatesNoMagnitudeSinceTheSceneHasNone)
 {
     NotedBox const box({Note(1, "flat", "flatness", "tolerance", "body1.f1", {{"type", "flatness"}})});
     EXPECT_THAT(ContentOf(box.Scene().PathOf("out.step")), HasSubstr("FLATNESS_TOLERANCE('flat','',$ "));
+}
+
+TEST(ExportStepNotes, ZonesAndModifiersOfTolerancesAndDatumsComeBack)
+{
+    std::vector<SceneNote> const notes{
+        Note(1, "flatness", "flatness", "tolerance", "body1.f1",
+             {{"type", "flatness"}, {"modifiers", {"common zone", "free state"}}}),
+        Note(2, "position", "position", "tolerance", "body1.f2",
+             {{"type", "position"},
+              {"modifiers", {"maximum material requirement"}},
+              {"zone", "cylindrical or circular"}}),
+        Note(3, "straightness", "straightness", "tolerance", "body1.f3",
+             {{"type", "straightness"}, {"zone", "spherical"}, {"projection", 3.0}, {"modifiers", {"my own"}}}),
+        Note(
+            4, "datum", "A", "datum", "body1.f4",
+            {{"letter", "A"}, {"tolerance", "note2"}, {"position", 1}, {"modifiers", {"least material requirement"}}})};
+    NotedBox const box(notes);
+    EXPECT_THAT(box.exported.error, HasSubstr("2 details of tolerances and targets of datums"));
+    std::map<std::string, json> details;
+    for (SceneNote const& note : box.ReadBack())
+    {
+        json const read = json::parse(note.details);
+        details[read.value("type", read.value("letter", ""))] = read;
+    }
+    EXPECT_EQ(details["flatness"]["modifiers"], json({"common zone", "free state"}));
+    EXPECT_EQ(details["position"]["modifiers"], json({"maximum material requirement"}));
+    EXPECT_EQ(details["position"]["zone"], "cylindrical or circular");
+    EXPECT_EQ(details["straightness"]["zone"], "spherical");
+    EXPECT_EQ(details["A"]["modifiers"], json({"least material requirement"}));
 }
 
 TEST(ExportStepNotes, WhatIsBothDrawnAndMeantComesBackAsOne)

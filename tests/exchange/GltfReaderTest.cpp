@@ -1,6 +1,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#ifdef KVR_HAS_MESHOPTIMIZER
+#include <meshoptimizer.h>
+#endif
+
 #include <cmath>
 
 #include "tests/exchange/ExportScene.h"
@@ -138,7 +142,8 @@ TEST(GltfReader, MaterialsKeepColourAlphaModeSidesAndTexturesWithSamplers)
     EXPECT_EQ(model.images.at(0).bytes, "\x89PNG and so on");
     EXPECT_EQ(model.meshes[0].texture.size(), 8u);
     EXPECT_EQ(model.losses.Kinds().at("textures of roughness, emission and occlusion").count, 1u);
-    EXPECT_THAT(model.losses.Kinds().at("extensions of materials").items, ElementsAre("KHR_materials_clearcoat"));
+    EXPECT_THAT(model.losses.Kinds().at("extensions of materials").items,
+                ElementsAre("KHR_materials_clearcoat of materials 0 \"leaf\""));
     // Without a mode that says so, alpha has no meaning.
     builder.json["materials"][0].erase("alphaMode");
     EXPECT_EQ((*Read(builder).materials[0].color)[3], 1.0);
@@ -289,5 +294,133 @@ TEST(GltfReader, AnExportComesBackWithItsPartsAndTheirNames)
             parts.push_back(component.name);
     EXPECT_THAT(parts, testing::UnorderedElementsAre("plate", "nut", "bolt", "l-bracket", "rod"));
 }
+
+#ifdef KVR_HAS_MESHOPTIMIZER
+
+namespace
+{
+
+constexpr char kCompression[] = "EXT_meshopt_compression";
+
+// Puts a view's place into a buffer that is not there, with what stands for it in the first one.
+void Compress(GlbBuilder& builder, int index, std::string const& packed, json const& claims)
+{
+    json& view = builder.json["bufferViews"][static_cast<std::size_t>(index)];
+    json extension = claims;
+    extension["buffer"] = 0;
+    extension["byteOffset"] = builder.buffer.size();
+    extension["byteLength"] = packed.size();
+    builder.buffer += packed;
+    view["buffer"] = 1;
+    view["byteOffset"] = 0;
+    view["extensions"][kCompression] = extension;
+    builder.json["extensionsRequired"] = {kCompression};
+}
+
+// A triangle whose indices, points and normals are compressed, the latter ones quantized.
+GlbBuilder CompressedTriangle()
+{
+    GlbBuilder builder;
+    std::vector<std::uint16_t> const indices{0, 1, 2};
+    // Three numbers and one that fills a word up.
+    std::vector<std::int16_t> const points{0, 0, 0, 0, 200, 0, 0, 0, 0, 100, 0, 0};
+    // Upward: x and y of a picture of the sphere on an octahedron, and what stands for one.
+    std::vector<std::int8_t> const normals{0, 0, 127, 0, 0, 0, 127, 0, 0, 0, 127, 0};
+    int const indexAccessor = builder.Accessor(indices, kShorts, "SCALAR", 1);
+    int const pointAccessor = builder.Accessor(points, 5122, "VEC3", 4);
+    int const normalAccessor = builder.Accessor(normals, 5120, "VEC3", 4, true);
+    auto const viewOf = [&](int accessor)
+    { return builder.json["accessors"][static_cast<std::size_t>(accessor)]["bufferView"].get<int>(); };
+    builder.json["bufferViews"][static_cast<std::size_t>(viewOf(pointAccessor))]["byteStride"] = 8;
+    builder.json["bufferViews"][static_cast<std::size_t>(viewOf(normalAccessor))]["byteStride"] = 4;
+    builder.json["meshes"] = {
+        {{"primitives",
+          {{{"attributes", {{"POSITION", pointAccessor}, {"NORMAL", normalAccessor}}}, {"indices", indexAccessor}}}}}};
+    builder.json["nodes"] = {{{"mesh", 0}, {"scale", {0.01, 0.01, 0.01}}}};
+    builder.json["scenes"] = {{{"nodes", {0}}}};
+    auto const packed = [](auto encode, std::size_t bound)
+    {
+        std::string bytes(bound, '\0');
+        bytes.resize(encode(reinterpret_cast<unsigned char*>(bytes.data()), bytes.size()));
+        return bytes;
+    };
+    meshopt_encodeIndexVersion(1);
+    meshopt_encodeVertexVersion(0);
+    std::vector<unsigned> const wide(indices.begin(), indices.end());
+    Compress(builder, viewOf(indexAccessor),
+             packed([&](unsigned char* to, std::size_t size)
+                    { return meshopt_encodeIndexBuffer(to, size, wide.data(), wide.size()); },
+                    meshopt_encodeIndexBufferBound(3, 3)),
+             {{"mode", "TRIANGLES"}, {"byteStride", 2}, {"count", 3}});
+    Compress(builder, viewOf(pointAccessor),
+             packed([&](unsigned char* to, std::size_t size)
+                    { return meshopt_encodeVertexBuffer(to, size, points.data(), 3, 8); },
+                    meshopt_encodeVertexBufferBound(3, 8)),
+             {{"mode", "ATTRIBUTES"}, {"byteStride", 8}, {"count", 3}});
+    Compress(builder, viewOf(normalAccessor),
+             packed([&](unsigned char* to, std::size_t size)
+                    { return meshopt_encodeVertexBuffer(to, size, normals.data(), 3, 4); },
+                    meshopt_encodeVertexBufferBound(3, 4)),
+             {{"mode", "ATTRIBUTES"}, {"byteStride", 4}, {"count", 3}, {"filter", "OCTAHEDRAL"}});
+    builder.json["buffers"] = {{{"byteLength", builder.buffer.size()}},
+                               {{"byteLength", 1000}, {"extensions", {{kCompression, {{"fallback", true}}}}}}};
+    return builder;
+}
+
+json& ClaimsOf(GlbBuilder& builder, std::size_t view)
+{
+    return builder.json["bufferViews"][view]["extensions"][kCompression];
+}
+
+}  // namespace
+
+TEST(GltfReader, CompressedAndQuantizedMeshesAreUnpacked)
+{
+    GlbBuilder builder = CompressedTriangle();
+    builder.json["extensionsRequired"].push_back("KHR_mesh_quantization");
+    MeshModel const model = Read(builder);
+    EXPECT_THAT(model.meshes.at(0).points, ElementsAre(0, 0, 0, 200, 0, 0, 0, 100, 0));
+    EXPECT_THAT(model.meshes[0].normals, ElementsAre(0, 0, 1, 0, 0, 1, 0, 0, 1));
+    EXPECT_THAT(model.meshes[0].corners, ElementsAre(0, 1, 2));
+    EXPECT_THAT(model.losses.Kinds(), IsEmpty());
+}
+
+TEST(GltfReader, ClaimsOfCompressedViewsAreHeldAgainstTheirBytes)
+{
+    std::vector<std::pair<json, char const*>> const rows = {
+        {{{"count", 1000000000}}, "compressed bytes cannot hold"},
+        {{{"count", 6}}, "are compressed"},
+        {{{"byteStride", 3}}, "in a way that makes no sense"},
+        {{{"byteStride", 512}}, "in a way that makes no sense"},
+        {{{"mode", "OTHER"}}, "in a way that makes no sense"},
+        {{{"filter", "OTHER"}}, "in a way that makes no sense"},
+        {{{"filter", "QUATERNION"}, {"byteStride", 4}}, "in a way that makes no sense"},
+        {{{"byteOffset", 1}}, "bytes are damaged"},
+        {{{"byteLength", 1000000}}, "reaches beyond its buffer"},
+        {{{"buffer", 7}}, "is in no buffer"}};
+    for (auto const& [change, expected] : rows)
+    {
+        GlbBuilder builder = CompressedTriangle();
+        ClaimsOf(builder, 1).update(change);
+        EXPECT_THAT(FailureOf("m.glb", builder.Bytes()), testing::HasSubstr(expected)) << change;
+    }
+    GlbBuilder builder = CompressedTriangle();
+    ClaimsOf(builder, 0)["count"] = 100000002;
+    EXPECT_THAT(FailureOf("m.glb", builder.Bytes()), testing::HasSubstr("compressed bytes cannot hold"));
+    // Many views of the same bytes are no more than these can hold.
+    builder = CompressedTriangle();
+    for (int i = 0; i < 4000; ++i)
+        builder.json["bufferViews"].push_back(builder.json["bufferViews"][1]);
+    EXPECT_THAT(FailureOf("m.glb", builder.Bytes()), testing::HasSubstr("announce more than its bytes can hold"));
+}
+
+TEST(GltfReader, EveryPrefixOfACompressedFileIsReadOrRefused)
+{
+    std::string const bytes = CompressedTriangle().Bytes();
+    for (std::size_t size = 0; size < bytes.size(); size += 7)
+        EXPECT_FALSE(FailureOf("m.glb", std::string_view(bytes).substr(0, size)).empty());
+}
+
+#endif
 
 }  // namespace KVR::Test

@@ -2,9 +2,13 @@
 #include <gtest/gtest.h>
 #include <zlib.h>
 #include <BRepBuilderAPI_MakeEdge.hxx>
+#include <BRepBuilderAPI_MakeVertex.hxx>
 #include <BRepTools.hxx>
+#include <BRep_Builder.hxx>
 #include <BinTools.hxx>
+#include <TopoDS_Compound.hxx>
 #include <TopoDS_Edge.hxx>
+#include <TopoDS_Vertex.hxx>
 #include <gp_Pnt.hxx>
 
 #include <cmath>
@@ -14,9 +18,11 @@
 #include <sstream>
 
 #include "exchange/ImportModel.h"
+#include "exchange/model/Losses.h"
 #include "exchange/model/ModelDocument.h"
 #include "exchange/model/ModelError.h"
 #include "exchange/run/ChildProcess.h"
+#include "tests/exchange/GltfFile.h"
 #include "tests/exchange/MeshFiles.h"
 #include "tests/support/Shapes.h"
 #include "tests/tool/ToolRun.h"
@@ -166,6 +172,34 @@ TEST(ImportSources, FormatsOfTextAreToldByTheirFirstLines)
     EXPECT_EQ(formatOf("\nOpen CASCADE Topology V4"), ModelFormat::kBrep);
 }
 
+TEST(ImportSources, AModelTooLargeToBeMeasuredIsMadeASceneAllTheSame)
+{
+    // The square of its diagonal is no number any more.
+    BRep_Builder const builder;
+    TopoDS_Compound points;
+    builder.MakeCompound(points);
+    for (double const x : {0.0, 1e200})
+        builder.Add(points, BRepBuilderAPI_MakeVertex(gp_Pnt(x, 0, 0)));
+    std::ostringstream text;
+    BRepTools::Write(points, text);
+    TempFolder const folder;
+    folder.Write("a.brep", text.str());
+    ImportResult const result = ImportModel(folder.NarrowPathOf("a.brep"), folder.NarrowPathOf("a.xml"));
+    EXPECT_EQ(result.outcome, Outcome::kDone) << result.failure;
+    EXPECT_EQ(result.deflection, 0.0);
+}
+
+TEST(ImportSources, AModelThatTakesTooLongIsASentence)
+{
+    TempFolder const folder;
+    ToolRun const run =
+        RunTool({"import", "--timeout", "1", "--deflection", "0.0001%", "--angle", "0.1",
+                 std::string(KVR_EXAMPLES_DIR) + "/models/lcr_follower_arm.step", folder.NarrowPathOf("a.xml")});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.error, HasSubstr("its reader ended after the 1 s of processor time that it may take\n"));
+    EXPECT_TRUE(std::filesystem::is_empty(folder.Path()));
+}
+
 TEST(ImportSources, BothFormsOfBrepAreToldApartAndTheirPrefixesEndAsSentences)
 {
     TopoDS_Edge const edge = BRepBuilderAPI_MakeEdge(gp_Pnt(0, 0, 0), gp_Pnt(1, 2, 3));
@@ -225,6 +259,79 @@ TEST(ImportMeshes, LeniencyTakesWhatIsThereAndSaysHowMuch)
     EXPECT_THAT(taken.out, HasSubstr("5 triangles"));
 }
 
+namespace
+{
+
+template <class List>
+concept CountsWithoutItems = requires(List list)
+{
+    list.Add("kind", 1);
+};
+
+// How many an item of a report stands for.
+unsigned long long CountOf(std::string const& item)
+{
+    std::size_t const end = item.find(" of ");
+    bool const isCount = end != std::string::npos && item.find_first_not_of("0123456789") == end;
+    return isCount ? std::stoull(item) : 1;
+}
+
+}  // namespace
+
+TEST(ImportReports, EveryKindOfLossHasItsItems)
+{
+    // Whoever counts names what it counts: there is no other way to do it.
+    static_assert(!CountsWithoutItems<Losses>);
+    TempFolder const folder;
+    GlbBuilder builder;
+    json primitive = builder.Square();
+    primitive["targets"] = {{{"POSITION", 0}}, {{"POSITION", 0}}};
+    primitive["attributes"]["TEXCOORD_1"] = 0;
+    primitive["extensions"]["EXT_other"] = json::object();
+    primitive["material"] = 0;
+    builder.json["meshes"] = {{{"name", "square"}, {"primitives", {primitive}}, {"extras", {{"a", 1}}}},
+                              {{"primitives", {builder.Square()}}}};
+    builder.json["textures"] = {{{"source", 0}}};
+    builder.json["images"] = {{{"uri", "missing.png"}}};
+    builder.json["materials"] = {
+        {{"name", "paint"},
+         {"extras", {{"b", 2}}},
+         {"extensions", {{"KHR_other", json::object()}}},
+         {"emissiveTexture", {{"index", 0}}},
+         {"occlusionTexture", {{"index", 0}}},
+         {"normalTexture", {{"index", 0}, {"texCoord", 1}}},
+         {"pbrMetallicRoughness",
+          {{"metallicRoughnessTexture", {{"index", 0}}}, {"baseColorTexture", {{"index", 0}}}}}}};
+    builder.json["nodes"] = {{{"mesh", 0}},
+                             {{"name", "lamp"}, {"extensions", {{"KHR_lights_punctual", {{"light", 0}}}}}},
+                             {{"name", "nowhere"}}};
+    builder.json["scenes"] = {{{"nodes", {0, 1}}}, {{"name", "second"}}};
+    builder.json["animations"] = {{{"name", "turns"}}};
+    builder.json["skins"] = {json::object(), json::object()};
+    builder.json["extensions"] = {{"KHR_whole", json::object()}};
+    folder.Write("m.glb", builder.Bytes());
+    std::string const path = folder.NarrowPathOf("report.json");
+    ToolRun const run =
+        RunTool({"import", "--report", path, folder.NarrowPathOf("m.glb"), folder.NarrowPathOf("s.xml")});
+    ASSERT_EQ(run.status, 0) << run.error;
+    json const report = json::parse(FileBytes(path));
+    std::set<std::string> kinds;
+    for (json const& loss : report.at("Losses"))
+    {
+        kinds.insert(loss.at("Kind"));
+        unsigned long long count = 0;
+        for (json const& item : loss.at("Items"))
+            count += CountOf(item);
+        EXPECT_EQ(count, loss.at("Count").get<unsigned long long>()) << loss;
+    }
+    EXPECT_EQ(kinds, (std::set<std::string>{
+                         "animations", "attributes of primitives", "extensions of materials",
+                         "extensions of primitives", "extensions of the document", "extras of materials",
+                         "extras of meshes", "images of textures", "lights", "meshes that stand nowhere in the scene",
+                         "morph targets", "nodes outside of the scene", "scenes beside the one that is shown", "skins",
+                         "textures in a second set of coordinates", "textures of roughness, emission and occlusion"}));
+}
+
 TEST(ImportMeshes, ColoursOfTheExportOfAPlyComeBack)
 {
     TempFolder const folder;
@@ -277,6 +384,45 @@ TEST(ImportMeshes, AGlbHasStylesTexturesViewsAndPropertiesInTheScene)
     EXPECT_FALSE(std::filesystem::exists(folder.NarrowPathOf("s.xml.texture2.png")))
         << "what is no image stays where it is";
     EXPECT_THAT(objects.at("inst1").dump(), HasSubstr("kitchen"));
+}
+
+TEST(ImportMeshes, PlacesInATextureComeBackFromAnExport)
+{
+    std::vector<std::vector<double>> const places{{0, 1}, {1, 1}, {1, 0}, {0, 0.25}};
+    GlbBuilder builder;
+    std::vector<float> numbers;
+    for (std::vector<double> const& place : places)
+        numbers.insert(numbers.end(), {static_cast<float>(place[0]), static_cast<float>(place[1])});
+    json primitive = builder.Square();
+    primitive["attributes"]["TEXCOORD_0"] = builder.Accessor(numbers, kFloats, "VEC2", 2);
+    primitive["material"] = 0;
+    builder.json["images"] = {{{"bufferView", builder.View("\x89PNG")}, {"mimeType", "image/png"}}};
+    builder.json["textures"] = {{{"source", 0}}};
+    builder.json["materials"] = {{{"pbrMetallicRoughness", {{"baseColorTexture", {{"index", 0}}}}}}};
+    builder.json["meshes"] = {{{"primitives", {primitive}}}};
+    builder.json["nodes"] = {{{"mesh", 0}}};
+    builder.json["scenes"] = {{{"nodes", {0}}}};
+    TempFolder const folder;
+    folder.Write("m.glb", builder.Bytes());
+    std::string const obj = folder.NarrowPathOf("m.obj");
+    ASSERT_EQ(RunTool({"convert", folder.NarrowPathOf("m.glb"), obj}).status, 0);
+    for (char const* const source : {"m.glb", "m.obj"})
+    {
+        std::string const back = folder.NarrowPathOf("back.glb");
+        std::string const scene = folder.NarrowPathOf("s.xml");
+        ASSERT_EQ(RunTool({"import", "--up", "z", folder.NarrowPathOf(source), scene}).status, 0);
+        // An OBJ has no texture; the places are in the scene, from the lower left.
+        json const dump = json::parse(RunTool({"dump", scene}).out).at("Objects").at("mesh1");
+        EXPECT_EQ(dump.at("TextureVertexSets").at(0).at("Vertices"),
+                  json({{0.0, 0.0}, {1.0, 0.0}, {1.0, 1.0}, {0.0, 0.75}}))
+            << source;
+        if (std::string_view(source) == "m.obj")
+            continue;
+        ASSERT_EQ(RunTool({"export", scene, back}).status, 0);
+        GltfFile const file(back);
+        ASSERT_EQ(file.shown.size(), 1u);
+        EXPECT_EQ(file.Numbers(file.shown[0].primitive.at("attributes").at("TEXCOORD_0")), places);
+    }
 }
 
 TEST(ImportMeshes, OptionsOutOfTheirRangesAreRefused)

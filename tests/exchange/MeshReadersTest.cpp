@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <zlib.h>
 
 #include <assimp/scene.h>
 #include <algorithm>
@@ -273,17 +274,79 @@ TEST(PlyReader, PointsWithoutFacesAreACloud)
     EXPECT_THAT(model.meshes.at(0).dots, ElementsAre(0, 1));
 }
 
-TEST(MeshReading, MoreColoursThanASceneHasRoomForAreCounted)
+namespace
+{
+
+// The pixel of a PNG file without filters at a place.
+MeshModel::ByteColor PixelAt(std::string const& png, double u, double v)
+{
+    auto const number = [&](std::size_t at)
+    {
+        std::size_t value = 0;
+        for (std::size_t i = 0; i < 4; ++i)
+            value = value << 8 | static_cast<unsigned char>(png.at(at + i));
+        return value;
+    };
+    std::size_t const width = number(16);
+    std::size_t const height = number(20);
+    std::size_t const content = png.find("IDAT");
+    std::string rows(height * (4 * width + 1), ' ');
+    uLongf size = rows.size();
+    EXPECT_EQ(uncompress(reinterpret_cast<Bytef*>(rows.data()), &size,
+                         reinterpret_cast<Bytef const*>(png.data() + content + 4), number(content - 4)),
+              Z_OK);
+    EXPECT_EQ(size, rows.size());
+    std::size_t const at = static_cast<std::size_t>(v * static_cast<double>(height)) * (4 * width + 1) + 1 +
+                           4 * static_cast<std::size_t>(u * static_cast<double>(width));
+    MeshModel::ByteColor color{};
+    for (std::size_t i = 0; i < 4; ++i)
+        color[i] = static_cast<std::uint8_t>(rows.at(at + i));
+    return color;
+}
+
+}  // namespace
+
+TEST(MeshReading, MoreColoursThanStylesHoldStandInATexture)
+{
+    std::string text =
+        "ply\nformat ascii 1.0\nelement vertex 303\nproperty float x\nproperty float y\nproperty float z\n"
+        "property uchar red\nproperty uchar green\nproperty uchar blue\nproperty uchar alpha\n"
+        "element face 301\nproperty list uchar int vertex_indices\nend_header\n";
+    for (int i = 0; i < 303; ++i)
+        text += std::to_string(i) + ' ' + std::to_string(i * i) + " 0 " + std::to_string(i % 256) + ' ' +
+                std::to_string(i / 256) + " 7 200\n";
+    for (int i = 0; i < 301; ++i)
+        text += "3 " + std::to_string(i) + ' ' + std::to_string(i + 1) + ' ' + std::to_string(i + 2) + '\n';
+    MeshModel const model = ReadMeshBytes("p.ply", text);
+    EXPECT_THAT(model.losses.Kinds(), IsEmpty());
+    ASSERT_THAT(model.materials, SizeIs(1));
+    EXPECT_EQ(*model.materials[0].color, (MeshModel::Color{1, 1, 1, 1}));
+    EXPECT_EQ(model.materials[0].details, R"({"alphaMode":"BLEND"})");
+    ASSERT_EQ(model.materials[0].colorTexture, 0u);
+    EXPECT_THAT(model.textures.at(0).sampler, testing::HasSubstr("9729"));
+    MeshModel::Mesh const& mesh = model.meshes.at(0);
+    ASSERT_THAT(mesh.cornerTexture, SizeIs(903));
+    for (std::size_t i = 0; i < mesh.corners.size(); i += 37)
+    {
+        std::size_t const place = 2 * std::size_t{mesh.cornerTexture[i]};
+        EXPECT_EQ(PixelAt(model.images.at(0).bytes, mesh.texture.at(place), mesh.texture.at(place + 1)),
+                  mesh.pointColors[mesh.corners[i]]);
+    }
+}
+
+TEST(MeshReading, ColoursOfAMeshThatHasATextureAreCountedWhenTheyAreTooMany)
 {
     std::string text =
         "ply\nformat ascii 1.0\nelement vertex 3\nproperty float x\nproperty float y\nproperty float z\n"
+        "property float s\nproperty float t\n"
         "element face 300\nproperty list uchar int vertex_indices\nproperty uchar red\n"
-        "property uchar green\nproperty uchar blue\nend_header\n0 0 0\n1 0 0\n0 1 0\n";
+        "property uchar green\nproperty uchar blue\nend_header\n0 0 0 0 0\n1 0 0 1 0\n0 1 0 0 1\n";
     for (int i = 0; i < 300; ++i)
         text += "3 0 1 2 " + std::to_string(i % 256) + ' ' + std::to_string(i / 256) + " 0\n";
     MeshModel const model = ReadMeshBytes("p.ply", text);
     EXPECT_THAT(model.materials, IsEmpty());
     EXPECT_EQ(model.losses.Kinds().at("colours of triangles").count, 300u);
+    EXPECT_THAT(model.losses.Kinds().at("colours of triangles").items, SizeIs(1));
 }
 
 TEST(PolygonCorners, ADentIsKeptOutside)

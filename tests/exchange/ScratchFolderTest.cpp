@@ -5,6 +5,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 
@@ -136,6 +137,35 @@ TEST(ScratchFolder, WhatARemovalInItsMidstLeftIsStillKnown)
         ScratchFolder const scratch(folder.Path(), "work-");
     }
     EXPECT_THAT(NamesIn(folder.Path()), IsEmpty());
+}
+
+TEST(ScratchFolder, WhatNeverGotItsLockGoesWhenItIsOld)
+{
+    TempFolder const folder;
+    auto const make = [&](std::string const& name, std::string const& file, char const* content)
+    {
+        fs::create_directory(folder.NarrowPathOf(name));
+        if (!file.empty())
+            std::ofstream(folder.NarrowPathOf(name + '/' + file)) << content;
+    };
+    make("work-empty1", "", "");
+    make("work-begun1", ".kvr-lock-new", "a folder of");
+    make("work-other1", ".kvr-lock-new", "my own words");
+    make("work-files1", "file", "content");
+    make("work-both12", ".kvr-lock-new", "a folder of");
+    std::ofstream(folder.NarrowPathOf("work-both12/file")) << "content";
+    {
+        // It may be on its way.
+        ScratchFolder const scratch(folder.Path(), "work-");
+    }
+    EXPECT_THAT(NamesIn(folder.Path()), SizeIs(5));
+    for (std::string const& name : NamesIn(folder.Path()))
+        fs::last_write_time(folder.NarrowPathOf(name), fs::file_time_type::clock::now() - std::chrono::hours(1));
+    {
+        ScratchFolder const scratch(folder.Path(), "work-");
+    }
+    EXPECT_THAT(NamesIn(folder.Path()), UnorderedElementsAre("work-other1", "work-files1", "work-both12"));
+    EXPECT_TRUE(fs::exists(folder.NarrowPathOf("work-both12/.kvr-lock-new")));
 }
 
 }  // namespace KVR::Test

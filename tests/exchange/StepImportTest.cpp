@@ -12,9 +12,11 @@
 #include <sstream>
 
 #include "exchange/model/DecodedPart21.h"
+#include "exchange/model/Part21Repair.h"
 #include "exchange/model/StepCensus.h"
 #include "exchange/model/StepContent.h"
 #include "exchange/model/StepTypes.h"
+#include "exchange/model/ToldFile.h"
 #include "tests/support/TempFolder.h"
 #include "tests/tool/ToolRun.h"
 
@@ -144,6 +146,25 @@ ChangedModel const& Products()
           "#90011=REPRESENTATION('',(#90012),#90005);\n"
           "#90012=DESCRIPTIVE_REPRESENTATION_ITEM('','B7');\n"
           "#90013=PROPERTY_DEFINITION_REPRESENTATION(#90009,#90011);\n"
+          "#90017=SHAPE_ASPECT('','',#90018,.T.);\n"
+          "#90018=PRODUCT_DEFINITION_SHAPE('','',#742);\n"
+          "#90019=PROPERTY_DEFINITION('geometric validation property','',#90017);\n"
+          "#90020=REPRESENTATION('',(#90021),#90005);\n"
+          "#90021=DESCRIPTIVE_REPRESENTATION_ITEM('point cloud','none');\n"
+          "#90022=PROPERTY_DEFINITION_REPRESENTATION(#90019,#90020);\n"
+          "#90023=SHAPE_ASPECT('bore','',#90018,.T.);\n"
+          "#90024=PROPERTY_DEFINITION('finish','',#90023);\n"
+          "#90025=REPRESENTATION('',(#90026,#90028,#90030),#90005);\n"
+          "#90028=MEASURE_REPRESENTATION_ITEM('depth',LENGTH_MEASURE(12.5),#90029);\n"
+          "#90029=(LENGTH_UNIT()NAMED_UNIT(*)SI_UNIT(.CENTI.,.METRE.));\n"
+          "#90030=MEASURE_REPRESENTATION_ITEM('density',POSITIVE_RATIO_MEASURE(7850.),#90031);\n"
+          "#90031=DERIVED_UNIT((#90032,#90034));\n"
+          "#90032=DERIVED_UNIT_ELEMENT(#90033,1.);\n"
+          "#90033=(MASS_UNIT()NAMED_UNIT(*)SI_UNIT(.KILO.,.GRAM.));\n"
+          "#90034=DERIVED_UNIT_ELEMENT(#90035,-3.);\n"
+          "#90035=(LENGTH_UNIT()NAMED_UNIT(*)SI_UNIT($,.METRE.));\n"
+          "#90026=REAL_REPRESENTATION_ITEM('roughness',3.2);\n"
+          "#90027=PROPERTY_DEFINITION_REPRESENTATION(#90024,#90025);\n"
           "#90014=CALENDAR_DATE(2026,1,2);\n"
           "#90015=NEVER_HEARD_OF('x',#90014);\n"
           "#90016=CARTESIAN_POINT('',(1.,2.,3.));\n"
@@ -176,6 +197,16 @@ TEST(StepImport, PropertiesOfUsersKeepTheirTypes)
     EXPECT_TRUE(CustomOf(Products().Labelled("as1")).count("geometric validation property: volume"));
 }
 
+TEST(StepImport, PropertiesOfPiecesOfAShapeHaveTheNamesOfThePieces)
+{
+    auto const custom = CustomOf(Products().Labelled(" nut "));
+    EXPECT_EQ(custom.at("bore: finish: roughness"), 3.2);
+    EXPECT_EQ(custom.at("bore: finish: depth"), 12.5);
+    EXPECT_EQ(custom.at("bore: finish: depth unit"), "centimetre");
+    EXPECT_EQ(custom.at("bore: finish: density unit"), "kilogram metre^-3");
+    EXPECT_EQ(custom.at("#90017: geometric validation property: point cloud"), "none");
+}
+
 TEST(StepImport, UsagesKeepIdNameAndDesignator)
 {
     std::string const id = Products().Labelled(" nut_1 ").at("Id");
@@ -193,7 +224,9 @@ TEST(StepImport, ProductsUsagesAndPropertiesComeBackFromAnExport)
          {"PRODUCT('4711-A',' nut ','holds \\X2\\00FC\\X0\\'", "PRODUCT_DEFINITION_FORMATION('C','third'",
           "NEXT_ASSEMBLY_USAGE_OCCURRENCE('u1',' nut_1 ','first'", "PROPERTY_DEFINITION('colour code: paint',$",
           "DESCRIPTIVE_REPRESENTATION_ITEM('','RAL''5002')", "INTEGER_REPRESENTATION_ITEM('',3",
-          "MEASURE_REPRESENTATION_ITEM('',RATIO_MEASURE(0.25)", "PRODUCT_RELATED_PRODUCT_CATEGORY('part',$"})
+          "MEASURE_REPRESENTATION_ITEM('',RATIO_MEASURE(0.25)", "MEASURE_REPRESENTATION_ITEM('',LENGTH_MEASURE(12.5)",
+          "SI_UNIT(.CENTI.,.METRE.)", "PROPERTY_DEFINITION('bore: finish: density unit',$",
+          "PRODUCT_RELATED_PRODUCT_CATEGORY('part',$"})
         EXPECT_THAT(back, HasSubstr(text));
     EXPECT_THAT(back, testing::ContainsRegex("'N1'\\);"));
 }
@@ -401,6 +434,75 @@ TEST(Part21, DamageEndsWhatIsDamagedAndNothingElse)
                 count += lost.items.size();
             EXPECT_LE(count, content.file.Entities().size());
         }
+}
+
+TEST(Part21Repair, TakesWhatIsWholeAndNamesWhatIsWhole)
+{
+    Part21File const file(Part21File::Bytes{
+        "ISO-10303-21;HEADER;ENDSEC;\nDATA;\n#1=A('a;(',#2);#2=B();\n#3=A('',#99);#4=C('',#3);"
+        "#5=OPEN_SHELL('',(#2,#3));#6=OPEN_SHELL('',(#3,#99,#2,#3,#1));#7=OPEN_SHELL('',(#3));#8=D(#7);"
+        "#9=SHAPE_REPRESENTATION(#3,(#2));#10=B(;#11=(A()SHAPE_REPRESENTATION((#3,#2)));#12=B() #13=B();"
+        "#14=B();#14=C();#15=B('x"});
+    Part21Repair const repair = Part21Repair::Of(file);
+    EXPECT_EQ(
+        repair.text,
+        "ISO-10303-21;HEADER;ENDSEC;\nDATA;\n#1=A('a;(',#2);\n#2=B();\n#5=OPEN_SHELL('',(#2));\n"
+        "#6=OPEN_SHELL('',(#2,#1));\n#11=(A()SHAPE_REPRESENTATION((#2)));\n#14=B();\nENDSEC;\nEND-ISO-10303-21;\n");
+    EXPECT_EQ(repair.taken, 6u);
+    EXPECT_THAT(repair.shortened, ElementsAre("#5 OPEN_SHELL", "#6 OPEN_SHELL", "#11 A SHAPE_REPRESENTATION"));
+    EXPECT_THAT(repair.dropped, testing::IsSupersetOf({"#3 A", "#4 C", "#7 OPEN_SHELL", "#8 D",
+                                                       "#9 SHAPE_REPRESENTATION", "#10 B", "#12 B", "#15 B"}));
+    EXPECT_TRUE(Part21Repair::Of(Part21File(Part21File::Bytes{"DATA;"})).text.empty());
+}
+
+TEST(StepImport, OfADamagedFileLeniencyTakesWhatIsWholeAndListsTheRest)
+{
+    TempFolder const folder;
+    std::ifstream file(std::string(KVR_EXAMPLES_DIR) + "/models/iso14405_fig17a.stp", std::ios::binary);
+    std::string const whole{std::istreambuf_iterator<char>(file), {}};
+    std::string damaged = whole;
+    // One surface is gone, and with it its face; the end is cut off.
+    std::size_t const face = damaged.rfind("=CYLINDRICAL_SURFACE");
+    ASSERT_NE(face, std::string::npos);
+    damaged[face] = '?';
+    folder.Write("damaged.stp", damaged.substr(0, damaged.rfind("ENDSEC;")));
+    std::string const model = folder.NarrowPathOf("damaged.stp");
+    std::string const scene = folder.NarrowPathOf("s.xml");
+    std::string const report = folder.NarrowPathOf("report.json");
+    ToolRun const refused = RunTool({"import", model, scene});
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_EQ(refused.error, "kvr: " + model + ": it is no complete STEP file\n");
+    ToolRun const taken = RunTool({"import", "--lenient", "--report", report, model, scene});
+    EXPECT_EQ(taken.status, 0) << taken.error;
+    EXPECT_THAT(taken.error, HasSubstr(": it is damaged; taken: "));
+    EXPECT_THAT(taken.error, HasSubstr("entities that are damaged or name what is not there\n"));
+    std::ifstream listed(report);
+    std::string const losses{std::istreambuf_iterator<char>(listed), {}};
+    EXPECT_THAT(losses, HasSubstr(" ADVANCED_FACE\""));
+    EXPECT_THAT(losses, HasSubstr(" CLOSED_SHELL\""));
+    // Whatever is cut off, it ends with a sentence or a scene.
+    for (std::size_t const size : {whole.size() / 2, whole.size() - 200})
+    {
+        folder.Write("damaged.stp", whole.substr(0, size));
+        ToolRun const run = RunTool({"import", "--lenient", "--no-mesh", model, scene});
+        EXPECT_TRUE(run.status == 0 || run.error.ends_with("\n")) << run.error;
+    }
+    folder.Write("a.brep", "DBRep_DrawableShape\n");
+    EXPECT_THAT(RunTool({"import", "--lenient", folder.NarrowPathOf("a.brep"), scene}).error,
+                HasSubstr("IGES and BREP files are taken whole or not at all: --lenient is for STEP"));
+}
+
+TEST(ToldFiles, TellHowMuchOfThemHasBeenTaken)
+{
+    TempFolder const folder;
+    folder.Write("file", std::string(1000, 'x'));
+    std::vector<double> told;
+    ToldFile file(folder.NarrowPathOf("file"), [&](double fraction) { told.push_back(fraction); });
+    std::istream stream(&file);
+    std::string block(400, ' ');
+    while (stream.read(block.data(), 400) || stream.gcount() > 0)
+        EXPECT_EQ(block.front(), 'x');
+    EXPECT_THAT(told, ElementsAre(0.4, 0.8, 1.0));
 }
 
 }  // namespace KVR::Test

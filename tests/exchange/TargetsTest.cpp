@@ -185,15 +185,56 @@ TEST_F(Targets, OfAnExportAreNotTheSceneNorItsSideFiles)
     fs::create_hard_link(File("out.mtl"), File("hard.stl"));
     SceneOptions options;
     options.path = File("out.xml");
+    ExportOptions forced;
+    forced.force = true;
     for (char const* const target : {"link.glb", "out.gltf", "out.obj", "hard.stl"})
     {
-        ExportResult const result = ExportScene(options, File(target));
+        ExportResult const result = ExportScene(options, File(target), forced);
         EXPECT_EQ(result.outcome, Outcome::kFailed) << target;
         EXPECT_THAT(result.failure, HasSubstr("which is being read"));
     }
     EXPECT_EQ(Bytes("out.xml") + Bytes("out.bin") + Bytes("out.mtl"), document + "out.bin" + "out.mtl");
     EXPECT_EQ(Names(), (std::set<std::string>{"hard.stl", "link.glb", "model.stl", "out.bin", "out.mtl", "out.xml"}));
     EXPECT_EQ(ExportScene(options, File("other.gltf")).outcome, Outcome::kDone);
+}
+
+TEST_F(Targets, OfAnExportAreNoFilesOfOthers)
+{
+    ASSERT_EQ(Import("model.stl", "a.xml").outcome, Outcome::kDone);
+    SceneOptions scene;
+    scene.path = File("a.xml");
+    ExportOptions forced;
+    forced.force = true;
+    std::pair<std::string, std::string> const rows[] = {{"o ut.gltf", "o ut.bin"}, {"o ut.obj", "o ut.mtl"}};
+    for (auto const& [target, beside] : rows)
+    {
+        m_folder.Write(beside, "mine");
+        std::set<std::string> const before = Names();
+        ExportResult const result = ExportScene(scene, File(target));
+        EXPECT_EQ(result.outcome, Outcome::kFailed);
+        EXPECT_EQ(result.failure, File(beside) + ": it is there and belongs to no earlier export to " + target +
+                                      "; --force replaces it");
+        EXPECT_EQ(Names(), before);
+        // Neither by a target that is something else, or names another file.
+        for (char const* const content : {"mine", "mtllib other.mtl\n", R"({"buffers":[{"uri":"other.bin"}]})", "{"})
+        {
+            m_folder.Write(target, content);
+            EXPECT_EQ(ExportScene(scene, File(target)).outcome, Outcome::kFailed) << content;
+            EXPECT_EQ(Bytes(target) + Bytes(beside), std::string(content) + "mine");
+        }
+        EXPECT_EQ(ExportScene(scene, File(target), forced).outcome, Outcome::kDone);
+        EXPECT_NE(Bytes(beside), "mine");
+        // It is this export's from now on.
+        m_folder.Write(beside, "changed");
+        EXPECT_EQ(ExportScene(scene, File(target)).outcome, Outcome::kDone);
+        EXPECT_NE(Bytes(beside), "changed");
+        fs::remove(File(target));
+        EXPECT_EQ(RunTool({"export", File("a.xml"), File(target)}).status, 1);
+        EXPECT_EQ(RunTool({"export", "--quiet", "--force", File("a.xml"), File(target)}).status, 0);
+        fs::remove(File(target));
+        EXPECT_EQ(RunTool({"convert", "--quiet", File("model.stl"), File(target)}).status, 1);
+        EXPECT_EQ(RunTool({"convert", "--quiet", "--force", File("model.stl"), File(target)}).status, 0);
+    }
 }
 
 TEST_F(Targets, TheProgramRefusesThemWithOneSentence)

@@ -43,8 +43,8 @@ TEST(Arguments, AnUnknownOptionNamesTheNearest)
               "kvr: tree has no option --depht; did you mean --depth?; see kvr --help\n");
     EXPECT_EQ(Complaint({"export", "a.xml", "b.stl", "--defletcion=1%"}),
               "kvr: export has no option --defletcion; did you mean --deflection?; see kvr --help\n");
-    EXPECT_EQ(Complaint({"dump", "--max", "a.xml"}),
-              "kvr: dump has no option --max; did you mean --mass?; see kvr --help\n");
+    EXPECT_EQ(Complaint({"dump", "--mas", "a.xml"}),
+              "kvr: dump has no option --mas; did you mean --mass?; see kvr --help\n");
     EXPECT_EQ(Complaint({"dump", "--frobnicate", "a.xml"}), "kvr: dump has no option --frobnicate; see kvr --help\n");
     EXPECT_EQ(Complaint({"--jsn", "tree", "a.xml"}), "kvr: kvr has no option --jsn; see kvr --help\n");
 }

@@ -40,7 +40,9 @@ GROUPS = (
     ("describe/", "describe"),
     ("scene/ExtensionTypes.h", "extension types"),
     ("scene/", "scene"),
+    ("inspect/estimate/", "estimate"),
     ("inspect/Check.h", "inspect face"),
+    ("inspect/Explain.h", "inspect face"),
     ("inspect/Finding.h", "inspect face"),
     ("inspect/Export.h", "inspect face"),
     ("inspect/", "inspect"),
@@ -90,6 +92,8 @@ MAY_INCLUDE = {
     # Names alone: what is written into scenes and understood in them.
     "extension types": (),
     "scene": ("api", "kernel", "gmk_interface", "extension types"),
+    # What reading a scene takes, before it is read.
+    "estimate": ("api", "xml_util"),
     # What a program sees of checks stands by itself.
     "inspect face": (),
     "inspect": FRAMEWORK + ("facade", "output", "describe", "scene", "inspect face"),
@@ -101,7 +105,7 @@ MAY_INCLUDE = {
     # models of other programs as documents of Open CASCADE.
     "run": ("api", "kernel", "output", "exchange"),
     "conventions": ("api",),
-    "source": ("api", "xml_util", "document policy", "facade", "output", "exchange"),
+    "source": ("api", "xml_util", "document policy", "facade", "output", "estimate", "exchange"),
     "model": ("api", "kernel", "run"),
     "meshes": ("api", "model"),
     "import": ("extension types", "api", "kernel", "authoring", "xml_util", "output", "exchange", "run", "conventions",
@@ -112,7 +116,7 @@ MAY_INCLUDE = {
     "view": ("extension types", "api", "kernel", "gmk_interface", "scene", "output", "exchange", "run", "export"),
     "convert": ("output", "exchange", "run"),
     "certify": ("extension types", "api", "kernel", "output", "exchange", "run", "source"),
-    "host": ("api", "kernel", "facade", "output", "describe", "scene", "inspect face", "source", "exchange"),
+    "host": ("api", "kernel", "facade", "output", "describe", "scene", "estimate", "inspect face", "source", "exchange"),
 }
 
 # Headers that everybody below the producer's top sees, and that therefore name other classes by declaration only.

@@ -258,6 +258,31 @@ test('a link brings back the state', async () => {
     await written.close();
 });
 
+test('a link holds what is hidden and transparent, in a view too', async () => {
+    const file = withView();
+    const page = await Page.open(file);
+    await page.press('1');
+    await page.clickAt([10, 5, 5]);
+    await page.press('h');
+    await page.clickAt([50, 5, 5]);
+    await page.press('g', 'l');
+    const hash = await page.run(() => location.hash);
+    assert.match(hash, /&hide=red&ghost=grey$/);
+    await page.tab('Views');
+    await (await page.page.$('.page:not([hidden]) .entry')).click();
+    await page.press('c');
+    await page.click('button', 'Remove all section planes');
+    await page.press('l');
+    assert.match(await page.run(() => location.hash), /view=v%2F1&cut=none/);
+    assert.doesNotMatch(await page.run(() => location.hash), /hide/);
+    await page.close();
+    const again = await Page.open(file, { hash });
+    assertColor(await again.color([10, 5, 5]), kBackground);
+    await again.press('Escape');
+    assert.ok(!near(await again.color([50, 5, 5]), kGrey, 15));
+    await again.close();
+});
+
 test('the picture can be saved', async () => {
     const page = await Page.open(boxes());
     const client = await page.page.createCDPSession();

@@ -24,6 +24,9 @@ public:
     std::vector<double> Numbers(nlohmann::json const& accessor, std::size_t width) const;
 
 private:
+    /// The numbers of an accessor, or of a part of a sparse one, from its place in a view on.
+    std::vector<double> Run(nlohmann::json const& place, int type, std::size_t width, std::size_t count) const;
+
     nlohmann::json m_json;
     std::vector<std::string> m_buffers;
 };

@@ -62,9 +62,8 @@ struct Primitive
 class GltfReader
 {
 public:
-    explicit GltfReader(GltfBytes const& bytes) : m_bytes(bytes)
+    GltfReader(GltfBytes const& bytes, bool isModel) : m_bytes(bytes), m_isModel(isModel)
     {
-        // What this project's export says of its nodes.
         for (json const& node : bytes.List("nodes"))
             m_isOwn = m_isOwn || KindOf(node);
     }
@@ -88,7 +87,7 @@ private:
     // As this project's export writes them.
     void ReadLayers(json const& scene)
     {
-        if (!m_isOwn)
+        if (!m_isOwn || m_isModel)
             return;
         m_facts.tables[kTable_Layers];
         for (json const& layer : scene.value("extras", json::object()).value("layers", json::array()))
@@ -103,14 +102,22 @@ private:
         return node.contains("extras") && node["extras"].is_object() && node["extras"].contains("kind");
     }
 
+    // Cameras and lights by themselves are none.
+    static bool IsComponent(json const& node)
+    {
+        bool const isOther =
+            node.contains("camera") || node.value("extensions", json::object()).contains("KHR_lights_punctual");
+        return node.contains("mesh") || node.contains("children") || !isOther;
+    }
+
     void Walk(json const& node, std::string const& id, FactPlace const& above, std::string path, std::size_t owner)
     {
         if (++m_depth > kDeepestNode || ++m_nodes > kMostNodes)
             throw std::runtime_error("its nodes are too deep or too many");
         FactPlace const place = above * PlaceOfNode(node);
-        if (m_isOwn ? KindOf(node) : node.contains("mesh") || node.contains("children"))
+        if (m_isOwn ? KindOf(node) : IsComponent(node))
         {
-            ModelFacts::Occurrence occurrence = m_isOwn ? OwnOccurrence(node) : ForeignOccurrence(node, id);
+            ModelFacts::Occurrence occurrence = m_isOwn ? OwnOccurrence(node, id) : ForeignOccurrence(node, id);
             occurrence.path = owner == kNoOccurrence ? occurrence.name : path + '/' + occurrence.name;
             path = occurrence.path;
             owner = m_facts.occurrences.size();
@@ -123,7 +130,7 @@ private:
         --m_depth;
     }
 
-    static ModelFacts::Occurrence OwnOccurrence(json const& node)
+    ModelFacts::Occurrence OwnOccurrence(json const& node, std::string const& nodeId) const
     {
         json const& extras = node["extras"];
         ModelFacts::Occurrence occurrence;
@@ -134,6 +141,8 @@ private:
         occurrence.name = label.empty() ? occurrence.componentName : label;
         occurrence.component = extras.value("component", id);
         occurrence.isPart = extras["kind"] == "IPart";
+        if (m_isModel && !occurrence.isPart)
+            occurrence.component = "node " + nodeId;
         return occurrence;
     }
 
@@ -246,6 +255,7 @@ private:
     }
 
     GltfBytes const& m_bytes;
+    bool m_isModel = false;
     bool m_isOwn = false;
     ModelFacts m_facts;
     std::map<std::size_t, std::vector<Primitive>> m_meshes;
@@ -255,10 +265,10 @@ private:
 
 }  // namespace
 
-ModelFacts FactsOfGltf(std::string const& path)
+ModelFacts FactsOfGltf(std::string const& path, bool isModel)
 {
     GltfBytes const bytes(path);
-    return GltfReader(bytes).Read();
+    return GltfReader(bytes, isModel).Read();
 }
 
 }  // namespace KVR::Certification

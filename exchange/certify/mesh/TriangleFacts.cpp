@@ -62,7 +62,9 @@ ModelFacts FactsOfTriangles(std::string const& path, double millimetres)
     for (unsigned i = 0; i < scene->mNumMeshes; ++i)
     {
         aiMesh const& mesh = *scene->mMeshes[i];
-        std::optional<std::string> const color = ColorOf(*scene, mesh);
+        // PLY files have those of corners alone, and assimp gives all others the same.
+        std::optional<std::string> const color =
+            path.ends_with("ply") || path.ends_with("PLY") ? std::nullopt : ColorOf(*scene, mesh);
         for (unsigned k = 0; k < mesh.mNumFaces; ++k)
         {
             aiFace const& face = mesh.mFaces[k];

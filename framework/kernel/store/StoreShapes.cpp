@@ -152,7 +152,8 @@ Form FindForm(StoreReadBuffer& content)
         if (isText || line.starts_with("Open CASCADE Topology V"))
         {
             content.pubseekpos(start, std::ios_base::in);
-            bool const isOld = line.starts_with("Open CASCADE Topology V1") || line.starts_with("Open CASCADE Topology V2");
+            bool const isOld =
+                line.starts_with("Open CASCADE Topology V1") || line.starts_with("Open CASCADE Topology V2");
             return isText ? Form::kText : isOld ? Form::kOldBinary : Form::kBinary;
         }
     }

@@ -67,7 +67,9 @@ void ExpectFault(MeshFaults::Fault const& fault, std::size_t count, std::size_t 
 {
     EXPECT_EQ(fault.count, count);
     if (fault.count > 0)
+    {
         EXPECT_EQ(fault.first, first);
+    }
 }
 
 std::size_t Sum(MeshFaults const& faults)

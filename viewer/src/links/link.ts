@@ -1,9 +1,8 @@
 // The state of the page as a link: #view=..&path=a/b/c&cut=x:12.5
 import type { Triple } from '../data/format';
-import type { SceneModel } from '../scene/model';
+import { sameNode, type Node, type SceneModel } from '../scene/model';
 import type { Picture } from '../scene/picture';
 import type { Placing } from '../scene/placing';
-import { sameNode } from '../scene/model';
 import type { CutPlane, SceneState } from '../scene/state';
 import { kAxes } from '../sections/panel';
 import type { SavedViews } from '../views/saved';
@@ -62,35 +61,47 @@ export class Links {
         const add = (name: string, value: string): void => {
             parts.push(`${name}=${value}`);
         };
-        const view = model.file.views[state.view];
-        view && add('view', encodeURIComponent(view.id));
-        state.selection.forEach((node) => add('path', this.pathText(model.path(node))));
-        state.cuts.forEach((cut) => add('cut', this.cutText(cut)));
-        state.explosion > 0 && add('explode', digits(state.explosion));
-        const { occurrences } = model.file;
-        for (let o = 0; o < model.occurrenceCount; ++o) {
-            if (state.occurrenceVisible[o] !== occurrences.visible[o] && !view) {
-                add(
-                    state.occurrenceVisible[o] ? 'show' : 'hide',
-                    this.pathText(model.path({ occurrence: o, geometry: -1 })),
-                );
-            }
-            state.ghost[o] && add('ghost', this.pathText(model.path({ occurrence: o, geometry: -1 })));
-        }
         const look = this.picture?.camera.look;
         if (look) {
             const kind = look.perspective ? 'perspective' : 'parallel';
-            add(
-                'camera',
-                `${kind},${joined([...look.target, ...look.direction, ...look.up, look.height, look.angle])}`,
-            );
+            const values = [...look.target, ...look.direction, ...look.up, look.height, look.angle];
+            add('camera', `${kind},${joined(values)}`);
         }
+        const view = model.file.views[state.view];
+        view && add('view', encodeURIComponent(view.id));
+        state.cuts.forEach((cut) => add('cut', this.cutText(cut)));
+        view && state.cuts.length === 0 && add('cut', 'none');
+        state.explosion > 0 && add('explode', digits(state.explosion));
+        state.selection.forEach((node) => add('path', this.pathText(model.path(node))));
+        this.addVisibility(add);
+        // What is hidden comes last, and may be too much for a link.
         let text = '';
-        for (const part of parts.reverse()) {
-            // The camera and what is selected go before what is hidden.
+        for (const part of parts) {
             text = text.length + part.length < kMostLength ? `${text}&${part}` : text;
         }
         return text.slice(1);
+    }
+
+    private addVisibility(add: (name: string, value: string) => void): void {
+        const { state, model } = this;
+        const { parent } = model.file.occurrences;
+        const { occurrence, geometry } = model.file.items;
+        const before = state.unchanged();
+        const path = (node: Node): string => this.pathText(model.path(node));
+        const name = (visible: number): string => (visible ? 'show' : 'hide');
+        for (let o = 0; o < model.occurrenceCount; ++o) {
+            // Below what is hidden it makes no difference.
+            const seen = o === 0 || state.occurrenceShown[parent[o]] === 1;
+            if (seen && state.occurrenceVisible[o] !== before.occurrences[o]) {
+                add(name(state.occurrenceVisible[o]), path({ occurrence: o, geometry: -1 }));
+            }
+            state.ghost[o] && add('ghost', path({ occurrence: o, geometry: -1 }));
+        }
+        for (let i = 0; i < model.itemCount; ++i) {
+            if (state.occurrenceShown[occurrence[i]] && state.itemVisible[i] !== before.items[i]) {
+                add(name(state.itemVisible[i]), path({ occurrence: occurrence[i], geometry: geometry[i] }));
+            }
+        }
     }
 
     /// Brings back what a link says; what it says wrongly is left out.
@@ -114,17 +125,24 @@ export class Links {
             all(name).flatMap((path) => this.model.find(path === '' ? [] : path.split('/').map(decoded)) ?? []);
         const [view] = all('view');
         const index = view === undefined ? -1 : this.model.file.views.findIndex(({ id }) => id === decoded(view));
-        index >= 0 && this.views.open(index, false);
-        nodes('hide').forEach(({ occurrence }) => (this.state.occurrenceVisible[occurrence] = 0));
-        nodes('show').forEach(({ occurrence }) => (this.state.occurrenceVisible[occurrence] = 1));
+        this.views.open(index, false);
+        const set = (node: Node, visible: number): void => {
+            if (node.geometry < 0) {
+                this.state.occurrenceVisible[node.occurrence] = visible;
+            } else {
+                this.model.items(node).forEach((item) => (this.state.itemVisible[item] = visible));
+            }
+        };
+        nodes('hide').forEach((node) => set(node, 0));
+        nodes('show').forEach((node) => set(node, 1));
         nodes('ghost').forEach(({ occurrence }) => (this.state.ghost[occurrence] = 1));
         const explosion = Number(all('explode')[0] ?? 0);
         this.state.explosion = explosion > 0 && explosion <= 1 ? explosion : 0;
         this.state.resolve();
         this.placing.update();
         this.state.tell('visibility', 'placement');
-        const cuts = all('cut').flatMap((cut) => this.cutOf(cut) ?? []);
-        cuts.length > 0 && this.state.setCuts(cuts);
+        const cuts = all('cut');
+        cuts.length > 0 && this.state.setCuts(cuts.flatMap((cut) => this.cutOf(cut) ?? []));
         const selected = nodes('path');
         selected.forEach((node, i) => {
             const isFirst = !selected.slice(0, i).some((other) => sameNode(other, node));

@@ -11,6 +11,9 @@ export const kGhostOpacity = 0.22;
 
 /// The style that a view imposes on an item; -1 for none.
 export function imposedStyle(model: SceneModel, state: SceneState, item: number): number {
+    if (!state.hasStyles) {
+        return -1;
+    }
     if (state.itemStyle[item] >= 0) {
         return state.itemStyle[item];
     }

@@ -50,6 +50,8 @@ export class SceneState {
     /// Index of the saved view that was chosen last; -1 for none.
     view = -1;
     notesShown = true;
+    /// Whether the chosen view gives anything a style.
+    hasStyles = false;
 
     private readonly listeners = new Map<Topic, (() => void)[]>();
 
@@ -84,6 +86,25 @@ export class SceneState {
         }
     }
 
+    /// What is visible by the scene and then by the members of the chosen view, before anybody changed it.
+    unchanged(): { occurrences: Uint8Array; items: Uint8Array } {
+        const { occurrences, items } = this.model.file;
+        const visible = { occurrences: Uint8Array.from(occurrences.visible), items: Uint8Array.from(items.visible) };
+        const members = this.model.file.views[this.view]?.members;
+        this.eachMember(members ?? null, (list, whole, i) =>
+            list.forEach((index) => ((whole ? visible.occurrences : visible.items)[index] = members?.visible[i] ?? 1)),
+        );
+        return visible;
+    }
+
+    // Occurrences, or items, that the members of a view stand for.
+    private eachMember(members: ViewMembers | null, each: (list: number[], whole: boolean, i: number) => void): void {
+        members?.occurrence.forEach((occurrence, i) => {
+            const geometry = members.geometry[i];
+            each(geometry < 0 ? [occurrence] : this.model.items({ occurrence, geometry }), geometry < 0, i);
+        });
+    }
+
     /// As the scene has it, and then as the members of a view say. Nobody is told yet.
     takeMembers(members: ViewMembers | null): void {
         const { occurrences, items } = this.model.file;
@@ -94,24 +115,18 @@ export class SceneState {
         this.occurrenceStyle.fill(-1);
         this.itemStyle.fill(-1);
         this.ghost.fill(0);
-        const size = members?.occurrence.length ?? 0;
-        for (let i = 0; members && i < size; ++i) {
-            const occurrence = members.occurrence[i];
-            const whole = members.geometry[i] < 0;
-            const list = whole ? [occurrence] : this.model.items({ occurrence, geometry: members.geometry[i] });
-            const visible = whole ? this.occurrenceVisible : this.itemVisible;
-            const transform = whole ? this.occurrenceTransform : this.itemTransform;
-            const style = whole ? this.occurrenceStyle : this.itemStyle;
+        this.hasStyles = members?.style.some((style) => style >= 0) ?? false;
+        this.eachMember(members, (list, whole, i) => {
             for (const index of list) {
-                visible[index] = members.visible[i];
-                if (members.transform[i] >= 0) {
-                    transform[index] = members.transform[i];
+                (whole ? this.occurrenceVisible : this.itemVisible)[index] = members?.visible[i] ?? 1;
+                if (members && members.transform[i] >= 0) {
+                    (whole ? this.occurrenceTransform : this.itemTransform)[index] = members.transform[i];
                 }
-                if (members.style[i] >= 0) {
-                    style[index] = members.style[i];
+                if (members && members.style[i] >= 0) {
+                    (whole ? this.occurrenceStyle : this.itemStyle)[index] = members.style[i];
                 }
             }
-        }
+        });
     }
 
     /// Works out what is seen in the end.

@@ -1,0 +1,110 @@
+#include "inspect/estimate/SceneCensus.h"
+
+#include <algorithm>
+
+namespace KVR
+{
+
+namespace
+{
+
+// What one of a thing costs. kvr_bench_estimate measures scenes of many kinds; these are the factors that come nearest
+// to all of them. Elements and attributes include the runs of white space and the objects that mostly come with them.
+struct Factor
+{
+    double bytes;
+    double seconds;
+};
+
+constexpr Factor kScene{0.5e6, 0.5e-3};
+constexpr Factor kElement{456.0, 0.8e-6};
+constexpr Factor kAttribute{329.0, 0.36e-6};
+constexpr Factor kTextByte{5.2, 10.5e-9};
+// The parser's buffers grow by doubling, and hold the longest text several times.
+constexpr Factor kLongestTextByte{11.6, 9.0e-9};
+constexpr Factor kListByte{4.6, 1.3e-9};
+
+constexpr Factor kKernel{3.6e6, 0.0};
+constexpr Factor kKernelByte{4.6, 10.6e-9};
+constexpr Factor kKernelTextByte{4.6, 14.5e-9};
+constexpr Factor kKernelEntity{0.0, 3.2e-6};
+constexpr Factor kMeshByte{0.635, 0.27e-9};
+constexpr Factor kMeshRecord{1071.0, 1.2e-6};
+constexpr Factor kAssetByte{1.0, 0.5e-9};
+constexpr Factor kPersistentIdByte{2.0, 5.0e-9};
+constexpr Factor kPropertyByte{0.136, 6.8e-9};
+constexpr Factor kKeptPropertyByte{1.44, 0.66e-9};
+
+// The fewest bytes of a record: heads are claims, and a file holds no more than this allows.
+constexpr std::uint64_t kFewestBytes = 16;
+
+void Add(ReadingCost& cost, Factor const& factor, double count)
+{
+    cost.bytes += factor.bytes * count;
+    cost.seconds += factor.seconds * count;
+}
+
+double Number(std::uint64_t count)
+{
+    return static_cast<double>(count);
+}
+
+void AddDocument(ReadingCost& cost, DocumentCensus const& document)
+{
+    Add(cost, kElement, Number(document.elements));
+    Add(cost, kAttribute, Number(document.attributes));
+    Add(cost, kTextByte, Number(document.attributeBytes - document.longestAttribute + document.textBytes));
+    Add(cost, kLongestTextByte, Number(document.longestAttribute));
+    Add(cost, kListByte, Number(document.listBytes));
+}
+
+void AddSideFile(ReadingCost& cost, SideFileCensus const& side)
+{
+    double const read = Number(side.read);
+    double const records = Number(std::min(side.records.value_or(0), side.read / kFewestBytes));
+    switch (side.kind)
+    {
+        case SideFileCensus::Kind::kKernelStore:
+            Add(cost, side.isText ? kKernelTextByte : kKernelByte, read);
+            Add(cost, kKernelEntity, records);
+            break;
+        case SideFileCensus::Kind::kGeometryStore:
+        case SideFileCensus::Kind::kMeshStore:
+            Add(cost, kMeshRecord, records);
+            [[fallthrough]];
+        case SideFileCensus::Kind::kSegmentStore:
+            Add(cost, kMeshByte, read);
+            break;
+        case SideFileCensus::Kind::kAssets:
+        case SideFileCensus::Kind::kBlob:
+            Add(cost, kAssetByte, read);
+            break;
+        case SideFileCensus::Kind::kPersistentIds:
+            Add(cost, kPersistentIdByte, read);
+            break;
+        case SideFileCensus::Kind::kProperties:
+            Add(cost, kPropertyByte, read);
+            Add(cost, kKeptPropertyByte, read * side.kept);
+            break;
+    }
+}
+
+}  // namespace
+
+ReadingCost SceneCensus::Cost() const
+{
+    ReadingCost cost;
+    Add(cost, kScene, 1.0);
+    AddDocument(cost, document);
+    bool hasKernel = false;
+    for (SideFileCensus const& side : sideFiles)
+    {
+        AddSideFile(cost, side);
+        hasKernel = hasKernel || (side.kind == SideFileCensus::Kind::kKernelStore && side.read > 0);
+    }
+    if (hasKernel)
+        Add(cost, kKernel, 1.0);
+    return cost;
+}
+
+}  // namespace KVR
