@@ -14,6 +14,7 @@ namespace KVR
 /// What is known of a face or edge without its triangles. Lengths are in the unit of the shape.
 struct KVR_SCENE_API ShapeMeasures
 {
+    /// What a face lies on.
     enum class SurfaceKind
     {
         kPlane,
@@ -24,6 +25,7 @@ struct KVR_SCENE_API ShapeMeasures
         kBSpline,
         kOther
     };
+    /// What an edge runs along.
     enum class CurveKind
     {
         kLine,
