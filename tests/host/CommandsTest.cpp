@@ -201,9 +201,8 @@ void ExpectSame(OptionsOfCommands const& documented, OptionsOfCommands const& of
 
 TEST(Commands, EachHasAHelp)
 {
-    EXPECT_EQ(Set(Commands()),
-              Names({"certify", "check", "convert", "dump", "explain", "export", "import", "info", "notes", "picture",
-                     "tree", "view", "views"}));
+    EXPECT_EQ(Set(Commands()), Names({"certify", "check", "convert", "dump", "explain", "export", "import", "info",
+                                      "notes", "picture", "tree", "view", "views"}));
     for (std::string const& command : Commands())
     {
         ToolRun const run = RunTool({command, "--help"});
@@ -242,13 +241,15 @@ TEST(Commands, OneAtATime)
 TEST(Commands, EachThatReadsASceneComplainsOfOneThatIsNotThere)
 {
     std::vector<std::string> const readers = CommandsIn("all that read a scene");
-    EXPECT_EQ(Set(readers), Names({"dump", "export", "notes", "tree", "views"}));
+    EXPECT_EQ(Set(readers), Names({"dump", "export", "notes", "picture", "tree", "view", "views"}));
+    std::map<std::string, std::string> const targets = {
+        {"export", "out.stl"}, {"picture", "out.png"}, {"view", "out.html"}};
     for (std::string const& command : readers)
     {
         std::vector<std::string> arguments = {command, "/nowhere/scene.xml"};
         TempFolder folder;
-        if (command == "export")
-            arguments.push_back(folder.NarrowPathOf("out.stl"));
+        if (auto const target = targets.find(command); target != targets.end())
+            arguments.push_back(folder.NarrowPathOf(target->second));
         ToolRun const run = RunTool(arguments);
         EXPECT_EQ(run.status, 1) << command;
         EXPECT_THAT(run.error, StartsWith("kvr: ")) << command;
