@@ -251,6 +251,18 @@ bool IsNothing(Answer const& answer)
     return std::holds_alternative<std::monostate>(answer.value);
 }
 
+// Of an answer that follows nothing in the element: in the scene, as the element was read apart, and so with
+// properties.
+AnswerSource SourceWithoutCause(ObjectAnswer const& answer, ObjectAnswer const& apart, ObjectAnswer const& full,
+                                bool hasRecord)
+{
+    if (!(apart.answer == full.answer))
+        return AnswerSource::kPropertyFile;
+    if (!(apart.answer == answer.answer))
+        return AnswerSource::kOther;
+    return hasRecord && answer.isOwn && !IsNothing(answer.answer) ? AnswerSource::kStore : AnswerSource::kDefault;
+}
+
 }  // namespace
 
 std::vector<ExplainedAnswer> ExplainAnswers(IObject& object, IProducer& producer, DOMNode const* element,
@@ -278,25 +290,17 @@ std::vector<ExplainedAnswer> ExplainAnswers(IObject& object, IProducer& producer
         ExplainedAnswer& answer = explained.emplace_back();
         answer.operation = answers[i].operation;
         answer.value = BriefText(answers[i].answer);
+        std::vector<Cause const*> const& those = followed[answers[i].operation];
         if (answer.operation == "Id")
         {
             answer.source = AnswerSource::kAttribute;
             answer.from = Names::ID.Narrow();
             answer.text = AttributeOf(element, Names::ID);
         }
-        else if (!isKnown)
-            answer.source = AnswerSource::kUnknown;
-        else if (std::vector<Cause const*> const& those = followed[answers[i].operation]; !those.empty())
+        else if (!those.empty())
             Explain(answer, those);
-        else if (!isComplete)
-            answer.source = AnswerSource::kUnknown;
-        else if (!((*base)[i].answer == (*full)[i].answer))
-            answer.source = AnswerSource::kPropertyFile;
-        else if (!((*base)[i].answer == answers[i].answer))
-            answer.source = AnswerSource::kOther;
-        else
-            answer.source = hasRecord && answers[i].isOwn && !IsNothing(answers[i].answer) ? AnswerSource::kStore
-                                                                                           : AnswerSource::kDefault;
+        else if (isKnown && isComplete)
+            answer.source = SourceWithoutCause(answers[i], (*base)[i], (*full)[i], hasRecord);
     }
     return explained;
 }

@@ -130,7 +130,8 @@ std::vector<std::string> CommandsIn(std::string const& text)
     for (std::string const& command : Commands())
     {
         // Others have options of their own.
-        bool const reads = HelpOf(command).options.contains("--strict") && command != "convert";
+        bool const reads = HelpOf(command).options.contains("--strict") &&
+                           HelpOf(command).Synopsis(command).find(" [OPTIONS] SCENE") != std::string::npos;
         if ((isReaders && reads) || std::regex_search(text, std::regex("\\b" + command + "\\b")))
             named.push_back(command);
     }
