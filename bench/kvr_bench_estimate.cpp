@@ -138,7 +138,7 @@ Figures MeasureReading(fs::path const& smallest, fs::path const& path)
     double const before = PeakResidentBytes();
     KVR::XMLProducer producer(KVR::UTF16String(path.wstring()), nullptr);
     double const seconds = SecondsOf([&] { producer.BeginProcess(KVR::IdSet(), nullptr, nullptr); });
-    Figures const figures{{"seconds", seconds}, {"bytes", PeakResidentBytes() - before}};
+    Figures figures{{"seconds", seconds}, {"bytes", PeakResidentBytes() - before}};
     producer.EndProcess();
     return figures;
 }

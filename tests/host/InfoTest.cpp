@@ -28,7 +28,6 @@ namespace
 {
 
 using nlohmann::json;
-using testing::ElementsAre;
 using testing::HasSubstr;
 using Problem = DocumentCensus::Problem;
 
