@@ -63,6 +63,16 @@ auto Replace(std::string const& text, std::string const& other)
     return [=](std::string& bytes) { bytes.replace(Find(bytes, text), text.size(), other); };
 }
 
+auto ReplaceAll(std::string const& text, std::string const& other)
+{
+    return [=](std::string& bytes)
+    {
+        for (std::size_t place = Find(bytes, text); place != std::string::npos;
+             place = bytes.find(text, place + other.size()))
+            bytes.replace(place, text.size(), other);
+    };
+}
+
 // From one text up to the end of another.
 auto Cut(std::string const& begin, std::string const& end)
 {
@@ -252,7 +262,7 @@ TEST(CertifyBreaks, AnExportThatBreaksAnAssemblyIsCaught)
          {"STEP: renames an instance", kStep, Replace("'nut_2'", "'nut_9'"), "names"},
          {"STEP: renames a layer", kStep,
           Replace("PRESENTATION_LAYER_ASSIGNMENT('256'", "PRESENTATION_LAYER_ASSIGNMENT('257'"), "layers"},
-         {"STEP: mistakes a unit", kStep, Replace("SI_UNIT(.MILLI.,.METRE.)", "SI_UNIT(.CENTI.,.METRE.)"), "units"},
+         {"STEP: mistakes a unit", kStep, ReplaceAll("SI_UNIT(.MILLI.,.METRE.)", "SI_UNIT(.CENTI.,.METRE.)"), "units"},
          {"GLB: changes a colour", kGlb,
           InGlb(
               [](json& document, std::string&) {
@@ -333,13 +343,7 @@ TEST(CertifyBreaks, WhatIsHiddenAndIsNotIsCaught)
     Bench const bench("nist_ctc_03_ap203.stp");
     ExpectCaught(bench, {{"shows a point", kScene,
                           Replace("Label=\"\" Visibility=\"0\"", "Label=\"\" Visibility=\"1\""), "hidden"},
-                         {"mistakes a unit", kScene,
-                          [](std::string& bytes)
-                          {
-                              for (std::size_t place = 0; (place = bytes.find("kUnitType_Inch")) != std::string::npos;)
-                                  bytes.replace(place, 14, "kUnitType_Foot");
-                          },
-                          "units"},
+                         {"mistakes a unit", kScene, ReplaceAll("kUnitType_Inch", "kUnitType_Foot"), "units"},
                          {"STEP: forgets what is hidden", kStep, Replace("INVISIBILITY((", "LEGIBILITY(("), "hidden"}});
 }
 

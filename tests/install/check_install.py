@@ -25,7 +25,7 @@ TREE = ([(0, "file as1-oc-214"), (1, "assembly as1"),
 # What the libraries export.
 PRODUCER = re.compile(r"(vtable for |typeinfo for |typeinfo name for )?KVR::XMLProducer(Options)?(::|$)")
 EXCHANGE = re.compile(r"KVR::(ImportModel|ExportScene|CertifyModel|CertifyAgainst|ConvertModel|IsExportFormat|IsScenePath"
-                      r"|ExportFormats|CanCompress)[(\[]")
+                      r"|ExportFormats|CanCompress|CanView|DrawPicture)[(\[]")
 
 
 def run(*command, **options):
