@@ -30,8 +30,8 @@ public:
     /// A bad outcome for a value that is none of the enumeration.
     outcome set_allow_insecure_restore(insecure_restore_option option);
     /// Appends the top-level entities of the store in their order. They belong to the active stream; when none is
-    /// active nothing is restored. After a bad outcome the list is as it was. Throws std::bad_alloc when memory runs out, also in
-    /// Open CASCADE.
+    /// active nothing is restored. After a bad outcome the list is as it was. Throws std::bad_alloc when memory runs
+    /// out, also in Open CASCADE.
     outcome execute_restore(ENTITY_LIST& entities);
     /// After a restore: whether the content was not what its digest says. `restored` tells whether it was decoded all
     /// the same, and `count` the number of issues.
