@@ -59,7 +59,7 @@ struct ChildRow
 
 /// Tells an observer which rows the child is compared with.
 template <class ChildIdT>
-void TellRows(ReadObserver& observer, xercesc::DOMNode const* child, std::span<ChildRow<ChildIdT> const> rows)
+KVR_ASIDE void TellRows(ReadObserver& observer, xercesc::DOMNode const* child, std::span<ChildRow<ChildIdT> const> rows)
 {
     std::vector<std::u16string_view> names(rows.size());
     std::transform(rows.begin(), rows.end(), names.begin(), [](auto const& row) { return row.name; });

@@ -11,16 +11,26 @@
 namespace KVR
 {
 
+/// Registers an object that was read from an element, and tells an observer.
+template <class Object>
+KVR_ASIDE void RegisterTold(ReadObserver& observer, XMLProducerImpl& producer, xercesc::DOMNode const* node,
+                            Object* object)
+{
+    bool const isSecond = producer.objectCollector->HasObject(object->Id());
+    producer.objectCollector->AddObject(object);
+    observer.ObjectRegistered(node, *object, isSecond);
+}
+
 /// Registers what was read from an element, and answers it; null has no effect.
 template <class Object>
 Object* Register(XMLProducerImpl& producer, xercesc::DOMNode const* node, std::unique_ptr<Object> object)
 {
-    Object* const registered = object.get();
+    Object* const registered = object.release();
     ReadObserver* const observer = registered ? Observer() : nullptr;
-    bool const isSecond = observer && producer.objectCollector->HasObject(registered->Id());
-    producer.objectCollector->AddObject(object.release());
     if (observer) [[unlikely]]
-        observer->ObjectRegistered(node, *registered, isSecond);
+        RegisterTold(*observer, producer, node, registered);
+    else
+        producer.objectCollector->AddObject(registered);
     return registered;
 }
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <span>
 #include <string_view>
 #include <xercesc/dom/DOMNode.hpp>
@@ -50,6 +49,13 @@ inline bool IsElement(xercesc::DOMNode const* node)
     return node && node->getNodeType() == xercesc::DOMNode::ELEMENT_NODE;
 }
 
+/// Tells an observer that the element's name was compared with one.
+KVR_ASIDE inline void TellName(ReadObserver& observer, xercesc::DOMNode const* node, ElementName name, bool isNamed)
+{
+    std::u16string_view const tried = name;
+    observer.NamesTried(node, {&tried, 1}, isNamed ? 0 : 1);
+}
+
 /// Whether the node is an element of that name, exactly.
 inline bool IsNamed(xercesc::DOMNode const* node, ElementName name)
 {
@@ -57,10 +63,7 @@ inline bool IsNamed(xercesc::DOMNode const* node, ElementName name)
         return false;
     bool const isNamed = Equals(node->getNodeName(), name);
     if (ReadObserver* const observer = Observer()) [[unlikely]]
-    {
-        std::u16string_view const tried = name;
-        observer->NamesTried(node, {&tried, 1}, isNamed ? 0 : 1);
-    }
+        TellName(*observer, node, name, isNamed);
     return isNamed;
 }
 
@@ -121,16 +124,14 @@ struct MatchRow
     bool anyCase;
     Action action;
 
-    /// Whether the row is for elements of that name.
-    bool Matches(XMLCh const* nodeName) const
+    /// Runs the action when the name matches; whether it did. An observer may be null. It is told name by name, by
+    /// pointers: rows that are not handed on take no room on the stack, which the readers of nested elements share.
+    [[gnu::always_inline]] bool Try(xercesc::DOMNode const* element, XMLCh const* nodeName,
+                                    ReadObserver* observer) const
     {
-        return anyCase ? EqualsAnyCase(nodeName, name) : Equals(nodeName, name);
-    }
-
-    /// Runs the action when the name matches; whether it did.
-    bool Try(XMLCh const* nodeName) const
-    {
-        bool const isMatch = Matches(nodeName);
+        bool const isMatch = anyCase ? EqualsAnyCase(nodeName, name) : Equals(nodeName, name);
+        if (observer) [[unlikely]]
+            observer->TryName(element, name.data(), isMatch);
         if (isMatch)
             action();
         return isMatch;
@@ -151,25 +152,16 @@ MatchRow<Action> OnAnyCase(ElementName name, Action action)
     return {name, true, action};
 }
 
-/// Tells an observer which names the element's is compared with.
-template <class... Rows>
-void TellNames(ReadObserver& observer, xercesc::DOMNode const* element, Rows const&... rows)
-{
-    std::array<std::u16string_view, sizeof...(Rows)> const names{rows.name...};
-    XMLCh const* const name = element->getNodeName();
-    std::size_t matched = 0;
-    static_cast<void>(((rows.Matches(name) || (++matched, false)) || ...));
-    observer.NamesTried(element, names, matched);
-}
-
 /// Runs the first row that matches the element; whether one did.
 template <class... Actions>
-bool Match(xercesc::DOMNode const* element, MatchRow<Actions> const&... rows)
+[[gnu::always_inline]] inline bool Match(xercesc::DOMNode const* element, MatchRow<Actions> const&... rows)
 {
-    if (ReadObserver* const observer = Observer()) [[unlikely]]
-        TellNames(*observer, element, rows...);
     XMLCh const* const name = element->getNodeName();
-    return (rows.Try(name) || ...);
+    ReadObserver* const observer = Observer();
+    bool const isMatched = (rows.Try(element, name, observer) || ...);
+    if (observer && !isMatched) [[unlikely]]
+        observer->TellTried(element, sizeof...(rows));
+    return isMatched;
 }
 
 /// The text of an attribute, owned by the document; null when the node has none of that name or is no element.

@@ -94,6 +94,21 @@ inline constexpr EnumText<IRenderStyle::CurveStyleFillTypeEnum> kCurveStyleFillT
     {"kCurveStyleFillType_Solid", IRenderStyle::kCurveStyleFillType_Solid},
 };
 
+/// Tells an observer of a text, and of those that would have been understood.
+template <class Enum, std::size_t kSize>
+KVR_ASIDE void TellEnumText(ReadObserver& observer, EnumText<Enum> const (&rows)[kSize], XMLCh const* text,
+                            bool isKnown)
+{
+    std::array<std::string_view, kSize> texts;
+    std::transform(std::begin(rows), std::end(rows), texts.begin(), [](auto const& row) { return row.text; });
+    TextReading reading;
+    reading.text = text;
+    reading.form = TextForm::kEnumeration;
+    reading.isUnderstood = isKnown;
+    reading.texts = texts;
+    observer.TextRead(reading);
+}
+
 /// The value that a text of the document names, of which an observer is told; null names none. False, with the output
 /// left alone, for any text of none.
 template <class Enum, std::size_t kSize>
@@ -101,16 +116,7 @@ template <class Enum, std::size_t kSize>
 {
     bool const isKnown = ValueOfText(rows, text, value);
     if (ReadObserver* const observer = Observer()) [[unlikely]]
-    {
-        std::array<std::string_view, kSize> texts;
-        std::transform(std::begin(rows), std::end(rows), texts.begin(), [](auto const& row) { return row.text; });
-        TextReading reading;
-        reading.text = text;
-        reading.form = TextForm::kEnumeration;
-        reading.isUnderstood = isKnown;
-        reading.texts = texts;
-        observer->TextRead(reading);
-    }
+        TellEnumText(*observer, rows, text, isKnown);
     return isKnown;
 }
 

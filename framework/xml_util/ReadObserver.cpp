@@ -42,6 +42,19 @@ void ReadObserver::StoreFailed(StoreFailure, std::string_view) {}
 void ReadObserver::PropertyMet(PropertyTexts const&, bool) {}
 void ReadObserver::PropertyHanded(bool, bool) {}
 
+void ReadObserver::TryName(xercesc::DOMNode const* element, XMLCh const* name, bool isMatch)
+{
+    m_tried.emplace_back(name);
+    if (isMatch)
+        TellTried(element, m_tried.size() - 1);
+}
+
+void ReadObserver::TellTried(xercesc::DOMNode const* element, std::size_t matched)
+{
+    NamesTried(element, m_tried, matched);
+    m_tried.clear();
+}
+
 ReadObserver* ReadObserver::OfThread() noexcept
 {
     return t_observer;

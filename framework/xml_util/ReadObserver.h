@@ -5,6 +5,7 @@
 #include <span>
 #include <string_view>
 #include <utility>
+#include <vector>
 #include <xercesc/dom/DOMNode.hpp>
 
 #include "framework/api/UTF16String.h"
@@ -202,8 +203,16 @@ public:
     /// The observer of this thread; null when there is none.
     static ReadObserver* OfThread() noexcept;
 
+    /// Notes a name that the element's was compared with; one that it bears ends the comparison.
+    void TryName(xercesc::DOMNode const* element, XMLCh const* name, bool isMatch);
+    /// Ends a comparison: tells NamesTried of the names that were noted.
+    void TellTried(xercesc::DOMNode const* element, std::size_t matched);
+
 protected:
     ReadObserver();
+
+private:
+    std::vector<std::u16string_view> m_tried;
 };
 
 /// Makes an observer that of this thread for the length of a scope, and the former one again at its end. It must
@@ -239,18 +248,38 @@ void TellObserver(void (ReadObserver::*what)(Arguments...), Values&&... values)
         (observer->*what)(std::forward<Values>(values)...);
 }
 
+/// What tells an observer stands in functions of its own, since readers call themselves for each level of a document:
+/// what it needs on the stack is not theirs.
+#define KVR_ASIDE [[gnu::noinline, gnu::cold]]
+
+/// Tells of a text that did convert or did not.
+KVR_ASIDE inline void TellText(ReadObserver& observer, XMLCh const* text, TextForm form, bool isUnderstood)
+{
+    TextReading reading;
+    reading.text = text;
+    reading.form = form;
+    reading.isUnderstood = isUnderstood;
+    observer.TextRead(reading);
+}
+
 /// Tells the observer, if there is one, of a text that did convert or did not, and answers which.
 inline bool ToldText(XMLCh const* text, TextForm form, bool isUnderstood)
 {
     if (ReadObserver* const observer = Observer()) [[unlikely]]
-    {
-        TextReading reading;
-        reading.text = text;
-        reading.form = form;
-        reading.isUnderstood = isUnderstood;
-        observer->TextRead(reading);
-    }
+        TellText(*observer, text, form, isUnderstood);
     return isUnderstood;
+}
+
+/// Tells of a text that a test turned into a value.
+KVR_ASIDE inline void TellBoolean(ReadObserver& observer, XMLCh const* text, bool (*test)(XMLCh const* text),
+                                  bool value)
+{
+    TextReading reading;
+    reading.text = text;
+    reading.form = TextForm::kBoolean;
+    reading.value = value;
+    reading.test = test;
+    observer.TextRead(reading);
 }
 
 /// The same of a boolean, which a test turns into its value.
@@ -258,14 +287,7 @@ inline bool ToldBoolean(XMLCh const* text, bool (*test)(XMLCh const* text))
 {
     bool const value = test(text);
     if (ReadObserver* const observer = Observer()) [[unlikely]]
-    {
-        TextReading reading;
-        reading.text = text;
-        reading.form = TextForm::kBoolean;
-        reading.value = value;
-        reading.test = test;
-        observer->TextRead(reading);
-    }
+        TellBoolean(*observer, text, test, value);
     return value;
 }
 
