@@ -1,5 +1,6 @@
 #include "host/CheckCommand.h"
 
+#include <fmt/format.h>
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
@@ -91,7 +92,7 @@ std::vector<CheckedScene> CheckCommand::CheckAll() const
         SceneOptions reading = m_reading;
         reading.path = path;
         if (std::string const problem = MemoryProblem(reading); !problem.empty())
-            throw std::runtime_error(path + " cannot be read: " + problem);
+            throw std::runtime_error(fmt::format("{} cannot be read: {}", path, problem));
         CheckedScene& scene = scenes.emplace_back(CheckedScene{path, CheckScene(path, m_options), 0});
         known.TakeKnown(scene);
     }

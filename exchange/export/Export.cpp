@@ -1,5 +1,7 @@
 #include "exchange/ExportScene.h"
 
+#include <fmt/format.h>
+
 #include <Standard_Failure.hxx>
 #include <algorithm>
 #include <filesystem>
@@ -230,9 +232,9 @@ void ExportInChildren(SceneOptions const& scene, std::string const& path, WorkFo
         if (subject.empty() || leftOut.size() == kMostLeftOut)
         {
             std::string const place = subject.empty() ? std::string() : ", at " + subject;
-            throw ExportError(Escaped(path) + ": " + ended + place + "; nothing was written");
+            throw ExportError(fmt::format("{}: {}{}; nothing was written", Escaped(path), ended, place));
         }
-        remarks.push_back(subject + " is left out, since with it " + ended);
+        remarks.push_back(fmt::format("{} is left out, since with it {}", subject, ended));
         leftOut.insert(child.subject);
         folder.Clear();
     }

@@ -1,5 +1,7 @@
 #include "exchange/meshes/GltfFileMaterials.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <cmath>
 
@@ -96,7 +98,7 @@ void GltfFileMaterials::CountOthers(Json const& material, Json const& pbr)
             losses.AddItem("textures of roughness, emission and occlusion", std::string(texture) + " of " + name);
     for (auto const& [extension, content] : GltfFile::Object(material, "extensions").items())
         if (extension != "KHR_materials_unlit")
-            losses.AddItem("extensions of materials", extension + " of " + name);
+            losses.AddItem("extensions of materials", fmt::format("{} of {}", extension, name));
     if (material.is_object() && material.contains("extras"))
         losses.AddItem("extras of materials", name);
 }

@@ -50,9 +50,8 @@ std::string TitleText(std::string_view text)
     constexpr std::size_t kMost = 200;
     // More than the bytes of so many characters.
     std::wstring const wide = Unicode::WideFromUtf8(text.substr(0, 4 * kMost));
-    auto const isHidden = [](wchar_t c)
+    auto const isHidden = [](char32_t unit)
     {
-        auto const unit = static_cast<unsigned long>(c);
         return unit < 0x20 || (unit >= 0x7F && unit < 0xA0) || unit == 0x061C || unit == 0x200E || unit == 0x200F ||
                (unit >= 0x2028 && unit <= 0x202E) || (unit >= 0x2066 && unit <= 0x2069) || unit == 0xFEFF;
     };
@@ -71,7 +70,7 @@ std::string TitleText(std::string_view text)
                 title += "&gt;";
                 break;
             default:
-                title += isHidden(c) ? std::string(" ") : Unicode::Utf8FromWide({&c, 1});
+                title += isHidden(static_cast<char32_t>(c)) ? std::string(" ") : Unicode::Utf8FromWide({&c, 1});
         }
     }
     return title;
