@@ -56,7 +56,8 @@ json Different(ToolRun const& run)
 {
     json different = json::array();
     // What was not printed at all is no JSON, and a failure.
-    for (json const& row : json::parse(run.out).at("Rows"))
+    json const certificate = json::parse(run.out);
+    for (json const& row : certificate.at("Rows"))
         if (row.at("Verdict") != "equal")
             different.push_back(row);
     return different;
