@@ -143,15 +143,15 @@ ShapeMeasures ShapeMeasures::Of(TopoDS_Shape const& shape)
     Tried(
         [&]
         {
-            double volume = 0.0;
+            double sum = 0.0;
             for (TopExp_Explorer solids(shape, TopAbs_SOLID); solids.More(); solids.Next())
             {
                 GProp_GProps properties;
                 BRepGProp::VolumeProperties(solids.Current(), properties);
-                volume += std::abs(properties.Mass());
+                sum += std::abs(properties.Mass());
             }
-            if (volume > 0.0 && std::isfinite(volume))
-                measures.volume = volume;
+            if (sum > 0.0 && std::isfinite(sum))
+                measures.volume = sum;
         });
     return measures;
 }
