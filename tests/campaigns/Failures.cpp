@@ -22,6 +22,12 @@ namespace
 long g_left = -1;
 bool g_failsOnce = false;
 
+}  // namespace
+
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+namespace
+{
+
 bool Fails()
 {
     if (g_left < 0)
@@ -39,7 +45,6 @@ bool Fails()
 
 }  // namespace
 
-#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
 extern "C"
 {
     // What the C library has behind its own names.
