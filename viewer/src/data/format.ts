@@ -126,7 +126,7 @@ export interface LevelOfDetail {
     id: string;
     label: string;
     description?: string;
-    items?: string[];
+    items: string[];
 }
 
 export interface Plane {

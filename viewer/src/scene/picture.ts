@@ -278,6 +278,7 @@ export class Picture {
 
     /// The picture as it stands, as a PNG file.
     image(): Promise<Blob | null> {
+        this.isReduced && this.batches.restore();
         this.draw();
         return new Promise((resolve) => this.canvas.toBlob(resolve, 'image/png'));
     }
