@@ -297,7 +297,13 @@ test('notes stand in their planes, with a list that shows what they point at', a
     await page.page.click('.page:not([hidden]) .entry');
     await page.settle();
     assert.ok(!near(await page.color([10, 5, 5]), before, 15), 'what it points at is lit');
-    assert.match(await page.text('.panel'), /Note.*Text.*MMMM.*tolerance/s);
+    assert.match(await page.text('.panel'), /Note.*Text.*MMMM.*tolerance.*Points atBox mesh, face 2/s);
+    const { target } = await page.camera();
+    await page.drag([10, 5, 5], [900, 0], 'right');
+    await page.page.click('.page:not([hidden]) .entry');
+    await page.settle();
+    assert.ok((await page.camera()).target[0] < target[0], 'what is out of sight is fetched');
+    await page.press('1');
     await page.press('Escape');
     await page.click('checkbox', 'Show notes');
     assert.ok((await ink(page, [5, 5, 20], 90)) < written / 4);

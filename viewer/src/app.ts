@@ -268,6 +268,9 @@ export class App {
             this.drawing.update();
         }
         this.edges?.show(details, [0.93, 0.38, 0.07, 0.6]);
+        if (this.picture && !this.picture.isInSight(this.state.selection)) {
+            this.fit();
+        }
     }
 
     private showDetail(): void {

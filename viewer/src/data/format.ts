@@ -176,7 +176,7 @@ export interface NoteText {
 }
 
 export interface NoteTarget {
-    id: string;
+    id?: string;
     kind?: string;
     label?: string;
     geometry?: number;

@@ -154,6 +154,13 @@ export class Picture {
         }
     }
 
+    /// Whether the middle of them, if they are drawn, lies in the picture.
+    isInSight(nodes: Node[]): boolean {
+        const box = this.placed.boxOf(nodes.flatMap((node) => this.model.items(node)));
+        const [x, y] = box ? this.camera.project(times(plus(box.low, box.high), 0.5)) : [0, 0];
+        return x >= 0 && x <= this.camera.width && y >= 0 && y <= this.camera.heightOfPicture;
+    }
+
     turnTo(facing: { direction: Triple; up: Triple }): void {
         const box = this.placed.shownBox();
         const look: Partial<Look> = box ? this.camera.fitted(box, facing) : facing;
