@@ -33,6 +33,8 @@ const browser = await puppeteer.launch({
     ],
 });
 
+export const processId = browser.process().pid;
+
 /// Ends the browser; for the last of a file's tests.
 export async function finish() {
     await browser.close();
