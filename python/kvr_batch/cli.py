@@ -7,6 +7,7 @@ import shutil
 import signal
 import sqlite3
 import sys
+import tempfile
 import time
 import types
 from typing import Any, NoReturn
@@ -144,7 +145,9 @@ class Session:
             return client
         workers = self._arguments.workers or len(os.sched_getaffinity(0))
         memory = self._arguments.memory or engine.memory_of_machine()
-        return stack.enter_context(distributed.Client(stack.enter_context(engine.local_cluster(workers, memory))))
+        folder = stack.enter_context(tempfile.TemporaryDirectory(prefix="kvr-batch-"))
+        return stack.enter_context(distributed.Client(stack.enter_context(
+            engine.local_cluster(workers, memory, folder))))
 
     def _stands(self, task: Task, looked: Looked) -> bool:
         known = self._known.get(task.path)
@@ -186,8 +189,8 @@ def parsed(words: list[str]) -> tuple[argparse.Namespace, list[str]]:
     arguments.runs = bool(arguments.inputs or arguments.list)
     if not arguments.runs and not arguments.report:
         made.error("there are no inputs")
-    if arguments.runs and (arguments.command == "convert") != bool(arguments.to and arguments.out):
-        made.error("convert, and no other command, needs --to EXTENSION and --out FOLDER")
+    if [bool(arguments.to), bool(arguments.out)] != 2 * [arguments.runs and arguments.command == "convert"]:
+        made.error("a run of convert, and nothing else, needs --to EXTENSION and --out FOLDER")
     if arguments.scheduler and (arguments.workers or arguments.memory):
         made.error("--workers and --memory are of this machine, not of a scheduler")
     return arguments, words[split + 1:]

@@ -51,10 +51,11 @@ def memory_of_machine() -> int:
     return os.sysconf("SC_PAGE_SIZE") * os.sysconf("SC_PHYS_PAGES")
 
 
-def local_cluster(workers: int, memory: int) -> Any:
-    """Worker processes of one thread on this machine, which share so much memory."""
+def local_cluster(workers: int, memory: int, folder: str) -> Any:
+    """Worker processes of one thread on this machine, which share so much memory, and a folder for their own files."""
     return distributed.LocalCluster(n_workers=workers, threads_per_worker=1, processes=True, memory_limit=0,
-                                    dashboard_address="127.0.0.1:0", resources={MEMORY: memory // workers})
+                                    local_directory=folder, dashboard_address="127.0.0.1:0",
+                                    resources={MEMORY: memory // workers})
 
 
 def send_package(client: Any) -> None:
