@@ -134,7 +134,8 @@ class Session:
         if not self._arguments.quiet:
             parts = [f"{number:,} {outcome}" for outcome, number in sorted(self._counts.items())]
             parts += [f"{skipped:,} unchanged"] if skipped else []
-            say(f"{len(self._tasks):,} files: {', '.join(parts)}; {time.monotonic() - start:.1f} s")
+            noun = "file" if len(self._tasks) == 1 else "files"
+            say(f"{len(self._tasks):,} {noun}: {', '.join(parts)}; {time.monotonic() - start:.1f} s")
         now = self._store.outcomes(self._job.text())
         return GOOD if all(now[task.path] == PASSED for task in self._tasks) else BAD_RESULT
 
