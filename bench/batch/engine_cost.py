@@ -51,39 +51,52 @@ def started(stack, words, **options):
     return process
 
 
-def row(name, count, scheduler, workers, before, extra=""):
-    now = [seconds_of(process) for process in (scheduler, *workers)]
-    spent = [[(b - a) / count * 1e3 for a, b in zip(*pair)] for pair in zip(before, now)]
-    print(f"{name:<34} {spent[0][0]:8.3f} ms {sum(one[0] for one in spent[1:]):8.3f} ms"
-          f" {sum(one[1] for one in spent[1:]):8.3f} ms  {extra}")
+class Watch:
+    """The processor time of a scheduler and its workers from its making on, without what they take when idle."""
+
+    def __init__(self, processes, idle):
+        self._processes = processes
+        self._idle = idle
+        self._start = time.monotonic()
+        self._before = [seconds_of(process) for process in processes]
+
+    def spent(self):
+        """Seconds on the clock, then of the scheduler, of the workers, and of their children."""
+        wall = time.monotonic() - self._start
+        now = [seconds_of(process) for process in self._processes]
+        own = [b[0] - a[0] - idle * wall for a, b, idle in zip(self._before, now, self._idle)]
+        return wall, own[0], sum(own[1:]), sum(b[1] - a[1] for a, b in zip(self._before, now))
+
+    def row(self, name, count, client, extra):
+        wall, *spent = (seconds / count * 1e3 for seconds in self.spent())
+        print(f"{name:<30}" + "".join(f"{one:9.2f} ms" for one in (*spent, client / count * 1e3, wall)) + "  " + extra,
+              flush=True)
+
+
+def idle_shares(processes):
+    """How much of a processor each takes without any work."""
+    watch = [seconds_of(process)[0] for process in processes]
+    time.sleep(IDLE_SECONDS)
+    shares = [(seconds_of(process)[0] - before) / IDLE_SECONDS for process, before in zip(processes, watch)]
+    print(f"without work the scheduler takes {shares[0]:.1%} of a processor, each worker {shares[1]:.1%}")
+    return shares
 
 
 def nothing(number):
     return number
 
 
-def measure_idle(scheduler, workers):
-    """What they take without any work, for each second."""
-    before = [seconds_of(process) for process in (scheduler, *workers)]
-    time.sleep(IDLE_SECONDS)
-    row("a second without work", IDLE_SECONDS, scheduler, workers, before)
-
-
-def measure_engine(address, count, scheduler, workers):
+def measure_engine(address, count, processes, idle):
     with distributed.Client(address) as client:
         client.gather(client.map(nothing, range(-10, 0)))
-        before = [seconds_of(process) for process in (scheduler, *workers)]
-        memory = memory_of(scheduler)
-        start, mine = time.monotonic(), time.process_time()
+        memory, mine, watch = memory_of(processes[0]), time.process_time(), Watch(processes, idle)
         futures = client.map(nothing, range(count), pure=False)
         distributed.wait(futures)
-        wall, own = time.monotonic() - start, time.process_time() - mine
-        grown = (memory_of(scheduler) - memory) / count
-        row(f"{count:,} tasks of nothing", count, scheduler, workers, before,
-            f"client {own / count * 1e3:.3f} ms, clock {wall / count * 1e3:.3f} ms, {grown:,.0f} bytes each")
+        grown = (memory_of(processes[0]) - memory) / count
+        watch.row(f"{count:,} tasks of nothing", count, time.process_time() - mine, f"{grown:,.0f} bytes of scheduler")
 
 
-def measure_batch(batch, address, count, scheduler, workers, folder):
+def measure_batch(batch, address, count, processes, idle, folder):
     program = folder / "kvr"
     program.write_text(PROGRAM, encoding="utf-8")
     program.chmod(0o755)
@@ -91,17 +104,14 @@ def measure_batch(batch, address, count, scheduler, workers, folder):
     scenes.mkdir()
     for number in range(count):
         (scenes / f"{number}.xml").write_text("<Scene/>", encoding="utf-8")
+    results = folder / "results.sqlite"
     for again in ("", ", again"):
-        before = [seconds_of(process) for process in (scheduler, *workers)]
-        start = time.monotonic()
+        watch = Watch(processes, idle)
         process = subprocess.Popen([batch, "check", scenes, "--scheduler", address, "--kvr", program, "--results",
-                                    folder / "results.sqlite"], stdout=subprocess.DEVNULL)
-        _, status, usage = os.wait4(process.pid, 0)
-        process.returncode = status
-        wall = time.monotonic() - start
-        row(f"kvr-batch over {count:,} files{again}", count, scheduler, workers, before,
-            f"client {(usage.ru_utime + usage.ru_stime) / count * 1e3:.3f} ms, clock {wall / count * 1e3:.3f} ms,"
-            f" {(folder / 'results.sqlite').stat().st_size / count:,.0f} bytes of results each")
+                                    results], stdout=subprocess.DEVNULL)
+        _, process.returncode, usage = os.wait4(process.pid, 0)
+        watch.row(f"kvr-batch, {count:,} files{again}", count, usage.ru_utime + usage.ru_stime,
+                  f"{results.stat().st_size / count:,.0f} bytes of results")
 
 
 def main():
@@ -119,11 +129,13 @@ def main():
                    for _ in range(2)]
         with distributed.Client(address) as client:
             client.wait_for_workers(2)
-        print(f"{'for each task or file':<34} {'scheduler':>11} {'workers':>11} {'children':>11}")
-        measure_idle(scheduler, workers)
+        processes = [scheduler, *workers]
+        idle = idle_shares(processes)
+        print(f"{'for each task or file':<30}" + "".join(f"{name:>12}" for name in (
+            "scheduler", "workers", "children", "client", "clock")))
         for count in (arguments.files, 10 * arguments.files):
-            measure_engine(address, count, scheduler, workers)
-        measure_batch(arguments.batch, address, arguments.files, scheduler, workers, folder)
+            measure_engine(address, count, processes, idle)
+        measure_batch(arguments.batch, address, arguments.files, processes, idle, folder)
 
 
 if __name__ == "__main__":

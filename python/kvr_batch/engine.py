@@ -4,6 +4,7 @@ Which task runs where and when, what becomes of the tasks of a worker that dies,
 memory the tasks of a worker take together: all that is the engine's.
 """
 
+import logging
 import os
 import tempfile
 import uuid
@@ -54,7 +55,7 @@ def memory_of_machine() -> int:
 def local_cluster(workers: int, memory: int, folder: str) -> Any:
     """Worker processes of one thread on this machine, which share so much memory, and a folder for their own files."""
     return distributed.LocalCluster(n_workers=workers, threads_per_worker=1, processes=True, memory_limit=0,
-                                    local_directory=folder, dashboard_address="127.0.0.1:0",
+                                    local_directory=folder, dashboard_address="127.0.0.1:0", silence_logs=logging.ERROR,
                                     resources={MEMORY: memory // workers})
 
 

@@ -129,7 +129,8 @@ class Verdicts(unittest.TestCase):
         self.assertEqual(verdict.findings["Rows"][0]["Differences"], ["STEP: 1 instead of 2"])
 
     def test_a_check_counts_findings_by_rule(self):
-        scene = {"Errors": 1, "Warnings": 1, "Notes": 0, "Findings": [{"Rule": "K-2"}, {"Rule": "K-1"}, {"Rule": "K-2"}]}
+        findings = [{"Rule": "K-2"}, {"Rule": "K-1"}, {"Rule": "K-2"}]
+        scene = {"Errors": 1, "Warnings": 1, "Notes": 0, "Findings": findings}
         verdict = self.judge("check", 1, json.dumps({"Scenes": [scene]}))
         self.assertEqual((verdict.outcome, verdict.message), ("found", "found: K-1, K-2"))
         self.assertEqual(verdict.findings["Rules"], {"K-1": 1, "K-2": 2})
