@@ -73,4 +73,16 @@ TEST(StepTexts, AViewShowsDrawingsThatMeanNothingElse)
     EXPECT_THAT(scene.substr(view, scene.find("</IView>", view) - view), HasSubstr(member));
 }
 
+TEST(StepTexts, ANameGoesOnOverTheEndOfALine)
+{
+    std::string text = Model("");
+    std::size_t const name = text.find("PRODUCT('", text.find("DATA;")) + 9;
+    std::string const label = text.substr(name, text.find('\'', name) - name);
+    ASSERT_GT(label.size(), 2U);
+    for (std::size_t place = text.find('\'' + label + '\''); place != std::string::npos;
+         place = text.find('\'' + label + '\'', place + 1))
+        text.insert(place + 3, "\r\n");
+    EXPECT_NE(SceneOfEqual(text).find("Label=\"" + label + '"'), std::string::npos);
+}
+
 }  // namespace KVR::Test
