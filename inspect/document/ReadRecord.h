@@ -139,7 +139,7 @@ struct PropertyRecord
 };
 
 /// Takes down what the readers ask for and make of it, while a scene is read. Nodes and objects belong to the producer.
-class ReadRecord final : public ReadObserver
+class ReadRecord : public ReadObserver
 {
 public:
     ReadRecord();
