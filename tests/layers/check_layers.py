@@ -96,7 +96,7 @@ MAY_INCLUDE = {
     "estimate": ("api", "xml_util"),
     # What a program sees of checks stands by itself.
     "inspect face": (),
-    "inspect": FRAMEWORK + ("facade", "output", "describe", "scene", "inspect face"),
+    "inspect": FRAMEWORK + ("facade", "output", "describe", "scene", "estimate", "inspect face"),
     # The public headers of the exchange stand on the interfaces and the scene alone, which makes them low enough for
     # everybody in it and for any program; what they promise is done in import, export and certify, none of which knows
     # the other two.
