@@ -5,7 +5,7 @@
 #include <memory>
 #include <string_view>
 
-#include "DocTexts.h"
+#include <DocTexts.h>
 
 /// The comment of a header on Class::Member, made a text by generate/make_doc_texts.py.
 #define KVR_DOC(Class, Member) (::KVR::Python::DocTexts::Class##_##Member)

@@ -7,7 +7,7 @@
 #include "framework/api/IBrep.h"
 #include "framework/api/IPointCloud.h"
 #include "framework/kernel/entity.h"
-#include "python/SceneModel.h"
+#include "python/BodyPiece.h"
 #include "scene/CurvePoints.h"
 #include "scene/SceneBox.h"
 #include "scene/ScenePoints.h"
@@ -24,16 +24,6 @@ struct MeshArrays
 {
     ModelPointer model;
     SceneMesh const* mesh;
-};
-
-/// A body, with the length of its unit.
-struct BodyPiece
-{
-    ModelPointer model;
-    IBrep const* brep;
-    double metresPerUnit;
-
-    BODY const& Body() const { return *brep->Body(); }
 };
 
 struct BodyFace

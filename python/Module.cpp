@@ -4,6 +4,7 @@
 
 #include "framework/api/Exception.h"
 #include "python/Bindings.h"
+#include "python/Cancelled.h"
 #include "python/SceneSource.h"
 #include "scene/SceneFilter.h"
 
@@ -18,6 +19,7 @@ void BindExceptions(py::module_& module)
     // The module keeps them; nothing of Python is to be destroyed when the program ends.
     static PyObject* const error = py::exception<Exception>(module, "Error").release().ptr();
     static PyObject* const sceneError = py::exception<SceneError>(module, "SceneError", error).release().ptr();
+    static PyObject* const cancelled = py::exception<Cancelled>(module, "Cancelled", error).release().ptr();
     static PyObject* const fileError = py::exception<FileException>(module, "FileError", error).release().ptr();
     py::register_exception_translator(
         [](std::exception_ptr thrown)
@@ -34,6 +36,10 @@ void BindExceptions(py::module_& module)
             catch (SceneFilterError const& problem)
             {
                 PyErr_SetString(sceneError, problem.what());
+            }
+            catch (Cancelled const& problem)
+            {
+                PyErr_SetString(cancelled, problem.what());
             }
             catch (FileException const& problem)
             {
@@ -60,4 +66,6 @@ PYBIND11_MODULE(_core, module)
     BindScene(module);
     BindOccurrences(module);
     BindGeometry(module);
+    BindExchange(module);
+    BindWriter(module);
 }

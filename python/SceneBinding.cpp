@@ -6,8 +6,8 @@
 #include "describe/ReferenceWalk.h"
 #include "framework/api/IAnnotationCallout.h"
 #include "framework/api/IView.h"
-#include "framework/api/UnitText.h"
 #include "python/SceneModel.h"
+#include "python/Units.h"
 #include "scene/SceneNote.h"
 #include "scene/SceneView.h"
 
@@ -55,12 +55,6 @@ public:
 private:
     ModelPointer m_model;
 };
-
-py::str UnitText(UnitTypeEnum unit)
-{
-    char const* const text = TextOfUnit(unit);
-    return text ? py::str(text) : py::str("");
-}
 
 py::tuple Ids(IdSet const& ids)
 {
@@ -209,7 +203,7 @@ void BindComponent(py::module_& module)
             "kind", [](ComponentPiece const& component) { return KindOf(*component.object); },
             "'file', 'assembly' or 'part'.")
         .def_property_readonly(
-            "unit", [](ComponentPiece const& component) { return UnitText(component->unit); },
+            "unit", [](ComponentPiece const& component) { return NameOfUnit(component->unit); },
             "The name of the unit of length that it states; empty for none.")
         .def_property_readonly(
             "metres_per_unit", [](ComponentPiece const& component) { return component->metresPerUnit; },
@@ -357,7 +351,7 @@ void BindScene(py::module_& module)
         .def_property_readonly("notes", &NotesOf, "The annotation callouts that are reached from the root.")
         .def_property_readonly("cuts", &CutsOf, KVR_DOC(Scene, Cuts))
         .def_property_readonly(
-            "unit", [](SceneHandle const& scene) { return UnitText(scene.Get().Unit()); }, KVR_DOC(Scene, Unit))
+            "unit", [](SceneHandle const& scene) { return NameOfUnit(scene.Get().Unit()); }, KVR_DOC(Scene, Unit))
         .def_property_readonly(
             "metres_per_unit", [](SceneHandle const& scene) { return scene.Get().MetresPerUnit(); },
             KVR_DOC(Scene, MetresPerUnit))

@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Makes DocTexts.h: for each KVR_DOC(Class, Member) of python/*.cpp the comment of a header.
+"""Makes DocTexts.h: for each KVR_DOC(Class, Member) of python/*.cpp the comment of a header. Free is the class of functions
+that belong to none.
 
     make_doc_texts.py ROOT OUTPUT
 """
@@ -17,7 +18,8 @@ USE = re.compile(r"KVR_DOC\((\w+),\s*(\w+)\)")
 def main(root, output):
     uses = sorted({use for path in (root / "python").glob("*.cpp")
                    for use in USE.findall(path.read_text(encoding="utf-8"))})
-    comments = header_comments.comments_of(root, HEADERS)
+    comments = {(owner or "Free", member): text
+                for (owner, member), text in header_comments.comments_of(root, HEADERS).items()}
     missing = [use for use in uses if use not in comments]
     for owner, member in missing:
         print(f"{owner}::{member} has no comment in a header", file=sys.stderr)

@@ -58,10 +58,13 @@ def row_documents(sources, comments):
 
 def stub(tables, names):
     lines = ["from numpy import float64", "from numpy.typing import NDArray", "", "from kvr import _core", "",
-             "class Interface:", "    def __eq__(self, other: object) -> bool: ...", "    def __hash__(self) -> int: ...",
+             "class Interface:", "    def __init__(self, source: _core.Object | dict[str, object], extension_type_ids: list[str] = ...) -> None: ...",
+             "    def __eq__(self, other: object) -> bool: ...", "    def __hash__(self) -> int: ...",
              "", "def operations(interface: type[Interface]) -> dict[str, str]: ...",
              "def wrap(handle: _core.Object | None, extension_type_ids: list[str] = ...) -> Interface | None: ...",
              "CLASSES: dict[str, type[Interface]]", ""]
+    listed = ", ".join(f'"{name}"' for name in ("Interface", "operations", *(table["name"] for table in tables)))
+    lines[4:4] = [f"__all__ = [{listed}]", ""]
     for table in tables:
         lines.append(f"class {table['name']}({', '.join(table['bases']) or 'Interface'}):")
         for row in table["rows"]:

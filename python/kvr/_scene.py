@@ -1,12 +1,20 @@
 """The resolved scene: what stands where, and how it looks there."""
 
+from __future__ import annotations
+
+import base64
 import html
 import os
 import pathlib
 import shutil
 import tempfile
+from collections.abc import Iterable
+from typing import Any
+
+from numpy.typing import NDArray
 
 from kvr import _core
+from kvr._exchange import picture
 from kvr._producer import Producer
 
 # What a notebook shows of a scene.
@@ -27,31 +35,31 @@ class Table:
     transform  4 by 4, to the root's coordinates in the scene's unit
     """
 
-    def __init__(self, columns, components):
-        self.names = columns.pop("names")
-        self.columns = columns
+    def __init__(self, columns: dict[str, Any], components: tuple[_core.Component, ...]) -> None:
+        self.names: list[str] = columns.pop("names")
+        self.columns: dict[str, NDArray[Any]] = columns
         self._components = components
 
-    def __len__(self):
+    def __len__(self) -> int:
         return len(self.columns["parent"])
 
-    def __getitem__(self, column):
+    def __getitem__(self, column: str) -> NDArray[Any]:
         return self.columns[column]
 
-    def __repr__(self):
+    def __repr__(self) -> str:
         return f"<kvr.Table of {len(self)} occurrences: {', '.join(self.columns)}>"
 
-    def name_of(self, row):
+    def name_of(self, row: int) -> str:
         """What a person calls the occurrence of a row."""
         return self.names[self.columns["name"][row]]
 
-    def component_of(self, row):
+    def component_of(self, row: int) -> _core.Component:
         """The component that occurs in a row."""
         return self._components[self.columns["component"][row]]
 
-    def path(self, row):
+    def path(self, row: int) -> tuple[str, ...]:
         """The ids of the placements from the root to a row."""
-        ids = []
+        ids: list[str] = []
         while (above := self.columns["parent"][row]) >= 0:
             placement = self.component_of(above).placements[self.columns["placement"][row]]
             ids.append(placement.id or self.component_of(row).id)
@@ -72,35 +80,36 @@ class Scene(_core.Scene):
     6 ('inst2', 'inst8', 'inst12') [37.78282837 49.5 10.        ]
     """
 
-    def __init__(self, source, *, only=(), hide=(), view="", deflection=1e-3, angle=0.5, **reading):
+    def __init__(self, source: str | os.PathLike[str] | Producer, *, only: Iterable[str] = (), hide: Iterable[str] = (),
+                 view: str = "", deflection: float = 1e-3, angle: float = 0.5, **reading: Any) -> None:
         producer = source if isinstance(source, Producer) else Producer(source, **reading)
         super().__init__(producer, list(only), list(hide), view, deflection, angle)
 
-    def __enter__(self):
+    def __enter__(self) -> Scene:
         return self
 
-    def __exit__(self, *_):
+    def __exit__(self, *_: object) -> None:
         self.close()
 
-    def __iter__(self):
+    def __iter__(self) -> _core.Occurrences:
         return self.occurrences()
 
-    def __repr__(self):
+    def __repr__(self) -> str:
         if self.closed:
             return "<kvr.Scene, closed>"
         return f"<kvr.Scene {self.producer.path!r}: {len(self.components)} components>"
 
-    def occurrences(self, *, visible_only=False):
+    def occurrences(self, *, visible_only: bool = False) -> _core.Occurrences:
         """Goes through all occurrences: depth first, each before what is below it, in the scene's order."""
         return _core.Occurrences(self._model, visible_only)
 
-    def table(self, *, visible_only=False, transforms=True):
+    def table(self, *, visible_only: bool = False, transforms: bool = True) -> Table:
         """The same as a Table."""
         return Table(_core.occurrence_table(self._model, visible_only, transforms), self.components)
 
-    def tree(self, *, levels=_SHOWN_LEVELS, rows=_SHOWN_ROWS):
+    def tree(self, *, levels: int = _SHOWN_LEVELS, rows: int = _SHOWN_ROWS) -> str:
         """The top of the tree of occurrences, a line for each."""
-        lines = []
+        lines: list[str] = []
         for occurrence in self:
             if occurrence.depth <= levels:
                 if len(lines) == rows:
@@ -109,7 +118,7 @@ class Scene(_core.Scene):
                 lines.append(f"{'  ' * occurrence.depth}{occurrence.name}{hidden}")
         return "\n".join(lines)
 
-    def _repr_html_(self):
+    def _repr_html_(self) -> str:
         if self.closed:
             return html.escape(repr(self))
         picture = _picture_of(self.producer.path)
@@ -118,12 +127,8 @@ class Scene(_core.Scene):
                 f'<div style="display:flex"><pre>{html.escape(self.tree())}</pre>{shown}</div></div>')
 
 
-def _picture_of(path):
+def _picture_of(path: str) -> str:
     """A picture in base 64; nothing without the program that draws it."""
-    import base64
-
-    from kvr._exchange import picture
-
     if not shutil.which("f3d"):
         return ""
     with tempfile.TemporaryDirectory() as folder:
