@@ -121,8 +121,15 @@ py::dict TableOfOccurrences(ModelPointer const& model, bool visibleOnly, bool wi
     return table;
 }
 
-SceneStyle const* StyleOf(OccurrenceState const& state)
+// That of the first geometry that has one, or else what holds for all of it.
+SceneStyle const* StyleOf(Occurrence const& occurrence)
 {
+    OccurrenceState const& state = occurrence.state;
+    for (SceneGeometry const& geometry : occurrence.component->geometry)
+    {
+        if (SceneStyle const* const style = state.StyleOf(geometry))
+            return style;
+    }
     return state.imposedStyle ? state.imposedStyle : state.inheritedStyle;
 }
 
@@ -179,9 +186,8 @@ void BindOccurrences(py::module_& module)
             "step", [](Occurrence const& occurrence) { return ArrayOf(occurrence.step); },
             KVR_DOC(OccurrenceWalk, Step))
         .def_property_readonly(
-            "style",
-            [](Occurrence const& occurrence) { return StyleOrNone(occurrence.model, StyleOf(occurrence.state)); },
-            "The style that holds for geometry without one of its own; None for none.")
+            "style", [](Occurrence const& occurrence) { return StyleOrNone(occurrence.model, StyleOf(occurrence)); },
+            "The style of its first geometry that has one or, without, what holds for all below it; None for none.")
         .def_property_readonly(
             "geometry",
             [](std::shared_ptr<Occurrence> const& occurrence)

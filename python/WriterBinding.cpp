@@ -1,6 +1,9 @@
 #include <pybind11/numpy.h>
 #include <pybind11/stl.h>
 
+#include <algorithm>
+#include <cmath>
+
 #include "authoring/SceneWriter.h"
 #include "framework/api/IBrep.h"
 #include "framework/kernel/entity.h"
@@ -53,7 +56,10 @@ std::span<double const> Triples(Doubles const& numbers, char const* problem)
 {
     if (numbers.ndim() != 2 || numbers.shape(1) != 3)
         throw py::value_error(problem);
-    return {numbers.data(), static_cast<std::size_t>(numbers.size())};
+    std::span<double const> const found(numbers.data(), static_cast<std::size_t>(numbers.size()));
+    if (!std::all_of(found.begin(), found.end(), [](double number) { return std::isfinite(number); }))
+        throw py::value_error("a coordinate is infinite or none");
+    return found;
 }
 
 // What all that shows has in common.

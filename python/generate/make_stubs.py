@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Makes what Python has of the tables of the interfaces: the types of the classes that kvr/_interfaces.py makes when it
+"""Makes what Python has of the tables of the interfaces: the types of the classes that kvr/interfaces.py makes when it
 is imported, and their documents, which are the comments of the headers.
 
     make_stubs.py ROOT TABLES.json STUB DOCUMENTS
@@ -57,14 +57,14 @@ def row_documents(sources, comments):
 
 
 def stub(tables, names):
-    lines = ["from numpy import float64", "from numpy.typing import NDArray", "", "from kvr import _core", "",
-             "class Interface:", "    def __init__(self, source: _core.Object | dict[str, object], extension_type_ids: list[str] = ...) -> None: ...",
+    lines = ["from collections.abc import Iterable", "from typing import Any", "", "from numpy import float64", "from numpy.typing import NDArray", "", "from kvr import _core", "",
+             "class Interface:", "    def __init__(self, source: _core.Object | dict[str, object], extension_type_ids: Iterable[str] = ...) -> None: ...",
              "    def __eq__(self, other: object) -> bool: ...", "    def __hash__(self) -> int: ...",
              "", "def operations(interface: type[Interface]) -> dict[str, str]: ...",
-             "def wrap(handle: _core.Object | None, extension_type_ids: list[str] = ...) -> Interface | None: ...",
+             "def wrap(handle: _core.Object | None, extension_type_ids: Iterable[str] = ...) -> Any: ...",
              "CLASSES: dict[str, type[Interface]]", ""]
-    listed = ", ".join(f'"{name}"' for name in ("Interface", "operations", *(table["name"] for table in tables)))
-    lines[4:4] = [f"__all__ = [{listed}]", ""]
+    listed = ", ".join(f'"{name}"' for name in ("Interface", "operations", "wrap", *(table["name"] for table in tables)))
+    lines[7:7] = [f"__all__ = [{listed}]", ""]
     for table in tables:
         lines.append(f"class {table['name']}({', '.join(table['bases']) or 'Interface'}):")
         for row in table["rows"]:

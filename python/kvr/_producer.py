@@ -8,10 +8,10 @@ from collections.abc import Iterable, Iterator
 from typing import TYPE_CHECKING, Any
 
 from kvr import _core
-from kvr._interfaces import CLASSES, FileQueryResult, Interface, IUniverse, operations, wrap
+from kvr.interfaces import CLASSES, FileQueryResult, Interface, IUniverse, operations, wrap
 
 if TYPE_CHECKING:
-    from kvr._interfaces import IProducer as _Operations
+    from kvr.interfaces import IProducer as _Operations
 else:
 
     class _Operations:
@@ -65,12 +65,14 @@ class Producer(_core.Producer, _Operations):
     @property
     def universe(self) -> IUniverse | None:
         """What belongs to the scene as a whole; None when the scene states nothing."""
-        return wrap(self._universe(), self._extension_type_ids)
+        found: IUniverse | None = wrap(self._universe(), self._extension_type_ids)
+        return found
 
     @property
     def query(self) -> FileQueryResult | None:
         """What the file is."""
-        return wrap(self._query(), self._extension_type_ids)
+        found: FileQueryResult | None = wrap(self._query(), self._extension_type_ids)
+        return found
 
     def dump(self, *, ids: Iterable[str] = (), summary: bool = False, mass: bool = False) -> str:
         """The text that "kvr dump" prints of the scene."""

@@ -51,11 +51,11 @@ class Table:
 
     def name_of(self, row: int) -> str:
         """What a person calls the occurrence of a row."""
-        return self.names[self.columns["name"][row]]
+        return self.names[int(self.columns["name"][row])]
 
     def component_of(self, row: int) -> _core.Component:
         """The component that occurs in a row."""
-        return self._components[self.columns["component"][row]]
+        return self._components[int(self.columns["component"][row])]
 
     def path(self, row: int) -> tuple[str, ...]:
         """The ids of the placements from the root to a row."""

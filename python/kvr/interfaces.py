@@ -36,7 +36,7 @@ class Interface:
             members = ", ".join(f"{snake_case(name)}={value!r}" for name, value in self._source.items())
             return f"{type(self).__name__}({members if len(members) < 200 else '...'})"
         told = [repr(getattr(self, name)) for name in ("id", "label") if hasattr(type(self), name)]
-        return f"<kvr.{' '.join([type(self).__name__, *told])}>"
+        return f"<{' '.join([type(self).__name__, *told])}>"
 
 
 def operations(interface):
@@ -54,7 +54,7 @@ def _property(table, operation):
 def _class(table):
     names = {snake_case(row["name"]): row["name"] for row in table["rows"]}
     members = {python: _property(table["name"], operation) for python, operation in names.items()}
-    members |= {"__slots__": (), "__doc__": DOCS.get(table["name"]), "__module__": "kvr", "_operations": names}
+    members |= {"__slots__": (), "__doc__": DOCS.get(table["name"]), "__module__": __name__, "_operations": names}
     bases = tuple(CLASSES[base] for base in table["bases"]) or (Interface,)
     return types.new_class(table["name"], bases, exec_body=lambda namespace: namespace.update(members))
 
@@ -63,7 +63,7 @@ CLASSES: dict[str, type] = {}
 for _table in json.loads(_core.interface_tables()):
     CLASSES[_table["name"]] = _class(_table)
 globals().update(CLASSES)
-__all__ = ["Interface", "operations", *CLASSES]
+__all__ = ["Interface", "operations", "wrap", *CLASSES]
 
 
 def _record(table, members):
