@@ -77,7 +77,7 @@ class Scene(_core.Scene):
     >>> with Scene(path) as scene:
     ...     bolts = [occurrence for occurrence in scene if occurrence.component.label == "bolt"]
     ...     print(len(bolts), bolts[0].path, bolts[0].transform[:3, 3])
-    6 ('inst2', 'inst8', 'inst12') [37.78282837 49.5 10.        ]
+    6 ('asm1', 'inst2', 'inst8', 'inst12') [25. 75. 33.]
     """
 
     def __init__(self, source: str | os.PathLike[str] | Producer, *, only: Iterable[str] = (), hide: Iterable[str] = (),
