@@ -58,7 +58,9 @@ GROUPS = (
     ("exchange/convert/", "convert"),
     ("exchange/certify/", "certify"),
     ("exchange/", "exchange"),
+    ("host/dump/", "dump"),
     ("host/", "host"),
+    ("python/", "python"),
 )
 
 FRAMEWORK = ("api", "kernel", "gmk_interface", "document policy", "xml_util")
@@ -116,7 +118,12 @@ MAY_INCLUDE = {
     "view": ("extension types", "api", "kernel", "gmk_interface", "scene", "output", "exchange", "run", "export"),
     "convert": ("output", "exchange", "run"),
     "certify": ("extension types", "api", "kernel", "output", "exchange", "run", "source"),
-    "host": ("api", "kernel", "facade", "output", "describe", "scene", "estimate", "inspect face", "source", "exchange"),
+    # The text of a dump, which the program and Python share.
+    "dump": ("api", "output", "describe", "source"),
+    "host": ("api", "kernel", "facade", "output", "describe", "scene", "estimate", "inspect face", "source", "exchange",
+             "dump"),
+    "python": ("api", "kernel", "facade", "authoring", "output", "describe", "scene", "inspect face", "source",
+               "exchange", "dump"),
 }
 
 # Headers that everybody below the producer's top sees, and that therefore name other classes by declaration only.
