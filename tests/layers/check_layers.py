@@ -41,6 +41,7 @@ GROUPS = (
     ("scene/ExtensionTypes.h", "extension types"),
     ("scene/", "scene"),
     ("inspect/estimate/", "estimate"),
+    ("inspect/query/", "query"),
     ("inspect/Check.h", "inspect face"),
     ("inspect/Explain.h", "inspect face"),
     ("inspect/Finding.h", "inspect face"),
@@ -94,6 +95,8 @@ MAY_INCLUDE = {
     "scene": ("api", "kernel", "gmk_interface", "extension types"),
     # What reading a scene takes, before it is read.
     "estimate": ("api", "xml_util"),
+    # Questions about the occurrences of a scene.
+    "query": ("api", "kernel", "scene", "output"),
     # What a program sees of checks stands by itself.
     "inspect face": (),
     "inspect": FRAMEWORK + ("facade", "output", "describe", "scene", "inspect face"),
@@ -116,7 +119,8 @@ MAY_INCLUDE = {
     "view": ("extension types", "api", "kernel", "gmk_interface", "scene", "output", "exchange", "run", "export"),
     "convert": ("output", "exchange", "run"),
     "certify": ("extension types", "api", "kernel", "output", "exchange", "run", "source"),
-    "host": ("api", "kernel", "facade", "output", "describe", "scene", "estimate", "inspect face", "source", "exchange"),
+    "host": ("api", "kernel", "facade", "output", "describe", "scene", "estimate", "query", "inspect face",
+             "source", "exchange"),
 }
 
 # Headers that everybody below the producer's top sees, and that therefore name other classes by declaration only.
