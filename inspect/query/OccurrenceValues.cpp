@@ -150,7 +150,7 @@ void OccurrenceValues::TakeJoined(std::vector<std::string_view> const& names)
     Take(m_joined);
 }
 
-void OccurrenceValues::TakeLayers()
+std::vector<SceneLayer const*> OccurrenceValues::Layers()
 {
     if (!m_layers)
     {
@@ -159,7 +159,6 @@ void OccurrenceValues::TakeLayers()
             for (std::string_view const item : layer.items)
                 (*m_layers)[item].push_back(&layer);
     }
-    m_made.clear();
     std::vector<SceneLayer const*> layers;
     auto const take = [&](std::string_view id)
     {
@@ -168,7 +167,7 @@ void OccurrenceValues::TakeLayers()
             layers.insert(layers.end(), found->second.begin(), found->second.end());
     };
     if (m_layers->empty())
-        return;
+        return layers;
     if (m_walk.Placement())
         take(m_walk.Placement()->id);
     take(m_walk.Component().id);
@@ -177,6 +176,14 @@ void OccurrenceValues::TakeLayers()
         take(geometry.id);
         take(geometry.bodyId);
     }
+    return layers;
+}
+
+void OccurrenceValues::TakeLayers()
+{
+    std::vector<SceneLayer const*> const layers = Layers();
+    m_made.clear();
+    // Views of the texts stay good, since there is room for all of them.
     m_made.reserve(layers.size());
     for (SceneLayer const* const layer : layers)
     {
@@ -185,6 +192,19 @@ void OccurrenceValues::TakeLayers()
         m_made.push_back(std::to_string(layer->number));
         Take(m_made.back());
     }
+}
+
+std::vector<std::string_view> const& OccurrenceValues::Shown(QueryField field)
+{
+    if (field != QueryField::kName && field != QueryField::kId && field != QueryField::kLayer)
+        return Texts(field);
+    m_texts.clear();
+    if (field == QueryField::kLayer)
+        for (SceneLayer const* const layer : Layers())
+            Take(FirstOf(layer->label, layer->id));
+    else
+        Take(field == QueryField::kName ? m_names.back() : m_ids.back());
+    return m_texts;
 }
 
 void OccurrenceValues::TakeColors()
@@ -205,7 +225,6 @@ void OccurrenceValues::TakeColors()
     }
     if (styles.empty())
         styles.push_back(state.imposedStyle ? state.imposedStyle : state.inheritedStyle);
-    // Views of the texts stay good, since there is room for all of them.
     m_made.reserve(styles.size());
     for (SceneStyle const* const style : styles)
         TakeColor(style);

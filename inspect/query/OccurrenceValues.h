@@ -32,6 +32,9 @@ public:
 
     /// Those of a field of texts: none or many, none of them empty. Valid until the next call of any operation.
     std::vector<std::string_view> const& Texts(QueryField field);
+    /// The same as it is shown: of name and id that which stands in the path alone, and of a layer its label or else
+    /// its id.
+    std::vector<std::string_view> const& Shown(QueryField field);
     /// That of a flag; false for a field that is none.
     bool Flag(QueryField field);
     /// That of a number, in the unit of the field's type; nothing where there is none.
@@ -39,12 +42,15 @@ public:
     /// Of the instance and of what it places: properties of the database, custom properties, and what the file
     /// properties state, by the names of their operations. Valid until the next call of any operation.
     std::vector<SceneProperty> const& Properties();
+    /// What a component is by itself, wherever it stands.
+    ComponentSizes& Sizes() noexcept { return m_sizes; }
 
 private:
     using Styles = std::vector<SceneStyle const*>;
 
     void Take(std::string_view text);
     void TakeJoined(std::vector<std::string_view> const& names);
+    std::vector<SceneLayer const*> Layers();
     void TakeLayers();
     void TakeColors();
     void TakeColor(SceneStyle const* style);

@@ -121,6 +121,17 @@ struct Expression
 {
 };
 
+struct Column : sor<Property, Word>
+{
+};
+struct ColumnsEnd : pegtl::eof
+{
+};
+struct Columns : seq<Blanks, pegtl::must<Column>, star<Blanks, one<','>, Blanks, pegtl::must<Column>>, Blanks,
+                     pegtl::must<ColumnsEnd>>
+{
+};
+
 // How a text begins that is an expression and no name.
 struct BracketsBeginning : seq<one<'['>, star<sor<pegtl::space, one<'('>, Not>>, Word>
 {
@@ -155,6 +166,10 @@ template <>
 inline constexpr char const* kMessage<Step> = "a kind is expected: part, assembly, file, instance or *";
 template <>
 inline constexpr char const* kMessage<Path> = "a kind is expected: part, assembly, file, instance or *";
+template <>
+inline constexpr char const* kMessage<Column> = "a column is expected, such as path, mass or property[\"Name\"]";
+template <>
+inline constexpr char const* kMessage<ColumnsEnd> = "nothing more is expected, or a comma and a column";
 template <>
 inline constexpr char const* kMessage<End> =
     "nothing more is expected, or >, //, or \"or\" with what is below or beside";

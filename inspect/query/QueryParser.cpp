@@ -99,7 +99,8 @@ std::optional<std::pair<double, std::string_view>> NumberAndUnit(std::string_vie
 class TreeMaker
 {
 public:
-    explicit TreeMaker(std::string_view text) : m_text(text) {}
+    // `whole` is what the text is called in messages.
+    TreeMaker(std::string_view text, char const* whole) : m_text(text), m_whole(whole) {}
 
     QueryTree Make(Node const& root)
     {
@@ -114,7 +115,14 @@ public:
         std::string_view const before = m_text.substr(0, byte);
         auto const column = 1 + static_cast<std::size_t>(std::count_if(before.begin(), before.end(),
                                                                        [](char c) { return (c & 0xC0) != 0x80; }));
-        throw QueryError("column " + std::to_string(column) + " of the expression: " + what, column);
+        throw QueryError("column " + std::to_string(column) + " of the " + m_whole + ": " + what, column);
+    }
+
+    QueryColumn ColumnOf(Node const& node) const
+    {
+        if (node.is_type<Grammar::PropertyName>())
+            return {QueryField::kProperty, Plain(node.string_view())};
+        return {FieldOf(node)};
     }
 
 private:
@@ -185,10 +193,7 @@ private:
     {
         Node const& subject = *node.children.front();
         QueryTree::Condition test;
-        if (subject.is_type<Grammar::PropertyName>())
-            test.column = {QueryField::kProperty, Plain(subject.string_view())};
-        else
-            test.column.field = FieldOf(subject);
+        test.column = ColumnOf(subject);
         QueryFieldRow const& row = RowOf(test.column.field);
         bool const canBeAlone = row.type == QueryFieldType::kFlag || row.type == QueryFieldType::kProperty;
         if (node.children.size() == 1)
@@ -212,10 +217,13 @@ private:
         std::string const name = node.string();
         if (QueryFieldRow const* const row = QueryFieldOf(name); row && row->type != QueryFieldType::kProperty)
             return row->field;
-        NearestNames nearest(name, 1, 3);
+        NearestNames nearest(name, QueryFields().size(), 2);
         for (QueryFieldRow const& row : QueryFields())
             nearest.Add(row.name);
-        std::vector<std::string> const names = nearest.Names();
+        std::vector<std::string> names = nearest.Names();
+        // Many have others in them.
+        std::stable_sort(names.begin(), names.end(),
+                         [](std::string const& a, std::string const& b) { return a.size() < b.size(); });
         Fail("there is no \"" + name + "\" to ask for" + (names.empty() ? "" : "; did you mean " + names.front() + "?"),
              node);
     }
@@ -260,6 +268,7 @@ private:
     }
 
     std::string_view m_text;
+    char const* m_whole;
     QueryTree m_tree;
 };
 
@@ -289,6 +298,20 @@ std::optional<std::size_t> TooDeepAt(std::string_view text)
 }
 
 template <class Rule>
+std::unique_ptr<Node> Parsed(std::string_view text, TreeMaker const& maker)
+{
+    Grammar::pegtl::memory_input in(text.data(), text.size(), "");
+    try
+    {
+        return parse_tree::parse<Rule, Kept, Grammar::pegtl::nothing, Grammar::Control>(in);
+    }
+    catch (Grammar::pegtl::parse_error const& error)
+    {
+        maker.Fail(std::string(error.message()), error.positions().front().byte);
+    }
+}
+
+template <class Rule>
 struct NoteWord : Grammar::pegtl::nothing<Rule>
 {
 };
@@ -306,22 +329,23 @@ struct NoteWord<Grammar::Word>
 
 QueryTree ParseQuery(std::string_view text)
 {
-    TreeMaker maker(text);
+    TreeMaker maker(text, "expression");
     if (text.size() > Query::kMostBytes)
         throw QueryError("the expression is longer than " + std::to_string(Query::kMostBytes) + " bytes", 0);
     if (std::optional<std::size_t> const place = TooDeepAt(text))
         maker.Fail("more than " + std::to_string(Query::kMostNesting) + " parentheses and brackets in one another",
                    *place);
-    Grammar::pegtl::memory_input in(text.data(), text.size(), "");
-    try
-    {
-        auto const root = parse_tree::parse<Grammar::Expression, Kept, Grammar::pegtl::nothing, Grammar::Control>(in);
-        return maker.Make(*root);
-    }
-    catch (Grammar::pegtl::parse_error const& error)
-    {
-        maker.Fail(std::string(error.message()), error.positions().front().byte);
-    }
+    return maker.Make(*Parsed<Grammar::Expression>(text, maker));
+}
+
+std::vector<QueryColumn> ParseQueryColumns(std::string_view text)
+{
+    TreeMaker const maker(text, "list of columns");
+    std::vector<QueryColumn> columns;
+    auto const root = Parsed<Grammar::Columns>(text, maker);
+    for (auto const& node : root->children)
+        columns.push_back(maker.ColumnOf(*node));
+    return columns;
 }
 
 bool BeginsAsQuery(std::string_view text)
