@@ -29,6 +29,7 @@
 #include "host/QueryCommand.h"
 #include "host/Signals.h"
 #include "host/StandardStreams.h"
+#include "host/StatsCommand.h"
 #include "host/TreeCommand.h"
 #include "host/ViewCommand.h"
 #include "host/ViewsCommand.h"
@@ -58,9 +59,9 @@ Commands MakeCommands(CLI::App& program)
 // All commands, in the order of the help.
 Commands AllCommands(CLI::App& program)
 {
-    return MakeCommands<InfoCommand, DumpCommand, TreeCommand, QueryCommand, ViewsCommand, NotesCommand, ImportCommand,
-                        ExportCommand, ConvertCommand, ViewCommand, PictureCommand, CertifyCommand, CheckCommand,
-                        ExplainCommand>(program);
+    return MakeCommands<InfoCommand, DumpCommand, TreeCommand, QueryCommand, StatsCommand, ViewsCommand, NotesCommand,
+                        ImportCommand, ExportCommand, ConvertCommand, ViewCommand, PictureCommand, CertifyCommand,
+                        CheckCommand, ExplainCommand>(program);
 }
 
 void Describe(CLI::App& program)
@@ -75,6 +76,7 @@ void Describe(CLI::App& program)
         "  kvr explain as1.xml part1\n"
         "  kvr dump --summary as1.xml\n"
         "  kvr query as1.xml 'part[name~\"*nut*\"]'\n"
+        "  kvr stats as1.xml\n"
         "  kvr views as1.xml\n"
         "  kvr notes as1.xml\n"
         "  kvr export as1.xml as1.glb\n"

@@ -7,6 +7,7 @@
 #include <string>
 #include <unordered_map>
 
+#include "host/TextValues.h"
 #include "inspect/query/QueryRun.h"
 #include "output/JsonWriter.h"
 #include "output/Output.h"
@@ -23,9 +24,9 @@ std::string MassText(std::optional<double> const& mass, char const* none)
     return mass ? fmt::format("{:.10g}", *mass) : std::string(none);
 }
 
-std::string Counted(unsigned long long count, std::string const& what)
+std::string Components(unsigned long long count)
 {
-    return fmt::format("{} {}{}", count, what, count == 1 ? "" : "s");
+    return Counted(count, "component", "components");
 }
 
 }  // namespace
@@ -90,11 +91,11 @@ void BillOfMaterials::WriteText(Output& out) const
         out.Put(line.back());
         out.Put('\n');
     }
-    std::string last = Counted(m_rows.size(), "component") + ", " + Counted(m_count, "occurrence");
+    std::string last = Components(m_rows.size()) + ", " + Counted(m_count, "occurrence", "occurrences");
     if (m_rowsWithoutMass < m_rows.size())
         last += fmt::format(", {:.10g} kg", m_mass);
     if (m_rowsWithoutMass > 0)
-        last += fmt::format("; the mass of {} is not known", Counted(m_rowsWithoutMass, "component"));
+        last += fmt::format("; the mass of {} is not known", Components(m_rowsWithoutMass));
     out.Put(last + "\n");
 }
 

@@ -5,14 +5,11 @@
 #include <algorithm>
 #include <cmath>
 
-#include "framework/api/FileProperties.h"
 #include "framework/api/IBrep.h"
 #include "framework/api/IPolygonMesh.h"
 #include "framework/api/IdSet.h"
 #include "framework/api/IdSetSet.h"
 #include "framework/api/SubEntityToStylesMap.h"
-#include "framework/api/UTF16String.h"
-#include "framework/api/UTF8String.h"
 #include "scene/SceneStyle.h"
 
 namespace KVR
@@ -24,24 +21,6 @@ namespace
 constexpr double kMillimetresPerMetre = 1e3;
 
 constexpr std::string_view kKindNames[] = {"file", "assembly", "part"};
-
-struct NamedText
-{
-    char const* name;
-    IsValueSpecifiedEnum (FileProperties::*text)(UTF16String&) const;
-};
-
-constexpr NamedText kFileTexts[] = {
-    {"Title", &FileProperties::Title},
-    {"Author", &FileProperties::Author},
-    {"Organization", &FileProperties::Organization},
-    {"Description", &FileProperties::Description},
-    {"SendingSystem", &FileProperties::SendingSystem},
-    {"PartNumber", &FileProperties::PartNumber},
-    {"Revision", &FileProperties::Revision},
-    {"Preprocessor", &FileProperties::Preprocessor},
-    {"Authorisation", &FileProperties::Authorisation},
-};
 
 std::string_view FirstOf(std::string_view a, std::string_view b)
 {
@@ -66,7 +45,10 @@ bool HasGeometry(SceneComponent const& component, Has const& has)
 
 }  // namespace
 
-OccurrenceValues::OccurrenceValues(Scene const& scene) : m_scene(scene), m_walk(scene), m_sizes(scene) {}
+OccurrenceValues::OccurrenceValues(Scene const& scene)
+    : m_scene(scene), m_walk(scene), m_sizes(scene), m_componentProperties(scene)
+{
+}
 
 bool OccurrenceValues::Next()
 {
@@ -384,7 +366,7 @@ double OccurrenceValues::Users()
 std::vector<SceneProperty> const& OccurrenceValues::Properties()
 {
     ScenePlacement const* const placement = m_walk.Placement();
-    std::vector<SceneProperty> const& ofComponent = PropertiesOf(m_walk.Component());
+    std::vector<SceneProperty> const& ofComponent = m_componentProperties.Of(m_walk.Component());
     if (!placement || !placement->object)
         return ofComponent;
     m_properties = m_scene.PropertiesOf(*placement->object);
@@ -392,38 +374,6 @@ std::vector<SceneProperty> const& OccurrenceValues::Properties()
         return ofComponent;
     m_properties.insert(m_properties.end(), ofComponent.begin(), ofComponent.end());
     return m_properties;
-}
-
-std::vector<SceneProperty> const& OccurrenceValues::PropertiesOf(SceneComponent const& component)
-{
-    auto const [place, isNew] = m_componentProperties.try_emplace(&component);
-    std::vector<SceneProperty>& properties = place->second;
-    if (!isNew)
-        return properties;
-    if (component.object)
-        properties = m_scene.PropertiesOf(*component.object);
-    properties.insert(properties.end(), component.properties.begin(), component.properties.end());
-    UTF16String text;
-    for (NamedText const& row : kFileTexts)
-        if (component.fileProperties && (component.fileProperties->*row.text)(text) == kIsValueSpecified_Yes)
-            properties.push_back({row.name, std::string(UTF8String(text).View())});
-    return properties;
-}
-
-std::string TextOf(SceneProperty const& property)
-{
-    if (auto const* const text = std::get_if<std::string>(&property.value))
-        return *text;
-    if (auto const* const number = std::get_if<int>(&property.value))
-        return std::to_string(*number);
-    if (auto const* const number = std::get_if<double>(&property.value))
-        return fmt::format("{}", *number);
-    if (auto const* const truth = std::get_if<bool>(&property.value))
-        return *truth ? "true" : "false";
-    if (auto const* const time = std::get_if<std::tm>(&property.value))
-        return fmt::format("{:04}-{:02}-{:02}T{:02}:{:02}:{:02}", time->tm_year + 1900LL, time->tm_mon + 1LL,
-                           time->tm_mday, time->tm_hour, time->tm_min, time->tm_sec);
-    return {};
 }
 
 }  // namespace KVR

@@ -9,6 +9,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "inspect/query/ComponentProperties.h"
 #include "inspect/query/ComponentSizes.h"
 #include "inspect/query/QueryField.h"
 #include "scene/OccurrenceWalk.h"
@@ -59,7 +60,6 @@ private:
     double Users();
     SceneTotals const& Totals();
     Styles const& FaceStylesOf(SceneGeometry const& geometry);
-    std::vector<SceneProperty> const& PropertiesOf(SceneComponent const& component);
 
     Scene const& m_scene;
     OccurrenceWalk m_walk;
@@ -79,11 +79,7 @@ private:
     /// The layers of an id.
     std::optional<std::unordered_map<std::string_view, std::vector<SceneLayer const*>>> m_layers;
     std::unordered_map<IObject const*, Styles> m_faceStyles;
-    std::unordered_map<SceneComponent const*, std::vector<SceneProperty>> m_componentProperties;
+    ComponentProperties m_componentProperties;
 };
-
-/// A property's value as text: numbers in as few digits as it takes, "true" or "false", a time as
-/// YYYY-MM-DDThh:mm:ss; empty for no value.
-std::string TextOf(SceneProperty const& property);
 
 }  // namespace KVR

@@ -42,6 +42,7 @@ GROUPS = (
     ("scene/", "scene"),
     ("inspect/estimate/", "estimate"),
     ("inspect/query/", "query"),
+    ("inspect/statistics/", "statistics"),
     ("inspect/Check.h", "inspect face"),
     ("inspect/Explain.h", "inspect face"),
     ("inspect/Finding.h", "inspect face"),
@@ -97,6 +98,8 @@ MAY_INCLUDE = {
     "estimate": ("api", "xml_util"),
     # Questions about the occurrences of a scene.
     "query": ("api", "kernel", "scene", "output"),
+    # What the geometry of a scene takes; listens to the readers of side files.
+    "statistics": ("api", "kernel", "xml_util", "scene", "estimate"),
     # What a program sees of checks stands by itself.
     "inspect face": (),
     "inspect": FRAMEWORK + ("facade", "output", "describe", "scene", "inspect face"),
@@ -113,13 +116,13 @@ MAY_INCLUDE = {
     "meshes": ("api", "model"),
     "import": ("extension types", "api", "kernel", "authoring", "xml_util", "output", "exchange", "run", "conventions",
                "model", "meshes"),
-    "export": ("extension types", "api", "kernel", "gmk_interface", "scene", "output", "exchange", "run", "conventions",
-               "source"),
+    "export": ("extension types", "api", "kernel", "gmk_interface", "scene", "query", "output", "exchange", "run",
+               "conventions", "source"),
     # A format of its own folder; of export it takes the task, and how notes are drawn.
     "view": ("extension types", "api", "kernel", "gmk_interface", "scene", "output", "exchange", "run", "export"),
     "convert": ("output", "exchange", "run"),
     "certify": ("extension types", "api", "kernel", "output", "exchange", "run", "source"),
-    "host": ("api", "kernel", "facade", "output", "describe", "scene", "estimate", "query", "inspect face",
+    "host": ("api", "kernel", "facade", "output", "describe", "scene", "estimate", "query", "statistics", "inspect face",
              "source", "exchange"),
 }
 
