@@ -203,7 +203,7 @@ void ExpectSame(OptionsOfCommands const& documented, OptionsOfCommands const& of
 TEST(Commands, EachHasAHelp)
 {
     EXPECT_EQ(Set(Commands()), Names({"certify", "check", "convert", "dump", "explain", "export", "import", "info",
-                                      "notes", "picture", "tree", "view", "views"}));
+                                      "notes", "picture", "query", "stats", "tree", "view", "views"}));
     for (std::string const& command : Commands())
     {
         ToolRun const run = RunTool({command, "--help"});
