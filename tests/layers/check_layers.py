@@ -42,6 +42,8 @@ GROUPS = (
     ("scene/", "scene"),
     ("inspect/estimate/", "estimate"),
     ("inspect/Check.h", "inspect face"),
+    ("inspect/Compare.h", "inspect face"),
+    ("inspect/Digest.h", "inspect face"),
     ("inspect/Explain.h", "inspect face"),
     ("inspect/Finding.h", "inspect face"),
     ("inspect/Export.h", "inspect face"),
@@ -96,7 +98,7 @@ MAY_INCLUDE = {
     "estimate": ("api", "xml_util"),
     # What a program sees of checks stands by itself.
     "inspect face": (),
-    "inspect": FRAMEWORK + ("facade", "output", "describe", "scene", "inspect face"),
+    "inspect": FRAMEWORK + ("facade", "output", "describe", "scene", "extension types", "inspect face"),
     # The public headers of the exchange stand on the interfaces and the scene alone, which makes them low enough for
     # everybody in it and for any program; what they promise is done in import, export and certify, none of which knows
     # the other two.
