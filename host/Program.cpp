@@ -21,6 +21,7 @@
 #include "host/DumpCommand.h"
 #include "host/ExplainCommand.h"
 #include "host/ExportCommand.h"
+#include "host/HashCommand.h"
 #include "host/ImportCommand.h"
 #include "host/InfoCommand.h"
 #include "host/NotesCommand.h"
@@ -61,7 +62,7 @@ Commands AllCommands(CLI::App& program)
 {
     return MakeCommands<InfoCommand, DumpCommand, TreeCommand, QueryCommand, StatsCommand, ViewsCommand, NotesCommand,
                         ImportCommand, ExportCommand, ConvertCommand, ViewCommand, PictureCommand, CertifyCommand,
-                        CheckCommand, ExplainCommand>(program);
+                        CheckCommand, ExplainCommand, HashCommand>(program);
 }
 
 void Describe(CLI::App& program)
@@ -85,7 +86,8 @@ void Describe(CLI::App& program)
         "  kvr view examples/models/as1-oc-214.stp as1.html\n"
         "  kvr picture examples/models/as1-oc-214.stp as1.png\n"
         "  kvr certify examples/models/as1-oc-214.stp\n"
-        "  kvr check as1.xml");
+        "  kvr check as1.xml\n"
+        "  kvr hash as1.xml");
 }
 
 std::string Meant(std::string const& text, std::vector<std::string> const& names)

@@ -44,6 +44,8 @@ GROUPS = (
     ("inspect/query/", "query"),
     ("inspect/statistics/", "statistics"),
     ("inspect/Check.h", "inspect face"),
+    ("inspect/Compare.h", "inspect face"),
+    ("inspect/Digest.h", "inspect face"),
     ("inspect/Explain.h", "inspect face"),
     ("inspect/Finding.h", "inspect face"),
     ("inspect/Export.h", "inspect face"),
@@ -104,7 +106,7 @@ MAY_INCLUDE = {
     "statistics": ("api", "kernel", "xml_util", "scene", "estimate"),
     # What a program sees of checks stands by itself.
     "inspect face": (),
-    "inspect": FRAMEWORK + ("facade", "output", "describe", "scene", "estimate", "inspect face"),
+    "inspect": FRAMEWORK + ("facade", "output", "describe", "scene", "extension types", "estimate", "inspect face"),
     # The public headers of the exchange stand on the interfaces and the scene alone, which makes them low enough for
     # everybody in it and for any program; what they promise is done in import, export and certify, none of which knows
     # the other two.
