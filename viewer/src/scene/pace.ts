@@ -61,7 +61,12 @@ export class Pace {
         }
     }
 
-    // Whether pictures are done.
+    /// Whether a picture that was asked for is not done.
+    get isBusy(): boolean {
+        return this.fences.length > 0;
+    }
+
+    // Which pictures are done.
     private look(): void {
         const { context, fences } = this;
         while (
@@ -74,7 +79,10 @@ export class Pace {
             context.deleteSync(fences[0].sync);
             fences.shift();
         }
-        if (fences.length > 0 && !context.isContextLost()) {
+        this.costs = this.costs.slice(-kLooked);
+        if (context.isContextLost()) {
+            fences.length = 0;
+        } else if (fences.length > 0) {
             setTimeout(() => this.look(), 4);
         }
         if (this.costs.length >= kLooked && this.usual() > kSlow && this.step + 1 < kSteps.length) {
@@ -83,8 +91,7 @@ export class Pace {
     }
 
     private usual(): number {
-        const last = this.costs.slice(-kLooked).sort((a, b) => a - b);
-        return last[Math.floor(last.length / 2)];
+        return [...this.costs].sort((a, b) => a - b)[Math.floor(kLooked / 2)];
     }
 
     private change(step: number): void {

@@ -10,7 +10,10 @@ import type { Placing } from './placing';
 import type { SceneState } from './state';
 import { applied, dot, length, minus, plus, times } from './transform';
 
-const kPause = 20;
+/// Milliseconds between pieces of work that the reader is not to notice.
+const kPause = 10;
+/// After so many milliseconds without a movement all rests.
+const kRest = 180;
 
 /// Whether the browser can draw in three dimensions; a sentence when it cannot.
 export function whyNoPicture(): string | null {
@@ -43,6 +46,7 @@ export class Picture {
     private readonly pace: Pace;
     /// The camera as it was drawn last.
     private lastLook: Look | null = null;
+    private lastFrame = 0;
     /// Whether more than the camera moved.
     private moved = false;
     private isReduced = false;
@@ -209,16 +213,18 @@ export class Picture {
         this.setScale(this.plainScale);
         this.camera.advance(now);
         this.advance(now);
+        const gap = now - this.lastFrame;
+        this.lastFrame = now;
         const moves = this.moved || this.movement !== null || this.camera.look !== this.lastLook;
         moves && this.reduce();
         this.moved = false;
         this.draw();
-        moves && this.pace.drew(this.batches.prepare(4));
+        moves && this.pace.drew(this.batches.prepare(Math.min(100, 4 + gap / 4)));
         if (this.camera.isMoving || this.movement) {
             this.invalidate();
         }
         clearTimeout(this.rest);
-        this.rest = setTimeout(() => this.finish(), 180);
+        this.rest = setTimeout(() => this.finish(), kRest);
     }
 
     // What moves is drawn with less, where all of it would take too long.
@@ -233,6 +239,11 @@ export class Picture {
         if (this.pending) {
             return;
         }
+        if (this.pace.isBusy) {
+            // It moves on when what was asked for is there.
+            this.rest = setTimeout(() => this.finish(), kRest);
+            return;
+        }
         this.isReduced = false;
         // What the next movement is likely to need can be made now.
         this.batches.reduce(this.pace.now, this.camera);
@@ -245,7 +256,7 @@ export class Picture {
     }
 
     private prepare(): void {
-        if (!this.pending && !this.batches.prepare(8)) {
+        if (!this.pending && !this.batches.prepare(12)) {
             this.rest = setTimeout(() => this.prepare(), kPause);
         }
     }
