@@ -50,6 +50,16 @@ TEST(StepTexts, ATextOfAPartOfAShapeIsAPropertyOfTheProduct)
                 HasSubstr("<CustomProperty Key=\"semantic text\" Type=\"kString\" Value=\"REMOVE ALL BURRS\"/>"));
 }
 
+TEST(StepTexts, AProductTypeIsACategory)
+{
+    std::string text = Model("");
+    std::size_t const number = text.rfind('#', text.find("=PRODUCT('"));
+    std::string const product = text.substr(number, text.find('=', number) - number);
+    text.insert(text.rfind("ENDSEC;"), "#900001=PRODUCT_TYPE('gauge',$,(" + product + "));\n");
+    std::string const category = "<CustomProperty Key=\"product category\" Type=\"kString\" Value=\"gauge\"/>";
+    EXPECT_NE(SceneOfEqual(text).find(category), std::string::npos);
+}
+
 TEST(StepTexts, AViewShowsDrawingsThatMeanNothingElse)
 {
     std::string text = Model(
