@@ -1,5 +1,6 @@
 // The module kvr._core: what the package kvr is made of.
 
+#include <utility>
 #include <xercesc/util/PlatformUtils.hpp>
 
 #include "framework/api/Exception.h"
@@ -27,7 +28,7 @@ void BindExceptions(py::module_& module)
             try
             {
                 if (thrown)
-                    std::rethrow_exception(thrown);
+                    std::rethrow_exception(std::move(thrown));
             }
             catch (SceneError const& problem)
             {

@@ -81,6 +81,8 @@ def test_ids_are_checked(tmp_path):
                 pass
             with writer.part("p"):
                 pass
+    with pytest.raises(kvr.FileError, match="nowhere"):
+        kvr.write(tmp_path / "nowhere" / "new.xml")
     with pytest.raises(ValueError, match="4 by 4"):
         with kvr.write(tmp_path / "new.xml") as writer, writer.assembly("a"):
             writer.instance("i", "a", transform=numpy.eye(3))
