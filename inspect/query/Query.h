@@ -46,7 +46,8 @@ public:
     explicit Query(std::string_view text);
 
     /// Whether a text where a name could stand, too, begins as an expression does: with a kind or "*", and then ">",
-    /// "//", or "[" with a word of conditions behind it. All else is a name, "part" and "part[1]" included.
+    /// "//", or "[" with a field, or any word and a relation, behind it; or with such a bracket alone. All else is a
+    /// name, "part" and "part[1]" included.
     static bool IsExpression(std::string_view text);
 
     /// The occurrences that the expression asks for, ascending: their places in an OccurrenceWalk over the scene, in

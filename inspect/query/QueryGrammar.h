@@ -133,7 +133,10 @@ struct Columns : seq<Blanks, pegtl::must<Column>, star<Blanks, one<','>, Blanks,
 };
 
 // How a text begins that is an expression and no name.
-struct BracketsBeginning : seq<one<'['>, star<sor<pegtl::space, one<'('>, Not>>, Word>
+struct BeginningRelation : Relation
+{
+};
+struct BracketsBeginning : seq<one<'['>, star<sor<pegtl::space, one<'('>, Not>>, Word, opt<Blanks, BeginningRelation>>
 {
 };
 struct Beginning : seq<Blanks, sor<seq<Kind, Blanks, sor<Child, Descendant, BracketsBeginning>>, BracketsBeginning>>

@@ -311,18 +311,36 @@ std::unique_ptr<Node> Parsed(std::string_view text, TreeMaker const& maker)
     }
 }
 
+// How a text began.
+struct Begun
+{
+    std::vector<std::string> words;
+    bool hasBrackets = false;
+    bool hasRelation = false;
+};
+
 template <class Rule>
-struct NoteWord : Grammar::pegtl::nothing<Rule>
+struct NoteBeginning : Grammar::pegtl::nothing<Rule>
 {
 };
 template <>
-struct NoteWord<Grammar::Word>
+struct NoteBeginning<Grammar::Word>
 {
     template <class Input>
-    static void apply(Input const& in, std::vector<std::string>& words)
+    static void apply(Input const& in, Begun& begun)
     {
-        words.push_back(in.string());
+        begun.words.push_back(in.string());
     }
+};
+template <>
+struct NoteBeginning<Grammar::BracketsBeginning>
+{
+    static void apply0(Begun& begun) { begun.hasBrackets = true; }
+};
+template <>
+struct NoteBeginning<Grammar::BeginningRelation>
+{
+    static void apply0(Begun& begun) { begun.hasRelation = true; }
 };
 
 }  // namespace
@@ -353,18 +371,17 @@ bool BeginsAsQuery(std::string_view text)
     if (text.size() > Query::kMostBytes)
         return false;
     Grammar::pegtl::memory_input in(text.data(), text.size(), "");
-    std::vector<std::string> words;
-    if (!Grammar::pegtl::parse<Grammar::Beginning, NoteWord>(in, words))
+    Begun begun;
+    if (!Grammar::pegtl::parse<Grammar::Beginning, NoteBeginning>(in, begun))
         return false;
-    // Either word may be missing: the kind, and that of a condition where a sign stands instead of brackets.
+    // The kind may be "*", or missing before brackets, whose word is the last one.
+    bool const hasKind = begun.words.size() > (begun.hasBrackets ? 1U : 0U);
     auto const isKind = [](std::string_view word) {
         return std::any_of(std::begin(kKinds), std::end(kKinds),
                            [&](NamedKind const& row) { return row.name == word; });
     };
-    std::string_view const rest = text.substr(0, in.byte());
-    bool const hasCondition = !rest.ends_with('>') && !rest.ends_with('/');
-    std::size_t const kinds = words.size() - (hasCondition ? 1 : 0);
-    return (kinds == 0 || isKind(words.front())) && (!hasCondition || QueryFieldOf(words.back()));
+    return (!hasKind || isKind(begun.words.front())) &&
+           (!begun.hasBrackets || begun.hasRelation || QueryFieldOf(begun.words.back()));
 }
 
 }  // namespace KVR

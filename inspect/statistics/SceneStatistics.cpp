@@ -149,7 +149,7 @@ SceneStatistics SceneStatistics::Of(Scene const& scene, ReadingMeter const& mete
 {
     SceneStatistics statistics;
     SceneTotals const totals = SceneTotals::Of(scene);
-    statistics.occurrences = totals.occurrences;
+    statistics.occurrences = totals.assemblyOccurrences + totals.partOccurrences;
     statistics.seconds = meter.Seconds();
     Counter const counter(scene, meter);
     ListComponents(statistics, counter, totals);

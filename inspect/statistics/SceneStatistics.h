@@ -55,7 +55,7 @@ struct SceneStatistics
     Amount occurring;
     std::vector<Duplicates> duplicates;
     Amount saved;
-    /// Occurrences of everything, with files and assemblies.
+    /// Of assemblies and parts.
     unsigned long long occurrences = 0;
     /// Processor time of reading the scene, its document included.
     double seconds = 0.0;

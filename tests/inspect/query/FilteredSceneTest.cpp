@@ -81,10 +81,10 @@ TEST(FilteredScene, AnExpressionThatNothingFitsFails)
 TEST(FilteredScene, OccurrencesOfWhichTheSameIsWantedShareACopy)
 {
     KVR::Scene const scene = Filtered({"part[visible and component.id=p1]"});
-    // The six read, and copies of the file, the top and one frame.
-    EXPECT_EQ(scene.Components().size(), 8U);
+    // The five read, and copies of the file, the top, one frame and, without their points, of both parts.
+    EXPECT_EQ(scene.Components().size(), 10U);
     EXPECT_EQ(SceneTotals::Of(scene).occurrences, 6U);
-    EXPECT_EQ(scene.FilteredGeometry(), 0U);
+    EXPECT_EQ(scene.FilteredGeometry(), 2U);
 }
 
 TEST(FilteredScene, PlacesThatTheWalkDoesNotHaveMeanNothing)

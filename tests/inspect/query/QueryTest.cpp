@@ -29,9 +29,10 @@ QueryScene& Gate()
         File({"top"}, "<StyleSet>" + Style("red", "1") + Style("black", "0") +
                           "</StyleSet><LayerSet><ILayer ID='l1' Label='Bolts'><LayerInfo ID='7'/><GeometryItems "
                           "Items='m1,bolt3,sub'/></ILayer></LayerSet>") +
-            Assembly("top", Instance("bolt1", "p1") +
-                                PlacedInstance("bolt2", "p1", "-1 0 0 0 0 1 0 0 0 0 1 0 0 0 0 1") +
-                                HiddenInstance("lid", "p2") + StyledInstance("sub", "inner", "red")) +
+            Assembly("top",
+                     Instance("bolt1", "p1") + PlacedInstance("bolt2", "p1", "-1 0 0 0 0 1 0 0 0 0 1 0 0 0 0 1") +
+                         HiddenInstance("lid", "p2") + StyledInstance("sub", "inner", "red"),
+                     "<Unit LengthUnit='kUnitType_Millimeter'/>") +
             Assembly("inner", Instance("bolt3", "p1") + Instance("lug", "p3") +
                                   PlacedInstance("loose", "p4", "2 0 0 9 0 2 0 0 0 0 2 0 0 0 0 1")) +
             Part("p1", Mesh("m1"),
@@ -233,7 +234,7 @@ TEST(Query, BackslashesAreForQuotationMarks)
 TEST(Query, ATextIsAnExpressionWhenItBeginsAsOne)
 {
     for (char const* const text : {"part[name=x]", "part [ not ( visible", "*[property[\"a\"]]", "[depth=2]",
-                                   "assembly > part", "file//part", "part[name", "*>*"})
+                                   "assembly > part", "file//part", "part[name", "*>*", "part[nam=x]", "[a <"})
         EXPECT_TRUE(Query::IsExpression(text)) << text;
     for (char const* const text : {"part", "part[1]", "*[1]", "M6*", "*", "bolt[name=x]", "a > b", "part[names]", "[x]",
                                    "> part", "//", "", "part or assembly", "part]", "not visible"})

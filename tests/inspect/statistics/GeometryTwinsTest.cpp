@@ -4,6 +4,7 @@
 
 #include <BRepBuilderAPI_Transform.hxx>
 #include <TopoDS_Shape.hxx>
+#include <gp_Ax1.hxx>
 #include <gp_Trsf.hxx>
 
 #include "framework/api/IObject.h"
