@@ -27,8 +27,11 @@
 #include "host/InfoCommand.h"
 #include "host/NotesCommand.h"
 #include "host/PictureCommand.h"
+#include "host/QueryArguments.h"
+#include "host/QueryCommand.h"
 #include "host/Signals.h"
 #include "host/StandardStreams.h"
+#include "host/StatsCommand.h"
 #include "host/TreeCommand.h"
 #include "host/ViewCommand.h"
 #include "host/ViewsCommand.h"
@@ -58,9 +61,9 @@ Commands MakeCommands(CLI::App& program)
 // All commands, in the order of the help.
 Commands AllCommands(CLI::App& program)
 {
-    return MakeCommands<InfoCommand, DumpCommand, TreeCommand, ViewsCommand, NotesCommand, ImportCommand, ExportCommand,
-                        ConvertCommand, ViewCommand, PictureCommand, CertifyCommand, CheckCommand, ExplainCommand,
-                        DiffCommand, HashCommand>(program);
+    return MakeCommands<InfoCommand, DumpCommand, TreeCommand, QueryCommand, StatsCommand, ViewsCommand, NotesCommand,
+                        ImportCommand, ExportCommand, ConvertCommand, ViewCommand, PictureCommand, CertifyCommand,
+                        CheckCommand, ExplainCommand, DiffCommand, HashCommand>(program);
 }
 
 void Describe(CLI::App& program)
@@ -74,6 +77,8 @@ void Describe(CLI::App& program)
         "  kvr info as1.xml\n"
         "  kvr explain as1.xml part1\n"
         "  kvr dump --summary as1.xml\n"
+        "  kvr query as1.xml 'part[name~\"*nut*\"]'\n"
+        "  kvr stats as1.xml\n"
         "  kvr views as1.xml\n"
         "  kvr notes as1.xml\n"
         "  kvr export as1.xml as1.glb\n"
@@ -167,6 +172,11 @@ int RunProgram(int argc, char const* const* argv)
     try
     {
         return ParseAndRun(argc, argv);
+    }
+    catch (ExpressionError const& error)
+    {
+        Complain(error.what() + (error.Lines().empty() ? "" : "\n" + error.Lines()));
+        return kExit_BadArguments;
     }
     catch (ArgumentError const& error)
     {
