@@ -202,8 +202,9 @@ void ExpectSame(OptionsOfCommands const& documented, OptionsOfCommands const& of
 
 TEST(Commands, EachHasAHelp)
 {
-    EXPECT_EQ(Set(Commands()), Names({"certify", "check", "convert", "dump", "explain", "export", "hash", "import", "info",
-                                      "notes", "picture", "query", "stats", "tree", "view", "views"}));
+    EXPECT_EQ(Set(Commands()),
+              Names({"certify", "check", "convert", "diff", "dump", "explain", "export", "hash", "import", "info",
+                     "notes", "picture", "query", "stats", "tree", "view", "views"}));
     for (std::string const& command : Commands())
     {
         ToolRun const run = RunTool({command, "--help"});
