@@ -139,6 +139,10 @@ class Verdicts(unittest.TestCase):
         self.assertEqual(verdict.findings["Rules"], {"K-1": 1, "K-2": 2})
         self.assertEqual(self.judge("check", 0, json.dumps({"Scenes": [scene]})).outcome, "passed")
 
+    def test_statistics_are_kept_without_their_lists(self):
+        out = json.dumps({"Components": [{"Name": "a"}, {"Name": "b"}], "All": {"Bytes": 7}})
+        self.assertEqual(self.judge("stats", 0, out).findings, {"Components": 2, "All": {"Bytes": 7}})
+
     def test_endings_that_are_no_answer(self):
         self.assertEqual(self.judge("check", -11).outcome, "crashed")
         self.assertIn("SIGSEGV", self.judge("check", -11).message)
