@@ -167,6 +167,10 @@ def main():
         program = prefix / "bin/kvr"
         if "l-bracket-assembly" not in run(program, "tree", scene):
             sys.exit("the installed program does not print the tree")
+        # It finds the program that stands beside it.
+        checked = run(prefix / "bin/kvr-batch", "check", scene, "--workers", "1", "--results", folder / "results")
+        if not checked.startswith("1 file: 1 passed"):
+            sys.exit("the installed kvr-batch does not check a scene")
     print("installed, moved, built against and run")
 
 
