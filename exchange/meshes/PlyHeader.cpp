@@ -93,13 +93,13 @@ std::size_t PlyHeader::SizeOf(Type type)
     return kSizes[static_cast<std::size_t>(type)];
 }
 
-std::size_t PlyHeader::Element::LeastSize(Form form) const
+std::size_t PlyHeader::Element::LeastSize(Form given) const
 {
-    std::size_t size = 0;
+    std::size_t least = 0;
     for (Property const& property : properties)
         // Of a text a digit and what parts it from the next.
-        size += form == Form::kText ? 2 : SizeOf(property.isList ? property.countType : property.type);
-    return size;
+        least += given == Form::kText ? 2 : SizeOf(property.isList ? property.countType : property.type);
+    return least;
 }
 
 PlyHeader PlyHeader::Of(std::string_view bytes)

@@ -42,7 +42,7 @@ struct PlyHeader
         std::vector<Property> properties;
 
         /// The fewest bytes that one takes.
-        std::size_t LeastSize(Form form) const;
+        std::size_t LeastSize(Form given) const;
     };
 
     Form form = Form::kText;

@@ -65,8 +65,14 @@ protected:
     {
         return {"export", m_folder.NarrowPathOf("scene.xml"), m_folder.NarrowPathOf("out.glb")};
     }
-    // Whether the program is at its work.
-    bool HasBegun() const { return HasWorkFolder(); }
+    // Whether the program is at its work: its folder has its lock, and a place for files.
+    bool HasBegun() const
+    {
+        std::vector<std::string> const names = NamesIn(m_folder.Path());
+        return std::any_of(names.begin(), names.end(),
+                           [&](std::string const& name)
+                           { return IsWorkFolder(name) && fs::exists(m_folder.NarrowPathOf(name + "/files")); });
+    }
     bool HasWorkFolder() const
     {
         std::vector<std::string> const names = NamesIn(m_folder.Path());

@@ -4,6 +4,7 @@
 #include <stdexcept>
 
 #include "exchange/certify/FactReaders.h"
+#include "exchange/certify/FactTexts.h"
 #include "exchange/certify/mesh/GltfBytes.h"
 #include "exchange/certify/scene/SceneMeshFacts.h"
 
@@ -79,20 +80,29 @@ public:
         json const& scene = m_bytes.At("scenes", m_bytes.Json().value("scene", json(0)));
         for (json const& node : scene.value("nodes", json::array()))
             Walk(m_bytes.At("nodes", node), std::to_string(node.get<std::size_t>()), place, {}, kNoOccurrence);
-        ReadLayers(scene);
+        if (m_isOwn && !m_isModel)
+            ReadOwn(scene.value("extras", json::object()), place);
         return std::move(m_facts);
     }
 
 private:
-    // As this project's export writes them.
-    void ReadLayers(json const& scene)
+    // Layers and views, as this project's export writes them.
+    void ReadOwn(json const& extras, FactPlace const& upright)
     {
-        if (!m_isOwn || m_isModel)
-            return;
         m_facts.tables[kTable_Layers];
-        for (json const& layer : scene.value("extras", json::object()).value("layers", json::array()))
+        for (json const& layer : extras.value("layers", json::array()))
             m_facts.Add(kTable_Layers, layer.value("label", ""), {},
                         static_cast<double>(layer.value("items", json::array()).size()));
+        m_facts.tables[kTable_Views];
+        for (json const& view : extras.value("views", json::array()))
+            if (json const cameras = view.value("cameraNodes", json::array()); !cameras.empty())
+            {
+                json const& node = m_bytes.At("nodes", cameras.front());
+                m_bytes.At("cameras", node.at("camera"));
+                FactPlace const place = upright * PlaceOfNode(node);
+                AddView(m_facts, view.value("label", ""), place.Of({}), place.OfDirection({0, 0, -1}),
+                        place.OfDirection({0, 1, 0}));
+            }
     }
 
     static constexpr std::size_t kNoOccurrence = static_cast<std::size_t>(-1);

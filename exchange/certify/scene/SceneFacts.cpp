@@ -225,7 +225,7 @@ private:
         IdSet const views = owner.ViewSet();
         for (unsigned long long i = 0; i < views.Size(); ++i)
             if (auto const* const view = dynamic_cast<IView const*>(m_producer.Load(views.At(i))))
-                AddSceneView(m_facts, m_producer, *view, m_roots);
+                AddSceneView(m_facts, m_producer, *view, m_roots, m_upright);
     }
 
     void AddGeometry(ModelFacts::Occurrence& occurrence, IGeometry& geometry, FactPlace const& place,

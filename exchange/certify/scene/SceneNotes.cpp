@@ -143,7 +143,8 @@ void AddSceneNote(ModelFacts& facts, IAnnotationCallout const& callout, double u
         facts.tables[kTable_NoteTexts][text].count = 1.0;
 }
 
-void AddSceneView(ModelFacts& facts, IProducer& producer, IView const& view, std::set<std::string> const& roots)
+void AddSceneView(ModelFacts& facts, IProducer& producer, IView const& view, std::set<std::string> const& roots,
+                  FactPlace const& upright)
 {
     std::string const name = TextOf(view.Label());
     IdSet const cameras = view.CameraSet();
@@ -153,10 +154,10 @@ void AddSceneView(ModelFacts& facts, IProducer& producer, IView const& view, std
             UnitTypeEnum stated = kUnitType_Unknown;
             double const metres = camera->LengthUnit(stated) == kIsValueSpecified_Yes ? MetresOf(stated) : 0.0;
             double const unit = metres > 0.0 ? metres * 1e3 : 1.0;
-            auto const place = [unit](Position const& p) {
-                return FactPoint{p.X() * unit, p.Y() * unit, p.Z() * unit};
+            auto const place = [&](Position const& p) {
+                return upright.Of({p.X() * unit, p.Y() * unit, p.Z() * unit});
             };
-            auto const direction = [](auto const& v) { return FactPoint{v[0], v[1], v[2]}; };
+            auto const direction = [&](auto const& v) { return upright.OfDirection({v[0], v[1], v[2]}); };
             AddView(facts, name, place(camera->CameraPosition()), direction(camera->CameraDirection()),
                     direction(camera->CameraUpDirection()));
             if (auto const* const section = dynamic_cast<ISectionCamera const*>(camera))

@@ -228,4 +228,22 @@ TEST(ExportBreaks, WhatAGlbFileHoldsIsCaught)
         ".glb");
 }
 
+TEST(ExportBreaks, WhatIsWrongWithAViewOfAGlbFileIsCaught)
+{
+    auto const view = [](tinygltf::Model& model) -> tinygltf::Node&
+    {
+        auto const camera =
+            std::find_if(model.nodes.begin(), model.nodes.end(), [](auto const& node) { return node.camera >= 0; });
+        if (camera == model.nodes.end())
+            throw std::runtime_error("there is no camera");
+        return *camera;
+    };
+    BreakBench const bench("iso14405_fig17a.stp");
+    bench.ExpectCaughtInExport(
+        {{"shifts a view", InGltf([=](tinygltf::Model& model) { view(model).matrix[12] += 0.01; }), "views"},
+         {"turns a view round", InGltf([=](tinygltf::Model& model) { view(model).matrix = {}; }), "views"},
+         {"forgets the views", InGltf([](tinygltf::Model& model) { model.scenes.front().extras = {}; }), "views"}},
+        ".glb");
+}
+
 }  // namespace KVR::Test
