@@ -4,9 +4,9 @@
 
 #include "exchange/ConvertModel.h"
 #include "host/CommonOptions.h"
+#include "host/Conclude.h"
 #include "host/ExportArguments.h"
 #include "host/LongWork.h"
-#include "output/SafeText.h"
 
 namespace KVR
 {
@@ -58,16 +58,7 @@ ExitStatus ViewCommand::Run()
     options.import.timeout = options.exportation.timeout = m_timeout;
     ConvertResult const result = Watched(
         !m_isQuiet, [&](Progress const& progress) { return ConvertModel(m_source, m_target, options, progress); });
-    if (result.outcome != Outcome::kDone)
-        return ComplainOf(result);
-    if (m_isQuiet)
-        return kExit_Good;
-    if (result.imported)
-        for (std::string const& remark : result.imported->remarks)
-            Complain(Escaped(m_source) + ": " + Escaped(remark));
-    for (std::string const& remark : result.exported.remarks)
-        Complain(Escaped(m_target) + ": " + remark);
-    return kExit_Good;
+    return Conclude(result, m_source, m_target, m_isQuiet);
 }
 
 }  // namespace KVR

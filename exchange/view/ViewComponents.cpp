@@ -3,6 +3,7 @@
 #include <array>
 #include <cmath>
 #include <cstdio>
+#include <map>
 #include <string>
 #include <type_traits>
 #include <unordered_set>
@@ -183,6 +184,17 @@ std::unordered_set<std::string_view> KnownIds(Scene const& scene, ViewIndex cons
     return ids;
 }
 
+// The ids of meshes by the level of detail that they refer to.
+std::map<std::string, ViewJson, std::less<>> MeshesOfLevels(Scene const& scene, ViewIndex const& index)
+{
+    std::map<std::string, ViewJson, std::less<>> meshes;
+    for (std::size_t const place : index.Components())
+        for (SceneGeometry const& geometry : scene.Components()[place].geometry)
+            if (UTF8String level; geometry.mesh && geometry.mesh->LODId(level) == kIsValueSpecified_Yes)
+                meshes[std::string(level.View())].push_back(geometry.id);
+    return meshes;
+}
+
 }  // namespace
 
 ViewJson ComponentsJson(Scene const& scene, ViewIndex const& index, ViewStyles const& styles)
@@ -243,7 +255,13 @@ ViewJson OrganisationJson(Scene const& scene, ViewIndex const& index, ViewStyles
                               items(entry, layer);
                           });
     json["groups"] = list(scene.Groups(), items);
-    json["lods"] = list(scene.Lods(), [](ViewJson&, SceneLod const&) {});
+    auto const levels = MeshesOfLevels(scene, index);
+    json["lods"] = list(scene.Lods(),
+                        [&](ViewJson& entry, SceneLod const& lod)
+                        {
+                            auto const found = levels.find(lod.id);
+                            entry["items"] = found == levels.end() ? ViewJson::array() : found->second;
+                        });
     return json;
 }
 

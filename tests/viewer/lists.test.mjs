@@ -1,7 +1,7 @@
 // The tree, its search and keys, the panel, notes and layers, as they are read out.
 import assert from 'node:assert/strict';
 import { after, test } from 'node:test';
-import { boxes, kBackground, kGrey, kRed } from './support/boxes.mjs';
+import { boxes, kBackground, kGreen, kGrey, kRed } from './support/boxes.mjs';
 import { Page, assertColor, finish, near } from './support/browser.mjs';
 
 after(finish);
@@ -127,7 +127,8 @@ const withLayers = () =>
         file.layers.push({ id: 'm', label: 'Off at first', number: 8, visible: false, items: ['grey'] });
         file.layers.push({ id: 'n', label: 'Sheets', number: 9, visible: true, items: ['plate-mesh'] });
         file.groups.push({ id: 'g', label: 'All boxes', items: ['box'] });
-        file.lods.push({ id: 'd', label: 'Coarse', description: 'for a look from afar' });
+        file.lods.push({ id: 'd', label: 'Coarse', description: 'for a look from afar', items: ['plate-mesh'] });
+        file.lods.push({ id: 'e', label: 'Fine', items: ['box-mesh'] });
     }, 'layers');
 
 test('layers and groups are switches', async () => {
@@ -152,11 +153,95 @@ test('layers and groups are switches', async () => {
     await page.close();
 });
 
+test('of levels of detail one is chosen, or all are shown', async () => {
+    const page = await Page.open(withLayers());
+    await page.press('1');
+    const [box, plate] = [
+        [10, 5, 5],
+        [30, 0, -2],
+    ];
+    await page.tab('Layers');
+    await page.click('radio', 'Coarse');
+    assertColor(await page.color(plate), kGreen);
+    assertColor(await page.color(box), kBackground);
+    await page.press('ArrowDown');
+    assertColor(await page.color(plate), kBackground);
+    assertColor(await page.color(box), kRed);
+    // A layer that is off stays off.
+    assertColor(await page.color([50, 5, 5]), kBackground);
+    await page.press('l');
+    const hash = await page.run(() => location.hash);
+    assert.match(hash, /on=level:e/);
+    await page.click('radio', 'All levels');
+    assertColor(await page.color(plate), kGreen);
+    assertColor(await page.color(box), kRed);
+    await page.close();
+    const again = await Page.open(withLayers(), { hash: `${hash}&off=layer:l&on=layer:m&on=level:nobody` });
+    await again.tab('Layers');
+    assert.ok(await again.run(() => document.querySelector('[role=radiogroup] li:nth-child(3) input').checked));
+    assertColor(await again.color(plate), kBackground);
+    assertColor(await again.color(box), kBackground);
+    assertColor(await again.color([50, 5, 5]), kGrey);
+    await again.close();
+});
+
+test('everything that is known of a choice is in the panel', async () => {
+    const page = await Page.open(
+        boxes((file) => {
+            file.components[1].unit = { name: 'centimeter', symbol: 'cm', metres: 0.01 };
+            file.components[1].persistentId = 'part-7';
+            file.components[1].fileProperties = { author: 'Ada', partNumber: '4711' };
+            file.components[1].density = 7850;
+            file.components[0].placements[1].style = 1;
+            file.components[0].placements[1].properties = [['Serial', 'S-1']];
+            Object.assign(file.geometry[0], { vertices: 24, faceCount: 6, edgeCount: 12 });
+        }, 'known'),
+    );
+    await (await page.find('tree', 'Occurrences')).focus();
+    await page.press('ArrowDown', 'ArrowDown', 'Enter');
+    const said = await page.page.$$eval('.panel dt', (all) =>
+        all.map((one) => `${one.textContent}: ${one.nextElementSibling.textContent}`),
+    );
+    for (const line of [
+        'Id: red',
+        'Id: box-mesh',
+        'Persistent id: part-7',
+        'Unit: centimeter',
+        'Style: style1 (#3366e6, 50 %)',
+        'Serial: S-1',
+        'Material: Steel',
+        'Author: Ada',
+        'Part number: 4711',
+        'Density: 7850 kg/m\u00b3',
+        'Triangles: 12',
+        'Vertices: 24',
+        'Faces: 6',
+        'Edges: 12',
+        'Mass: 0.00785 kg',
+        'Box from: 5 mm, 5 mm, 0 mm',
+        'Box to: 15 mm, 15 mm, 10 mm',
+    ]) {
+        assert.ok(said.includes(line), `${line} in ${said.join('\n')}`);
+    }
+    await page.close();
+});
+
 const withNote = () =>
-    boxes((file, scene) => {
+    boxes((file, scene, glb) => {
+        glb.json.meshes.push({
+            primitives: [
+                {
+                    mode: 1,
+                    attributes: { POSITION: glb.floats([0, 0, 25, -4, 0, 25]) },
+                    indices: glb.whole([0, 1]),
+                    extras: { role: 'lines' },
+                },
+            ],
+        });
         const geometry =
             file.geometry.push({
                 kind: 'note',
+                mesh: glb.json.meshes.length - 1,
                 class: 'IAnnotationCallout',
                 id: 'note',
                 label: 'Flat',
@@ -203,16 +288,28 @@ test('notes stand in their planes, with a list that shows what they point at', a
     await page.press('2');
     assert.ok((await ink(page, [25, 5, 20], 90)) > 100, 'from behind it is written, too');
     await page.press('1');
+    // The red box stands at 5: so does what is drawn of its note.
+    const leader = [3, 5, 25];
+    assertColor(await page.color(leader), [0, 0, 0]);
     await page.tab('Notes (1)');
     assert.ok((await page.text('.side')).includes('MMMM \u00b7 second line'));
     const before = await page.color([10, 5, 5]);
     await page.page.click('.page:not([hidden]) .entry');
     await page.settle();
     assert.ok(!near(await page.color([10, 5, 5]), before, 15), 'what it points at is lit');
-    assert.match(await page.text('.panel'), /Note.*Text.*MMMM.*tolerance/s);
+    assert.match(await page.text('.panel'), /Note.*Text.*MMMM.*tolerance.*Points atBox mesh, face 2/s);
+    const { target } = await page.camera();
+    await page.drag([10, 5, 5], [900, 0], 'right');
+    await page.page.click('.page:not([hidden]) .entry');
+    await page.settle();
+    assert.ok((await page.camera()).target[0] < target[0], 'what is out of sight is fetched');
+    await page.press('1');
     await page.press('Escape');
     await page.click('checkbox', 'Show notes');
     assert.ok((await ink(page, [5, 5, 20], 90)) < written / 4);
+    assertColor(await page.color(leader), kBackground);
+    await page.press('n');
+    assertColor(await page.color(leader), [0, 0, 0]);
     await page.close();
 });
 

@@ -43,7 +43,7 @@ const hostile = () =>
             scene.place(part, { id: text, label: text, at: [12 * i, 40, 0] });
             file.layers.push({ id: text, label: text, description: text, visible: true, items: [text] });
             file.groups.push({ id: text, label: text, items: [text, 'nobody'] });
-            file.lods.push({ id: text, label: text, description: text });
+            file.lods.push({ id: text, label: text, description: text, items: [text] });
             file.views.push({ id: text, label: text, cameras: [] });
             file.notes.push({
                 geometry: 0,

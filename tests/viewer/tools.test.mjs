@@ -82,6 +82,8 @@ test('a section by a face', async () => {
     await page.press('5', 'c');
     await page.click('button', 'By a face');
     await page.clickAt([30, 2, 0]);
+    // The plate is cut just below its upper side, and filled.
+    assert.ok((await hatched(page, kGreen, [1, 1, 0], [59, 19, 0])) > 1000);
     await page.press('1');
     assertColor(await page.color([10, 5, 5]), kBackground);
     assertColor(await page.color([30, 0, -2]), kGreen);
@@ -140,6 +142,40 @@ test('edges and faces have lengths, areas, angles', async () => {
     assert.deepEqual(await result(page, 'Area'), ['100 mm\u00b2', '240 mm\u00b2']);
     assert.deepEqual(await result(page, 'Distance'), ['5 mm']);
     assert.deepEqual(await result(page, 'Angle'), ['0\u00b0']);
+    await page.close();
+});
+
+test('a round edge has its radius, and of two the distance of their centres', async () => {
+    const known = { curve: Array(12).fill('line'), radius: Array(12).fill(null), center: Array(12).fill(null) };
+    Object.assign(known.curve, { 4: 'circle', 5: 'circle' });
+    Object.assign(known.radius, { 4: 12.5, 5: 7 });
+    Object.assign(known.center, { 4: [0, 0, 0], 5: [0, 0, 40] });
+    const page = await Page.open(boxes((file) => (file.geometry[0].edges = known), 'round'));
+    await page.press('1', 'm');
+    const modes = await page.page.$$('.segments button');
+    await modes[1].click();
+    // The upper front edge, and the one on its right.
+    await page.clickAt([10, 5, 9.9]);
+    assert.deepEqual(await result(page, 'Edge'), ['circle']);
+    assert.deepEqual(await result(page, 'Radius'), ['12.5 mm']);
+    await page.press('5');
+    await page.clickAt([14.7, 12, 10]);
+    await page.press('1');
+    assert.deepEqual(await result(page, 'Radius'), ['12.5 mm', '7 mm']);
+    assert.deepEqual(await result(page, 'Between centres'), ['40 mm']);
+    await page.close();
+});
+
+test('faces at an angle, and what the panel knows of an edge', async () => {
+    const page = await Page.open(boxes());
+    await page.press('7', 'm');
+    const modes = await page.page.$$('.segments button');
+    await modes[2].click();
+    await page.clickAt([10, 10, 10]);
+    await page.clickAt([10, 5, 5]);
+    assert.deepEqual(await result(page, 'Angle'), ['90\u00b0']);
+    await page.click('button', 'Clear');
+    assert.deepEqual(await result(page, 'Angle'), []);
     await page.close();
 });
 
@@ -203,6 +239,31 @@ test('a saved view brings camera, members, styles and sections', async () => {
     assert.ok(near((await page.camera()).direction, [0, 0, -1], 1e-9));
     assertColor(await page.color([47, 10, 10]), kGrey);
     await page.close();
+});
+
+test('the change to a view is animated, unless that is not wanted', async () => {
+    for (const [motion, isAnimated] of [
+        ['no-preference', true],
+        ['reduce', false],
+    ]) {
+        const page = await Page.open(withView(), { motion });
+        await page.tab('Views');
+        await page.run(() => {
+            window.seen = [];
+            const look = () => {
+                window.seen.push(window.kvrView.camera().eye.join());
+                requestAnimationFrame(look);
+            };
+            look();
+        });
+        const [open] = await page.page.$$('.page:not([hidden]) .entry');
+        await open.click();
+        await page.settle();
+        const eyes = await page.run(() => new Set(window.seen).size);
+        // Where it began, and where it ends.
+        assert.ok(isAnimated ? eyes > 2 : eyes === 2, `${motion}: ${eyes}`);
+        await page.close();
+    }
 });
 
 test('a member of a view is moved and has the style of the view', async () => {

@@ -84,7 +84,7 @@ export class App {
         }
         const views = new SavedViews(model, this.state, this.placing, this.picture);
         this.notes = new NoteList(model, this.state, (index) => this.chooseNote(index));
-        this.links = new Links(model, this.state, this.placing, views, this.picture);
+        this.links = new Links(model, this.state, this.placing, views, layers, this.picture);
         this.tabs.add('Tree', this.tree.box);
         this.tabs.add('Views', views.box);
         this.tabs.add(
@@ -268,6 +268,9 @@ export class App {
             this.drawing.update();
         }
         this.edges?.show(details, [0.93, 0.38, 0.07, 0.6]);
+        if (this.picture && !this.picture.isInSight(this.state.selection)) {
+            this.fit();
+        }
     }
 
     private showDetail(): void {
@@ -335,7 +338,9 @@ export class App {
 
     private key(event: KeyboardEvent): void {
         const target = event.target as HTMLElement;
-        const isText = target.matches('input:not([type=checkbox]):not([type=range]), textarea, select');
+        const isText = target.matches(
+            'input:not([type=checkbox]):not([type=radio]):not([type=range]), textarea, select',
+        );
         if (event.altKey || event.ctrlKey || event.metaKey || isText || this.help.box.open) {
             return;
         }

@@ -11,8 +11,6 @@ export interface PageNumbers {
     project(point: Triple): Triple;
     camera(): unknown;
     totals(): { calls: number; pairs: number; triangles: number; trianglesDrawn: number };
-    /// Milliseconds of one drawing, waited for.
-    timed(): number;
     frames(): number;
     firstPicture: number;
     isMoving(): boolean;
@@ -44,7 +42,6 @@ async function start(host: HTMLElement): Promise<void> {
             ...(picture?.batches.totals() ?? { pairs: 0, triangles: 0 }),
             trianglesDrawn: picture?.trianglesDrawn ?? 0,
         }),
-        timed: () => picture?.timed() ?? 0,
         frames: () => picture?.frames ?? 0,
         firstPicture: performance.now(),
         isMoving: () => picture?.isMoving ?? false,

@@ -14,7 +14,7 @@ export const { PNG } = require('pngjs');
 export const pixelmatch = (await import(pathToFileURL(require.resolve('pixelmatch')))).default;
 
 export const kTool = process.env.KVR_TOOL ?? join(root, 'build/release/bin/kvr');
-export const kTemplate = process.env.KVR_VIEWER_PAGE ?? join(root, 'viewer/dist/template.html');
+export const kTemplate = process.env.KVR_VIEWER_PAGE ?? join(root, 'build/release/viewer/template.html');
 export const kExamples = join(root, 'examples');
 
 export const folder = mkdtempSync(join(tmpdir(), 'kvr-viewer-'));
@@ -32,6 +32,8 @@ const browser = await puppeteer.launch({
         '--disable-lcd-text',
     ],
 });
+
+export const processId = browser.process().pid;
 
 /// Ends the browser; for the last of a file's tests.
 export async function finish() {

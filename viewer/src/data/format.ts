@@ -126,7 +126,7 @@ export interface LevelOfDetail {
     id: string;
     label: string;
     description?: string;
-    items?: string[];
+    items: string[];
 }
 
 export interface Plane {
@@ -176,7 +176,7 @@ export interface NoteText {
 }
 
 export interface NoteTarget {
-    id: string;
+    id?: string;
     kind?: string;
     label?: string;
     geometry?: number;

@@ -1,5 +1,6 @@
 // The state of the page as a link: #view=..&path=a/b/c&cut=x:12.5
 import type { Triple } from '../data/format';
+import type { Layers } from '../panels/layers';
 import { sameNode, type Node, type SceneModel } from '../scene/model';
 import type { Picture } from '../scene/picture';
 import type { Placing } from '../scene/placing';
@@ -24,6 +25,7 @@ export class Links {
         private readonly state: SceneState,
         private readonly placing: Placing,
         private readonly views: SavedViews,
+        private readonly layers: Layers,
         private readonly picture: Picture | null,
     ) {}
 
@@ -71,6 +73,7 @@ export class Links {
         view && add('view', encodeURIComponent(view.id));
         state.cuts.forEach((cut) => add('cut', this.cutText(cut)));
         view && state.cuts.length === 0 && add('cut', 'none');
+        this.layers.changes().forEach(([name, value]) => add(name, value));
         state.explosion > 0 && add('explode', digits(state.explosion));
         state.selection.forEach((node) => add('path', this.pathText(model.path(node))));
         this.addVisibility(add);
@@ -137,6 +140,7 @@ export class Links {
         nodes('show').forEach((node) => set(node, 1));
         nodes('ghost').forEach(({ occurrence }) => (this.state.ghost[occurrence] = 1));
         const explosion = Number(all('explode')[0] ?? 0);
+        this.layers.restore(said.filter(([name]) => name === 'on' || name === 'off'));
         this.state.explosion = explosion > 0 && explosion <= 1 ? explosion : 0;
         this.state.resolve();
         this.placing.update();

@@ -48,7 +48,7 @@ export class NoteDrawing {
         private readonly picture: Picture,
     ) {
         picture.drawing.add(this.group);
-        for (const topic of ['visibility', 'placement', 'notes'] as const) {
+        for (const topic of ['visibility', 'placement'] as const) {
             state.on(topic, () => this.update());
         }
     }
@@ -63,15 +63,11 @@ export class NoteDrawing {
     update(): void {
         emptyGroup(this.group);
         this.piles.clear();
-        if (this.state.notesShown) {
-            this.model.file.notes.forEach((note, index) => {
-                const items = this.itemsOf(note).filter((item) => this.state.itemShown[item]);
-                // A note that occurs everywhere is written some times only.
-                items
-                    .slice(0, 20)
-                    .forEach((item) => note.plane && !this.isLettered(item) && this.write(note, index, item));
-            });
-        }
+        this.model.file.notes.forEach((note, index) => {
+            const items = this.itemsOf(note).filter((item) => this.state.itemShown[item]);
+            // A note that occurs everywhere is written some times only.
+            items.slice(0, 20).forEach((item) => note.plane && !this.isLettered(item) && this.write(note, index, item));
+        });
         this.picture.invalidate();
     }
 

@@ -57,7 +57,8 @@ export class NoteList {
 
     setShown(shown: boolean): void {
         this.state.notesShown = shown;
-        this.state.tell('notes');
+        this.state.resolve();
+        this.state.tell('visibility', 'notes');
     }
 
     private row(note: Note, index: number): HTMLElement {

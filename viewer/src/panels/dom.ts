@@ -70,6 +70,14 @@ export function checkbox(name: string, checked: boolean, change: (checked: boole
     return element('label', { class: 'check' }, box, element('span', { text: name }));
 }
 
+/// One of several labelled switches, of which one is on: those of a group.
+export function radio(name: string, group: string, checked: boolean, choose: () => void): HTMLLabelElement {
+    const dot = element('input', { attributes: { type: 'radio', name: group } });
+    dot.checked = checked;
+    dot.addEventListener('change', choose);
+    return element('label', { class: 'check' }, dot, element('span', { text: name }));
+}
+
 export function slider(
     name: string,
     range: { low: number; high: number; step: number | 'any'; value: number },

@@ -1,10 +1,13 @@
 // All that is known of what is selected, in groups, for the panel and as JSON.
-import type { Geometry, Property } from '../data/format';
+import type { Geometry, NoteTarget, Property } from '../data/format';
 import { count, figure } from '../data/text';
 import type { Units } from '../measure/units';
 import type { Node, SceneModel } from '../scene/model';
 import type { Placing } from '../scene/placing';
 import type { Detail, SceneState } from '../scene/state';
+
+/// Of the faces or edges that a note points at so many are named.
+const kMostNumbers = 8;
 
 export interface Group {
     title: string;
@@ -61,7 +64,7 @@ export class FactsOf {
                 add('Text', note.text?.map((line) => line.map(({ text }) => text).join('')).join('\n'));
                 add('Kind', note.kind);
                 for (const target of note.targets ?? []) {
-                    add('Points at', target, target.label || target.id);
+                    add('Points at', target, this.nameOfTarget(target));
                 }
                 if (note.details && typeof note.details === 'object') {
                     Object.entries(note.details).forEach(([name, value]) =>
@@ -69,6 +72,16 @@ export class FactsOf {
                     );
                 }
             });
+    }
+
+    private nameOfTarget({ id, label, geometry, faces = [], edges = [] }: NoteTarget): string {
+        const whole = geometry === undefined ? label || (id ?? '') : this.model.name({ occurrence: 0, geometry });
+        const parts = [
+            ...faces.slice(0, kMostNumbers).map((number) => `face ${number}`),
+            ...edges.slice(0, kMostNumbers).map((number) => `edge ${number}`),
+        ];
+        const more = faces.length + edges.length - parts.length;
+        return [whole, ...parts, more > 0 && `and ${more} more`].filter(Boolean).join(', ');
     }
 
     private detail(facts: Facts, { item, kind, number }: Detail): void {

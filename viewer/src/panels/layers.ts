@@ -3,17 +3,26 @@ import type { Layer, LevelOfDetail } from '../data/format';
 import { shownInLine } from '../data/text';
 import type { Node, SceneModel } from '../scene/model';
 import type { SceneState } from '../scene/state';
-import { button, checkbox, element } from './dom';
+import { button, checkbox, element, radio } from './dom';
+
+type Kind = 'layer' | 'group' | 'level';
 
 interface Switch {
+    kind: Kind;
+    id: string;
     members: { occurrences: number[]; items: number[] };
     nodes: Node[];
+    /// Of a level, whether it is the one that is chosen.
     isOn: boolean;
+    isOnAtFirst: boolean;
+    input: HTMLInputElement;
 }
 
 export class Layers {
     readonly box = element('div', { class: 'tab-body scrolls' });
     private readonly switches: Switch[] = [];
+    /// That of all levels of detail together.
+    private allLevels: HTMLInputElement | null = null;
     private readonly byId = new Map<string, { occurrences: number[]; items: number[] }>();
 
     constructor(
@@ -22,12 +31,14 @@ export class Layers {
     ) {
         const { layers, groups, lods } = model.file;
         if (layers.length + groups.length + lods.length === 0) {
-            this.box.append(element('p', { class: 'hint', text: 'The scene has neither layers nor groups.' }));
+            this.box.append(
+                element('p', { class: 'hint', text: 'The scene has no layers, groups or levels of detail.' }),
+            );
             return;
         }
         this.index();
-        this.add('Layers', layers);
-        this.add('Groups', groups);
+        this.add('Layers', 'layer', layers);
+        this.add('Groups', 'group', groups);
         this.addLevels(lods);
         this.apply(false);
     }
@@ -53,11 +64,17 @@ export class Layers {
         }
     }
 
-    private entry(name: string, more: string, ids: string[], isOn: boolean): HTMLElement {
+    private entry(
+        kind: Kind,
+        { id, label, items: ids }: Layer | LevelOfDetail,
+        more: string,
+        isOn: boolean,
+    ): HTMLElement {
+        const name = label || id;
         const occurrences: number[] = [];
         const items: number[] = [];
-        for (const id of ids) {
-            const found = this.byId.get(id);
+        for (const one of ids) {
+            const found = this.byId.get(one);
             found?.occurrences.forEach((o) => occurrences.push(o));
             found?.items.forEach((i) => items.push(i));
         }
@@ -66,12 +83,16 @@ export class Layers {
             ...occurrences.map((o): Node => ({ occurrence: o, geometry: -1 })),
             ...items.map((i): Node => ({ occurrence: occurrence[i], geometry: geometry[i] })),
         ];
-        const made: Switch = { members: { occurrences, items }, nodes, isOn };
+        const box =
+            kind === 'level'
+                ? radio(shownInLine(name), 'level', false, () => this.choose(made))
+                : checkbox(shownInLine(name), isOn, (checked) => {
+                      made.isOn = checked;
+                      this.apply(true);
+                  });
+        const input = box.control as HTMLInputElement;
+        const made: Switch = { kind, id, members: { occurrences, items }, nodes, isOn, isOnAtFirst: isOn, input };
         this.switches.push(made);
-        const box = checkbox(shownInLine(name), isOn, (checked) => {
-            made.isOn = checked;
-            this.apply(true);
-        });
         const select = button(
             'Select',
             () => {
@@ -92,49 +113,70 @@ export class Layers {
         );
     }
 
-    private add(title: string, layers: Layer[]): void {
+    private add(title: string, kind: Kind, layers: Layer[]): void {
         if (layers.length > 0) {
             const list = element('ul', { class: 'entries', attributes: { 'aria-label': title } });
             for (const layer of layers.slice(0, 5000)) {
                 const number = layer.number === undefined ? '' : `${layer.number}`;
                 const more = [number, shownInLine(layer.description ?? '', 60)].filter(Boolean).join(' \u00b7 ');
-                list.append(this.entry(layer.label || layer.id, more, layer.items, layer.visible !== false));
+                list.append(this.entry(kind, layer, more, layer.visible !== false));
             }
             this.box.append(element('h3', { text: title }), list);
         }
     }
 
+    // Of levels one is chosen, or all are shown together.
     private addLevels(levels: LevelOfDetail[]): void {
         if (levels.length > 0) {
-            const list = element('ul', { class: 'entries', attributes: { 'aria-label': 'Levels of detail' } });
-            for (const level of levels) {
-                const name = level.label || level.id;
-                const more = shownInLine(level.description ?? '', 60);
-                list.append(
-                    level.items
-                        ? this.entry(name, more, level.items, true)
-                        : element(
-                              'li',
-                              { class: 'switch' },
-                              element('span', { text: shownInLine(name) }),
-                              element('span', { class: 'entry-more', text: more }),
-                          ),
-                );
+            const attributes = { role: 'radiogroup', 'aria-label': 'Levels of detail' };
+            const all = radio('All levels', 'level', true, () => this.choose(null));
+            this.allLevels = all.control as HTMLInputElement;
+            const list = element('ul', { class: 'entries', attributes }, element('li', { class: 'switch' }, all));
+            for (const level of levels.slice(0, 5000)) {
+                list.append(this.entry('level', level, shownInLine(level.description ?? '', 60), false));
             }
             this.box.append(element('h3', { text: 'Levels of detail' }), list);
         }
     }
 
+    private choose(level: Switch | null): void {
+        this.switches.filter(({ kind }) => kind === 'level').forEach((one) => (one.isOn = one === level));
+        this.apply(true);
+    }
+
     private apply(tell: boolean): void {
         this.state.occurrenceSwitched.fill(1);
         this.state.itemSwitched.fill(1);
-        for (const { members, isOn } of this.switches) {
-            if (!isOn) {
-                members.occurrences.forEach((o) => (this.state.occurrenceSwitched[o] = 0));
-                members.items.forEach((i) => (this.state.itemSwitched[i] = 0));
-            }
-        }
+        const set = ({ members }: Switch, to: number): void => {
+            members.occurrences.forEach((o) => (this.state.occurrenceSwitched[o] = to));
+            members.items.forEach((i) => (this.state.itemSwitched[i] = to));
+        };
+        // What is in several levels goes with the one that is chosen.
+        const levels = this.switches.filter(({ kind }) => kind === 'level');
+        const chosen = levels.find(({ isOn }) => isOn);
+        chosen && levels.forEach((level) => set(level, 0));
+        chosen && set(chosen, 1);
+        this.switches.filter(({ kind, isOn }) => kind !== 'level' && !isOn).forEach((one) => set(one, 0));
         this.state.resolve();
         tell && this.state.tell('visibility');
+    }
+
+    /// What differs from how the scene has it: names and values of a link.
+    changes(): [string, string][] {
+        return this.switches
+            .filter(({ isOn, isOnAtFirst }) => isOn !== isOnAtFirst)
+            .map(({ kind, id, isOn }) => [isOn ? 'on' : 'off', `${kind}:${encodeURIComponent(id)}`]);
+    }
+
+    /// Sets all as the scene has it, but for what a link says.
+    restore(changes: [string, string][]): void {
+        for (const one of this.switches) {
+            const change = changes.find(([, value]) => value === `${one.kind}:${encodeURIComponent(one.id)}`);
+            one.isOn = change ? change[0] === 'on' : one.isOnAtFirst;
+            one.input.checked = one.isOn;
+        }
+        const isChosen = this.switches.some(({ kind, isOn }) => kind === 'level' && isOn);
+        this.allLevels && (this.allLevels.checked = !isChosen);
+        this.apply(false);
     }
 }

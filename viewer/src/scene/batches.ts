@@ -1,97 +1,17 @@
 // Instanced drawing: each primitive of a mesh is one call for all of its opaque occurrences, and one for all that are
 // transparent.
-import {
-    BufferAttribute,
-    Group,
-    InstancedBufferAttribute,
-    InstancedBufferGeometry,
-    LineSegments,
-    Mesh,
-    Points,
-    type RawShaderMaterial,
-} from 'three';
+import { Group, type RawShaderMaterial } from 'three';
 import type { Triple } from '../data/format';
 import type { Primitive } from '../data/geometry';
+import { Bucket, Corners } from './bucket';
+import type { Camera } from './camera';
+import { cellOf, CoarseForms, type Surface } from './coarse';
 import { colorOf } from './looks';
 import { instanceMaterial, type SharedUniforms } from './materials';
 import type { SceneModel } from './model';
 import type { Placing } from './placing';
 import type { SceneState } from './state';
-import { dot } from './transform';
-
-type Drawn = Mesh<InstancedBufferGeometry, RawShaderMaterial>;
-
-/// What of a primitive is drawn in one call.
-class Bucket {
-    readonly drawn: Drawn;
-    private rows: InstancedBufferAttribute[] = [];
-    private paint!: InstancedBufferAttribute;
-    private mark?: InstancedBufferAttribute;
-    items: number[] = [];
-
-    constructor(
-        private readonly geometry: InstancedBufferGeometry,
-        primitive: Primitive,
-        /// How many items it may have.
-        private readonly most: number,
-    ) {
-        const make = primitive.role === 'faces' ? Mesh : primitive.role === 'points' ? Points : LineSegments;
-        this.drawn = new (make as unknown as new (g: InstancedBufferGeometry) => Drawn)(geometry);
-        this.drawn.frustumCulled = false;
-        this.drawn.matrixAutoUpdate = false;
-    }
-
-    // For all occurrences at once: an attribute cannot grow.
-    private reserve(size: number): void {
-        if (this.mark) {
-            return;
-        }
-        this.rows = [0, 1, 2].map(() => new InstancedBufferAttribute(new Float32Array(4 * size), 4));
-        this.paint = new InstancedBufferAttribute(new Uint8Array(4 * size), 4, true);
-        this.mark = new InstancedBufferAttribute(new Uint8Array(size), 1, false);
-        this.rows.forEach((row, i) => this.geometry.setAttribute(`row${i}`, row));
-        this.geometry.setAttribute('paint', this.paint);
-        this.geometry.setAttribute('mark', this.mark);
-    }
-
-    fill(items: number[], colors: Uint8Array): void {
-        this.items = items;
-        this.drawn.visible = items.length > 0;
-        this.geometry.instanceCount = items.length;
-        if (items.length > 0) {
-            this.reserve(this.most);
-            (this.paint.array as Uint8Array).set(colors.subarray(0, 4 * items.length));
-            this.paint.needsUpdate = true;
-        }
-    }
-
-    place(numbers: Float64Array, middle: Triple): void {
-        this.items.forEach((item, i) => {
-            for (let row = 0; row < 3; ++row) {
-                const from = 12 * item + 4 * row;
-                const to = this.rows[row].array as Float32Array;
-                to[4 * i] = numbers[from];
-                to[4 * i + 1] = numbers[from + 1];
-                to[4 * i + 2] = numbers[from + 2];
-                to[4 * i + 3] = numbers[from + 3] - middle[row];
-            }
-        });
-        this.rows.forEach((row) => (row.needsUpdate = true));
-    }
-
-    highlight(marks: Uint8Array): void {
-        const { mark } = this;
-        let changed = false;
-        for (let i = 0; mark && i < this.items.length; ++i) {
-            const is = marks[this.items[i]];
-            changed ||= mark.array[i] !== is;
-            mark.array[i] = is;
-        }
-        if (mark && changed) {
-            mark.needsUpdate = true;
-        }
-    }
-}
+import { plus } from './transform';
 
 interface Batch {
     primitive: Primitive;
@@ -109,6 +29,9 @@ export class Batches {
     private readonly materials = new Map<string, RawShaderMaterial>();
     private readonly marks: Uint8Array;
     private cuts = 0;
+    private isLight = false;
+    private readonly forms = new CoarseForms();
+    private readonly cornersOf = new WeakMap<Surface, Corners>();
 
     constructor(
         private readonly model: SceneModel,
@@ -128,20 +51,8 @@ export class Batches {
     }
 
     private add(primitive: Primitive, mesh: number): void {
-        const shared = {
-            position: new BufferAttribute(primitive.positions, 3),
-            normal: primitive.normals ? new BufferAttribute(primitive.normals, 3) : null,
-            index: primitive.indices ? new BufferAttribute(primitive.indices, 1) : null,
-        };
-        const bucket = (): Bucket => {
-            const geometry = new InstancedBufferGeometry();
-            geometry.setAttribute('position', shared.position);
-            if (shared.normal) {
-                geometry.setAttribute('normal', shared.normal);
-            }
-            geometry.setIndex(shared.index);
-            return new Bucket(geometry, primitive, this.model.itemsOfMesh[mesh].length);
-        };
+        const corners = new Corners(primitive);
+        const bucket = (): Bucket => new Bucket(corners, primitive.role, this.model.itemsOfMesh[mesh].length);
         const batch = { primitive, mesh, opaque: bucket(), clear: bucket() };
         batch.opaque.drawn.renderOrder = primitive.role === 'faces' ? 0 : 1;
         batch.clear.drawn.renderOrder = primitive.role === 'faces' ? 4 : 5;
@@ -152,10 +63,17 @@ export class Batches {
     private material(primitive: Primitive, transparent: boolean, uneven: boolean): RawShaderMaterial {
         const { role } = primitive;
         const smooth = role === 'faces' && primitive.normals !== null;
-        const key = `${role} ${smooth} ${transparent} ${uneven} ${this.cuts}`;
+        const key = `${role} ${smooth} ${transparent} ${uneven} ${this.cuts} ${this.isLight}`;
         let material = this.materials.get(key);
         if (!material) {
-            material = instanceMaterial(this.shared, { role, smooth, uneven, transparent, cuts: this.cuts });
+            material = instanceMaterial(this.shared, {
+                role,
+                smooth,
+                uneven,
+                transparent,
+                cuts: this.cuts,
+                light: this.isLight,
+            });
             this.materials.set(key, material);
         }
         return material;
@@ -183,7 +101,6 @@ export class Batches {
             batch.opaque.fill(opaque, colors[0]);
             batch.clear.fill(clear, colors[1]);
         }
-        this.dress();
         this.placeItems();
         this.highlight();
     }
@@ -191,9 +108,10 @@ export class Batches {
     /// After a change of places. Numbers may be those of an animation.
     placeItems(numbers: Float64Array = this.placing.items): void {
         for (const { opaque, clear } of this.batches) {
-            opaque.items.length && opaque.place(numbers, this.middle);
-            clear.items.length && clear.place(numbers, this.middle);
+            opaque.items.length && opaque.place(this.placing, numbers, this.middle);
+            clear.items.length && clear.place(this.placing, numbers, this.middle);
         }
+        this.dress();
     }
 
     /// After a change of what is selected or hovered.
@@ -220,22 +138,62 @@ export class Batches {
         this.dress();
     }
 
-    // Whether normals do not simply turn with the places of these items.
-    private isUneven(items: number[]): boolean {
-        const m = this.placing.items;
-        return items.some((item) => {
-            const [a, b, c] = [0, 1, 2].map((k) => [m[12 * item + k], m[12 * item + 4 + k], m[12 * item + 8 + k]]);
-            const most = 1e-3 * dot(a, a);
-            const differs = Math.abs(dot(a, a) - dot(b, b)) > most || Math.abs(dot(a, a) - dot(c, c)) > most;
-            return differs || Math.abs(dot(a, b)) > most || Math.abs(dot(b, c)) > most || Math.abs(dot(a, c)) > most;
-        });
-    }
-
     private dress(): void {
         for (const { primitive, opaque, clear } of this.batches) {
-            opaque.drawn.material = this.material(primitive, false, this.isUneven(opaque.items));
-            clear.drawn.material = this.material(primitive, true, this.isUneven(clear.items));
+            opaque.drawn.material = this.material(primitive, false, opaque.isUneven);
+            clear.drawn.material = this.material(primitive, true, clear.isUneven);
         }
+    }
+
+    /// Draws with less work: without edges if they are not wanted, and shapes so many pixels off.
+    reduce(step: { edges: boolean; pixels: number }, camera: Camera): void {
+        this.edges.visible = step.edges;
+        this.lighten(!step.edges);
+        this.forms.forget();
+        for (const { primitive, mesh, opaque, clear } of this.batches) {
+            if (primitive.role === 'faces') {
+                this.coarsen(opaque, primitive, mesh, step.pixels, camera);
+                this.coarsen(clear, primitive, mesh, step.pixels, camera);
+            }
+        }
+    }
+
+    /// Draws all there is.
+    restore(): void {
+        this.edges.visible = true;
+        this.lighten(false);
+        this.batches.forEach(({ opaque, clear }) => [opaque, clear].forEach((bucket) => bucket.show(null)));
+    }
+
+    /// Takes some time for what `reduce` lacked; whether nothing is lacking any more.
+    prepare(milliseconds: number): boolean {
+        this.forms.work(milliseconds);
+        return this.forms.isComplete;
+    }
+
+    private lighten(isLight: boolean): void {
+        if (isLight !== this.isLight) {
+            this.isLight = isLight;
+            this.dress();
+        }
+    }
+
+    private coarsen(bucket: Bucket, primitive: Primitive, mesh: number, pixels: number, camera: Camera): void {
+        const { box } = this.model.meshes[mesh];
+        if (bucket.items.length === 0 || pixels === 0) {
+            bucket.show(null);
+            return;
+        }
+        const { center, radius } = bucket.sphere;
+        const pixel = camera.pixelNear(plus(center.toArray() as Triple, this.middle), radius) / bucket.scale;
+        const size = cellOf(box, 0);
+        // Of what is small only the coarsest form is left, and of what is tiny nothing.
+        const level = Math.max(2, Math.ceil(2 * Math.log2(size / (pixels * pixel))));
+        const form = this.forms.find(primitive, box, level);
+        let corners = form && this.cornersOf.get(form);
+        form && !corners && this.cornersOf.set(form, (corners = new Corners(form)));
+        bucket.show(corners ?? null);
+        bucket.drawn.visible = size > 2 * pixel;
     }
 
     /// Numbers of pairs of a mesh's primitive and a material that are drawn, and of triangles.

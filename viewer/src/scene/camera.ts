@@ -226,4 +226,14 @@ export class Camera {
         const away = dot(minus(point, this.eye()), this.look.direction);
         return (whole * Math.max(away, 0)) / this.distance();
     }
+
+    /// The least length that a pixel has in a sphere, as far as that lies well ahead of the eye.
+    pixelNear(center: Triple, radius: number): number {
+        const whole = this.look.height / this.heightOfPicture;
+        if (!this.look.perspective) {
+            return whole;
+        }
+        const away = dot(minus(center, this.eye()), this.look.direction) - radius;
+        return whole * Math.max(away / this.distance(), 0.1);
+    }
 }

@@ -39,7 +39,10 @@ export class Controls {
         element.addEventListener('pointermove', (event) => this.move(event));
         element.addEventListener('pointerup', (event) => this.up(event));
         element.addEventListener('pointercancel', (event) => this.pointers.delete(event.pointerId));
-        element.addEventListener('pointerleave', () => this.events.leave());
+        element.addEventListener('pointerleave', () => {
+            this.hoverPending = null;
+            this.events.leave();
+        });
         element.addEventListener('contextmenu', (event) => event.preventDefault());
         element.addEventListener('wheel', (event) => this.wheel(event), { passive: false });
         host.addEventListener('keydown', (event) => event.target === host && this.key(event));
@@ -92,9 +95,9 @@ export class Controls {
     private hoverLater(at: { x: number; y: number }): void {
         if (!this.hoverPending) {
             requestAnimationFrame(() => {
-                const { x, y } = this.hoverPending ?? at;
+                const place = this.hoverPending;
                 this.hoverPending = null;
-                this.events.hover(x, y);
+                place && this.events.hover(place.x, place.y);
             });
         }
         this.hoverPending = at;

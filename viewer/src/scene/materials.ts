@@ -37,6 +37,18 @@ export function sharedUniforms(): SharedUniforms {
     };
 }
 
+const kLighting = `
+vec4 litColor(vec3 n, vec3 world, vec4 paint, float mark) {
+    // Against the line of sight: of a perspective from the eye, else the same everywhere.
+    vec3 sight = eye.xyz - eye.w * world;
+    float lit = dot(n, light) * (dot(n, sight) < 0.0 ? -0.46 : 0.46);
+    float bright = clamp(0.58 + lit, 0.0, 1.0);
+    vec3 c = paint.rgb * bright;
+    if (mark > 1.5) c = mix(c, accent * (0.35 + 0.65 * bright), 0.62);
+    else if (mark > 0.5) c = mix(c, hover, 0.22);
+    return vec4(c, paint.a);
+}`;
+
 const kVertex = `
 precision highp float;
 uniform mat4 seen;
@@ -49,26 +61,48 @@ in vec4 paint;
 in float mark;
 #ifdef SMOOTH
 in vec3 normal;
+#endif
+#ifdef LIT
+uniform vec3 accent;
+uniform vec3 hover;
+uniform vec3 light;
+uniform vec4 eye;
+out vec4 vColor;
+${kLighting}
+#else
+#ifdef SMOOTH
 out vec3 vNormal;
 #endif
-out vec3 vWorld;
 flat out vec4 vPaint;
 flat out float vMark;
+#endif
+#ifdef WORLD
+out vec3 vWorld;
+#endif
 void main() {
     vec4 own = vec4(position, 1.0);
     vec3 world = vec3(dot(row0, own), dot(row1, own), dot(row2, own));
+#ifdef WORLD
     vWorld = world;
-    vPaint = paint;
-    vMark = mark;
+#endif
 #ifdef SMOOTH
 #ifdef UNEVEN
     vec3 x = vec3(row0.x, row1.x, row2.x);
     vec3 y = vec3(row0.y, row1.y, row2.y);
     vec3 z = vec3(row0.z, row1.z, row2.z);
-    vNormal = cross(y, z) * normal.x + cross(z, x) * normal.y + cross(x, y) * normal.z;
+    vec3 n = cross(y, z) * normal.x + cross(z, x) * normal.y + cross(x, y) * normal.z;
 #else
-    vNormal = vec3(dot(row0.xyz, normal), dot(row1.xyz, normal), dot(row2.xyz, normal));
+    vec3 n = vec3(dot(row0.xyz, normal), dot(row1.xyz, normal), dot(row2.xyz, normal));
 #endif
+#endif
+#ifdef LIT
+    vColor = litColor(normalize(n), world, paint, mark);
+#else
+#ifdef SMOOTH
+    vNormal = n;
+#endif
+    vPaint = paint;
+    vMark = mark;
 #endif
     gl_Position = seen * vec4(world, 1.0);
     gl_PointSize = pointSize;
@@ -94,30 +128,34 @@ uniform vec3 hover;
 uniform vec3 light;
 uniform vec4 eye;
 ${kCut}
+#ifdef LIT
+in vec4 vColor;
+#else
 #ifdef SMOOTH
 in vec3 vNormal;
 #endif
-in vec3 vWorld;
 flat in vec4 vPaint;
 flat in float vMark;
+${kLighting}
+#endif
+#ifdef WORLD
+in vec3 vWorld;
+#endif
 out vec4 color;
 void main() {
 #if CUTS > 0
     cutAway(vWorld);
 #endif
+#ifdef LIT
+    color = vColor;
+#else
 #ifdef SMOOTH
     vec3 n = normalize(vNormal);
 #else
     vec3 n = normalize(cross(dFdx(vWorld), dFdy(vWorld)));
 #endif
-    // Against the line of sight: of a perspective from the eye, else the same everywhere.
-    vec3 sight = eye.xyz - eye.w * vWorld;
-    float lit = dot(n, light) * (dot(n, sight) < 0.0 ? -0.46 : 0.46);
-    float bright = clamp(0.58 + lit, 0.0, 1.0);
-    vec3 c = vPaint.rgb * bright;
-    if (vMark > 1.5) c = mix(c, accent * (0.35 + 0.65 * bright), 0.62);
-    else if (vMark > 0.5) c = mix(c, hover, 0.22);
-    color = vec4(c, vPaint.a);
+    color = litColor(n, vWorld, vPaint, vMark);
+#endif
 }`;
 
 const kLines = `
@@ -188,12 +226,21 @@ interface Kind {
     uneven?: boolean;
     transparent?: boolean;
     cuts: number;
+    /// Lit at its corners alone, which is less work.
+    light?: boolean;
 }
 
 /// Of what is drawn by instances: each has its place, its paint and a mark (1 hovered, 2 selected).
 export function instanceMaterial(shared: SharedUniforms, kind: Kind): RawShaderMaterial {
     const isFaces = kind.role === 'faces';
     const defines: Record<string, number> = { CUTS: kind.cuts };
+    const isLitAtCorners = isFaces && kind.smooth && kind.light;
+    if (isLitAtCorners) {
+        defines.LIT = 1;
+    }
+    if (!isLitAtCorners || kind.cuts > 0) {
+        defines.WORLD = 1;
+    }
     if (kind.smooth) {
         defines.SMOOTH = 1;
     }

@@ -188,7 +188,8 @@ export class Picking {
         return best;
     }
 
-    /// The segment or point of a primitive that is drawn next to a place, within so many pixels.
+    /// The segment or point of a primitive that is drawn next to a place, within so many pixels; the front one of those
+    /// that are drawn on one another.
     nearest(item: number, primitive: Primitive, x: number, y: number, pixels: number): Hit | null {
         const { positions, indices } = primitive;
         const isPoints = primitive.role === 'points';
@@ -196,6 +197,7 @@ export class Picking {
         const corner = (index: number): Triple =>
             applied(this.placing.items, 12 * item, positions.subarray(3 * index, 3 * index + 3));
         let closest = pixels;
+        let depth = Infinity;
         let found: Hit | null = null;
         for (let i = 0; i < size; ++i) {
             const from = corner(isPoints ? i : (indices as Uint32Array)[2 * i]);
@@ -206,8 +208,10 @@ export class Picking {
             const size2 = dx * dx + dy * dy;
             const part = size2 > 0 ? Math.max(0, Math.min(1, ((x - a[0]) * dx + (y - a[1]) * dy) / size2)) : 0;
             const off = Math.hypot(x - a[0] - part * dx, y - a[1] - part * dy);
-            if (off < closest) {
-                closest = off;
+            const behind = a[2] + (b[2] - a[2]) * part;
+            if (off < closest - 0.5 || (off < Math.min(closest + 0.5, pixels) && behind < depth)) {
+                closest = Math.min(off, closest);
+                depth = behind;
                 const point = plus(times(from, 1 - part), times(to, part));
                 const normal = times(this.camera.look.direction, -1);
                 found = { item, primitive, index: i, number: numberAt(primitive, i), point, normal, distance: 0 };

@@ -5,9 +5,15 @@ import { Batches } from './batches';
 import { Camera, wantsStillness, type Look } from './camera';
 import { kMostCuts, sharedUniforms, type SharedUniforms } from './materials';
 import type { Node, SceneModel } from './model';
+import { Pace } from './pace';
 import type { Placing } from './placing';
 import type { SceneState } from './state';
 import { applied, dot, length, minus, plus, times } from './transform';
+
+/// Milliseconds between pieces of work that the reader is not to notice.
+const kPause = 10;
+/// After so many milliseconds without a movement all rests.
+const kRest = 180;
 
 /// Whether the browser can draw in three dimensions; a sentence when it cannot.
 export function whyNoPicture(): string | null {
@@ -37,7 +43,13 @@ export class Picture {
     private radius = 1;
     private pending = false;
     private readonly software = isSoftware();
+    private readonly pace: Pace;
+    /// The camera as it was drawn last.
+    private lastLook: Look | null = null;
     private lastFrame = 0;
+    /// Whether more than the camera moved.
+    private moved = false;
+    private isReduced = false;
     /// Waits for the picture to rest.
     private rest = 0;
     private scale = 1;
@@ -64,6 +76,8 @@ export class Picture {
         this.batches = new Batches(model, state, placed, this.shared, this.middle);
         this.drawing.add(this.batches.group);
         this.drawing.matrixWorldAutoUpdate = false;
+        this.pace = new Pace(this.renderer.getContext() as WebGL2RenderingContext);
+        this.software && this.pace.expect(this.batches.totals().triangles);
         this.measure();
         this.resize();
         this.camera.set(this.camera.fitted(box));
@@ -94,6 +108,7 @@ export class Picture {
     }
 
     private placeItems(): void {
+        this.moved = true;
         this.measure();
         this.batches.placeItems();
         this.invalidate();
@@ -126,6 +141,7 @@ export class Picture {
     }
 
     private cut(): void {
+        this.moved = true;
         const cuts = this.state.cuts.slice(0, kMostCuts);
         cuts.forEach(({ normal, offset }, i) =>
             this.shared.cuts.value[i].set(...normal, offset - dot(normal, this.middle)),
@@ -140,6 +156,13 @@ export class Picture {
         if (box) {
             this.camera.moveTo(this.camera.fitted(box));
         }
+    }
+
+    /// Whether the middle of them, if they are drawn, lies in the picture.
+    isInSight(nodes: Node[]): boolean {
+        const box = this.placed.boxOf(nodes.flatMap((node) => this.model.items(node)));
+        const [x, y] = box ? this.camera.project(times(plus(box.low, box.high), 0.5)) : [0, 0];
+        return x >= 0 && x <= this.camera.width && y >= 0 && y <= this.camera.heightOfPicture;
     }
 
     turnTo(facing: { direction: Triple; up: Triple }): void {
@@ -175,7 +198,7 @@ export class Picture {
 
     /// Whether what is seen is not yet what it will be.
     get isMoving(): boolean {
-        return this.pending || this.movement !== null || this.camera.isMoving || !this.batches.edges.visible;
+        return this.pending || this.movement !== null || this.camera.isMoving || this.isReduced;
     }
 
     invalidate(): void {
@@ -187,21 +210,28 @@ export class Picture {
 
     private frame(now: number): void {
         this.pending = false;
-        const gap = now - this.lastFrame;
-        this.lastFrame = now;
-        // When pictures follow one another too slowly, they go without edges until all rests.
-        if (gap > 45 && gap < 400) {
-            this.batches.edges.visible = false;
-        }
         this.setScale(this.plainScale);
         this.camera.advance(now);
         this.advance(now);
+        const gap = now - this.lastFrame;
+        this.lastFrame = now;
+        const moves = this.moved || this.movement !== null || this.camera.look !== this.lastLook;
+        moves && this.reduce();
+        this.moved = false;
         this.draw();
+        moves && this.pace.drew(this.batches.prepare(Math.min(100, 4 + gap / 4)));
         if (this.camera.isMoving || this.movement) {
             this.invalidate();
         }
         clearTimeout(this.rest);
-        this.rest = setTimeout(() => this.finish(), 180);
+        this.rest = setTimeout(() => this.finish(), kRest);
+    }
+
+    // What moves is drawn with less, where all of it would take too long.
+    private reduce(): void {
+        this.isReduced || this.pace.begin();
+        this.isReduced = true;
+        this.batches.reduce(this.pace.now, this.camera);
     }
 
     // At rest there is time for a better picture.
@@ -209,11 +239,26 @@ export class Picture {
         if (this.pending) {
             return;
         }
-        this.batches.edges.visible = true;
+        if (this.pace.isBusy) {
+            // It moves on when what was asked for is there.
+            this.rest = setTimeout(() => this.finish(), kRest);
+            return;
+        }
+        this.isReduced = false;
+        // What the next movement is likely to need can be made now.
+        this.batches.reduce(this.pace.now, this.camera);
+        this.batches.restore();
         if (this.software && !wantsStillness()) {
             this.setScale(2 * this.plainScale);
         }
         this.draw();
+        this.rest = setTimeout(() => this.prepare(), kPause);
+    }
+
+    private prepare(): void {
+        if (!this.pending && !this.batches.prepare(12)) {
+            this.rest = setTimeout(() => this.prepare(), kPause);
+        }
     }
 
     private advance(now: number): void {
@@ -235,18 +280,10 @@ export class Picture {
     draw(): void {
         this.camera.update(this.camera.width, this.camera.heightOfPicture, this.center, this.radius);
         this.camera.tell(this.shared);
+        this.lastLook = this.camera.look;
         this.renderer.render(this.drawing, this.camera.drawing);
         ++this.frames;
         this.drawn.forEach((each) => each());
-    }
-
-    /// Draws and waits until it is done: how long that takes, in milliseconds.
-    timed(): number {
-        const start = performance.now();
-        this.draw();
-        const context = this.renderer.getContext();
-        context.readPixels(0, 0, 1, 1, context.RGBA, context.UNSIGNED_BYTE, new Uint8Array(4));
-        return performance.now() - start;
     }
 
     get calls(): number {
@@ -259,6 +296,7 @@ export class Picture {
 
     /// The picture as it stands, as a PNG file.
     image(): Promise<Blob | null> {
+        this.isReduced && this.batches.restore();
         this.draw();
         return new Promise((resolve) => this.canvas.toBlob(resolve, 'image/png'));
     }

@@ -141,7 +141,8 @@ export class SceneState {
         }
         for (let i = 0; i < occurrence.length; ++i) {
             const o = occurrence[i];
-            this.itemShown[i] = this.occurrenceShown[o] & this.itemVisible[i] & this.itemSwitched[i];
+            const isLeftOut = !this.notesShown && this.model.geometryOfItem(i).kind === 'note';
+            this.itemShown[i] = isLeftOut ? 0 : this.occurrenceShown[o] & this.itemVisible[i] & this.itemSwitched[i];
             this.itemGhost[i] = ghosts[o];
         }
     }
