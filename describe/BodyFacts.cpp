@@ -46,17 +46,25 @@ TopTools_IndexedMapOfShape PartsOf(TopoDS_Shape const& shape, TopAbs_ShapeEnum k
     return parts;
 }
 
-double VolumeOf(TopoDS_Shape const& shape)
+// A volume, and the sums of its coordinates.
+struct Moments
+{
+    double volume = 0.0;
+    gp_XYZ first{0.0, 0.0, 0.0};
+};
+
+Moments MomentsOf(TopoDS_Shape const& shape)
 {
     TopTools_IndexedMapOfShape const solids = PartsOf(shape, TopAbs_SOLID);
-    double volume = 0.0;
+    Moments moments;
     for (int i = 1; i <= solids.Extent(); ++i)
     {
         GProp_GProps properties;
         BRepGProp::VolumeProperties(solids.FindKey(i), properties);
-        volume += properties.Mass();
+        moments.volume += properties.Mass();
+        moments.first += properties.CentreOfMass().XYZ() * properties.Mass();
     }
-    return volume;
+    return moments;
 }
 
 double AreaOf(TopoDS_Shape const& shape)
@@ -115,12 +123,21 @@ unsigned long long VertexCount(BODY const& body)
 
 std::optional<double> Volume(BODY const& body)
 {
-    return Measured([&] { return VolumeOf(body.Shape()); });
+    return Measured([&] { return MomentsOf(body.Shape()).volume; });
 }
 
 std::optional<double> Area(BODY const& body)
 {
     return Measured([&] { return AreaOf(body.Shape()); });
+}
+
+std::optional<std::array<double, 3>> Centroid(BODY const& body)
+{
+    auto const moments = Measured([&] { return MomentsOf(body.Shape()); });
+    if (!moments || !(moments->volume > 0.0))
+        return std::nullopt;
+    gp_XYZ const centre = moments->first / moments->volume;
+    return std::array{centre.X(), centre.Y(), centre.Z()};
 }
 
 std::optional<std::array<double, 6>> BoundingBox(BODY const& body)

@@ -19,6 +19,8 @@ unsigned long long VertexCount(BODY const& body);
 /// That of the solids.
 std::optional<double> Volume(BODY const& body);
 std::optional<double> Area(BODY const& body);
+/// The centre of the solids; nothing without a volume.
+std::optional<std::array<double, 3>> Centroid(BODY const& body);
 /// The low corner, then the high one.
 std::optional<std::array<double, 6>> BoundingBox(BODY const& body);
 

@@ -100,8 +100,10 @@ void FileEntities(ENTITY_LIST const& entities, CurveEntities& curveEntities, Bod
         ENTITY* const entity = entities[i];
         UTF8String const id = GMKUtil::EntityDxid(entity);
         if (id.IsEmpty())
-            continue;
-        if (GMK::BODY_xs(entity).body)
+        {
+            TellEntity("unknown", id, false);
+        }
+        else if (GMK::BODY_xs(entity).body)
         {
             bodiesOfStore.try_emplace(id, entity);
             TellEntity("body", id, bodyEntities.try_emplace(id, entity).second);
@@ -109,6 +111,10 @@ void FileEntities(ENTITY_LIST const& entities, CurveEntities& curveEntities, Bod
         else if (EDGE* const edge = GMK::EDGE_xs(entity).edge)
         {
             FileCurve(edge, id, curveEntities);
+        }
+        else
+        {
+            TellEntity("unknown", id, false);
         }
     }
     std::vector<ENTITY*> separate;

@@ -99,17 +99,6 @@ std::vector<CheckedScene> CheckCommand::CheckAll() const
     return scenes;
 }
 
-ExitStatus CheckCommand::StatusOf(CheckedScene const& scene) const
-{
-    std::vector<Account> const& accounts = scene.result.accounts;
-    if (!std::all_of(accounts.begin(), accounts.end(), [](Account const& account) { return account.Agrees(); }))
-        return kExit_AccountsDisagree;
-    std::vector<Finding> const& findings = scene.result.findings;
-    bool const isBad = std::any_of(findings.begin(), findings.end(),
-                                   [&](Finding const& finding) { return finding.rule->severity >= m_failOn; });
-    return isBad ? kExit_Failed : kExit_Good;
-}
-
 ExitStatus CheckCommand::Run()
 {
     RequireRules(m_options.rules);
@@ -131,7 +120,7 @@ ExitStatus CheckCommand::Run()
             WriteFindings(scene, text, out);
             WriteAccounts(scene.result.accounts, out);
         }
-        status = std::max(status, StatusOf(scene));
+        status = std::max(status, scene.Status(m_failOn));
     }
     out.Flush();
     return status;

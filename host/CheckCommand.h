@@ -32,7 +32,6 @@ private:
 
     void AddForms(CLI::App& arguments);
     std::vector<CheckedScene> CheckAll() const;
-    ExitStatus StatusOf(CheckedScene const& scene) const;
 
     std::vector<std::string> m_scenes;
     SceneOptions m_reading;

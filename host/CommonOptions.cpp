@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "host/NumberRange.h"
+#include "host/QueryArguments.h"
 
 namespace KVR
 {
@@ -111,12 +112,14 @@ void AddJsonOption(CLI::App& command, bool& asJson)
 
 void AddFilterOptions(CLI::App& command, SceneFilter& filter, std::string const& verb)
 {
-    AddRepeatedOption(command, "--only", filter.only,
-                      verb +
-                          " this object with all below it, by its id or label, or a layer; * and ? stand for any "
-                          "characters and one; may be repeated",
-                      "NAME");
-    AddRepeatedOption(command, "--hide", filter.hide, "Leave this out, named as above; may be repeated", "NAME");
+    ExpectNameOrExpression(AddRepeatedOption(
+        command, "--only", filter.only,
+        verb +
+            " this object with all below it, by its id or label, or a layer; * and ? stand for any characters and one; "
+            "or what an expression asks for, as of kvr query; may be repeated",
+        "NAME"));
+    ExpectNameOrExpression(
+        AddRepeatedOption(command, "--hide", filter.hide, "Leave this out, named as above; may be repeated", "NAME"));
 }
 
 void AddIdOption(CLI::App& command, std::vector<std::string>& ids)
@@ -124,13 +127,13 @@ void AddIdOption(CLI::App& command, std::vector<std::string>& ids)
     AddRepeatedOption(command, "--id", ids, "Begin a walk at this id, too; may be repeated", "ID");
 }
 
-void AddRepeatedOption(CLI::App& command, std::string const& name, std::vector<std::string>& texts,
-                       std::string const& description, std::string const& typeName)
+CLI::Option& AddRepeatedOption(CLI::App& command, std::string const& name, std::vector<std::string>& texts,
+                               std::string const& description, std::string const& typeName)
 {
-    command.add_option(name, texts, description)
-        ->type_name(typeName)
-        ->expected(1)
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    return *command.add_option(name, texts, description)
+                ->type_name(typeName)
+                ->expected(1)
+                ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
 }
 
 }  // namespace KVR

@@ -10,7 +10,8 @@
 namespace CLI
 {
 class App;
-}
+class Option;
+}  // namespace CLI
 
 namespace KVR
 {
@@ -45,7 +46,7 @@ void AddFilterOptions(CLI::App& command, SceneFilter& filter, std::string const&
 void AddIdOption(CLI::App& command, std::vector<std::string>& ids);
 
 /// An option of one text, which may be repeated.
-void AddRepeatedOption(CLI::App& command, std::string const& name, std::vector<std::string>& texts,
-                       std::string const& description, std::string const& typeName);
+CLI::Option& AddRepeatedOption(CLI::App& command, std::string const& name, std::vector<std::string>& texts,
+                               std::string const& description, std::string const& typeName);
 
 }  // namespace KVR

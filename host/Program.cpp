@@ -21,12 +21,16 @@
 #include "host/DumpCommand.h"
 #include "host/ExplainCommand.h"
 #include "host/ExportCommand.h"
+#include "host/HashCommand.h"
 #include "host/ImportCommand.h"
 #include "host/InfoCommand.h"
 #include "host/NotesCommand.h"
 #include "host/PictureCommand.h"
+#include "host/QueryArguments.h"
+#include "host/QueryCommand.h"
 #include "host/Signals.h"
 #include "host/StandardStreams.h"
+#include "host/StatsCommand.h"
 #include "host/TreeCommand.h"
 #include "host/ViewCommand.h"
 #include "host/ViewsCommand.h"
@@ -56,9 +60,9 @@ Commands MakeCommands(CLI::App& program)
 // All commands, in the order of the help.
 Commands AllCommands(CLI::App& program)
 {
-    return MakeCommands<InfoCommand, DumpCommand, TreeCommand, ViewsCommand, NotesCommand, ImportCommand, ExportCommand,
-                        ConvertCommand, ViewCommand, PictureCommand, CertifyCommand, CheckCommand, ExplainCommand>(
-        program);
+    return MakeCommands<InfoCommand, DumpCommand, TreeCommand, QueryCommand, StatsCommand, ViewsCommand, NotesCommand,
+                        ImportCommand, ExportCommand, ConvertCommand, ViewCommand, PictureCommand, CertifyCommand,
+                        CheckCommand, ExplainCommand, HashCommand>(program);
 }
 
 void Describe(CLI::App& program)
@@ -72,6 +76,8 @@ void Describe(CLI::App& program)
         "  kvr info as1.xml\n"
         "  kvr explain as1.xml part1\n"
         "  kvr dump --summary as1.xml\n"
+        "  kvr query as1.xml 'part[name~\"*nut*\"]'\n"
+        "  kvr stats as1.xml\n"
         "  kvr views as1.xml\n"
         "  kvr notes as1.xml\n"
         "  kvr export as1.xml as1.glb\n"
@@ -80,7 +86,8 @@ void Describe(CLI::App& program)
         "  kvr view examples/models/as1-oc-214.stp as1.html\n"
         "  kvr picture examples/models/as1-oc-214.stp as1.png\n"
         "  kvr certify examples/models/as1-oc-214.stp\n"
-        "  kvr check as1.xml");
+        "  kvr check as1.xml\n"
+        "  kvr hash as1.xml");
 }
 
 std::string Meant(std::string const& text, std::vector<std::string> const& names)
@@ -163,6 +170,11 @@ int RunProgram(int argc, char const* const* argv)
     try
     {
         return ParseAndRun(argc, argv);
+    }
+    catch (ExpressionError const& error)
+    {
+        Complain(error.what() + (error.Lines().empty() ? "" : "\n" + error.Lines()));
+        return kExit_BadArguments;
     }
     catch (ArgumentError const& error)
     {

@@ -26,7 +26,9 @@ std::string SceneCommand::OfScene(std::string const& text) const
 ExitStatus SceneCommand::Run()
 {
     SceneFile file(m_scene);
+    BeginReading();
     SceneReading const reading = SceneReading::Of(file);
+    EndReading();
     for (std::string const& problem : reading.sideFileProblems)
         Complain(OfScene(Escaped(problem)));
     std::string complaint;

@@ -23,6 +23,10 @@ protected:
     /// Declares the command with the options of all that read a scene.
     SceneCommand(CLI::App& program, std::string const& name, std::string const& description);
 
+    /// Called before the scene is read, and when it has been.
+    virtual void BeginReading() {}
+    virtual void EndReading() {}
+
     /// Writes what is to be shown. The answer is a sentence that tells what could not be, which is then the command's
     /// failure, or nothing.
     virtual std::string Show(IProducer& producer, SceneReading const& reading, Output& out) = 0;

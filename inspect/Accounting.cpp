@@ -1,6 +1,5 @@
 #include "inspect/Accounting.h"
 
-#include <algorithm>
 #include <map>
 #include <string_view>
 #include <xercesc/sax2/DefaultHandler.hpp>
@@ -8,6 +7,7 @@
 #include "framework/xml_util/DocumentStream.h"
 #include "framework/xml_util/SideFileParser.h"
 #include "inspect/SceneCheck.h"
+#include "inspect/StoreCount.h"
 #include "inspect/document/DocumentTally.h"
 #include "inspect/document/ReadRecord.h"
 #include "inspect/rules/SideFileRuleTable.h"
@@ -74,8 +74,9 @@ Account OfSection(SectionRecord const& section, UsedIds const& used)
     Account account;
     account.file = section.path;
     account.what = "records";
-    account.seen = std::max<std::uint64_t>(section.claimed, section.records.size());
-    account.unread = account.seen - section.records.size();
+    StoreCount const count = StoreCount::Of(section);
+    account.seen = count.records;
+    account.unread = count.OutOfReach(section);
     ByRule dropped;
     for (StoreRecord const& record : section.records)
     {
@@ -99,10 +100,8 @@ Account OfProperties(SceneCheck const& check)
     static_cast<void>(ParseSideFile(UTF16String(UTF8String(account.file)), census));
     account.seen = census.count;
     ByRule dropped;
-    std::uint64_t met = 0;
     for (PropertyRecord const& property : check.Record().Properties())
     {
-        ++met;
         if (!property.isMade)
             ++dropped[SideFileRule::kNoProperty.id];
         else if (!property.isFound)
@@ -114,7 +113,6 @@ Account OfProperties(SceneCheck const& check)
         else
             ++account.served;
     }
-    account.unread = account.seen >= met ? account.seen - met : 0;
     SetDropped(account, dropped);
     return account;
 }

@@ -18,8 +18,8 @@ struct Account
     std::string file;
     /// What is counted: "elements and attributes", "properties" or "records".
     std::string what;
-    /// All that the file holds. Of a document and a property file they are counted by a reading of their own, of a
-    /// store it is what the file claims.
+    /// All that the file holds, counted without what reads it: a document, a property file and a file of persistent ids
+    /// by a parse of their own, the records of a store in its head.
     std::uint64_t seen = 0;
     /// What objects, or the scene as a whole, were made of.
     std::uint64_t served = 0;

@@ -26,6 +26,11 @@ Scene::Scene(Scene&& other) noexcept = default;
 Scene& Scene::operator=(Scene&& other) noexcept = default;
 Scene::~Scene() = default;
 
+void Scene::Reduce(SceneSelection const& selection)
+{
+    ApplySelection(*m_content, selection);
+}
+
 std::vector<SceneComponent> const& Scene::Components() const noexcept
 {
     return m_content->components;

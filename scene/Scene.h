@@ -20,6 +20,7 @@ namespace KVR
 class IProducer;
 class UTF8String;
 struct SceneContent;
+struct SceneSelection;
 
 /// A scene as its producer serves it, read once: components, what they are made of, and how it looks. Each component
 /// is there once, however often it occurs; OccurrenceWalk goes through the occurrences. All is read by the constructor,
@@ -36,8 +37,11 @@ public:
     Scene& operator=(Scene&& other) noexcept;
     ~Scene();
 
-    /// Breadth first from the root; behind them, with a filter's `only`, those that it reduced. Placements are indices
-    /// of this list.
+    /// Takes out what is not wanted, which stays among the cuts. Throws std::bad_alloc, and SceneFilterError for a name
+    /// that means nothing in the scene.
+    void Reduce(SceneSelection const& selection);
+
+    /// Breadth first from the root; behind them those that were reduced. Placements are indices of this list.
     std::vector<SceneComponent> const& Components() const noexcept;
     /// The root's index; kNoIndex, without any component, when no file, assembly or part has its id.
     std::size_t Root() const noexcept;

@@ -53,6 +53,28 @@ bool SetFromText(CustomProperty& property, PropertyTypeEnum type, UTF16String co
     return true;
 }
 
+// Tell an observer how an entry will be understood by those who ask.
+
+void TellTime(ReadObserver& observer, XMLCh const* text)
+{
+    Time time;
+    TellText(observer, text, TextForm::kTime, Time::FromString(XMLStrUtil::XMLStrToAStr(text), time));
+}
+
+void TellUnit(ReadObserver&, XMLCh const* text)
+{
+    UnitTypeEnum unit = kUnitType_Unknown;
+    Ignored(XMLStrUtil::StringToUnitType(text, unit));
+}
+
+void TellVector(ReadObserver& observer, XMLCh const* text)
+{
+    double x = 0.0;
+    double y = 0.0;
+    double z = 0.0;
+    TellText(observer, text, TextForm::kVector, ReadVectorText(XMLStrUtil::XMLStrToAStr(text), x, y, z));
+}
+
 }  // namespace
 
 XMLFileProperties::XMLFileProperties(xercesc::DOMNode* node)
@@ -65,24 +87,42 @@ void XMLFileProperties::Read(xercesc::DOMNode* node)
 {
     for (xercesc::DOMNode* const child : Children(node))
     {
-        bool const isKnown = Match(child,                                                              //
-                                   On(Names::CustomProperties, [&] { ReadCustomProperties(child); }),  //
-                                   OnAnyCase(Names::ViewData, [&] { ReadFileViewData(child); }));
-        if (!isKnown)
-            AddEntry(child);
+        auto const keepText = [&] { KeepEntry(child, nullptr); };
+        auto const keepUnit = [&] { KeepEntry(child, &TellUnit); };
+        auto const keepVector = [&] { KeepEntry(child, &TellVector); };
+        Match(child,                                                                //
+              On(Names::CustomProperties, [&] { ReadCustomProperties(child); }),    //
+              OnAnyCase(Names::ViewData, [&] { ReadFileViewData(child); }),         //
+              On(Names::Title, keepText), On(Names::Author, keepText),              //
+              On(Names::Organization, keepText), On(Names::Description, keepText),  //
+              On(Names::SendingSystem, keepText), On(Names::PartNumber, keepText),  //
+              On(Names::Revision, keepText), On(Names::Preprocessor, keepText),     //
+              On(Names::Authorisation, keepText), On(Names::MassUnit, keepUnit),    //
+              On(Names::TimeUnit, keepUnit), On(Names::UpVector, keepVector),       //
+              On(Names::FrontVector, keepVector),                                   //
+              On(Names::CreationDate, [&] { KeepEntry(child, &TellTime); }));
     }
 }
 
-void XMLFileProperties::AddEntry(xercesc::DOMNode* element)
+void XMLFileProperties::KeepEntry(xercesc::DOMNode* element, TellEntry* tell)
 {
-    m_entries.try_emplace(XMLStrUtil::XMLStrToAStr(element->getNodeName()),
-                          XMLStrUtil::XMLStrToWStr(TextContent(element)));
+    UTF8String const name = XMLStrUtil::XMLStrToAStr(element->getNodeName());
+    if (m_entries.contains(name))
+        return;
+    XMLCh const* const text = TextContent(element);
+    m_entries.emplace(name, XMLStrUtil::XMLStrToWStr(text));
+    ReadObserver* const observer = tell ? Observer() : nullptr;
+    if (observer) [[unlikely]]
+        tell(*observer, text);
 }
 
 void XMLFileProperties::ReadFileViewData(xercesc::DOMNode const* node)
 {
     for (xercesc::DOMNode* const child : Children(node))
-        Match(child, On(Names::UpVector, [&] { AddEntry(child); }), On(Names::FrontVector, [&] { AddEntry(child); }));
+    {
+        auto const keep = [&] { KeepEntry(child, &TellVector); };
+        Match(child, On(Names::UpVector, keep), On(Names::FrontVector, keep));
+    }
 }
 
 void XMLFileProperties::ReadCustomProperties(xercesc::DOMNode const* node)

@@ -9,6 +9,7 @@
 #include "framework/api/UTF16String.h"
 #include "framework/api/UTF8String.h"
 #include "framework/xml_util/FormatNames.h"
+#include "framework/xml_util/ReadObserver.h"
 
 namespace KVR
 {
@@ -44,12 +45,15 @@ private:
     void Read(xercesc::DOMNode* node);
     void ReadCustomProperties(xercesc::DOMNode const* node);
     void ReadFileViewData(xercesc::DOMNode const* node);
-    void AddEntry(xercesc::DOMNode* element);
+    /// Tells an observer whether the text of an entry is what it should be.
+    using TellEntry = void(ReadObserver& observer, XMLCh const* text);
+    /// Keeps the element's text unless an entry of its name is there; null tells nothing.
+    void KeepEntry(xercesc::DOMNode* element, TellEntry* tell);
 
     IsValueSpecifiedEnum TextOf(ElementName key, UTF16String& text) const;
     IsValueSpecifiedEnum UnitOf(ElementName key, UnitTypeEnum& unit) const;
 
-    /// Text content by element name; the first element of a name stays.
+    /// Text content by element name, of the names that somebody can ask for; the first element of a name stays.
     std::map<UTF8String, UTF16String> m_entries;
     std::vector<CustomProperty> m_customProperties;
 };

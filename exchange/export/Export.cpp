@@ -24,6 +24,8 @@
 #include "exchange/source/SideFileCheck.h"
 #include "framework/api/UTF8String.h"
 #include "framework/kernel/KernelMessages.h"
+#include "inspect/query/FilteredScene.h"
+#include "inspect/query/Query.h"
 #include "output/SafeText.h"
 #include "scene/SceneTotals.h"
 
@@ -120,6 +122,11 @@ std::string SentenceOf(std::string const& path, SceneFilterError const& error)
     return sentence;
 }
 
+std::string SentenceOf(std::string const& path, QueryError const& error)
+{
+    return Escaped(path) + ": " + Escaped(error.what());
+}
+
 // Not the user's wish.
 bool IsMissing(Scene::Cut const& cut)
 {
@@ -132,7 +139,7 @@ std::optional<std::vector<std::string>> Write(IProducer& producer, UTF8String co
                                               ExportOptions const& options, Progress const& progress,
                                               GeometryWatch watch = {})
 {
-    Scene const scene(producer, rootId, options.filter);
+    Scene const scene = FilteredScene(producer, rootId, options.filter);
     if (scene.Root() == kNoIndex)
         throw std::runtime_error("the root of the scene is no file, assembly or part, so there is nothing to export");
     if (!Begin(progress, FormatOf(target)->stage))
@@ -187,6 +194,10 @@ void ExportHere(SceneOptions const& sceneOptions, std::string const& target, std
         throw ExportError(Escaped(sceneOptions.path) + ": " + limits.MemoryText());
     }
     catch (SceneFilterError const& error)
+    {
+        throw ExportError(SentenceOf(sceneOptions.path, error));
+    }
+    catch (QueryError const& error)
     {
         throw ExportError(SentenceOf(sceneOptions.path, error));
     }

@@ -23,6 +23,7 @@ constexpr std::string_view kShortenable[] = {"OPEN_SHELL",
                                              "GEOMETRIC_CURVE_SET",
                                              "PRESENTATION_LAYER_ASSIGNMENT",
                                              "PRODUCT_RELATED_PRODUCT_CATEGORY",
+                                             "PRODUCT_TYPE",
                                              "INVISIBILITY",
                                              "DRAUGHTING_MODEL"};
 

@@ -69,7 +69,7 @@ private:
             m_definitions.push_back(&entity);
         else if (type == "NEXT_ASSEMBLY_USAGE_OCCURRENCE")
             m_usages.push_back(&entity);
-        else if (type == "PRODUCT_RELATED_PRODUCT_CATEGORY")
+        else if (type == "PRODUCT_RELATED_PRODUCT_CATEGORY" || type == "PRODUCT_TYPE")
             m_categories.push_back(&entity);
         else if (type == "PROPERTY_DEFINITION_REPRESENTATION")
             m_links.push_back(&entity);
@@ -124,7 +124,7 @@ private:
 
     void ReadCategory(Part21File::Entity const& entity)
     {
-        Values const values = m_file.ParametersOf(entity, "PRODUCT_RELATED_PRODUCT_CATEGORY");
+        Values const values = m_file.ParametersOf(entity, m_file.TypeOf(entity));
         for (Number const product : Part21ReferencesAt(values, 2))
             if (auto const found = m_definitionsOf.find(product); found != m_definitionsOf.end())
                 for (Number const definition : found->second)

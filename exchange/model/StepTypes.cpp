@@ -68,6 +68,7 @@ constexpr std::pair<std::string_view, std::array<int, 2>> kLinks[] = {
     {"CONTEXT_DEPENDENT_SHAPE_REPRESENTATION", {1, -1}},
     {"SHAPE_REPRESENTATION_RELATIONSHIP", {2, 3}},
     {"PRODUCT_RELATED_PRODUCT_CATEGORY", {2, -1}},
+    {"PRODUCT_TYPE", {2, -1}},
     {"PRODUCT_CATEGORY_RELATIONSHIP", {3, -1}},
     {"STYLED_ITEM", {2, -1}},
     {"OVER_RIDING_STYLED_ITEM", {2, -1}},

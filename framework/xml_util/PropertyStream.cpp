@@ -145,8 +145,14 @@ public:
 
     void startElement(XMLCh const*, XMLCh const*, XMLCh const* name, xercesc::Attributes const& attributes) override
     {
-        if (m_depth++ != 1 || !Equals(name, Names::Property))
+        if (m_depth++ != 1)
             return;
+        if (!Equals(name, Names::Property))
+        {
+            if (ReadObserver* const observer = Observer()) [[unlikely]]
+                TellOf(*observer, TextsOf(attributes), false);
+            return;
+        }
         PropertyTexts const texts = TextsOf(attributes);
         std::unique_ptr<IProperty, Release> const property(MakeProperty(texts, m_buffer));
         if (ReadObserver* const observer = Observer()) [[unlikely]]

@@ -27,8 +27,12 @@ public:
     void startElement(XMLCh const*, XMLCh const*, XMLCh const* name, xercesc::Attributes const& attributes) override
     {
         if (m_depth == 1)
-            m_current = Equals(name, Names::SubObjectPersistentIds) ? MapOf(attributes.getValue(Names::ID.Document()))
-                                                                    : nullptr;
+        {
+            XMLCh const* const id = attributes.getValue(Names::ID.Document());
+            m_current = Equals(name, Names::SubObjectPersistentIds) ? MapOf(id) : nullptr;
+            if (!m_current)
+                TellPassedOver(id);
+        }
         else if (m_depth == 2 && m_current && Equals(name, Names::SubObject))
             Add(attributes.getValue(Names::DataId.Document()), attributes.getValue(Names::PersistentId.Document()));
         ++m_depth;
@@ -48,6 +52,12 @@ private:
         if (ReadObserver* const observer = Observer()) [[unlikely]]
             observer->RecordRead({"ids", place->first, 0, 0, isNew});
         return place->second;
+    }
+
+    static void TellPassedOver(XMLCh const* id)
+    {
+        if (ReadObserver* const observer = Observer()) [[unlikely]]
+            observer->RecordRead({"unknown", XMLStrUtil::XMLStrToAStr(id), 0, 0, false});
     }
 
     void Add(XMLCh const* dataId, XMLCh const* persistentId)

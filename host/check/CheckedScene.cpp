@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <filesystem>
 #include <string_view>
@@ -15,6 +16,17 @@ std::array<std::size_t, 3> CheckedScene::Counts() const
     for (Finding const& finding : result.findings)
         ++counts.at(static_cast<std::size_t>(finding.rule->severity));
     return counts;
+}
+
+ExitStatus CheckedScene::Status(Severity failOn) const
+{
+    std::vector<Account> const& accounts = result.accounts;
+    if (!std::all_of(accounts.begin(), accounts.end(), [](Account const& account) { return account.Agrees(); }))
+        return kExit_AccountsDisagree;
+    std::vector<Finding> const& findings = result.findings;
+    bool const isBad = std::any_of(findings.begin(), findings.end(),
+                                   [&](Finding const& finding) { return finding.rule->severity >= failOn; });
+    return isBad ? kExit_Failed : kExit_Good;
 }
 
 std::string FingerprintOf(Finding const& finding)

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "host/ExitStatus.h"
 #include "inspect/Check.h"
 
 namespace KVR
@@ -21,6 +22,9 @@ struct CheckedScene
 
     /// How many findings there are of each severity.
     std::array<std::size_t, 3> Counts() const;
+
+    /// Whether accounts disagree, or else whether there are findings of at least that severity.
+    ExitStatus Status(Severity failOn) const;
 };
 
 /// Tells a finding from others of its scene, and stays when lines are added elsewhere: 16 hexadecimal digits, of the

@@ -24,6 +24,7 @@ constexpr Rule kRules[] = {
     kTooDeep,
     kUnreached,
     kNoRoot,
+    kFileProperty,
     kBoolean,
     kUnit,
     kEnumeration,

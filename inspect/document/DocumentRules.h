@@ -42,6 +42,9 @@ inline constexpr Rule kTooDeep{"K-0113", "nested-too-deeply", "What is nested to
 inline constexpr Rule kUnreached{"K-0114", "object-unreached", "No reference leads from the root to the object",
                                  Severity::kWarning};
 inline constexpr Rule kNoRoot{"K-0115", "no-root", "The scene has no root file", Severity::kError};
+inline constexpr Rule kFileProperty{
+    "K-0116", "file-property-misspelt",
+    "Nobody can ask for the entry of the file properties, but for one of nearly its name", Severity::kError};
 
 inline constexpr Rule kBoolean{"K-0201", "boolean-misread", "A boolean is read otherwise than it looks",
                                Severity::kError};

@@ -5,9 +5,6 @@
 #include <vector>
 #include <xercesc/dom/DOMNamedNodeMap.hpp>
 
-#include "framework/api/ICamera.h"
-#include "framework/api/IProducer.h"
-#include "framework/api/IRenderStyle.h"
 #include "framework/xml_util/DomWalk.h"
 #include "framework/xml_util/XMLStrUtil.h"
 #include "inspect/document/DocumentRules.h"
@@ -59,7 +56,7 @@ std::string Nearest(std::string const& name, std::vector<std::string> const& kno
 }  // namespace
 
 DocumentWalk::DocumentWalk(SceneCheck& check, DocumentTally& tally)
-    : m_check(check), m_count(check, tally), m_record(check.Record())
+    : m_check(check), m_count(check, tally), m_kinds(check), m_record(check.Record())
 {
     for (auto const& [set, failure] : m_record.Failures())
     {
@@ -112,7 +109,7 @@ Fate DocumentWalk::Look(DOMNode const* element)
     }
     LookAtAttributes(element, state);
     LookAtText(element);
-    LookAtReference(element);
+    m_kinds.LookAt(element);
     return Fate::kRead;
 }
 
@@ -174,7 +171,9 @@ void DocumentWalk::AddUnread(DOMNode const* element, ElementState state)
         m_check.Add(kElementUnread, spot, name, "not read");
         return;
     }
-    Finding* const finding = m_check.Add(kElementMisspelt, spot, name, "not read", meant);
+    DOMNode const* const around = element->getParentNode();
+    bool const isEntry = Equals(around->getNodeName(), Names::FileProperties);
+    Finding* const finding = m_check.Add(isEntry ? kFileProperty : kElementMisspelt, spot, name, "not read", meant);
     if (IsSameAnyCase(name, meant))
         m_check.Repair(finding, meant);
 }
@@ -200,26 +199,6 @@ void DocumentWalk::LookAtAttributes(DOMNode const* element, ElementState state)
             ValueCheck(m_check).Add({element, SpotPart::kAttributeValue, attribute->getNodeName()},
                                     Narrow(attribute->getNodeName()), Narrow(text), found->second);
     }
-}
-
-// Styles and cameras are named in elements of their own.
-void DocumentWalk::LookAtReference(DOMNode const* element)
-{
-    bool const isStyle = Equals(element->getNodeName(), Names::StyleRef);
-    if (!isStyle && !Equals(element->getNodeName(), Names::CameraRef))
-        return;
-    std::string const id = AttributeOf(element, Names::ID);
-    if (id == m_latestStyle)
-        return;
-    IObject* const object = m_check.Producer().Load(UTF8String(id));
-    if (!object || (isStyle && dynamic_cast<IRenderStyle*>(object)))
-    {
-        m_latestStyle = id;
-        return;
-    }
-    if (isStyle || !dynamic_cast<ICamera*>(object))
-        m_check.Add(kReferenceKind, {element, SpotPart::kAttributeValue, Names::ID.Document()}, id,
-                    std::string("taken for a ") + (isStyle ? "style" : "camera") + ", which it is not");
 }
 
 void DocumentWalk::LookForOtherCase(DOMNode const* element, ElementState state)

@@ -8,6 +8,7 @@
 
 #include "inspect/SceneCheck.h"
 #include "inspect/document/DocumentTally.h"
+#include "inspect/document/KindCheck.h"
 #include "inspect/document/ReadRecord.h"
 
 namespace KVR
@@ -34,7 +35,6 @@ private:
     void LookForOtherCase(xercesc::DOMNode const* element, ElementState state);
     void AddUnreadAttribute(xercesc::DOMNode const* element, XMLCh const* name, XMLCh const* text);
     void LookAtText(xercesc::DOMNode const* element);
-    void LookAtReference(xercesc::DOMNode const* element);
     void AddEnds();
 
     /// A set that a failed child ended, and the elements behind the child that were left unread.
@@ -46,14 +46,13 @@ private:
 
     SceneCheck& m_check;
     DocumentCount m_count;
+    KindCheck m_kinds;
     ReadRecord const& m_record;
     /// Failed children, with the sets that they ended and perhaps the owners of these.
     std::unordered_map<xercesc::DOMNode const*, ElementFailure const*> m_failedChildren;
     /// Elements whose further children are left behind, by the ends that say so.
     std::unordered_map<xercesc::DOMNode const*, std::size_t> m_ended;
     std::vector<End> m_ends;
-    /// The style referred to last, which mostly is the next one, too.
-    std::string m_latestStyle;
     /// Elements whose ids belong to others: nothing in them is looked at.
     std::unordered_set<xercesc::DOMNode const*> m_beaten;
 };

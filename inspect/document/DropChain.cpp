@@ -5,6 +5,9 @@
 #include <unordered_set>
 #include <utility>
 
+#include "framework/api/IComponent.h"
+#include "framework/api/IFile.h"
+#include "framework/api/IProducer.h"
 #include "framework/xml_util/DomWalk.h"
 #include "inspect/SceneCheck.h"
 #include "inspect/document/DocumentRules.h"
@@ -98,10 +101,57 @@ std::string ReasonOf(SceneCheck const& check, DOMNode const* element, ElementFai
     return {};
 }
 
+// An instance of what cannot be placed. Of several targets the last one counts.
+void AddNotPlaced(SceneCheck& check, DOMNode const* instance)
+{
+    Spot spot{instance};
+    std::string found = Named(instance);
+    for (DOMNode const* child = instance->getFirstChild(); child; child = child->getNextSibling())
+    {
+        if (!IsElement(child) || !Equals(child->getNodeName(), Names::Child))
+            continue;
+        spot = {child, SpotPart::kAttributeValue, Names::ID.Document()};
+        found = AttributeOf(child, Names::ID);
+    }
+    check.Add(kReferenceKind, spot, std::move(found),
+              "the instance is dropped, since what it places is neither a component nor a file");
+}
+
+bool IsOneOf(DOMNode const* element, std::vector<std::u16string_view> const& kinds)
+{
+    return std::any_of(kinds.begin(), kinds.end(),
+                       [&](std::u16string_view kind) { return Equals(element->getNodeName(), kind); });
+}
+
+void AddChildOfOtherKind(SceneCheck& check, DOMNode const* child, std::string const& id, DOMNode const* target)
+{
+    check.Add(kReferenceKind, {child, SpotPart::kAttributeValue, Names::ID.Document()}, id,
+              "taken for a child, although no " + NameOf(target) + " can be one there");
+}
+
+// Whether what comes too late could not stand there either, which is what is told then.
+bool AddLaterOfOtherKind(SceneCheck& check, DOMNode const* element, MissedReference const& missed)
+{
+    DOMNode const* const target = check.ElementOf(missed.id);
+    if (missed.kinds && !IsOneOf(target, check.Record().KindsOf(*missed.kinds)))
+    {
+        AddChildOfOtherKind(check, element, missed.id, target);
+        return true;
+    }
+    IObject* const object = check.Producer().Load(UTF8String(missed.id));
+    bool const isPlaced = Equals(element->getParentNode()->getNodeName(), Names::IInstance);
+    if (!isPlaced || dynamic_cast<IComponent*>(object) || dynamic_cast<IFile*>(object))
+        return false;
+    AddNotPlaced(check, element->getParentNode());
+    return true;
+}
+
 void AddMissed(SceneCheck& check, DOMNode const* element, MissedReference const& missed)
 {
     Rule const& rule = missed.isCycle ? kCycle : missed.end == ReferenceEnd::kTooDeep ? kTooDeep : kReferenceMissing;
     bool const isLater = !missed.isCycle && check.ElementOf(missed.id) != nullptr;
+    if (isLater && AddLaterOfOtherKind(check, element, missed))
+        return;
     std::string readAs = isLater          ? "cut, since the object is read only later"
                          : missed.isCycle ? "cut, since it leads back to what is being read"
                                           : TextOf(missed);
@@ -148,8 +198,7 @@ void CheckDropped(SceneCheck& check)
         if (failure.reason == DropReason::kTooDeep)
             check.Add(kTooDeep, {element}, Named(element), "cut, since it is nested too deeply");
         else if (failure.reason == DropReason::kTargetKind)
-            check.Add(kReferenceKind, {element}, Named(element),
-                      "dropped, since what it places is neither a component nor a file");
+            AddNotPlaced(check, element);
         else if (failure.reason == DropReason::kRefused ||
                  (failure.reason == DropReason::kNoTarget && !MissedIn(record, element).first))
         {
@@ -166,13 +215,8 @@ void CheckKinds(SceneCheck& check)
     for (ChildReference const& reference : record.ChildReferences())
     {
         DOMNode const* const target = check.ElementOf(reference.id);
-        std::vector<std::u16string_view> const& kinds = record.KindsOf(reference);
-        bool const fits =
-            !target || std::any_of(kinds.begin(), kinds.end(),
-                                   [&](std::u16string_view kind) { return Equals(target->getNodeName(), kind); });
-        if (!fits)
-            check.Add(kReferenceKind, {reference.element, SpotPart::kAttributeValue, Names::ID.Document()},
-                      reference.id, "taken for a child, although no " + NameOf(target) + " can be one there");
+        if (target && !IsOneOf(target, record.KindsOf(reference.kinds)))
+            AddChildOfOtherKind(check, reference.element, reference.id, target);
     }
 }
 

@@ -195,6 +195,12 @@ void ReadRecord::TextRead(TextReading const& reading)
         misread.isSheared = odd.isSheared;
         isOdd = odd.isFlat || odd.isMirror || odd.isSheared;
     }
+    else if (reading.form == TextForm::kVector && reading.isUnderstood)
+    {
+        // A piece that is no number is taken for 0.
+        isOdd = !HasNumbersAlone(reading.text);
+        misread.isUnderstood = !isOdd;
+    }
     if (!isOdd)
         return;
     misread.texts.assign(reading.texts.begin(), reading.texts.end());
@@ -269,7 +275,12 @@ void ReadRecord::ReferenceMet(DOMNode const* element, UTF8String const& id, bool
     if (isFound && element == m_child)
         m_childReferences.push_back({element, std::string(id.View()), m_kindsOfChild});
     if (!isFound)
-        m_missed.insert_or_assign(element, MissedReference{std::string(id.View()), m_end, m_isCycle});
+    {
+        MissedReference missed{std::string(id.View()), m_end, m_isCycle, {}};
+        if (element == m_child)
+            missed.kinds = m_kindsOfChild;
+        m_missed.insert_or_assign(element, std::move(missed));
+    }
     m_end = ReferenceEnd::kUnknown;
     m_isCycle = false;
 }

@@ -88,6 +88,8 @@ struct MissedReference
     ReferenceEnd end = ReferenceEnd::kUnknown;
     /// Of kTaken: the element is being read, and the reference leads back to it.
     bool isCycle = false;
+    /// In a set of children: the kinds that it takes, a list of KindsOf; else nothing.
+    std::optional<std::size_t> kinds;
 };
 
 /// A reference in a set of children to an object that was read before.
@@ -137,7 +139,7 @@ struct PropertyRecord
 };
 
 /// Takes down what the readers ask for and make of it, while a scene is read. Nodes and objects belong to the producer.
-class ReadRecord final : public ReadObserver
+class ReadRecord : public ReadObserver
 {
 public:
     ReadRecord();
@@ -156,10 +158,8 @@ public:
     std::multimap<xercesc::DOMNode const*, ElementFailure> const& Failures() const { return m_failures; }
     std::unordered_map<xercesc::DOMNode const*, MissedReference> const& MissedReferences() const { return m_missed; }
     std::vector<ChildReference> const& ChildReferences() const { return m_childReferences; }
-    std::vector<std::u16string_view> const& KindsOf(ChildReference const& reference) const
-    {
-        return m_kinds[reference.kinds];
-    }
+    /// The names of elements that a set of children takes.
+    std::vector<std::u16string_view> const& KindsOf(std::size_t kinds) const { return m_kinds[kinds]; }
     /// Elements whose ids were taken when they came, and whether an object was registered all the same.
     std::vector<std::pair<xercesc::DOMNode const*, bool>> const& Seconds() const { return m_seconds; }
     /// Elements under the root that another one of their id replaced before they were read, with it.

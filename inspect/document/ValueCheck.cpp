@@ -138,7 +138,12 @@ ValueCheck::Verdict ValueCheck::Judge(std::string const& text, Misreading const&
         case TextForm::kTransform:
             return JudgeTransform(text, misread);
         case TextForm::kVector:
-            return {&kVector, "no vector, which is three numbers with commas between them", {}, false};
+            return {&kVector,
+                    std::count(text.begin(), text.end(), ',') == 2
+                        ? "a vector with 0 for each piece that is no number"
+                        : "no vector, which is three numbers with commas between them",
+                    {},
+                    false};
         case TextForm::kTime:
             return {&kTime, "no time", {}, false};
     }

@@ -8,6 +8,8 @@
 #include <xercesc/dom/DOMNamedNodeMap.hpp>
 
 #include "framework/api/Matrix3d.h"
+#include "framework/api/StringUtil.h"
+#include "framework/api/UTF8String.h"
 #include "framework/xml_util/DomWalk.h"
 #include "framework/xml_util/XMLStrUtil.h"
 
@@ -101,6 +103,22 @@ TransformOddities OdditiesOf(Matrix3d const& matrix)
             odd.isSheared = !odd.isFlat;
     }
     return odd;
+}
+
+bool HasNumbersAlone(XMLCh const* text)
+{
+    UTF8String const narrow = XMLStrUtil::XMLStrToAStr(text);
+    std::string_view rest = narrow.View();
+    for (;;)
+    {
+        std::size_t const comma = rest.find(',');
+        double number = 0.0;
+        if (StringUtil::ToDouble(rest.substr(0, comma), number) != StringUtil::kConversionStatus_Success)
+            return false;
+        if (comma == std::string_view::npos)
+            return true;
+        rest.remove_prefix(comma + 1);
+    }
 }
 
 bool IsOfXml(XMLCh const* name)

@@ -26,6 +26,9 @@ struct TransformOddities
 };
 TransformOddities OdditiesOf(Matrix3d const& matrix);
 
+/// Whether all pieces between the commas are numbers.
+bool HasNumbersAlone(XMLCh const* text);
+
 /// An attribute's text, owned by the document, of which no observer is told; null when there is none.
 XMLCh const* UnobservedAttribute(xercesc::DOMNode const* element, XMLCh const* name);
 

@@ -91,6 +91,17 @@ void AddSideFile(ReadingCost& cost, SideFileCensus const& side)
 
 }  // namespace
 
+ReadingCost CostOf(SideFileCensus::Kind kind, std::uint64_t bytes, std::uint64_t records)
+{
+    SideFileCensus side;
+    side.kind = kind;
+    side.records = records;
+    side.read = bytes;
+    ReadingCost cost;
+    AddSideFile(cost, side);
+    return cost;
+}
+
 ReadingCost SceneCensus::Cost() const
 {
     ReadingCost cost;

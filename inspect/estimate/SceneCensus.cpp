@@ -14,7 +14,7 @@
 #include "framework/api/UTF8String.h"
 #include "framework/xml_util/FormatNames.h"
 #include "framework/xml_util/SideFilePath.h"
-#include "framework/xml_util/StoreCursor.h"
+#include "inspect/estimate/StoreHead.h"
 
 namespace KVR
 {
@@ -26,29 +26,6 @@ using Kind = SideFileCensus::Kind;
 
 // The beginning of a property file that is looked at.
 constexpr std::size_t kSample = std::size_t{128} * 1024;
-
-struct KindRow
-{
-    InfoSection const* section;
-    Kind kind;
-};
-
-constexpr KindRow kKinds[] = {
-    {&InfoSections::kKernelStore, Kind::kKernelStore},
-    {&InfoSections::kGeometryStore, Kind::kGeometryStore},
-    {&InfoSections::kSegmentStore, Kind::kSegmentStore},
-    {&InfoSections::kMeshStore, Kind::kMeshStore},
-    {&InfoSections::kAssets, Kind::kAssets},
-    {&InfoSections::kPersistentIds, Kind::kPersistentIds},
-};
-
-Kind KindOf(InfoSection const* section)
-{
-    for (KindRow const& row : kKinds)
-        if (row.section == section)
-            return row.kind;
-    return Kind::kBlob;
-}
 
 UTF16String FullPath(UTF16String const& scene, std::string const& path, Kind kind)
 {
@@ -63,66 +40,19 @@ std::uint64_t SizeOf(std::FILE* file)
     return ::fstat(::fileno(file), &status) == 0 ? static_cast<std::uint64_t>(status.st_size) : 0;
 }
 
-std::optional<std::uint64_t> KernelEntities(std::FILE* file, bool& isText)
-{
-    constexpr std::size_t kMark = 8;
-    constexpr long kBinaryHead = 32;
-    constexpr long kTextHead = 60;
-    char mark[kMark] = {};
-    if (std::fread(mark, 1, kMark, file) != kMark)
-        return std::nullopt;
-    std::string_view const form(mark, kMark);
-    isText = form == "KVRKERNT";
-    if ((!isText && form != "KVRKERNB") || std::fseek(file, isText ? kTextHead : kBinaryHead, SEEK_SET) != 0)
-        return std::nullopt;
-    unsigned long long count = 0;
-    if (isText)
-        return std::fscanf(file, "%19llu", &count) == 1 ? std::optional<std::uint64_t>(count) : std::nullopt;
-    StoreCursor cursor(file, IOUtil::IsBigEndian(), StoreCursor::kFieldsOnly);
-    return cursor.Read(count) ? std::optional<std::uint64_t>(count) : std::nullopt;
-}
-
-// The number of records in the head of a store, behind so many words.
-std::optional<std::uint64_t> RecordsBehind(std::FILE* file, int words)
-{
-    StoreCursor cursor(file, IOUtil::IsBigEndian(), StoreCursor::kFieldsOnly);
-    unsigned long long count = 0;
-    for (int i = 0; i <= words; ++i)
-        if (!cursor.Read(count))
-            return std::nullopt;
-    return count;
-}
-
-void ReadHead(std::FILE* file, SideFileCensus& side)
-{
-    switch (side.kind)
-    {
-        case Kind::kKernelStore:
-            side.records = KernelEntities(file, side.isText);
-            break;
-        case Kind::kMeshStore:
-            side.records = RecordsBehind(file, 1);
-            break;
-        case Kind::kGeometryStore:
-        case Kind::kSegmentStore:
-            side.records = RecordsBehind(file, 0);
-            break;
-        default:
-            break;
-    }
-}
-
 SideFileCensus SideFileOf(UTF16String const& scene, DocumentCensus::Mention const& mention)
 {
     SideFileCensus side;
-    side.kind = KindOf(mention.section);
+    side.kind = mention.section ? KindOf(*mention.section) : Kind::kBlob;
     side.name = mention.path;
     FilePtr const file(UTF8String(FullPath(scene, mention.path, side.kind)), "rb");
     if (!file)
         return side;
     side.size = SizeOf(file);
     side.read = mention.section ? *side.size : std::min(*side.size, mention.claimed);
-    ReadHead(file, side);
+    // What is shown of assets is their bytes.
+    if (side.kind != Kind::kAssets)
+        side.records = RecordsInHead(file, side.kind, side.isText);
     return side;
 }
 

@@ -54,6 +54,9 @@ struct ReadingCost
     double seconds = 0.0;
 };
 
+/// What reading so many bytes of a side file of a kind, with so many records, takes.
+ReadingCost CostOf(SideFileCensus::Kind kind, std::uint64_t bytes, std::uint64_t records);
+
 /// What a scene consists of, without reading it: one pass over the document, the heads of the stores, the beginning of
 /// the property file.
 struct SceneCensus

@@ -102,7 +102,8 @@ bool SectionLook::LookAtRecords(SectionRecord const& section)
         {
             // One that the end of the file cuts off is told by that.
             if (record.end < section.size || !IsShort(section))
-                AddAt(kUnknown, section.path, bytes, id, "nothing behind its id is read as its own");
+                AddAt(kUnknown, section.path, bytes, id,
+                      record.end == 0 ? "it is passed over" : "nothing behind its id is read as its own");
         }
         else if (record.kind == "segments")
         {

@@ -495,14 +495,25 @@ TEST(StepImport, OfADamagedFileLeniencyTakesWhatIsWholeAndListsTheRest)
 TEST(ToldFiles, TellHowMuchOfThemHasBeenTaken)
 {
     TempFolder const folder;
-    folder.Write("file", std::string(1000, 'x'));
+    folder.Write("file", std::string(ToldFile::kBlock * 5 / 2, 'x'));
     std::vector<double> told;
     ToldFile file(folder.NarrowPathOf("file"), [&](double fraction) { told.push_back(fraction); });
     std::istream stream(&file);
-    std::string block(400, ' ');
-    while (stream.read(block.data(), 400) || stream.gcount() > 0)
-        EXPECT_EQ(block.front(), 'x');
+    // Letter by letter, as Open CASCADE does.
+    std::size_t count = 0;
+    for (char letter = ' '; stream.get(letter); ++count)
+        EXPECT_EQ(letter, 'x');
+    EXPECT_EQ(count, ToldFile::kBlock * 5 / 2);
     EXPECT_THAT(told, ElementsAre(0.4, 0.8, 1.0));
+}
+
+TEST(ToldFiles, LeaveOutCarriageReturns)
+{
+    TempFolder const folder;
+    folder.Write("file", std::string(ToldFile::kBlock, '\r') + "\ra\r\nb\r");
+    ToldFile file(folder.NarrowPathOf("file"), [](double) {});
+    std::istream stream(&file);
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(stream), {}), "a\nb");
 }
 
 }  // namespace KVR::Test

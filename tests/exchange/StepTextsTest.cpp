@@ -50,6 +50,16 @@ TEST(StepTexts, ATextOfAPartOfAShapeIsAPropertyOfTheProduct)
                 HasSubstr("<CustomProperty Key=\"semantic text\" Type=\"kString\" Value=\"REMOVE ALL BURRS\"/>"));
 }
 
+TEST(StepTexts, AProductTypeIsACategory)
+{
+    std::string text = Model("");
+    std::size_t const number = text.rfind('#', text.find("=PRODUCT('"));
+    std::string const product = text.substr(number, text.find('=', number) - number);
+    text.insert(text.rfind("ENDSEC;"), "#900001=PRODUCT_TYPE('gauge',$,(" + product + "));\n");
+    std::string const category = "<CustomProperty Key=\"product category\" Type=\"kString\" Value=\"gauge\"/>";
+    EXPECT_NE(SceneOfEqual(text).find(category), std::string::npos);
+}
+
 TEST(StepTexts, AViewShowsDrawingsThatMeanNothingElse)
 {
     std::string text = Model(
@@ -71,6 +81,18 @@ TEST(StepTexts, AViewShowsDrawingsThatMeanNothingElse)
     std::string const member = scene.substr(id, scene.find('"', id) - id);
     std::size_t const view = scene.find("<IView ID=\"view2\"");
     EXPECT_THAT(scene.substr(view, scene.find("</IView>", view) - view), HasSubstr(member));
+}
+
+TEST(StepTexts, ANameGoesOnOverTheEndOfALine)
+{
+    std::string text = Model("");
+    std::size_t const name = text.find("PRODUCT('", text.find("DATA;")) + 9;
+    std::string const label = text.substr(name, text.find('\'', name) - name);
+    ASSERT_GT(label.size(), 2U);
+    for (std::size_t place = text.find('\'' + label + '\''); place != std::string::npos;
+         place = text.find('\'' + label + '\'', place + 1))
+        text.insert(place + 3, "\r\n");
+    EXPECT_NE(SceneOfEqual(text).find("Label=\"" + label + '"'), std::string::npos);
 }
 
 }  // namespace KVR::Test

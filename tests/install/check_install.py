@@ -110,6 +110,21 @@ def check_scene_host(options, prefix, folder, scene):
         sys.exit("the host on the resolved scene should print %d parts:\n%s" % (parts, "\n".join(lines)))
 
 
+def check_python(options, prefix, folder, scene):
+    """The package for Python reads and exports with the installed libraries alone."""
+    packages = [found.parent for found in prefix.rglob("kvr/_core*.so")]
+    if len(packages) != 1 or not (packages[0] / "py.typed").exists():
+        sys.exit(f"one package for Python expected: {packages}")
+    program = f"import kvr; print(kvr.Scene({str(scene)!r}).tree(levels=2)); kvr.convert({str(scene)!r}, 'out.glb')"
+    folder.mkdir()
+    environment = dict(os.environ, PYTHONPATH=str(packages[0].parent), PYTHONDONTWRITEBYTECODE="1")
+    printed = run(options.python, "-c", program, cwd=folder, env=environment).splitlines()
+    if printed[:3] != ["as1-oc-214", "  as1", "    rod-assembly_1"]:
+        sys.exit(f"the package for Python printed {printed}")
+    if not (folder / "out.glb").read_bytes().startswith(b"glTF"):
+        sys.exit("the package for Python wrote no GLB file")
+
+
 def check_exports(library, own, expected):
     """The library exports what is expected of it and nothing else of the project."""
     lines = [line.split(maxsplit=2) for line in
@@ -128,6 +143,7 @@ def main():
     parser.add_argument("--pkg-config", required=True)
     parser.add_argument("--source", required=True, type=pathlib.Path)
     parser.add_argument("--build", required=True, type=pathlib.Path)
+    parser.add_argument("--python")
     options = parser.parse_args()
 
     scene = options.source / "examples/as1-oc-214/as1-oc-214.xml"
@@ -142,6 +158,8 @@ def main():
         check_headers(options, prefix, folder / "headers")
         check_exchange(options, prefix, folder / "exchange")
         check_scene_host(options, prefix, folder / "scene_host", scene)
+        if options.python:
+            check_python(options, prefix, folder / "python", scene)
         for library in prefix.rglob("libkvr_xml_producer.so"):
             check_exports(library, PRODUCER, "KVR::XMLProducer::BeginProcess(")
         for library in prefix.rglob("libkvr_exchange.so"):
@@ -149,6 +167,10 @@ def main():
         program = prefix / "bin/kvr"
         if "l-bracket-assembly" not in run(program, "tree", scene):
             sys.exit("the installed program does not print the tree")
+        # It finds the program that stands beside it.
+        checked = run(prefix / "bin/kvr-batch", "check", scene, "--workers", "1", "--results", folder / "results")
+        if not checked.startswith("1 file: 1 passed"):
+            sys.exit("the installed kvr-batch does not check a scene")
     print("installed, moved, built against and run")
 
 

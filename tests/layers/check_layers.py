@@ -41,7 +41,11 @@ GROUPS = (
     ("scene/ExtensionTypes.h", "extension types"),
     ("scene/", "scene"),
     ("inspect/estimate/", "estimate"),
+    ("inspect/query/", "query"),
+    ("inspect/statistics/", "statistics"),
     ("inspect/Check.h", "inspect face"),
+    ("inspect/Compare.h", "inspect face"),
+    ("inspect/Digest.h", "inspect face"),
     ("inspect/Explain.h", "inspect face"),
     ("inspect/Finding.h", "inspect face"),
     ("inspect/Export.h", "inspect face"),
@@ -58,7 +62,9 @@ GROUPS = (
     ("exchange/convert/", "convert"),
     ("exchange/certify/", "certify"),
     ("exchange/", "exchange"),
+    ("host/dump/", "dump"),
     ("host/", "host"),
+    ("python/", "python"),
 )
 
 FRAMEWORK = ("api", "kernel", "gmk_interface", "document policy", "xml_util")
@@ -94,9 +100,13 @@ MAY_INCLUDE = {
     "scene": ("api", "kernel", "gmk_interface", "extension types"),
     # What reading a scene takes, before it is read.
     "estimate": ("api", "xml_util"),
+    # Questions about the occurrences of a scene.
+    "query": ("api", "kernel", "scene", "output"),
+    # What the geometry of a scene takes; listens to the readers of side files.
+    "statistics": ("api", "kernel", "xml_util", "scene", "estimate"),
     # What a program sees of checks stands by itself.
     "inspect face": (),
-    "inspect": FRAMEWORK + ("facade", "output", "describe", "scene", "inspect face"),
+    "inspect": FRAMEWORK + ("facade", "output", "describe", "scene", "extension types", "estimate", "inspect face"),
     # The public headers of the exchange stand on the interfaces and the scene alone, which makes them low enough for
     # everybody in it and for any program; what they promise is done in import, export and certify, none of which knows
     # the other two.
@@ -110,13 +120,18 @@ MAY_INCLUDE = {
     "meshes": ("api", "model"),
     "import": ("extension types", "api", "kernel", "authoring", "xml_util", "output", "exchange", "run", "conventions",
                "model", "meshes"),
-    "export": ("extension types", "api", "kernel", "gmk_interface", "scene", "output", "exchange", "run", "conventions",
-               "source"),
+    "export": ("extension types", "api", "kernel", "gmk_interface", "scene", "query", "output", "exchange", "run",
+               "conventions", "source"),
     # A format of its own folder; of export it takes the task, and how notes are drawn.
     "view": ("extension types", "api", "kernel", "gmk_interface", "scene", "output", "exchange", "run", "export"),
     "convert": ("output", "exchange", "run"),
     "certify": ("extension types", "api", "kernel", "output", "exchange", "run", "source"),
-    "host": ("api", "kernel", "facade", "output", "describe", "scene", "estimate", "inspect face", "source", "exchange"),
+    # The text of a dump, which the program and Python share.
+    "dump": ("api", "output", "describe", "source"),
+    "host": ("api", "kernel", "facade", "output", "describe", "scene", "estimate", "query", "statistics", "inspect face",
+             "source", "exchange", "dump"),
+    "python": ("api", "kernel", "facade", "authoring", "output", "describe", "scene", "inspect face", "source",
+               "exchange", "dump"),
 }
 
 # Headers that everybody below the producer's top sees, and that therefore name other classes by declaration only.

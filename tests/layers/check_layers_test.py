@@ -89,8 +89,8 @@ class LayerCheck(unittest.TestCase):
         self.write("producer/XMLProducerImpl.h")
         self.write("host/Tree.cpp", '#include "producer/XMLProducer.h"\n')
         self.assertEqual(self.problems(), [])
-        self.write("host/dump/Dump.cpp", '#include "producer/XMLProducerImpl.h"\n')
-        self.assert_one("host/dump/Dump.cpp:1:", "host may not include context")
+        self.write("host/tree/Tree.cpp", '#include "producer/XMLProducerImpl.h"\n')
+        self.assert_one("host/tree/Tree.cpp:1:", "host may not include context")
 
     def test_authoring_does_not_know_the_producer(self):
         self.write("producer/XMLProducer.h")
@@ -129,8 +129,8 @@ class LayerCheck(unittest.TestCase):
         self.assert_one("structure/XMLPart.cpp:2:", "transcode")
 
     def test_document_text_is_released_in_one_place(self):
-        self.write("host/dump/Dump.cpp", "\n  XMLString::release(&text);\n")
-        self.assert_one("host/dump/Dump.cpp:2:", "release")
+        self.write("host/tree/Tree.cpp", "\n  XMLString::release(&text);\n")
+        self.assert_one("host/tree/Tree.cpp:2:", "release")
 
     def test_a_comment_may_speak_of_transcoding(self):
         self.write("structure/XMLPart.cpp", "// No transcode() here: names compare as they stand.\n")

@@ -188,6 +188,57 @@ TEST(DocumentRules, FindAReferenceToAnObjectThatCannotStandThere)
     EXPECT_THAT(CheckedText(style).Findings(), ElementsAre("K-0111 at 5: q"));
 }
 
+TEST(DocumentRules, TellTheKindOfWhatComesTooLateAndCouldNotStandThere)
+{
+    CheckedText const placed(AssemblyOf("<IInstance ID='i' Label='' Visibility='1'>\n<Child ID='s'/></IInstance>",
+                                        "<IPart ID='p' Label=''><AttributeSet><StyleSet>"
+                                        "<IRenderStyle ID='s' Label=''/></StyleSet></AttributeSet></IPart>"));
+    EXPECT_EQ(placed.Only("K-0111").line, 6U);
+    CheckedText const child(SceneOf("<ChildSet>\n<Child ID='a'/></ChildSet>", "<IFile ID='a' Label=''/>"));
+    EXPECT_EQ(child.Only("K-0111").line, 5U);
+}
+
+TEST(DocumentRules, FindATextureAndALevelOfDetailThatAreNone)
+{
+    auto const style = [](std::string const& texture)
+    {
+        return SceneOf(
+            "<AttributeSet><StyleSet><IRenderStyle ID='s' Label=''>\n<DiffuseColor FractionRed='1' "
+            "FractionGreen='1' FractionBlue='1' TextureId='" +
+            texture + "'/></IRenderStyle></StyleSet></AttributeSet>");
+    };
+    EXPECT_THAT(CheckedText(style("p")).Findings(), ElementsAre("K-0111 at 5: p"));
+    EXPECT_THAT(CheckedText(style("nowhere")).Findings(), ElementsAre("K-0110 at 5: nowhere"));
+    EXPECT_THAT(CheckedText(style("")).Findings(), IsEmpty());
+}
+
+TEST(DocumentRules, FindAFileOfWhatIsNoComponent)
+{
+    std::string const text =
+        "<Scene>\n<IFile ID='f' Label='' IsRoot='1'><ChildSet>\n<Child ID='q' Type='IPart'/></ChildSet></IFile>"
+        "<IPoint ID='q' Label=''/></Scene>";
+    EXPECT_EQ(CheckedText(text).Only("K-0111").line, 3U);
+}
+
+TEST(DocumentRules, FindEntriesOfTheFilePropertiesThatNobodyCanAskFor)
+{
+    auto const file = [](std::string const& entries)
+    {
+        std::string text = SceneOf({});
+        return text.insert(text.find("<ChildSet>"), "<FileProperties>" + entries + "</FileProperties>");
+    };
+    std::string const misspelt = file("<title>t</title>");
+    Finding const finding = CheckedText(misspelt).Only("K-0116");
+    EXPECT_EQ(finding.meant, "Title");
+    EXPECT_EQ(Repaired(misspelt, finding), file("<Title>t</Title>"));
+    EXPECT_THAT(CheckedText(file("<Zorgle/>")).Findings(), ElementsAre(HasSubstr("K-0102 at ")));
+    EXPECT_THAT(CheckedText(file("<Title>t</Title><Title>u</Title>")).Findings(), ElementsAre(HasSubstr("K-0106 at ")));
+    EXPECT_THAT(CheckedText(file("<CreationDate>x</CreationDate>")).Findings(), ElementsAre(HasSubstr("K-0211 at ")));
+    EXPECT_THAT(CheckedText(file("<MassUnit>kg</MassUnit>")).Findings(), ElementsAre(HasSubstr("K-0202 at ")));
+    EXPECT_THAT(CheckedText(file("<UpVector>0 0 1</UpVector>")).Findings(), ElementsAre(HasSubstr("K-0210 at ")));
+    EXPECT_THAT(CheckedText(file("<UpVector>0,0,1</UpVector>")).Findings(), IsEmpty());
+}
+
 TEST(DocumentRules, FindAnAssemblyThatPlacesItself)
 {
     CheckedText const checked(AssemblyOf("<IInstance ID='i' Label='' Visibility='1'>\n<Child ID='a'/></IInstance>"));

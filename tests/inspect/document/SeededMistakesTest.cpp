@@ -1,186 +1,16 @@
-// One mistake of each rule in turn, planted in every place of the example scenes where it can stand: it is found, at
-// its line, and nothing else is.
+// One mistake in names and values in turn, planted in every place of the example scenes where it can stand.
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <functional>
-#include <map>
 #include <optional>
 #include <regex>
-#include <set>
 #include <string>
+#include <vector>
 
-#include "tests/inspect/document/CheckedText.h"
-#include "tests/inspect/document/SceneTags.h"
-#include "tests/support/SanitizedBuild.h"
+#include "tests/inspect/document/Seeds.h"
 
 namespace KVR::Test
 {
-
-namespace
-{
-
-namespace fs = std::filesystem;
-
-// A text with a mistake in it.
-struct Planted
-{
-    std::string text;
-    /// Of the mistake.
-    std::size_t at = 0;
-    /// Rules of which one finds it.
-    std::set<std::string> rules;
-    /// Whether more is lost because of it, which is found as well.
-    bool hasConsequences = false;
-    /// Whether it has a repair that leads back to the untouched text.
-    bool isRepaired = false;
-};
-
-using Plant = std::function<std::optional<Planted>(std::string const& text, SceneTag const& tag)>;
-using PlantValue =
-    std::function<std::optional<Planted>(std::string const& text, SceneTag const& tag, TagAttribute const& attribute)>;
-
-std::optional<Planted> WithValue(std::string const& text, TagAttribute const& attribute, std::string const& value,
-                                 std::string const& rule)
-{
-    return Planted{Replaced(text, attribute.valueBegin, attribute.value.size(), value), attribute.valueBegin, {rule}};
-}
-
-// Every element there is an object or an entry, whatever its name.
-bool TakesAnyName(SceneTag const& tag)
-{
-    static std::set<std::string> const kSets = {"GroupSet", "CameraSet", "ViewSet", "FileProperties", "RefFiles"};
-    return kSets.contains(tag.name) || (tag.name == "ChildSet" && tag.parent == "IFile");
-}
-
-// Attributes by which objects are found, or which decide how much is read.
-bool IsOfConsequence(SceneTag const& tag, TagAttribute const& attribute)
-{
-    static std::regex const kNames(
-        "ID|EntityId|Path|RefId|RefPath|Generate.*|IsRoot|Type|SketchTypeEnum|Items|"
-        "Key|BlobBufferSize|FractionRed|FractionGreen|FractionBlue|.*Id|LODID");
-    return std::regex_match(attribute.name, kNames) || tag.name == "BaseOccPath";
-}
-
-class Seeds : public ::testing::TestWithParam<char const*>
-{
-protected:
-    Seeds()
-    {
-        fs::path const scene = fs::path(KVR_EXAMPLES_DIR) / GetParam();
-        for (auto const& entry : fs::directory_iterator(scene.parent_path()))
-            fs::copy(entry.path(), fs::path(m_folder.Path()) / entry.path().filename());
-        m_path = m_folder.Path() + "/" + scene.filename().string();
-        m_text = BytesOf(m_path);
-        m_tags = TagsOf(m_text);
-        m_before = Check();
-    }
-
-    using Counts = std::map<std::string, int>;
-
-    Counts Check()
-    {
-        CheckOptions options;
-        options.rules = DocumentRuleIds();
-        m_findings = CheckScene(m_path, options).findings;
-        Counts counts;
-        for (Finding const& finding : m_findings)
-            ++counts[std::string(finding.rule->id) + " " + finding.path + ": " + finding.found];
-        return counts;
-    }
-
-    // What there is now and was not before.
-    std::vector<Finding> NewFindings()
-    {
-        WriteBytes(m_path, m_planted);
-        Counts before = m_before;
-        Check();
-        std::vector<Finding> fresh;
-        for (Finding const& finding : m_findings)
-        {
-            if (--before[std::string(finding.rule->id) + " " + finding.path + ": " + finding.found] < 0)
-                fresh.push_back(finding);
-        }
-        return fresh;
-    }
-
-    void Expect(Planted const& planted)
-    {
-        m_planted = planted.text;
-        std::vector<Finding> const fresh = NewFindings();
-        std::size_t const line = LineOf(planted.text, planted.at);
-        std::string const where = "line " + std::to_string(line) + ": " + planted.text.substr(planted.at, 60) +
-                                  ::testing::PrintToString(planted.rules);
-        std::vector<std::string> texts;
-        bool isFound = false;
-        for (Finding const& finding : fresh)
-        {
-            texts.push_back(BriefText(finding));
-            bool const isIt = planted.rules.contains(std::string(finding.rule->id)) && finding.line == line;
-            isFound = isFound || isIt;
-            if (isIt && planted.isRepaired)
-            {
-                EXPECT_EQ(finding.fix.empty() ? std::string() : Repaired(planted.text, finding), m_text) << where;
-            }
-        }
-        EXPECT_TRUE(isFound) << where << " among " << ::testing::PrintToString(texts);
-        if (!planted.hasConsequences)
-        {
-            EXPECT_EQ(fresh.size(), 1U) << where << ": " << ::testing::PrintToString(texts);
-        }
-        ++m_count;
-    }
-
-    void PlantInTags(Plant const& plant)
-    {
-        std::vector<Planted> all;
-        for (SceneTag const& tag : m_tags)
-        {
-            if (std::optional<Planted> const planted = plant(m_text, tag))
-                all.push_back(*planted);
-        }
-        ExpectSome(all);
-    }
-
-    void PlantInValues(PlantValue const& plant)
-    {
-        std::vector<Planted> all;
-        for (SceneTag const& tag : m_tags)
-        {
-            for (TagAttribute const& attribute : tag.attributes)
-            {
-                if (std::optional<Planted> const planted = plant(m_text, tag, attribute))
-                    all.push_back(*planted);
-            }
-        }
-        ExpectSome(all);
-    }
-
-    void ExpectSome(std::vector<Planted> const& all)
-    {
-        // Some of the places; all of them on demand, which takes minutes.
-        std::size_t const budget = kIsSanitized ? 5 : 30;
-        std::size_t const step = std::getenv("KVR_SEED_ALL") ? 1 : all.size() / budget + 1;
-        for (std::size_t i = 0; i < all.size(); i += step)
-            Expect(all[i]);
-        RecordProperty("planted", static_cast<int>(m_count));
-        RecordProperty("places", static_cast<int>(all.size()));
-    }
-
-    TempFolder m_folder;
-    std::string m_path;
-    std::string m_text;
-    std::string m_planted;
-    std::vector<SceneTag> m_tags;
-    std::vector<Finding> m_findings;
-    Counts m_before;
-    std::size_t m_count = 0;
-};
-
-}  // namespace
 
 TEST_P(Seeds, AnAttributeThatNobodyReads)
 {
@@ -235,13 +65,16 @@ TEST_P(Seeds, AMisspeltElement)
             SceneTag around;
             around.name = tag.parent;
             around.parent = tag.grandparent;
-            // The paths of an override are read in any case.
-            if (tag.parent.empty() || TakesAnyName(around) || tag.name == "BaseOccPaths")
+            // The paths of an override, and the view data of a file, are read in any case.
+            if (tag.parent.empty() || TakesAnyName(around) || tag.name == "BaseOccPaths" ||
+                (tag.name == "ViewData" && tag.parent == "FileProperties"))
                 return std::nullopt;
             std::string const name = OtherCase(tag.name);
             std::string planted = Replaced(text, tag.begin + 1, name.size(), name);
             if (!tag.isEmpty)
                 planted.replace(tag.endTag + 2, name.size(), name);
+            if (tag.parent == "FileProperties")
+                return Planted{planted, tag.begin, {"K-0116"}, false, true};
             // Some match in any case, and then read nothing.
             return Planted{planted, tag.begin, {"K-0103", "K-0106"}, true};
         });
@@ -255,8 +88,8 @@ TEST_P(Seeds, ABooleanThatLooksOtherwise)
             if (!Matches(attribute.name, ".*Visib.*|Is[A-Z].*|Generate.*") ||
                 !Matches(attribute.value, "0|1|True|true|False|false") || attribute.name == "IsSingleSided")
                 return std::nullopt;
-            std::optional<Planted> planted = WithValue(text, attribute, "yes", "K-0201");
-            planted->hasConsequences = IsOfConsequence(tag, attribute);
+            Planted planted = WithValue(text, attribute, "yes", "K-0201");
+            planted.hasConsequences = IsOfConsequence(tag, attribute);
             return planted;
         });
 }
@@ -270,6 +103,7 @@ TEST_P(Seeds, AUnitThatIsNone)
                 return std::nullopt;
             return WithValue(text, attribute, "Parsec", "K-0202");
         });
+    PlantInTexts("MassUnit|TimeUnit", "Parsec", "K-0202");
 }
 
 TEST_P(Seeds, ATextThatNamesNoValue)
@@ -279,8 +113,8 @@ TEST_P(Seeds, ATextThatNamesNoValue)
         {
             if (!Matches(attribute.value, "k[A-Za-z]*_.*") || Matches(attribute.value, "kUnitType_.*"))
                 return std::nullopt;
-            std::optional<Planted> planted = WithValue(text, attribute, "Zorgle", "K-0203");
-            planted->hasConsequences = tag.name == "ISketch";
+            Planted planted = WithValue(text, attribute, "Zorgle", "K-0203");
+            planted.hasConsequences = tag.name == "ISketch";
             return planted;
         });
 }
@@ -303,42 +137,84 @@ TEST_P(Seeds, ADecimalComma)
         {
             if (!Matches(attribute.name, "X|Y|Z|Fraction.*|.*Factor") || !Matches(attribute.value, "-?\\d+\\.\\d+"))
                 return std::nullopt;
-            std::optional<Planted> planted =
+            Planted planted =
                 WithValue(text, attribute, std::regex_replace(attribute.value, std::regex("\\."), ","), "K-0205");
-            planted->isRepaired = true;
+            planted.isRepaired = true;
             return planted;
         });
 }
 
-namespace
-{
-
-// Each transform by another one, in attributes and in the text of elements.
-std::vector<Planted> WithTransform(std::string const& text, std::vector<SceneTag> const& tags,
-                                   std::string const& numbers, std::string const& rule)
-{
-    std::vector<Planted> all;
-    for (SceneTag const& tag : tags)
-    {
-        if (tag.name == "Transform")
-            all.push_back({Replaced(text, tag.end, tag.endTag - tag.end, numbers), tag.end, {rule}});
-        for (TagAttribute const& attribute : tag.attributes)
-        {
-            if (attribute.name == "Transformation")
-                all.push_back(*WithValue(text, attribute, numbers, rule));
-        }
-    }
-    return all;
-}
-
-}  // namespace
-
 TEST_P(Seeds, TransformsThatAreNoneOrOdd)
 {
-    ExpectSome(WithTransform(m_text, m_tags, "1 0 0 0 0 1 0 0 0 0 1 0 0 0 0", "K-0206"));
-    ExpectSome(WithTransform(m_text, m_tags, "1 0 0 0 0 0 0 0 0 0 1 0 0 0 0 1", "K-0207"));
-    ExpectSome(WithTransform(m_text, m_tags, "1 0 0 0 0 -1 0 0 0 0 1 0 0 0 0 1", "K-0208"));
-    ExpectSome(WithTransform(m_text, m_tags, "1 0.5 0 0 0 1 0 0 0 0 1 0 0 0 0 1", "K-0209"));
+    struct Odd
+    {
+        char const* numbers;
+        char const* rule;
+    };
+    for (Odd const& odd :
+         {Odd{"1 0 0 0 0 1 0 0 0 0 1 0 0 0 0", "K-0206"}, Odd{"1 0 0 0 0 0 0 0 0 0 1 0 0 0 0 1", "K-0207"},
+          Odd{"1 0 0 0 0 -1 0 0 0 0 1 0 0 0 0 1", "K-0208"}, Odd{"1 0.5 0 0 0 1 0 0 0 0 1 0 0 0 0 1", "K-0209"}})
+    {
+        PlantInTexts("Transform", odd.numbers, odd.rule);
+        PlantInValues(
+            [&](std::string const& text, SceneTag const&, TagAttribute const& attribute) -> std::optional<Planted>
+            {
+                if (attribute.name != "Transformation")
+                    return std::nullopt;
+                return WithValue(text, attribute, odd.numbers, odd.rule);
+            });
+    }
+}
+
+TEST_P(Seeds, VectorsThatAreNone)
+{
+    for (char const* const vector : {"0 0 1", "0,1", "0,0,1,0", "0,zorgle,1", "0,0,1mm"})
+        PlantInTexts("UpVector|FrontVector", vector, "K-0210");
+}
+
+TEST_P(Seeds, TimesThatAreNone)
+{
+    for (char const* const time : {"yesterday", "1 March 2024", "2024-13-01T00:00:00", "2024-02-30", "12:30:00"})
+    {
+        PlantInTexts("CreationDate", time, "K-0211");
+        PlantInValues(
+            [&](std::string const& text, SceneTag const& tag, TagAttribute const& attribute) -> std::optional<Planted>
+            {
+                bool const isTime = attribute.name == "LastModificationTime" ||
+                                    (tag.name == "CustomProperty" && attribute.name == "Value" &&
+                                     text.substr(tag.begin, tag.end - tag.begin).find("kTime") != std::string::npos);
+                if (!isTime)
+                    return std::nullopt;
+                return WithValue(text, attribute, time, "K-0211");
+            });
+    }
+}
+
+TEST_P(Seeds, AnEntryOfTheFilePropertiesThatNobodyCanAskFor)
+{
+    PlantInTags(
+        [](std::string const& text, SceneTag const& tag) -> std::optional<Planted>
+        {
+            if (tag.parent != "FileProperties" || tag.isEmpty)
+                return std::nullopt;
+            // Two letters in each other's place.
+            std::string name = tag.name;
+            std::swap(name[1], name[2]);
+            std::string planted = Replaced(text, tag.endTag + 2, name.size(), name);
+            return Planted{Replaced(planted, tag.begin + 1, name.size(), name), tag.begin, {"K-0116"}};
+        });
+}
+
+TEST_P(Seeds, AnEntryOfTheFilePropertiesThatComesTwice)
+{
+    PlantInTags(
+        [](std::string const& text, SceneTag const& tag) -> std::optional<Planted>
+        {
+            if (tag.parent != "FileProperties" || Matches(tag.name, "ViewData|CustomProperties"))
+                return std::nullopt;
+            std::string const element = text.substr(tag.begin, tag.elementEnd - tag.begin);
+            return Planted{Replaced(text, tag.elementEnd, 0, element), tag.elementEnd, {"K-0106"}};
+        });
 }
 
 TEST_P(Seeds, AReferenceToNothing)
@@ -348,9 +224,9 @@ TEST_P(Seeds, AReferenceToNothing)
         {
             if (attribute.name != "ID" || !Matches(tag.name, "Child|StyleRef|CameraRef"))
                 return std::nullopt;
-            std::optional<Planted> planted = WithValue(text, attribute, "nowhere", "K-0110");
+            Planted planted = WithValue(text, attribute, "nowhere", "K-0110");
             // What was referred to, and what stands behind an instance without a target.
-            planted->hasConsequences = true;
+            planted.hasConsequences = true;
             return planted;
         });
 }
@@ -381,13 +257,6 @@ TEST_P(Seeds, AnObjectThatNothingLeadsTo)
         });
 }
 
-INSTANTIATE_TEST_SUITE_P(Examples, Seeds,
-                         ::testing::Values("complete/complete.xml", "as1-oc-214/as1-oc-214.xml",
-                                           "lcr_follower_arm/lcr_follower_arm.xml"),
-                         [](auto const& seeds)
-                         {
-                             std::string const name = fs::path(seeds.param).stem().string();
-                             return std::regex_replace(name, std::regex("[^A-Za-z0-9]"), "_");
-                         });
+INSTANTIATE_TEST_SUITE_P(Examples, Seeds, kSeedScenes, NameOfSeedScene);
 
 }  // namespace KVR::Test

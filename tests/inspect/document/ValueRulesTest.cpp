@@ -116,6 +116,9 @@ TEST(ValueRules, FindVectorsAndTimesThatAreNone)
     EXPECT_THAT(
         CheckedText(SceneOf({}, "<IUniverse><ViewData>\n<UpVector>0 0 1</UpVector></ViewData></IUniverse>")).Findings(),
         ElementsAre("K-0210 at 7: 0 0 1"));
+    EXPECT_THAT(
+        CheckedText(SceneOf({}, "<IUniverse><ViewData>\n<UpVector>0,O,1</UpVector></ViewData></IUniverse>")).Findings(),
+        ElementsAre("K-0210 at 7: 0,O,1"));
     std::string text = SceneOf({});
     text.replace(text.find("IsRoot"), 0, "LastModificationTime='yesterday' ");
     EXPECT_EQ(CheckedText(text).Only("K-0211").line, 2U);

@@ -7,6 +7,8 @@
 #include <fstream>
 #include <sstream>
 
+#include "tests/tool/ToolRun.h"
+
 namespace KVR::Test
 {
 
@@ -25,9 +27,13 @@ std::string Bytes(std::string const& path)
 
 }  // namespace
 
-SeededScene::SeededScene(std::string const& name) : m_name(name)
+SeededScene::SeededScene(std::string const& name) : m_name(fs::path(name).stem().string())
 {
-    fs::copy(fs::path(KVR_EXAMPLES_DIR) / name, m_folder.Path());
+    fs::path const examples(KVR_EXAMPLES_DIR);
+    if (m_name == name)
+        fs::copy(examples / name, m_folder.Path());
+    else
+        EXPECT_EQ(RunTool({"import", (examples / "models" / name).string(), PathOf(Name())}).status, 0);
     m_document = Content(Name());
     m_known = CheckScene(PathOf(Name())).findings;
 }

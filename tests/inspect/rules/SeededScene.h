@@ -12,10 +12,12 @@
 namespace KVR::Test
 {
 
-/// A copy of an example, in which one mistake at a time is made and found.
+/// A copy of an example, or what is imported of one of examples/models, in which one mistake at a time is made and
+/// found.
 class SeededScene
 {
 public:
+    /// The name of a folder of examples, or of a model with its extension.
     explicit SeededScene(std::string const& name);
 
     std::string const& Document() const noexcept { return m_document; }

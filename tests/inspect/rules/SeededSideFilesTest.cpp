@@ -3,10 +3,13 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <filesystem>
+#include <iterator>
 #include <regex>
 
 #include "tests/inspect/rules/SeededScene.h"
+#include "tests/support/SanitizedBuild.h"
 
 namespace KVR::Test
 {
@@ -17,7 +20,9 @@ namespace
 // What follows from a store that gave nothing: elements without records, records of it that others wanted, what they
 // were referred to by, and what they held.
 std::vector<std::string_view> const kFollowers = {"K-0106", "K-0107", "K-0108", "K-0110", "K-0111", "K-0114", "K-0308",
-                                                  "K-0309", "K-0311", "K-0313", "K-0314", "K-0316", "K-0317"};
+                                                  "K-0309", "K-0311", "K-0313", "K-0314", "K-0316", "K-0317",
+                                                  // What was written with the scene is another file then.
+                                                  "K-0319"};
 
 struct SectionPlace
 {
@@ -64,9 +69,15 @@ protected:
     {
         std::regex const element("<(?:" + names + ") ID=\"([^\"]*)\"");
         std::string const& text = m_scene.Document();
-        std::size_t count = 0;
-        for (std::sregex_iterator at(text.begin(), text.end(), element), end; at != end; ++at, ++count)
+        // Some of many; all of them on demand.
+        auto const total =
+            std::distance(std::sregex_iterator(text.begin(), text.end(), element), std::sregex_iterator());
+        std::ptrdiff_t const step = std::getenv("KVR_SEED_ALL") ? 1 : total / (kIsSanitized ? 3 : 9) + 1;
+        std::ptrdiff_t count = 0;
+        for (std::sregex_iterator at(text.begin(), text.end(), element), end; at != end; ++at)
         {
+            if (count++ % step != 0)
+                continue;
             auto const place = static_cast<std::size_t>(at->position(1));
             std::string const changed = m_scene.Changed(place, 0, "other-");
             std::vector<Finding> const findings = m_scene.FindingsWith(m_scene.Name(), changed);
@@ -76,7 +87,7 @@ protected:
                 unused += finding.rule->id == "K-0308" ? 1U : 0U;
             EXPECT_EQ(unused, 1U) << (*at)[1];
         }
-        EXPECT_GT(count, 0U);
+        EXPECT_GT(count, 0);
     }
 };
 
@@ -85,7 +96,9 @@ protected:
 TEST_P(SeededSideFiles, NothingIsFoundInTheExample)
 {
     for (Finding const& finding : m_scene.Known())
-        ADD_FAILURE() << finding.rule->id << ' ' << finding.file << ':' << finding.line << ' ' << finding.found;
+        // What the import makes of one body is no closed mesh.
+        EXPECT_EQ(finding.rule->id, "K-0405")
+            << finding.rule->id << ' ' << finding.file << ':' << finding.line << ' ' << finding.found;
 }
 
 TEST_P(SeededSideFiles, ASectionThatIsOffOrNamesNoFile)
@@ -120,11 +133,11 @@ TEST_P(SeededSideFiles, AFolderInPlaceOfAFile)
 // Of a store cut anywhere something is said; of one with bytes behind it, too.
 TEST_P(SeededSideFiles, AFileThatIsShortOrLong)
 {
-    constexpr std::size_t kCuts = 12;
+    constexpr std::size_t kCuts = kIsSanitized ? 4 : 12;
     for (SectionPlace const& section : SectionsOf(m_scene))
     {
         bool const isShape = section.file.ends_with(".sab") || section.file.ends_with(".sat");
-        bool const isXml = section.file.ends_with(".xml");
+        bool const isXml = section.file.ends_with(".xml") || section.file.ends_with(".ids");
         std::string const content = m_scene.Content(section.file);
         for (std::size_t cut = 1; cut <= kCuts; ++cut)
         {
@@ -132,12 +145,12 @@ TEST_P(SeededSideFiles, AFileThatIsShortOrLong)
             // Behind the head of an asset file, or the count of a store, what is missing can be told.
             if (size < 24)
                 continue;
-            ExpectFound(
-                m_scene.FindingsWith(section.file, content.substr(0, size)), isShape || isXml ? "K-0304" : "K-0305",
-                m_file, LineOf(m_scene.Document(), section.path),
-                {"K-0106", "K-0107", "K-0108", "K-0110", "K-0111", "K-0114", "K-0308", "K-0309", "K-0311", "K-0312",
-                 "K-0313", "K-0314", "K-0401", "K-0402", "K-0403", "K-0404", "K-0405", "K-0406", "K-0408", "K-0409"},
-                section.file + " of " + std::to_string(size) + " bytes");
+            ExpectFound(m_scene.FindingsWith(section.file, content.substr(0, size)),
+                        isShape || isXml ? "K-0304" : "K-0305", m_file, LineOf(m_scene.Document(), section.path),
+                        {"K-0106", "K-0107", "K-0108", "K-0110", "K-0111", "K-0114", "K-0308",
+                         "K-0309", "K-0311", "K-0312", "K-0313", "K-0314", "K-0319", "K-0401",
+                         "K-0402", "K-0403", "K-0404", "K-0405", "K-0406", "K-0408", "K-0409"},
+                        section.file + " of " + std::to_string(size) + " bytes");
         }
         if (!isXml)
             ExpectFound(m_scene.FindingsWith(section.file, content + "more"), isShape ? "K-0304" : "K-0307",
@@ -149,7 +162,7 @@ TEST_P(SeededSideFiles, ASectionThatComesTwiceRepeatsItsRecords)
 {
     for (SectionPlace const& section : SectionsOf(m_scene))
     {
-        if (section.file.ends_with(".seg") || section.file.ends_with(".xml"))
+        if (section.file.ends_with(".seg") || section.file.ends_with(".xml") || section.file.ends_with(".ids"))
             continue;
         std::size_t const end = m_scene.Document().find("/>", section.element) + 2;
         std::string const element = m_scene.Document().substr(section.element, end - section.element);
@@ -175,7 +188,21 @@ TEST_P(SeededSideFiles, SegmentsInFrontOfTheirMeshes)
     ExpectFound(m_scene.FindingsWith(m_scene.Name(), moved), "K-0311", m_file, LineOf(moved, place), {}, "moved");
 }
 
-INSTANTIATE_TEST_SUITE_P(Examples, SeededSideFiles, testing::Values("as1-oc-214", "complete"));
+namespace
+{
+
+// The larger of the imported models has bodies that take long to look at.
+std::vector<char const*> Scenes()
+{
+    std::vector<char const*> scenes{"as1-oc-214", "complete", "lcr_follower_arm", "as1-oc-214.stp"};
+    if (std::getenv("KVR_SEED_ALL"))
+        scenes.push_back("lcr_follower_arm.step");
+    return scenes;
+}
+
+}  // namespace
+
+INSTANTIATE_TEST_SUITE_P(Examples, SeededSideFiles, testing::ValuesIn(Scenes()));
 
 TEST(SeededSideFilesOfAllKinds, BodiesAndCurvesWithoutRecords)
 {

@@ -1,0 +1,1 @@
+"""Runs the program kvr over many scenes and models, on the engine of Dask distributed."""
