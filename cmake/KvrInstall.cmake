@@ -23,7 +23,7 @@ install(FILES producer/Export.h producer/XMLProducer.h producer/XMLProducerOptio
 
 file(GLOB headers CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/exchange/*.h")
 install(FILES ${headers} DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/kvr/exchange")
-install(FILES inspect/Check.h inspect/Digest.h inspect/Explain.h inspect/Export.h inspect/Finding.h
+install(FILES inspect/Check.h inspect/Compare.h inspect/Digest.h inspect/Explain.h inspect/Export.h inspect/Finding.h
   DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/kvr/inspect")
 install(FILES exchange/source/SceneOptions.h DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/kvr/exchange/source")
 

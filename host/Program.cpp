@@ -18,6 +18,7 @@
 #include "host/CheckCommand.h"
 #include "host/Command.h"
 #include "host/ConvertCommand.h"
+#include "host/DiffCommand.h"
 #include "host/DumpCommand.h"
 #include "host/ExplainCommand.h"
 #include "host/ExportCommand.h"
@@ -62,7 +63,7 @@ Commands AllCommands(CLI::App& program)
 {
     return MakeCommands<InfoCommand, DumpCommand, TreeCommand, QueryCommand, StatsCommand, ViewsCommand, NotesCommand,
                         ImportCommand, ExportCommand, ConvertCommand, ViewCommand, PictureCommand, CertifyCommand,
-                        CheckCommand, ExplainCommand, HashCommand>(program);
+                        CheckCommand, ExplainCommand, DiffCommand, HashCommand>(program);
 }
 
 void Describe(CLI::App& program)
@@ -87,6 +88,7 @@ void Describe(CLI::App& program)
         "  kvr picture examples/models/as1-oc-214.stp as1.png\n"
         "  kvr certify examples/models/as1-oc-214.stp\n"
         "  kvr check as1.xml\n"
+        "  kvr diff as1.xml as2.xml\n"
         "  kvr hash as1.xml");
 }
 

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string>
+
+#include "exchange/source/SceneOptions.h"
+#include "host/Command.h"
+
+namespace KVR
+{
+
+/// The command "diff": in what two scenes differ.
+class DiffCommand final : public Command
+{
+public:
+    explicit DiffCommand(CLI::App& program);
+
+    ExitStatus Run() override;
+
+private:
+    SceneOptions m_scene;
+    std::string m_first;
+    std::string m_second;
+    bool m_all = false;
+    bool m_asJson = false;
+};
+
+}  // namespace KVR
