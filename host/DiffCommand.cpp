@@ -3,12 +3,15 @@
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
+#include <string>
+#include <vector>
 
 #include "exchange/source/SceneFile.h"
 #include "exchange/source/SceneProblem.h"
 #include "exchange/source/SceneReading.h"
 #include "host/CommonOptions.h"
 #include "host/diff/ComparisonOutput.h"
+#include "host/diff/ComparisonPage.h"
 #include "inspect/Compare.h"
 #include "output/Output.h"
 #include "output/SafeText.h"
@@ -62,6 +65,10 @@ DiffCommand::DiffCommand(CLI::App& program)
     arguments.add_option("second", m_second, "The scene as it is")->required()->type_name("B");
     arguments.add_flag("--all", m_all, "Show all changes of a kind, not ten");
     AddJsonOption(arguments, m_asJson);
+    arguments
+        .add_option("--html", m_page,
+                    "Write a file that shows both scenes in a browser, what changed in colour, as kvr view shows one")
+        ->type_name("FILE");
     AddReadingOptions(arguments, m_scene);
     AddInsecureOption(arguments, m_scene);
 }
@@ -82,6 +89,18 @@ ExitStatus DiffCommand::Run()
     else
         WriteComparisonAsText(comparison, m_first, m_second, m_all, out);
     out.Flush();
+    if (!m_page.empty())
+    {
+        std::vector<std::string> remarks;
+        std::string const problem = WriteComparisonPage(comparison, first.Producer(), WithPath(m_scene, m_first),
+                                                        second.Producer(), m_second, m_page, remarks);
+        if (!problem.empty())
+            Complain(problem);
+        for (std::string const& remark : remarks)
+            Complain(Escaped(m_page) + ": " + remark);
+        if (!problem.empty())
+            return kExit_Failed;
+    }
     return comparison.changes.empty() ? kExit_Good : kExit_Failed;
 }
 

@@ -20,6 +20,7 @@ private:
     SceneOptions m_scene;
     std::string m_first;
     std::string m_second;
+    std::string m_page;
     bool m_all = false;
     bool m_asJson = false;
 };

@@ -4,6 +4,7 @@
 #include <xercesc/util/PlatformUtils.hpp>
 
 #include "framework/api/Exception.h"
+#include "inspect/query/Query.h"
 #include "python/Bindings.h"
 #include "python/Cancelled.h"
 #include "python/SceneSource.h"
@@ -21,6 +22,7 @@ void BindExceptions(py::module_& module)
     static PyObject* const error = py::exception<Exception>(module, "Error").release().ptr();
     static PyObject* const sceneError = py::exception<SceneError>(module, "SceneError", error).release().ptr();
     static PyObject* const cancelled = py::exception<Cancelled>(module, "Cancelled", error).release().ptr();
+    static PyObject* const queryError = py::exception<QueryError>(module, "QueryError", error).release().ptr();
     static PyObject* const fileError = py::exception<FileException>(module, "FileError", error).release().ptr();
     py::register_exception_translator(
         [](std::exception_ptr thrown)
@@ -33,6 +35,10 @@ void BindExceptions(py::module_& module)
             catch (SceneError const& problem)
             {
                 PyErr_SetString(sceneError, problem.what());
+            }
+            catch (QueryError const& problem)
+            {
+                PyErr_SetString(queryError, problem.what());
             }
             catch (SceneFilterError const& problem)
             {

@@ -2,6 +2,8 @@
 
 #include <unordered_map>
 
+#include "framework/api/Exception.h"
+#include "inspect/query/Query.h"
 #include "python/SceneModel.h"
 #include "scene/SceneTotals.h"
 
@@ -15,8 +17,9 @@ namespace
 class Occurrences
 {
 public:
-    Occurrences(ModelPointer model, bool visibleOnly)
+    Occurrences(ModelPointer model, bool visibleOnly, std::optional<std::size_t> levels)
         : m_model(std::move(model)),
+          m_levels(levels),
           m_walk(m_model->scene, visibleOnly ? OccurrenceWalk::Mode::kVisible : OccurrenceWalk::Mode::kAll)
     {
     }
@@ -25,14 +28,19 @@ public:
     {
         if (!m_hasMore || !(m_hasMore = m_walk.Next()))
             throw py::stop_iteration();
+        if (m_levels && m_walk.Depth() >= *m_levels)
+            m_walk.SkipBelow();
         return std::make_shared<Occurrence>(m_model, m_walk);
     }
 
 private:
     ModelPointer m_model;
+    std::optional<std::size_t> m_levels;
     OccurrenceWalk m_walk;
     bool m_hasMore = true;
 };
+
+constexpr unsigned long long kMostRows = 20'000'000;
 
 // What a column of the table is filled with; its numbers become an array's when it is done.
 template <class T>
@@ -67,13 +75,16 @@ struct Columns
     }
 };
 
-// Rows are reserved up to here, since a count of occurrences may be one that no memory holds.
-constexpr unsigned long long kMostReserved = 4'000'000;
-
-void Fill(Columns& columns, Scene const& scene, OccurrenceWalk::Mode mode, bool withTransforms)
+// A few parts that are placed often enough make more occurrences than any memory holds.
+void Fill(Columns& columns, Scene const& scene, OccurrenceWalk::Mode mode, bool withTransforms, unsigned long long most)
 {
     unsigned long long const count = SceneTotals::Of(scene).occurrences;
-    columns.Reserve(static_cast<std::size_t>(std::min(count, kMostReserved)), withTransforms);
+    if (count > most)
+    {
+        throw GeneralException(UTF8String("the scene has " + std::to_string(count) +
+                                          " occurrences, and the table is to have at most " + std::to_string(most)));
+    }
+    columns.Reserve(static_cast<std::size_t>(count), withTransforms);
     std::unordered_map<std::string_view, std::int32_t> indexOf;
     std::vector<std::int64_t> rowAt;
     for (OccurrenceWalk walk(scene, mode); walk.Next();)
@@ -96,13 +107,13 @@ void Fill(Columns& columns, Scene const& scene, OccurrenceWalk::Mode mode, bool 
     }
 }
 
-py::dict TableOfOccurrences(ModelPointer const& model, bool visibleOnly, bool withTransforms)
+py::dict TableOfOccurrences(ModelPointer const& model, bool visibleOnly, bool withTransforms, unsigned long long most)
 {
     Columns columns;
     {
         py::gil_scoped_release const released;
         Fill(columns, model->scene, visibleOnly ? OccurrenceWalk::Mode::kVisible : OccurrenceWalk::Mode::kAll,
-             withTransforms);
+             withTransforms, most);
     }
     py::list names;
     for (std::string_view const name : columns.names)
@@ -119,6 +130,13 @@ py::dict TableOfOccurrences(ModelPointer const& model, bool visibleOnly, bool wi
     if (withTransforms)
         table["transform"] = ArrayOfColumn(std::move(columns.transform), {rows, 4, 4});
     return table;
+}
+
+py::array RowsOf(ModelPointer const& model, std::string const& expression)
+{
+    std::vector<std::size_t> const found = Query(expression).Find(model->scene);
+    return ArrayOfColumn(std::vector<std::int64_t>(found.begin(), found.end()),
+                         {static_cast<py::ssize_t>(found.size())});
 }
 
 // That of the first geometry that has one, or else what holds for all of it.
@@ -138,11 +156,13 @@ SceneStyle const* StyleOf(Occurrence const& occurrence)
 void BindOccurrences(py::module_& module)
 {
     py::class_<Occurrences>(module, "Occurrences", KVR_DOC(OccurrenceWalk, OccurrenceWalk))
-        .def(py::init<ModelPointer, bool>(), py::arg("model"), py::arg("visible_only") = false)
+        .def(py::init<ModelPointer, bool, std::optional<std::size_t>>(), py::arg("model"),
+             py::arg("visible_only") = false, py::arg("levels") = py::none())
         .def("__iter__", [](py::object self) { return self; })
         .def("__next__", &Occurrences::Next);
     module.def("occurrence_table", &TableOfOccurrences, py::arg("model"), py::arg("visible_only") = false,
-               py::arg("transforms") = true);
+               py::arg("transforms") = true, py::arg("most") = kMostRows);
+    module.def("query_rows", &RowsOf, py::arg("model"), py::arg("expression"), KVR_DOC(Query, Find));
     py::class_<Occurrence, std::shared_ptr<Occurrence>>(module, "Occurrence", KVR_DOC(OccurrenceState, OccurrenceState))
         .def_property_readonly(
             "path",

@@ -6,6 +6,7 @@
 #include "describe/ReferenceWalk.h"
 #include "framework/api/IAnnotationCallout.h"
 #include "framework/api/IView.h"
+#include "inspect/query/FilteredScene.h"
 #include "python/SceneModel.h"
 #include "python/Units.h"
 #include "scene/SceneNote.h"
@@ -24,7 +25,7 @@ class SceneHandle
 {
 public:
     SceneHandle(py::object producer, std::vector<std::string> only, std::vector<std::string> hide, std::string view,
-                Deflection const& deflection, double angle)
+                Deflection const& deflection, double angle, bool isOwn)
     {
         auto const source = producer.cast<ProducerHandle const&>().source;
         if (!source)
@@ -35,8 +36,11 @@ public:
         filter.view = std::move(view);
         std::optional<Scene> scene;
         {
-            py::gil_scoped_release const released;
-            scene.emplace(source->Producer(), source->RootId(), filter);
+            // Others may ask a producer that is not the scene's own meanwhile, which only one thread at a time may.
+            std::optional<py::gil_scoped_release> released;
+            if (isOwn)
+                released.emplace();
+            scene.emplace(FilteredScene(source->Producer(), source->RootId(), filter));
         }
         m_model = ModelPointer(new SceneModel{std::move(producer), source, std::move(*scene),
                                               SceneMeshes(MeshQuality{deflection, angle})});
@@ -55,6 +59,23 @@ public:
 private:
     ModelPointer m_model;
 };
+
+// None for a time that no calendar has.
+py::object TimeOf(std::tm const& time)
+{
+    try
+    {
+        return py::module_::import("datetime")
+            .attr("datetime")(time.tm_year + 1900, time.tm_mon + 1, time.tm_mday, time.tm_hour, time.tm_min,
+                              time.tm_sec);
+    }
+    catch (py::error_already_set const& error)
+    {
+        if (!error.matches(PyExc_ValueError))
+            throw;
+        return py::none();
+    }
+}
 
 py::tuple Ids(IdSet const& ids)
 {
@@ -263,7 +284,11 @@ void BindNote(py::module_& module)
         .def_property_readonly(
             "kind", [](SceneNote const& note) { return Text(note.kind); }, KVR_DOC(SceneNote, KindOf))
         .def_property_readonly(
-            "references", [](SceneNote const& note) { return note.references; }, KVR_DOC(SceneNote, ReferencesOf))
+            "references",
+            [](SceneNote const& note) {
+                return Texts({note.references.begin(), note.references.end()});
+            },
+            KVR_DOC(SceneNote, ReferencesOf))
         .def_property_readonly(
             "details", [](SceneNote const& note) { return Text(note.details); }, KVR_DOC(SceneNote, DetailsOf));
 }
@@ -282,7 +307,6 @@ py::array_t<double> ArrayOf(Matrix const& matrix)
 
 py::dict PropertiesOf(std::vector<SceneProperty> const& properties)
 {
-    py::object const dateTime = py::module_::import("datetime").attr("datetime");
     py::dict values;
     for (SceneProperty const& property : properties)
     {
@@ -296,8 +320,7 @@ py::dict PropertiesOf(std::vector<SceneProperty> const& properties)
         else if (auto const* const flag = std::get_if<bool>(&property.value))
             value = py::bool_(*flag);
         else if (auto const* const time = std::get_if<std::tm>(&property.value))
-            value = dateTime(time->tm_year + 1900, time->tm_mon + 1, time->tm_mday, time->tm_hour, time->tm_min,
-                             time->tm_sec);
+            value = TimeOf(*time);
         values[Text(property.name)] = value;
     }
     return values;
@@ -314,14 +337,14 @@ void BindScene(py::module_& module)
     py::class_<SceneHandle>(module, "Scene", KVR_DOC(Scene, Scene))
         .def(py::init(
                  [](py::object producer, std::vector<std::string> only, std::vector<std::string> hide, std::string view,
-                    double deflection, double angle)
+                    double deflection, double angle, bool isOwn)
                  {
                      return std::make_unique<SceneHandle>(std::move(producer), std::move(only), std::move(hide),
-                                                          std::move(view), Deflection{deflection, true}, angle);
+                                                          std::move(view), Deflection{deflection, true}, angle, isOwn);
                  }),
              py::arg("producer"), py::arg("only") = std::vector<std::string>(),
              py::arg("hide") = std::vector<std::string>(), py::arg("view") = "", py::arg("deflection") = 1e-3,
-             py::arg("angle") = 0.5)
+             py::arg("angle") = 0.5, py::arg("is_own") = false)
         .def("close", &SceneHandle::Close,
              "Lets go of the scene; what was taken out of it keeps it, and the producer, alive.")
         .def_property_readonly("closed", &SceneHandle::IsClosed)

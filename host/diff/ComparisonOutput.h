@@ -6,7 +6,11 @@ namespace KVR
 {
 
 class Output;
+struct SceneChange;
 struct SceneComparison;
+
+/// One change as a line: the path, what it is, and how often it occurs.
+std::string LineOf(SceneChange const& change);
 
 /// Writes changes by kind, at most ten of each unless all are wanted, and a line that counts them. The names are those
 /// of the scenes' files.

@@ -48,18 +48,17 @@ std::string DetailOf(SceneChange const& change)
     return text + shown(change.first) + " -> " + shown(change.second);
 }
 
-void PutChange(Output& out, SceneChange const& change)
-{
-    out.Put("  ");
-    PutEscaped(out, change.path);
-    if (std::string const detail = DetailOf(change); !detail.empty())
-        out.Put(": " + detail);
-    if (change.occurrences > 1)
-        out.Put(fmt::format(" ({} occurrences)", change.occurrences));
-    out.Put('\n');
-}
-
 }  // namespace
+
+std::string LineOf(SceneChange const& change)
+{
+    std::string line = Escaped(change.path);
+    if (std::string const detail = DetailOf(change); !detail.empty())
+        line += ": " + detail;
+    if (change.occurrences > 1)
+        line += fmt::format(" ({} occurrences)", change.occurrences);
+    return line;
+}
 
 void WriteComparisonAsText(SceneComparison const& comparison, std::string const& first, std::string const& second,
                            bool all, Output& out)
@@ -73,7 +72,7 @@ void WriteComparisonAsText(SceneComparison const& comparison, std::string const&
         out.Put(fmt::format("{} ({})\n", TextOf(kind), end - begin));
         std::size_t const shown = all ? end : std::min(end, begin + kMostOfAKind);
         for (std::size_t i = begin; i < shown; ++i)
-            PutChange(out, comparison.changes[i]);
+            out.Put("  " + LineOf(comparison.changes[i]) + "\n");
         if (shown < end)
             out.Put(fmt::format("  and {} more; --all shows them\n", end - shown));
     }

@@ -195,7 +195,8 @@ void SceneMatch::JoinChildren(std::size_t a, std::size_t b)
     JoinTargets();
     join(&ById, MatchKind::kId, must);
     join(&ByShape, MatchKind::kGeometry, must);
-    // What is left of the instances of one component: those that stand where they stood, and the others in their order.
+    // What is left of the instances of one component: those that stand where they stood, and those without names in
+    // their order.
     auto const byTarget = [&](ComparedScene const& scene, std::size_t index)
     {
         std::size_t target = scene.Objects()[index].target;
@@ -213,8 +214,10 @@ void SceneMatch::JoinChildren(std::size_t a, std::size_t b)
                 key += ' ' + std::to_string(number);
         return key;
     };
+    auto const byTargetAlone = [&](ComparedScene const& scene, std::size_t index)
+    { return scene.Objects()[index].label.empty() ? byTarget(scene, index) : std::string(); };
     join(byPlace, MatchKind::kGeometry, {});
-    join(byTarget, MatchKind::kGeometry, {});
+    join(byTargetAlone, MatchKind::kGeometry, {});
 }
 
 SceneMatch::Indices SceneMatch::Unmatched(ComparedScene const& scene,

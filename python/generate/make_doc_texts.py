@@ -11,7 +11,7 @@ import sys
 
 import header_comments
 
-HEADERS = ("framework/api/*.h", "scene/*.h", "exchange/*.h", "exchange/source/*.h", "inspect/*.h", "authoring/*.h")
+HEADERS = ("framework/api/*.h", "scene/*.h", "exchange/*.h", "exchange/source/*.h", "inspect/*.h", "inspect/query/Query.h", "authoring/*.h")
 USE = re.compile(r"KVR_DOC\((\w+),\s*(\w+)\)")
 
 

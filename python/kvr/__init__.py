@@ -5,15 +5,15 @@
 
 from kvr import _reprs, interfaces
 from kvr._core import (Body, Cancelled, Component, Error, Face, FileError, Geometry, Layer, Mesh, MeshFace, Note,
-                       Occurrence, Placement, SceneError, Style, View)
+                       Occurrence, Placement, QueryError, SceneError, Style, View)
 from kvr._exchange import Certificate, CertificateRow, Conversion, Finding, certify, check, convert, picture
 from kvr._producer import Producer
-from kvr._scene import Scene, Table
+from kvr._scene import Scene, Table, query
 from kvr._write import Writer, write
 
 __all__ = [
     "Body", "Cancelled", "Certificate", "CertificateRow", "Component", "Conversion", "Error", "Face", "FileError",
     "Finding", "Geometry", "Layer", "Mesh", "MeshFace", "Note", "Occurrence", "Placement", "Producer", "Scene",
-    "SceneError", "Style", "Table", "View", "Writer", "certify", "check", "convert", "interfaces", "picture", "write"
+    "QueryError", "SceneError", "Style", "Table", "View", "Writer", "certify", "check", "convert", "interfaces", "picture", "query", "write"
 ]
 _reprs.give()

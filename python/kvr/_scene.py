@@ -8,9 +8,10 @@ import os
 import pathlib
 import shutil
 import tempfile
-from collections.abc import Iterable
+from collections.abc import Iterable, Iterator
 from typing import Any
 
+from numpy import int64
 from numpy.typing import NDArray
 
 from kvr import _core
@@ -71,7 +72,7 @@ class Scene(_core.Scene):
     """A scene as it is meant: components, each once, and the occurrences of them.
 
     `source` is the path of a scene, which is read as Producer reads it, or a Producer. `only`, `hide` and `view` are
-    ids, labels or patterns as those of "kvr export"; `deflection` and `angle` say how finely bodies are meshed.
+    ids, labels, patterns or expressions as those of "kvr export"; `deflection` and `angle` say how finely bodies are meshed.
     Everything that is taken out of a scene keeps it alive, its arrays too.
 
     >>> with Scene(path) as scene:
@@ -82,8 +83,9 @@ class Scene(_core.Scene):
 
     def __init__(self, source: str | os.PathLike[str] | Producer, *, only: Iterable[str] = (), hide: Iterable[str] = (),
                  view: str = "", deflection: float = 1e-3, angle: float = 0.5, **reading: Any) -> None:
+        is_own = not isinstance(source, Producer)
         producer = source if isinstance(source, Producer) else Producer(source, **reading)
-        super().__init__(producer, list(only), list(hide), view, deflection, angle)
+        super().__init__(producer, list(only), list(hide), view, deflection, angle, is_own)
 
     def __enter__(self) -> Scene:
         return self
@@ -99,23 +101,43 @@ class Scene(_core.Scene):
             return "<kvr.Scene, closed>"
         return f"<kvr.Scene {self.producer.path!r}: {len(self.components)} components>"
 
-    def occurrences(self, *, visible_only: bool = False) -> _core.Occurrences:
-        """Goes through all occurrences: depth first, each before what is below it, in the scene's order."""
-        return _core.Occurrences(self._model, visible_only)
+    def occurrences(self, *, visible_only: bool = False, levels: int | None = None) -> _core.Occurrences:
+        """Goes through all occurrences: depth first, each before what is below it, in the scene's order.
 
-    def table(self, *, visible_only: bool = False, transforms: bool = True) -> Table:
-        """The same as a Table."""
-        return Table(_core.occurrence_table(self._model, visible_only, transforms), self.components)
+        What is deeper than `levels` is left out; the root is at 0.
+        """
+        return _core.Occurrences(self._model, visible_only, levels)
+
+    def table(self, *, visible_only: bool = False, transforms: bool = True, most: int = 20_000_000) -> Table:
+        """The same as a Table; raises Error for a scene with more occurrences than `most`."""
+        return Table(_core.occurrence_table(self._model, visible_only, transforms, most), self.components)
+
+    def query(self, expression: str) -> NDArray[int64]:
+        """The occurrences that an expression of "kvr query" asks for: their rows in a table of all, ascending.
+
+        Raises QueryError for a text that is no expression.
+        """
+        return _core.query_rows(self._model, expression)
+
+    def select(self, expression: str) -> Iterator[_core.Occurrence]:
+        """The same as occurrences."""
+        rows = iter(self.query(expression).tolist())
+        wanted = next(rows, None)
+        for row, occurrence in enumerate(self):
+            if wanted is None:
+                return
+            if row == wanted:
+                yield occurrence
+                wanted = next(rows, None)
 
     def tree(self, *, levels: int = _SHOWN_LEVELS, rows: int = _SHOWN_ROWS) -> str:
         """The top of the tree of occurrences, a line for each."""
         lines: list[str] = []
-        for occurrence in self:
-            if occurrence.depth <= levels:
-                if len(lines) == rows:
-                    return "\n".join([*lines, "..."])
-                hidden = "" if occurrence.visible else " (hidden)"
-                lines.append(f"{'  ' * occurrence.depth}{occurrence.name}{hidden}")
+        for occurrence in self.occurrences(levels=levels):
+            if len(lines) == rows:
+                return "\n".join([*lines, "..."])
+            hidden = "" if occurrence.visible else " (hidden)"
+            lines.append(f"{'  ' * occurrence.depth}{occurrence.name}{hidden}")
         return "\n".join(lines)
 
     def _repr_html_(self) -> str:
@@ -138,3 +160,12 @@ def _picture_of(path: str) -> str:
         except _core.Error:
             return ""
         return base64.b64encode(target.read_bytes()).decode()
+
+
+def query(source: str | os.PathLike[str] | Producer, expression: str, **reading: Any) -> list[_core.Occurrence]:
+    """The occurrences of a scene that an expression of "kvr query" asks for.
+
+    >>> [bolt.path[-1] for bolt in query(path, 'part[name~"bolt*"]')][:2]
+    ['inst12', 'inst12']
+    """
+    return list(Scene(source, **reading).select(expression))

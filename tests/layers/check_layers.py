@@ -130,7 +130,7 @@ MAY_INCLUDE = {
     "dump": ("api", "output", "describe", "source"),
     "host": ("api", "kernel", "facade", "output", "describe", "scene", "estimate", "query", "statistics", "inspect face",
              "source", "exchange", "dump"),
-    "python": ("api", "kernel", "facade", "authoring", "output", "describe", "scene", "inspect face", "source",
+    "python": ("api", "kernel", "facade", "authoring", "output", "describe", "scene", "query", "inspect face", "source",
                "exchange", "dump"),
 }
 

@@ -58,6 +58,34 @@ def test_hidden_ones_may_be_left_out(tmp_path):
         assert len(scene.table(visible_only=True, transforms=False)) == 3
 
 
+def test_more_occurrences_than_can_be_walked(tmp_path):
+    levels = 60
+    with kvr.write(tmp_path / "s.xml") as writer:
+        with writer.part("0"):
+            pass
+        for level in range(1, levels):
+            with writer.assembly(str(level)):
+                for side in "ab":
+                    writer.instance(f"{level}{side}", str(level - 1))
+    with kvr.Scene(tmp_path / "s.xml") as scene:
+        assert len(scene.tree().splitlines()) == 1 + 1 + 2 + 4
+        assert len(list(scene.occurrences(levels=10))) == 1 + 2**10 - 1
+        with pytest.raises(kvr.Error, match="the scene has 1152921504606846976 occurrences"):
+            scene.table()
+
+
+def test_questions_are_those_of_the_program(as1, run_tool):
+    expression = 'part[name~"*nut*"]'
+    with kvr.Scene(as1) as scene:
+        table = scene.table()
+        rows = scene.query(expression)
+        assert {table.component_of(row).label for row in rows} == {"nut"}
+        assert [occurrence.path for occurrence in scene.select(expression)] == [table.path(row) for row in rows]
+        assert len(rows) == int(run_tool("query", "--count", as1, expression)) == 8
+        with pytest.raises(kvr.QueryError, match="column"):
+            scene.query("part[")
+
+
 def test_notes_views_and_cuts(complete):
     with kvr.Scene(complete) as scene:
         assert scene.notes and scene.notes[0].text
