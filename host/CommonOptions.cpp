@@ -112,13 +112,13 @@ void AddJsonOption(CLI::App& command, bool& asJson)
 
 void AddFilterOptions(CLI::App& command, SceneFilter& filter, std::string const& verb)
 {
-    ExpectNameOrExpression(AddRepeatedOption(
+    ExpectNamesOrExpressions(AddRepeatedOption(
         command, "--only", filter.only,
         verb +
             " this object with all below it, by its id or label, or a layer; * and ? stand for any characters and one; "
             "or what an expression asks for, as of kvr query; may be repeated",
         "NAME"));
-    ExpectNameOrExpression(
+    ExpectNamesOrExpressions(
         AddRepeatedOption(command, "--hide", filter.hide, "Leave this out, named as above; may be repeated", "NAME"));
 }
 

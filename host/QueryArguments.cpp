@@ -12,42 +12,38 @@ namespace
 {
 
 template <class Parse>
-void Expect(CLI::Option& option, Parse const& parse)
+void Expect(std::string const& text, Parse const& parse)
 {
-    option.each(
-        [parse](std::string const& text)
-        {
-            try
-            {
-                parse(text);
-            }
-            catch (QueryError const& error)
-            {
-                throw ExpressionError(error.what(), CaretLines(text, error.Column()));
-            }
-        });
+    try
+    {
+        parse(text);
+    }
+    catch (QueryError const& error)
+    {
+        throw ExpressionError(error.what(), CaretLines(text, error.Column()));
+    }
 }
 
 }  // namespace
 
-void ExpectExpression(CLI::Option& option)
+void ExpectExpression(std::string const& text)
 {
-    Expect(option, [](std::string const& text) { ParseQuery(text); });
+    Expect(text, &ParseQuery);
 }
 
-void ExpectNameOrExpression(CLI::Option& option)
+void ExpectColumns(std::string const& text)
 {
-    Expect(option,
-           [](std::string const& text)
-           {
-               if (Query::IsExpression(text))
-                   ParseQuery(text);
-           });
+    Expect(text, &ParseQueryColumns);
 }
 
-void ExpectColumns(CLI::Option& option)
+void ExpectNamesOrExpressions(CLI::Option& option)
 {
-    Expect(option, [](std::string const& text) { ParseQueryColumns(text); });
+    option.each(
+        [](std::string const& text)
+        {
+            if (Query::IsExpression(text))
+                ExpectExpression(text);
+        });
 }
 
 }  // namespace KVR

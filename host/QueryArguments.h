@@ -26,11 +26,11 @@ private:
     std::string m_lines;
 };
 
-/// Has the text of an option looked at as it is parsed: ExpressionError for one that is no expression.
-void ExpectExpression(CLI::Option& option);
-/// The same where a name may stand, too.
-void ExpectNameOrExpression(CLI::Option& option);
+/// ExpressionError for a text that is no expression.
+void ExpectExpression(std::string const& text);
 /// The same for a list of columns.
-void ExpectColumns(CLI::Option& option);
+void ExpectColumns(std::string const& text);
+/// Has the texts of an option, which may be names as well, looked at as they are parsed.
+void ExpectNamesOrExpressions(CLI::Option& option);
 
 }  // namespace KVR

@@ -32,9 +32,8 @@ QueryCommand::QueryCommand(CLI::App& program)
           "the paths of their names")
 {
     CLI::App& arguments = Arguments();
-    ExpectExpression(
-        *arguments.add_option("expression", m_expression, "What to ask for; of --bom all parts unless given")
-             ->type_name("EXPRESSION"));
+    arguments.add_option("expression", m_expression, "What to ask for; of --bom all parts unless given")
+        ->type_name("EXPRESSION");
     CLI::Option* const count = arguments.add_flag("--count", m_countsOnly, "Print how many they are alone");
     CLI::Option* const csv = arguments.add_flag("--csv", m_asCsv, "Print CSV");
     AddJsonOption(arguments, m_asJson);
@@ -44,7 +43,6 @@ QueryCommand::QueryCommand(CLI::App& program)
                         "What to print of each, with commas between them: path, unless given, name, volume, mass, "
                         "property[\"Name\"] and all else that expressions know")
             ->type_name("COLUMNS");
-    ExpectColumns(*columns);
     CLI::Option* const bill = arguments.add_flag(
         "--bom", m_asBill, "Print a bill of materials: each component with its count, its mass, and that of all of it");
     CLI::Option* const json = arguments.get_option("--json");
@@ -57,6 +55,10 @@ QueryCommand::QueryCommand(CLI::App& program)
         {
             if (m_expression.empty() && !m_asBill)
                 throw ArgumentError("EXPRESSION is required");
+            if (!m_expression.empty())
+                ExpectExpression(m_expression);
+            if (!m_columnsText.empty())
+                ExpectColumns(m_columnsText);
         });
 }
 

@@ -5,6 +5,7 @@
 #include <numeric>
 
 #include "framework/api/Exception.h"
+#include "framework/api/IOUtil.h"
 #include "framework/api/IdSet.h"
 #include "framework/xml_util/DocumentPolicy.h"
 #include "framework/xml_util/DocumentStream.h"
@@ -45,6 +46,11 @@ void SetPolicy(CheckOptions const& options)
 // Says where the document ends to be one.
 void AddUnparsed(SceneCheck& check)
 {
+    if (!FilePtr(UTF8String(check.Path()), "rb"))
+    {
+        check.AddIn(DocumentRule::kUnreadable, check.Path(), {}, "the document cannot be opened");
+        return;
+    }
     // A document type is the one thing of those that are refused which the caller may allow.
     bool const hasDocumentType = LastDocumentRefusal() == DocumentRefusal::kDocumentType;
     Finding* const finding = check.AddIn(DocumentRule::kUnreadable, check.Path(), {},

@@ -131,6 +131,14 @@ DOMNode const* SceneCheck::ElementOf(std::string_view id) const
     return found == m_elements.end() ? nullptr : found->second;
 }
 
+std::string SceneCheck::NearestId(std::string const& id) const
+{
+    auto const& objects = m_record.Objects();
+    for (std::size_t i = m_ids.size(); i < std::min(objects.size(), Guesses::kMostNames + 1); ++i)
+        m_ids.emplace_back(objects[i].second->Id().View());
+    return m_guesses.Of(id, m_ids);
+}
+
 void SceneCheck::FindPlaces()
 {
     std::vector<DOMNode const*> elements;

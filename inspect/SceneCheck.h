@@ -12,6 +12,7 @@
 #include "framework/api/UTF8String.h"
 #include "framework/xml_util/FormatNames.h"
 #include "inspect/Check.h"
+#include "inspect/rules/Guesses.h"
 
 namespace KVR
 {
@@ -77,6 +78,10 @@ public:
     /// all objects.
     xercesc::DOMNode const* ElementOf(std::string_view id) const;
 
+    /// The id of an object that was probably meant by one that none has; empty when none is near. Takes long: where
+    /// there are very many objects or findings there is no answer.
+    std::string NearestId(std::string const& id) const;
+
     /// Findings in the order of files and places; to be called once, at the end.
     std::vector<Finding> TakeFindings();
 
@@ -101,6 +106,8 @@ private:
     std::unordered_map<Finding const*, Entry*> m_entryOf;
     mutable std::unordered_map<std::string, xercesc::DOMNode const*> m_elements;
     mutable bool m_hasElements = false;
+    mutable std::vector<std::string> m_ids;
+    mutable Guesses m_guesses;
 };
 
 /// The text of an element's attribute, which no observer is told of; empty when it is absent.

@@ -80,20 +80,19 @@ py::object Load(ProducerHandle const& handle, std::string const& id)
     return described.interface ? py::cast(ObjectHandle{handle.source, described}) : py::object(py::none());
 }
 
-std::vector<std::string> ReachedIds(ProducerHandle const& handle)
+py::list ReachedIds(ProducerHandle const& handle)
 {
-    std::vector<std::string> ids;
+    py::list ids;
     ReferenceWalk walk(handle.Source().Producer());
     walk.Reach(handle.Source().RootId());
     while (walk.Next())
-        ids.emplace_back(walk.Id().View());
+        ids.append(Text(walk.Id().View()));
     return ids;
 }
 
 void Dump(ProducerHandle const& handle, int descriptor, DumpOptions const& options)
 {
     SceneSource& source = handle.Source();
-    py::gil_scoped_release const released;
     Output out(descriptor);
     WriteDump(source.Producer(), source.Reading(), options, out);
     out.Flush();
@@ -130,8 +129,10 @@ void BindHandles(py::module_& module)
             "The name of its table.")
         .def("ask", &Ask, py::arg("name"), py::arg("extension_type_ids"), py::arg("make_record"),
              "What it answers to the operation of that name.")
-        .def("__eq__",
-             [](ObjectHandle const& a, ObjectHandle const& b) { return a.described.object == b.described.object; })
+        .def(
+            "__eq__",
+            [](ObjectHandle const& a, ObjectHandle const& b) { return a.described.object == b.described.object; },
+            py::is_operator())
         .def("__hash__", [](ObjectHandle const& handle) { return std::hash<void const*>()(handle.described.object); });
 }
 
@@ -153,7 +154,7 @@ void BindProducer(py::module_& module)
             "close", [](ProducerHandle& handle) { handle.source.reset(); },
             "Lets go of the scene; what was taken out of it keeps it alive.")
         .def_property_readonly("closed", [](ProducerHandle const& handle) { return !handle.source; })
-        .def_property_readonly("path", [](ProducerHandle const& handle) { return handle.Source().Path(); })
+        .def_property_readonly("path", [](ProducerHandle const& handle) { return Text(handle.Source().Path()); })
         .def_property_readonly("events", &Events, "What was told while the scene was read: kind, file or text, code.")
         .def_property_readonly("side_file_problems", &SideFileProblems, KVR_DOC(SceneReading, sideFileProblems))
         .def("reached_ids", &ReachedIds, "The ids that are reached from the root, each once, in the order of a dump.")

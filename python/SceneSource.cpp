@@ -2,6 +2,7 @@
 
 #include <pybind11/pybind11.h>
 
+#include <exception>
 #include <optional>
 
 #include "exchange/source/SceneProblem.h"
@@ -49,8 +50,15 @@ SceneSource::SceneSource(SceneOptions const& options)
 
 SceneSource::~SceneSource()
 {
-    ReadingLock const lock;
-    m_file.reset();
+    try
+    {
+        ReadingLock const lock;
+        m_file.reset();
+    }
+    catch (std::exception const&)
+    {
+        // Without the lock the file ends all the same, with its owner.
+    }
 }
 
 }  // namespace KVR::Python

@@ -140,9 +140,10 @@ void DocumentWalk::AddEnds()
     {
         if (end.left == 0)
             continue;
-        Finding* const finding = m_check.Add(
-            kSetEnded, {end.child}, NameOf(end.child) + " " + AttributeOf(end.child, Names::ID),
-            std::to_string(end.left) + (end.left == 1 ? " element" : " elements") + " behind it are left unread");
+        Finding* const finding =
+            m_check.Add(kSetEnded, {end.child}, NameOf(end.child) + " " + AttributeOf(end.child, Names::ID),
+                        std::to_string(end.left) +
+                            (end.left == 1 ? " element behind it is" : " elements behind it are") + " left unread");
         if (finding)
             finding->reasons = DropReasons(m_check, end.child);
     }

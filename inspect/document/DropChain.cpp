@@ -155,8 +155,9 @@ void AddMissed(SceneCheck& check, DOMNode const* element, MissedReference const&
     std::string readAs = isLater          ? "cut, since the object is read only later"
                          : missed.isCycle ? "cut, since it leads back to what is being read"
                                           : TextOf(missed);
-    Finding* const finding =
-        check.Add(rule, {element, SpotPart::kAttributeValue, Names::ID.Document()}, missed.id, std::move(readAs));
+    bool const isNowhere = !isLater && missed.end == ReferenceEnd::kUnknown;
+    Finding* const finding = check.Add(rule, {element, SpotPart::kAttributeValue, Names::ID.Document()}, missed.id,
+                                       std::move(readAs), isNowhere ? check.NearestId(missed.id) : std::string());
     if (!finding || isLater || missed.isCycle)
         return;
     if (DOMNode const* const target = UnderRoot(check, missed.id))

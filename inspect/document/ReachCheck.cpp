@@ -27,6 +27,8 @@ namespace
 using namespace DocumentRule;
 using xercesc::DOMNode;
 
+constexpr char kNoObject[] = "a reference to an object that there is not";
+
 using Ids = std::unordered_set<std::string>;
 
 std::optional<UTF8String> RootOf(IProducer& producer)
@@ -69,7 +71,7 @@ public:
             walk.Next();
         }
         for (std::string const& id : m_missing)
-            m_check.Add(kReferenceMissing, {element}, id, "a reference to an object that there is not");
+            m_check.Add(kReferenceMissing, {element}, id, kNoObject, m_check.NearestId(id));
     }
 
 private:
@@ -90,7 +92,7 @@ private:
                 at = end + 1;
                 if (m_missing.erase(piece) != 0 && !isTold)
                     m_check.Add(kReferenceMissing, {element, SpotPart::kAttributeValue, attribute->getNodeName()},
-                                piece, "a reference to an object that there is not");
+                                piece, kNoObject, m_check.NearestId(piece));
             }
         }
     }

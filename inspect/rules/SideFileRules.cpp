@@ -73,10 +73,7 @@ namespace
 class NotedFilesLook
 {
 public:
-    NotedFilesLook(SceneCheck& check, std::set<std::string> const& told, Guesses& guesses)
-        : m_check(check), m_told(told), m_guesses(guesses)
-    {
-    }
+    NotedFilesLook(SceneCheck& check, std::set<std::string> const& told) : m_check(check), m_told(told) {}
 
     void LookAtProperties(std::string const& file)
     {
@@ -86,7 +83,7 @@ public:
                 AddProperty(kNoProperty, file, property, property.id, "it is passed over", {});
             else if (!property.isFound)
                 AddProperty(kNoObject, file, property, property.objectId, "the property is dropped",
-                            NearestObject(property.objectId));
+                            m_check.NearestId(property.objectId));
             else if (!property.isHeld)
                 AddProperty(kNoHolder, file, property, property.objectId,
                             "the property is dropped: meshes, instances, geometric sets and bodies alone hold any", {});
@@ -147,20 +144,9 @@ private:
                               : std::string("its content is another one"));
     }
 
-    std::string NearestObject(std::string const& id)
-    {
-        if (m_objects.empty())
-            for (auto const& [element, object] : m_check.Record().Objects())
-                if (object && m_objects.size() <= Guesses::kMostNames)
-                    m_objects.emplace(object->Id().View());
-        return m_guesses.Of(id, m_objects);
-    }
-
     SceneCheck& m_check;
     // Names of files of which sections told that they are missing.
     std::set<std::string> const& m_told;
-    Guesses& m_guesses;
-    std::set<std::string> m_objects;
 };
 
 // Tells of bodies that no store holds, and of textures that no style names.
@@ -212,7 +198,7 @@ void CheckSideFiles(SceneCheck& check)
     for (SectionRecord const& section : check.Record().Sections())
         sections.LookAt(section);
     sections.LookAtMissing();
-    NotedFilesLook noted(check, sections.MissingFiles(), guesses);
+    NotedFilesLook noted(check, sections.MissingFiles());
     noted.LookAtProperties(check.PropertyFile());
     noted.LookAtNotes();
     ObjectLook objects(check, used, sections);

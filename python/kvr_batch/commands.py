@@ -60,7 +60,8 @@ def _read_check(answer: Any) -> tuple[dict[str, Any], str]:
 
 
 def _read_stats(answer: Any) -> tuple[dict[str, Any], str]:
-    return {"Statistics": answer}, ""
+    """The totals, and of lists how long they are."""
+    return {key: len(value) if isinstance(value, list) else value for key, value in answer.items()}, ""
 
 
 @dataclass(frozen=True)
@@ -109,7 +110,7 @@ def judge(command: Command, path: str, ended: Ended, seconds: int) -> Verdict:
     if ended.status in (0, 1) and command.read is not None and ended.out:
         try:
             findings, names = command.read(json.loads(ended.out))
-        except (ValueError, KeyError, TypeError, IndexError) as error:
+        except (ValueError, KeyError, TypeError, IndexError, AttributeError) as error:
             return Verdict(FAILED, f"the answer of kvr cannot be read: {type(error).__name__}", {})
         if ended.status == 0:
             return Verdict(PASSED, "", findings)

@@ -243,13 +243,15 @@ TEST(Commands, OneAtATime)
 TEST(Commands, EachThatReadsASceneComplainsOfOneThatIsNotThere)
 {
     std::vector<std::string> const readers = CommandsIn("all that read a scene");
-    EXPECT_EQ(Set(readers), Names({"dump", "export", "hash", "notes", "tree", "views"}));
+    EXPECT_EQ(Set(readers), Names({"dump", "export", "hash", "notes", "query", "stats", "tree", "views"}));
     for (std::string const& command : readers)
     {
         std::vector<std::string> arguments = {command, "/nowhere/scene.xml"};
         TempFolder folder;
         if (command == "export")
             arguments.push_back(folder.NarrowPathOf("out.stl"));
+        if (command == "query")
+            arguments.emplace_back("part");
         ToolRun const run = RunTool(arguments);
         EXPECT_EQ(run.status, 1) << command;
         EXPECT_THAT(run.error, StartsWith("kvr: ")) << command;

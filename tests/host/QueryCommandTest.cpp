@@ -13,7 +13,6 @@ namespace
 {
 
 using nlohmann::json;
-using testing::ElementsAre;
 using testing::HasSubstr;
 
 std::string const kAs1 = KVR_EXAMPLES_DIR "/as1-oc-214/as1-oc-214.xml";

@@ -55,6 +55,30 @@ test('keys go through the tree, open, choose and hide', async () => {
     await page.close();
 });
 
+test('the path of what is under the pointer, and of what is chosen', async () => {
+    const page = await Page.open(
+        boxes((file, scene) => {
+            file.components.push({ kind: 'assembly', id: 'frame', label: 'Frame', geometry: [], placements: [] });
+            const frame = scene.place(file.components.length - 1, { id: 'f', label: 'Frame:1', at: [0, 0, 30] });
+            scene.place(1, { id: 'inner', label: 'Inner', at: [5, 5, 0], style: 0, parent: frame });
+        }, 'nested'),
+    );
+    await page.press('1');
+    await page.moveTo([10, 5, 35]);
+    assert.equal(await page.text('.status'), 'Frame:1 \u203a Inner \u00b7 face 2, f2');
+    await page.clickAt([10, 5, 35]);
+    assert.ok((await rows(page)).includes('Inner'), 'the tree opens down to it');
+    assert.ok((await page.spoken()).includes('navigation Path'));
+    await page.click('button', 'Frame:1');
+    assert.equal(await page.text('.panel h2'), 'Frame:1');
+    // Keys reach what is chosen from the tree as well.
+    await (await page.find('tree', 'Occurrences')).focus();
+    await page.press('i', 'Escape');
+    assertColor(await page.color([10, 5, 5]), kBackground);
+    assertColor(await page.color([10, 5, 35]), kRed);
+    await page.close();
+});
+
 test('search finds names, ids and properties', async () => {
     const page = await Page.open(boxes());
     await page.press('/');

@@ -98,6 +98,13 @@ test('the explode slider moves parts apart', async () => {
     await (await page.find('slider', 'Explode')).focus();
     await page.press('End', 'f');
     assertColor(await page.color([10, 5, 5]), kBackground);
+    await page.press('l');
+    const hash = await page.run(() => location.hash);
+    const again = await Page.open(boxes(), { hash });
+    assertColor(await again.color([10, 5, 5]), kBackground);
+    await again.close();
+    await page.page.bringToFront();
+    await (await page.find('slider', 'Explode')).focus();
     await page.press('Home');
     assertColor(await page.color([10, 5, 5]), kRed);
     await page.close();

@@ -133,7 +133,7 @@ TEST(DocumentRules, TellTheWholeChainOfReasonsOfASetThatEnded)
         "<IInstance ID='m' Label='' Visibility='1'><Child ID='nowhere'/></IInstance>\n<IPart ID='p' Label=''/>"));
     Finding const finding = checked.Only("K-0108");
     EXPECT_EQ(finding.line, 5U);
-    EXPECT_EQ(finding.readAs, "1 element behind it are left unread");
+    EXPECT_EQ(finding.readAs, "1 element behind it is left unread");
     EXPECT_THAT(finding.reasons, ElementsAre("there is no object m", "there is no object nowhere"));
 }
 
@@ -210,6 +210,33 @@ TEST(DocumentRules, FindATextureAndALevelOfDetailThatAreNone)
     EXPECT_THAT(CheckedText(style("p")).Findings(), ElementsAre("K-0111 at 5: p"));
     EXPECT_THAT(CheckedText(style("nowhere")).Findings(), ElementsAre("K-0110 at 5: nowhere"));
     EXPECT_THAT(CheckedText(style("")).Findings(), IsEmpty());
+}
+
+TEST(DocumentRules, FindAnOccurrencePathThatNamesNothing)
+{
+    auto const overridden = [](std::string const& path)
+    {
+        return AssemblyOf("<IInstance ID='i' Label='' Visibility='1'><Child ID='p'/></IInstance>",
+                          "<IAssembly ID='b' Label=''><CrossLevelAttributes><Visibilities>\n<EntityVisibility Path='" +
+                              path + "' Visibility='0'/></Visibilities></CrossLevelAttributes></IAssembly>" +
+                              "<IPart ID='p' Label=''/>");
+    };
+    CheckOptions options;
+    options.rules = {"K-0110"};
+    auto const findings = [&](std::string const& path) { return CheckedText(overridden(path), &options).Findings(); };
+    EXPECT_THAT(findings("[i][p]"), IsEmpty());
+    EXPECT_THAT(findings(""), IsEmpty());
+    EXPECT_THAT(findings("[i][lost]"), ElementsAre("K-0110 at 9: lost"));
+    EXPECT_THAT(findings("i"), ElementsAre("K-0110 at 9: i"));
+}
+
+TEST(DocumentRules, GuessWhichObjectWasMeant)
+{
+    EXPECT_EQ(CheckedText(AssemblyOf("<IInstance ID='i' Label=''><Child ID='plaet'/></IInstance>",
+                                     "<IPart ID='plate' Label=''/>"))
+                  .Only("K-0110")
+                  .meant,
+              "plate");
 }
 
 TEST(DocumentRules, FindAFileOfWhatIsNoComponent)

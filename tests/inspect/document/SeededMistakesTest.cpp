@@ -231,6 +231,23 @@ TEST_P(Seeds, AReferenceToNothing)
         });
 }
 
+TEST_P(Seeds, AnOccurrencePathToNothing)
+{
+    for (char const* const path : {"[nowhere]", "nowhere"})
+    {
+        PlantInValues(
+            [&](std::string const& text, SceneTag const& tag, TagAttribute const& attribute) -> std::optional<Planted>
+            {
+                if (!Matches(attribute.name, "Path|OccurrencePath") || !attribute.value.starts_with('['))
+                    return std::nullopt;
+                Planted planted = WithValue(text, attribute, path, "K-0110");
+                // With an empty path some of it is passed over.
+                planted.hasConsequences = tag.name == "EntityStyles";
+                return planted;
+            });
+    }
+}
+
 TEST_P(Seeds, AnElementUnderTheRootOfAnIdThatAnotherOneHas)
 {
     PlantInTags(
