@@ -46,5 +46,6 @@ void BindOccurrences(py::module_& module);
 void BindGeometry(py::module_& module);
 void BindExchange(py::module_& module);
 void BindWriter(py::module_& module);
+void BindComparison(py::module_& module);
 
 }  // namespace KVR::Python

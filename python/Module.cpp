@@ -75,4 +75,5 @@ PYBIND11_MODULE(_core, module)
     BindGeometry(module);
     BindExchange(module);
     BindWriter(module);
+    BindComparison(module);
 }

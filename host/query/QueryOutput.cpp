@@ -207,7 +207,7 @@ std::unique_ptr<QueryOutput> QueryOutput::Of(QueryForm form, std::vector<QueryCo
 
 std::string NameOf(QueryColumn const& column)
 {
-    std::string const name(RowOf(column.field).name);
+    std::string name(RowOf(column.field).name);
     if (column.field != QueryField::kProperty)
         return name;
     std::string text;

@@ -9,7 +9,7 @@ LITERAL_OR_COMMENT = re.compile(r'"(?:\\.|[^"\\])*"|//.*')
 
 def name_of(declaration):
     """What a declaration declares: the name in front of its first bracket, or of what ends it."""
-    found = re.search(r"(\w+)$", re.split(r"[(={]", declaration)[0].rstrip(" ;,"))
+    found = re.search(r"(\w+)$", re.split(r"[(={\[]", declaration)[0].rstrip(" ;,"))
     return found.group(1) if found else None
 
 

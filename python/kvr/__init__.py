@@ -4,6 +4,7 @@
 """
 
 from kvr import _reprs, interfaces
+from kvr._compare import Change, diff, hash
 from kvr._core import (Body, Cancelled, Component, Error, Face, FileError, Geometry, Layer, Mesh, MeshFace, Note,
                        Occurrence, Placement, QueryError, SceneError, Style, View)
 from kvr._exchange import Certificate, CertificateRow, Conversion, Finding, certify, check, convert, picture
@@ -12,8 +13,9 @@ from kvr._scene import Scene, Table, query
 from kvr._write import Writer, write
 
 __all__ = [
-    "Body", "Cancelled", "Certificate", "CertificateRow", "Component", "Conversion", "Error", "Face", "FileError",
-    "Finding", "Geometry", "Layer", "Mesh", "MeshFace", "Note", "Occurrence", "Placement", "Producer", "Scene",
-    "QueryError", "SceneError", "Style", "Table", "View", "Writer", "certify", "check", "convert", "interfaces", "picture", "query", "write"
+    "Body", "Cancelled", "Certificate", "CertificateRow", "Change", "Component", "Conversion", "Error", "Face",
+    "FileError", "Finding", "Geometry", "Layer", "Mesh", "MeshFace", "Note", "Occurrence", "Placement", "Producer",
+    "QueryError", "Scene", "SceneError", "Style", "Table", "View", "Writer", "certify", "check", "convert", "diff",
+    "hash", "interfaces", "picture", "query", "write"
 ]
 _reprs.give()

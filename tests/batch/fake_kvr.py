@@ -1,8 +1,8 @@
 #!/usr/bin/python3 -IS
 """A program with kvr's command lines that does what its input says: one word, and what goes with it.
 
-Each run of a check tells the pipe that KVR_FAKE_PIPE names, if it does, which worker it runs for, its own number and its
-word.
+Each run of a check tells the pipe that KVR_FAKE_PIPE names, if it does, which worker it runs for, its own number and
+its word.
 """
 
 import json
@@ -25,13 +25,15 @@ def answer(errors):
 def check(path):
     with open(path, encoding="utf-8") as file:
         word = file.read().split()[1]
-    pipe = os.environ.get("KVR_FAKE_PIPE")
-    if pipe:
-        with open(pipe, "a", encoding="ascii") as file:
-            file.write(f"{parent_of(os.getppid())} {os.getpid()} {word}\n")
+    told = word
+    # Before it is told: whoever hears of it may end it at once.
     if word == "hang-once" and not os.path.exists(path + ".begun"):
         with open(path + ".begun", "w", encoding="ascii"):
             word = "hang"
+    pipe = os.environ.get("KVR_FAKE_PIPE")
+    if pipe:
+        with open(pipe, "a", encoding="ascii") as file:
+            file.write(f"{parent_of(os.getppid())} {os.getpid()} {told}\n")
     if word == "crash":
         os.kill(os.getpid(), signal.SIGSEGV)
     if word == "hang":

@@ -73,6 +73,20 @@ def test_a_mistake_is_found(tmp_path):
     assert kvr.check(scene, without=["K-0105"]) == []
 
 
+def test_scenes_are_compared(as1, tmp_path, run_tool):
+    text = as1.read_text()
+    for file in as1.parent.iterdir():
+        (tmp_path / file.name).write_bytes(file.read_bytes())
+    same, other = tmp_path / "same.xml", tmp_path / "other.xml"
+    same.write_text(text.replace("\n", "\n "))
+    other.write_text(text.replace('Label="nut"', 'Label="Mutter"'))
+    assert kvr.diff(as1, same) == [] and kvr.hash(as1) == kvr.hash(same) != kvr.hash(other)
+    assert kvr.hash(as1) in run_tool("hash", as1).decode()
+    changes = kvr.diff(as1, other)
+    assert {change.class_name for change in changes} == {"IPart", "IPolygonMesh"}
+    assert {(change.kind, change.first, change.second) for change in changes} == {("renamed", "nut", "Mutter")}
+
+
 def test_a_model_is_certified(with_bodies, tmp_path):
     certificate = kvr.certify(EXAMPLES / "models" / "as1-oc-214.stp", with_bodies)
     assert certificate and certificate.stages == ("source", "other")

@@ -10,6 +10,8 @@
 #include <vector>
 
 #include "tests/inspect/document/Seeds.h"
+#include "tests/support/RunOnStack.h"
+#include "tests/support/SanitizedBuild.h"
 
 namespace KVR::Test
 {
@@ -17,6 +19,8 @@ namespace KVR::Test
 namespace
 {
 
+constexpr std::size_t kUsualStack = std::size_t{8} << 20U;
+constexpr std::size_t kLargeStack = std::size_t{256} << 20U;
 // A scene with a sketch, which is refused, for want of a type.
 constexpr char kRefused[] = "\n<ISketch ID=\"refused\" Label=\"\"/>";
 
@@ -231,20 +235,21 @@ TEST_P(SeededLosses, InstancesThatAreNestedTooDeeply)
     }
     chain += "<IPart ID=\"deep" + std::to_string(kDeepest) + "\" Label=\"\"/>";
     std::map<std::string, std::size_t> const depths = Depths();
-    PlantInTags(
-        [&](std::string const& text, SceneTag const& tag) -> std::optional<Planted>
-        {
-            if (tag.name != "ChildSet" || tag.parent != "IAssembly" || tag.isEmpty)
-                return std::nullopt;
-            std::string const instance =
-                "<IInstance ID=\"in\" Visibility=\"1\" NetVisibility=\"1\"><Child ID=\"deep0\"/></IInstance>";
-            std::size_t const end = text.rfind("</Scene>");
-            Planted planted{Replaced(text, end, 0, chain), 0, {"K-0113"}, true};
-            planted.text.insert(tag.endTag, instance);
-            std::size_t const depth = depths.at(AssembliesAround(tag.begin).front());
-            planted.at = end + instance.size() + begins[kDeepest - 1 - depth];
-            return planted;
-        });
+    auto const plant = [&](std::string const& text, SceneTag const& tag) -> std::optional<Planted>
+    {
+        if (tag.name != "ChildSet" || tag.parent != "IAssembly" || tag.isEmpty)
+            return std::nullopt;
+        std::string const instance =
+            "<IInstance ID=\"in\" Visibility=\"1\" NetVisibility=\"1\"><Child ID=\"deep0\"/></IInstance>";
+        std::size_t const end = text.rfind("</Scene>");
+        Planted planted{Replaced(text, end, 0, chain), 0, {"K-0113"}, true};
+        planted.text.insert(tag.endTag, instance);
+        std::size_t const depth = depths.at(AssembliesAround(tag.begin).front());
+        planted.at = end + instance.size() + begins[kDeepest - 1 - depth];
+        return planted;
+    };
+    // Sanitizers make the frames of so many levels larger than a usual stack.
+    RunOnStack(kIsSanitized ? kLargeStack : kUsualStack, [&] { PlantInTags(plant); });
 }
 
 TEST_P(SeededLosses, ASceneWithoutARoot)
