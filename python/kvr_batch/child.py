@@ -39,9 +39,9 @@ def launcher_source() -> str:
 
 def run_child(command: list[str], limits: Limits) -> Ended:
     """Runs a command to its end. OSError when it cannot be watched, which is nobody's fault but the machine's."""
-    spec = json.dumps({"command": command, "seconds": limits.seconds, "memory": limits.memory})
+    order = json.dumps({"command": command, "seconds": limits.seconds, "memory": limits.memory})
     done = subprocess.run(
-        ["setpriv", "--pdeathsig", "TERM", "/usr/bin/python3", "-I", "-S", "-c", launcher_source(), spec],
+        ["setpriv", "--pdeathsig", "TERM", "/usr/bin/python3", "-I", "-S", "-c", launcher_source(), order],
         stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE, check=False)
     if done.returncode != 0:
         raise OSError(f"a process could not be watched: {done.stderr.decode('utf-8', 'replace').strip()[-300:]}")

@@ -37,7 +37,7 @@ def limit(kind: int, most: int) -> None:
     resource.setrlimit(kind, (most, most))
 
 
-def become(spec: dict[str, Any], folder: str) -> NoReturn:
+def become(order: dict[str, Any], folder: str) -> NoReturn:
     """Makes this process the command."""
     try:
         os.setsid()
@@ -45,14 +45,14 @@ def become(spec: dict[str, Any], folder: str) -> NoReturn:
             signal.signal(number, signal.SIG_DFL)
         limit(resource.RLIMIT_CORE, 0)
         # All time of processors that a command could take is bounded even where nobody is left to end it.
-        limit(resource.RLIMIT_CPU, (spec["seconds"] + GRACE) * (os.cpu_count() or 1))
-        if spec["memory"] is not None:
-            limit(resource.RLIMIT_AS, spec["memory"])
+        limit(resource.RLIMIT_CPU, (order["seconds"] + GRACE) * (os.cpu_count() or 1))
+        if order["memory"] is not None:
+            limit(resource.RLIMIT_AS, order["memory"])
         for stream, name in ((1, "out"), (2, "error")):
             os.dup2(os.open(os.path.join(folder, name), os.O_WRONLY | os.O_CREAT, 0o600), stream)
         os.dup2(os.open("/dev/null", os.O_RDONLY), 0)
         os.environ["TMPDIR"] = folder
-        command = ["setpriv", "--pdeathsig", "KILL", *spec["command"]]
+        command = ["setpriv", "--pdeathsig", "KILL", *order["command"]]
         os.execvp(command[0], command)
     except OSError as error:
         os.write(2, f"kvr-batch: {error.strerror}\n".encode())
@@ -75,7 +75,7 @@ def start_read(path: str) -> str:
         return ""
 
 
-def watch(spec: dict[str, Any], folder: str) -> dict[str, Any]:
+def watch(order: dict[str, Any], folder: str) -> dict[str, Any]:
     signals = 0
 
     def out_of_time(_number: int, _frame: types.FrameType | None) -> None:
@@ -87,9 +87,9 @@ def watch(spec: dict[str, Any], folder: str) -> dict[str, Any]:
     start = time.monotonic()
     child = os.fork()
     if child == 0:
-        become(spec, folder)
+        become(order, folder)
     signal.signal(signal.SIGALRM, out_of_time)
-    signal.setitimer(signal.ITIMER_REAL, spec["seconds"])
+    signal.setitimer(signal.ITIMER_REAL, order["seconds"])
     try:
         # Not reaped yet: the number of the group is the command's until all of the group have ended.
         os.waitid(os.P_PID, child, os.WEXITED | os.WNOWAIT)

@@ -98,8 +98,8 @@ class Children(Folder):
         launcher_source = pathlib.Path(launcher.__file__).read_text(encoding="utf-8").replace("GRACE = 5", "GRACE = 1")
         source = ("import os, signal; signal.signal(signal.SIGTERM, signal.SIG_IGN); other = os.fork()\n"
                   "print(other, flush=True)\nsignal.pause()")
-        spec = json.dumps({"command": ["/usr/bin/python3", "-c", source], "seconds": 3, "memory": None})
-        done = subprocess.run(["/usr/bin/python3", "-I", "-S", "-c", launcher_source, spec], capture_output=True,
+        order = json.dumps({"command": ["/usr/bin/python3", "-c", source], "seconds": 3, "memory": None})
+        done = subprocess.run(["/usr/bin/python3", "-I", "-S", "-c", launcher_source, order], capture_output=True,
                               check=True, timeout=LONGEST, env=self.environment)
         ended = json.loads(done.stdout)
         self.assertEqual(ended["status"], -signal.SIGKILL)
