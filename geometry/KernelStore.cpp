@@ -99,16 +99,13 @@ void FileEntities(ENTITY_LIST const& entities, CurveEntities& curveEntities, Bod
     {
         ENTITY* const entity = entities[i];
         UTF8String const id = GMKUtil::EntityDxid(entity);
-        if (id.IsEmpty())
-        {
-            TellEntity("unknown", id, false);
-        }
-        else if (GMK::BODY_xs(entity).body)
+        bool const hasId = !id.IsEmpty();
+        if (hasId && GMK::BODY_xs(entity).body)
         {
             bodiesOfStore.try_emplace(id, entity);
             TellEntity("body", id, bodyEntities.try_emplace(id, entity).second);
         }
-        else if (EDGE* const edge = GMK::EDGE_xs(entity).edge)
+        else if (EDGE* const edge = hasId ? GMK::EDGE_xs(entity).edge : nullptr)
         {
             FileCurve(edge, id, curveEntities);
         }

@@ -160,6 +160,11 @@ def main():
         check_scene_host(options, prefix, folder / "scene_host", scene)
         if options.python:
             check_python(options, prefix, folder / "python", scene)
+            wheels = folder / "wheels"
+            wheel = run(options.python, "-B", options.source / "python/make_wheel.py", options.build, wheels).strip()
+            run(options.python, "-m", "pip", "install", "--no-index", "--no-deps", "--no-cache-dir", "--no-compile",
+                "--prefix", folder / "from wheel", wheel)
+            check_python(options, folder / "from wheel", folder / "python of wheel", scene)
         for library in prefix.rglob("libkvr_xml_producer.so"):
             check_exports(library, PRODUCER, "KVR::XMLProducer::BeginProcess(")
         for library in prefix.rglob("libkvr_exchange.so"):

@@ -350,6 +350,29 @@ TEST(SceneMatching, PartsByTheirGeometry)
     EXPECT_THAT(lines, testing::Contains(HasSubstr("renamed gate/leaf: Label door -> leaf")));
 }
 
+TEST(SceneMatching, PartsOfOtherIdsNamesAndPlacesByTheirGeometry)
+{
+    auto const part = [](std::string const& id, std::string const& label, std::string const& point, char const* x)
+    {
+        return "<IPart ID=\"" + id + "\" Label=\"" + label + "\"><ChildSet><IPoint ID=\"" + point +
+               "\" Label=\"\"><Point X=\"" + x + "\" Y=\"0\" Z=\"0\"/></IPoint></ChildSet></IPart>";
+    };
+    Gate first;
+    first.door = Instance("i1", "left", "p");
+    first.other = Instance("i2", "right", "r");
+    first.geometry = R"(<IPoint ID="q" Label=""><Point X="1" Y="0" Z="0"/></IPoint>)";
+    first.more = part("r", "bolt", "s", "7");
+    Gate second;
+    second.door = Instance("x1", "one", "y", "1 0 0 5 0 1 0 0 0 0 1 0 0 0 0 1");
+    second.other = Instance("x2", "two", "z", "1 0 0 6 0 1 0 0 0 0 1 0 0 0 0 1");
+    second.part = R"(<IPart ID="z" Label="leaf"><ChildSet>)";
+    second.geometry = R"(<IPoint ID="t" Label=""><Point X="1" Y="0" Z="0"/></IPoint>)";
+    second.more = part("y", "screw", "u", "7");
+    std::vector<std::string> const lines = LinesOf(first, second);
+    EXPECT_THAT(lines, testing::Contains(HasSubstr("Label door -> leaf")));
+    EXPECT_THAT(lines, testing::Contains(HasSubstr("Label bolt -> screw")));
+}
+
 TEST(SceneMatching, ObjectsOfDifferentKindsNeverMatch)
 {
     Gate second;
