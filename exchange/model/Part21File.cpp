@@ -173,7 +173,10 @@ private:
             if (IsBlank(m_text[m_at]))
                 ++m_at;
             else if (m_text.substr(m_at, 2) == "/*")
-                m_at = std::min(m_text.size(), m_text.find("*/", m_at) + 2);
+            {
+                std::size_t const end = m_text.find("*/", m_at + 2);
+                m_at = end == std::string_view::npos ? m_text.size() : end + 2;
+            }
             else
                 return;
     }
