@@ -1,9 +1,9 @@
 #include "exchange/CertifyModel.h"
 
 #include <algorithm>
-#include <deque>
 #include <filesystem>
 #include <functional>
+#include <optional>
 #include <stdexcept>
 
 #include "exchange/ExportScene.h"
@@ -68,27 +68,31 @@ public:
         std::string const scene = File("scene.xml");
         PlainModel const model = Taken(m_path);
         m_model = model.Plain();
-        FindFile("source", m_path, model);
         ImportOptions importing;
         importing.timeout = m_options.timeout;
         ImportResult const imported = ImportModel(model.Given(), scene, importing, m_progress);
         Expect(imported.outcome, imported.failure);
         m_result.remarks = imported.remarks;
+        // Import takes all processors, and what comes now one for each search.
+        FindFile("source", m_path, model);
         Find("scene", "the scene", scene, [scene](TellFraction const&) { return FactsOfSceneFile(scene); });
         std::string const glb = Exported(scene, "scene.glb");
-        Take(m_progress);
-        Take(m_progress);
-        if (HasBodies(m_stages.back().facts))
+        Find("GLB", "the exported GLB file", glb, [glb](TellFraction const&) { return FactsOfGltf(glb); });
+        // Whether there are bodies tells the scene, while the model, which takes longer, is still looked at.
+        Take(kSearch_Scene, m_progress);
+        if (HasBodies(m_searches[kSearch_Scene].facts.value()))
         {
             std::string const step = Exported(scene, "scene.step");
             Find("STEP", "the exported STEP file", step,
                  [step](TellFraction const& tell) { return WithoutIds(FactsOfStep(step, tell)); });
+            // The order of the table.
+            std::swap(m_searches.back(), m_searches[m_searches.size() - 2]);
         }
-        Find("GLB", "the exported GLB file", glb, [glb](TellFraction const&) { return FactsOfGltf(glb); });
         Draw("source", model.Plain());
         Draw("GLB", glb);
-        while (!m_searches.empty())
-            Take(m_progress);
+        for (std::size_t i = 0; i < m_searches.size(); ++i)
+            if (i != kSearch_Scene)
+                Take(i, m_progress);
         return Compared();
     }
 
@@ -105,22 +109,25 @@ public:
         double const all = SizeOf(model.Plain()) + SizeOf(made.Plain());
         double const share = all > 0.0 ? SizeOf(model.Plain()) / all : 0.5;
         Progress const first = PartOf(m_progress, 0.0, share);
-        Take(Planned(first, {{kStage_Comparing, 1.0}}));
+        Take(0, Planned(first, {{kStage_Comparing, 1.0}}));
         Progress const second = PartOf(m_progress, share, 1.0);
-        Take(Planned(second, {{kStage_Comparing, 1.0}}));
-        for (Certificate::Stage& stage : m_stages)
-            stage.facts = WithoutIds(std::move(stage.facts));
+        Take(1, Planned(second, {{kStage_Comparing, 1.0}}));
+        for (Search& search : m_searches)
+            search.facts = WithoutIds(std::move(search.facts).value());
         return Compared();
     }
 
 private:
-    // Facts that are being found.
+    // Facts that are being found, or are there.
     struct Search
     {
         std::string stage;
         std::string what;
         ChildWork work;
+        std::optional<ModelFacts> facts = {};
     };
+    // The place of the scene among those of a model.
+    static constexpr std::size_t kSearch_Scene = 1;
 
     std::string File(char const* name) const { return (m_folder.Path() / name).string(); }
 
@@ -186,21 +193,19 @@ private:
         m_searches.push_back({stage, what, ChildWork(work, ChildLimits::For({file, m_model}, m_options.timeout))});
     }
 
-    // Waits for the first search.
-    void Take(Progress const& progress)
+    // Waits for a search.
+    void Take(std::size_t place, Progress const& progress)
     {
         if (!Begin(progress, kStage_Comparing))
             throw Cancelled();
-        Search search = std::move(m_searches.front());
-        m_searches.pop_front();
+        Search& search = m_searches[place];
         ChildResult const child = search.work.Finish(progress);
         if (child.isCancelled)
             throw Cancelled();
         if (!child.answer)
             throw std::runtime_error(search.what + ": " +
                                      child.failure.value_or("its reader ended " + child.EndText()));
-        m_stages.push_back({search.stage, ModelFacts::Of(*child.answer)});
-        m_result.stages.push_back(search.stage);
+        search.facts = ModelFacts::Of(*child.answer);
     }
 
     void Draw(char const* stage, std::string const& path)
@@ -211,7 +216,13 @@ private:
 
     CertifyResult Compared()
     {
-        Certificate const certificate(std::move(m_stages));
+        std::vector<Certificate::Stage> stages;
+        for (Search& search : m_searches)
+        {
+            m_result.stages.push_back(search.stage);
+            stages.push_back({std::move(search.stage), std::move(search.facts).value()});
+        }
+        Certificate const certificate(std::move(stages));
         m_result.outcome = Outcome::kDone;
         m_result.rows = certificate.Rows();
         m_result.absences = certificate.Absences();
@@ -225,8 +236,8 @@ private:
     CertifyOptions m_options;
     Progress const& m_progress;
     ScratchFolder m_folder;
-    std::deque<Search> m_searches;
-    std::vector<Certificate::Stage> m_stages;
+    // In the order of the table.
+    std::vector<Search> m_searches;
     CertifyResult m_result;
 };
 
