@@ -27,6 +27,7 @@ public:
     void AddExtensionDataContent(ExtensionDataContent const& content);
     void AddExtensionDataContent(std::vector<ExtensionDataContent>& contents);
 
+    /// Replaces the text by which hosts tell whether the object has changed.
     void SetChangeKey(ChangeKeyText changeKey) noexcept { m_changeKey = std::move(changeKey); }
     /// Sets the id that stays the object's over versions of the scene; the empty one counts as none.
     void SetVersionPersistentId(UTF8String const& id) { m_versionPersistentId = id; }
