@@ -2,9 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include <bitset>
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
+#include <string>
 
 #include "producer/XMLProducerImpl.h"
 #include "tests/mutation/mistakes.h"
@@ -19,7 +20,8 @@ constinit bool met[kMostMistakes] = {};
 
 int Chosen()
 {
-    static int const chosen = [] {
+    static int const chosen = []
+    {
         char const* const text = std::getenv("KVR_MUTANT");
         return text ? std::atoi(text) : -1;
     }();
@@ -53,7 +55,8 @@ private:
     std::ofstream m_file;
 };
 
-[[maybe_unused]] bool const isRecording = [] {
+[[maybe_unused]] bool const isRecording = []
+{
     char const* const path = std::getenv("KVR_MUTANTS_MET");
     if (path)
         testing::UnitTest::GetInstance()->listeners().Append(new Recorder(path));
