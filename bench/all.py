@@ -15,9 +15,10 @@ import re
 import statistics
 import subprocess
 import sys
+import time
 
 BENCHMARKS = ("check", "cloud", "estimate", "exchange", "kernel", "mesh", "organisation", "properties", "scene",
-              "structure")
+              "structure", "start")
 BINARIES = pathlib.Path("build/release/bin")
 # A line of the table that every benchmark ends with: what is measured, the most that it may be, what it was.
 GOAL = re.compile(r"(?P<name>\S.*?) +(?P<limit>-?[\d.e+-]+)(?P<unit>(?: [A-Za-z/]+)?) +(?P<reached>-?[\d.]+)(?P=unit) +"
@@ -35,17 +36,38 @@ def figures_of(text):
     return figures
 
 
+def seconds_of(command):
+    begin = time.perf_counter()
+    subprocess.run(command, stdout=subprocess.DEVNULL, check=True)
+    return time.perf_counter() - begin
+
+
+def start_of_program():
+    """What the program takes to start, beyond one that does nothing; medians of 30 turns."""
+    turns = [(seconds_of(["/bin/true"]), seconds_of([BINARIES / "kvr", "--version"])) for _ in range(30)]
+    nothing, program = (statistics.median(times) for times in zip(*turns))
+    return {"kvr --version, beyond an empty program": {"limit": 10.0, "unit": "ms",
+                                                       "reached": round((program - nothing) * 1e3, 1)}}
+
+
+def run(name):
+    """The figures of a benchmark. Ends the program when it fails."""
+    if name == "start":
+        return start_of_program()
+    done = subprocess.run([BINARIES / f"kvr_bench_{name}"], stdout=subprocess.PIPE, text=True, check=False)
+    figures = figures_of(done.stdout)
+    if done.returncode != 0 or not figures:
+        sys.exit(f"kvr_bench_{name} ended with {done.returncode} and {len(figures)} figures")
+    return figures
+
+
 def measure(names, rounds):
-    """The goals of all benchmarks with what the rounds reached. Ends the program when a benchmark fails."""
+    """The goals of the benchmarks with what the rounds reached."""
     goals = {}
     for number in range(rounds):
         for name in names:
             print(f"round {number + 1} of {rounds}: {name}", file=sys.stderr, flush=True)
-            done = subprocess.run([BINARIES / f"kvr_bench_{name}"], stdout=subprocess.PIPE, text=True, check=False)
-            figures = figures_of(done.stdout)
-            if done.returncode != 0 or not figures:
-                sys.exit(f"kvr_bench_{name} ended with {done.returncode} and {len(figures)} figures")
-            for goal, figure in figures.items():
+            for goal, figure in run(name).items():
                 entry = goals.setdefault(f"{name}: {goal}",
                                          {"limit": figure["limit"], "unit": figure["unit"], "rounds": []})
                 entry["rounds"].append(figure["reached"])
