@@ -14,7 +14,7 @@
 #include "exchange/certify/SourceFormat.h"
 #include "exchange/run/ChildProcess.h"
 #include "exchange/run/Heard.h"
-#include "exchange/run/ScratchFolder.h"
+#include "output/ScratchFolder.h"
 #include "exchange/run/StagePlan.h"
 #include "output/SafeText.h"
 

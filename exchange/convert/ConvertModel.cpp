@@ -5,7 +5,7 @@
 #include <system_error>
 
 #include "exchange/run/Heard.h"
-#include "exchange/run/ScratchFolder.h"
+#include "output/ScratchFolder.h"
 #include "exchange/run/StagePlan.h"
 #include "output/SafeText.h"
 

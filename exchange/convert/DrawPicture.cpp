@@ -14,7 +14,7 @@
 
 #include "exchange/run/F3d.h"
 #include "exchange/run/Heard.h"
-#include "exchange/run/ScratchFolder.h"
+#include "output/ScratchFolder.h"
 #include "exchange/run/StagePlan.h"
 #include "exchange/run/WorkFolder.h"
 #include "output/SafeText.h"
