@@ -145,7 +145,8 @@ ExitStatus Answer(CLI::App const& program, CLI::ParseError const& error)
     return kExit_Good;
 }
 
-ExitStatus ParseAndRun(int argc, char const* const* argv)
+// Tells with what the program ends when this throws.
+ExitStatus ParseAndRun(int argc, char const* const* argv, ExitStatus& failed)
 {
     CLI::App program("Shows what a CAD scene serves, makes scenes of models, and writes scenes for other programs.",
                      "kvr");
@@ -161,7 +162,10 @@ ExitStatus ParseAndRun(int argc, char const* const* argv)
     }
     for (std::unique_ptr<Command> const& command : commands)
         if (command->IsChosen())
+        {
+            failed = command->FailureStatus();
             return command->Run();
+        }
     return kExit_BadArguments;
 }
 
@@ -169,9 +173,10 @@ ExitStatus ParseAndRun(int argc, char const* const* argv)
 
 int RunProgram(int argc, char const* const* argv)
 {
+    ExitStatus failed = kExit_Failed;
     try
     {
-        return ParseAndRun(argc, argv);
+        return ParseAndRun(argc, argv, failed);
     }
     catch (ExpressionError const& error)
     {
@@ -188,7 +193,7 @@ int RunProgram(int argc, char const* const* argv)
         if (error.IsReaderGone() && IsEndedByPipe())
         {
             NoteSignal(SIGPIPE);
-            return kExit_Failed;
+            return failed;
         }
         Complain(std::string("standard output: ") + error.what());
     }
@@ -204,7 +209,7 @@ int RunProgram(int argc, char const* const* argv)
     {
         Complain("Open CASCADE failed: " + KernelFailureText(error));
     }
-    return kExit_Failed;
+    return failed;
 }
 
 }  // namespace KVR
