@@ -25,7 +25,7 @@ namespace fs = std::filesystem;
 // The path of a document with the text.
 std::string Written(std::string const& text, ScratchFolder const& folder)
 {
-    std::string const path = (folder.Path() / "frame.xml").string();
+    std::string path = (folder.Path() / "frame.xml").string();
     std::ofstream file(path, std::ios::binary);
     file << text;
     if (!file.flush())
