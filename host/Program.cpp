@@ -110,7 +110,8 @@ ExitStatus Answer(CLI::App const& program, CLI::ParseError const& error)
     return kExit_Good;
 }
 
-ExitStatus ParseAndRun(int argc, char const* const* argv, MakeCommands makeCommands)
+// Tells with what the program ends when this throws.
+ExitStatus ParseAndRun(int argc, char const* const* argv, MakeCommands makeCommands, ExitStatus& failed)
 {
     CLI::App program("Shows what a CAD scene serves, makes scenes of models, and writes scenes for other programs.",
                      "kvr");
@@ -126,7 +127,10 @@ ExitStatus ParseAndRun(int argc, char const* const* argv, MakeCommands makeComma
     }
     for (std::unique_ptr<Command> const& command : commands)
         if (command->IsChosen())
+        {
+            failed = command->FailureStatus();
             return command->Run();
+        }
     return kExit_BadArguments;
 }
 
@@ -134,9 +138,10 @@ ExitStatus ParseAndRun(int argc, char const* const* argv, MakeCommands makeComma
 
 int RunProgram(int argc, char const* const* argv, MakeCommands makeCommands)
 {
+    ExitStatus failed = kExit_Failed;
     try
     {
-        return ParseAndRun(argc, argv, makeCommands);
+        return ParseAndRun(argc, argv, makeCommands, failed);
     }
     catch (ExpressionError const& error)
     {
@@ -153,7 +158,7 @@ int RunProgram(int argc, char const* const* argv, MakeCommands makeCommands)
         if (error.IsReaderGone() && IsEndedByPipe())
         {
             NoteSignal(SIGPIPE);
-            return kExit_Failed;
+            return failed;
         }
         Complain(std::string("standard output: ") + error.what());
     }
@@ -169,7 +174,7 @@ int RunProgram(int argc, char const* const* argv, MakeCommands makeCommands)
     {
         Complain("Open CASCADE failed: " + KernelFailureText(error));
     }
-    return kExit_Failed;
+    return failed;
 }
 
 }  // namespace KVR
