@@ -167,7 +167,8 @@ std::string ChildResult::EndText() const
 class ChildWork::Child
 {
 public:
-    Child(pid_t process, int pipe) noexcept : m_process(process), m_pipe(pipe) {}
+    // Without a process yet.
+    explicit Child(int pipe) noexcept : m_pipe(pipe) {}
     ~Child()
     {
         if (m_process > 0)
@@ -180,6 +181,7 @@ public:
     Child(Child const&) = delete;
     Child& operator=(Child const&) = delete;
 
+    void SetProcess(pid_t process) noexcept { m_process = process; }
     int Pipe() const noexcept { return m_pipe; }
     // The state in which it ended.
     int Wait()
@@ -193,7 +195,7 @@ public:
     }
 
 private:
-    pid_t m_process;
+    pid_t m_process = 0;
     int m_pipe;
 };
 
@@ -203,6 +205,18 @@ ChildWork::ChildWork(std::function<std::string(ChildVoice const&)> const& work, 
     std::array<int, 2> ends{};
     if (pipe2(ends.data(), O_CLOEXEC) != 0)
         Fail("a pipe");
+    std::unique_ptr<Child> child;
+    try
+    {
+        // Before there is a process, which nobody would end when memory runs out.
+        child = std::make_unique<Child>(ends[0]);
+    }
+    catch (std::bad_alloc const&)
+    {
+        close(ends[0]);
+        close(ends[1]);
+        throw;
+    }
     // What the caller has yet to print would be printed by the child as well, when the work flushes it.
     std::cout.flush();
     std::clog.flush();
@@ -218,11 +232,12 @@ ChildWork::ChildWork(std::function<std::string(ChildVoice const&)> const& work, 
     close(ends[1]);
     if (process < 0)
     {
-        close(ends[0]);
+        child.reset();
         errno = error;
         Fail("a child process");
     }
-    m_child = std::make_unique<Child>(process, ends[0]);
+    child->SetProcess(process);
+    m_child = std::move(child);
 }
 
 ChildWork::~ChildWork() = default;
