@@ -26,6 +26,8 @@ namespace KVR
 namespace
 {
 
+// How a process ends that has no memory left to say so.
+constexpr int kOutOfMemory = 3;
 // How long the callback waits to be asked, in milliseconds.
 constexpr int kBetweenQuestions = 200;
 
@@ -81,7 +83,19 @@ void Silence()
     std::signal(SIGXFSZ, SIG_IGN);
     std::signal(SIGXCPU, SIG_DFL);
     limits.Apply();
-    Work(work, ChildVoice(pipe), limits);
+    try
+    {
+        Work(work, ChildVoice(pipe), limits);
+    }
+    catch (std::bad_alloc const&)
+    {
+        // Nothing may leave this function: the caller's own code would go on in two processes.
+        _exit(kOutOfMemory);
+    }
+    catch (...)
+    {
+        _exit(EXIT_FAILURE);
+    }
     // Without destructors: what the work has built is given back with the process, at once.
     _exit(EXIT_SUCCESS);
 }
@@ -256,6 +270,8 @@ ChildResult ChildWork::Finish(Progress const& progress)
     int const status = child->Wait();
     result.signal = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
     result.subject = report.LastSubject();
+    if (WIFEXITED(status) && WEXITSTATUS(status) == kOutOfMemory)
+        result.failure = m_limits.MemoryText();
     if (!report.IsWhole())
         return result;
     result.answer = report.Result();
