@@ -212,24 +212,6 @@ TEST(DocumentRules, FindATextureAndALevelOfDetailThatAreNone)
     EXPECT_THAT(CheckedText(style("")).Findings(), IsEmpty());
 }
 
-TEST(DocumentRules, FindAnOccurrencePathThatNamesNothing)
-{
-    auto const overridden = [](std::string const& path)
-    {
-        return AssemblyOf("<IInstance ID='i' Label='' Visibility='1'><Child ID='p'/></IInstance>",
-                          "<IAssembly ID='b' Label=''><CrossLevelAttributes><Visibilities>\n<EntityVisibility Path='" +
-                              path + "' Visibility='0'/></Visibilities></CrossLevelAttributes></IAssembly>" +
-                              "<IPart ID='p' Label=''/>");
-    };
-    CheckOptions options;
-    options.rules = {"K-0110"};
-    auto const findings = [&](std::string const& path) { return CheckedText(overridden(path), &options).Findings(); };
-    EXPECT_THAT(findings("[i][p]"), IsEmpty());
-    EXPECT_THAT(findings(""), IsEmpty());
-    EXPECT_THAT(findings("[i][lost]"), ElementsAre("K-0110 at 9: lost"));
-    EXPECT_THAT(findings("i"), ElementsAre("K-0110 at 9: i"));
-}
-
 TEST(DocumentRules, GuessWhichObjectWasMeant)
 {
     EXPECT_EQ(CheckedText(AssemblyOf("<IInstance ID='i' Label=''><Child ID='plaet'/></IInstance>",
