@@ -268,7 +268,7 @@ TEST(ExportStepNotes, ViewsNameNotesAndPartsInTheirOrder)
     {
         std::vector<std::string> paths;
         for (json const& entry : dump.at(id).at("ViewMembers"))
-            paths.push_back(entry.at("OccurrencePath").at(0));
+            paths.push_back(entry.at("OccurrencePath").back());
         return paths;
     };
     EXPECT_EQ(members("view1"), (std::vector<std::string>{"part1", "note3", "note2", "note1"}));
