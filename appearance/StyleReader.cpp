@@ -46,9 +46,9 @@ void ReadVersionPersistentId(DOMNode const* node, XMLObject& style)
 
 void KeepChangeKey(DOMNode* node, XMLObject& style)
 {
-    XMLCh const* changeKey = nullptr;
+    ChangeKeyText changeKey;
     if (ReadChangeKey(node, changeKey))
-        style.SetChangeKey(changeKey);
+        style.SetChangeKey(std::move(changeKey));
 }
 
 template <class Style>

@@ -4,6 +4,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 #include <cstdio>
+#include <fstream>
 #include <sstream>
 #include <stdexcept>
 
@@ -96,6 +97,16 @@ double PeakResidentBytes()
     rusage usage{};
     getrusage(RUSAGE_SELF, &usage);
     return static_cast<double>(usage.ru_maxrss) * 1024.0;
+}
+
+double ResidentBytes()
+{
+    std::ifstream statm("/proc/self/statm");
+    double pages = 0.0;
+    double residentPages = 0.0;
+    if (!(statm >> pages >> residentPages))
+        throw std::runtime_error("The size of the process cannot be read");
+    return residentPages * static_cast<double>(sysconf(_SC_PAGESIZE));
 }
 
 }  // namespace KVR::Bench

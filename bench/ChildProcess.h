@@ -20,4 +20,7 @@ void DoInChildProcess(std::function<void()> const& work);
 /// The most memory that this process has had resident since it was forked, in bytes.
 double PeakResidentBytes();
 
+/// What of this process is resident now, in bytes.
+double ResidentBytes();
+
 }  // namespace KVR::Bench

@@ -89,20 +89,22 @@ Figures RunProducer(Scenes const& scenes, Loads const& loads)
         Begin(producer);
     }
     double const memoryBefore = PeakResidentBytes();
+    double const residentBefore = ResidentBytes();
     XMLProducer producer(UTF16String(scenes.measured.wstring()), nullptr);
     double const begin = SecondsOf([&] { Begin(producer); });
     double const memory = PeakResidentBytes() - memoryBefore;
+    double const kept = ResidentBytes() - residentBefore;
     double const load = loads(producer);
     double const end = SecondsOf([&] { producer.EndProcess(); });
-    return {{"begin", begin}, {"memory", memory}, {"load", load}, {"end", end}};
+    return {{"begin", begin}, {"memory", memory}, {"kept", kept}, {"load", load}, {"end", end}};
 }
 
 Round Measure(Scenes const& scenes, Loads const& loads)
 {
     Figures const bare = InChildProcess([&] { return MeasureParse(scenes); });
     Figures const producer = InChildProcess([&] { return RunProducer(scenes, loads); });
-    return {bare.at("seconds"),    bare.at("memory"),   producer.at("begin"),
-            producer.at("memory"), producer.at("load"), producer.at("end")};
+    return {bare.at("seconds"),  bare.at("memory"),   producer.at("begin"), producer.at("memory"),
+            producer.at("kept"), producer.at("load"), producer.at("end")};
 }
 
 }  // namespace

@@ -14,6 +14,8 @@ struct Round
     double parseMemory = 0.0;
     double beginSeconds = 0.0;
     double beginMemory = 0.0;
+    /// What is resident when the scene was read, beyond what was before, in bytes.
+    double keptMemory = 0.0;
     double loadNanoseconds = 0.0;
     double endSeconds = 0.0;
 };

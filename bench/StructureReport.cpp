@@ -36,6 +36,11 @@ double BeginSecondsPerInstance(SizeFigures const& size)
     return size.beginSeconds / size.instances;
 }
 
+double ParseSecondsPerInstance(SizeFigures const& size)
+{
+    return size.parseSeconds / size.instances;
+}
+
 double BeginBytesPerInstance(SizeFigures const& size)
 {
     return size.parseBytesPerInstance + size.extraBytesPerInstance;
@@ -45,21 +50,27 @@ double BeginBytesPerInstance(SizeFigures const& size)
 std::vector<Goal> Goals(std::vector<SizeFigures> const& sizes)
 {
     std::vector<Goal> goals = {
-        {"BeginProcess / bare parse, worst size", "", 1.25, Largest(sizes, &SizeFigures::beginRatio)},
-        {"memory above the document per instance, worst size", " B", 1500.0,
-         Largest(sizes, &SizeFigures::extraBytesPerInstance)},
+        {"BeginProcess / bare parse, worst size", "", 1.10, Largest(sizes, &SizeFigures::beginRatio)},
     };
     SizeFigures const* const from = OfSize(sizes, kGrowthFrom);
     SizeFigures const* const to = OfSize(sizes, kGrowthTo);
     if (from && to)
     {
-        goals.push_back({"BeginProcess time per instance, 1,000,000 / 10,000", "", 1.2,
-                         BeginSecondsPerInstance(*to) / BeginSecondsPerInstance(*from)});
+        goals.push_back({"growth of BeginProcess per instance, 1,000,000 / 10,000, over that of the bare parse", "",
+                         1.05,
+                         BeginSecondsPerInstance(*to) / BeginSecondsPerInstance(*from) /
+                             (ParseSecondsPerInstance(*to) / ParseSecondsPerInstance(*from))});
         goals.push_back({"BeginProcess memory per instance, 1,000,000 / 10,000", "", 1.2,
                          BeginBytesPerInstance(*to) / BeginBytesPerInstance(*from)});
     }
     if (to)
-        goals.push_back({"Load at 1,000,000 instances", " ns", 200.0, to->loadNanoseconds});
+    {
+        goals.push_back(
+            {"memory beyond the parse's peak per instance, 1,000,000", " B", 400.0, to->extraBytesPerInstance});
+        goals.push_back({"memory kept per instance, 1,000,000", " B", 900.0, to->keptBytesPerInstance});
+        goals.push_back({"Load at 1,000,000 instances", " ns", 60.0, to->loadNanoseconds});
+        goals.push_back({"EndProcess per instance, 1,000,000", " us", 0.2, to->endSeconds / to->instances * 1e6});
+    }
     return goals;
 }
 
@@ -69,15 +80,16 @@ std::string TableText(std::vector<SizeFigures> const& sizes)
 {
     std::string text;
     auto const out = std::back_inserter(text);
-    fmt::format_to(out, "{:>10} {:>9} {:>12} {:>14} {:>7} {:>12} {:>8} {:>12} {:>12}\n", "instances", "file",
-                   "bare parse", "BeginProcess", "ratio", "EndProcess", "Load", "document", "beyond it");
-    fmt::format_to(out, "{:>10} {:>9} {:>12} {:>14} {:>7} {:>12} {:>8} {:>12} {:>12}\n", "", "MB", "ms", "ms", "", "ms",
-                   "ns", "B/instance", "B/instance");
+    fmt::format_to(out, "{:>10} {:>9} {:>12} {:>14} {:>7} {:>12} {:>8} {:>12} {:>12} {:>12}\n", "instances", "file",
+                   "bare parse", "BeginProcess", "ratio", "EndProcess", "Load", "document", "beyond it", "kept");
+    fmt::format_to(out, "{:>10} {:>9} {:>12} {:>14} {:>7} {:>12} {:>8} {:>12} {:>12} {:>12}\n", "", "MB", "ms", "ms",
+                   "", "ms", "ns", "B/instance", "B/instance", "B/instance");
     for (SizeFigures const& size : sizes)
-        fmt::format_to(out, "{:>10} {:>9.1f} {:>12.1f} {:>14.1f} {:>7.2f} {:>12.1f} {:>8.0f} {:>12.0f} {:>12.0f}\n",
-                       size.instances, size.fileBytes / 1e6, size.parseSeconds * 1e3, size.beginSeconds * 1e3,
-                       size.beginRatio, size.endSeconds * 1e3, size.loadNanoseconds, size.parseBytesPerInstance,
-                       size.extraBytesPerInstance);
+        fmt::format_to(
+            out, "{:>10} {:>9.1f} {:>12.1f} {:>14.1f} {:>7.2f} {:>12.1f} {:>8.0f} {:>12.0f} {:>12.0f} {:>12.0f}\n",
+            size.instances, size.fileBytes / 1e6, size.parseSeconds * 1e3, size.beginSeconds * 1e3, size.beginRatio,
+            size.endSeconds * 1e3, size.loadNanoseconds, size.parseBytesPerInstance, size.extraBytesPerInstance,
+            size.keptBytesPerInstance);
     text += GoalsText(Goals(sizes));
     return text;
 }
@@ -94,7 +106,8 @@ std::string JsonText(std::vector<SizeFigures> const& sizes)
                                  {"endSeconds", size.endSeconds},
                                  {"loadNanoseconds", size.loadNanoseconds},
                                  {"parseBytesPerInstance", size.parseBytesPerInstance},
-                                 {"extraBytesPerInstance", size.extraBytesPerInstance}});
+                                 {"extraBytesPerInstance", size.extraBytesPerInstance},
+                                 {"keptBytesPerInstance", size.keptBytesPerInstance}});
     for (Goal const& goal : Goals(sizes))
         json["goals"].push_back({{"name", goal.name},
                                  {"atMost", goal.limit},

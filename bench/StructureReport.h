@@ -20,6 +20,8 @@ struct SizeFigures
     double parseBytesPerInstance = 0.0;
     /// What the producer needs beyond the bare document.
     double extraBytesPerInstance = 0.0;
+    /// What is resident when the scene was read.
+    double keptBytesPerInstance = 0.0;
 };
 
 /// The table, and the goals with what was reached.

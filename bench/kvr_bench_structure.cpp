@@ -53,6 +53,7 @@ void RunRound(benchmark::State& state, Scene& scene)
             state.counters["ratio"] = round.beginSeconds / round.parseSeconds;
             state.counters["end_s"] = round.endSeconds;
             state.counters["load_ns"] = round.loadNanoseconds;
+            state.counters["kept_bytes"] = round.keptMemory;
             state.counters["extra_bytes"] = round.beginMemory - round.parseMemory;
         }
         catch (std::exception const& exception)
@@ -107,6 +108,7 @@ SizeFigures Summary(Scene const& scene)
     size.extraBytesPerInstance =
         Median(scene.rounds, [](Round const& round) { return round.beginMemory - round.parseMemory; }) /
         scene.instances;
+    size.keptBytesPerInstance = median(&Round::keptMemory) / scene.instances;
     return size;
 }
 

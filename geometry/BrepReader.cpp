@@ -42,7 +42,7 @@ struct BrepFields
     bool isVisible = false;
     bool isNetVisible = false;
     UTF8String versionPersistentId;
-    XMLCh const* changeKey = nullptr;
+    ChangeKeyText changeKey;
     Units units;
     double angularTolerance = -1.0;
     double linearTolerance = -1.0;
@@ -74,7 +74,7 @@ public:
     {
         auto brep = std::make_unique<XMLBrep>(id, fields.label, m_body, fields.type);
         XMLObject& object = *brep;
-        object.SetChangeKey(fields.changeKey);
+        object.SetChangeKey(std::move(fields.changeKey));
         // Kept: the length unit stays unsaid.
         brep->SetDisplayAngleUnit(fields.units.displayAngle);
         brep->SetDisplayLengthUnit(fields.units.displayLength);

@@ -26,10 +26,7 @@ IsValueSpecifiedEnum XMLHierachyObject::VersionPersistentId_Impl(UTF8String& id)
 
 IsValueSpecifiedEnum XMLHierachyObject::ChangeKey_Impl(SnapshotVersionEnum, UTF8String& changeKey) const
 {
-    if (!m_changeKey)
-        return kIsValueSpecified_No;
-    changeKey = XMLStrUtil::XMLStrToAStr(m_changeKey);
-    return kIsValueSpecified_Yes;
+    return m_changeKey.Text(changeKey);
 }
 
 void XMLHierachyObject::KeepTransform(Matrix3d const& transform)

@@ -8,6 +8,7 @@
 #include "framework/api/Matrix3d.h"
 #include "framework/api/UTF16String.h"
 #include "framework/api/UTF8String.h"
+#include "framework/xml_util/ChangeKeyText.h"
 
 namespace KVR
 {
@@ -15,7 +16,7 @@ namespace KVR
 class XMLProducerImpl;
 
 /// The state that work features share, in place of XMLObject: a smaller one. It has nothing to do with the hierarchy of
-/// a scene. The text of the change key belongs to the document, which outlives the object.
+/// a scene.
 class XMLHierachyObject
 {
 public:
@@ -37,7 +38,7 @@ protected:
 
     UTF8String m_id;
     UTF16String m_label;
-    XMLCh const* m_changeKey = nullptr;
+    ChangeKeyText m_changeKey;
     UnitTypeEnum m_lengthUnit = kUnitType_Unknown;
     /// Kept: read, and never given out.
     UnitTypeEnum m_displayLengthUnit = kUnitType_Unknown;

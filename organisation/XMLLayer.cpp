@@ -19,13 +19,13 @@ namespace KVR
 {
 
 XMLLayer::XMLLayer(UTF16String label, UTF16String description, UTF8String id, int number, bool visible,
-                   XMLCh const* changeKey)
+                   ChangeKeyText changeKey)
     : ObjectState(std::move(id), std::move(label)),
       m_description(std::move(description)),
       m_layerNumber(number),
       m_visible(visible)
 {
-    m_changeKey = changeKey;
+    m_changeKey = std::move(changeKey);
 }
 
 XMLLayer::~XMLLayer() = default;
@@ -48,7 +48,7 @@ struct LayerFields
     XMLCh const* description = nullptr;
     XMLCh const* visibility = nullptr;
     XMLCh const* items = nullptr;
-    XMLCh const* changeKey = nullptr;
+    ChangeKeyText changeKey;
     ExtensionDataContent extensionData;
     IdSet styles;
 };
@@ -85,7 +85,7 @@ void ReadLayer(XMLProducerImpl* producer, DOMNode const* node, UTF8String const&
     auto layer = std::make_unique<XMLLayer>(
         XMLStrUtil::XMLStrToWStr(AttributeText(node, Names::Label)), XMLStrUtil::XMLStrToWStr(fields.description), id,
         XMLStrUtil::XMLStrToInt(fields.number), (!fields.visibility || ToldBoolean(fields.visibility, &IsShown)),
-        fields.changeKey);
+        std::move(fields.changeKey));
     if (!fields.extensionData.TypeId().IsEmpty())
         layer->AddExtensionDataContent(fields.extensionData);
     layer->SetVersionPersistentId(XMLStrUtil::XMLStrToAStr(AttributeText(node, Names::VersionPersistentId)));

@@ -13,9 +13,8 @@ namespace KVR
 class XMLLayer : public ObjectState<ILayer>
 {
 public:
-    /// The change key is text of the document; it may be null.
     XMLLayer(UTF16String label, UTF16String description, UTF8String id, int number, bool visible,
-             XMLCh const* changeKey);
+             ChangeKeyText changeKey);
     ~XMLLayer() override;
 
     UTF16String Description() const override { return m_description; }

@@ -38,6 +38,8 @@ public:
     /// Notes the element under its "ID". A second one of an id replaces the first; those without the attribute all
     /// fall on the empty id.
     void AddNode(xercesc::DOMNode* node);
+    /// Forgets all elements, as they go with their document; a root that was found stays the root.
+    void Clear() noexcept { m_nodes.clear(); }
     /// Reads every noted element and chooses the root file.
     void ReadAllNodes(XMLProducerImpl* producer);
     /// Reads an element, by its id as written, before its turn. True for an id that was never noted and for an element

@@ -89,13 +89,17 @@ private:
     };
 
     bool OpenDocument();
+    /// Gives the memory of the document back: objects hold nothing of it.
+    void ReleaseDocument();
 
     UTF16String m_fileName;
+    /// Also when the document was released, to be parsed again by whoever needs it.
     bool m_isParsed = false;
     unsigned int m_newObjectIdCounter = 0;
     UTF8String m_newObjectIdPrefix;
     std::unique_ptr<IdMap> m_objectIdMap;
     std::unique_ptr<HISTORY_STREAM, EndHistoryStream> m_historyStream;
+    /// Null when the document was released.
     std::unique_ptr<xercesc::XercesDOMParser> m_parser;
     std::unique_ptr<XMLFileQueryResult> m_queryResult;
 };

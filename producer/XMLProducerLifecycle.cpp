@@ -1,9 +1,16 @@
 // The life of a producer: open, scan, end.
 
+#include <cstdint>
 #include <exception>
+#include <filesystem>
 #include <new>
+#include <system_error>
 #include <xercesc/parsers/XercesDOMParser.hpp>
 #include <xercesc/util/OutOfMemoryException.hpp>
+
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
 
 #include "framework/api/Exception.h"
 #include "framework/api/IObject.h"
@@ -11,6 +18,7 @@
 #include "framework/gmk_interface/GMKHistoryUtil.h"
 #include "framework/xml_util/DocumentParser.h"
 #include "framework/xml_util/FileInputSource.h"
+#include "framework/xml_util/ReadObserver.h"
 #include "framework/xml_util/XMLPlatform.h"
 #include "producer/DocumentScan.h"
 #include "producer/ObjectNodeIndex.h"
@@ -21,6 +29,23 @@
 
 namespace KVR
 {
+
+namespace
+{
+
+// A large document was most of what the process holds, below the objects, so that the allocator would keep it.
+void TrimHeap(UTF16String const& documentPath)
+{
+#ifdef __GLIBC__
+    constexpr std::uintmax_t kLargeDocument = 4 << 20;
+    std::error_code error;
+    std::uintmax_t const size = std::filesystem::file_size(UTF8String(documentPath).Value(), error);
+    if (!error && size >= kLargeDocument)
+        malloc_trim(0);
+#endif
+}
+
+}  // namespace
 
 XMLProducerImpl::XMLProducerImpl(UTF16String const& path, XMLProducerOptions* producerOptions)
     : objectCollector(std::make_unique<ObjectCollector>()),
@@ -40,10 +65,10 @@ XMLProducerImpl::~XMLProducerImpl()
 // failed lives until the end or the next try.
 bool XMLProducerImpl::OpenDocument()
 {
-    if (m_isParsed)
+    if (m_parser && m_isParsed)
         return true;
     LocaleHelper const locale{UTF8String()};
-    if (!XMLPlatform::Acquire())
+    if (!m_isParsed && !XMLPlatform::Acquire())
         return false;
     try
     {
@@ -64,6 +89,18 @@ bool XMLProducerImpl::OpenDocument()
         m_isParsed = false;
     }
     return m_isParsed;
+}
+
+// What the query answers is taken beforehand, since the document may not be there any more when the host asks. Whoever
+// listens to the reading looks into the document afterwards.
+void XMLProducerImpl::ReleaseDocument()
+{
+    if (Observer())
+        return;
+    QueryFile();
+    objectNodeIndex->Clear();
+    m_parser.reset();
+    TrimHeap(m_fileName);
 }
 
 FileQueryResult const* XMLProducerImpl::QueryFile()
@@ -122,9 +159,10 @@ void XMLProducerImpl::BeginProcess(EventManager const* manager)
     }
     ScanDocument(m_parser.get(), m_fileName, *this);
     AttachProperties(m_fileName, *this);
+    ReleaseDocument();
 }
 
-// Objects go first and the parser late, since objects point at text that the document holds.
+// The parser goes late: readers that ended in an exception leave objects beside the document.
 void XMLProducerImpl::EndProcess()
 {
     rootId.reset();

@@ -6,11 +6,11 @@
 namespace KVR
 {
 
-bool ReadChangeKey(xercesc::DOMNode* node, XMLCh const*& slot)
+bool ReadChangeKey(xercesc::DOMNode* node, ChangeKeyText& changeKey)
 {
     if (!IsNamed(node, Names::ChangeKey))
         return false;
-    slot = TextContent(node);
+    changeKey = ChangeKeyText(TextContent(node));
     return true;
 }
 

@@ -2,11 +2,12 @@
 
 #include <xercesc/dom/DOMNode.hpp>
 
+#include "framework/xml_util/ChangeKeyText.h"
+
 namespace KVR
 {
 
-/// Puts the text of a "ChangeKey" element into the slot. The text belongs to the document. False, with the slot left
-/// alone, for a null node or one of another name.
-[[nodiscard]] bool ReadChangeKey(xercesc::DOMNode* node, XMLCh const*& slot);
+/// Keeps the text of a "ChangeKey" element. False, with the key left alone, for a null node or one of another name.
+[[nodiscard]] bool ReadChangeKey(xercesc::DOMNode* node, ChangeKeyText& changeKey);
 
 }  // namespace KVR

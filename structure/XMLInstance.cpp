@@ -28,18 +28,18 @@
 namespace KVR
 {
 
-XMLInstance::XMLInstance(UTF8String id, UTF16String label, Matrix3d const& transform, XMLCh const* changeKey,
+XMLInstance::XMLInstance(UTF8String id, UTF16String label, Matrix3d const& transform, ChangeKeyText changeKey,
                          IComponent const* target, XMLProducerImpl* producer)
     : UnitState(std::move(id), std::move(label)), m_targetId(target), m_transform(transform), m_producer(producer)
 {
-    m_changeKey = changeKey;
+    m_changeKey = std::move(changeKey);
 }
 
-XMLInstance::XMLInstance(UTF8String id, UTF16String label, Matrix3d const& transform, XMLCh const* changeKey,
+XMLInstance::XMLInstance(UTF8String id, UTF16String label, Matrix3d const& transform, ChangeKeyText changeKey,
                          IFile const* target, XMLProducerImpl* producer)
     : UnitState(std::move(id), std::move(label)), m_targetId(target), m_transform(transform), m_producer(producer)
 {
-    m_changeKey = changeKey;
+    m_changeKey = std::move(changeKey);
 }
 
 XMLInstance::~XMLInstance() = default;
@@ -66,7 +66,7 @@ struct InstanceFields
     bool netVisible = false;
     UTF8String targetId;
     Matrix3d transform;
-    XMLCh const* changeKey = nullptr;
+    ChangeKeyText changeKey;
     Units units;
     IdSet styles;
     IdSet netStyles;
@@ -136,8 +136,9 @@ private:
     template <class Target>
     void Place(Target const* target)
     {
-        m_instance = std::make_unique<XMLInstance>(std::move(m_fields.id), std::move(m_fields.label),
-                                                   m_fields.transform, m_fields.changeKey, target, &m_producer);
+        m_instance =
+            std::make_unique<XMLInstance>(std::move(m_fields.id), std::move(m_fields.label), m_fields.transform,
+                                          std::move(m_fields.changeKey), target, &m_producer);
     }
 
     XMLProducerImpl& m_producer;

@@ -4,8 +4,6 @@
 #include <iterator>
 #include <utility>
 
-#include "framework/xml_util/XMLStrUtil.h"
-
 namespace KVR
 {
 
@@ -44,10 +42,7 @@ IsValueSpecifiedEnum XMLObject::VersionPersistentId_Impl(UTF8String& id) const
 
 IsValueSpecifiedEnum XMLObject::ChangeKey_Impl(SnapshotVersionEnum, UTF8String& changeKey) const
 {
-    if (!m_changeKey)
-        return kIsValueSpecified_No;
-    changeKey = XMLStrUtil::XMLStrToAStr(m_changeKey);
-    return kIsValueSpecified_Yes;
+    return m_changeKey.Text(changeKey);
 }
 
 }  // namespace KVR

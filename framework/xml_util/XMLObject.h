@@ -1,13 +1,14 @@
 #pragma once
 
+#include <utility>
 #include <vector>
-#include <xercesc/util/XercesDefs.hpp>
 
 #include "framework/api/Enums.h"
 #include "framework/api/ExtensionDataContent.h"
 #include "framework/api/IdSet.h"
 #include "framework/api/UTF16String.h"
 #include "framework/api/UTF8String.h"
+#include "framework/xml_util/ChangeKeyText.h"
 #include "framework/xml_util/Export.h"
 
 namespace KVR
@@ -26,8 +27,8 @@ public:
     void AddExtensionDataContent(ExtensionDataContent const& content);
     void AddExtensionDataContent(std::vector<ExtensionDataContent>& contents);
 
-    /// Text of the document, which outlives the object; null when there is none.
-    void SetChangeKey(XMLCh const* changeKey) noexcept { m_changeKey = changeKey; }
+    /// Replaces the text by which hosts tell whether the object has changed.
+    void SetChangeKey(ChangeKeyText changeKey) noexcept { m_changeKey = std::move(changeKey); }
     /// Sets the id that stays the object's over versions of the scene; the empty one counts as none.
     void SetVersionPersistentId(UTF8String const& id) { m_versionPersistentId = id; }
 
@@ -41,7 +42,7 @@ protected:
     /// Not specified without a change key, whatever the version.
     virtual IsValueSpecifiedEnum ChangeKey_Impl(SnapshotVersionEnum version, UTF8String& changeKey) const;
 
-    XMLCh const* m_changeKey = nullptr;
+    ChangeKeyText m_changeKey;
     UTF8String m_id;
     UTF16String m_label;
     UTF8String m_versionPersistentId;

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <utility>
 
 #include "framework/api/Matrix3d.h"
@@ -37,8 +38,9 @@ public:
             m_long.resize(text.size());
         char* const out = text.size() < kShort ? m_short.data() : m_long.data();
         m_text = out;
+        // Without a branch, so that many characters are converted at a time.
         *std::transform(text.begin(), text.end(), out,
-                        [](char16_t c) { return c < 0x80 ? static_cast<char>(c) : '\x7F'; }) = '\0';
+                        [](char16_t c) { return static_cast<char>(std::min<char16_t>(c, 0x7F)); }) = '\0';
     }
 
     char const* Value() const { return m_text; }
@@ -59,24 +61,44 @@ constexpr bool IsSeparator(char c)
     return c <= ',' && (c == ' ' || c == ',' || (c >= '\t' && c <= '\r'));
 }
 
-// Parses pieces in place; StringUtil would want each of them terminated.
+constexpr bool IsDigit(char c)
+{
+    return c >= '0' && c <= '9';
+}
+
+// Reads the number that begins at `at`, up to a separator or the end, and goes behind it.
+bool ReadElement(std::string_view text, std::string_view::const_iterator& at, double& element)
+{
+    auto const isEnd = [&](auto place) { return place == text.end() || IsSeparator(*place); };
+    // The texts of most elements are one digit.
+    if (IsDigit(*at) && isEnd(at + 1))
+    {
+        element = *at++ - '0';
+        return true;
+    }
+    if (IsDigit(*at) || (*at == '-' && at + 1 != text.end() && IsDigit(at[1])))
+    {
+        auto const [end, error] = std::from_chars(&*at, text.data() + text.size(), element);
+        at = text.begin() + (end - text.data());
+        return error == std::errc() && isEnd(at);
+    }
+    auto const end = std::find_if(at, text.end(), IsSeparator);
+    std::string_view const piece(at, end);
+    at = end;
+    return StringUtil::ToDouble(piece, element) == StringUtil::kConversionStatus_Success;
+}
+
+// Parses in place; StringUtil would want each number to stand by itself.
 bool ReadElements(std::string_view text, std::array<double, Matrix3d::kElementCount>& elements)
 {
     std::size_t count = 0;
     auto at = text.begin();
     for (;;)
     {
-        auto const start = std::find_if_not(at, text.end(), IsSeparator);
-        if (start == text.end())
+        at = std::find_if_not(at, text.end(), IsSeparator);
+        if (at == text.end())
             return count == elements.size();
-        at = std::find_if(start, text.end(), IsSeparator);
-        std::string_view const piece(start, at);
-        if (count == elements.size())
-            return false;
-        // The texts of most elements are one digit.
-        if (piece.size() == 1 && piece[0] >= '0' && piece[0] <= '9')
-            elements[count++] = piece[0] - '0';
-        else if (StringUtil::ToDouble(piece, elements[count++]) != StringUtil::kConversionStatus_Success)
+        if (count == elements.size() || !ReadElement(text, at, elements[count++]))
             return false;
     }
 }

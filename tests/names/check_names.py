@@ -38,7 +38,7 @@ RESERVED = {"AddRef", "ChildRef", "DeleteRef", "ModifiedRef", "ObjectRef", "Upda
 # Elements that readers know by their place, whatever their name; the documents name the ones to write.
 UNREAD = {
     **dict.fromkeys(["Scene", "Ids", "Properties"], "the root of a file"),
-    **dict.fromkeys(["ICamera", "IGroup", "IView"], "the children of a set"),
+    **dict.fromkeys(["ICamera", "IGroup"], "the children of a set"),
     "RefFile": "the children of \"RefFiles\"",
 }
 

@@ -1,9 +1,14 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <memory>
 #include <string>
 #include <vector>
 
+#include "framework/xml_util/DocumentParser.h"
+#include "framework/xml_util/FileInputSource.h"
+#include "framework/xml_util/XMLPlatform.h"
+#include "producer/DocumentScan.h"
 #include "producer/ObjectNodeIndex.h"
 #include "producer/XMLProducerImpl.h"
 #include "tests/support/SceneWalk.h"
@@ -30,9 +35,13 @@ double CurveRed(TestScene& scene)
 // was never noted counts as read.
 bool IsNoted(std::string const& name)
 {
+    XMLPlatformScope const platform;
     TempFolder const folder;
-    XMLProducerImpl producer(folder.Write("scene.xml", "<S><" + name + " ID='x'/></S>"), nullptr);
-    producer.BeginProcess(nullptr);
+    UTF16String const path = folder.Write("scene.xml", "<S><" + name + " ID='x'/></S>");
+    std::unique_ptr<xercesc::XercesDOMParser> const parser = MakeDocumentParser();
+    parser->parse(FileInputSource(path));
+    XMLProducerImpl producer(path, nullptr);
+    ScanDocument(parser.get(), path, producer);
     return !producer.objectNodeIndex->ReadNodeById("x");
 }
 

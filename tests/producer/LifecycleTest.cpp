@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <malloc.h>
 
 #include <filesystem>
 #include <fstream>
@@ -148,6 +149,22 @@ TEST(Lifecycle, BeginProcessFollowedByQueryFileParsesOnce)
     scene.Begin();
     std::filesystem::remove(scene.Path());
     EXPECT_TRUE(HasAssemblyStructure(scene.Producer()));
+}
+
+TEST(Lifecycle, BeginProcessReleasesTheDocument)
+{
+    std::string scene = "<S><IFile ID='f' IsRoot='1'>";
+    scene +=
+        "<ChildSet><Child ID='p' Type='IPart'/></ChildSet></IFile><IPart ID='p'><ChangeKey>key</ChangeKey></IPart>";
+    for (int i = 0; i < 100'000; ++i)
+        scene += "<Unknown Text='" + std::to_string(i) + "'/>";
+    TestScene large(scene + "</S>");
+    std::size_t const before = mallinfo2().uordblks;
+    large.Begin();
+    EXPECT_LT(mallinfo2().uordblks, before + (1U << 20U)) << "of 100,000 elements nothing stays";
+    UTF8String key;
+    EXPECT_EQ(large.Get<IPart>("p").ChangeKey(kSnapshotVersion_Current, key), kIsValueSpecified_Yes);
+    EXPECT_EQ(Text(key), "key");
 }
 
 TEST(Lifecycle, TheQueryRunsOnce)

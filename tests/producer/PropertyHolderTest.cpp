@@ -44,8 +44,9 @@ TEST(PropertyHolder, MeshesInstancesSetsAndBodiesAreOnes)
 {
     EXPECT_EQ(CountHeldBy([](XMLProducerImpl& producer) { return new XMLPolygonMesh("o", &producer); }), 2U);
     EXPECT_EQ(CountHeldBy(
-                  [](XMLProducerImpl& producer) {
-                      return new XMLInstance("o", UTF16String(), Matrix3d(), nullptr,
+                  [](XMLProducerImpl& producer)
+                  {
+                      return new XMLInstance("o", UTF16String(), Matrix3d(), ChangeKeyText(),
                                              static_cast<IFile const*>(nullptr), &producer);
                   }),
               2U);

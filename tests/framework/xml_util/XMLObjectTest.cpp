@@ -70,7 +70,7 @@ TEST(ObjectState, HasNothingElseToAnswerAtFirst)
 TEST(ChangeKey, IsAnsweredWhateverTheVersion)
 {
     Thing thing("p1", L"");
-    thing.SetChangeKey(u"key \u00E4");
+    thing.SetChangeKey(ChangeKeyText(u"key \u00E4"));
     for (int const version : {0, 1, 77})
     {
         UTF8String key;
@@ -82,7 +82,7 @@ TEST(ChangeKey, IsAnsweredWhateverTheVersion)
 TEST(ChangeKey, IsSpecifiedWhenItIsEmpty)
 {
     Thing thing("p1", L"");
-    thing.SetChangeKey(u"");
+    thing.SetChangeKey(ChangeKeyText(u""));
     UTF8String key("former");
     EXPECT_EQ(thing.ChangeKey(kSnapshotVersion_Current, key), kIsValueSpecified_Yes);
     EXPECT_TRUE(key.IsEmpty());
@@ -91,8 +91,8 @@ TEST(ChangeKey, IsSpecifiedWhenItIsEmpty)
 TEST(ChangeKey, IsNotSpecifiedWhenItIsNull)
 {
     Thing thing("p1", L"");
-    thing.SetChangeKey(u"key");
-    thing.SetChangeKey(nullptr);
+    thing.SetChangeKey(ChangeKeyText(u"key"));
+    thing.SetChangeKey(ChangeKeyText(nullptr));
     UTF8String key("former");
     EXPECT_EQ(thing.ChangeKey(kSnapshotVersion_Current, key), kIsValueSpecified_No);
     EXPECT_EQ(key, UTF8String("former"));
