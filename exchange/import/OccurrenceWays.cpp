@@ -6,7 +6,7 @@ namespace KVR
 {
 
 OccurrenceWays::OccurrenceWays(ProductPlan const& plan)
-    : m_plan(plan), m_uses(plan.components.size()), m_isRoot(plan.components.size())
+    : m_uses(plan.components.size()), m_isRoot(plan.components.size())
 {
     for (std::size_t const root : plan.roots)
         m_isRoot[root] = true;

@@ -31,7 +31,6 @@ private:
 
     Paths To(std::size_t component) const;
 
-    ProductPlan const& m_plan;
     std::unordered_map<std::string, std::size_t> m_holders;
     /// By component: what places it.
     struct Use

@@ -36,13 +36,8 @@ void Append(std::vector<ObjectAnswer>& answers, Interface const& interface, void
 // name objects all the same.
 bool LeadsAlongPaths(std::string_view name)
 {
-    constexpr std::string_view kNames[] = {"BaseOccPaths",
-                                           "CrossLevelVisibilities",
-                                           "CrossLevelTransforms",
-                                           "ExtensionData",
-                                           "ObjectPath",
-                                           "OccurrencePath",
-                                           "Path"};
+    constexpr std::string_view kNames[] = {"BaseOccPaths", "CrossLevelVisibilities", "CrossLevelTransforms",
+                                           "OccurrencePath", "Path"};
     return std::find(std::begin(kNames), std::end(kNames), name) != std::end(kNames);
 }
 
