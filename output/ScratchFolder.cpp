@@ -1,4 +1,4 @@
-#include "exchange/run/ScratchFolder.h"
+#include "output/ScratchFolder.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -166,7 +166,14 @@ ScratchFolder::ScratchFolder(fs::path const& folder, std::string const& name)
 
 ScratchFolder::~ScratchFolder()
 {
-    Remove();
+    try
+    {
+        Remove();
+    }
+    catch (std::exception const&)
+    {
+        // For want of memory: the next folder of the name removes it.
+    }
 }
 
 void ScratchFolder::Remove() const
