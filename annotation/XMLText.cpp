@@ -73,7 +73,12 @@ void XMLText::ReadChild(xercesc::DOMNode* child)
                  m_origin = Position(x, y, z);
              }),
           // Kept: the identity is kept here, although no object keeps it as its place.
-          On(Names::Transform, [&] { XMLStrUtil::GetTransfFromStr(TextContent(child), m_transform.emplace()); }),
+          On(Names::Transform,
+             [&]
+             {
+                 TellObserver(&ReadObserver::LastCounts, child);
+                 XMLStrUtil::GetTransfFromStr(TextContent(child), m_transform.emplace());
+             }),
           On(Names::ITextLine,
              [&]
              {

@@ -135,7 +135,12 @@ private:
                  }),
               On(Names::Styles, [&] { Ignored(ReadStyleRefs(m_producer, child, fields.styles)); }),
               On(Names::NetStyles, [&] { ReadNetStyles(child); }),  //
-              On(Names::Transform, [&] { XMLStrUtil::GetTransfFromStr(TextContent(child), fields.transform); }),
+              On(Names::Transform,
+                 [&]
+                 {
+                     TellObserver(&ReadObserver::LastCounts, child);
+                     XMLStrUtil::GetTransfFromStr(TextContent(child), fields.transform);
+                 }),
               On(Names::Face, [&] { ReadSubEntity(child); }),  //
               On(Names::Edge, [&] { ReadSubEntity(child); }));
     }

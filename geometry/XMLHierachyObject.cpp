@@ -56,6 +56,7 @@ void XMLHierachyObject::ReadFromXML(xercesc::DOMNode* node)
                  [&]
                  {
                      Matrix3d transform;
+                     TellObserver(&ReadObserver::LastCounts, child);
                      XMLStrUtil::GetTransfFromStr(TextContent(child), transform);
                      KeepTransform(transform);
                  }),

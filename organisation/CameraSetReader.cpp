@@ -106,6 +106,7 @@ private:
                  [&]
                  {
                      // Kept: of a camera's unit only the length counts.
+                     TellObserver(&ReadObserver::LastCounts, child);
                      Ignored(XMLStrUtil::StringToUnitType(AttributeText(child, Names::LengthUnit), m_state.lengthUnit));
                  }),
               On(Names::CameraPosition, [&] { m_state.cameraPosition = ReadCoordinates<Position>(child); }),

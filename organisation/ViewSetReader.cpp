@@ -40,6 +40,7 @@ IdSet ReadPath(DOMNode const* node)
 
 void ReadTransform(DOMNode* node, Matrix3d& transform)
 {
+    TellObserver(&ReadObserver::LastCounts, node);
     XMLCh const* const text = TextContent(node);
     if (text && *text != 0)
         XMLStrUtil::GetTransfFromStr(text, transform);
@@ -69,6 +70,7 @@ void ReadMembers(XMLProducerImpl* producer, DOMNode const* node, XMLView& view)
 
 void ReadLengthUnit(DOMNode const* node, XMLView& view)
 {
+    TellObserver(&ReadObserver::LastCounts, node);
     // A text that is no unit leaves what an earlier element set.
     UnitTypeEnum unit = kUnitType_Unknown;
     Ignored(view.LengthUnit(unit));

@@ -80,7 +80,12 @@ void ReadLayer(XMLProducerImpl* producer, DOMNode const* node, UTF8String const&
               On(Names::ChangeKey, [&] { Ignored(ReadChangeKey(child, fields.changeKey)); }),      //
               On(Names::Styles, [&] { Ignored(ReadStyleRefs(producer, child, fields.styles)); }),  //
               // Kept: one content, written over by each element.
-              On(Names::ExtensionData, [&] { Ignored(ReadExtensionData(child, fields.extensionData)); }));
+              On(Names::ExtensionData,
+                 [&]
+                 {
+                     TellObserver(&ReadObserver::LastCounts, child);
+                     Ignored(ReadExtensionData(child, fields.extensionData));
+                 }));
     }
     auto layer = std::make_unique<XMLLayer>(
         XMLStrUtil::XMLStrToWStr(AttributeText(node, Names::Label)), XMLStrUtil::XMLStrToWStr(fields.description), id,

@@ -10,6 +10,7 @@ bool ReadChangeKey(xercesc::DOMNode* node, ChangeKeyText& changeKey)
 {
     if (!IsNamed(node, Names::ChangeKey))
         return false;
+    TellObserver(&ReadObserver::LastCounts, node);
     changeKey = ChangeKeyText(TextContent(node));
     return true;
 }

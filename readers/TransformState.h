@@ -37,6 +37,7 @@ protected:
     static Matrix3d TransformOf(xercesc::DOMNode* node)
     {
         Matrix3d transform;
+        TellObserver(&ReadObserver::LastCounts, node);
         XMLStrUtil::GetTransfFromStr(TextContent(node), transform);
         return transform;
     }

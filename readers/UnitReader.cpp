@@ -29,6 +29,7 @@ bool ReadUnit(xercesc::DOMNode const* node, UnitTypeEnum& lengthUnit, UnitTypeEn
 {
     if (!IsNamed(node, Names::Unit))
         return false;
+    TellObserver(&ReadObserver::LastCounts, node);
     Ignored(ReadUnitText(node, Names::LengthUnit, lengthUnit));
     Ignored(ReadUnitText(node, Names::DisplayAngleUnit, displayAngleUnit));
     return ReadUnitText(node, Names::DisplayLengthUnit, displayLengthUnit);
@@ -44,6 +45,7 @@ bool ReadTolerance(xercesc::DOMNode const* node, double& angular, double& linear
 {
     if (!IsNamed(node, Names::Tolerance))
         return false;
+    TellObserver(&ReadObserver::LastCounts, node);
     Ignored(ReadDouble(node, Names::AngularTolerance, angular));
     Ignored(ReadDouble(node, Names::LinearTolerance, linear));
     return ReadDouble(node, Names::ParamTolerance, param);

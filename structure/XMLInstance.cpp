@@ -88,6 +88,7 @@ void ReadAttributes(XMLProducerImpl& producer, DOMNode const* node, InstanceFiel
 void ReadTarget(XMLProducerImpl& producer, ObjectNodeIndex& objectNodeIndex, DOMNode const* node,
                 InstanceFields& fields)
 {
+    TellObserver(&ReadObserver::LastCounts, node);
     UTF8String const writtenId = XMLStrUtil::XMLStrToAStr(AttributeOrEmpty(node, Names::ID));
     fields.targetId = writtenId;
     producer.ApplyIdMapping(fields.targetId);
@@ -114,7 +115,12 @@ void ReadChildren(XMLProducerImpl& producer, ObjectNodeIndex& objectNodeIndex, D
             On(Names::Styles, [&] { Ignored(ReadStyleRefs(&producer, child, fields.styles)); }),        //
             On(Names::NetStyles, [&] { Ignored(ReadStyleRefs(&producer, child, fields.netStyles)); }),  //
             // Kept: one content, written over by each element, where other objects add each.
-            On(Names::ExtensionData, [&] { Ignored(ReadExtensionData(child, fields.extensionData)); }));
+            On(Names::ExtensionData,
+               [&]
+               {
+                   TellObserver(&ReadObserver::LastCounts, child);
+                   Ignored(ReadExtensionData(child, fields.extensionData));
+               }));
     }
 }
 

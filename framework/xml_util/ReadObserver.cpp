@@ -34,6 +34,7 @@ void ReadObserver::NodeEnded(xercesc::DOMNode const*) {}
 void ReadObserver::NodeAsked(UTF8String const&, ReferenceEnd) {}
 void ReadObserver::ReferenceMet(xercesc::DOMNode const*, UTF8String const&, bool) {}
 void ReadObserver::SectionMet(xercesc::DOMNode const*, UTF16String const&, SectionState) {}
+void ReadObserver::LastCounts(xercesc::DOMNode const*) {}
 void ReadObserver::RecordRead(StoreRecord const&) {}
 void ReadObserver::StoreLeft(unsigned long long, unsigned long long, unsigned long long) {}
 void ReadObserver::RecordsClaimed(unsigned long long) {}

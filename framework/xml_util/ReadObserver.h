@@ -151,6 +151,8 @@ public:
     virtual void ObjectRegistered(xercesc::DOMNode const* element, IObject const& object, bool isSecond);
     /// An element's object was not registered, or not made: its id is taken.
     virtual void IdTaken(xercesc::DOMNode const* element, UTF8String const& id);
+    /// An element was read of which, under one parent, the last of its name counts.
+    virtual void LastCounts(xercesc::DOMNode const* element);
     /// An element left no object.
     virtual void ElementDropped(xercesc::DOMNode const* element, DropReason reason);
     /// A child of a set failed. `leaveSet`: those behind it in the set are left unread; `leaveOwner`: and those behind

@@ -26,6 +26,7 @@ constexpr Rule kRules[] = {
     kNoRoot,
     kFileProperty,
     kPathAstray,
+    kElementOverwritten,
     kBoolean,
     kUnit,
     kEnumeration,

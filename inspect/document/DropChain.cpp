@@ -190,6 +190,8 @@ std::vector<std::string> DropReasons(SceneCheck const& check, DOMNode const* ele
 void CheckDropped(SceneCheck& check)
 {
     ReadRecord const& record = check.Record();
+    for (DOMNode const* const element : record.Overwritten())
+        check.Add(kElementOverwritten, {element}, Named(element), "written over by a later one of its name");
     for (auto const& [element, missed] : record.MissedReferences())
         AddMissed(check, element, missed);
     for (auto const& [element, failure] : record.Failures())

@@ -223,6 +223,19 @@ void ReadRecord::IdTaken(DOMNode const* element, UTF8String const&)
     m_seconds.emplace_back(element, false);
 }
 
+// Of one name there are either none in front, which is looked for once, or one that is near.
+void ReadRecord::LastCounts(DOMNode const* element)
+{
+    XMLCh const* const name = element->getNodeName();
+    for (DOMNode const* former = element->getPreviousSibling(); former; former = former->getPreviousSibling())
+    {
+        if (!IsElement(former) || !Equals(former->getNodeName(), name))
+            continue;
+        m_overwritten.push_back(former);
+        return;
+    }
+}
+
 void ReadRecord::ElementDropped(DOMNode const* element, DropReason reason)
 {
     At(element).Set(ElementState::kDropped);

@@ -167,6 +167,8 @@ public:
     {
         return m_replaced;
     }
+    /// Elements that a later one of their name under the same parent wrote over.
+    std::vector<xercesc::DOMNode const*> const& Overwritten() const { return m_overwritten; }
     /// The objects in the order in which they were registered, with their elements.
     std::vector<std::pair<xercesc::DOMNode const*, IObject const*>> const& Objects() const { return m_objects; }
     std::vector<SectionRecord> const& Sections() const { return m_sections; }
@@ -192,6 +194,7 @@ public:
     void TextRead(TextReading const& reading) override;
     void ObjectRegistered(xercesc::DOMNode const* element, IObject const& object, bool isSecond) override;
     void IdTaken(xercesc::DOMNode const* element, UTF8String const& id) override;
+    void LastCounts(xercesc::DOMNode const* element) override;
     void ElementDropped(xercesc::DOMNode const* element, DropReason reason) override;
     void ChildFailed(xercesc::DOMNode const* set, xercesc::DOMNode const* child, bool leaveSet,
                      bool leaveOwner) override;
@@ -243,6 +246,7 @@ private:
     std::unordered_map<xercesc::DOMNode const*, MissedReference> m_missed;
     std::vector<std::pair<xercesc::DOMNode const*, bool>> m_seconds;
     std::vector<std::pair<xercesc::DOMNode const*, xercesc::DOMNode const*>> m_replaced;
+    std::vector<xercesc::DOMNode const*> m_overwritten;
     std::vector<std::pair<xercesc::DOMNode const*, IObject const*>> m_objects;
     std::vector<xercesc::DOMNode const*> m_open;
     std::vector<ChildReference> m_childReferences;

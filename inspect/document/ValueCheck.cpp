@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "framework/api/StringUtil.h"
@@ -67,6 +68,22 @@ std::string MeantAmong(std::string const& text, std::vector<std::string_view> co
     return names.empty() ? std::string() : names.front();
 }
 
+// The pieces of a text of numbers, and whether one of them is none.
+std::pair<std::size_t, bool> CountNumbers(std::string const& text)
+{
+    constexpr std::string_view kSeparators = " ,\t\r\n\v\f";
+    std::size_t count = 0;
+    bool isBad = false;
+    for (std::size_t at = text.find_first_not_of(kSeparators); at != std::string::npos;)
+    {
+        std::size_t const end = text.find_first_of(kSeparators, at);
+        isBad = isBad || !IsNumber(text.substr(at, end - at));
+        ++count;
+        at = text.find_first_not_of(kSeparators, end);
+    }
+    return {count, isBad};
+}
+
 }  // namespace
 
 ValueCheck::Verdict ValueCheck::JudgeNumber(std::string const& text)
@@ -86,16 +103,11 @@ ValueCheck::Verdict ValueCheck::JudgeTransform(std::string const& text, Misreadi
 {
     if (!misread.isUnderstood)
     {
-        std::size_t count = 0;
-        bool isBad = false;
-        constexpr std::string_view kSeparators = " ,\t\r\n\v\f";
-        for (std::size_t at = text.find_first_not_of(kSeparators); at != std::string::npos;)
-        {
-            std::size_t const end = text.find_first_of(kSeparators, at);
-            isBad = isBad || !IsNumber(text.substr(at, end - at));
-            ++count;
-            at = text.find_first_not_of(kSeparators, end);
-        }
+        std::string point = text;
+        std::replace(point.begin(), point.end(), ',', '.');
+        if (auto const [numbers, isOff] = CountNumbers(point); point != text && numbers == 16 && !isOff)
+            return {&kDecimalComma, "no transform, since decimals stand behind a point", point, true};
+        auto const [count, isBad] = CountNumbers(text);
         std::string what = isBad ? "no transform, since a piece of it is no number"
                                  : "no transform, since it has " + std::to_string(count) + " numbers where 16 belong";
         return {&kTransform, std::move(what), {}, false};

@@ -49,7 +49,8 @@ struct Work
 class Runs
 {
 public:
-    Runs() : m_tool(fs::read_symlink("/proc/self/exe").parent_path() / "kvr")
+    // The one with all commands, so that loading it takes the same calls whatever it is to do.
+    Runs() : m_tool(fs::read_symlink("/proc/self/exe").parent_path() / "../libexec/kvr/kvr-whole")
     {
         WriteBytes(m_folder.NarrowPathOf("m.brep"), ModelFiles::Brep());
         if (Run("", "import m.brep s.xml", m_scene) != 0)

@@ -154,6 +154,19 @@ TEST_P(SeededLosses, AChildThatFailsInFrontOfOthers)
         });
 }
 
+TEST_P(SeededLosses, AnElementThatALaterOneOverwrites)
+{
+    // In front of each, the same once more.
+    PlantInTags(
+        [](std::string const& text, SceneTag const& tag) -> std::optional<Planted>
+        {
+            if (!Matches(tag.name, "ChangeKey|Tolerance|Unit"))
+                return std::nullopt;
+            std::string const element = text.substr(tag.begin, tag.elementEnd - tag.begin);
+            return Planted{Replaced(text, tag.begin, 0, element), tag.begin + 1, {"K-0118"}};
+        });
+}
+
 TEST_P(SeededLosses, AnOccurrencePathThatLeadsAstray)
 {
     // From each assembly to a part, which no assembly lists itself, and in each path that there is.

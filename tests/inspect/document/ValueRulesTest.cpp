@@ -104,6 +104,8 @@ TEST_F(TransformRules, FindFlatOnesMirrorsAndShears)
     EXPECT_THAT(Checked("1 0.5 0 0 0 1 0 0 0 0 1 0 0 0 0 1").Findings(), ElementsAre(HasSubstr("K-0209 at 5")));
     EXPECT_THAT(Checked("2 0 0 1 0 2 0 0 0 0 2 0 0 0 0 1").Findings(), IsEmpty());
     EXPECT_THAT(Checked("nan 0 0 0 0 1 0 0 0 0 1 0 0 0 0 1").Findings(), ElementsAre(HasSubstr("K-0206 at 5")));
+    EXPECT_EQ(Checked("1 0 0 5,5 0 1 0 0 0 0 1 0 0 0 0 1").Only("K-0205").meant, "1 0 0 5.5 0 1 0 0 0 0 1 0 0 0 0 1");
+    EXPECT_THAT(Checked("1,0,0,5,0,1,0,0,0,0,1,0,0,0,0").Findings(), ElementsAre(HasSubstr("K-0206 at 5")));
 }
 
 TEST_F(TransformRules, FindThemInTextOfSeveralRuns)
