@@ -1,7 +1,9 @@
 #include "geometry/KernelStore.h"
 
+#include <cstdint>
 #include <memory>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "framework/api/Event.h"
@@ -70,10 +72,12 @@ void PostSecurityEvent(XMLProducerImpl const& producer, bool isRestored, UTF16St
     producer.eventManager->PostEvent(event.get());
 }
 
-void TellEntity(std::string_view kind, UTF8String const& id, bool isKept)
+using RowRange = std::pair<std::uint64_t, std::uint64_t>;
+
+void TellEntity(std::string_view kind, UTF8String const& id, bool isKept, RowRange const& row)
 {
     if (ReadObserver* const observer = Observer()) [[unlikely]]
-        observer->RecordRead({kind, id, 0, 0, isKept});
+        observer->RecordRead({kind, id, 0, 0, isKept, row.first, row.second});
 }
 
 void TellOutcome(outcome const& restored, bool isInsecure)
@@ -84,14 +88,15 @@ void TellOutcome(outcome const& restored, bool isInsecure)
         TellObserver(&ReadObserver::StoreFailed, StoreFailure::kUnreadable, restored.message());
 }
 
-void FileCurve(EDGE* edge, UTF8String const& id, CurveEntities& curveEntities)
+void FileCurve(EDGE* edge, UTF8String const& id, RowRange const& row, CurveEntities& curveEntities)
 {
     curve* made = nullptr;
     outcome const result = GKI_MAKE_CURVE::from_edge(edge, false, made);
-    TellEntity("edge", id, result.ok() && made && curveEntities.try_emplace(id, made).second);
+    TellEntity("edge", id, result.ok() && made && curveEntities.try_emplace(id, made).second, row);
 }
 
-void FileEntities(ENTITY_LIST const& entities, CurveEntities& curveEntities, BodyEntities& bodyEntities)
+void FileEntities(ENTITY_LIST const& entities, std::vector<RowRange> const& rows, CurveEntities& curveEntities,
+                  BodyEntities& bodyEntities)
 {
     BodyEntities bodiesOfStore;
     int const count = entities.count();
@@ -100,18 +105,20 @@ void FileEntities(ENTITY_LIST const& entities, CurveEntities& curveEntities, Bod
         ENTITY* const entity = entities[i];
         UTF8String const id = GMKUtil::EntityDxid(entity);
         bool const hasId = !id.IsEmpty();
+        auto const place = static_cast<std::size_t>(i);
+        RowRange const row = place < rows.size() ? rows[place] : RowRange();
         if (hasId && GMK::BODY_xs(entity).body)
         {
             bodiesOfStore.try_emplace(id, entity);
-            TellEntity("body", id, bodyEntities.try_emplace(id, entity).second);
+            TellEntity("body", id, bodyEntities.try_emplace(id, entity).second, row);
         }
         else if (EDGE* const edge = hasId ? GMK::EDGE_xs(entity).edge : nullptr)
         {
-            FileCurve(edge, id, curveEntities);
+            FileCurve(edge, id, row, curveEntities);
         }
         else
         {
-            TellEntity("unknown", id, false);
+            TellEntity("unknown", id, false, row);
         }
     }
     std::vector<ENTITY*> separate;
@@ -166,7 +173,7 @@ bool RestoreKernelStore(KernelStoreContext const& context, UTF16String const& pa
         PostSecurityEvent(producer, allowsInsecure, pathText);
     TellOutcome(restored, found);
     file.reset();
-    FileEntities(entities, curveEntities, bodyEntities);
+    FileEntities(entities, restore.row_ranges(), curveEntities, bodyEntities);
     return true;
 }
 

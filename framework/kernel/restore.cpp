@@ -100,9 +100,11 @@ void ExpectMemory(std::uint64_t size)
 }
 
 // Decodes a store's content; nothing is made unless all of it is good.
-bool Decode(std::FILE* file, std::uint64_t size, bool textMode, std::vector<std::unique_ptr<ENTITY>>& entities)
+bool Decode(std::FILE* file, std::uint64_t size, bool textMode, std::vector<std::unique_ptr<ENTITY>>& entities,
+            std::vector<std::pair<std::uint64_t, std::uint64_t>>& rowRanges)
 {
     ExpectMemory(size);
+    auto const start = static_cast<std::uint64_t>(std::max(0L, std::ftell(file)));
     StoreReadBuffer content(file, size);
     StoreTable table;
     if (!table.Read(content, textMode))
@@ -116,7 +118,10 @@ bool Decode(std::FILE* file, std::uint64_t size, bool textMode, std::vector<std:
             return false;
     }
     for (std::size_t i = 0; i < shapes.size(); ++i)
+    {
+        rowRanges.emplace_back(start + table.rows[i].begin, start + table.rows[i].end);
         entities.push_back(MakeEntity(table.rows[i], shapes[i]));
+    }
     return true;
 }
 
@@ -140,6 +145,7 @@ outcome GKI_RESTORE::set_allow_insecure_restore(insecure_restore_option option)
 outcome GKI_RESTORE::execute_restore(ENTITY_LIST& entities)
 {
     m_isInsecure = m_isRestored = false;
+    m_rowRanges.clear();
     if (!m_file)
         return {outcome::kBadArgument, "there is no file"};
     if (!gki_global_data().activeStream)
@@ -158,7 +164,7 @@ outcome GKI_RESTORE::execute_restore(ENTITY_LIST& entities)
     try
     {
         std::vector<std::unique_ptr<ENTITY>> made;
-        if (!Decode(m_file, size, m_textMode, made))
+        if (!Decode(m_file, size, m_textMode, made, m_rowRanges))
         {
             watch.Check();
             return BadContent();
@@ -209,7 +215,7 @@ outcome GKI_SAVE::execute_save(ENTITY_LIST const& entities)
         for (int i = 0; i < entities.count(); ++i)
         {
             ENTITY const& entity = *entities[i];
-            StoreTable::Row row{entity.Kind(), entity.DataIds(), {}, {}};
+            StoreTable::Row row{entity.Kind(), entity.DataIds(), {}, {}, 0, 0};
             if (auto const* const body = dynamic_cast<BODY const*>(&entity))
             {
                 row.faceIds = body->FaceDataIds();

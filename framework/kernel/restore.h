@@ -1,6 +1,9 @@
 #pragma once
 
+#include <cstdint>
 #include <cstdio>
+#include <utility>
+#include <vector>
 
 #include "framework/kernel/Export.h"
 #include "framework/kernel/outcome.h"
@@ -36,6 +39,9 @@ public:
     /// After a restore: whether the content was not what its digest says. `restored` tells whether it was decoded all
     /// the same, and `count` the number of issues.
     outcome security_issue_found(bool& found, bool& restored, int& count) const;
+    /// After a good restore: where the rows of the store's table stand in the file, in the order of the entities, each
+    /// from its first byte to the one behind its last.
+    std::vector<std::pair<std::uint64_t, std::uint64_t>> const& row_ranges() const noexcept { return m_rowRanges; }
 
 private:
     std::FILE* m_file;
@@ -43,6 +49,7 @@ private:
     bool m_allowsInsecure = false;
     bool m_isInsecure = false;
     bool m_isRestored = false;
+    std::vector<std::pair<std::uint64_t, std::uint64_t>> m_rowRanges;
 };
 
 /// Writes entities as a store.

@@ -115,6 +115,10 @@ struct StoreRecord
     unsigned long long end = 0;
     /// Whether it was kept for an element to take: not so for a second one of an id, and for one without an id.
     bool isKept = false;
+    /// Of what a kernel store holds: its row in the table, while its shape is one of those behind the table, which
+    /// share what they are made of.
+    unsigned long long rowBegin = 0;
+    unsigned long long rowEnd = 0;
 };
 
 /// What stands between the doors of the document and of the stores and somebody who wants to know what was read, where,

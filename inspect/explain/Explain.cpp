@@ -165,8 +165,12 @@ private:
         for (SectionRecord const& section : m_record.Sections())
             for (StoreRecord const& stored : section.records)
                 if (stored.id.View() == explanation.id && (stored.isKept || stored.kind == "segments"))
-                    explanation.records.push_back(
-                        {std::string(stored.kind), {section.path, 0, 0, stored.begin, stored.end}});
+                {
+                    bool const hasRow = stored.rowEnd > 0;
+                    explanation.records.push_back({std::string(stored.kind),
+                                                   {section.path, 0, 0, hasRow ? stored.rowBegin : stored.begin,
+                                                    hasRow ? stored.rowEnd : stored.end}});
+                }
     }
 
     void FindReferences(std::size_t most, Explanation& explanation) const

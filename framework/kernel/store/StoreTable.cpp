@@ -157,6 +157,7 @@ private:
 
 bool StoreTable::Read(StoreReadBuffer& content, bool textMode)
 {
+    std::uint64_t const size = content.Remaining();
     Reader reader(content, textMode);
     std::uint64_t count = 0;
     // A row has a kind and three counts.
@@ -165,11 +166,13 @@ bool StoreTable::Read(StoreReadBuffer& content, bool textMode)
     for (std::uint64_t i = 0; i < count; ++i)
     {
         Row row;
+        row.begin = size - content.Remaining();
         std::uint64_t kind = 0;
         if (!reader.Number(kind) || kind > kLastKind || !reader.Texts(row.dataIds) || !reader.SubIds(row.faceIds) ||
             !reader.SubIds(row.edgeIds))
             return false;
         row.kind = static_cast<ENTITY_KIND>(kind);
+        row.end = size - content.Remaining();
         rows.push_back(std::move(row));
     }
     return true;

@@ -22,6 +22,9 @@ struct KVR_KERNEL_API StoreTable
         std::vector<std::string> dataIds;
         std::vector<BODY::SubId> faceIds;
         std::vector<BODY::SubId> edgeIds;
+        /// Where it stands in the content, from its first byte to the one behind its last; set by Read alone.
+        std::uint64_t begin = 0;
+        std::uint64_t end = 0;
     };
     std::vector<Row> rows;
 

@@ -143,6 +143,17 @@ TEST(Explain, StoresAndThePropertyFileAreSources)
     EXPECT_EQ(SourceOf(body, "SrcGeomType"), "attribute Type=kProducerGeometryType_BrepSolid (one of several texts)");
     ASSERT_EQ(body.records.size(), 2U);
     EXPECT_THAT(body.records[0].place.file, testing::EndsWith("complete.sab"));
+    {
+        // Its row of the table, from its kind, the number 0, to the last data id of its edges.
+        FileRange const& row = body.records[0].place;
+        ASSERT_LT(row.begin, row.end);
+        std::string bytes(row.end - row.begin, '\0');
+        std::ifstream store(row.file, std::ios::binary);
+        store.seekg(static_cast<std::streamoff>(row.begin));
+        store.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+        EXPECT_TRUE(bytes.starts_with(std::string(8, '\0') + std::string("\1\0\0\0\0\0\0\0\4\0\0\0\0\0\0\0body", 20)));
+        EXPECT_TRUE(bytes.ends_with("edge"));
+    }
     Explanation const mesh = ExplainObject(kComplete, "mesh");
     ASSERT_EQ(mesh.records.size(), 2U);
     EXPECT_EQ(mesh.records[0].kind, "mesh");
