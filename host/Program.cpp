@@ -14,27 +14,10 @@
 #include <vector>
 
 #include "framework/kernel/KernelMessages.h"
-#include "host/CertifyCommand.h"
-#include "host/CheckCommand.h"
-#include "host/Command.h"
-#include "host/ConvertCommand.h"
-#include "host/DiffCommand.h"
-#include "host/DumpCommand.h"
-#include "host/ExplainCommand.h"
-#include "host/ExportCommand.h"
-#include "host/HashCommand.h"
-#include "host/ImportCommand.h"
-#include "host/InfoCommand.h"
-#include "host/NotesCommand.h"
-#include "host/PictureCommand.h"
+#include "host/Commands.h"
 #include "host/QueryArguments.h"
-#include "host/QueryCommand.h"
 #include "host/Signals.h"
 #include "host/StandardStreams.h"
-#include "host/StatsCommand.h"
-#include "host/TreeCommand.h"
-#include "host/ViewCommand.h"
-#include "host/ViewsCommand.h"
 #include "output/Output.h"
 #include "output/OutputError.h"
 #include "output/SafeText.h"
@@ -47,24 +30,6 @@ namespace
 {
 
 constexpr char kSeeHelp[] = "; see kvr --help";
-
-using Commands = std::vector<std::unique_ptr<Command>>;
-
-template <class... Classes>
-Commands MakeCommands(CLI::App& program)
-{
-    Commands commands;
-    (commands.push_back(std::make_unique<Classes>(program)), ...);
-    return commands;
-}
-
-// All commands, in the order of the help.
-Commands AllCommands(CLI::App& program)
-{
-    return MakeCommands<InfoCommand, DumpCommand, TreeCommand, QueryCommand, StatsCommand, ViewsCommand, NotesCommand,
-                        ImportCommand, ExportCommand, ConvertCommand, ViewCommand, PictureCommand, CertifyCommand,
-                        CheckCommand, ExplainCommand, DiffCommand, HashCommand>(program);
-}
 
 void Describe(CLI::App& program)
 {
@@ -146,12 +111,12 @@ ExitStatus Answer(CLI::App const& program, CLI::ParseError const& error)
 }
 
 // Tells with what the program ends when this throws.
-ExitStatus ParseAndRun(int argc, char const* const* argv, ExitStatus& failed)
+ExitStatus ParseAndRun(int argc, char const* const* argv, MakeCommands makeCommands, ExitStatus& failed)
 {
     CLI::App program("Shows what a CAD scene serves, makes scenes of models, and writes scenes for other programs.",
                      "kvr");
     Describe(program);
-    Commands const commands = AllCommands(program);
+    Commands const commands = makeCommands(program);
     try
     {
         program.parse(argc, argv);
@@ -171,12 +136,12 @@ ExitStatus ParseAndRun(int argc, char const* const* argv, ExitStatus& failed)
 
 }  // namespace
 
-int RunProgram(int argc, char const* const* argv)
+int RunProgram(int argc, char const* const* argv, MakeCommands makeCommands)
 {
     ExitStatus failed = kExit_Failed;
     try
     {
-        return ParseAndRun(argc, argv, failed);
+        return ParseAndRun(argc, argv, makeCommands, failed);
     }
     catch (ExpressionError const& error)
     {

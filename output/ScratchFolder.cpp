@@ -166,7 +166,14 @@ ScratchFolder::ScratchFolder(fs::path const& folder, std::string const& name)
 
 ScratchFolder::~ScratchFolder()
 {
-    Remove();
+    try
+    {
+        Remove();
+    }
+    catch (std::exception const&)
+    {
+        // For want of memory: the next folder of the name removes it.
+    }
 }
 
 void ScratchFolder::Remove() const

@@ -105,12 +105,12 @@ SceneLines CurvePoints::Of(KVR::curve const& kernelCurve, CurveTolerance const& 
     return lines;
 }
 
-SceneLines CurvePoints::OfEdges(TopoDS_Shape const& shape, CurveTolerance const& tolerance)
+SceneLines CurvePoints::OfEdges(TopoDS_Shape const& shape, CurveTolerance const& tolerance, std::size_t most)
 {
     SceneLines lines;
     TopTools_IndexedMapOfShape edges;
     TopExp::MapShapes(shape, TopAbs_EDGE, edges);
-    for (int i = 1; i <= edges.Extent(); ++i)
+    for (int i = 1; i <= edges.Extent() && lines.points.size() / 3 <= most; ++i)
         lines.missing += AddEdge(lines, edges(i), tolerance) ? 0 : 1;
     return lines;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <limits>
 #include <span>
 #include <vector>
 
@@ -60,8 +61,10 @@ struct KVR_SCENE_API CurvePoints
     static SceneLines Of(ICurveData& data, CurveTolerance const& tolerance);
     /// None for a curve that was destroyed.
     static SceneLines Of(KVR::curve const& kernelCurve, CurveTolerance const& tolerance);
-    /// Those of the edges of a shape, each edge once; edges without a curve, such as the tip of a cone, have none.
-    static SceneLines OfEdges(TopoDS_Shape const& shape, CurveTolerance const& tolerance);
+    /// Those of the edges of a shape, each edge once; edges without a curve, such as the tip of a cone, have none. When
+    /// there are more than `most` points, the edges behind are left out.
+    static SceneLines OfEdges(TopoDS_Shape const& shape, CurveTolerance const& tolerance,
+                              std::size_t most = std::numeric_limits<std::size_t>::max());
     /// Adds the line of one edge; false when there is none.
     static bool AddEdge(SceneLines& lines, TopoDS_Shape const& edge, CurveTolerance const& tolerance);
 };

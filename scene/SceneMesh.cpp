@@ -1,11 +1,17 @@
 #include "scene/SceneMesh.h"
 
 #include <BRepBndLib.hxx>
+#include <BRepTools.hxx>
+#include <BRep_Tool.hxx>
 #include <Bnd_Box.hxx>
+#include <Poly_Triangulation.hxx>
 #include <Precision.hxx>
 #include <TopExp.hxx>
 #include <TopExp_Explorer.hxx>
+#include <TopLoc_Location.hxx>
 #include <TopTools_IndexedMapOfShape.hxx>
+#include <TopoDS.hxx>
+#include <TopoDS_Face.hxx>
 #include <TopoDS_Shape.hxx>
 #include <array>
 #include <cmath>
@@ -120,8 +126,25 @@ void AddTriangles(SceneMesh& target, BodyMesh const& mesh, TopTools_IndexedMapOf
     runs.MoveInto(target, true);
 }
 
-void AddEdges(SceneMesh& target, BodyMesh const& mesh, IBrep const& body, CurveTolerance const& tolerance)
+std::size_t TrianglesOf(TopoDS_Shape const& shape)
 {
+    std::size_t count = 0;
+    for (TopExp_Explorer face(shape, TopAbs_FACE); face.More(); face.Next())
+    {
+        TopLoc_Location location;
+        Handle(Poly_Triangulation) const triangulation =
+            BRep_Tool::Triangulation(TopoDS::Face(face.Current()), location);
+        if (!triangulation.IsNull())
+            count += static_cast<std::size_t>(triangulation->NbTriangles());
+    }
+    return count;
+}
+
+// False when those that no face brings points to have more points than that.
+bool AddEdges(SceneMesh& target, BodyMesh const& mesh, IBrep const& body, CurveTolerance const& tolerance,
+              std::size_t most)
+{
+    std::size_t own = 0;
     TopTools_IndexedMapOfShape edges;
     TopExp::MapShapes(body.Body()->Shape(), TopAbs_EDGE, edges);
     std::vector<SceneMesh::Edge> all(static_cast<std::size_t>(edges.Extent()));
@@ -143,11 +166,15 @@ void AddEdges(SceneMesh& target, BodyMesh const& mesh, IBrep const& body, CurveT
             line.ends.clear();
             CurvePoints::AddEdge(line, edges(i), tolerance);
             target.edgePoints.insert(target.edgePoints.end(), line.points.begin(), line.points.end());
+            own += line.points.size() / 3;
+            if (own > most)
+                return false;
         }
         edge.pointCount = target.edgePoints.size() / 3 - edge.firstPoint;
         if (edge.pointCount > 0)
             target.edges.push_back(std::move(edge));
     }
+    return true;
 }
 
 }  // namespace
@@ -166,6 +193,11 @@ SceneMesh SceneMesh::Of(IBrep& body, double deflection)
 
 SceneMesh SceneMesh::Of(IBrep& body, MeshQuality const& quality)
 {
+    return *Of(body, quality, std::numeric_limits<std::size_t>::max());
+}
+
+std::optional<SceneMesh> SceneMesh::Of(IBrep& body, MeshQuality const& quality, std::size_t most)
+{
     SceneMesh result;
     if (!body.Body())
         return result;
@@ -175,6 +207,11 @@ SceneMesh SceneMesh::Of(IBrep& body, MeshQuality const& quality)
     if (box.IsVoid())
         return result;
     MeshShape(shape, ParametersOf(quality, std::sqrt(box.SquareExtent())));
+    if (TrianglesOf(shape) > most)
+    {
+        BRepTools::Clean(shape);
+        return {};
+    }
     BodyMesh const mesh(shape);
     result.facesWithoutTriangles = mesh.FacesWithoutTriangles();
     TopTools_IndexedMapOfShape faces;
@@ -182,7 +219,11 @@ SceneMesh SceneMesh::Of(IBrep& body, MeshQuality const& quality)
     result.faces.resize(static_cast<std::size_t>(faces.Extent()));
     Name(result.faces, body.Body()->FaceDataIds(), body.PersistentIDsMap());
     AddTriangles(result, mesh, faces, body);
-    AddEdges(result, mesh, body, CurvePoints::ToleranceOf(quality.deflection));
+    if (!AddEdges(result, mesh, body, CurvePoints::ToleranceOf(quality.deflection), most))
+    {
+        BRepTools::Clean(shape);
+        return {};
+    }
     return result;
 }
 

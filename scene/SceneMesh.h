@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -63,6 +64,9 @@ struct KVR_SCENE_API SceneMesh
     /// keeps the triangulation, and one that it has and that is as fine is used. Styles are those that the body has for
     /// its faces. Edges to which no face brings points are followed by themselves. Empty for an object without a body.
     static SceneMesh Of(IBrep& body, MeshQuality const& quality);
+    /// The same, unless that takes more triangles, or more points of edges by themselves: nothing then, and the shape
+    /// has no triangulation of its surfaces.
+    static std::optional<SceneMesh> Of(IBrep& body, MeshQuality const& quality, std::size_t most);
     /// The same to a distance of at most `deflection` times the diagonal of its box.
     static SceneMesh Of(IBrep& body, double deflection);
 

@@ -6,6 +6,7 @@
 
 #include "exchange/ExportScene.h"
 #include "exchange/export/GeometryWatch.h"
+#include "exchange/export/SampleBudget.h"
 #include "exchange/run/StageProgress.h"
 #include "scene/Scene.h"
 
@@ -52,6 +53,8 @@ struct ExportTask
     NotCarriedCounts notCarried;
     /// What else is to be said, each a sentence without its full stop.
     std::vector<std::string> remarks = {};
+    /// The triangles of bodies and the lines of curves, as many as there may be.
+    SampleBudget samples{options.quality, remarks};
     /// Told how far the writing is.
     TellStage tell;
     /// Of the geometry that Open CASCADE works on.

@@ -3,14 +3,12 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <unordered_set>
+#include <unordered_map>
 
 #include "framework/api/LengthUnits.h"
 #include "framework/api/UnitText.h"
 #include "framework/api/kvr_api.h"
-#include "framework/kernel/entity.h"
 #include "scene/OccurrenceWalk.h"
-#include "scene/SceneMeshes.h"
 #include "scene/Transform.h"
 
 namespace KVR
@@ -41,7 +39,7 @@ class FlatWalk
 public:
     FlatWalk(ExportTask& task, std::function<void(FlatGroup const&)> const& use,
              std::function<void(FlatLines const&)> const& useLines)
-        : m_task(task), m_use(use), m_useLines(useLines), m_meshes(task.options.quality)
+        : m_task(task), m_use(use), m_useLines(useLines)
     {
     }
 
@@ -99,55 +97,51 @@ private:
             if (!mesh.runs.empty())
                 return;
         }
-        SceneLines const lines = m_useLines ? LinesOf(geometry) : SceneLines();
+        SceneLines const none;
+        SceneLines const& lines = m_useLines ? LinesOf(geometry) : none;
         if (lines.IsEmpty())
             m_task.notCarried.Add("pieces of geometry with nothing to draw");
         else
             m_useLines({lines, all, style, m_occurrence});
     }
 
-    SceneLines LinesOf(SceneGeometry const& geometry) const
+    SceneLines const& LinesOf(SceneGeometry const& geometry)
     {
-        CurveTolerance const tolerance = CurvePoints::ToleranceOf(m_task.options.quality.deflection);
-        switch (geometry.kind)
-        {
-            case GeometryKind::kBody:
-                return geometry.body->Body() ? CurvePoints::OfEdges(geometry.body->Body()->Shape(), tolerance)
-                                             : SceneLines();
-            case GeometryKind::kCurve:
-                return CurvePoints::Of(*geometry.curve, tolerance);
-            case GeometryKind::kPoint:
-            {
-                std::array<double, 3> const point{geometry.point->X(), geometry.point->Y(), geometry.point->Z()};
-                constexpr double kMost = std::numeric_limits<float>::max();
-                SceneLines lines;
-                if (std::all_of(point.begin(), point.end(), [](double x) { return std::abs(x) <= kMost; }))
-                    lines.Add(point);
-                return lines;
-            }
-            default:
-                return {};
-        }
+        auto const [entry, isNew] = m_lines.try_emplace(geometry.object);
+        if (isNew)
+            entry->second = geometry.point ? LineOf(*geometry.point) : m_task.samples.LinesOf(geometry);
+        return entry->second;
+    }
+
+    static SceneLines LineOf(IPoint const& place)
+    {
+        std::array<double, 3> const point{place.X(), place.Y(), place.Z()};
+        constexpr double kMost = std::numeric_limits<float>::max();
+        SceneLines lines;
+        if (std::all_of(point.begin(), point.end(), [](double x) { return std::abs(x) <= kMost; }))
+            lines.Add(point);
+        return lines;
     }
 
     SceneMesh const& MeshOf(SceneGeometry const& geometry)
     {
-        SceneMesh const& mesh = geometry.mesh ? m_meshes.Of(*geometry.mesh) : m_meshes.Of(*geometry.body);
-        if (m_counted.insert(geometry.object).second)
+        auto const [entry, isNew] = m_meshes.try_emplace(geometry.object);
+        if (isNew)
         {
+            SceneMesh& mesh = entry->second;
+            mesh = geometry.mesh ? SceneMesh::Of(*geometry.mesh) : m_task.samples.MeshOf(geometry);
             m_task.notCarried.Add("polygons whose indices make no sense", mesh.brokenPolygons);
             m_task.notCarried.Add("faces that could not be meshed", mesh.facesWithoutTriangles);
         }
-        return mesh;
+        return entry->second;
     }
 
     ExportTask& m_task;
     std::function<void(FlatGroup const&)> const& m_use;
     std::function<void(FlatLines const&)> const& m_useLines;
-    SceneMeshes m_meshes;
     FlatOccurrence m_occurrence;
-    /// Of which what is not carried was counted.
-    std::unordered_set<IObject const*> m_counted;
+    std::unordered_map<IObject const*, SceneMesh> m_meshes;
+    std::unordered_map<IObject const*, SceneLines> m_lines;
 };
 
 }  // namespace

@@ -123,17 +123,16 @@ GltfGeometry const& GltfPrimitives::Of(SceneGeometry const& geometry)
     if (!isNew || m_task.watch.LeavesOut(geometry))
         return made;
     auto const work = m_task.watch.Begin(geometry);
-    CurveTolerance const tolerance = CurvePoints::ToleranceOf(m_task.options.quality.deflection);
     switch (geometry.kind)
     {
         case GeometryKind::kMesh:
         case GeometryKind::kBody:
             AddTriangles(made, MeshOf(geometry));
-            if (made.drawings.empty() && geometry.body && geometry.body->Body())
-                AddLines(made.drawings, CurvePoints::OfEdges(geometry.body->Body()->Shape(), tolerance));
+            if (made.drawings.empty() && geometry.body)
+                AddLines(made.drawings, m_task.samples.LinesOf(geometry));
             break;
         case GeometryKind::kCurve:
-            AddLines(made.drawings, CurvePoints::Of(*geometry.curve, tolerance));
+            AddLines(made.drawings, m_task.samples.LinesOf(geometry));
             break;
         case GeometryKind::kPoint:
             AddPoint(made.drawings, *geometry.point);
@@ -165,8 +164,7 @@ double GltfPrimitives::SizeOf(SceneGeometry const& geometry) const
 
 SceneMesh GltfPrimitives::MeshOf(SceneGeometry const& geometry)
 {
-    SceneMesh mesh =
-        geometry.mesh ? SceneMesh::Of(*geometry.mesh) : SceneMesh::Of(*geometry.body, m_task.options.quality);
+    SceneMesh mesh = geometry.mesh ? SceneMesh::Of(*geometry.mesh) : m_task.samples.MeshOf(geometry);
     m_task.notCarried.Add("polygons whose indices make no sense", mesh.brokenPolygons);
     m_task.notCarried.Add("faces that could not be meshed", mesh.facesWithoutTriangles);
     if (auto const body = m_bodies.find(geometry.bodyId); geometry.mesh && body != m_bodies.end())

@@ -26,6 +26,8 @@ namespace KVR
 namespace
 {
 
+// How a process ends that has no memory left to say so.
+constexpr int kOutOfMemory = 3;
 // How long the callback waits to be asked, in milliseconds.
 constexpr int kBetweenQuestions = 200;
 
@@ -81,7 +83,19 @@ void Silence()
     std::signal(SIGXFSZ, SIG_IGN);
     std::signal(SIGXCPU, SIG_DFL);
     limits.Apply();
-    Work(work, ChildVoice(pipe), limits);
+    try
+    {
+        Work(work, ChildVoice(pipe), limits);
+    }
+    catch (std::bad_alloc const&)
+    {
+        // Nothing may leave this function: the caller's own code would go on in two processes.
+        _exit(kOutOfMemory);
+    }
+    catch (...)
+    {
+        _exit(EXIT_FAILURE);
+    }
     // Without destructors: what the work has built is given back with the process, at once.
     _exit(EXIT_SUCCESS);
 }
@@ -167,7 +181,8 @@ std::string ChildResult::EndText() const
 class ChildWork::Child
 {
 public:
-    Child(pid_t process, int pipe) noexcept : m_process(process), m_pipe(pipe) {}
+    // Without a process yet.
+    explicit Child(int pipe) noexcept : m_pipe(pipe) {}
     ~Child()
     {
         if (m_process > 0)
@@ -180,6 +195,7 @@ public:
     Child(Child const&) = delete;
     Child& operator=(Child const&) = delete;
 
+    void SetProcess(pid_t process) noexcept { m_process = process; }
     int Pipe() const noexcept { return m_pipe; }
     // The state in which it ended.
     int Wait()
@@ -193,7 +209,7 @@ public:
     }
 
 private:
-    pid_t m_process;
+    pid_t m_process = 0;
     int m_pipe;
 };
 
@@ -203,6 +219,18 @@ ChildWork::ChildWork(std::function<std::string(ChildVoice const&)> const& work, 
     std::array<int, 2> ends{};
     if (pipe2(ends.data(), O_CLOEXEC) != 0)
         Fail("a pipe");
+    std::unique_ptr<Child> child;
+    try
+    {
+        // Before there is a process, which nobody would end when memory runs out.
+        child = std::make_unique<Child>(ends[0]);
+    }
+    catch (std::bad_alloc const&)
+    {
+        close(ends[0]);
+        close(ends[1]);
+        throw;
+    }
     // What the caller has yet to print would be printed by the child as well, when the work flushes it.
     std::cout.flush();
     std::clog.flush();
@@ -218,11 +246,12 @@ ChildWork::ChildWork(std::function<std::string(ChildVoice const&)> const& work, 
     close(ends[1]);
     if (process < 0)
     {
-        close(ends[0]);
+        child.reset();
         errno = error;
         Fail("a child process");
     }
-    m_child = std::make_unique<Child>(process, ends[0]);
+    child->SetProcess(process);
+    m_child = std::move(child);
 }
 
 ChildWork::~ChildWork() = default;
@@ -241,6 +270,8 @@ ChildResult ChildWork::Finish(Progress const& progress)
     int const status = child->Wait();
     result.signal = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
     result.subject = report.LastSubject();
+    if (WIFEXITED(status) && WEXITSTATUS(status) == kOutOfMemory)
+        result.failure = m_limits.MemoryText();
     if (!report.IsWhole())
         return result;
     result.answer = report.Result();

@@ -133,16 +133,15 @@ void ViewGeometry::MakeMesh(Object& object, SceneComponent const& component, Sce
     }
     else if (geometry.body)
     {
-        AddSurface(object, SceneMesh::Of(*geometry.body, m_task.options.quality), MeasuresOf(*geometry.body));
+        AddSurface(object, m_task.samples.MeshOf(geometry), MeasuresOf(*geometry.body));
         if (object.mesh < 0 && geometry.body->Body())
-            AddLines(object, CurvePoints::OfEdges(geometry.body->Body()->Shape(), tolerance),
-                     *MeasuresOf(*geometry.body));
+            AddLines(object, m_task.samples.LinesOf(geometry), *MeasuresOf(*geometry.body));
     }
     else if (geometry.curve)
     {
         TopoDS_Shape shape;
         MakeCurveShape(*geometry.curve, shape);
-        AddLines(object, CurvePoints::Of(*geometry.curve, tolerance), ShapeMeasures::Of(shape));
+        AddLines(object, m_task.samples.LinesOf(geometry), ShapeMeasures::Of(shape));
     }
     else if (geometry.point || geometry.cloud)
     {

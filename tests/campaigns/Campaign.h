@@ -84,6 +84,8 @@ void RunSoak(double scale, Tally& tally);
 void RunXml(double scale, Tally& tally);
 void RunSidePaths(double scale, Tally& tally);
 void RunModels(double scale, Tally& tally);
+void RunWatch(double scale, Tally& tally);
+void RunMisuse(double scale, Tally& tally);
 
 /// So many of the full form's inputs, and one at the least.
 std::uint64_t Share(double scale, std::uint64_t full);

@@ -13,6 +13,7 @@
 
 #include "tests/campaigns/Campaign.h"
 #include "tests/campaigns/ModelFiles.h"
+#include "tests/campaigns/ShortCalls.h"
 #include "tests/support/SanitizedBuild.h"
 #include "tests/support/TempFolder.h"
 
@@ -31,7 +32,6 @@ struct Failure
     char const* inject;
 };
 
-// A short read or write is one of a single byte.
 constexpr Failure kFailures[] = {
     {"openat", "error=EIO"},   {"openat", "error=EINTR"},   {"openat", "error=ENOMEM"}, {"read", "error=EIO"},
     {"read", "error=EINTR"},   {"newfstatat", "error=EIO"}, {"mmap", "error=ENOMEM"},   {"write", "error=EIO"},
@@ -65,8 +65,32 @@ public:
             if (Run("", work.arguments, ignored) != 0)
                 throw std::runtime_error("kvr does not " + work.name);
             m_whole.push_back(Files());
+            m_said.push_back(ReadBytes(m_out.NarrowPathOf("out")));
             Clear();
         }
+    }
+
+    // Reads and writes of a single byte: how many may be. Those of the loader are not ours.
+    std::pair<long, long> LongCallsOf(std::size_t work)
+    {
+        long ofLoader = 0;
+        long all = 0;
+        RunWithShortCalls({m_tool.string(), "--version"}, m_folder.Path(), m_out.Path(), {}, ofLoader);
+        RunWithShortCalls(Words(work), m_folder.Path(), m_out.Path(), {}, all);
+        Clear();
+        return {ofLoader, all};
+    }
+
+    // Empty, or what was wrong when these were short: the program goes on as if they were not.
+    std::string Shorten(std::size_t work, ShortCalls const& calls)
+    {
+        long ignored = 0;
+        int const status = RunWithShortCalls(Words(work), m_folder.Path(), m_out.Path(), calls, ignored);
+        bool const isWhole = Files() == m_whole[work] && ReadBytes(m_out.NarrowPathOf("out")) == m_said[work];
+        Clear();
+        if (status != 0)
+            return "status " + std::to_string(status) + " (" + ReadBytes(m_out.NarrowPathOf("error")) + ')';
+        return isWhole ? std::string() : "not whole";
     }
 
     std::size_t Works() const { return m_work.size(); }
@@ -93,6 +117,15 @@ public:
 
 private:
     using Contents = std::map<std::string, std::size_t>;
+
+    std::vector<std::string> Words(std::size_t work) const
+    {
+        std::istringstream arguments(m_work[work].arguments);
+        std::vector<std::string> words = {m_tool.string()};
+        for (std::string word; arguments >> word;)
+            words.push_back(word);
+        return words;
+    }
 
     // What the program says on standard error; its exit status, negative for a signal.
     int Run(std::string const& tracing, std::string const& arguments, std::string& said)
@@ -157,7 +190,35 @@ private:
     Contents m_good;
     std::vector<Work> m_work;
     std::vector<Contents> m_whole;
+    // What each work says on standard output.
+    std::vector<std::string> m_said;
 };
+
+void RunShortCalls(double scale, Runs& runs, Tally& tally)
+{
+    constexpr long kAlways = 1'000'000'000;
+    for (std::size_t work = 0; work < runs.Works(); ++work)
+    {
+        auto const [ofLoader, all] = runs.LongCallsOf(work);
+        if (all == 0)
+            return;
+        auto const attempt = [&, work](ShortCalls const& calls, std::string const& name)
+        {
+            ++tally.inputs;
+            if (std::string const wrong = runs.Shorten(work, calls); !wrong.empty())
+                tally.Find(tally.wrong, runs.NameOf(work) + ", " + name + ": " + wrong);
+        };
+        long const first = ofLoader + 1;
+        attempt({first, kAlways}, "all reads and writes short");
+        auto const ours = static_cast<std::uint64_t>(std::max(all - ofLoader, 1L));
+        std::uint64_t const count = Share(scale, ours);
+        for (std::uint64_t i = 0; i < count; ++i)
+        {
+            long const call = first + static_cast<long>(i * ours / count);
+            attempt({call, call + 1}, "short call " + std::to_string(call));
+        }
+    }
+}
 
 }  // namespace
 
@@ -166,6 +227,7 @@ void RunFileCalls(double scale, Tally& tally)
     if (Test::kIsSanitized)
         return;
     Runs runs;
+    RunShortCalls(scale, runs, tally);
     std::size_t kinds = 0;
     for (std::size_t work = 0; work < runs.Works(); ++work)
         for (Failure const& failure : kFailures)

@@ -25,9 +25,11 @@ constexpr Campaign kCampaigns[] = {
     {"scenes", "scenes changed by the grammar of elements and by bytes, with and without prefix; one in 25 exported",
      &RunScenes},
     {"failures",
-     "an allocation that fails, once and from there on, while a scene with every store is opened, asked and ended",
+     "an allocation that fails, once and from there on, while a scene with every store is opened, asked and ended, and "
+     "a model is imported and exported",
      &RunFailures},
-    {"file-calls", "calls of the system for files that fail one by one while the program imports, exports and dumps",
+    {"file-calls",
+     "calls of the system for files that fail, or are short, one by one while the program imports, exports and dumps",
      &RunFileCalls},
     {"counts", "every place of stores, scenes and models that may be a count by 12 values, within 1 s and 512 MiB",
      &RunCounts},
@@ -37,6 +39,8 @@ constexpr Campaign kCampaigns[] = {
     {"side-paths", "what a scene may name as side files, with verdicts", &RunSidePaths},
     {"models", "mutants of models in every format: a scene or a sentence, within the limits, nothing left over",
      &RunModels},
+    {"watch", "a scene that is read again each time that it changes, whole or torn, within 256 kB", &RunWatch},
+    {"misuse", "what hosts are allowed, which works, and what they are forbidden, with what comes of it", &RunMisuse},
 };
 
 bool Run(Campaign const& campaign, double share)

@@ -71,6 +71,17 @@ TEST(RunInChild, AnExceptionIsAFailureWithItsText)
     EXPECT_EQ(result.signal, 0);
 }
 
+// The child would go on in the caller's code, beside the caller.
+TEST(RunInChild, WhatIsNoExceptionEndsTheChildWithinIt)
+{
+    pid_t const self = getpid();
+    ChildResult const result = RunInChild([](ChildVoice const&) -> std::string { throw 1; }, {});
+    if (getpid() != self)
+        _exit(EXIT_FAILURE);
+    EXPECT_FALSE(result.answer || result.failure);
+    EXPECT_EQ(result.EndText(), "(early)");
+}
+
 TEST(RunInChild, ACrashAndAnEarlyEndAreTold)
 {
     ChildResult const killed = RunInChild(

@@ -68,6 +68,9 @@ TEST(DecodedPart21, ResolvesDirectives)
     EXPECT_EQ(DecodedPart21("ä"), "ä");
     EXPECT_EQ(DecodedPart21("\xE4"), "ä");
     EXPECT_EQ(DecodedPart21("\\X2\\00"), "00");
+    EXPECT_EQ(DecodedPart21("\\PA\\a"), "a");
+    EXPECT_EQ(DecodedPart21("a\\PA"), "a\\PA");
+    EXPECT_EQ(DecodedPart21("a\\P"), "a\\P");
 }
 
 }  // namespace KVR::Test

@@ -87,7 +87,7 @@ std::string DecodedPart21(std::string_view bytes)
             Append(text, 0x80UL + static_cast<unsigned char>(bytes[i + 3]));
             i += 4;
         }
-        else if (bytes.substr(i, 2) == "\\P" && bytes.substr(i + 3, 1) == "\\")
+        else if (bytes.substr(i, 2) == "\\P" && i + 3 < bytes.size() && bytes[i + 3] == '\\')
             i += 4;
         else if (bytes.substr(i, 2) == "\\\\")
         {

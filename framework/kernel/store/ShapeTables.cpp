@@ -33,6 +33,8 @@ constexpr std::uint64_t kMostComparisonsPerByte = 100;
 // Open CASCADE gets to a parameter outside a curve's period one period at a time, and a curve that is cut out of it has
 // as many more knots.
 constexpr double kMostPeriods = 10.0;
+// A closed curve is gone along once, wherever that begins.
+constexpr double kLongestRange = 2.0;
 
 // A shape may be in others many times, and these in others: a few bytes would keep a host busy for years.
 constexpr std::uint64_t kMostUnfolded = 250'000;
@@ -112,7 +114,8 @@ bool ShapeTables::IsEdgeSafe() const noexcept
                        [&](Period const& period)
                        {
                            double const most = kMostPeriods * period.length;
-                           return m_first >= period.first - most && m_last <= period.first + most;
+                           return m_first >= period.first - most && m_last <= period.first + most &&
+                                  m_last - m_first <= kLongestRange * period.length;
                        });
 }
 

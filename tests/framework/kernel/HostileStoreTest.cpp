@@ -298,8 +298,14 @@ TEST(HostileShapes, ARangeIsNotFarFromThePeriodOfACurve)
     TextContent content;
     content.surfaces = kPlane;
     content.curves2d = "Curve2ds 1\n7 0 1 1 2 3 0 0 1 0 0 1 0.5 1 1 1\n";
-    for (auto const& [range, isRestored] :
-         {std::pair("0 0.5", true), {"-5 7", true}, {"0 1e300", false}, {"-1e300 0", false}, {"0 nan", false}})
+    for (auto const& [range, isRestored] : {std::pair("0 0.5", true),
+                                            {"-5 -3.5", true},
+                                            {"6 8", true},
+                                            {"0 2.1", false},
+                                            {"-11 -10.5", false},
+                                            {"0 1e300", false},
+                                            {"-1e300 0", false},
+                                            {"0 nan", false}})
     {
         content.shapes = EdgeWith("2  1 1 0 " + std::string(range) + "\n");
         EXPECT_EQ(content.IsRestored(), isRestored) << range;
