@@ -14,6 +14,7 @@
 #include "bench/BareParse.h"
 #include "bench/ChildProcess.h"
 #include "bench/CloudGenerator.h"
+#include "bench/Goals.h"
 #include "bench/ProcessorTime.h"
 #include "bench/ScratchFolder.h"
 #include "framework/api/IPointCloud.h"
@@ -105,6 +106,9 @@ void Print(Options const& options, std::vector<Figures> const& rounds)
                        "{:.1f} bytes/point\n";
     fmt::print(fmt::runtime(form), options.points, options.decimals, named("parse_s"), named("begin_s"), ratio,
                points / named("walk_s"), named("end_s"), extra);
+    if (!options.json)
+        fmt::print("{}", GoalsText({{"BeginProcess / bare parse, cloud", "", 1.5, ratio},
+                                    {"walk, for a point", " ns", 50.0, named("walk_s") / points * 1e9}}));
 }
 
 void Run(Options const& options)

@@ -39,6 +39,9 @@ if(KVR_SANITIZE)
     $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized>)
   target_link_options(kvr_flags INTERFACE -fsanitize=${KVR_SANITIZE})
 endif()
+if(KVR_COVERAGE)
+  target_link_options(kvr_flags INTERFACE --coverage)
+endif()
 
 # kvr_add_library(NAME ALIAS): a library of the .cpp files in the given source folders. In-tree includes are written
 # from the project's root; installed headers keep their path under include/kvr.
@@ -59,6 +62,10 @@ function(kvr_add_library name alias)
     $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
   target_compile_features(${name} PUBLIC cxx_std_20)
   target_link_libraries(${name} PRIVATE $<BUILD_INTERFACE:kvr_flags>)
+  if(name IN_LIST KVR_COVERAGE)
+    # Not optimised, so that each line has a count of its own. What is not counted is built as ever.
+    target_compile_options(${name} PRIVATE --coverage -O0)
+  endif()
   string(TOUPPER ${name} upper)
   target_compile_definitions(${name} PRIVATE ${upper}_BUILDING)
 endfunction()

@@ -11,6 +11,8 @@ install(TARGETS kvr_api kvr_kernel kvr_gmk_interface kvr_xml_util kvr_xml_produc
   ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}")
 if(TARGET kvr)
   install(TARGETS kvr RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
+  # Where kvr looks for it: beside the folder of programs.
+  install(TARGETS kvr_whole RUNTIME DESTINATION libexec/kvr)
   install(FILES docs/kvr.1 DESTINATION "${CMAKE_INSTALL_MANDIR}/man1")
 endif()
 

@@ -67,13 +67,6 @@ Moments MomentsOf(TopoDS_Shape const& shape)
     return moments;
 }
 
-double AreaOf(TopoDS_Shape const& shape)
-{
-    GProp_GProps properties;
-    BRepGProp::SurfaceProperties(shape, properties, Standard_True);
-    return properties.Mass();
-}
-
 Bnd_Box BoxOf(TopoDS_Shape const& shape)
 {
     Bnd_Box box;
@@ -128,7 +121,20 @@ std::optional<double> Volume(BODY const& body)
 
 std::optional<double> Area(BODY const& body)
 {
-    return Measured([&] { return AreaOf(body.Shape()); });
+    auto const faces = MomentsOfFaces(body);
+    return faces ? std::optional(faces->area) : std::nullopt;
+}
+
+std::optional<FaceMoments> MomentsOfFaces(BODY const& body)
+{
+    return Measured(
+        [&]
+        {
+            GProp_GProps properties;
+            BRepGProp::SurfaceProperties(body.Shape(), properties, Standard_True);
+            gp_Pnt const centre = properties.CentreOfMass();
+            return FaceMoments{properties.Mass(), {centre.X(), centre.Y(), centre.Z()}};
+        });
 }
 
 std::optional<std::array<double, 3>> Centroid(BODY const& body)

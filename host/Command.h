@@ -34,6 +34,8 @@ public:
     /// Does what the arguments ask for. What fails without an exit status of its own is an exception: OutputError when
     /// standard output cannot be written, otherwise any other of the standard library, whose text is the complaint.
     virtual ExitStatus Run() = 0;
+    /// With what the program ends after such an exception.
+    virtual ExitStatus FailureStatus() const noexcept { return kExit_Failed; }
 
 protected:
     /// A command of that name; the description is the one of the help. The program must outlive it.

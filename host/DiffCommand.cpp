@@ -58,7 +58,7 @@ DiffCommand::DiffCommand(CLI::App& program)
           program, "diff",
           "Tell in what two scenes differ: what was added, removed, moved, renamed, restyled, shown, hidden, meshed "
           "anew or changed in shape, properties, notes, units, views and layers. Ends with 0 when they serve the "
-          "same, and with 1 when they do not")
+          "same, with 1 when they do not, and with 2 when that cannot be told")
 {
     CLI::App& arguments = Arguments();
     arguments.add_option("first", m_first, "The scene as it was")->required()->type_name("A");
@@ -81,7 +81,7 @@ ExitStatus DiffCommand::Run()
         if (!side->Problem().empty())
             Complain(side->Problem());
     if (!first.Problem().empty() || !second.Problem().empty())
-        return kExit_Failed;
+        return kExit_NotCompared;
     SceneComparison const comparison = CompareScenes(first.Producer(), second.Producer());
     Output out(STDOUT_FILENO);
     if (m_asJson)
@@ -99,7 +99,7 @@ ExitStatus DiffCommand::Run()
         for (std::string const& remark : remarks)
             Complain(Escaped(m_page) + ": " + remark);
         if (!problem.empty())
-            return kExit_Failed;
+            return kExit_NotCompared;
     }
     return comparison.changes.empty() ? kExit_Good : kExit_Failed;
 }

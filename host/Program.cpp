@@ -14,27 +14,10 @@
 #include <vector>
 
 #include "framework/kernel/KernelMessages.h"
-#include "host/CertifyCommand.h"
-#include "host/CheckCommand.h"
-#include "host/Command.h"
-#include "host/ConvertCommand.h"
-#include "host/DiffCommand.h"
-#include "host/DumpCommand.h"
-#include "host/ExplainCommand.h"
-#include "host/ExportCommand.h"
-#include "host/HashCommand.h"
-#include "host/ImportCommand.h"
-#include "host/InfoCommand.h"
-#include "host/NotesCommand.h"
-#include "host/PictureCommand.h"
+#include "host/Commands.h"
 #include "host/QueryArguments.h"
-#include "host/QueryCommand.h"
 #include "host/Signals.h"
 #include "host/StandardStreams.h"
-#include "host/StatsCommand.h"
-#include "host/TreeCommand.h"
-#include "host/ViewCommand.h"
-#include "host/ViewsCommand.h"
 #include "output/Output.h"
 #include "output/OutputError.h"
 #include "output/SafeText.h"
@@ -47,24 +30,6 @@ namespace
 {
 
 constexpr char kSeeHelp[] = "; see kvr --help";
-
-using Commands = std::vector<std::unique_ptr<Command>>;
-
-template <class... Classes>
-Commands MakeCommands(CLI::App& program)
-{
-    Commands commands;
-    (commands.push_back(std::make_unique<Classes>(program)), ...);
-    return commands;
-}
-
-// All commands, in the order of the help.
-Commands AllCommands(CLI::App& program)
-{
-    return MakeCommands<InfoCommand, DumpCommand, TreeCommand, QueryCommand, StatsCommand, ViewsCommand, NotesCommand,
-                        ImportCommand, ExportCommand, ConvertCommand, ViewCommand, PictureCommand, CertifyCommand,
-                        CheckCommand, ExplainCommand, DiffCommand, HashCommand>(program);
-}
 
 void Describe(CLI::App& program)
 {
@@ -145,12 +110,13 @@ ExitStatus Answer(CLI::App const& program, CLI::ParseError const& error)
     return kExit_Good;
 }
 
-ExitStatus ParseAndRun(int argc, char const* const* argv)
+// Tells with what the program ends when this throws.
+ExitStatus ParseAndRun(int argc, char const* const* argv, MakeCommands makeCommands, ExitStatus& failed)
 {
     CLI::App program("Shows what a CAD scene serves, makes scenes of models, and writes scenes for other programs.",
                      "kvr");
     Describe(program);
-    Commands const commands = AllCommands(program);
+    Commands const commands = makeCommands(program);
     try
     {
         program.parse(argc, argv);
@@ -161,17 +127,21 @@ ExitStatus ParseAndRun(int argc, char const* const* argv)
     }
     for (std::unique_ptr<Command> const& command : commands)
         if (command->IsChosen())
+        {
+            failed = command->FailureStatus();
             return command->Run();
+        }
     return kExit_BadArguments;
 }
 
 }  // namespace
 
-int RunProgram(int argc, char const* const* argv)
+int RunProgram(int argc, char const* const* argv, MakeCommands makeCommands)
 {
+    ExitStatus failed = kExit_Failed;
     try
     {
-        return ParseAndRun(argc, argv);
+        return ParseAndRun(argc, argv, makeCommands, failed);
     }
     catch (ExpressionError const& error)
     {
@@ -188,7 +158,7 @@ int RunProgram(int argc, char const* const* argv)
         if (error.IsReaderGone() && IsEndedByPipe())
         {
             NoteSignal(SIGPIPE);
-            return kExit_Failed;
+            return failed;
         }
         Complain(std::string("standard output: ") + error.what());
     }
@@ -204,7 +174,7 @@ int RunProgram(int argc, char const* const* argv)
     {
         Complain("Open CASCADE failed: " + KernelFailureText(error));
     }
-    return kExit_Failed;
+    return failed;
 }
 
 }  // namespace KVR

@@ -149,11 +149,15 @@ void SceneCheck::FindPlaces()
     }
     if (elements.empty())
         return;
-    SpotPlaces const places(m_path, Root(), std::move(elements));
+    SpotPlaces places(m_path, Root(), std::move(elements));
+    std::vector<std::pair<std::uint64_t, Entry*>> inFile;
     for (Entry& entry : m_entries)
+        if (entry.spot.element)
+            inFile.emplace_back(places.EndOf(entry.spot.element), &entry);
+    std::stable_sort(inFile.begin(), inFile.end(), [](auto const& a, auto const& b) { return a.first < b.first; });
+    for (auto const& [end, located] : inFile)
     {
-        if (!entry.spot.element)
-            continue;
+        Entry& entry = *located;
         DocumentPlace const place = places.PlaceOf(entry.spot);
         entry.finding.line = place.line;
         entry.finding.column = place.column;

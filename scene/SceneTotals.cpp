@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "scene/PostOrder.h"
 #include "scene/Scene.h"
 
 namespace KVR
@@ -22,33 +23,17 @@ Count Sum(Count a, Count b)
 // The components below the root, each before those that it places.
 std::vector<std::size_t> DownwardOrder(Scene const& scene)
 {
-    struct Step
-    {
-        std::size_t component;
-        std::size_t next;
-    };
     std::vector<std::size_t> order;
     if (scene.Root() == kNoIndex)
         return order;
-    std::vector<bool> isKnown(scene.Components().size(), false);
-    std::vector<Step> path{{scene.Root(), 0}};
-    isKnown[scene.Root()] = true;
-    while (!path.empty())
-    {
-        Step& step = path.back();
-        std::vector<ScenePlacement> const& placements = scene.Components()[step.component].placements;
-        if (step.next == placements.size())
+    std::vector<bool> isDone(scene.Components().size(), false);
+    InPostOrder(
+        scene, scene.Root(), [&](std::size_t index) { return isDone[index]; },
+        [&](std::size_t index)
         {
-            order.push_back(step.component);
-            path.pop_back();
-            continue;
-        }
-        ScenePlacement const& placement = placements[step.next++];
-        if (!placement.IsEntered() || isKnown[placement.target])
-            continue;
-        isKnown[placement.target] = true;
-        path.push_back({placement.target, 0});
-    }
+            isDone[index] = true;
+            order.push_back(index);
+        });
     std::reverse(order.begin(), order.end());
     return order;
 }

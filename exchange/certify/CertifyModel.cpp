@@ -14,9 +14,9 @@
 #include "exchange/certify/SourceFormat.h"
 #include "exchange/run/ChildProcess.h"
 #include "exchange/run/Heard.h"
-#include "exchange/run/ScratchFolder.h"
 #include "exchange/run/StagePlan.h"
 #include "output/SafeText.h"
+#include "output/ScratchFolder.h"
 
 namespace KVR
 {

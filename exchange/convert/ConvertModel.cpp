@@ -5,9 +5,9 @@
 #include <system_error>
 
 #include "exchange/run/Heard.h"
-#include "exchange/run/ScratchFolder.h"
 #include "exchange/run/StagePlan.h"
 #include "output/SafeText.h"
+#include "output/ScratchFolder.h"
 
 namespace KVR
 {

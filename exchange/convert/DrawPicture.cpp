@@ -14,10 +14,10 @@
 
 #include "exchange/run/F3d.h"
 #include "exchange/run/Heard.h"
-#include "exchange/run/ScratchFolder.h"
 #include "exchange/run/StagePlan.h"
 #include "exchange/run/WorkFolder.h"
 #include "output/SafeText.h"
+#include "output/ScratchFolder.h"
 
 namespace KVR
 {

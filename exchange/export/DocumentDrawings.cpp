@@ -85,15 +85,17 @@ void DocumentDrawings::FindProducts(std::vector<DocumentVariant const*> const& v
 void DocumentDrawings::AddMembers(ShapeDocument::View& view, IView const& source)
 {
     view.showsAll = false;
+    // A view of a document names what it shows, whichever of its occurrences the members are.
+    std::unordered_set<std::string> named;
     for (unsigned long long i = 0; i < source.ViewMemberCount(); ++i)
     {
         IdSet const path = source.OccurrencePathAt(i);
-        std::string const id = path.Size() == 1 ? path.At(0).Value() : std::string();
+        std::string const id = path.IsEmpty() ? std::string() : path.At(path.Size() - 1).Value();
         auto const product = m_products.find(id);
         bool const isCallout = m_callouts.count(id) > 0;
         if (!source.EntityVisibilityAt(i) || (!isCallout && product == m_products.end()))
             m_document.notCarried.Add("members of views");
-        else
+        else if (named.insert(id).second)
             view.members.push_back({isCallout ? TDF_Label() : product->second, isCallout ? id : std::string()});
     }
 }

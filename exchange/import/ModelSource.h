@@ -4,7 +4,7 @@
 #include <string>
 
 #include "exchange/Progress.h"
-#include "exchange/run/ScratchFolder.h"
+#include "output/ScratchFolder.h"
 
 namespace KVR
 {

@@ -21,6 +21,7 @@
 #include "exchange/import/DocumentProperties.h"
 #include "exchange/import/InstanceStyles.h"
 #include "exchange/import/MeshRecord.h"
+#include "exchange/import/OccurrenceWays.h"
 #include "exchange/import/PartPlan.h"
 #include "exchange/import/SavedViews.h"
 #include "exchange/import/SceneLayers.h"
@@ -151,7 +152,22 @@ private:
         auto const idsOf = [this](TDF_Label const& label) { return IdsOf(label); };
         attributes.layers = LayersOf(m_model.document, idsOf, m_report.losses);
         auto const noteNamed = [this](std::string const& label) { return m_annotations->IdOf(label); };
-        SavedViews views = SavedViews::Of(m_model, m_plan, idsOf, noteNamed, m_report.losses);
+        OccurrenceWays ways(m_plan);
+        for (std::size_t i = 0; i < m_plan.components.size(); ++i)
+            for (Annotations::Note const& note : m_annotations->NotesOf(i))
+                ways.Put(note.callout.id, i);
+        auto const memberIds = [&](TDF_Label const& label)
+        {
+            std::vector<UTF8String> ids = IdsOf(label);
+            // Bodies, faces and edges, whose labels are in that of their part.
+            if (std::size_t const component = m_plan.ComponentOf(label.Father()); component < m_plan.components.size())
+                for (UTF8String const& id : ids)
+                    ways.Put(id, component);
+            return ids;
+        };
+        SavedViews views = SavedViews::Of(m_model, m_plan, memberIds, noteNamed, m_report.losses);
+        for (Authoring::ViewRecord& view : views.views)
+            ways.Lead(view, m_report.losses);
         attributes.views = std::move(views.views);
         attributes.cameras = std::move(views.cameras);
         m_scene.AttributeSet(attributes);

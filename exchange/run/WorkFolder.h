@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "exchange/run/ScratchFolder.h"
+#include "output/ScratchFolder.h"
 
 namespace KVR
 {

@@ -58,17 +58,26 @@ SourceLines::SourceLines(std::string const& path, std::set<std::size_t> const& n
     }
 }
 
-SourceLines::Excerpt SourceLines::Around(std::size_t line, std::size_t column) const
+SourceLines::Excerpt SourceLines::Around(std::size_t line, std::size_t column)
 {
     auto const found = m_lines.find(line);
-    // A zero is a byte of UTF-16.
-    if (found == m_lines.end() || found->second.find('\0') != std::string::npos)
+    if (found == m_lines.end())
         return {};
-    std::string const& text = found->second;
-    std::vector<std::size_t> starts;
-    for (std::size_t i = 0; i < text.size(); ++i)
-        if (!IsContinuation(text[i]))
-            starts.push_back(i);
+    std::string& text = found->second;
+    std::vector<std::size_t>& starts = m_starts;
+    if (m_latest != line)
+    {
+        m_latest = line;
+        starts.clear();
+        // A zero is a byte of UTF-16.
+        if (text.find('\0') != std::string::npos)
+            text.clear();
+        for (std::size_t i = 0; i < text.size(); ++i)
+            if (!IsContinuation(text[i]))
+                starts.push_back(i);
+    }
+    if (text.empty())
+        return {};
     std::size_t const place = std::min(std::max<std::size_t>(column, 1) - 1, starts.size());
     std::size_t const first =
         place > kBefore ? std::min(place - kBefore, starts.size() - std::min(starts.size(), kWidth)) : 0;

@@ -4,6 +4,7 @@
 #include <map>
 #include <set>
 #include <string>
+#include <vector>
 
 namespace KVR
 {
@@ -23,10 +24,13 @@ public:
         std::size_t caret = 0;
     };
     /// What stands around a column, which counts from 1 in characters.
-    Excerpt Around(std::size_t line, std::size_t column) const;
+    Excerpt Around(std::size_t line, std::size_t column);
 
 private:
     std::map<std::size_t, std::string> m_lines;
+    /// Where the characters of the line begin that was looked at last: many places of long lines are looked at.
+    std::size_t m_latest = 0;
+    std::vector<std::size_t> m_starts;
 };
 
 }  // namespace KVR

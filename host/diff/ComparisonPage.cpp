@@ -1,11 +1,8 @@
 #include "host/diff/ComparisonPage.h"
 
-#include <stdlib.h>
-
 #include <filesystem>
 #include <fstream>
 #include <stdexcept>
-#include <system_error>
 
 #include "describe/ReferenceWalk.h"
 #include "exchange/ExportScene.h"
@@ -15,6 +12,7 @@
 #include "host/diff/ComparisonFrame.h"
 #include "host/diff/PairedProducer.h"
 #include "inspect/Compare.h"
+#include "output/ScratchFolder.h"
 
 namespace KVR
 {
@@ -24,34 +22,16 @@ namespace
 
 namespace fs = std::filesystem;
 
-// A document in a folder of its own, which goes with it.
-class TemporaryDocument
+// The path of a document with the text.
+std::string Written(std::string const& text, ScratchFolder const& folder)
 {
-public:
-    explicit TemporaryDocument(std::string const& text)
-    {
-        std::string folder = (fs::temp_directory_path() / "kvr-diff-XXXXXX").string();
-        if (!mkdtemp(folder.data()))
-            throw std::runtime_error("no folder can be made for temporary files");
-        m_folder = folder;
-        std::ofstream file(Path(), std::ios::binary);
-        file << text;
-        if (!file.flush())
-            throw std::runtime_error("temporary files cannot be written");
-    }
-    ~TemporaryDocument()
-    {
-        std::error_code ignored;
-        fs::remove_all(m_folder, ignored);
-    }
-    TemporaryDocument(TemporaryDocument const&) = delete;
-    TemporaryDocument& operator=(TemporaryDocument const&) = delete;
-
-    std::string Path() const { return (m_folder / "frame.xml").string(); }
-
-private:
-    fs::path m_folder;
-};
+    std::string path = (folder.Path() / "frame.xml").string();
+    std::ofstream file(path, std::ios::binary);
+    file << text;
+    if (!file.flush())
+        throw std::runtime_error("temporary files cannot be written");
+    return path;
+}
 
 // The ids of objects in a reading of the same scene under a prefix: both walks go the same way.
 ComparisonFrame::NewIds NewIdsOf(IProducer& producer, IProducer& prefixed)
@@ -83,9 +63,9 @@ std::string WriteComparisonPage(SceneComparison const& comparison, IProducer& fi
     std::string const title =
         fs::path(firstOptions.path).filename().string() + " -> " + fs::path(secondPath).filename().string();
     ComparisonFrame const frame(comparison, was, NewIdsOf(first, prefixed.Producer()), is, title);
-    TemporaryDocument const document(frame.Document());
+    ScratchFolder const folder(fs::temp_directory_path(), "kvr-diff-");
     SceneOptions frameOptions;
-    frameOptions.path = document.Path();
+    frameOptions.path = Written(frame.Document(), folder);
     SceneFile frameFile(frameOptions);
     SceneReading const reading = SceneReading::Of(frameFile);
     if (reading.failure || !reading.rootId)

@@ -4,11 +4,11 @@
 #include <string>
 #include <vector>
 
+#include "host/stats/StatsMaps.h"
 #include "host/stats/StatsNames.h"
 #include "host/stats/StatsOutput.h"
-#include "host/stats/Treemap.h"
 #include "inspect/estimate/SizeText.h"
-#include "inspect/statistics/SceneStatistics.h"
+#include "inspect/statistics/OccurrenceStatistics.h"
 #include "output/Output.h"
 #include "scene/Scene.h"
 
@@ -17,11 +17,6 @@ namespace KVR
 
 namespace
 {
-
-// A scene of more components has the others as one part of the treemap.
-constexpr std::size_t kMostParts = 400;
-constexpr double kWidth = 1200.0;
-constexpr double kHeight = 600.0;
 
 constexpr char kHead[] = R"(<!DOCTYPE html>
 <html lang="en"><head><meta charset="utf-8">
@@ -36,93 +31,10 @@ svg text { font-size: 12px; fill: #fff; pointer-events: none; }
 </style>
 )";
 
-// Text of a scene in a page: nothing in it is markup.
-std::string Html(std::string_view text)
-{
-    std::string safe;
-    for (char const c : text)
-        switch (c)
-        {
-            case '&':
-                safe += "&amp;";
-                break;
-            case '<':
-                safe += "&lt;";
-                break;
-            case '>':
-                safe += "&gt;";
-                break;
-            case '"':
-                safe += "&quot;";
-                break;
-            case '\'':
-                safe += "&#39;";
-                break;
-            default:
-                // XML knows no control characters.
-                safe += static_cast<unsigned char>(c) < 0x20 ? ' ' : c;
-        }
-    return safe;
-}
-
-// The same where other text stands beside it, which its direction does not turn.
+// Html where other text stands beside it, which its direction does not turn.
 std::string Isolated(std::string_view text)
 {
     return "<bdi>" + Html(text) + "</bdi>";
-}
-
-struct Part
-{
-    double weight;
-    /// As Html gives them.
-    std::string name;
-    std::string details;
-};
-
-// Colours go around the circle in steps that bring neighbours far apart.
-std::string FillOf(std::size_t place)
-{
-    constexpr std::size_t kStep = 137;
-    return fmt::format("hsl({} 45% 42%)", place * kStep % 360);
-}
-
-void PutMap(std::string const& title, std::vector<Part> parts, Output& out)
-{
-    std::erase_if(parts, [](Part const& part) { return !(part.weight > 0.0); });
-    std::stable_sort(parts.begin(), parts.end(), [](Part const& a, Part const& b) { return a.weight > b.weight; });
-    if (parts.size() > kMostParts)
-    {
-        Part others{0.0, fmt::format("{} others", parts.size() - kMostParts), ""};
-        for (std::size_t i = kMostParts; i < parts.size(); ++i)
-            others.weight += parts[i].weight;
-        parts.resize(kMostParts);
-        auto const place =
-            std::find_if(parts.begin(), parts.end(), [&](Part const& part) { return part.weight < others.weight; });
-        parts.insert(place, others);
-    }
-    out.Put("<h2>" + title + "</h2>\n");
-    if (parts.empty())
-    {
-        out.Put("<p>none</p>\n");
-        return;
-    }
-    std::vector<double> weights;
-    for (Part const& part : parts)
-        weights.push_back(part.weight);
-    std::vector<TreemapRectangle> const rectangles = TreemapOf(weights, {0.0, 0.0, kWidth, kHeight});
-    out.Put(fmt::format("<svg viewBox=\"0 0 {} {}\">\n", kWidth, kHeight));
-    for (std::size_t i = 0; i < parts.size(); ++i)
-    {
-        TreemapRectangle const& at = rectangles[i];
-        out.Put(
-            fmt::format("<svg x=\"{:.2f}\" y=\"{:.2f}\" width=\"{:.2f}\" height=\"{:.2f}\"><title>{}{}</title>"
-                        "<rect width=\"100%\" height=\"100%\" fill=\"{}\" stroke=\"#fff\"/>",
-                        at.x, at.y, at.width, at.height, parts[i].name, parts[i].details, FillOf(i)));
-        if (at.width > 40.0 && at.height > 18.0)
-            out.Put("<text x=\"5\" y=\"15\">" + parts[i].name + "</text>");
-        out.Put("</svg>\n");
-    }
-    out.Put("</svg>\n");
 }
 
 void PutRow(std::vector<std::string> const& cells, char const* tag, Output& out)
@@ -143,11 +55,31 @@ void PutComponents(ShownStatistics const& shown, Output& out)
         SceneStatistics::Component const& component = statistics.components[i];
         SceneStatistics::Amount const& own = component.own;
         PutRow({std::to_string(component.occurrences), SizeText(own.bytes), std::to_string(own.faces),
-                std::to_string(own.triangles), std::to_string(own.triangles * component.occurrences),
-                TimeOf(own.seconds), SizeText(own.memory), Isolated(NameOf(shown.scene.Components()[component.index]))},
+                std::to_string(own.triangles), std::to_string(AllTrianglesOf(component)), TimeOf(own.seconds),
+                SizeText(own.memory), Isolated(NameOf(shown.scene.Components()[component.index]))},
                "td", out);
     }
     out.Put("</table>\n");
+}
+
+void PutOccurrences(ShownStatistics const& shown, Output& out)
+{
+    OccurrenceStatistics const& occurrences = shown.occurrences;
+    out.Put("<h2>Occurrences</h2>\n<table>\n");
+    PutRow({"Count", "Share", "Faces", "Triangles", "Time", "Memory", "Occurrence"}, "th", out);
+    std::size_t const listed = std::min(shown.most, occurrences.Largest().size());
+    for (std::size_t i = 0; i < listed; ++i)
+    {
+        OccurrenceStatistics::Occurrence const& occurrence = occurrences.Largest()[i];
+        SceneStatistics::Amount const& amount = occurrences.AmountOf(occurrence);
+        PutRow({std::to_string(occurrences.CountOf(occurrence)), SizeText(amount.bytes), std::to_string(amount.faces),
+                std::to_string(amount.triangles), TimeOf(amount.seconds), SizeText(amount.memory),
+                Isolated(occurrences.PathOf(occurrence))},
+               "td", out);
+    }
+    out.Put("</table>\n");
+    if (occurrences.Count() > listed)
+        out.Put(fmt::format("<p>{} more</p>\n", occurrences.Count() - listed));
 }
 
 void PutDuplicates(ShownStatistics const& shown, Output& out)
@@ -180,13 +112,12 @@ void PutDuplicates(ShownStatistics const& shown, Output& out)
 void WriteStatsAsHtml(ShownStatistics const& shown, Output& out)
 {
     SceneStatistics const& statistics = shown.statistics;
-    std::vector<Part> byBytes;
-    std::vector<Part> byTriangles;
+    std::vector<MapPart> byBytes;
+    std::vector<MapPart> byTriangles;
     for (SceneStatistics::Component const& component : statistics.components)
     {
         std::string const name = Html(NameOf(shown.scene.Components()[component.index]));
-        double const triangles =
-            static_cast<double>(component.own.triangles) * static_cast<double>(component.occurrences);
+        auto const triangles = static_cast<double>(AllTrianglesOf(component));
         byBytes.push_back({component.own.bytes, name, ": " + SizeText(component.own.bytes)});
         byTriangles.push_back({triangles, name, fmt::format(": {:.0f} triangles", triangles)});
     }
@@ -201,7 +132,9 @@ void WriteStatsAsHtml(ShownStatistics const& shown, Output& out)
                     SizeText(statistics.all.bytes), SizeText(statistics.all.memory), TimeOf(statistics.seconds)));
     PutMap("Bytes in side files", std::move(byBytes), out);
     PutMap("Triangles, as often as they occur", std::move(byTriangles), out);
+    PutOccurrenceMap("Bytes in side files, as occurrences share them", shown.occurrences, out);
     PutComponents(shown, out);
+    PutOccurrences(shown, out);
     PutDuplicates(shown, out);
     out.Put("</body></html>\n");
 }

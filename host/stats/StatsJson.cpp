@@ -1,6 +1,6 @@
 #include "host/stats/StatsNames.h"
 #include "host/stats/StatsOutput.h"
-#include "inspect/statistics/SceneStatistics.h"
+#include "inspect/statistics/OccurrenceStatistics.h"
 #include "output/JsonWriter.h"
 #include "output/Output.h"
 #include "scene/Scene.h"
@@ -63,6 +63,28 @@ void PutComponents(JsonWriter& json, ShownStatistics const& shown)
     json.EndList();
 }
 
+void PutOccurrences(JsonWriter& json, ShownStatistics const& shown)
+{
+    OccurrenceStatistics const& occurrences = shown.occurrences;
+    json.Key("LargestOccurrences");
+    json.BeginList();
+    for (OccurrenceStatistics::Occurrence const& occurrence : occurrences.Largest())
+    {
+        json.BeginObject(Layout::Row);
+        json.Key("Path");
+        json.String(occurrences.PathOf(occurrence));
+        json.Key("Component");
+        json.String(shown.scene.Components()[occurrence.component].id);
+        json.Key("Occurrences");
+        json.Unsigned(occurrences.CountOf(occurrence));
+        PutAmount(json, occurrences.AmountOf(occurrence));
+        json.EndObject();
+    }
+    json.EndList();
+    json.Key("OccurrencesWithGeometry");
+    json.Unsigned(occurrences.Count());
+}
+
 void PutDuplicates(JsonWriter& json, ShownStatistics const& shown)
 {
     json.Key("Duplicates");
@@ -99,6 +121,7 @@ void WriteStatsAsJson(ShownStatistics const& shown, Output& out)
     JsonWriter json(out);
     json.BeginObject();
     PutComponents(json, shown);
+    PutOccurrences(json, shown);
     PutDuplicates(json, shown);
     PutAmount(json, "All", shown.statistics.all);
     PutAmount(json, "Occurring", shown.statistics.occurring);

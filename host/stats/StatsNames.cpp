@@ -19,6 +19,13 @@ std::string IdOf(GeometryTwins::Member const& member)
     return std::string(member.object->Id().View());
 }
 
+unsigned long long AllTrianglesOf(SceneStatistics::Component const& component)
+{
+    SceneStatistics::Amount all;
+    all.Add(component.own, static_cast<double>(component.occurrences));
+    return all.triangles;
+}
+
 std::string TimeOf(double seconds)
 {
     constexpr double kMilli = 1e3;

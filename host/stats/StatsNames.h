@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-#include "inspect/statistics/GeometryTwins.h"
+#include "inspect/statistics/SceneStatistics.h"
 
 namespace KVR
 {
@@ -14,6 +14,8 @@ struct SceneComponent;
 std::string_view NameOf(SceneComponent const& component);
 /// The id of an object.
 std::string IdOf(GeometryTwins::Member const& member);
+/// The triangles of a component as often as it occurs, as far as a number holds them.
+unsigned long long AllTrianglesOf(SceneStatistics::Component const& component);
 /// A time for readers: "12.3 ms".
 std::string TimeOf(double seconds);
 

@@ -1,7 +1,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <array>
 #include <string>
 #include <vector>
 
@@ -9,7 +8,7 @@
 #include "host/stats/StatsNames.h"
 #include "host/stats/StatsOutput.h"
 #include "inspect/estimate/SizeText.h"
-#include "inspect/statistics/SceneStatistics.h"
+#include "inspect/statistics/OccurrenceStatistics.h"
 #include "output/Output.h"
 #include "output/SafeText.h"
 #include "scene/Scene.h"
@@ -20,31 +19,19 @@ namespace KVR
 namespace
 {
 
-constexpr std::size_t kColumns = 8;
-using Line = std::array<std::string, kColumns>;
-
-Line LineOf(SceneStatistics::Amount const& amount, unsigned long long occurrences, std::string name)
-{
-    return {std::to_string(occurrences),
-            SizeText(amount.bytes),
-            std::to_string(amount.faces),
-            std::to_string(amount.triangles),
-            std::to_string(amount.triangles * occurrences),
-            TimeOf(amount.seconds),
-            SizeText(amount.memory),
-            std::move(name)};
-}
+using Line = std::vector<std::string>;
 
 // Numbers stand at the right of their columns, names at the left of the last one.
 void PutTable(std::vector<Line> const& lines, Output& out)
 {
-    std::array<std::size_t, kColumns - 1> widths{};
+    Line::size_type const numbers = lines.front().size() - 1;
+    std::vector<std::size_t> widths(numbers, 0);
     for (Line const& line : lines)
-        for (std::size_t i = 0; i < widths.size(); ++i)
+        for (std::size_t i = 0; i < numbers; ++i)
             widths[i] = std::max(widths[i], line[i].size());
     for (Line const& line : lines)
     {
-        for (std::size_t i = 0; i < widths.size(); ++i)
+        for (std::size_t i = 0; i < numbers; ++i)
         {
             out.PutSpaces(widths[i] - line[i].size());
             out.Put(line[i]);
@@ -52,6 +39,38 @@ void PutTable(std::vector<Line> const& lines, Output& out)
         }
         out.Put(line.back() + "\n");
     }
+}
+
+void PutComponents(ShownStatistics const& shown, Output& out)
+{
+    auto const& components = shown.statistics.components;
+    std::vector<Line> lines{{"Count", "Bytes", "Faces", "Triangles", "All", "Time", "Memory", "Component"}};
+    for (std::size_t i = 0; i < std::min(shown.most, components.size()); ++i)
+    {
+        auto const& [index, occurrences, own] = components[i];
+        lines.push_back({std::to_string(occurrences), SizeText(own.bytes), std::to_string(own.faces),
+                         std::to_string(own.triangles), std::to_string(AllTrianglesOf(components[i])),
+                         TimeOf(own.seconds), SizeText(own.memory), Escaped(NameOf(shown.scene.Components()[index]))});
+    }
+    PutTable(lines, out);
+    if (components.size() > shown.most)
+        out.Put(Counted(components.size() - shown.most, "more component", "more components") + "\n");
+}
+
+void PutOccurrences(ShownStatistics const& shown, Output& out)
+{
+    OccurrenceStatistics const& occurrences = shown.occurrences;
+    std::vector<Line> lines{{"Count", "Share", "Faces", "Triangles", "Time", "Memory", "Occurrence"}};
+    for (OccurrenceStatistics::Occurrence const& occurrence : occurrences.Largest())
+    {
+        SceneStatistics::Amount const& amount = occurrences.AmountOf(occurrence);
+        lines.push_back({std::to_string(occurrences.CountOf(occurrence)), SizeText(amount.bytes),
+                         std::to_string(amount.faces), std::to_string(amount.triangles), TimeOf(amount.seconds),
+                         SizeText(amount.memory), Escaped(occurrences.PathOf(occurrence))});
+    }
+    PutTable(lines, out);
+    if (unsigned long long const more = occurrences.Count() - occurrences.Largest().size(); more > 0)
+        out.Put(Counted(more, "more occurrence", "more occurrences") + "\n");
 }
 
 void PutDuplicates(ShownStatistics const& shown, Output& out)
@@ -83,16 +102,8 @@ void PutDuplicates(ShownStatistics const& shown, Output& out)
 void WriteStatsAsText(ShownStatistics const& shown, Output& out)
 {
     SceneStatistics const& statistics = shown.statistics;
-    std::vector<Line> lines{{"Count", "Bytes", "Faces", "Triangles", "All", "Time", "Memory", "Component"}};
-    for (std::size_t i = 0; i < std::min(shown.most, statistics.components.size()); ++i)
-    {
-        SceneStatistics::Component const& component = statistics.components[i];
-        lines.push_back(
-            LineOf(component.own, component.occurrences, Escaped(NameOf(shown.scene.Components()[component.index]))));
-    }
-    PutTable(lines, out);
-    if (statistics.components.size() > shown.most)
-        out.Put(Counted(statistics.components.size() - shown.most, "more component", "more components") + "\n");
+    PutComponents(shown, out);
+    PutOccurrences(shown, out);
     PutDuplicates(shown, out);
     SceneStatistics::Amount const& all = statistics.all;
     out.Put(fmt::format("{}, {}, {}, {}; {} in {}\n",

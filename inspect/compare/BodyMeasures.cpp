@@ -1,14 +1,9 @@
 #include "inspect/compare/BodyMeasures.h"
 
-#include <BRepGProp.hxx>
-#include <GProp_GProps.hxx>
-#include <Standard_Failure.hxx>
 #include <cmath>
 
 #include "describe/BodyFacts.h"
 #include "framework/api/IBrep.h"
-#include "framework/kernel/MemoryWatch.h"
-#include "framework/kernel/entity.h"
 #include "scene/SceneComponent.h"
 
 namespace KVR
@@ -16,21 +11,11 @@ namespace KVR
 
 std::optional<BodyMeasures> BodyMeasures::Of(BODY const& body)
 {
-    MemoryWatch const watch;
-    try
-    {
-        GProp_GProps faces;
-        BRepGProp::SurfaceProperties(body.Shape(), faces, Standard_True);
-        gp_Pnt const center = faces.CentreOfMass();
-        BodyMeasures const measures{faces.Mass(), Volume(body).value_or(0.0), {center.X(), center.Y(), center.Z()}};
-        if (measures.area > 0.0 && std::isfinite(measures.area) && std::isfinite(measures.volume))
-            return measures;
-    }
-    catch (Standard_Failure const& failure)
-    {
-        watch.Check(failure);
-    }
-    return std::nullopt;
+    auto const faces = MomentsOfFaces(body);
+    if (!faces || !(faces->area > 0.0) || !std::isfinite(faces->area))
+        return std::nullopt;
+    double const volume = Volume(body).value_or(0.0);
+    return std::isfinite(volume) ? std::optional(BodyMeasures{faces->area, volume, faces->centroid}) : std::nullopt;
 }
 
 std::optional<BodyMeasures> BodyMeasures::Of(SceneComponent const& component)

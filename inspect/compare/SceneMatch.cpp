@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <map>
+#include <optional>
 #include <unordered_map>
 #include <utility>
 
+#include "framework/api/IBrep.h"
 #include "inspect/compare/BodyMeasures.h"
 
 namespace KVR
@@ -46,6 +48,16 @@ std::string ByAnswers(ComparedScene const& scene, std::size_t index)
 {
     ComparedObject const& object = scene.Objects()[index];
     return object.component == kNoIndex ? WithKind(scene, index, object.rest.Text()) : std::string();
+}
+
+// Of a component, or of a body of one.
+std::optional<BodyMeasures> MeasuresOf(ComparedScene const& scene, ComparedObject const& object)
+{
+    if (scene.IsComponent(object))
+        return BodyMeasures::Of(*scene.ComponentOf(object));
+    SceneGeometry const* const geometry = scene.GeometryOf(object);
+    BODY const* const body = geometry && geometry->body ? geometry->body->Body() : nullptr;
+    return body ? BodyMeasures::Of(*body) : std::nullopt;
 }
 
 }  // namespace
@@ -248,23 +260,29 @@ void SceneMatch::JoinRest()
     GoDown();
     join(&ByShape, MatchKind::kGeometry, false);
     join(&ByAnswers, MatchKind::kGeometry, false);
-    JoinByMeasures();
+    JoinByMeasures(true);
+    GoDown();
+    JoinByMeasures(false);
     GoDown();
     // Instances that went to another component.
     JoinById(false, true);
     GoDown();
 }
 
-void SceneMatch::JoinByMeasures()
+// Components by all their bodies, or else bodies of which the owners match.
+void SceneMatch::JoinByMeasures(bool ofComponents)
 {
     constexpr double kTolerance = 1e-6;
-    auto const measured = [](ComparedScene const& scene)
+    auto const measured = [&](ComparedScene const& scene)
     {
         std::multimap<double, std::pair<std::size_t, BodyMeasures>> byArea;
-        auto const isPart = [&](ComparedObject const& object)
-        { return scene.IsComponent(object) && object.HasShape(); };
-        for (std::size_t const index : Unmatched(scene, isPart))
-            if (auto const measures = BodyMeasures::Of(*scene.ComponentOf(scene.Objects()[index])))
+        auto const isWanted = [&](ComparedObject const& object)
+        {
+            bool const isOfMatch = object.owner != kNoIndex && scene.Objects()[object.owner].match != kNoIndex;
+            return object.HasShape() && scene.IsComponent(object) == ofComponents && (ofComponents || isOfMatch);
+        };
+        for (std::size_t const index : Unmatched(scene, isWanted))
+            if (auto const measures = MeasuresOf(scene, scene.Objects()[index]))
                 byArea.emplace(measures->area, std::pair(index, *measures));
         return byArea;
     };
@@ -274,12 +292,16 @@ void SceneMatch::JoinByMeasures()
     auto second = measured(m_second);
     for (auto const& [area, entry] : first)
     {
+        std::size_t const a = entry.first;
         auto const last = second.upper_bound(area * (1.0 + kTolerance));
         for (auto other = second.lower_bound(area * (1.0 - kTolerance)); other != last; ++other)
         {
-            if (!IsSameKind(entry.first, other->second.first) || !entry.second.IsNear(other->second.second, kTolerance))
+            std::size_t const b = other->second.first;
+            if (!IsSameKind(a, b) || !entry.second.IsNear(other->second.second, kTolerance))
                 continue;
-            Join(entry.first, other->second.first, MatchKind::kGeometry);
+            if (!ofComponents && First(First(a).owner).match != Second(b).owner)
+                continue;
+            Join(a, b, MatchKind::kGeometry);
             second.erase(other);
             break;
         }

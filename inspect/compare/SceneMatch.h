@@ -45,7 +45,7 @@ private:
     void JoinChildren(std::size_t a, std::size_t b);
     void JoinTargets();
     void JoinRest();
-    void JoinByMeasures();
+    void JoinByMeasures(bool ofComponents);
     static Indices Unmatched(ComparedScene const& scene, std::function<bool(ComparedObject const&)> const& isWanted);
 
     ComparedScene& m_first;

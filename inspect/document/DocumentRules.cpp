@@ -25,6 +25,7 @@ constexpr Rule kRules[] = {
     kUnreached,
     kNoRoot,
     kFileProperty,
+    kPathAstray,
     kBoolean,
     kUnit,
     kEnumeration,

@@ -45,6 +45,9 @@ inline constexpr Rule kNoRoot{"K-0115", "no-root", "The scene has no root file",
 inline constexpr Rule kFileProperty{
     "K-0116", "file-property-misspelt",
     "Nobody can ask for the entry of the file properties, but for one of nearly its name", Severity::kError};
+inline constexpr Rule kPathAstray{"K-0117", "path-astray",
+                                  "An occurrence path names something that does not stand where it has led to",
+                                  Severity::kError};
 
 inline constexpr Rule kBoolean{"K-0201", "boolean-misread", "A boolean is read otherwise than it looks",
                                Severity::kError};

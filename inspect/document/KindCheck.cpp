@@ -1,6 +1,5 @@
 #include "inspect/document/KindCheck.h"
 
-#include <algorithm>
 #include <string>
 #include <xercesc/dom/DOMNamedNodeMap.hpp>
 
@@ -15,7 +14,6 @@
 #include "framework/xml_util/XMLStrUtil.h"
 #include "inspect/document/DocumentRules.h"
 #include "inspect/document/ReadRecord.h"
-#include "inspect/document/TreeWalk.h"
 
 namespace KVR
 {
@@ -29,25 +27,6 @@ template <class... Kinds>
 bool IsOneOf(IObject& object)
 {
     return (dynamic_cast<Kinds*>(&object) || ...);
-}
-
-}  // namespace
-
-namespace
-{
-
-// Whether the attribute is an occurrence path. Of some elements each is, whatever its name.
-bool IsPath(DOMNode const* element, XMLCh const* attribute)
-{
-    XMLCh const* const name = element->getNodeName();
-    if (Equals(name, Names::BaseOccPath))
-        return true;
-    if (Equals(attribute, Names::OccurrencePath))
-        return Equals(name, Names::ExtensionData);
-    if (!Equals(attribute, Names::Path))
-        return false;
-    return Equals(name, Names::EntityVisibility) || Equals(name, Names::EntityStyles) ||
-           Equals(name, Names::EntityTransformation) || Equals(name, Names::OccurrencePath);
 }
 
 }  // namespace
@@ -96,8 +75,8 @@ void KindCheck::LookAt(DOMNode const* element)
             if (row.Is(element, spot.attribute))
                 Follow(spot, std::string(text().View()), row);
         }
-        if (IsPath(element, spot.attribute))
-            FollowPath(spot, text().View());
+        if (PathCheck::IsPath(element, spot.attribute))
+            m_paths.Follow(spot, text().View());
     }
 }
 
@@ -116,33 +95,6 @@ void KindCheck::Follow(Spot const& spot, std::string const& id, Row const& row)
         m_latest = id;
         m_latestRow = &row;
     }
-}
-
-void KindCheck::FollowPath(Spot const& spot, std::string_view path)
-{
-    if (!path.empty() && path.find(']') == std::string_view::npos)
-        m_check.Add(DocumentRule::kReferenceMissing, spot, std::string(path),
-                    "read as the empty path, since no id in it has brackets");
-    for (std::size_t end = path.find(']'); end != std::string_view::npos; end = path.find(']'))
-    {
-        // The character in front of an id is passed over.
-        std::string const id(path.substr(std::min<std::size_t>(1, end), end - std::min<std::size_t>(1, end)));
-        path.remove_prefix(end + 1);
-        if (!id.empty() && !m_check.Producer().Load(UTF8String(id)) && !IsAnywhere(id))
-            m_check.Add(DocumentRule::kReferenceMissing, spot, id, "a path by an object that there is not",
-                        m_check.NearestId(id));
-    }
-}
-
-// Paths may lead to faces and edges, which are no objects.
-bool KindCheck::IsAnywhere(std::string const& id)
-{
-    if (m_ids.empty())
-    {
-        for (TreeWalk walk(m_check.Root()); walk.Element(); walk.Next())
-            m_ids.insert(AttributeOf(walk.Element(), Names::ID));
-    }
-    return m_ids.contains(id);
 }
 
 }  // namespace KVR

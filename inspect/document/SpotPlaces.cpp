@@ -22,6 +22,7 @@ using xercesc::DOMNode;
 // How far back a start tag is looked for, at first and at most.
 constexpr std::uint64_t kFirstLook = 4096;
 constexpr std::uint64_t kFarthestLook = std::uint64_t{1} << 28U;
+constexpr std::uint64_t kPiece = std::uint64_t{1} << 16U;
 
 // Characters of UTF-8.
 std::uint64_t CharacterCount(std::string_view text)
@@ -126,13 +127,45 @@ ByteRange SpotPlaces::EndTagName(std::uint64_t end, std::string const& name) con
     return {begin, begin + name.size()};
 }
 
-DocumentPlace SpotPlaces::PlaceOf(Spot const& spot) const
+DocumentPlace SpotPlaces::PlaceOf(Spot const& spot)
 {
     auto const found = m_stops.find(spot.element);
     return found == m_stops.end() ? DocumentPlace() : Locate(found->second, spot);
 }
 
-DocumentPlace SpotPlaces::Locate(Stop const& stop, Spot const& spot) const
+std::uint64_t SpotPlaces::EndOf(DOMNode const* element) const
+{
+    auto const found = m_stops.find(element);
+    return found == m_stops.end() ? 0 : found->second.end;
+}
+
+// Counts from where it last came to, or from the beginning.
+std::uint64_t SpotPlaces::ColumnAt(std::uint64_t offset)
+{
+    if (offset < m_reached)
+    {
+        m_reached = 0;
+        m_reachedColumn = 1;
+    }
+    FilePtr const file(UTF8String(m_path), "rb");
+    if (!file || std::fseek(file, static_cast<long>(m_reached), SEEK_SET) != 0)
+        return 0;
+    std::string piece;
+    for (; m_reached < offset; m_reached += piece.size())
+    {
+        piece.resize(static_cast<std::size_t>(std::min(offset - m_reached, kPiece)));
+        piece.resize(std::fread(piece.data(), 1, piece.size(), file));
+        if (piece.empty())
+            return 0;
+        std::size_t const lineEnd = piece.find_last_of("\r\n");
+        bool const isSameLine = lineEnd == std::string::npos;
+        m_reachedColumn = (isSameLine ? m_reachedColumn : 1) +
+                          CharacterCount(std::string_view(piece).substr(isSameLine ? 0 : lineEnd + 1));
+    }
+    return m_reachedColumn;
+}
+
+DocumentPlace SpotPlaces::Locate(Stop const& stop, Spot const& spot)
 {
     // What is known without the bytes: an encoding of wide characters, or an element that an entity brought.
     DocumentPlace place{stop.line, stop.column, {}, {}};
@@ -176,12 +209,15 @@ DocumentPlace SpotPlaces::Locate(Stop const& stop, Spot const& spot) const
         std::string_view const before =
             std::string_view(bytes).substr(0, static_cast<std::size_t>(range.begin - start));
         std::size_t const lineStart = before.find_last_of("\r\n");
-        if (lineStart != std::string_view::npos || start == 0)
+        if (lineStart != std::string_view::npos)
         {
-            place.column = 1 + CharacterCount(before.substr(lineStart == std::string_view::npos ? 0 : lineStart + 1));
+            place.column = 1 + CharacterCount(before.substr(lineStart + 1));
             return place;
         }
-        // The line is longer than what was read.
+        // The line is longer than what was read. Tags come one behind the other, what is in them in any order.
+        std::uint64_t const tagBegin = tag.Tag().begin;
+        place.column = ColumnAt(tagBegin) + CharacterCount(before.substr(static_cast<std::size_t>(tagBegin - start)));
+        return place;
     }
     return place;
 }

@@ -33,7 +33,10 @@ public:
     SpotPlaces(SpotPlaces const&) = delete;
     SpotPlaces& operator=(SpotPlaces const&) = delete;
 
-    DocumentPlace PlaceOf(Spot const& spot) const;
+    /// Takes long in lines that are long, unless the places are asked for as they come in the file.
+    DocumentPlace PlaceOf(Spot const& spot);
+    /// Where the element's start tag ends in the file; 0 where that is not known.
+    std::uint64_t EndOf(xercesc::DOMNode const* element) const;
 
 private:
     class Places;
@@ -46,13 +49,17 @@ private:
         std::uint64_t elementEnd = 0;
     };
 
-    DocumentPlace Locate(Stop const& stop, Spot const& spot) const;
+    DocumentPlace Locate(Stop const& stop, Spot const& spot);
+    std::uint64_t ColumnAt(std::uint64_t offset);
     std::string BytesBefore(std::uint64_t end, std::uint64_t count) const;
     ByteRange EndTagName(std::uint64_t end, std::string const& name) const;
     ByteRange TextRange(std::uint64_t tagEnd, xercesc::DOMNode const* element) const;
 
     std::string m_path;
     std::unordered_map<xercesc::DOMNode const*, Stop> m_stops;
+    /// The place whose column was counted last, from which the next one is counted.
+    std::uint64_t m_reached = 0;
+    std::uint64_t m_reachedColumn = 1;
 };
 
 }  // namespace KVR

@@ -129,7 +129,7 @@ private:
 
     void FindPlace(DOMNode const* element, Explanation& explanation) const
     {
-        SpotPlaces const places(m_path, Root(element), {element});
+        SpotPlaces places(m_path, Root(element), {element});
         DocumentPlace const place = places.PlaceOf({element, SpotPart::kStartTag, nullptr});
         ByteRange const endTagName = places.PlaceOf({element, SpotPart::kName, nullptr}).endTagName;
         explanation.elementPath = PathOf(element);

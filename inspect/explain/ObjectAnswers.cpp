@@ -1,5 +1,8 @@
 #include "inspect/explain/ObjectAnswers.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "describe/Ask.h"
 #include "describe/SilentAnswers.h"
 #include "describe/Tables.h"
@@ -29,7 +32,16 @@ void Append(std::vector<ObjectAnswer>& answers, Interface const& interface, void
     }
 }
 
-// Keeps the object's own members in which the id stands as a reference.
+// Members that hold occurrence paths, and those in which these stand: no reference that a walk would follow, and they
+// name objects all the same.
+bool LeadsAlongPaths(std::string_view name)
+{
+    constexpr std::string_view kNames[] = {"BaseOccPaths", "CrossLevelVisibilities", "CrossLevelTransforms",
+                                           "OccurrencePath", "Path"};
+    return std::find(std::begin(kNames), std::end(kNames), name) != std::end(kNames);
+}
+
+// Keeps the object's own members in which the id stands as a reference, or on an occurrence path.
 class NamingMembers final : public SilentAnswers
 {
 public:
@@ -37,7 +49,7 @@ public:
 
     bool BeginMember(Row const& row) override
     {
-        if (row.refers == Refers::Nothing)
+        if (row.refers == Refers::Nothing && !LeadsAlongPaths(row.name))
             return false;
         if (m_depth++ == 0)
             m_member = row.name;

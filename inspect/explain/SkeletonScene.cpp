@@ -1,7 +1,5 @@
 #include "inspect/explain/SkeletonScene.h"
 
-#include <stdlib.h>
-
 #include <cstdio>
 #include <exception>
 #include <filesystem>
@@ -93,20 +91,17 @@ SkeletonScene::SkeletonScene(std::string scenePath, DOMNode const* root, DOMNode
       m_id(std::move(id)),
       m_restoresInsecure(restoresInsecure)
 {
-    std::error_code error;
-    std::string folder = (fs::temp_directory_path(error) / "kvr_explain_XXXXXX").string();
-    if (!error && ::mkdtemp(folder.data()))
-        m_folder = folder;
+    try
+    {
+        m_folder = m_scratch.emplace(fs::temp_directory_path(), "kvr-explain-").Path().string();
+    }
+    catch (std::system_error const&)
+    {
+        // Without a folder nothing is read anew.
+    }
     for (DOMNode const* node = element; node; node = node->getParentNode())
         m_chain.insert(node);
     ChooseElements(record);
-}
-
-SkeletonScene::~SkeletonScene()
-{
-    std::error_code ignored;
-    if (!m_folder.empty())
-        fs::remove_all(m_folder, ignored);
 }
 
 void SkeletonScene::ChooseElements(ReadRecord const& record)

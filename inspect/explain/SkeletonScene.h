@@ -11,6 +11,7 @@
 
 #include "inspect/explain/ObjectAnswers.h"
 #include "inspect/explain/ReadingTrace.h"
+#include "output/ScratchFolder.h"
 
 namespace KVR
 {
@@ -38,7 +39,6 @@ public:
 
     SkeletonScene(std::string scenePath, xercesc::DOMNode const* root, xercesc::DOMNode const* element, std::string id,
                   ReadRecord const& record, bool restoresInsecure);
-    ~SkeletonScene();
     SkeletonScene(SkeletonScene const&) = delete;
     SkeletonScene& operator=(SkeletonScene const&) = delete;
 
@@ -66,6 +66,8 @@ private:
     xercesc::DOMNode const* m_element;
     std::string m_id;
     bool m_restoresInsecure;
+    /// Nothing, and an empty path, where no folder can be made.
+    std::optional<ScratchFolder> m_scratch;
     std::string m_folder;
     /// The element and those around it.
     std::unordered_set<xercesc::DOMNode const*> m_chain;

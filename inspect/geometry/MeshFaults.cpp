@@ -201,10 +201,10 @@ private:
                 area[axis] += part[axis];
             longest = std::max(longest, Length(Difference(next, side)));
         }
-        double const size = Length(area);
-        // What is no number is told by itself.
-        if (!std::isfinite(size) || !std::isfinite(longest))
+        // What is no number is told by itself. It may vanish in a length, but not in all coordinates.
+        if (!IsFinite(area) || !std::isfinite(longest))
             return;
+        double const size = Length(area);
         m_isDegenerate = m_isDegenerate || size <= kFlat * longest * longest;
         if (m_normals.empty() || size <= kWide * longest * longest)
             return;

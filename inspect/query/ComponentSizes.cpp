@@ -9,7 +9,7 @@
 #include "framework/api/IBrep.h"
 #include "framework/kernel/entity.h"
 #include "inspect/query/MeshMeasures.h"
-#include "inspect/query/PostOrder.h"
+#include "scene/PostOrder.h"
 #include "scene/Scene.h"
 #include "scene/SceneMesh.h"
 #include "scene/SceneMeshes.h"

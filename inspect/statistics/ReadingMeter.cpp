@@ -19,10 +19,11 @@ namespace KVR
 namespace
 {
 
+// Of this thread: the clock of a process goes by ticks of the system while its processor time is limited.
 double ProcessorSeconds()
 {
     timespec time{};
-    ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
     return static_cast<double>(time.tv_sec) + 1e-9 * static_cast<double>(time.tv_nsec);
 }
 

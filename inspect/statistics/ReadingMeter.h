@@ -42,7 +42,7 @@ public:
     /// That of the object with this id, as the producer has it; null when nothing was read for it.
     Record const* RecordOf(std::string_view id) const;
     Store const& StoreAt(std::size_t place) const;
-    /// Processor time from the beginning to the end.
+    /// Processor time of the thread from the beginning to the end.
     double Seconds() const noexcept;
 
 private:

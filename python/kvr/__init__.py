@@ -4,7 +4,7 @@
 """
 
 from kvr import _reprs, interfaces
-from kvr._compare import Change, diff, hash
+from kvr._compare import Change, diff, hash, stats
 from kvr._core import (Body, Cancelled, Component, Error, Face, FileError, Geometry, Layer, Mesh, MeshFace, Note,
                        Occurrence, Placement, QueryError, SceneError, Style, View)
 from kvr._exchange import Certificate, CertificateRow, Conversion, Finding, certify, check, convert, picture
@@ -16,6 +16,6 @@ __all__ = [
     "Body", "Cancelled", "Certificate", "CertificateRow", "Change", "Component", "Conversion", "Error", "Face",
     "FileError", "Finding", "Geometry", "Layer", "Mesh", "MeshFace", "Note", "Occurrence", "Placement", "Producer",
     "QueryError", "Scene", "SceneError", "Style", "Table", "View", "Writer", "certify", "check", "convert", "diff",
-    "hash", "interfaces", "picture", "query", "write"
+    "hash", "interfaces", "picture", "query", "stats", "write"
 ]
 _reprs.give()

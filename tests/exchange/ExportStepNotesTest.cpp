@@ -21,6 +21,7 @@ namespace
 using nlohmann::json;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 
 constexpr char kPlane[] =
     "<AnnotationPlane><IWorkPlane ID='plane' Label=''><Origin X='1' Y='2' Z='3'/><Normal X='0' Y='1' Z='0'/>"
@@ -74,7 +75,7 @@ class NotedBox
 public:
     explicit NotedBox(std::vector<SceneNote> const& notes, std::string const& plane = "",
                       std::string const& drawing = "", std::string const& attributes = "",
-                      std::string const& unit = "kUnitType_Millimeter")
+                      std::string const& unit = "kUnitType_Millimeter", std::string const& assembly = "")
     {
         std::vector<Authoring::SubEntityId> faces;
         std::vector<Authoring::SubEntityId> edges;
@@ -87,8 +88,9 @@ public:
             callouts += &note == &notes.back() ? Xml(note, unit, plane, drawing) : Xml(note, unit);
         m_scene.Body("body1", BoxShape(10, 20, 30), faces, edges)
             .Edge("arc", ArcEdge())
-            .Write("<IFile ID='file1'><ChildSet><Child ID='part1'/></ChildSet>" + attributes +
-                   "</IFile><IPart ID='part1' Label='box'>"
+            .Write("<IFile ID='file1'><ChildSet><Child ID='" + std::string(assembly.empty() ? "part1" : "asm1") +
+                   "'/></ChildSet>" + attributes + "</IFile>" + assembly +
+                   "<IPart ID='part1' Label='box'>"
                    "<Unit LengthUnit='kUnitType_Millimeter'/><ChildSet><IBrep ID='body1' Label='' Visibility='1' "
                    "NetVisibility='1'/>" +
                    callouts + "</ChildSet></IPart>");
@@ -268,12 +270,41 @@ TEST(ExportStepNotes, ViewsNameNotesAndPartsInTheirOrder)
     {
         std::vector<std::string> paths;
         for (json const& entry : dump.at(id).at("ViewMembers"))
-            paths.push_back(entry.at("OccurrencePath").at(0));
+            paths.push_back(entry.at("OccurrencePath").back());
         return paths;
     };
     EXPECT_EQ(members("view1"), (std::vector<std::string>{"part1", "note3", "note2", "note1"}));
     EXPECT_THAT(members("view2"), IsEmpty());
     EXPECT_EQ(members("view3"), std::vector<std::string>{"note1"});
+}
+
+TEST(ExportStepNotes, AViewNamesANoteAtEachOfItsOccurrences)
+{
+    std::string const attributes =
+        "<AttributeSet><CameraSet><ICamera ID='camera' Label='' Type='kCameraType_Parallel' AspectRatio='2' "
+        "ViewWindowHeightForParallelCamera='8'><CameraPosition X='1' Y='-20' Z='3'/><CameraDirection X='0' Y='1' "
+        "Z='0'/><CameraUpDirection X='0' Y='0' Z='1'/></ICamera></CameraSet><ViewSet><IView ID='v' Label='v' "
+        "Visibility='1'><ViewMember><ViewMemberChild><OccurrencePath Path='[left][note1]'/><EntityVisibility "
+        "Visibility='1'/></ViewMemberChild><ViewMemberChild><OccurrencePath Path='[right][note1]'/><EntityVisibility "
+        "Visibility='1'/></ViewMemberChild></ViewMember><CameraSet><CameraRef ID='camera'/></CameraSet></IView>"
+        "</ViewSet></AttributeSet>";
+    std::string const assembly =
+        "<IAssembly ID='asm1' Label='top'><Unit LengthUnit='kUnitType_Millimeter'/><ChildSet><IInstance ID='left' "
+        "Label='left' Visibility='1' NetVisibility='1'><Child ID='part1'/></IInstance><IInstance ID='right' "
+        "Label='right' Visibility='1' NetVisibility='1'><Child ID='part1' Transformation='1 0 0 50 0 1 0 0 0 0 1 0 0 0 "
+        "0 1'/></IInstance></ChildSet></IAssembly>";
+    NotedBox const box({Note(1, "thickness", "thickness", "dimension", "body1.f6", {{"type", "thickness"}})}, "", "",
+                       attributes, "kUnitType_Millimeter", assembly);
+    EXPECT_THAT(box.exported.error, Not(HasSubstr("members of views")));
+    EXPECT_EQ(box.ReadBack().size(), 1U);
+    std::string const back = box.Scene().PathOf("back.xml");
+    json const dump = json::parse(RunTool({"dump", "--summary", back}).out).at("Objects");
+    json const& members = dump.at("view1").at("ViewMembers");
+    ASSERT_EQ(members.size(), 2U);
+    EXPECT_EQ(members[0].at("OccurrencePath"), json({"inst1", "note1"}));
+    EXPECT_EQ(members[1].at("OccurrencePath"), json({"inst2", "note1"}));
+    ToolRun const check = RunTool({"check", "--rule", "path-astray", back});
+    EXPECT_EQ(check.status, 0) << check.out;
 }
 
 TEST(ExportStepNotes, WhatIsNotDrawnAndSpeaksOfNothingIsCounted)

@@ -1,4 +1,4 @@
-#include "exchange/run/ScratchFolder.h"
+#include "output/ScratchFolder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -126,8 +126,23 @@ TEST(DiffPage, IsWrittenBesideTheText)
     // What cannot be written is said, and nothing is left over.
     ToolRun const refused = RunTool({"diff", "--html", folder.NarrowPathOf("none/page.html"),
                                      folder.NarrowPathOf("a.xml"), folder.NarrowPathOf("a.xml")});
-    EXPECT_EQ(refused.status, 1);
+    EXPECT_EQ(refused.status, 2);
     EXPECT_THAT(refused.error, testing::StartsWith("kvr: "));
+}
+
+TEST(DiffPage, LeavesNoTemporaryFilesAndRemovesThoseOfAKilledRun)
+{
+    TempFolder folder;
+    TempFolder temporary;
+    folder.Write("a.xml", Gate(Instance("i", "p"), "", kParts));
+    // As a run leaves it that was killed while it had its folder.
+    temporary.Write("kvr-diff-abcdef/.kvr-lock", "a folder of the program kvr, which it may remove\n");
+    temporary.Write("kvr-diff-abcdef/files/frame.xml", "<Scene/>");
+    std::string const scene = folder.NarrowPathOf("a.xml");
+    ToolRun const run = RunProgram({"/usr/bin/env", "TMPDIR=" + temporary.Path(), KVR_TOOL, "diff", "--html",
+                                    folder.NarrowPathOf("page.html"), scene, scene});
+    EXPECT_EQ(run.status, CanView() ? 0 : 2) << run.error;
+    EXPECT_TRUE(std::filesystem::is_empty(temporary.Path()));
 }
 
 }  // namespace KVR::Test

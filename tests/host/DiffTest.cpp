@@ -137,17 +137,28 @@ TEST(Diff, ServesGitAsADifftool)
         EXPECT_THAT(run.out, testing::StartsWith(
                                  "renamed (1)\n  gate/leaf: door -> leaf\nproperty (1)\n  gate/leaf: mass 1 -> 2\n"));
     }
+    // By itself it ends as the program does.
+    folder.Write("broken.xml", "<Scene>");
+    std::string const script = "cd " + folder.Path() + " && KVR=" + KVR_TOOL + " " + KVR_DOCS_DIR +
+                               "/../scripts/kvr-difftool \"$0\" gate/a.xml gate/a.xml";
+    EXPECT_EQ(RunProgram({"/bin/sh", "-c", script, "gate/a.xml"}).status, 0);
+    EXPECT_EQ(RunProgram({"/bin/sh", "-c", script, "broken.xml"}).status, 2);
+    EXPECT_EQ(RunProgram({"/bin/sh", "-c", script, "none.xml"}).status, 2);
 }
 
 TEST(Diff, ComplainsOfWhatCannotBeCompared)
 {
     TwoScenes const scenes("<Scene><IPart ID=\"p\" Label=\"\"/></Scene>", "<Scene>");
     ToolRun const run = scenes.Run();
-    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.status, 2);
     EXPECT_EQ(run.out, "");
     EXPECT_THAT(run.error, HasSubstr("a.xml: the scene has no root file, so there is nothing to compare\n"));
     EXPECT_THAT(run.error, HasSubstr("b.xml\" cannot be read: it is not a well-formed XML document\n"));
     EXPECT_EQ(RunTool({"diff", kComplete}).status, 2);
+    EXPECT_EQ(RunTool({"diff", kComplete, scenes.b + ".none"}).status, 2);
+    // What cannot be printed is no difference, either.
+    std::string const full = std::string(KVR_TOOL) + " diff " + kComplete + " " + kComplete + " > /dev/full";
+    EXPECT_EQ(RunProgram({"/bin/sh", "-c", full}).status, 2);
 }
 
 }  // namespace KVR::Test

@@ -48,6 +48,15 @@ TEST(StatsCommand, CountsAndBytesAreThoseOfTheFiles)
     EXPECT_TRUE(stats["Duplicates"].empty());
 }
 
+TEST(StatsCommand, TimesAreMeasuredWhereProcessorTimeIsLimited)
+{
+    ToolRun const run =
+        RunProgram({"/bin/sh", "-c", std::string("ulimit -t 1000; ") + KVR_TOOL + " stats --json " + kAs1});
+    json const stats = json::parse(run.out);
+    for (json const& component : stats["Components"])
+        EXPECT_GT(component["Seconds"].get<double>(), 0.0);
+}
+
 TEST(StatsCommand, ANewPrefixChangesNothing)
 {
     json const plain = json::parse(RunTool({"stats", "--json", kAs1}).out);
@@ -65,6 +74,24 @@ TEST(StatsCommand, TheTableListsTheLargestAndCountsTheOthers)
     EXPECT_THAT(run.out, HasSubstr("5 components with geometry, 0 bodies, 5 meshes, "));
 }
 
+TEST(StatsCommand, OccurrencesAreListedByTheirPathsTheLargestFirst)
+{
+    ToolRun const run = RunTool({"stats", "--most", "4", kAs1});
+    EXPECT_THAT(run.out, HasSubstr("Occurrence\n"));
+    EXPECT_THAT(run.out, HasSubstr("  as1-oc-214/as1/plate_1\n"));
+    EXPECT_THAT(run.out, HasSubstr("25 more occurrences\n"));
+    json const stats = json::parse(RunTool({"stats", "--json", "--most", "1000", kAs1}).out);
+    EXPECT_EQ(stats["OccurrencesWithGeometry"], 29);
+    json const list = stats["LargestOccurrences"];
+    ASSERT_EQ(list.size(), 29U);
+    EXPECT_EQ(list[0]["Path"], "as1-oc-214");
+    EXPECT_EQ(list[0]["Bytes"], stats["All"]["Bytes"]);
+    EXPECT_EQ(list[0]["Triangles"], stats["Occurring"]["Triangles"]);
+    EXPECT_EQ(list[3]["Path"], "as1-oc-214/as1/l-bracket-assembly_1");
+    EXPECT_EQ(list[3]["Occurrences"], 2);
+    EXPECT_EQ(json::parse(RunTool({"stats", "--json", "--most", "3", kAs1}).out)["LargestOccurrences"].size(), 3U);
+}
+
 TEST(StatsCommand, ThePageHasTreemapsAndNothingOfASceneIsMarkup)
 {
     TempFolder folder;
@@ -79,6 +106,8 @@ TEST(StatsCommand, ThePageHasTreemapsAndNothingOfASceneIsMarkup)
     EXPECT_THAT(run.out, HasSubstr("&lt;b&gt;&amp;.xml"));
     EXPECT_THAT(run.out, Not(HasSubstr("<b>")));
     EXPECT_THAT(run.out, HasSubstr("<title>plate: "));
+    EXPECT_THAT(run.out, HasSubstr("<title>l-bracket-assembly_1: "));
+    EXPECT_THAT(run.out, HasSubstr("<td><bdi>as1-oc-214/as1/plate_1</bdi></td>"));
     EXPECT_THAT(run.out, HasSubstr("default-src 'none'"));
     EXPECT_THAT(run.out, Not(HasSubstr("<script")));
     EXPECT_EQ(RunTool({"stats", "--html", "--json", kAs1}).status, 2);

@@ -63,6 +63,7 @@ GROUPS = (
     ("exchange/certify/", "certify"),
     ("exchange/", "exchange"),
     ("host/dump/", "dump"),
+    ("host/stats/StatsOutput.h", "statistics output"),
     ("host/", "host"),
     ("python/", "python"),
 )
@@ -128,10 +129,12 @@ MAY_INCLUDE = {
     "certify": ("extension types", "api", "kernel", "output", "exchange", "run", "source"),
     # The text of a dump, which the program and Python share.
     "dump": ("api", "output", "describe", "source"),
+    # The JSON of statistics, as well; what it is written from is declared alone.
+    "statistics output": (),
     "host": ("api", "kernel", "facade", "output", "describe", "scene", "estimate", "query", "statistics", "inspect face",
-             "source", "exchange", "dump"),
-    "python": ("api", "kernel", "facade", "authoring", "output", "describe", "scene", "query", "inspect face", "source",
-               "exchange", "dump"),
+             "source", "exchange", "dump", "statistics output"),
+    "python": ("api", "kernel", "facade", "authoring", "output", "describe", "scene", "query", "statistics",
+               "inspect face", "source", "exchange", "dump", "statistics output"),
 }
 
 # Headers that everybody below the producer's top sees, and that therefore name other classes by declaration only.

@@ -7,6 +7,7 @@ import pytest
 from conftest import EXAMPLES, ROOT
 
 import kvr
+import kvr._compare
 import kvr._producer
 import kvr._scene
 import kvr._write
@@ -28,7 +29,7 @@ def test_a_document(document, least):
     assert done.failed == 0 and done.attempted >= least
 
 
-@pytest.mark.parametrize("module", [kvr._producer, kvr._scene, kvr._write], ids=lambda module: module.__name__)
+@pytest.mark.parametrize("module", [kvr._compare, kvr._producer, kvr._scene, kvr._write], ids=lambda module: module.__name__)
 def test_examples_of_a_module(module, folder, as1):
     names = {"path": as1, "folder": folder, "Scene": kvr.Scene}
     done = doctest.testmod(module, extraglobs=names, optionflags=FLAGS)

@@ -1,5 +1,8 @@
 """Conversions, checks and certificates are those of the program, with exceptions in place of exit codes."""
 
+import json
+
+import numpy
 import pytest
 from conftest import EXAMPLES
 
@@ -85,6 +88,34 @@ def test_scenes_are_compared(as1, tmp_path, run_tool):
     changes = kvr.diff(as1, other)
     assert {change.class_name for change in changes} == {"IPart", "IPolygonMesh"}
     assert {(change.kind, change.first, change.second) for change in changes} == {("renamed", "nut", "Mutter")}
+    assert changes[0].distance is None and changes[0].angle is None
+
+
+def test_a_comparison_measures_motion(tmp_path):
+    for name, x in ("a", 0), ("b", 3):
+        place = numpy.eye(4)
+        place[0, 3] = x
+        with kvr.write(tmp_path / f"{name}.xml") as writer:
+            with writer.part("p"):
+                writer.points("q", [[0, 0, 0]])
+            with writer.assembly("top"):
+                writer.instance("i", "p", transform=place)
+    change, = kvr.diff(tmp_path / "a.xml", tmp_path / "b.xml")
+    assert change.kind == "moved" and change.angle == 0
+    assert change.distance == pytest.approx(0.003)
+
+
+def test_statistics_are_those_of_the_program(as1, tmp_path, run_tool):
+    def counts(found):
+        return {key: value for key, value in found.items() if "Seconds" not in key}
+
+    shown = json.loads(run_tool("stats", "--json", "--most", 7, as1))
+    found = kvr.stats(as1, most=7)
+    assert found.keys() == shown.keys() and found["Seconds"] > 0
+    for one, other in zip(found["LargestOccurrences"], shown["LargestOccurrences"], strict=True):
+        assert counts(one) == counts(other)
+    with pytest.raises(kvr.SceneError, match="none.xml"):
+        kvr.stats(tmp_path / "none.xml")
 
 
 def test_a_model_is_certified(with_bodies, tmp_path):

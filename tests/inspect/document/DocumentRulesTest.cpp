@@ -3,9 +3,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
+#include <vector>
 
 #include "tests/inspect/document/CheckedText.h"
+#include "tests/inspect/document/SceneTags.h"
 
 namespace KVR::Test
 {
@@ -45,6 +48,27 @@ TEST(DocumentRules, TellWhereADocumentEndsToBeOne)
 {
     Finding const finding = CheckedText("<Scene>\n<IFile>\n</Scene>").Only("K-0101");
     EXPECT_EQ(finding.line, 3U);
+}
+
+TEST(DocumentRules, TellColumnsInLinesOfAnyLength)
+{
+    // Findings of several rules in one element, and lines that end in different ways between them.
+    std::string elements;
+    for (std::size_t i = 0; i < 60; ++i)
+        elements += "<Part" + std::to_string(i) + "/><ChangeKey B='2' \xc3\xbc='" + std::string(400, 'x') +
+                    "' A='\xe2\x82\xac'>k</ChangeKey>" + (i % 20 == 7 ? "\r\n" : "");
+    std::string const text = SceneOf(elements);
+    std::vector<Finding> const findings = CheckedText(text).Result().findings;
+    EXPECT_EQ(findings.size(), 240U);
+    for (Finding const& finding : findings)
+    {
+        std::string const before = text.substr(0, finding.begin);
+        std::string const inLine = before.substr(before.find_last_of('\n') + 1);
+        auto const isContinuation = [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U; };
+        auto const continued = std::count_if(inLine.begin(), inLine.end(), isContinuation);
+        EXPECT_EQ(finding.column, 1 + inLine.size() - static_cast<std::size_t>(continued)) << finding.found;
+        EXPECT_EQ(finding.line, LineOf(text, finding.begin));
+    }
 }
 
 TEST(DocumentRules, TellAtWhichElementTheReadingOfASceneEnded)
@@ -210,24 +234,6 @@ TEST(DocumentRules, FindATextureAndALevelOfDetailThatAreNone)
     EXPECT_THAT(CheckedText(style("p")).Findings(), ElementsAre("K-0111 at 5: p"));
     EXPECT_THAT(CheckedText(style("nowhere")).Findings(), ElementsAre("K-0110 at 5: nowhere"));
     EXPECT_THAT(CheckedText(style("")).Findings(), IsEmpty());
-}
-
-TEST(DocumentRules, FindAnOccurrencePathThatNamesNothing)
-{
-    auto const overridden = [](std::string const& path)
-    {
-        return AssemblyOf("<IInstance ID='i' Label='' Visibility='1'><Child ID='p'/></IInstance>",
-                          "<IAssembly ID='b' Label=''><CrossLevelAttributes><Visibilities>\n<EntityVisibility Path='" +
-                              path + "' Visibility='0'/></Visibilities></CrossLevelAttributes></IAssembly>" +
-                              "<IPart ID='p' Label=''/>");
-    };
-    CheckOptions options;
-    options.rules = {"K-0110"};
-    auto const findings = [&](std::string const& path) { return CheckedText(overridden(path), &options).Findings(); };
-    EXPECT_THAT(findings("[i][p]"), IsEmpty());
-    EXPECT_THAT(findings(""), IsEmpty());
-    EXPECT_THAT(findings("[i][lost]"), ElementsAre("K-0110 at 9: lost"));
-    EXPECT_THAT(findings("i"), ElementsAre("K-0110 at 9: i"));
 }
 
 TEST(DocumentRules, GuessWhichObjectWasMeant)

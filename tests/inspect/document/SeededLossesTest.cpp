@@ -154,6 +154,31 @@ TEST_P(SeededLosses, AChildThatFailsInFrontOfOthers)
         });
 }
 
+TEST_P(SeededLosses, AnOccurrencePathThatLeadsAstray)
+{
+    // From each assembly to a part, which no assembly lists itself, and in each path that there is.
+    std::string const part = "[" + IdOf("IPart") + "]";
+    PlantInTags(
+        [&](std::string const& text, SceneTag const& tag) -> std::optional<Planted>
+        {
+            if (tag.name != "IAssembly")
+                return std::nullopt;
+            std::string const element = "<CrossLevelAttributes><Visibilities><EntityVisibility Path=\"" + part +
+                                        "\" Visibility=\"1\"/></Visibilities></CrossLevelAttributes>";
+            return Planted{Replaced(text, tag.end, 0, element), tag.end, {"K-0117"}};
+        });
+    for (std::string const& astray : {part, "[placed][" + IdOf("IAssembly") + "]", "[placed]" + part + "[placed2]"})
+    {
+        PlantInValues(
+            [&](std::string const& text, SceneTag const&, TagAttribute const& attribute) -> std::optional<Planted>
+            {
+                if (!Matches(attribute.name, "Path|OccurrencePath") || attribute.value != "[placed]")
+                    return std::nullopt;
+                return WithValue(text, attribute, astray, astray.ends_with("2]") ? "K-0110" : "K-0117");
+            });
+    }
+}
+
 TEST_P(SeededLosses, AReferenceToAnObjectOfAnotherKind)
 {
     PlantInReferences("StyleRef|CameraRef", ".*", IdOf("IPart"), "K-0111");

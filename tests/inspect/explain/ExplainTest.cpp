@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <map>
 #include <nlohmann/json.hpp>
 #include <sstream>
 #include <string>
@@ -175,6 +176,13 @@ TEST(Explain, TellsWhoNamesTheObject)
         if (reference.id == "body")
             named = reference.operations;
     EXPECT_THAT(named, ElementsAre("Styles", "StylesMap"));
+    std::map<std::string, std::vector<std::string>> namers;
+    for (ExplainedReference const& reference : ExplainObject(kComplete, "placed").references)
+        namers[reference.id] = reference.operations;
+    EXPECT_THAT(namers["assembly"],
+                ElementsAre("Children", "CrossLevelVisibilities", "CrossLevelStyles", "CrossLevelTransforms"));
+    EXPECT_THAT(namers["view"], ElementsAre("ViewMembers"));
+    EXPECT_THAT(namers["override"], ElementsAre("BaseOccPaths"));
     ExplainOptions options;
     options.most = 2;
     Explanation const few = ExplainObject(kComplete, "steel", options);

@@ -168,14 +168,21 @@ TEST(MeshFaults, SegmentsOfPolygonsAndVerticesThatAreNotThere)
 
 TEST(MeshFaults, AVertexThatIsNoNumber)
 {
-    TestScene scene(std::string("<Scene>") + kMeshInfo + "<IPolygonMesh ID=\"m\"/></Scene>");
-    ByteBuilder vertices;
-    vertices.F64(0).F64(0).F64(0).F64(1).F64(kNoNumber).F64(0).F64(0).F64(1).F64(0);
-    scene.WithFile("s.mesh", MeshInfoHeader(1).Bytes() + RecordFront(0, "m") + MeshHeadBytes(3, 0, 1, 0) +
-                                 vertices.Bytes() + PolygonFront({0, 1, 2}).Byte(0).Bytes());
-    MeshFaults const faults = MeshFaults::Of(scene.Begin().Get<IPolygonMesh>("m"));
-    ExpectFault(faults.numbers, 1, 1);
-    EXPECT_EQ(Sum(faults), 1U);
+    for (std::size_t place = 0; place < 9; ++place)
+        for (double const number : {kNoNumber, std::numeric_limits<double>::infinity()})
+        {
+            TestScene scene(std::string("<Scene>") + kMeshInfo + "<IPolygonMesh ID=\"m\"/></Scene>");
+            double coordinates[] = {0, 0, 0, 1, 0, 0, 0, 0, 1};
+            coordinates[place] = number;
+            ByteBuilder vertices;
+            for (double const coordinate : coordinates)
+                vertices.F64(coordinate);
+            scene.WithFile("s.mesh", MeshInfoHeader(1).Bytes() + RecordFront(0, "m") + MeshHeadBytes(3, 0, 1, 0) +
+                                         vertices.Bytes() + PolygonFront({0, 1, 2}).Byte(0).Bytes());
+            MeshFaults const faults = MeshFaults::Of(scene.Begin().Get<IPolygonMesh>("m"));
+            ExpectFault(faults.numbers, 1, place / 3);
+            EXPECT_EQ(Sum(faults), 1U) << place;
+        }
 }
 
 namespace

@@ -24,17 +24,40 @@ public:
         std::vector<MeshPlaces> meshes;
         for (std::size_t i = 0; i < count; ++i)
         {
-            m_at += kWord;
             MeshPlaces mesh;
+            mesh.begin = m_at;
+            m_at += kWord;
             bool const isMesh = Next() == 0;
             std::size_t const length = Next();
             mesh.id = m_store.substr(m_at, length);
             m_at += length;
             if (!isMesh || !Read(mesh))
                 break;
+            mesh.end = m_at;
             meshes.push_back(std::move(mesh));
         }
         return meshes;
+    }
+
+    std::vector<SegmentPlaces> Segments()
+    {
+        std::vector<SegmentPlaces> all(Next());
+        for (SegmentPlaces& mesh : all)
+        {
+            mesh.begin = m_at;
+            std::size_t const length = Next();
+            mesh.id = m_store.substr(m_at, length);
+            m_at += length;
+            mesh.faces.resize(Next());
+            mesh.edges.resize(Next());
+            std::size_t const flags = Next();
+            m_at += flags;
+            for (auto* const lists : {&mesh.faces, &mesh.edges})
+                for (std::vector<std::size_t>& list : *lists)
+                    list = List(Next());
+            mesh.end = m_at;
+        }
+        return all;
     }
 
 private:
@@ -84,6 +107,11 @@ private:
 std::vector<MeshPlaces> MeshPlaces::Of(std::string const& store)
 {
     return Walk(store).Meshes();
+}
+
+std::vector<SegmentPlaces> SegmentPlaces::Of(std::string const& store)
+{
+    return Walk(store).Segments();
 }
 
 double NumberAt(std::string const& store, std::size_t place)

@@ -19,6 +19,9 @@ struct PolygonPlaces
 struct MeshPlaces
 {
     std::string id;
+    /// The record, to behind its end.
+    std::size_t begin = 0;
+    std::size_t end = 0;
     std::size_t vertices = 0;
     std::size_t vertexCount = 0;
     std::size_t normals = 0;
@@ -27,6 +30,19 @@ struct MeshPlaces
 
     /// Of the meshes of a store in the layout of "MeshInfo" without textures, up to the first that has some.
     static std::vector<MeshPlaces> Of(std::string const& store);
+};
+
+/// The same of what a segment store says of a mesh.
+struct SegmentPlaces
+{
+    std::string id;
+    std::size_t begin = 0;
+    std::size_t end = 0;
+    /// Of each segment, where its indices stand.
+    std::vector<std::vector<std::size_t>> faces;
+    std::vector<std::vector<std::size_t>> edges;
+
+    static std::vector<SegmentPlaces> Of(std::string const& store);
 };
 
 /// Numbers of a store, as it has them.

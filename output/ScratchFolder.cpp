@@ -1,4 +1,4 @@
-#include "exchange/run/ScratchFolder.h"
+#include "output/ScratchFolder.h"
 
 #include <fcntl.h>
 #include <sys/file.h>
