@@ -15,6 +15,7 @@ public:
     explicit DiffCommand(CLI::App& program);
 
     ExitStatus Run() override;
+    ExitStatus FailureStatus() const noexcept override { return kExit_NotCompared; }
 
 private:
     SceneOptions m_scene;
