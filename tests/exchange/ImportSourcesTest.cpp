@@ -12,6 +12,7 @@
 #include <gp_Pnt.hxx>
 
 #include <cmath>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <set>
@@ -59,14 +60,18 @@ std::string Gzipped(std::string const& bytes)
     return FileBytes(path);
 }
 
-// What is in the folder for temporary files of imports.
-std::size_t ScratchFolders()
+// A folder for temporary files that no other test uses, for as long as it lives.
+class OwnTemporaryFolder
 {
-    std::size_t count = 0;
-    for (auto const& entry : std::filesystem::directory_iterator(std::filesystem::temp_directory_path()))
-        count += entry.path().filename().string().starts_with("kvr-import-") ? 1 : 0;
-    return count;
-}
+public:
+    OwnTemporaryFolder() { ::setenv("TMPDIR", m_folder.Path().c_str(), 1); }
+    ~OwnTemporaryFolder() { ::unsetenv("TMPDIR"); }
+
+    bool IsEmpty() const { return std::filesystem::is_empty(m_folder.Path()); }
+
+private:
+    TempFolder m_folder;
+};
 
 json Objects(std::string const& scene)
 {
@@ -94,7 +99,7 @@ TEST(ImportSources, GzippedFilesAreUnpackedWhateverTheyHold)
 {
     TempFolder const folder;
     std::string const scene = folder.NarrowPathOf("s.xml");
-    std::size_t const before = ScratchFolders();
+    OwnTemporaryFolder const temporary;
     std::string const packed = Gzipped(FileBytes(kStep));
     for (std::string const name : {"as1.stpz", "as1.step.gz", "as1.dat"})
     {
@@ -107,7 +112,7 @@ TEST(ImportSources, GzippedFilesAreUnpackedWhateverTheyHold)
     EXPECT_EQ(RunTool({"import", folder.NarrowPathOf("box.stl.gz"), scene}).status, 0);
     EXPECT_EQ(Objects(scene).at("part1").at("Label"), "box");
     EXPECT_EQ(Objects(scene).at("file1").at("FileFullPath"), folder.NarrowPathOf("box.stl.gz"));
-    EXPECT_EQ(ScratchFolders(), before);
+    EXPECT_TRUE(temporary.IsEmpty());
 }
 
 TEST(ImportSources, AGzippedFileThatIsCutShortOrABombIsRefused)
