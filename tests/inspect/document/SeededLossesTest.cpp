@@ -160,7 +160,10 @@ TEST_P(SeededLosses, AnElementThatALaterOneOverwrites)
     PlantInTags(
         [](std::string const& text, SceneTag const& tag) -> std::optional<Planted>
         {
-            if (!Matches(tag.name, "ChangeKey|Tolerance|Unit"))
+            bool const isOne = Matches(tag.name, "ChangeKey|Tolerance|Unit|Transform") ||
+                               (tag.name == "Child" && tag.parent == "IInstance") ||
+                               (tag.name == "ExtensionData" && Matches(tag.parent, "IInstance|ILayer"));
+            if (!isOne)
                 return std::nullopt;
             std::string const element = text.substr(tag.begin, tag.elementEnd - tag.begin);
             return Planted{Replaced(text, tag.begin, 0, element), tag.begin + 1, {"K-0118"}};
