@@ -25,7 +25,7 @@ public:
     /// For each pole of their surfaces and curves.
     static constexpr std::uint64_t kPerPole = 20;
 
-    /// Remarks are sentences without their full stop. The list and the quality have to outlive it.
+    /// Remarks are sentences without their full stop. The list has to outlive it.
     SampleBudget(MeshQuality const& quality, std::vector<std::string>& remarks, std::uint64_t shared = kShared)
         : m_quality(quality), m_remarks(remarks), m_shared(shared)
     {
@@ -40,7 +40,7 @@ private:
     void Take(std::uint64_t count, std::uint64_t own) noexcept;
     void TellCoarser(SceneGeometry const& geometry, double factor, std::uint64_t most);
 
-    MeshQuality const& m_quality;
+    MeshQuality m_quality;
     std::vector<std::string>& m_remarks;
     /// What is left of that for all together.
     std::uint64_t m_shared;
