@@ -2,10 +2,10 @@
 
 #include <map>
 #include <string_view>
-#include <xercesc/sax2/DefaultHandler.hpp>
 
 #include "framework/xml_util/DocumentStream.h"
 #include "framework/xml_util/SideFileParser.h"
+#include "inspect/RootChildren.h"
 #include "inspect/SceneCheck.h"
 #include "inspect/StoreCount.h"
 #include "inspect/document/DocumentTally.h"
@@ -29,23 +29,6 @@ public:
     void Receive(StreamedElement const& element) override { count += 1 + element.attributes->getLength(); }
 
     std::uint64_t count = 0;
-};
-
-// Counts the elements under the root of a property file.
-class PropertyCensus final : public xercesc::DefaultHandler
-{
-public:
-    void startElement(XMLCh const*, XMLCh const*, XMLCh const*, xercesc::Attributes const&) override
-    {
-        if (m_depth++ == 1)
-            ++count;
-    }
-    void endElement(XMLCh const*, XMLCh const*, XMLCh const*) override { --m_depth; }
-
-    std::uint64_t count = 0;
-
-private:
-    std::uint64_t m_depth = 0;
 };
 
 void SetDropped(Account& account, ByRule const& dropped)
@@ -96,7 +79,7 @@ Account OfProperties(SceneCheck const& check)
     Account account;
     account.file = check.PropertyFile();
     account.what = "properties";
-    PropertyCensus census;
+    RootChildren census;
     static_cast<void>(ParseSideFile(UTF16String(UTF8String(account.file)), census));
     account.seen = census.count;
     ByRule dropped;

@@ -4,14 +4,13 @@
 #include <filesystem>
 #include <string>
 #include <system_error>
-#include <xercesc/sax2/Attributes.hpp>
-#include <xercesc/sax2/DefaultHandler.hpp>
 
 #include "framework/api/IOUtil.h"
 #include "framework/api/UTF16String.h"
 #include "framework/api/UTF8String.h"
 #include "framework/xml_util/SideFileParser.h"
 #include "framework/xml_util/StoreCursor.h"
+#include "inspect/RootChildren.h"
 #include "inspect/document/ReadRecord.h"
 #include "inspect/estimate/StoreHead.h"
 
@@ -27,23 +26,6 @@ Kind KindOf(SectionRecord const& section)
 {
     return KindOfSection(section.element->getNodeName()).value_or(Kind::kBlob);
 }
-
-// Counts the elements under the root of a file of persistent ids.
-class IdsCensus final : public xercesc::DefaultHandler
-{
-public:
-    void startElement(XMLCh const*, XMLCh const*, XMLCh const*, xercesc::Attributes const&) override
-    {
-        if (m_depth++ == 1)
-            ++count;
-    }
-    void endElement(XMLCh const*, XMLCh const*, XMLCh const*) override { --m_depth; }
-
-    std::uint64_t count = 0;
-
-private:
-    std::uint64_t m_depth = 0;
-};
 
 // How many assets there are whole, from where the file stands: passes over what they hold.
 std::uint64_t WholeAssets(std::FILE* file, std::uint64_t claimed)
@@ -91,7 +73,7 @@ StoreCount StoreCount::Of(SectionRecord const& section)
     Kind const kind = KindOf(section);
     if (kind == Kind::kPersistentIds)
     {
-        IdsCensus census;
+        RootChildren census;
         static_cast<void>(ParseSideFile(UTF16String(UTF8String(section.path)), census));
         count.records = census.count;
         count.whole = census.count;
