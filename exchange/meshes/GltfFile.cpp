@@ -112,6 +112,10 @@ void GltfFile::Parse(std::string_view json)
     {
         throw ModelError("its JSON makes no sense from byte " + WithCommas(error.byte) + " on");
     }
+    catch (Json::out_of_range const&)
+    {
+        throw ModelError("its JSON has a number beyond all bounds");
+    }
     std::string const version = Text(Object(m_root, "asset"), "version");
     if (!m_root.is_object() || version.empty())
         throw ModelError("it is JSON, but no glTF");

@@ -145,6 +145,22 @@ TEST(CertifySources, APackedModelThatIsCutShortGetsOneSentence)
     EXPECT_EQ(run.error, "kvr: " + path + ": what it holds packed is cut short or damaged\n");
 }
 
+TEST(CertifySources, DamagedGltfGetsOneSentence)
+{
+    TempFolder const folder;
+    auto const failure = [&](char const* name, std::string const& bytes)
+    {
+        folder.Write(name, bytes);
+        std::string const path = folder.NarrowPathOf(name);
+        std::string const text = CertifyAgainst(path, path, {}).failure;
+        return text.substr(std::min(text.size(), path.size() + 2));
+    };
+    EXPECT_EQ(failure("cut.gltf", "{"), "its JSON makes no sense");
+    EXPECT_EQ(failure("number.gltf", R"({"asset":{"version":"2.0"},"x":1e999})"), "its JSON makes no sense");
+    // The length of its first chunk is there, and the chunk is not.
+    EXPECT_EQ(failure("head.glb", std::string("glTF\2\0\0\0\20\0\0\0\0\0\0\0", 16)), "a chunk of it ends early");
+}
+
 TEST(CertifySources, ModelsOfManyKindsAreKept)
 {
     TempFolder const folder;

@@ -151,6 +151,13 @@ TEST(MeshDamage, APlyThatCountsMoreThanItHoldsSaysSo)
     EXPECT_EQ(FailureOf("a.ply", "ply\nformat ascii 1.0\nelement vertex many\n"), "line 3 of its head makes no sense");
 }
 
+TEST(MeshDamage, JsonOfGltfThatMakesNoSenseIsTold)
+{
+    EXPECT_EQ(FailureOf("a.gltf", R"({"asset")"), "its JSON makes no sense from byte 9 on");
+    EXPECT_EQ(FailureOf("a.gltf", R"({"asset":{"version":"2.0"},"x":1e999})"),
+              "its JSON has a number beyond all bounds");
+}
+
 TEST(MeshDamage, AnObjThatNamesWhatIsNotThereSaysWhere)
 {
     EXPECT_EQ(FailureOf("a.obj", Replaced(kObj, "f 1 3 4", "f 1 3 5")),

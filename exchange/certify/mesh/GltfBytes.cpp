@@ -31,6 +31,14 @@ std::string BytesOfFile(std::filesystem::path const& path)
     return bytes;
 }
 
+json JsonOf(std::string_view text)
+{
+    json document = json::parse(text, nullptr, false);
+    if (document.is_discarded())
+        throw std::runtime_error("its JSON makes no sense");
+    return document;
+}
+
 // Of "data:TYPE;base64,BYTES".
 std::string BytesOfData(std::string const& uri)
 {
@@ -119,13 +127,13 @@ GltfBytes::GltfBytes(std::string const& path)
     std::string const bytes = BytesOfFile(path);
     std::string own;
     if (bytes.compare(0, 4, "glTF") != 0)
-        m_json = json::parse(bytes);
+        m_json = JsonOf(bytes);
     else
     {
         std::size_t const length = WordAt(bytes, 12);
-        if (length > bytes.size() - 20)
+        if (bytes.size() < 20 || length > bytes.size() - 20)
             throw std::runtime_error(kChunkEnds);
-        m_json = json::parse(bytes.begin() + 20, bytes.begin() + 20 + static_cast<std::ptrdiff_t>(length));
+        m_json = JsonOf(std::string_view(bytes).substr(20, length));
         if (std::size_t const next = 20 + length; next + 8 <= bytes.size())
         {
             if (WordAt(bytes, next) > bytes.size() - next - 8)
