@@ -4,7 +4,7 @@
 #include <new>
 #include <utility>
 
-#include "mesh/LargePages.h"
+#include "framework/api/LargePages.h"
 
 namespace KVR
 {
