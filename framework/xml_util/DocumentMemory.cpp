@@ -14,8 +14,8 @@ namespace
 
 // Smaller pieces are texts and tables of the parser, which come and go.
 constexpr std::size_t kLeastPiece = 16 * 1024;
-// Documents up to it never see a large page.
-constexpr std::size_t kSmallDocument = kLargePage;
+// Documents up to it never see a large page, of which the last is mostly empty.
+constexpr std::size_t kSmallDocument = 8 * kLargePage;
 constexpr std::size_t kBlockSize = 2 * kLargePage;
 constexpr std::size_t kAlignment = alignof(std::max_align_t);
 constexpr std::align_val_t kBlockAlignment{kLargePage};
