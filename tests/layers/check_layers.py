@@ -26,6 +26,7 @@ GROUPS = (
     ("producer/Export.h", "facade"),
     ("producer/XMLProducer.h", "facade"),
     ("producer/XMLProducerOptions.h", "facade"),
+    ("producer/StoreNeeds.h", "facade"),
     ("producer/", "producer"),
     ("readers/", "readers"),
     ("geometry/curvedata/", "curvedata"),
