@@ -17,7 +17,7 @@ import subprocess
 import sys
 import time
 
-BENCHMARKS = ("check", "cloud", "commands", "estimate", "exchange", "kernel", "mesh", "organisation", "properties", "scene",
+BENCHMARKS = ("check", "cloud", "commands", "estimate", "exchange", "kernel", "mesh", "organisation", "properties", "scale", "scene",
               "structure", "start")
 BINARIES = pathlib.Path("build/release/bin")
 # A line of the table that every benchmark ends with: what is measured, the most that it may be, what it was.
