@@ -37,9 +37,10 @@ bool IsBelow(int index, std::size_t count)
 MeshTriangles::MeshTriangles(IPolygonMesh& mesh, SceneMesh& target)
     : m_mesh(mesh),
       m_target(target),
-      m_runs(mesh.VertexCount()),
+      m_runs(mesh.VertexCount(), mesh.FaceSegmentCount() > 0),
       m_type(mesh.MeshType()),
       m_polygonCount(mesh.PolygonCount()),
+      m_vertexCount(mesh.VertexCount()),
       m_normalCount(mesh.NormalCount())
 {
     if (mesh.TextureVertexSetCount() > 0)
@@ -51,6 +52,12 @@ MeshTriangles::MeshTriangles(IPolygonMesh& mesh, SceneMesh& target)
             m_textureCount = first->VertexCount();
         }
     }
+}
+
+std::array<double, 3> MeshTriangles::VertexAt(std::uint32_t index) const
+{
+    PolygonVertex const vertex = m_mesh.VertexAt(index);
+    return {vertex.x, vertex.y, vertex.z};
 }
 
 std::array<double, 3> MeshTriangles::NormalAt(std::uint32_t index) const
@@ -69,7 +76,7 @@ std::array<double, 2> MeshTriangles::TextureAt(std::uint32_t index) const
 
 void MeshTriangles::Read()
 {
-    ReadVertices();
+    CheckVertices();
     ReadMaterials();
     ReadFaces();
     ReadEdges();
@@ -84,18 +91,14 @@ void MeshTriangles::Read()
         if (m_mesh.PolygonAt(i, polygon) != kIsValueSpecified_Yes || !polygon || !Read(*polygon, i))
             ++m_target.brokenPolygons;
     }
-    m_runs.MoveInto(m_target, !m_target.faces.empty());
+    m_runs.MoveInto(m_target);
 }
 
-void MeshTriangles::ReadVertices()
+// Once for all polygons, which share them.
+void MeshTriangles::CheckVertices()
 {
-    unsigned long const count = m_mesh.VertexCount();
-    m_vertices.reserve(count);
-    for (unsigned long i = 0; i < count; ++i)
-    {
-        PolygonVertex const vertex = m_mesh.VertexAt(i);
-        m_vertices.push_back({vertex.x, vertex.y, vertex.z});
-    }
+    for (unsigned long i = 0; i < m_vertexCount && !m_hasBadVertices; ++i)
+        m_hasBadVertices = !IsUsable(VertexAt(static_cast<std::uint32_t>(i)));
 }
 
 void MeshTriangles::ReadMaterials()
@@ -146,8 +149,8 @@ void MeshTriangles::ReadEdges()
         bool const isGood =
             vertices.size() > 1 && std::all_of(vertices.begin(), vertices.end(),
                                                [&](int vertex) {
-                                                   return IsBelow(vertex, m_vertices.size()) &&
-                                                          IsUsable(m_vertices[static_cast<std::size_t>(vertex)]);
+                                                   return IsBelow(vertex, m_vertexCount) &&
+                                                          IsUsable(VertexAt(static_cast<std::uint32_t>(vertex)));
                                                });
         if (!isGood)
             continue;
@@ -156,7 +159,7 @@ void MeshTriangles::ReadEdges()
         edge.pointCount = vertices.size();
         for (int const vertex : vertices)
         {
-            std::array<double, 3> const& point = m_vertices[static_cast<std::size_t>(vertex)];
+            std::array<double, 3> const point = VertexAt(static_cast<std::uint32_t>(vertex));
             m_target.edgePoints.insert(m_target.edgePoints.end(), point.begin(), point.end());
         }
     }
@@ -169,8 +172,13 @@ std::size_t MeshTriangles::RunOf(unsigned long polygon)
     std::size_t const style = has && material < m_styles.size() ? material : m_styles.size();
     auto& run = m_runOfStyle[style][(m_hasNormals ? 1U : 0U) + (m_hasTexture ? 2U : 0U)];
     if (!run)
+    {
         run = m_runs.RunOf(style < m_styles.size() ? std::string_view(m_styles[style]) : std::string_view(),
                            m_hasNormals, m_hasTexture);
+        // One of many would get too much.
+        if (m_styles.size() <= 1)
+            m_runs.Reserve(*run, m_vertexCount, m_polygonCount);
+    }
     return *run;
 }
 
@@ -180,20 +188,21 @@ bool MeshTriangles::TakeCorners(EditablePolygon const& polygon)
     if (!vertices.data || vertices.count < 3)
         return false;
     auto const normals = polygon.NormalIndices();
-    auto const sets = polygon.TextureSetIndices();
-    auto const texture = polygon.TextureVertexIndices();
+    auto const sets = m_texture ? polygon.TextureSetIndices() : EditablePolygon::IndexList();
+    auto const texture = m_texture ? polygon.TextureVertexIndices() : EditablePolygon::IndexList();
     m_hasNormals = normals.data && normals.count == vertices.count;
-    m_hasTexture = m_texture && sets.data && sets.count > 0 && sets.data[0] == 0 && texture.data &&
+    m_hasTexture = sets.data && sets.count > 0 && sets.data[0] == 0 && texture.data &&
                    texture.count / sets.count == vertices.count && texture.count % sets.count == 0;
     auto const count = static_cast<std::size_t>(vertices.count);
-    m_corners.assign(count, {});
+    m_corners.resize(count);
     for (std::size_t i = 0; i < count; ++i)
     {
         TriangleCorner& corner = m_corners[i];
-        if (!IsBelow(vertices.data[i], m_vertices.size()))
+        corner = {};
+        if (!IsBelow(vertices.data[i], m_vertexCount))
             return false;
         corner.vertex = static_cast<std::uint32_t>(vertices.data[i]);
-        if (!IsUsable(m_vertices[corner.vertex]))
+        if (m_hasBadVertices && !IsUsable(VertexAt(corner.vertex)))
             return false;
         if (m_hasNormals)
         {
@@ -220,7 +229,7 @@ std::vector<PolygonSplitter::Triangle> const& MeshTriangles::Divided()
         return m_splitter.Fan(m_corners.size());
     m_points.clear();
     for (TriangleCorner const& corner : m_corners)
-        m_points.push_back(m_vertices[corner.vertex]);
+        m_points.push_back(VertexAt(corner.vertex));
     return m_splitter.Split(m_points);
 }
 

@@ -22,12 +22,12 @@ public:
     void Read();
 
     /// What the runs ask for.
-    std::array<double, 3> const& VertexAt(std::uint32_t index) const { return m_vertices[index]; }
+    std::array<double, 3> VertexAt(std::uint32_t index) const;
     std::array<double, 3> NormalAt(std::uint32_t index) const;
     std::array<double, 2> TextureAt(std::uint32_t index) const;
 
 private:
-    void ReadVertices();
+    void CheckVertices();
     void ReadMaterials();
     void ReadFaces();
     void ReadEdges();
@@ -42,8 +42,10 @@ private:
     TriangleRuns m_runs;
     IPolygonMesh::PolygonMeshTypeEnum m_type;
     unsigned long m_polygonCount;
+    unsigned long m_vertexCount;
     unsigned long m_normalCount;
-    std::vector<std::array<double, 3>> m_vertices;
+    /// Whether a vertex has a number that makes no sense.
+    bool m_hasBadVertices = false;
     /// The first set, when it is one of two dimensions.
     ITextureVertexSet* m_texture = nullptr;
     unsigned long m_textureCount = 0;
