@@ -107,7 +107,7 @@ void MeshTriangles::ReadMaterials()
     if (m_mesh.PolygonMaterials(materials) == kIsValueSpecified_Yes)
         for (unsigned long long i = 0; i < materials.Size(); ++i)
             m_styles.emplace_back(materials.At(i).IsEmpty() ? std::string_view() : materials.At(i).At(0).View());
-    m_runOfStyle.resize(m_styles.size() + 1);
+    m_runOfStyle.resize(m_styles.size() + 1, {kNoRun, kNoRun, kNoRun, kNoRun});
 }
 
 void MeshTriangles::ReadFaces()
@@ -165,60 +165,38 @@ void MeshTriangles::ReadEdges()
     }
 }
 
-std::size_t MeshTriangles::RunOf(unsigned long polygon)
+std::size_t MeshTriangles::RunOf(unsigned long polygon, Lists const& lists)
 {
     unsigned int material = 0;
     bool const has = m_mesh.PolygonMaterialIndexAt(polygon, material) == kIsValueSpecified_Yes;
     std::size_t const style = has && material < m_styles.size() ? material : m_styles.size();
-    auto& run = m_runOfStyle[style][(m_hasNormals ? 1U : 0U) + (m_hasTexture ? 2U : 0U)];
-    if (!run)
+    std::uint32_t& run = m_runOfStyle[style][(lists.normals ? 1U : 0U) + (lists.texture ? 2U : 0U)];
+    if (run == kNoRun)
     {
-        run = m_runs.RunOf(style < m_styles.size() ? std::string_view(m_styles[style]) : std::string_view(),
-                           m_hasNormals, m_hasTexture);
+        run = static_cast<std::uint32_t>(
+            m_runs.RunOf(style < m_styles.size() ? std::string_view(m_styles[style]) : std::string_view(),
+                         lists.normals != nullptr, lists.texture != nullptr));
         // One of many would get too much.
         if (m_styles.size() <= 1)
-            m_runs.Reserve(*run, m_vertexCount, m_polygonCount);
+            m_runs.Reserve(run, m_vertexCount, m_polygonCount);
     }
-    return *run;
+    return run;
 }
 
-bool MeshTriangles::TakeCorners(EditablePolygon const& polygon)
+int const* MeshTriangles::TextureOf(EditablePolygon const& polygon, Lists& lists) const
 {
-    auto const vertices = polygon.VertexIndices();
-    if (!vertices.data || vertices.count < 3)
-        return false;
-    auto const normals = polygon.NormalIndices();
-    auto const sets = m_texture ? polygon.TextureSetIndices() : EditablePolygon::IndexList();
-    auto const texture = m_texture ? polygon.TextureVertexIndices() : EditablePolygon::IndexList();
-    m_hasNormals = normals.data && normals.count == vertices.count;
-    m_hasTexture = sets.data && sets.count > 0 && sets.data[0] == 0 && texture.data &&
-                   texture.count / sets.count == vertices.count && texture.count % sets.count == 0;
-    auto const count = static_cast<std::size_t>(vertices.count);
-    m_corners.resize(count);
-    for (std::size_t i = 0; i < count; ++i)
-    {
-        TriangleCorner& corner = m_corners[i];
-        corner = {};
-        if (!IsBelow(vertices.data[i], m_vertexCount))
-            return false;
-        corner.vertex = static_cast<std::uint32_t>(vertices.data[i]);
-        if (m_hasBadVertices && !IsUsable(VertexAt(corner.vertex)))
-            return false;
-        if (m_hasNormals)
-        {
-            if (!IsBelow(normals.data[i], m_normalCount))
-                return false;
-            corner.normal = static_cast<std::uint32_t>(normals.data[i]);
-        }
-        if (m_hasTexture)
-        {
-            int const place = texture.data[i * static_cast<std::size_t>(sets.count)];
-            if (!IsBelow(place, m_textureCount))
-                return false;
-            corner.texture = static_cast<std::uint32_t>(place);
-        }
-    }
-    return true;
+    auto const sets = polygon.TextureSetIndices();
+    auto const texture = polygon.TextureVertexIndices();
+    if (!sets.data || sets.count <= 0 || sets.data[0] != 0 || !texture.data ||
+        texture.count / sets.count != lists.vertices.count || texture.count % sets.count != 0)
+        return nullptr;
+    lists.setCount = static_cast<std::size_t>(sets.count);
+    return texture.data;
+}
+
+bool MeshTriangles::IsGood(std::uint32_t vertex) const
+{
+    return IsUsable(VertexAt(vertex));
 }
 
 std::vector<PolygonSplitter::Triangle> const& MeshTriangles::Divided()
@@ -235,15 +213,30 @@ std::vector<PolygonSplitter::Triangle> const& MeshTriangles::Divided()
 
 bool MeshTriangles::Read(EditablePolygon const& polygon, unsigned long place)
 {
-    if (!TakeCorners(polygon))
+    Lists lists{polygon.VertexIndices()};
+    if (!lists.vertices.data || lists.vertices.count < 3)
         return false;
-    std::size_t const run = RunOf(place);
+    if (auto const normals = polygon.NormalIndices(); normals.count == lists.vertices.count)
+        lists.normals = normals.data;
+    if (m_texture)
+        lists.texture = TextureOf(polygon, lists);
     std::uint32_t const face = m_faceOfPolygon.empty() ? SceneMesh::kNoFace : m_faceOfPolygon[place];
-    if (m_corners.size() == 3)
-        m_runs.Add(run, {m_corners[0], m_corners[1], m_corners[2]}, face, *this);
-    else
-        for (PolygonSplitter::Triangle const& triangle : Divided())
-            m_runs.Add(run, {m_corners[triangle[0]], m_corners[triangle[1]], m_corners[triangle[2]]}, face, *this);
+    if (lists.vertices.count == 3)
+    {
+        // By far the most: without a list on the way.
+        std::array<TriangleCorner, 3> corners;
+        if (!TakeCorner(lists, 0, corners[0]) || !TakeCorner(lists, 1, corners[1]) || !TakeCorner(lists, 2, corners[2]))
+            return false;
+        m_runs.Add(RunOf(place, lists), corners, face, *this);
+        return true;
+    }
+    m_corners.resize(static_cast<std::size_t>(lists.vertices.count));
+    for (std::size_t i = 0; i < m_corners.size(); ++i)
+        if (!TakeCorner(lists, i, m_corners[i]))
+            return false;
+    std::size_t const run = RunOf(place, lists);
+    for (PolygonSplitter::Triangle const& triangle : Divided())
+        m_runs.Add(run, {m_corners[triangle[0]], m_corners[triangle[1]], m_corners[triangle[2]]}, face, *this);
     return true;
 }
 

@@ -84,7 +84,7 @@ public:
         std::array<std::uint32_t, 3> numbers{};
         for (std::size_t i = 0; i < 3; ++i)
             numbers[i] = NumberOf(static_cast<std::uint32_t>(run), target, corners[i], source);
-        target.indices.insert(target.indices.end(), numbers.begin(), numbers.end());
+        AppendThree(target.indices, numbers);
         if (m_hasFaces)
             target.faces.push_back(face);
     }
@@ -126,6 +126,14 @@ private:
         Seen& seen = m_seen[corner.vertex];
         if (seen.run == run && seen.normal == corner.normal && seen.texture == corner.texture)
             return seen.number;
+        return OtherNumberOf(run, target, seen, corner, source);
+    }
+
+    // Apart, so that the way above is short enough to stand where it is called.
+    template <class Source>
+    [[gnu::noinline]] std::uint32_t OtherNumberOf(std::uint32_t run, Content& target, Seen& seen,
+                                                  TriangleCorner const& corner, Source const& source)
+    {
         auto const next = static_cast<std::uint32_t>(target.run.vertexCount);
         std::uint32_t number = next;
         bool const isIndexed = seen.run != Seen::kNoRun;
@@ -145,12 +153,21 @@ private:
         return number;
     }
 
+    // A range of three is appended by a call that costs more than they do.
+    template <class Number>
+    static void AppendThree(std::vector<Number>& list, std::array<Number, 3> const& numbers)
+    {
+        list.push_back(numbers[0]);
+        list.push_back(numbers[1]);
+        list.push_back(numbers[2]);
+    }
+
     template <class Source>
     static void AddVertex(Content& target, TriangleCorner const& corner, Source const& source)
     {
         ++target.run.vertexCount;
         std::array<double, 3> const point = source.VertexAt(corner.vertex);
-        target.positions.insert(target.positions.end(), point.begin(), point.end());
+        AppendThree(target.positions, point);
         if (target.run.hasNormals)
             AddNormal(target, source.NormalAt(corner.normal));
         if (target.run.hasTexture)
