@@ -17,7 +17,7 @@ import subprocess
 import sys
 import time
 
-BENCHMARKS = ("check", "cloud", "estimate", "exchange", "kernel", "mesh", "organisation", "properties", "scene",
+BENCHMARKS = ("check", "cloud", "estimate", "exchange", "kernel", "mesh", "organisation", "product", "properties", "scene",
               "structure", "start", "works")
 BINARIES = pathlib.Path("build/release/bin")
 # A line of the table that every benchmark ends with: what is measured, the most that it may be, what it was.

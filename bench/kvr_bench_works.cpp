@@ -20,15 +20,13 @@
 
 #include "bench/ChildProcess.h"
 #include "bench/Goals.h"
+#include "bench/HeldScene.h"
 #include "bench/MeshGenerator.h"
 #include "bench/Pairs.h"
 #include "bench/ProcessorTime.h"
 #include "bench/ScratchFolder.h"
 #include "describe/Dump.h"
 #include "exchange/ExportScene.h"
-#include "exchange/source/SceneFile.h"
-#include "exchange/source/SceneReading.h"
-#include "framework/api/UTF8String.h"
 #include "output/JsonWriter.h"
 #include "output/Output.h"
 
@@ -171,32 +169,6 @@ Figures PrintBare(fs::path const& from, fs::path const& to)
         throw std::runtime_error("The file has more in it than was printed");
     return figures;
 }
-
-/// A scene that a producer holds.
-class HeldScene
-{
-public:
-    explicit HeldScene(fs::path const& path)
-        : m_file(OptionsOf(path)), m_reading(KVR::SceneReading::Of(m_file.Producer()))
-    {
-        if (!m_reading.rootId)
-            throw std::runtime_error("The scene cannot be read");
-    }
-
-    KVR::IProducer& Producer() { return m_file.Producer(); }
-    KVR::UTF8String const& RootId() const { return *m_reading.rootId; }
-
-private:
-    static KVR::SceneOptions OptionsOf(fs::path const& path)
-    {
-        KVR::SceneOptions options;
-        options.path = path.string();
-        return options;
-    }
-
-    KVR::SceneFile m_file;
-    KVR::SceneReading m_reading;
-};
 
 Figures Export(fs::path const& scene, fs::path const& to)
 {
