@@ -20,6 +20,7 @@ GROUPS = (
     ("framework/xml_util/", "xml_util"),
     ("producer/XMLProducerImpl.h", "context"),
     ("producer/ObjectNodeIndex.h", "context"),
+    ("producer/ObjectStore.h", "context"),
     ("producer/SideFileIndex.h", "context"),
     ("producer/ElementReaders.h", "context"),
     ("producer/XMLProducerServices.cpp", "context"),
