@@ -296,7 +296,9 @@ void RunFailures(double scale, Tally& tally)
         scale, kAll, "open", [&](long n, bool once) { return Open(path, n, once); }, path, tally);
     FailEach(
         scale, kAll, "ask and end", [&](long n, bool once) { return AskAndEnd(path, n, once); }, path, tally);
-    // Tens of thousands each.
+    // Tens of thousands each. A small share leaves out bodies that are meshed: where Open CASCADE lacks memory for its
+    // threads, it takes half a minute by the clock until that is told.
+    constexpr double kLarge = 0.1;
     constexpr std::uint64_t kSome = 1000;
     std::string const scene = copies.Make(SceneCopies::Kind::kModel);
     Test::TempFolder const folder;
@@ -304,6 +306,9 @@ void RunFailures(double scale, Tally& tally)
     WriteBytes(model, ModelFiles::Brep());
     for (char const* const target : {"out.xml", "meshed.xml", "out.stl", "out.step", "out.brep"})
     {
+        bool const isMeshed = std::string_view(target) == "meshed.xml" || std::string_view(target) == "out.stl";
+        if (isMeshed && scale < kLarge)
+            continue;
         Exchange exchange(std::string_view(target).ends_with(".xml") ? model : scene, target);
         FailEach(
             scale, kSome, target, [&](long n, bool once) { return exchange.Try(n, once); }, path, tally);
