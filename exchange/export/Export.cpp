@@ -167,8 +167,7 @@ std::optional<std::vector<std::string>> Write(IProducer& producer, UTF8String co
 
 // What the child does.
 void ExportHere(SceneOptions const& sceneOptions, std::string const& target, std::string const& path,
-                ExportOptions const& options, std::set<std::string> const& leftOut, ChildLimits const& limits,
-                ChildVoice const& voice)
+                ExportOptions const& options, std::set<std::string> const& leftOut, ChildVoice const& voice)
 {
     try
     {
@@ -193,7 +192,7 @@ void ExportHere(SceneOptions const& sceneOptions, std::string const& target, std
     }
     catch (std::bad_alloc const&)
     {
-        throw ExportError(Escaped(sceneOptions.path) + ": " + limits.MemoryText());
+        throw;
     }
     catch (SceneFilterError const& error)
     {
@@ -226,7 +225,7 @@ void ExportInChildren(SceneOptions const& scene, std::string const& path, WorkFo
         ChildResult child = RunInChild(
             [&](ChildVoice const& voice)
             {
-                ExportHere(scene, path, folder.Inside().string(), options, leftOut, limits, voice);
+                ExportHere(scene, path, folder.Inside().string(), options, leftOut, voice);
                 return std::string();
             },
             progress, limits);
@@ -240,9 +239,11 @@ void ExportInChildren(SceneOptions const& scene, std::string const& path, WorkFo
         }
         std::string const ended = "its writer ended " + child.EndText();
         std::string const subject = Escaped(child.subject);
+        if (child.isOutOfMemory)
+            throw ExportError(Escaped(scene.path) + ": " + *child.failure);
         if (child.failure)
             throw ExportError(*child.failure);
-        if (subject.empty() || leftOut.size() == kMostLeftOut)
+        if (subject.empty() || child.hasStalled || leftOut.size() == kMostLeftOut)
         {
             std::string const place = subject.empty() ? std::string() : ", at " + subject;
             throw ExportError(fmt::format("{}: {}{}; nothing was written", Escaped(path), ended, place));
