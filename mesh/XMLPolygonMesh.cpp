@@ -8,6 +8,7 @@
 #include "framework/xml_util/FormatNames.h"
 #include "framework/xml_util/XMLUtils.h"
 #include "producer/ElementReaders.h"
+#include "producer/SideFileIndex.h"
 #include "producer/XMLProducerImpl.h"
 #include "readers/ChangeKeyReader.h"
 #include "readers/ExtensionDataReader.h"
@@ -182,6 +183,11 @@ bool ReadPolygonMesh(XMLProducerImpl* producer, xercesc::DOMNode* node, MeshStor
 {
     XMLUtils::GetNodeAttribute(node, Names::ID, id);
     StoreEntry<XMLPolygonMesh>& entry = meshStore[id];
+    if (!entry.object && producer->sideFileIndex->hasUnreadMeshes && !id.IsEmpty())
+    {
+        entry.owned = std::make_unique<XMLPolygonMesh>(id, producer);
+        entry.object = entry.owned.get();
+    }
     if (!entry.object)
     {
         TellObserver(&ReadObserver::ElementDropped, node, DropReason::kNoRecord);

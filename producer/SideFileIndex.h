@@ -1,6 +1,8 @@
 #pragma once
 
+#include <functional>
 #include <map>
+#include <vector>
 
 #include "framework/api/UTF8String.h"
 #include "producer/ObjectStore.h"
@@ -43,6 +45,21 @@ public:
     VitreolAssets vitreolAssets;
     /// Owned until an object takes them.
     SubObjectPersistentIds subObjectPersistentIds;
+
+    /// Stores that are read when the first curve is.
+    std::vector<std::function<void()>> deferredStores;
+    /// Whether a mesh without an entry is one of a store that is not read.
+    bool hasUnreadMeshes = false;
+
+    /// To be called before a curve is read.
+    void ReadDeferredStores()
+    {
+        if (!deferredStores.empty()) [[unlikely]]
+            ReadAllDeferred();
+    }
+
+private:
+    void ReadAllDeferred();
 };
 
 }  // namespace KVR

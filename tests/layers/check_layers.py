@@ -27,6 +27,7 @@ GROUPS = (
     ("producer/Export.h", "facade"),
     ("producer/XMLProducer.h", "facade"),
     ("producer/XMLProducerOptions.h", "facade"),
+    ("producer/StoreNeeds.h", "facade"),
     ("producer/", "producer"),
     ("readers/", "readers"),
     ("geometry/curvedata/", "curvedata"),
@@ -116,10 +117,10 @@ MAY_INCLUDE = {
     # What touches files and processes; what a scene of the exchange says in extension data; how a scene file is opened;
     # models of other programs as documents of Open CASCADE.
     "run": ("api", "kernel", "output", "exchange"),
-    "conventions": ("api",),
+    "conventions": ("api", "output"),
     "source": ("api", "xml_util", "document policy", "facade", "output", "estimate", "exchange"),
     "model": ("api", "kernel", "run"),
-    "meshes": ("api", "model"),
+    "meshes": ("api", "output", "model"),
     "import": ("extension types", "api", "kernel", "authoring", "xml_util", "output", "exchange", "run", "conventions",
                "model", "meshes"),
     "export": ("extension types", "api", "kernel", "gmk_interface", "scene", "query", "output", "exchange", "run",
