@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstring>
 #include <deque>
+#include <limits>
 #include <memory>
 #include <new>
 #include <string>
@@ -14,6 +15,7 @@
 #include <vector>
 
 #include "framework/api/LargePages.h"
+#include "framework/api/Subscript.h"
 #include "framework/api/kvr_api.h"
 
 namespace KVR
@@ -66,7 +68,7 @@ struct alignas(32) Slot
     std::uint32_t place = kAbsent;
     // It says where the slot belongs in a table of any size, so that growing asks nobody for a hash.
     std::uint32_t tag = 0;
-    // The id itself, or for a long one a pointer to it and its size.
+    // The id itself, or for a long one where it stands and its size.
     std::array<char, kMostShort> text{};
     unsigned char length = 0;
 
@@ -81,16 +83,21 @@ struct alignas(32) Slot
         length = static_cast<unsigned char>(id.size());
         std::copy(id.begin(), id.end(), text.begin());
     }
-    void SetLong(std::string const* id)
+    void SetLong(std::string const& id)
     {
         length = kLong;
-        std::memcpy(text.data(), &id, sizeof id);
+        char const* const data = id.data();
+        auto const size = static_cast<std::uint32_t>(id.size());
+        std::memcpy(text.data(), &data, sizeof data);
+        std::memcpy(text.data() + sizeof data, &size, sizeof size);
     }
-    std::string const& LongId() const
+    std::string_view LongId() const
     {
-        std::string const* id = nullptr;
-        std::memcpy(&id, text.data(), sizeof id);
-        return *id;
+        char const* data = nullptr;
+        std::uint32_t size = 0;
+        std::memcpy(&data, text.data(), sizeof data);
+        std::memcpy(&size, text.data() + sizeof data, sizeof size);
+        return {data, size};
     }
 };
 
@@ -210,10 +217,12 @@ struct ObjectCollector::Registry
         }
         slots.Reserve();
         Slot slot;
+        if (id.Size() > std::numeric_limits<std::uint32_t>::max())
+            ThrowTooLong();
         if (id.Size() <= Slot::kMostShort)
             slot.SetShort(id.View());
         else
-            slot.SetLong(&longIds.emplace_back(id.View()));
+            slot.SetLong(longIds.emplace_back(id.View()));
         slot.object = object.get();
         slot.place = place;
         slot.tag = TagOf(id.View());
