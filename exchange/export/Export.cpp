@@ -22,6 +22,7 @@
 #include "exchange/source/SceneProblem.h"
 #include "exchange/source/SceneReading.h"
 #include "exchange/source/SideFileCheck.h"
+#include "framework/api/Exception.h"
 #include "framework/api/UTF8String.h"
 #include "framework/kernel/KernelMessages.h"
 #include "inspect/query/FilteredScene.h"
@@ -92,10 +93,11 @@ std::string SentenceOf(std::string const& path, std::exception const& error)
         return error.what();
     if (dynamic_cast<TargetError const*>(&error))
         return Escaped(error.what());
-    auto const* const system = dynamic_cast<std::system_error const*>(&error);
-    return Escaped(path) + ": " +
-           (system ? "it cannot be written: " + std::generic_category().message(system->code().value())
-                   : Escaped(error.what()));
+    if (auto const* const system = dynamic_cast<std::system_error const*>(&error))
+        return Escaped(path) + ": it cannot be written: " + std::generic_category().message(system->code().value());
+    // What libraries say of content that they were not made for is no sentence.
+    bool const isSaid = dynamic_cast<std::runtime_error const*>(&error) || dynamic_cast<Exception const*>(&error);
+    return Escaped(path) + ": " + (isSaid ? Escaped(error.what()) : "the content of the scene makes no sense");
 }
 
 // The shares of the time that stages take.

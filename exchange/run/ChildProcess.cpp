@@ -15,11 +15,13 @@
 #include <cstring>
 #include <iostream>
 #include <new>
+#include <stdexcept>
 #include <system_error>
 
 #include "exchange/run/ChildReport.h"
 #include "exchange/run/OutOfMemory.h"
 #include "exchange/run/StallWatch.h"
+#include "framework/api/Exception.h"
 #include "framework/kernel/KernelMessages.h"
 
 namespace KVR
@@ -53,7 +55,9 @@ void Work(std::function<std::string(ChildVoice const&)> const& work, ChildVoice 
     }
     catch (std::exception const& error)
     {
-        voice.Failure(error.what());
+        // What libraries say of content that they were not made for is no sentence.
+        bool const isSaid = dynamic_cast<std::runtime_error const*>(&error) || dynamic_cast<Exception const*>(&error);
+        voice.Failure(isSaid ? error.what() : "its content makes no sense");
     }
     catch (Standard_Failure const& error)
     {
