@@ -21,9 +21,11 @@ public:
     DocumentMemory(DocumentMemory const&) = delete;
     DocumentMemory& operator=(DocumentMemory const&) = delete;
 
+    /// That of the manager for all else: what is thrown may outlive the document.
     xercesc::MemoryManager* getExceptionMemoryManager() override { return m_small->getExceptionMemoryManager(); }
     /// Throws xercesc::OutOfMemoryException.
     void* allocate(XMLSize_t size) override;
+    /// Gives back what allocate answered, or null.
     void deallocate(void* memory) override;
 
 private:
