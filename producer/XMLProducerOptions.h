@@ -45,6 +45,9 @@ public:
 private:
     friend struct StoreNeeds;
     struct Flags;
+
+    StoreNeeds const& Needs() const noexcept;
+    void SetNeeds(StoreNeeds const& needs);
     std::unique_ptr<Flags> m_flags;
 };
 
