@@ -151,6 +151,7 @@ bool SideStoreReader::ReadMeshStore(UTF16String const& path, MeshStore& meshStor
     FilePtr const file(UTF8String(fullPath), "rb");
     if (!file)
         return NotOpened(fullPath);
+    errno = 0;
     bool const isRead = ReadMeshes(file, meshStore, curveStore);
     TellIfUnread(file, fullPath);
     return isRead;
@@ -226,6 +227,7 @@ bool SideStoreReader::ReadMeshSegmentStore(UTF16String const& fullPath, MeshStor
     FilePtr const file(UTF8String(fullPath), "rb");
     if (!file)
         return NotOpened(fullPath);
+    errno = 0;
     bool const isRead = ReadSegmentRecords(file, meshStore);
     TellIfUnread(file, fullPath);
     return isRead;
@@ -239,10 +241,11 @@ bool SideStoreReader::NotOpened(UTF16String const& fullPath) const
     return false;
 }
 
-// A store that the system ceases to give counts as one that is short, but for who is to be told.
+// A store that the system ceases to give counts as one that is short, but for who is to be told. Of a place that it
+// cannot go to, errno alone tells, which was cleared before.
 void SideStoreReader::TellIfUnread(std::FILE* file, UTF16String const& fullPath) const
 {
-    if (std::ferror(file))
+    if (std::ferror(file) || errno == EIO)
         TellUnread(fullPath);
 }
 
