@@ -1,5 +1,6 @@
 #include "geometry/KernelStore.h"
 
+#include <cerrno>
 #include <cstdint>
 #include <memory>
 #include <string_view>
@@ -17,6 +18,7 @@
 #include "framework/kernel/entity_iterator.h"
 #include "framework/kernel/entity_list.h"
 #include "framework/kernel/restore.h"
+#include "framework/xml_util/OpenFailure.h"
 #include "framework/xml_util/ReadObserver.h"
 #include "framework/xml_util/SideFilePath.h"
 #include "framework/xml_util/SubObjectPersistentIdReader.h"
@@ -70,6 +72,12 @@ void PostSecurityEvent(XMLProducerImpl const& producer, bool isRestored, UTF16St
                                       : FileException::kFileErrorCode_InsecureContentRefused);
     auto const event = std::make_unique<ExceptionEvent>(ExceptionEvent::kEventType_Exception, exception);
     producer.eventManager->PostEvent(event.get());
+}
+
+void TellUnread(XMLProducerImpl const& producer, UTF16String const& path)
+{
+    if (producer.options && producer.options->UnreadSideFileHandler())
+        producer.options->UnreadSideFileHandler()(path);
 }
 
 using RowRange = std::pair<std::uint64_t, std::uint64_t>;
@@ -151,12 +159,14 @@ bool RestoreKernelStore(KernelStoreContext const& context, UTF16String const& pa
     UTF16String const path = ResolveSideFilePath(context.sceneFilePath, pathText);
     StoreForm const& form = FormOf(path);
     std::unique_ptr<std::FILE, CloseStore> file(GMKUtil::OpenGmkFile(UTF8String(path), form.openMode));
+    XMLProducerImpl& producer = context.producer;
     if (!file)
     {
+        if (IsFailureOfSystem(errno))
+            TellUnread(producer, path);
         TellObserver(&ReadObserver::StoreFailed, StoreFailure::kNotOpened, "the file cannot be opened");
         return false;
     }
-    XMLProducerImpl& producer = context.producer;
     GMKHistoryUtil::SetActiveHistoryStream(producer.GetHistoryStream());
     GKI_RESTORE restore(file.get(), form.isText, -1);
     bool const allowsInsecure = producer.options && producer.options->WantRestoreInsecureGMKFiles();
@@ -172,8 +182,8 @@ bool RestoreKernelStore(KernelStoreContext const& context, UTF16String const& pa
     if (found && producer.eventManager)
         PostSecurityEvent(producer, allowsInsecure, pathText);
     TellOutcome(restored, found);
-    if (restored.error_number() == outcome::kBadFile && producer.options && producer.options->UnreadSideFileHandler())
-        producer.options->UnreadSideFileHandler()(path);
+    if (restored.error_number() == outcome::kBadFile)
+        TellUnread(producer, path);
     file.reset();
     FileEntities(entities, restore.row_ranges(), curveEntities, bodyEntities);
     return true;

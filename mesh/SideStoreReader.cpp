@@ -1,11 +1,13 @@
 #include "mesh/SideStoreReader.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <memory>
 #include <string_view>
 #include <utility>
 
 #include "framework/api/IOUtil.h"
+#include "framework/xml_util/OpenFailure.h"
 #include "framework/xml_util/ReadObserver.h"
 #include "framework/xml_util/SideFilePath.h"
 #include "framework/xml_util/StoreCursor.h"
@@ -45,12 +47,6 @@ void TellRecord(StoreCursor const& store, std::string_view kind, UTF8String cons
 {
     if (ReadObserver* const observer = Observer()) [[unlikely]]
         observer->RecordRead({kind, id, begin, store.Position(), isKept});
-}
-
-bool NotOpened()
-{
-    TellObserver(&ReadObserver::StoreFailed, StoreFailure::kNotOpened, "the file cannot be opened");
-    return false;
 }
 
 StoreMaterials ReadMaterialTable(StoreCursor& store, unsigned long long offset)
@@ -154,7 +150,8 @@ bool SideStoreReader::ReadMeshStore(UTF16String const& path, MeshStore& meshStor
     UTF16String const fullPath = ResolveSideFilePath(m_sceneFilePath, path);
     FilePtr const file(UTF8String(fullPath), "rb");
     if (!file)
-        return NotOpened();
+        return NotOpened(fullPath);
+    errno = 0;
     bool const isRead = ReadMeshes(file, meshStore, curveStore);
     TellIfUnread(file, fullPath);
     return isRead;
@@ -229,17 +226,33 @@ bool SideStoreReader::ReadMeshSegmentStore(UTF16String const& fullPath, MeshStor
         return true;
     FilePtr const file(UTF8String(fullPath), "rb");
     if (!file)
-        return NotOpened();
+        return NotOpened(fullPath);
+    errno = 0;
     bool const isRead = ReadSegmentRecords(file, meshStore);
     TellIfUnread(file, fullPath);
     return isRead;
 }
 
-// A store that the system ceases to give counts as one that is short, but for who is to be told.
+bool SideStoreReader::NotOpened(UTF16String const& fullPath) const
+{
+    if (IsFailureOfSystem(errno))
+        TellUnread(fullPath);
+    TellObserver(&ReadObserver::StoreFailed, StoreFailure::kNotOpened, "the file cannot be opened");
+    return false;
+}
+
+// A store that the system ceases to give counts as one that is short, but for who is to be told. Of a place that it
+// cannot go to, errno alone tells, which was cleared before.
 void SideStoreReader::TellIfUnread(std::FILE* file, UTF16String const& fullPath) const
 {
+    if (std::ferror(file) || errno == EIO)
+        TellUnread(fullPath);
+}
+
+void SideStoreReader::TellUnread(UTF16String const& fullPath) const
+{
     XMLProducerOptions const* const options = m_producer ? m_producer->options : nullptr;
-    if (std::ferror(file) && options && options->UnreadSideFileHandler())
+    if (options && options->UnreadSideFileHandler())
         options->UnreadSideFileHandler()(fullPath);
 }
 

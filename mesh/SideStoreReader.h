@@ -40,6 +40,8 @@ private:
 
     bool ReadMeshes(std::FILE* file, MeshStore& meshStore, CurveStore& curveStore);
     bool ReadSegmentRecords(std::FILE* file, MeshStore& meshStore);
+    bool NotOpened(UTF16String const& fullPath) const;
+    void TellUnread(UTF16String const& fullPath) const;
     void TellIfUnread(std::FILE* file, UTF16String const& fullPath) const;
     StoreMaterials ReadHeader(StoreCursor& store, unsigned long long& recordCount) const;
     void ReadRecord(StoreCursor& store, StoreMemory& memory, MeshRecordReader& meshes, Stores const& stores);

@@ -31,12 +31,12 @@ std::FILE* OpenToRead(UTF8String const& path, UTF8String const& mode)
     struct stat status
     {
     };
-    std::FILE* file = nullptr;
-    if (::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode))
-        file = ::fdopen(descriptor, mode.Value());
+    bool const isKnown = ::fstat(descriptor, &status) == 0;
+    bool const isOther = isKnown && !S_ISREG(status.st_mode);
+    std::FILE* const file = isKnown && !isOther ? ::fdopen(descriptor, mode.Value()) : nullptr;
     if (!file)
     {
-        int const error = S_ISREG(status.st_mode) ? errno : 0;
+        int const error = isOther ? 0 : errno;
         ::close(descriptor);
         errno = error;
     }

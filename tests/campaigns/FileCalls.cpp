@@ -120,6 +120,8 @@ private:
         std::string error;
     };
 
+    static long LinesOf(Result const& result) { return std::count(result.error.begin(), result.error.end(), '\n'); }
+
     std::vector<std::string> Words(std::size_t work) const
     {
         std::istringstream arguments(m_work[work].arguments);
@@ -162,19 +164,22 @@ private:
             return "status " + std::to_string(result.status);
         // The sentence is a write, too.
         bool const isMute = call == "write" && result.error.empty();
-        if (result.status == 1 && !isMute && std::count(result.error.begin(), result.error.end(), '\n') != 1)
+        Result const& whole = m_whole[work];
+        // Behind what it remarks on.
+        if (result.status == 1 && !isMute && LinesOf(result) != 1 && LinesOf(result) != LinesOf(whole) + 1)
             return "no sentence";
         Contents files = result.files;
         if (std::find(std::begin(kRemoving), std::end(kRemoving), call) != std::end(kRemoving))
             std::erase_if(files, [](auto const& file) { return file.first.starts_with(".kvr-"); });
-        Result const& whole = m_whole[work];
         // What is left out is told.
         bool const isTold = result.error != whole.error;
         if (result.status == 0 && !isTold && files != whole.files)
             return "done, but the files are not whole";
         if (result.status == 0 && !isTold && result.out != whole.out)
             return "done, but not all is said";
-        if (result.status == 1 && files != m_good)
+        // What is written to standard output comes last.
+        bool const isDone = call == "write" && files == whole.files;
+        if (result.status == 1 && files != m_good && !isDone)
             return "failed, but files are left";
         return {};
     }
