@@ -13,10 +13,13 @@ import json
 import os
 import random
 import re
+import resource
 import shlex
+import shutil
 import subprocess
 import sys
 import time
+import zlib
 from concurrent.futures import ThreadPoolExecutor
 from dataclasses import dataclass, field
 from pathlib import Path
@@ -28,8 +31,18 @@ FOLDERS = ("producer", "readers", "structure", "geometry", "geometry/curvedata",
 # Not readers' tables: what observers are told, files for writers, the platform.
 LEFT_OUT = re.compile(r"framework/xml_util/(ReadObserver|SideFileNotes|FormatNames|Export|DomWalk\.h|XMLPlatform)")
 PROGRAMS = ("producer", "geometry", "appearance", "organisation", "annotation", "xml_util")
-# A test program that hangs has noticed.
-SECONDS = 120
+# A test program that hangs, or that wants all memory, has noticed: so many seconds, and ten times what its tests take
+# without a mistake; so many bytes.
+SECONDS = 20
+BYTES = 8 << 30
+# Deep recursions take more of the stack than in a release.
+STACK = 128 << 20
+# Tests of time, memory and damage take long, and look at no table's rows.
+LARGE = ("Hostile*", "SteadyMemory*", "*Million*", "*NurbsOracle*", "PolygonSlab.*Polygon*", "*HundredThousand*",
+         "*AThousandLevels*", "*AnyByteChanged*", "KernelOwnership.Producing*", "*ValueByValue*", "*StreamedAndNotHeld*",
+         "Threads.*")
+# What is compiled besides the copy.
+ALONE = ("tests/mutation/Runtime.cpp", "tests/support/RunOnStack.cpp")
 # What most sources include, compiled once for each library.
 HEADERS = ("tests/mutation/mistakes.h", "framework/api/kvr_api.h", "framework/xml_util/XMLStrUtil.h",
            "framework/xml_util/XMLUtils.h", "framework/xml_util/ReadObserver.h")
@@ -71,6 +84,8 @@ class Tree:
     def __init__(self, root: Path, build: Path, work: Path, jobs: int) -> None:
         self.root, self.build, self.work, self.jobs = root, build, work, jobs
         kinds = Kinds.of((root / "framework/xml_util/FormatNames.h").read_text())
+        known = work / "left_out.json"
+        self.known: dict[str, list[int]] = json.loads(known.read_text()) if known.exists() else {}
         self.sources: dict[str, Source] = {}
         self.mutants: dict[int, Mutant] = {}
         number = 0
@@ -80,7 +95,7 @@ class Tree:
                 if LEFT_OUT.match(path):
                     continue
                 text = file.read_text()
-                source = Source(path, text, places_of(text, kinds), number)
+                source = Source(path, text, places_of(text, kinds), number, self.known_left_out(path, text))
                 self.sources[path] = source
                 for number, place, mistake in source.numbers():
                     self.mutants[number] = Mutant(number, path, text.count("\n", 0, place.start) + 1, place.operator,
@@ -89,6 +104,14 @@ class Tree:
         commands = json.loads((build / "compile_commands.json").read_text())
         self.commands = {str(Path(c["file"]).relative_to(root)): c for c in commands
                          if Path(c["file"]).is_relative_to(root)}
+
+    def known_left_out(self, path: str, text: str) -> set[int]:
+        """What did not compile when the source was as it is now."""
+        return set(self.known.get(f"{path} {zlib.crc32(text.encode())}", []))
+
+    def keep_left_out(self) -> None:
+        kept = {f"{s.path} {zlib.crc32(s.text.encode())}": sorted(s.left_out) for s in self.sources.values()}
+        (self.work / "left_out.json").write_text(json.dumps(kept))
 
     def write(self, source: Source) -> None:
         text = with_mistakes(source.text, source.places, source.first, source.left_out)
@@ -112,7 +135,7 @@ class Tree:
         del words[output : output + 2]
         words = [w for w in words if not w.endswith(".cpp") and w not in ("-c", "-O3", "-Werror")]
         words[1:1] = ["-I", str(self.work / "src"), "-I", str(self.root)]
-        return [*words, "-O0", "-w", "-fmax-errors=0"]
+        return [*words, "-O0", "-w", "-fmax-errors=0", "-DKVR_LARGE_FRAMES"]
 
     def header_for(self, path: str) -> Path:
         """The header that all sources of a library begin with."""
@@ -153,7 +176,7 @@ class Tree:
     def build_objects(self) -> None:
         for source in self.sources.values():
             self.write(source)
-        pending = [path for path in self.sources if path.endswith(".cpp")] + ["tests/mutation/Runtime.cpp"]
+        pending = [path for path in self.sources if path.endswith(".cpp")] + [*ALONE]
         pending = [path for path in pending if self.is_stale(path)]
         for path in ("framework/xml_util/DomWalk.cpp", "producer/DocumentScan.cpp"):
             while errors := self.compile_header(path):
@@ -167,6 +190,7 @@ class Tree:
             if failed and not self.leave_out("\n".join(failed.values())):
                 sys.exit("mutation: " + "\n".join(failed.values())[:4000])
             pending = list(failed)
+        self.keep_left_out()
         for source in self.sources.values():
             for number, place, _ in source.numbers():
                 if source.places.index(place) in source.left_out:
@@ -192,9 +216,14 @@ class Tree:
         words = self.last_command(f"lib/{library}")
         kept = [w for w in words if not w.endswith(".o") or not self.is_mutated(w)]
         at = kept.index("-o")
-        kept[at + 1] = str(self.work / "lib" / library.rsplit(".", 2)[0])
-        (self.work / "lib").mkdir(parents=True, exist_ok=True)
-        subprocess.run(kept[:at] + self.objects(is_shared=True) + kept[at:], cwd=self.build, check=True)
+        made = self.work / "lib" / library.rsplit(".", 2)[0]
+        kept[at + 1] = str(made)
+        made.parent.mkdir(parents=True, exist_ok=True)
+        # So that who builds meanwhile changes nothing here.
+        for file in (self.build / "lib").glob("*.so.?"):
+            if file.name != made.name:
+                shutil.copy2(file, made.parent / file.name)
+        self.make(made, kept[:at] + self.objects(is_shared=True) + kept[at:])
         with ThreadPoolExecutor(self.jobs) as pool:
             list(pool.map(self.link_program, PROGRAMS))
 
@@ -209,21 +238,27 @@ class Tree:
         self.program(name).parent.mkdir(parents=True, exist_ok=True)
         # In front, so that of what several objects have the linker takes the copy with mistakes.
         first = next(i for i, word in enumerate(words) if word.endswith(".o"))
-        words[first:first] = [*self.objects(is_shared=False), str(self.object_of("tests/mutation/Runtime.cpp")), "-rdynamic"]
-        subprocess.run(words, cwd=self.build, check=True)
+        alone = [str(self.object_of(path)) for path in ALONE]
+        words[first:first] = [*self.objects(is_shared=False), *alone, "-rdynamic"]
+        self.make(self.program(name), words)
+
+    def make(self, made: Path, words: list[str]) -> None:
+        """Links, if something is newer."""
+        read = [self.build / word for word in words if word.endswith((".o", ".a", ".so"))]
+        if not made.exists() or any(file.stat().st_mtime > made.stat().st_mtime for file in read if file.exists()):
+            subprocess.run(words, cwd=self.build, check=True)
 
     def program(self, name: str) -> Path:
         return self.work / "bin" / f"kvr_tests_{name}"
 
-    def run(self, name: str, tests: list[str], **extra: str) -> tuple[bool, str]:
+    def run(self, name: str, tests: list[str], seconds: float, **extra: str) -> tuple[bool, str]:
         """Whether the tests pass, and the first that does not."""
         environment = dict(os.environ, RC_PARAMS="seed=20240301", LD_LIBRARY_PATH=str(self.work / "lib"), **extra)
         words = [str(self.program(name)), "--gtest_fail_fast", "--gtest_brief=1"]
-        if tests:
-            words.append("--gtest_filter=" + ":".join(tests))
+        words.append("--gtest_filter=" + (":".join(tests) if tests else "-" + ":".join(LARGE)))
         try:
             done = subprocess.run(words, env=environment, capture_output=True, text=True, errors="replace",
-                                  cwd=self.build, timeout=SECONDS)
+                                  cwd=self.build, timeout=seconds)
         except subprocess.TimeoutExpired:
             return False, "a limit of time"
         failed = re.search(r"\[  FAILED  \] ([\w./]+)", done.stdout)
@@ -248,28 +283,33 @@ class Meeting:
 
 def record(tree: Tree) -> Meeting:
     meeting = Meeting({}, {})
+    library = max(file.stat().st_mtime for file in (tree.work / "lib").iterdir())
     for name in PROGRAMS:
         file = tree.work / f"met_{name}"
-        good, by = tree.run(name, [], KVR_MUTANTS_MET=str(file))
-        if not good:
-            sys.exit(f"mutation: without a mistake kvr_tests_{name} fails: {by}")
+        if not file.exists() or file.stat().st_mtime < max(library, tree.program(name).stat().st_mtime):
+            good, by = tree.run(name, [], 600, KVR_MUTANTS_MET=f"{file}.new")
+            if not good:
+                sys.exit(f"mutation: without a mistake kvr_tests_{name} fails: {by}")
+            os.replace(f"{file}.new", file)
         rows = [line.split() for line in file.read_text().splitlines()]
         meeting.always[name] = {int(n) for n in rows[0][2:]}
         meeting.tests[name] = [(row[0], int(row[1]), {int(n) for n in row[2:]}) for row in rows[1:]]
     return meeting
 
 
-def batches(tests: list[tuple[str, int]]) -> list[list[str]]:
-    """Quick tests first; each batch takes ten times as long as the one before."""
-    made: list[list[str]] = [[]]
+def batches(tests: list[tuple[str, int]]) -> list[tuple[list[str], float]]:
+    """Quick tests first, with the seconds that are allowed; each batch takes ten times as long as the one before."""
+    made: list[tuple[list[str], int]] = []
+    names: list[str] = []
     budget, spent = 300, 0
     for name, milliseconds in sorted(tests, key=lambda test: test[1]):
-        if made[-1] and spent + milliseconds > budget:
-            made.append([])
-            budget, spent = budget * 10, 0
-        made[-1].append(name)
+        if names and spent + milliseconds > budget:
+            made.append((names, spent))
+            budget, names, spent = budget * 10, [], 0
+        names.append(name)
         spent += milliseconds
-    return [batch for batch in made if batch]
+    made.append((names, spent))
+    return [(names, SECONDS + spent / 100) for names, spent in made if names]
 
 
 def own_program(path: str) -> str:
@@ -284,8 +324,8 @@ def try_mutant(tree: Tree, meeting: Meeting, mutant: Mutant) -> None:
         in_tables = mutant.number in meeting.always[name]
         tests = [(test, ms) for test, ms, numbers in meeting.tests[name] if in_tables or mutant.number in numbers]
         met = met or bool(tests)
-        for batch in batches(tests):
-            good, by = tree.run(name, batch, KVR_MUTANT=str(mutant.number))
+        for batch, seconds in batches(tests):
+            good, by = tree.run(name, batch, seconds, KVR_MUTANT=str(mutant.number))
             if not good:
                 mutant.state, mutant.by = "killed", by
                 return
@@ -316,12 +356,38 @@ def report(tree: Tree, tried: list[Mutant], share: float) -> int:
     return 1 if left else 0
 
 
+def try_all(tree: Tree, meeting: Meeting, to_try: list[Mutant], keeps: bool) -> None:
+    """Tries the mistakes, and writes down each at once; takes over what was killed before if that is wanted."""
+    log = tree.work / "tried.jsonl"
+    before: dict[tuple[str, int, str], str] = {}
+    if keeps and log.exists():
+        rows = [json.loads(line) for line in log.read_text().splitlines()]
+        before = {(r["path"], r["line"], r["change"]): r["by"] for r in rows if r["state"] == "killed"}
+    start = time.monotonic()
+    with log.open("a" if keeps else "w") as file:
+
+        def try_one(mutant: Mutant) -> None:
+            by = before.get((mutant.path, mutant.line, mutant.change))
+            if by:
+                mutant.state, mutant.by = "killed", by
+                return
+            try_mutant(tree, meeting, mutant)
+            file.write(json.dumps(vars(mutant)) + "\n")
+            file.flush()
+
+        with ThreadPoolExecutor(tree.jobs) as pool:
+            for count, _ in enumerate(pool.map(try_one, to_try), 1):
+                if count % 100 == 0:
+                    print(f"{count} of {len(to_try)}, {time.monotonic() - start:.0f} s", flush=True)
+
+
 def main() -> int:
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--build", default="build/release", help="the build whose tests are used")
     parser.add_argument("--share", type=float, default=1.0, help="the share of all mistakes to try")
     parser.add_argument("--seed", type=int, default=1, help="which share")
     parser.add_argument("--only", default="", help="a pattern for paths, operators or numbers: \"path operator number\"")
+    parser.add_argument("--keep", action="store_true", help="take over what earlier runs of the same sources killed")
     parser.add_argument("--jobs", type=int, default=os.cpu_count() or 1)
     parser.add_argument("--list", action="store_true", help="list the mistakes, and try none")
     options = parser.parse_args()
@@ -335,16 +401,15 @@ def main() -> int:
         for mutant in chosen:
             print(f"{mutant.path}:{mutant.line}: {mutant.operator} {mutant.number}: {mutant.change}")
         return 0
+    for limit, least in ((resource.RLIMIT_STACK, STACK), (resource.RLIMIT_AS, BYTES), (resource.RLIMIT_CORE, 0)):
+        resource.setrlimit(limit, (least, resource.getrlimit(limit)[1]))
     tree.build_objects()
     tree.link()
     start = time.monotonic()
     meeting = record(tree)
     print(f"without a mistake: {time.monotonic() - start:.0f} s", flush=True)
     to_try = [mutant for mutant in chosen if not mutant.state]
-    with ThreadPoolExecutor(options.jobs) as pool:
-        for count, _ in enumerate(pool.map(lambda m: try_mutant(tree, meeting, m), to_try), 1):
-            if count % 100 == 0:
-                print(f"{count} of {len(to_try)}, {time.monotonic() - start:.0f} s", flush=True)
+    try_all(tree, meeting, to_try, options.keep)
     return report(tree, chosen, options.share)
 
 
