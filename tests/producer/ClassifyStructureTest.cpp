@@ -4,7 +4,10 @@
 
 #include <ostream>
 #include <string>
+#include <xercesc/parsers/XercesDOMParser.hpp>
 
+#include "framework/xml_util/XMLPlatform.h"
+#include "producer/ElementReaders.h"
 #include "tests/support/TestScene.h"
 
 namespace KVR::Test
@@ -104,6 +107,13 @@ TEST(ClassifyStructure, IsTheSameAfterTheSceneWasRead)
     bool has = false;
     EXPECT_EQ(scene.Producer().QueryFile()->HasAssemblyStructure(has), kIsValueSpecified_Yes);
     EXPECT_TRUE(has);
+}
+
+TEST(ClassifyStructure, AParserWithoutADocumentHasNoAssembly)
+{
+    XMLPlatformScope const platform;
+    xercesc::XercesDOMParser const parser;
+    EXPECT_FALSE(ClassifyStructure(&parser));
 }
 
 }  // namespace KVR::Test

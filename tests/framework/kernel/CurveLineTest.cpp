@@ -7,7 +7,8 @@
 #include <BRepBuilderAPI_MakeEdge.hxx>
 #include <BRep_Builder.hxx>
 #include <Geom_BSplineCurve.hxx>
-#include <Geom_BezierCurve.hxx>
+#include <Geom_Line.hxx>
+#include <Geom_OffsetCurve.hxx>
 #include <TColStd_Array1OfInteger.hxx>
 #include <TColStd_Array1OfReal.hxx>
 #include <TColgp_Array1OfPnt.hxx>
@@ -133,6 +134,11 @@ TEST(PointsOn, AreNoneWithoutACurveOrAnEnd)
     EXPECT_FALSE(PointsOn(edge, {}, points)) << "without a curve";
     edge = BRepBuilderAPI_MakeEdge(gp_Pnt(0, 0, 0), gp_Pnt(1, 0, 0)).Edge();
     BRep_Builder().Degenerated(edge, true);
+    EXPECT_FALSE(PointsOn(edge, {}, points));
+    // Open CASCADE finds no direction in which this one is off its line.
+    Handle(Geom_Line) const line = new Geom_Line(gp_Pnt(), gp_Dir(1, 0, 0));
+    BRep_Builder().MakeEdge(edge, new Geom_OffsetCurve(line, 1.0, gp_Dir(1, 0, 0)), 1e-7);
+    BRep_Builder().Range(edge, 0.0, 1.0);
     EXPECT_FALSE(PointsOn(edge, {}, points));
 }
 
