@@ -70,6 +70,8 @@ INSTANTIATE_TEST_SUITE_P(
         Classified{"Untyped", File(kUntyped), false}, Classified{"UntypedThenPart", File(kUntyped + kPart), true},
         Classified{"PartThenUntyped", File(kPart + kUntyped), true},
         Classified{"TypeInAnotherCase", File("<A ID='a' Type='iassembly'/>"), false},
+        Classified{"InstanceInAnotherCase", File("<I ID='i' Type='iinstance'/>"), false},
+        Classified{"PartInAnotherCase", File("<P ID='p' Type='ipart'/>" + kOther), false},
         Classified{"TypeWithBlanks", File("<A ID='a' Type=' IAssembly'/>"), false},
         Classified{"ElementNameDoesNotCount", File("<IAssembly ID='a' Type='IPart'/>"), false},
         // Only children count, and of several sets the first.
