@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "authoring/MeshStoreWriter.h"
+#include "bench/SceneFile.h"
 
 namespace KVR::Bench
 {
@@ -170,6 +171,25 @@ void WriteStores(MeshStores const& stores, Grid const& grid, std::uint64_t meshC
     for (std::uint64_t i = 0; i < meshCount; ++i)
         WriteSegments(segments, UTF8String(fmt::format("mesh{}", i)), grid);
     segments.Finish();
+}
+
+void WriteMeshScene(std::filesystem::path const& path, Grid const& grid, std::uint64_t meshCount)
+{
+    std::filesystem::path store = path;
+    store += ".mesh";
+    std::filesystem::path segments = path;
+    segments += ".segments";
+    WriteStores({store, segments}, grid, meshCount);
+    SceneFile file(path);
+    file.Put(
+        "<Scene><MeshInfo GenerateMesh=\"True\" Path=\"{}\"/><MeshSegmentInfo GenerateMeshSegment=\"True\" "
+        "Path=\"{}\"/><IFile ID=\"file\" Label=\"\" IsRoot=\"1\"><ChildSet><Child ID=\"part\" Type=\"IPart\"/>"
+        "</ChildSet></IFile><IPart ID=\"part\" Label=\"\"><ChildSet>\n",
+        store.filename().string(), segments.filename().string());
+    for (std::uint64_t i = 0; i < meshCount; ++i)
+        file.Put("<IPolygonMesh ID=\"mesh{}\" Label=\"\" Visibility=\"1\"/>\n", i);
+    file.Put("</ChildSet></IPart></Scene>\n");
+    file.Close();
 }
 
 void WriteBinaryGltf(std::filesystem::path const& path, Grid const& grid)

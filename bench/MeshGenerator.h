@@ -30,6 +30,9 @@ struct MeshStores
 /// is not written when its path is empty.
 void WriteStores(MeshStores const& stores, Grid const& grid, std::uint64_t meshCount);
 
+/// A scene with such meshes in one part, and its stores beside it.
+void WriteMeshScene(std::filesystem::path const& path, Grid const& grid, std::uint64_t meshCount);
+
 /// The grid as one primitive with normals, in single precision as that format has it; and so the next.
 void WriteBinaryGltf(std::filesystem::path const& path, Grid const& grid);
 void WriteBinaryPly(std::filesystem::path const& path, Grid const& grid);

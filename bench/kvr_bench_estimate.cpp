@@ -61,24 +61,6 @@ struct Result
     Figures figures;
 };
 
-void WriteMeshScene(fs::path const& path, Grid const& grid, std::uint64_t meshes)
-{
-    fs::path store = path;
-    store += ".mesh";
-    fs::path segments = path;
-    segments += ".segments";
-    WriteStores({store, segments}, grid, meshes);
-    SceneFile file(path);
-    file.Put(
-        "<Scene><MeshInfo GenerateMesh=\"True\" Path=\"{}\"/><MeshSegmentInfo GenerateMeshSegment=\"True\" "
-        "Path=\"{}\"/><IPart ID=\"part\" Label=\"\"><ChildSet>\n",
-        store.filename().string(), segments.filename().string());
-    for (std::uint64_t i = 0; i < meshes; ++i)
-        file.Put("<IPolygonMesh ID=\"mesh{}\" Label=\"\"/>\n", i);
-    file.Put("</ChildSet></IPart></Scene>\n");
-    file.Close();
-}
-
 void WriteKernelScene(fs::path const& path, unsigned bodies)
 {
     fs::path store = path;

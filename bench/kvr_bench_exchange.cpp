@@ -1,34 +1,34 @@
 // What importing a model and exporting its scene cost beside Open CASCADE's own reading, meshing and writing.
 
 #include <fmt/format.h>
-#include <BRepMesh_IncrementalMesh.hxx>
+#include <sys/resource.h>
 #include <CLI/CLI.hpp>
 #include <Message.hxx>
 #include <Message_Messenger.hxx>
 #include <Message_Printer.hxx>
 #include <Message_ProgressRange.hxx>
 #include <RWGltf_CafWriter.hxx>
-#include <STEPCAFControl_Reader.hxx>
+#include <STEPCAFControl_Writer.hxx>
 #include <TColStd_IndexedDataMapOfStringString.hxx>
 #include <TDocStd_Document.hxx>
-#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <exception>
+#include <filesystem>
 #include <stdexcept>
 #include <string>
-#include <vector>
 
 #include "bench/ChildProcess.h"
 #include "bench/Goals.h"
+#include "bench/HeldScene.h"
+#include "bench/OpenCascadeModel.h"
+#include "bench/Pairs.h"
 #include "bench/ScratchFolder.h"
 #include "exchange/ExportScene.h"
 #include "exchange/ImportModel.h"
-#include "exchange/import/ModelBox.h"
-#include "exchange/import/ProductPlan.h"
-#include "exchange/source/SceneFile.h"
-#include "exchange/source/SceneReading.h"
-#include "framework/api/UTF8String.h"
+#include "exchange/export/ExportTask.h"
+#include "exchange/export/ShapeDocumentBuilder.h"
+#include "scene/Scene.h"
 
 namespace
 {
@@ -43,54 +43,52 @@ double WallSecondsOf(Work work)
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
-// As Open CASCADE's own reader does it, with all that it can read.
-Handle(TDocStd_Document) Read(std::string const& path)
+/// What a work took: time by the clock, since both sides may use several processors, and memory.
+Figures Took(double seconds, double peak)
 {
+    return {{"seconds", seconds}, {"peak", peak}};
+}
+
+Figures ReadWithOpenCascade(std::string const& path)
+{
+    double const seconds = WallSecondsOf([&] { MeshBodies(ReadStep(path)); });
+    return Took(seconds, PeakResidentBytes());
+}
+
+Figures WriteGlbWithOpenCascade(std::string const& path, std::string const& glb)
+{
+    Handle(TDocStd_Document) const document = ReadStep(path);
+    MeshBodies(document);
+    return Took(WallSecondsOf(
+                    [&]
+                    {
+                        RWGltf_CafWriter writer(glb.c_str(), true);
+                        if (!writer.Perform(document, TColStd_IndexedDataMapOfStringString(), Message_ProgressRange()))
+                            throw std::runtime_error("Open CASCADE did not write " + glb);
+                    }),
+                PeakResidentBytes());
+}
+
+// Of the document that an export makes of the scene.
+Figures WriteStepWithOpenCascade(std::string const& path, std::string const& step)
+{
+    HeldScene held(path);
+    KVR::Scene const scene(held.Producer(), held.RootId());
+    KVR::ExportOptions const options;
+    KVR::ExportTask task(held.Producer(), scene, options, step, {}, {}, {});
+    KVR::ShapeDocument const content = KVR::ShapeDocumentBuilder(task, true).Build();
     Message::DefaultMessenger()->ChangePrinters().Clear();
-    Handle(TDocStd_Document) document = new TDocStd_Document("BinXCAF");
-    STEPCAFControl_Reader reader;
-    reader.SetColorMode(true);
-    reader.SetNameMode(true);
-    reader.SetLayerMode(true);
-    reader.SetPropsMode(true);
-    reader.SetMatMode(true);
-    reader.SetSHUOMode(true);
-    reader.SetGDTMode(true);
-    reader.SetViewMode(true);
-    Handle(TDocStd_Document) target = document;
-    if (reader.ReadFile(path.c_str()) != IFSelect_RetDone || !reader.Transfer(target))
-        throw std::runtime_error("Open CASCADE did not read " + path);
-    return document;
-}
-
-// As it does that when asked for nothing else: one thread.
-void Mesh(Handle(TDocStd_Document) const& document)
-{
-    KVR::ProductPlan const plan(document);
-    double const deflection = KVR::DiagonalOfModel(plan) * KVR::Deflection().value;
-    for (KVR::ComponentPlan const& component : plan.components)
-        if (!component.shape.IsNull())
-            BRepMesh_IncrementalMesh(component.shape, deflection, false, 0.5, false);
-}
-
-// Times of Open CASCADE alone, in the order of its work.
-Figures OpenCascade(std::string const& path, std::string const& glb)
-{
-    Handle(TDocStd_Document) document;
-    double const read = WallSecondsOf(
-        [&]
-        {
-            document = Read(path);
-            Mesh(document);
-        });
-    double const write = WallSecondsOf(
-        [&]
-        {
-            RWGltf_CafWriter writer(glb.c_str(), true);
-            if (!writer.Perform(document, TColStd_IndexedDataMapOfStringString(), Message_ProgressRange()))
-                throw std::runtime_error("Open CASCADE did not write " + glb);
-        });
-    return {{"read", read}, {"write", write}};
+    Figures figures = Took(WallSecondsOf(
+                               [&]
+                               {
+                                   STEPCAFControl_Writer writer;
+                                   if (!writer.Transfer(content.document, STEPControl_AsIs) ||
+                                       writer.Write(step.c_str()) != IFSelect_RetDone)
+                                       throw std::runtime_error("Open CASCADE did not write " + step);
+                               }),
+                           PeakResidentBytes());
+    figures["size"] = static_cast<double>(std::filesystem::file_size(step));
+    return figures;
 }
 
 template <class Result>
@@ -100,75 +98,67 @@ void Expect(Result const& result)
         throw std::runtime_error(result.failure);
 }
 
-double ImportSeconds(std::string const& path, std::string const& scene)
+// With the memory of the process that did the work.
+Figures Import(std::string const& path, std::string const& scene)
 {
-    return WallSecondsOf([&] { Expect(KVR::ImportModel(path, scene)); });
+    double const seconds = WallSecondsOf([&] { Expect(KVR::ImportModel(path, scene)); });
+    rusage usage{};
+    getrusage(RUSAGE_CHILDREN, &usage);
+    return Took(seconds, static_cast<double>(usage.ru_maxrss) * 1024.0);
 }
 
-double ExportSeconds(std::string const& scene, std::string const& glb)
+double ExportSeconds(std::string const& scene, std::string const& path)
 {
     KVR::SceneOptions options;
     options.path = scene;
-    return WallSecondsOf([&] { Expect(KVR::ExportScene(options, glb)); });
+    return WallSecondsOf([&] { Expect(KVR::ExportScene(options, path)); });
 }
 
 // Of a scene that the producer holds.
-double WriteSeconds(std::string const& scene, std::string const& glb)
+Figures Write(std::string const& scene, std::string const& path)
 {
-    KVR::SceneOptions options;
-    options.path = scene;
-    KVR::SceneFile file(options);
-    KVR::SceneReading const reading = KVR::SceneReading::Of(file.Producer());
-    if (!reading.rootId)
-        throw std::runtime_error("The scene cannot be read");
-    return WallSecondsOf([&] { Expect(KVR::ExportScene(file.Producer(), *reading.rootId, glb)); });
-}
-
-double Median(std::vector<double> values)
-{
-    auto const middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::nth_element(values.begin(), middle, values.end());
-    return *middle;
+    HeldScene held(scene);
+    Figures figures = Took(WallSecondsOf([&] { Expect(KVR::ExportScene(held.Producer(), held.RootId(), path)); }),
+                           PeakResidentBytes());
+    figures["size"] = static_cast<double>(std::filesystem::file_size(path));
+    return figures;
 }
 
 void Run(std::string const& path, int repeat)
 {
     ScratchFolder const folder;
-    std::string const scene = (folder.Path() / "scene.xml").string();
-    std::vector<double> reads;
-    std::vector<double> imports;
-    std::vector<double> importRatios;
-    std::vector<double> writes;
-    std::vector<double> exports;
-    std::vector<double> ourWrites;
-    std::vector<double> writeRatios;
+    auto const at = [&](char const* name) { return (folder.Path() / name).string(); };
+    std::string const scene = at("scene.xml");
+    Pairs imports;
+    Pairs glb;
+    Pairs step;
+    Pairs whole;
     for (int i = 0; i < repeat; ++i)
     {
-        Figures const theirs =
-            InChildProcess([&] { return OpenCascade(path, (folder.Path() / "theirs.glb").string()); });
-        reads.push_back(theirs.at("read"));
-        writes.push_back(theirs.at("write"));
-        imports.push_back(ImportSeconds(path, scene));
-        exports.push_back(ExportSeconds(scene, (folder.Path() / "ours.glb").string()));
-        importRatios.push_back(imports.back() / reads.back());
-        ourWrites.push_back(
-            InChildProcess(
-                [&] {
-                    return Figures{{"write", WriteSeconds(scene, (folder.Path() / "ours.glb").string())}};
-                })
-                .at("write"));
-        writeRatios.push_back(ourWrites.back() / writes.back());
+        Figures const theirs = InChildProcess([&] { return ReadWithOpenCascade(path); });
+        imports.Add(InChildProcess([&] { return Import(path, scene); }), theirs);
+        Figures const theirGlb = InChildProcess([&] { return WriteGlbWithOpenCascade(path, at("theirs.glb")); });
+        glb.Add(InChildProcess([&] { return Write(scene, at("ours.glb")); }), theirGlb);
+        Figures const theirStep = InChildProcess([&] { return WriteStepWithOpenCascade(scene, at("theirs.stp")); });
+        step.Add(InChildProcess([&] { return Write(scene, at("ours.stp")); }), theirStep);
+        double const seconds = ExportSeconds(scene, at("ours.glb"));
+        whole.Add({{"seconds", seconds}}, theirGlb);
     }
-    fmt::print("{:<52} {:>10}\n", path, "ms");
-    auto const line = [](char const* name, std::vector<double> const& seconds)
-    { fmt::print("{:<52} {:>10.1f}\n", name, Median(seconds) * 1e3); };
-    line("Open CASCADE: read and mesh", reads);
-    line("import: read, mesh and write the scene", imports);
-    line("Open CASCADE: write GLB of the document in memory", writes);
-    line("export: write GLB of the scene in memory", ourWrites);
-    line("export: read the scene and write GLB", exports);
-    std::fputs(GoalsText({{"import / Open CASCADE's reading and meshing", "", 0.9, Median(importRatios)},
-                          {"writing GLB / Open CASCADE's glTF writer", "", 1.0, Median(writeRatios)}})
+    fmt::print("{:<52} {:>10} {:>10}\n", path, "ms", "MB");
+    auto const line = [](char const* name, double seconds, double bytes)
+    { fmt::print("{:<52} {:>10.1f} {:>10.1f}\n", name, seconds * 1e3, bytes / 1e6); };
+    line("Open CASCADE: read and mesh; peak", imports.Theirs("seconds"), imports.Theirs("peak"));
+    line("import: read, mesh and write the scene; peak", imports.Ours("seconds"), imports.Ours("peak"));
+    line("Open CASCADE: write GLB of the document in memory", glb.Theirs("seconds"), glb.Theirs("peak"));
+    line("export: write GLB of the scene in memory", glb.Ours("seconds"), glb.Ours("peak"));
+    line("export: read the scene and write GLB", whole.Ours("seconds"), 0.0);
+    line("Open CASCADE: write STEP of the document; file", step.Theirs("seconds"), step.Theirs("size"));
+    line("export: write STEP of the scene in memory; file", step.Ours("seconds"), step.Ours("size"));
+    std::fputs(GoalsText({{"import / Open CASCADE's reading and meshing", "", 0.8, imports.Ratio("seconds")},
+                          {"import / Open CASCADE's, memory", "", 1.0, imports.Ratio("peak")},
+                          {"writing GLB / Open CASCADE's glTF writer", "", 1.0, glb.Ratio("seconds")},
+                          {"writing STEP / Open CASCADE's writer", "", 1.3, step.Ratio("seconds")},
+                          {"writing STEP / Open CASCADE's, size", "", 1.05, step.Ratio("size")}})
                    .c_str(),
                stdout);
 }

@@ -23,7 +23,7 @@
 #include "bench/ProcessorTime.h"
 #include "bench/ScratchFolder.h"
 #include "geometry/XMLCurve.h"
-#include "mesh/LargePages.h"
+#include "framework/api/LargePages.h"
 #include "mesh/SideStoreReader.h"
 #include "mesh/XMLPolygonMesh.h"
 #include "producer/XMLProducerImpl.h"

@@ -22,26 +22,17 @@ void JsonAnswers::BeginObject(Interface const& interface)
 
 void JsonAnswers::Numbers(double const* values, std::size_t count)
 {
-    m_json.BeginList(JsonWriter::Layout::Row);
-    for (std::size_t i = 0; i < count; ++i)
-        m_json.Number(values[i]);
-    m_json.EndList();
+    m_json.Row({values, count});
 }
 
 void JsonAnswers::Indices(int const* values, std::size_t count)
 {
-    m_json.BeginList(JsonWriter::Layout::Row);
-    for (std::size_t i = 0; i < count; ++i)
-        m_json.Integer(values[i]);
-    m_json.EndList();
+    m_json.Row({values, count});
 }
 
 void JsonAnswers::Indices(unsigned int const* values, std::size_t count)
 {
-    m_json.BeginList(JsonWriter::Layout::Row);
-    for (std::size_t i = 0; i < count; ++i)
-        m_json.Unsigned(values[i]);
-    m_json.EndList();
+    m_json.Row({values, count});
 }
 
 }  // namespace KVR

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <iterator>
+#include <utility>
 
 #include "describe/SilentAnswers.h"
 #include "describe/Tables.h"
@@ -59,27 +60,27 @@ void CollectReferences(IObject& object, std::vector<UTF8String>& ids)
     collector.MoveTo(ids);
 }
 
-void ReferenceWalk::Reach(UTF8String const& id)
+void ReferenceWalk::Reach(UTF8String id)
 {
-    if (m_reached.insert(id).second)
-        m_queue.push_back(id);
+    IObject* const object = m_producer.Load(id);
+    if (object ? m_reached.insert(object).second : m_missing.insert(id).second)
+        m_queue.push_back({std::move(id), object});
 }
 
 bool ReferenceWalk::Next()
 {
-    if (m_object)
+    if (m_stop.object)
     {
         m_references.clear();
-        CollectReferences(*m_object, m_references);
-        for (UTF8String const& id : m_references)
-            Reach(id);
-        m_object = nullptr;
+        CollectReferences(*m_stop.object, m_references);
+        for (UTF8String& id : m_references)
+            Reach(std::move(id));
+        m_stop.object = nullptr;
     }
     if (m_queue.empty())
         return false;
-    m_id = std::move(m_queue.front());
+    m_stop = std::move(m_queue.front());
     m_queue.pop_front();
-    m_object = m_producer.Load(m_id);
     return true;
 }
 

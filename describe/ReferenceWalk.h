@@ -29,20 +29,27 @@ public:
     explicit ReferenceWalk(IProducer& producer) : m_producer(producer) {}
 
     /// Appends an id to go to, unless it was reached before; also between two steps.
-    void Reach(UTF8String const& id);
+    void Reach(UTF8String id);
     /// Goes to the next id; false when there is none. What the object before names counts as reached by then.
     bool Next();
 
-    UTF8String const& Id() const { return m_id; }
+    UTF8String const& Id() const { return m_stop.id; }
     /// Null for an id that the producer does not find.
-    IObject* Object() const { return m_object; }
+    IObject* Object() const { return m_stop.object; }
 
 private:
+    struct Stop
+    {
+        UTF8String id;
+        IObject* object;
+    };
+
     IProducer& m_producer;
-    UTF8String m_id;
-    IObject* m_object = nullptr;
-    std::unordered_set<UTF8String> m_reached;
-    std::deque<UTF8String> m_queue;
+    Stop m_stop{{}, nullptr};
+    // An object has one id: what was reached is known by the object, and by its id where there is none.
+    std::unordered_set<IObject const*> m_reached;
+    std::unordered_set<UTF8String> m_missing;
+    std::deque<Stop> m_queue;
     std::vector<UTF8String> m_references;
 };
 

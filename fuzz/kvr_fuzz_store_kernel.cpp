@@ -1,9 +1,7 @@
 // A kernel store of any content. The first byte says how it is read: as a store in one form or the other, as the table
 // of one, or as the content of one, to which a head is made that fits.
 
-#include <xxhash.h>
 #include <cstdlib>
-#include <cstring>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -16,6 +14,7 @@
 #include "framework/kernel/restore.h"
 #include "framework/kernel/store/StoreStream.h"
 #include "framework/kernel/store/StoreTable.h"
+#include "fuzz/KernelHead.h"
 
 namespace
 {
@@ -27,34 +26,6 @@ using File = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
 File FileOf(std::string_view bytes)
 {
     return {fmemopen(const_cast<char*>(bytes.data()), bytes.size(), "rb"), &std::fclose};
-}
-
-template <class Number>
-void Append(std::string& bytes, Number number)
-{
-    char raw[sizeof number];
-    std::memcpy(raw, &number, sizeof number);
-    bytes.append(raw, sizeof number);
-}
-
-std::string WithHead(std::string_view content, bool isText)
-{
-    std::uint64_t const digest = XXH3_64bits(content.data(), content.size());
-    std::string bytes = isText ? "KVRKERNT " : "KVRKERNB";
-    if (isText)
-    {
-        char numbers[64];
-        std::snprintf(numbers, sizeof numbers, "%016x %016llx %016zx\n", 1U, static_cast<unsigned long long>(digest),
-                      content.size());
-        bytes += numbers;
-    }
-    else
-    {
-        Append(bytes, std::uint64_t{1});
-        Append(bytes, digest);
-        Append(bytes, std::uint64_t{content.size()});
-    }
-    return bytes.append(content);
 }
 
 void Ask(BODY const& body)
@@ -107,7 +78,7 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     bool const isText = (data[0] & kText) != 0;
     std::string whole;
     if ((data[0] & kContent) != 0)
-        bytes = whole = WithHead(bytes, isText);
+        bytes = whole = Fuzz::WithHead(bytes, isText);
     File const file = FileOf(bytes);
     if (!file)
         return 0;

@@ -48,6 +48,7 @@ bool AddPolygonMesh(ChildContext const& context, xercesc::DOMNode* node, std::ve
 bool AddCurve(ChildContext const& context, xercesc::DOMNode* node, std::vector<UTF8String>& ids)
 {
     UTF8String id;
+    context.producer->sideFileIndex->ReadDeferredStores();
     if (!context.curveStore.empty() && ReadCurveFromStore(context.producer, node, context.curveStore, id))
         ids.push_back(std::move(id));
     else if (context.curveEntities.empty())
@@ -58,6 +59,7 @@ bool AddCurve(ChildContext const& context, xercesc::DOMNode* node, std::vector<U
 
 bool AddKernelCurve(ChildContext const& context, xercesc::DOMNode* node, std::vector<UTF8String>& ids)
 {
+    context.producer->sideFileIndex->ReadDeferredStores();
     XMLCurve const* const curve = ReadAndRegister<XMLCurve>(context.producer, node, context.curveEntities);
     if (!curve)
         return false;

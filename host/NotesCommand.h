@@ -14,6 +14,7 @@ public:
     explicit NotesCommand(CLI::App& program);
 
 private:
+    StoreNeeds Needs() const override { return StoreNeeds::None(); }
     std::string Show(IProducer& producer, SceneReading const& reading, Output& out) override;
 
     NotesOptions m_options;

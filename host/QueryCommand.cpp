@@ -1,6 +1,7 @@
 #include "host/QueryCommand.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <limits>
 
 #include "exchange/source/SceneReading.h"
@@ -62,6 +63,30 @@ QueryCommand::QueryCommand(CLI::App& program)
         });
 }
 
+std::string QueryCommand::Columns() const
+{
+    if (!m_columnsText.empty())
+        return m_columnsText;
+    return m_asCsv || m_asJson ? kColumnsOfTables : kColumnsOfText;
+}
+
+StoreNeeds QueryCommand::Needs() const
+{
+    // Of a bill of materials the masses are asked for.
+    QuerySource source = m_asBill ? QuerySource::kStores : QuerySource::kDocument;
+    if (!m_expression.empty())
+        source = std::max(source, Query(m_expression).Source());
+    if (!m_countsOnly)
+        for (QueryColumn const& column : ParseQueryColumns(Columns()))
+            source = std::max(source, RowOf(column.field).source);
+    bool const needsStores = source == QuerySource::kStores;
+    return {.geometry = needsStores,
+            .segments = needsStores,
+            .assets = needsStores,
+            .persistentIds = needsStores,
+            .properties = source != QuerySource::kDocument};
+}
+
 std::string QueryCommand::Show(IProducer& producer, SceneReading const& reading, Output& out)
 {
     if (!reading.rootId)
@@ -89,10 +114,7 @@ std::string QueryCommand::Show(IProducer& producer, SceneReading const& reading,
             out.Put(std::to_string(count) + "\n");
             return {};
         }
-        std::string const columns = !m_columnsText.empty()     ? m_columnsText
-                                    : form == QueryForm::kText ? kColumnsOfText
-                                                               : kColumnsOfTables;
-        auto const output = QueryOutput::Of(form, ParseQueryColumns(columns), out);
+        auto const output = QueryOutput::Of(form, ParseQueryColumns(Columns()), out);
         while (run.Next())
             output->Add(run.Values());
         output->Finish();

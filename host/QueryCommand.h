@@ -14,7 +14,11 @@ public:
     explicit QueryCommand(CLI::App& program);
 
 private:
+    StoreNeeds Needs() const override;
     std::string Show(IProducer& producer, SceneReading const& reading, Output& out) override;
+
+    /// The columns that are printed, those by default included.
+    std::string Columns() const;
 
     /// Empty for all parts, of a bill of materials alone.
     std::string m_expression;

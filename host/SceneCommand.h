@@ -4,6 +4,7 @@
 
 #include "exchange/source/SceneOptions.h"
 #include "host/Command.h"
+#include "producer/StoreNeeds.h"
 
 namespace KVR
 {
@@ -22,6 +23,9 @@ public:
 protected:
     /// Declares the command with the options of all that read a scene.
     SceneCommand(CLI::App& program, std::string const& name, std::string const& description);
+
+    /// Which of the side files the command asks for.
+    virtual StoreNeeds Needs() const { return {}; }
 
     /// Called before the scene is read, and when it has been.
     virtual void BeginReading() {}

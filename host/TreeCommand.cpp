@@ -38,6 +38,14 @@ TreeCommand::TreeCommand(CLI::App& program)
              ->capture_default_str());
 }
 
+StoreNeeds TreeCommand::Needs() const
+{
+    StoreNeeds needs = StoreNeeds::None();
+    needs.geometry = true;
+    needs.assets = m_options.styles;
+    return needs;
+}
+
 std::string TreeCommand::Show(IProducer& producer, SceneReading const& reading, Output& out)
 {
     if (!reading.rootId)

@@ -14,6 +14,7 @@ public:
     explicit TreeCommand(CLI::App& program);
 
 private:
+    StoreNeeds Needs() const override;
     std::string Show(IProducer& producer, SceneReading const& reading, Output& out) override;
 
     TreeOptions m_options;

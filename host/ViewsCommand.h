@@ -12,6 +12,7 @@ public:
     explicit ViewsCommand(CLI::App& program);
 
 private:
+    StoreNeeds Needs() const override { return StoreNeeds::None(); }
     std::string Show(IProducer& producer, SceneReading const& reading, Output& out) override;
 
     bool m_asJson = false;

@@ -1,12 +1,12 @@
 #include "mesh/MeshRecordReader.h"
 
 #include <algorithm>
-#include <cstring>
 #include <span>
 #include <utility>
 
 #include "framework/api/Subscript.h"
 #include "framework/xml_util/StoreCursor.h"
+#include "mesh/SlabPolygon.h"
 
 namespace KVR
 {
@@ -31,30 +31,26 @@ std::span<Item const> ReadTriples(StoreCursor& store, unsigned long long count, 
     return {reinterpret_cast<Item const*>(bytes), itemCount};
 }
 
+void Append(XMLPolygonMesh::Content& content, std::unique_ptr<ITextureVertexSet> set)
+{
+    if (!content.textureVertexSets)
+        content.textureVertexSets = std::make_unique<XMLPolygonMesh::TextureVertexSets>();
+    content.textureVertexSets->push_back(std::move(set));
+}
+
 constexpr unsigned int kTwoDimensions = 2;
 constexpr std::size_t kWord = sizeof(std::uint64_t);
 constexpr std::uint64_t kSmallPolygon = 16;
 
-std::uint64_t WordAt(unsigned char const* bytes)
-{
-    std::uint64_t word = 0;
-    std::memcpy(&word, bytes, sizeof word);
-    return word;
-}
-
 }  // namespace
 
 MeshRecordReader::MeshRecordReader(StoreCursor& store, StoreMaterials materials, bool geometryInfoLayout,
-                                   StoreMemory& memory, XMLPolygonMesh::Content& content)
-    : m_store(store),
-      m_materials(materials),
-      m_geometryInfoLayout(geometryInfoLayout),
-      m_memory(memory),
-      m_content(content)
+                                   StoreMemory& memory)
+    : m_store(store), m_slots(std::move(materials)), m_geometryInfoLayout(geometryInfoLayout), m_memory(memory)
 {
 }
 
-void MeshRecordReader::Read()
+void MeshRecordReader::Read(Content& content)
 {
     unsigned long long vertexCount = 0;
     unsigned long long normalCount = 0;
@@ -66,25 +62,47 @@ void MeshRecordReader::Read()
     m_store.Read(polygonCount);
     m_store.Read(reserved);
     m_store.Read(textureCount);
-    m_content.vertices = ReadTriples<PolygonVertex>(m_store, vertexCount, m_memory, m_content.memory);
-    m_content.normals = ReadTriples<Normal>(m_store, normalCount, m_memory, m_content.memory);
-    ReadTextureVertices(textureCount);
+    content.vertices = ReadTriples<PolygonVertex>(m_store, vertexCount, m_memory, content.memory);
+    content.normals = ReadTriples<Normal>(m_store, normalCount, m_memory, content.memory);
+    ReadTextureVertices(textureCount, content);
 
+    PolygonSlabBuilder::Limits limits;
     // A polygon takes eight bytes at the least, and behind the end of the file none has any effect.
-    unsigned long long const mostPolygons = std::min(polygonCount, m_store.Remaining() / 8);
-    m_content.polygons.emplace(m_memory, m_content.memory, static_cast<std::size_t>(mostPolygons), normalCount > 0,
-                               textureCount > 0);
-    for (unsigned long long i = 0; i < polygonCount && !m_store.HasEnded(); ++i)
-        ReadPolygon(normalCount > 0, textureCount > 0);
-    m_content.polygons->Finish();
+    limits.polygons = static_cast<std::size_t>(std::min(polygonCount, m_store.Remaining() / kWord));
+    limits.slots = m_slots.Most();
+    limits.mayHaveNormals = normalCount > 0;
+    limits.mayHaveTextures = textureCount > 0;
+    m_slots.BeginMesh();
+    PolygonSlabBuilder polygons(content.polygons, m_memory, content.memory, limits);
+    for (unsigned long long i = 0; i < polygonCount && !m_store.HasEnded();)
+    {
+        if (!limits.mayHaveTextures)
+        {
+            unsigned long long const read = ReadSmallPolygons(polygons, polygonCount - i, limits.mayHaveNormals);
+            i += read;
+            if (read > 0)
+                continue;
+        }
+        ReadPolygon(polygons, limits.mayHaveNormals, limits.mayHaveTextures);
+        ++i;
+    }
+    polygons.Finish();
+    if (std::vector<std::uint32_t> const& used = m_slots.Used(); !used.empty())
+    {
+        auto* const places =
+            reinterpret_cast<std::uint32_t*>(m_memory.Take(used.size() * sizeof(std::uint32_t), content.memory));
+        std::copy(used.begin(), used.end(), places);
+        content.materials = {places, used.size()};
+        content.materialIds = m_slots.Materials().table;
+    }
 }
 
-void MeshRecordReader::ReadTextureVertices(unsigned long long count)
+void MeshRecordReader::ReadTextureVertices(unsigned long long count, Content& content)
 {
     if (m_geometryInfoLayout)
     {
         if (count > 0)
-            ReadTextureVertexSet(kTwoDimensions, count);
+            ReadTextureVertexSet(kTwoDimensions, count, content);
         return;
     }
     for (unsigned long long i = 0; i < count && !m_store.HasEnded(); ++i)
@@ -95,11 +113,11 @@ void MeshRecordReader::ReadTextureVertices(unsigned long long count)
         m_store.Read(vertexCount);
         // Kept: a set without vertices vanishes, and polygons go on counting it.
         if (vertexCount > 0)
-            ReadTextureVertexSet(dimension, vertexCount);
+            ReadTextureVertexSet(dimension, vertexCount, content);
     }
 }
 
-void MeshRecordReader::ReadTextureVertexSet(unsigned int dimension, unsigned long long count)
+void MeshRecordReader::ReadTextureVertexSet(unsigned int dimension, unsigned long long count, Content& content)
 {
     // Any dimension but 2 is written with three coordinates.
     std::size_t const coordinateCount = dimension == kTwoDimensions ? 2 : 3;
@@ -113,7 +131,7 @@ void MeshRecordReader::ReadTextureVertexSet(unsigned int dimension, unsigned lon
         set->Reserve(count);
         for (std::size_t i = 0; i < coordinates.size(); i += 2)
             set->AddVertex(MeshTextureVertex2D(coordinates[i], coordinates[i + 1]), false);
-        m_content.textureVertexSets.push_back(std::move(set));
+        Append(content, std::move(set));
     }
     else
     {
@@ -121,31 +139,32 @@ void MeshRecordReader::ReadTextureVertexSet(unsigned int dimension, unsigned lon
         set->Reserve(count);
         for (std::size_t i = 0; i < coordinates.size(); i += 3)
             set->AddVertex(MeshTextureVertex3D(coordinates[i], coordinates[i + 1], coordinates[i + 2]), false);
-        m_content.textureVertexSets.push_back(std::move(set));
+        Append(content, std::move(set));
     }
 }
 
-// The common polygon, small and without textures, is taken from the buffer in one piece; false, with nothing consumed,
-// for any other and for one at the end of the file.
-bool MeshRecordReader::ReadSmallPolygon(bool mayHaveNormals)
+// Common polygons, small and without textures, are taken from the buffer in one piece: one, and those behind it that
+// are like it. The number that were read; 0, with nothing consumed, for any other and for one at the end of the file.
+unsigned long long MeshRecordReader::ReadSmallPolygons(PolygonSlabBuilder& polygons, unsigned long long most,
+                                                       bool mayHaveNormals)
 {
     unsigned char const* bytes = m_store.Peek(kWord);
     if (!bytes)
-        return false;
-    std::uint64_t const vertexCount = WordAt(bytes);
+        return 0;
+    auto const vertexCount = LoadNumber<std::uint64_t>(bytes);
     if (vertexCount == 0 || vertexCount > kSmallPolygon)
-        return false;
-    std::size_t const most = kWord + vertexCount * kWord + 1 + kWord + 1 + vertexCount * kWord;
-    bytes = m_store.Peek(most);
+        return 0;
+    bytes = m_store.Peek(kWord + vertexCount * kWord + 1 + kWord + 1 + vertexCount * kWord);
     if (!bytes)
-        return false;
+        return 0;
     unsigned char const* const start = bytes;
     unsigned char const* const vertices = bytes + kWord;
-    bytes = vertices + vertexCount * kWord;
+    unsigned char const* const middle = vertices + vertexCount * kWord;
+    bytes = middle;
     std::uint32_t slot = kNoMaterialSlot;
     if (*bytes++ != 0)
     {
-        slot = SlotOf(WordAt(bytes));
+        slot = m_slots.SlotOf(LoadNumber<std::uint64_t>(bytes));
         bytes += kWord;
     }
     unsigned char const* normals = nullptr;
@@ -154,15 +173,21 @@ bool MeshRecordReader::ReadSmallPolygon(bool mayHaveNormals)
         normals = bytes;
         bytes += vertexCount * kWord;
     }
-    m_content.polygons->Add(static_cast<std::uint32_t>(vertexCount), vertices, normals, slot);
-    m_store.Skip(static_cast<std::size_t>(bytes - start));
-    return true;
+    PolygonSlabBuilder::Sample sample{};
+    sample.bytes = start;
+    sample.size = static_cast<std::size_t>(bytes - start);
+    sample.vertexCount = static_cast<std::uint32_t>(vertexCount);
+    sample.middleSize = static_cast<std::size_t>((normals ? normals : bytes) - middle);
+    sample.hasNormals = normals != nullptr;
+    polygons.Add(sample.vertexCount, vertices, normals, slot);
+    auto const rest = static_cast<std::size_t>(std::min<unsigned long long>(most - 1, m_store.Peeked()));
+    std::size_t const like = polygons.AddLike(sample, m_store.Peeked(), rest);
+    m_store.Skip(sample.size * (1 + like));
+    return 1 + like;
 }
 
-void MeshRecordReader::ReadPolygon(bool mayHaveNormals, bool mayHaveTextures)
+void MeshRecordReader::ReadPolygon(PolygonSlabBuilder& polygons, bool mayHaveNormals, bool mayHaveTextures)
 {
-    if (!mayHaveTextures && ReadSmallPolygon(mayHaveNormals))
-        return;
     unsigned long long stated = 0;
     m_store.Read(stated);
     if (stated == 0)
@@ -171,7 +196,6 @@ void MeshRecordReader::ReadPolygon(bool mayHaveNormals, bool mayHaveTextures)
     if (stated > PolygonSlab::kMostVertices)
         ThrowTooLong();
     auto const vertexCount = static_cast<std::uint32_t>(stated);
-    PolygonSlab& polygons = *m_content.polygons;
     auto const readList = [&](std::int32_t* place)
     {
         std::size_t const read = m_store.ReadIndices(place, vertexCount);
@@ -187,7 +211,7 @@ void MeshRecordReader::ReadPolygon(bool mayHaveNormals, bool mayHaveTextures)
     }
     bool hasTextures = false;
     if (mayHaveTextures && m_store.Read(hasTextures) && hasTextures)
-        ReadTextures(vertexCount);
+        ReadTextures(polygons, vertexCount);
     polygons.End(slot);
 }
 
@@ -198,30 +222,10 @@ std::uint32_t MeshRecordReader::ReadMaterialSlot()
     if (!m_store.Read(hasMaterial) || !hasMaterial)
         return kNoMaterialSlot;
     m_store.Read(material);
-    return SlotOf(material);
+    return m_slots.SlotOf(material);
 }
 
-std::uint32_t MeshRecordReader::SlotOf(unsigned long long material)
-{
-    // Polygons of one face come one behind the other and share their material.
-    if (material == m_lastMaterial)
-        return m_lastSlot;
-    // An index that only the stated number reaches, and not the list, finds no id.
-    if (material >= m_materials.count || material >= m_materials.table.size())
-        return kNoMaterialSlot;
-    auto const [place, isNew] = m_slots.try_emplace(material, static_cast<std::uint32_t>(m_slots.size()));
-    if (isNew)
-    {
-        IdSet ids;
-        ids.AddWithUniquenessCheck(m_materials.table[static_cast<std::size_t>(material)]);
-        m_content.materialSets.AddWithUniquenessCheck(std::move(ids));
-    }
-    m_lastMaterial = material;
-    m_lastSlot = place->second;
-    return m_lastSlot;
-}
-
-void MeshRecordReader::ReadTextures(std::uint32_t vertexCount)
+void MeshRecordReader::ReadTextures(PolygonSlabBuilder& polygons, std::uint32_t vertexCount)
 {
     m_textureSets.clear();
     m_textureIndices.clear();
@@ -231,7 +235,7 @@ void MeshRecordReader::ReadTextures(std::uint32_t vertexCount)
         m_textureSets.push_back(0);
         m_textureIndices.resize(vertexCount);
         m_store.ReadIndices(m_textureIndices.data(), vertexCount);
-        m_content.polygons->SetTextures(m_textureSets, m_textureIndices);
+        polygons.SetTextures(m_textureSets, m_textureIndices);
         return;
     }
     unsigned int setCount = 0;
@@ -256,7 +260,7 @@ void MeshRecordReader::ReadTextures(std::uint32_t vertexCount)
     // Kept: the number of sets is that of the last vertex, whatever the others had; what the lists lack is 0.
     FillUp(m_textureSets, setCount);
     FillUp(m_textureIndices, static_cast<unsigned long long>(setCount) * vertexCount);
-    m_content.polygons->SetTextures(m_textureSets, m_textureIndices);
+    polygons.SetTextures(m_textureSets, m_textureIndices);
 }
 
 void MeshRecordReader::FillUp(std::vector<std::int32_t>& list, unsigned long long count)

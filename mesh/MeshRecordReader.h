@@ -1,10 +1,10 @@
 #pragma once
 
 #include <cstdint>
-#include <unordered_map>
 #include <vector>
 
-#include "framework/api/UTF8String.h"
+#include "mesh/MaterialSlots.h"
+#include "mesh/PolygonSlabBuilder.h"
 #include "mesh/XMLPolygonMesh.h"
 
 namespace KVR
@@ -12,42 +12,29 @@ namespace KVR
 
 class StoreCursor;
 
-/// The materials of a store: the ids that it lists, and the number of them that it states. Empty ids are not in the
-/// list, so that the places behind them move up while the number stays.
-struct StoreMaterials
-{
-    std::vector<UTF8String> const& table;
-    std::uint32_t count;
-};
-
-/// Reads the body of a mesh record into a mesh's content.
+/// Reads the bodies of a store's mesh records into meshes' contents, one after the other.
 class MeshRecordReader
 {
 public:
-    MeshRecordReader(StoreCursor& store, StoreMaterials materials, bool geometryInfoLayout, StoreMemory& memory,
-                     XMLPolygonMesh::Content& content);
+    MeshRecordReader(StoreCursor& store, StoreMaterials materials, bool geometryInfoLayout, StoreMemory& memory);
 
-    void Read();
+    void Read(XMLPolygonMesh::Content& content);
 
 private:
-    void ReadTextureVertices(unsigned long long count);
-    void ReadTextureVertexSet(unsigned int dimension, unsigned long long count);
-    bool ReadSmallPolygon(bool mayHaveNormals);
-    void ReadPolygon(bool mayHaveNormals, bool mayHaveTextures);
+    using Content = XMLPolygonMesh::Content;
+
+    void ReadTextureVertices(unsigned long long count, Content& content);
+    void ReadTextureVertexSet(unsigned int dimension, unsigned long long count, Content& content);
+    unsigned long long ReadSmallPolygons(PolygonSlabBuilder& polygons, unsigned long long most, bool mayHaveNormals);
+    void ReadPolygon(PolygonSlabBuilder& polygons, bool mayHaveNormals, bool mayHaveTextures);
     std::uint32_t ReadMaterialSlot();
-    std::uint32_t SlotOf(unsigned long long material);
-    void ReadTextures(std::uint32_t vertexCount);
+    void ReadTextures(PolygonSlabBuilder& polygons, std::uint32_t vertexCount);
     void FillUp(std::vector<std::int32_t>& list, unsigned long long count);
 
     StoreCursor& m_store;
-    StoreMaterials m_materials;
+    MaterialSlots m_slots;
     bool m_geometryInfoLayout;
     StoreMemory& m_memory;
-    XMLPolygonMesh::Content& m_content;
-    /// The mesh's slot of each material in use, in first-used order.
-    std::unordered_map<unsigned long long, std::uint32_t> m_slots;
-    unsigned long long m_lastMaterial = ~0ULL;
-    std::uint32_t m_lastSlot = kNoMaterialSlot;
     std::vector<std::int32_t> m_textureSets;
     std::vector<std::int32_t> m_textureIndices;
 };

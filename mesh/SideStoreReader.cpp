@@ -1,7 +1,6 @@
 #include "mesh/SideStoreReader.h"
 
 #include <algorithm>
-#include <array>
 #include <memory>
 #include <string_view>
 #include <utility>
@@ -29,7 +28,7 @@ constexpr unsigned long long kLastTableOffset = 0x7FFFFFFF;
 
 // The first object of an id stays; whether this is it.
 template <class Object>
-bool Enter(std::map<UTF8String, StoreEntry<Object>>& store, UTF8String const& id, std::unique_ptr<Object> object)
+bool Enter(ObjectStore<Object>& store, UTF8String const& id, std::unique_ptr<Object> object)
 {
     auto const [place, isNew] = store.try_emplace(id);
     if (!isNew)
@@ -52,47 +51,51 @@ bool NotOpened()
     return false;
 }
 
-void Append(PolygonIndexSet& polygons, std::int32_t index)
+StoreMaterials ReadMaterialTable(StoreCursor& store, unsigned long long offset)
 {
-    polygons.Add(static_cast<std::uint32_t>(index));
-}
-void Append(VertexIndexSet& vertices, std::int32_t index)
-{
-    vertices.Append(index);
+    unsigned long long const records = store.Position();
+    store.Seek(offset);
+    unsigned long long count = 0;
+    store.Read(count);
+    StoreMaterials::Table ids;
+    for (unsigned long long i = 0; i < count && !store.HasEnded(); ++i)
+    {
+        // Kept: an empty id is dropped and those behind it move up, while the count stays.
+        UTF8String id;
+        if (store.Read(id) && !id.IsEmpty())
+            ids.push_back(std::move(id));
+    }
+    TellObserver(&ReadObserver::TableRead, offset, store.Position());
+    store.Seek(records);
+    // Kept: of the number that is stated 32 bits count.
+    return {std::make_shared<StoreMaterials::Table const>(std::move(ids)), static_cast<std::uint32_t>(count)};
 }
 
-// Reads a list of u64 into an index set, a piece at a time, with zeros for what the file does not hold.
-template <class IndexSet>
-IndexSet ReadIndexSet(StoreCursor& store)
+// The memory of a mesh's segments, and what its records say of visibility, one after the other.
+struct SegmentSpace
+{
+    StoreMemory memory;
+    std::vector<unsigned char> flags;
+};
+
+// Reads a list of u64, with zeros for what the file does not hold.
+MeshSegment ReadSegment(StoreCursor& store, StoreMemory& memory, StoreMemory::Blocks& blocks)
 {
     unsigned long long count = 0;
     store.Read(count);
     store.Expect(count, sizeof(unsigned long long), sizeof(std::int32_t));
-    IndexSet indices;
-    indices.Reserve(count);
-    std::array<std::int32_t, 1024> piece;
-    for (unsigned long long read = 0; read < count;)
-    {
-        auto const size = static_cast<std::size_t>(std::min<unsigned long long>(count - read, piece.size()));
-        std::size_t const held = store.ReadIndices(piece.data(), size);
-        std::fill(piece.begin() + held, piece.begin() + size, 0);
-        for (std::size_t i = 0; i < size; ++i)
-            Append(indices, piece[i]);
-        read += size;
-    }
-    return indices;
+    MeshSegment segment;
+    if (count == 0)
+        return segment;
+    segment.count = static_cast<std::size_t>(count);
+    auto* const indices = reinterpret_cast<std::int32_t*>(memory.Take(segment.count * sizeof(std::int32_t), blocks));
+    std::size_t const held = store.ReadIndices(indices, segment.count);
+    std::fill(indices + held, indices + segment.count, 0);
+    segment.indices = indices;
+    return segment;
 }
 
-// Makes room for so many more items. Many records may add to one mesh, so that the list at least doubles when it grows.
-template <class Item>
-void ReserveMore(std::vector<Item>& list, unsigned long long count)
-{
-    std::size_t const needed = list.size() + static_cast<std::size_t>(count);
-    if (needed > list.capacity())
-        list.reserve(std::max(needed, 2 * list.size()));
-}
-
-void ReadSegments(StoreCursor& store, XMLPolygonMesh::Content& mesh)
+void ReadSegments(StoreCursor& store, SegmentSpace& space, XMLPolygonMesh::Content& mesh)
 {
     unsigned long long faceCount = 0;
     unsigned long long edgeCount = 0;
@@ -103,31 +106,35 @@ void ReadSegments(StoreCursor& store, XMLPolygonMesh::Content& mesh)
     if (flagCount > 0)
         mesh.isSegmentVisibilityStored = true;
     store.Expect(flagCount, 1, 1);
-    std::vector<bool> flags(static_cast<std::size_t>(flagCount));
-    for (std::size_t i = 0; i < flags.size() && !store.HasEnded(); ++i)
+    space.flags.assign(static_cast<std::size_t>(flagCount), 0);
+    for (std::size_t i = 0; i < space.flags.size() && !store.HasEnded(); ++i)
     {
         bool flag = false;
         store.Read(flag);
-        flags[i] = flag;
+        space.flags[i] = flag ? 1 : 0;
     }
 
     store.Expect(faceCount, sizeof(unsigned long long), sizeof(FaceSegmentInfo));
-    ReserveMore(mesh.faceSegments, faceCount);
+    mesh.faceSegments.ReserveMore(static_cast<std::size_t>(faceCount), space.memory, mesh.segmentMemory);
     for (unsigned long long i = 0; i < faceCount; ++i)
     {
-        auto polygons = ReadIndexSet<PolygonIndexSet>(store);
-        FaceSegmentInfo& segment = mesh.faceSegments.emplace_back();
-        segment.SetPolygonIndexSet(std::move(polygons));
-        if (i < flags.size())
-            segment.SetVisible(flags[static_cast<std::size_t>(i)]);
+        MeshSegment segment = ReadSegment(store, space.memory, mesh.segmentMemory);
+        if (i < space.flags.size())
+            segment.isVisible = space.flags[static_cast<std::size_t>(i)];
+        mesh.faceSegments.Append(segment);
     }
     store.Expect(edgeCount, sizeof(unsigned long long), sizeof(EdgeSegmentInfo));
-    ReserveMore(mesh.edgeSegments, edgeCount);
+    mesh.edgeSegments.ReserveMore(static_cast<std::size_t>(edgeCount), space.memory, mesh.segmentMemory);
     for (unsigned long long i = 0; i < edgeCount; ++i)
-    {
-        auto vertices = ReadIndexSet<VertexIndexSet>(store);
-        mesh.edgeSegments.emplace_back().SetVertexIndexSet(std::move(vertices));
-    }
+        mesh.edgeSegments.Append(ReadSegment(store, space.memory, mesh.segmentMemory));
+}
+
+// A store may well say how many records it has; one that says too many gets room for no more than it can hold.
+template <class Store>
+void ReserveRecords(Store& objects, unsigned long long count, StoreCursor const& store)
+{
+    constexpr unsigned long long kLeastRecord = 3 * sizeof(unsigned long long);
+    objects.ReserveMore(static_cast<std::size_t>(std::min(count, store.Remaining() / kLeastRecord)));
 }
 
 }  // namespace
@@ -142,25 +149,25 @@ SideStoreReader::SideStoreReader(UTF16String const& sceneFilePath, XMLProducerIm
 
 bool SideStoreReader::ReadMeshStore(UTF16String const& path, MeshStore& meshStore, CurveStore& curveStore)
 {
-    m_materialTable.clear();
-    m_materialCount = 0;
     FilePtr const file(UTF8String(ResolveSideFilePath(m_sceneFilePath, path)), "rb");
     if (!file)
         return NotOpened();
     StoreCursor store(file, m_swapBytes, StoreCursor::kWholeStore);
     unsigned long long recordCount = 0;
-    ReadHeader(store, recordCount);
+    StoreMaterials materials = ReadHeader(store, recordCount);
     TellObserver(&ReadObserver::RecordsClaimed, recordCount);
     if (recordCount == 0)
         return false;
     // Meshes take about as much memory as their records take of the file.
     StoreMemory memory(store.Remaining());
+    ReserveRecords(meshStore, recordCount, store);
+    MeshRecordReader meshes(store, std::move(materials), m_geometryInfoLayout, memory);
     for (unsigned long long i = 0; i < recordCount && !store.HasEnded(); ++i)
-        ReadRecord(store, memory, meshStore, curveStore);
+        ReadRecord(store, memory, meshes, {meshStore, curveStore});
     return true;
 }
 
-void SideStoreReader::ReadHeader(StoreCursor& store, unsigned long long& recordCount)
+StoreMaterials SideStoreReader::ReadHeader(StoreCursor& store, unsigned long long& recordCount) const
 {
     if (!m_geometryInfoLayout)
     {
@@ -169,30 +176,16 @@ void SideStoreReader::ReadHeader(StoreCursor& store, unsigned long long& recordC
     }
     store.Read(recordCount);
     if (recordCount == 0)
-        return;
+        return {};
     unsigned long long tableOffset = 0;
     store.Read(tableOffset);
-    if (tableOffset >= kLeastTableOffset && tableOffset <= kLastTableOffset)
-        ReadMaterialTable(store, tableOffset);
+    if (tableOffset < kLeastTableOffset || tableOffset > kLastTableOffset)
+        return {};
+    return ReadMaterialTable(store, tableOffset);
 }
 
-void SideStoreReader::ReadMaterialTable(StoreCursor& store, unsigned long long offset)
-{
-    unsigned long long const records = store.Position();
-    store.Seek(offset);
-    store.Read(m_materialCount);
-    for (unsigned long long i = 0; i < m_materialCount && !store.HasEnded(); ++i)
-    {
-        // Kept: an empty id is dropped and those behind it move up, while the count stays.
-        UTF8String id;
-        if (store.Read(id) && !id.IsEmpty())
-            m_materialTable.push_back(std::move(id));
-    }
-    TellObserver(&ReadObserver::TableRead, offset, store.Position());
-    store.Seek(records);
-}
-
-void SideStoreReader::ReadRecord(StoreCursor& store, StoreMemory& memory, MeshStore& meshStore, CurveStore& curveStore)
+void SideStoreReader::ReadRecord(StoreCursor& store, StoreMemory& memory, MeshRecordReader& meshes,
+                                 Stores const& stores)
 {
     unsigned long long recordWord = 0;
     unsigned long long type = 0;
@@ -207,14 +200,14 @@ void SideStoreReader::ReadRecord(StoreCursor& store, StoreMemory& memory, MeshSt
     bool isKept = false;
     if (type == kMeshRecord)
     {
-        auto mesh = std::make_unique<XMLPolygonMesh>(id, m_producer);
-        StoreMaterials const materials{m_materialTable, static_cast<std::uint32_t>(m_materialCount)};
-        MeshRecordReader(store, materials, m_geometryInfoLayout, memory, mesh->StoreContent()).Read();
-        isKept = Enter(meshStore, id, std::move(mesh));
+        std::unique_ptr<XMLPolygonMesh> mesh(new (memory) XMLPolygonMesh(id, m_producer));
+        meshes.Read(mesh->StoreContent());
+        isKept = Enter(stores.meshes, id, std::move(mesh));
     }
     else if (IsCurveKind(type))
     {
-        isKept = Enter(curveStore, id, std::make_unique<XMLCurve>(m_producer, store, static_cast<std::uint32_t>(type)));
+        isKept =
+            Enter(stores.curves, id, std::make_unique<XMLCurve>(m_producer, store, static_cast<std::uint32_t>(type)));
     }
     // Kept: a record of another type consumes nothing behind its id.
     TellRecord(store, type == kMeshRecord ? "mesh" : IsCurveKind(type) ? "curve" : "unknown", id, begin, isKept);
@@ -233,6 +226,8 @@ bool SideStoreReader::ReadMeshSegmentStore(UTF16String const& fullPath, MeshStor
     TellObserver(&ReadObserver::RecordsClaimed, recordCount);
     if (recordCount == 0)
         return false;
+    // An index takes half of the memory that it takes of the file.
+    SegmentSpace space{StoreMemory(store.Remaining() / 2), {}};
     for (unsigned long long i = 0; i < recordCount && !store.HasEnded(); ++i)
     {
         unsigned long long const begin = store.Position();
@@ -241,7 +236,7 @@ bool SideStoreReader::ReadMeshSegmentStore(UTF16String const& fullPath, MeshStor
         XMLPolygonMesh* mesh = nullptr;
         // Kept: a mesh that is not there gets an entry without one, and of its record nothing more is consumed.
         if (!id.IsEmpty() && (mesh = meshStore[id].object) != nullptr)
-            ReadSegments(store, mesh->StoreContent());
+            ReadSegments(store, space, mesh->StoreContent());
         TellRecord(store, "segments", id, begin, mesh != nullptr);
     }
     return true;

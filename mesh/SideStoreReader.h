@@ -1,15 +1,15 @@
 #pragma once
 
-#include <vector>
-
 #include "framework/api/UTF16String.h"
 #include "producer/SideFileIndex.h"
 
 namespace KVR
 {
 
+class MeshRecordReader;
 class StoreCursor;
 class StoreMemory;
+struct StoreMaterials;
 class XMLProducerImpl;
 
 /// Reads one side file with geometry into the side-file index. Lists of a hostile length throw std::length_error or
@@ -30,17 +30,19 @@ public:
     [[nodiscard]] bool ReadMeshSegmentStore(UTF16String const& fullPath, MeshStore& meshStore);
 
 private:
-    void ReadHeader(StoreCursor& store, unsigned long long& recordCount);
-    void ReadMaterialTable(StoreCursor& store, unsigned long long offset);
-    void ReadRecord(StoreCursor& store, StoreMemory& memory, MeshStore& meshStore, CurveStore& curveStore);
+    struct Stores
+    {
+        MeshStore& meshes;
+        CurveStore& curves;
+    };
+
+    StoreMaterials ReadHeader(StoreCursor& store, unsigned long long& recordCount) const;
+    void ReadRecord(StoreCursor& store, StoreMemory& memory, MeshRecordReader& meshes, Stores const& stores);
 
     UTF16String m_sceneFilePath;
     XMLProducerImpl* m_producer;
     bool m_geometryInfoLayout;
     bool m_swapBytes;
-    std::vector<UTF8String> m_materialTable;
-    /// The number that the store states; the table holds fewer when some ids are empty.
-    unsigned long long m_materialCount = 0;
 };
 
 }  // namespace KVR

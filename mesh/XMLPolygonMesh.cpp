@@ -8,6 +8,7 @@
 #include "framework/xml_util/FormatNames.h"
 #include "framework/xml_util/XMLUtils.h"
 #include "producer/ElementReaders.h"
+#include "producer/SideFileIndex.h"
 #include "producer/XMLProducerImpl.h"
 #include "readers/ChangeKeyReader.h"
 #include "readers/ExtensionDataReader.h"
@@ -23,13 +24,17 @@ namespace KVR
 namespace
 {
 
-template <class Item>
-IsValueSpecifiedEnum ItemAt(std::vector<Item> const& list, unsigned long index, Item& item)
+// The indices of a segment in a set of their own; false, with the set left alone, for a bad index.
+template <class Set, class Add>
+bool IndicesAt(MeshSegmentList const& segments, unsigned long index, Set& set, Add add)
 {
-    if (index >= list.size())
-        return kIsValueSpecified_No;
-    item = list[index];
-    return kIsValueSpecified_Yes;
+    if (index >= segments.All().size())
+        return false;
+    MeshSegment const& segment = segments.All()[index];
+    set.Reserve(segment.count);
+    for (std::size_t i = 0; i < segment.count; ++i)
+        add(set, segment.indices[i]);
+    return true;
 }
 
 }  // namespace
@@ -58,31 +63,44 @@ Normal XMLPolygonMesh::NormalAt(unsigned long index) const
 
 ITextureVertexSet* XMLPolygonMesh::TextureVertexSetAt(unsigned long index) const
 {
-    return CheckedAt(m_content.textureVertexSets, index).get();
+    if (!m_content.textureVertexSets)
+        ThrowInvalidSubscript();
+    return CheckedAt(*m_content.textureVertexSets, index).get();
 }
 
 IsValueSpecifiedEnum XMLPolygonMesh::PolygonAt(unsigned long index, EditablePolygon const*& polygon) const
 {
     if (index >= PolygonCount())
         ThrowInvalidSubscript();
-    polygon = m_content.polygons->At(index);
+    polygon = m_content.polygons.At(index);
     return kIsValueSpecified_Yes;
 }
 
 IsValueSpecifiedEnum XMLPolygonMesh::LODId(UTF8String& id) const
 {
-    id = m_levelOfDetailId;
+    id = m_levelOfDetailId ? *m_levelOfDetailId : UTF8String();
     return kIsValueSpecified_Yes;
 }
 
 IsValueSpecifiedEnum XMLPolygonMesh::FaceSegmentAt(unsigned long index, FaceSegmentInfo& segment) const
 {
-    return ItemAt(m_content.faceSegments, index, segment);
+    PolygonIndexSet polygons;
+    auto const add = [](PolygonIndexSet& set, std::int32_t polygon) { set.Add(static_cast<std::uint32_t>(polygon)); };
+    if (!IndicesAt(m_content.faceSegments, index, polygons, add))
+        return kIsValueSpecified_No;
+    segment.SetPolygonIndexSet(std::move(polygons));
+    segment.SetVisible(m_content.faceSegments.All()[index].isVisible);
+    return kIsValueSpecified_Yes;
 }
 
 IsValueSpecifiedEnum XMLPolygonMesh::EdgeSegmentInfoAt(unsigned long index, EdgeSegmentInfo& segment) const
 {
-    return ItemAt(m_content.edgeSegments, index, segment);
+    VertexIndexSet vertices;
+    auto const add = [](VertexIndexSet& set, std::int32_t vertex) { set.Append(vertex); };
+    if (!IndicesAt(m_content.edgeSegments, index, vertices, add))
+        return kIsValueSpecified_No;
+    segment.SetVertexIndexSet(std::move(vertices));
+    return kIsValueSpecified_Yes;
 }
 
 IsValueSpecifiedEnum XMLPolygonMesh::PolygonSetGroups(IdSetSet&) const
@@ -94,8 +112,8 @@ IsValueSpecifiedEnum XMLPolygonMesh::PolygonMaterialIndexAt(unsigned long index,
 {
     if (index >= PolygonCount())
         ThrowInvalidSubscript();
-    std::uint32_t const slot = m_content.polygons->MaterialSlotAt(index);
-    if (slot >= m_content.materialSets.Size())
+    std::uint32_t const slot = m_content.polygons.MaterialSlotAt(index);
+    if (slot >= m_content.materials.size())
         return kIsValueSpecified_No;
     material = slot;
     return kIsValueSpecified_Yes;
@@ -103,9 +121,16 @@ IsValueSpecifiedEnum XMLPolygonMesh::PolygonMaterialIndexAt(unsigned long index,
 
 IsValueSpecifiedEnum XMLPolygonMesh::PolygonMaterials(IdSetSet& materials) const
 {
-    if (m_content.materialSets.IsEmpty())
+    if (m_content.materials.empty())
         return kIsValueSpecified_No;
-    materials = m_content.materialSets;
+    IdSetSet sets;
+    for (std::uint32_t const material : m_content.materials)
+    {
+        IdSet ids;
+        ids.AddWithoutUniquenessCheck((*m_content.materialIds)[material]);
+        sets.AddWithUniquenessCheck(std::move(ids));
+    }
+    materials = std::move(sets);
     return kIsValueSpecified_Yes;
 }
 
@@ -130,7 +155,8 @@ IsValueSpecifiedEnum XMLPolygonMesh::DisplayLengthUnit(UnitTypeEnum& unit) const
 void XMLPolygonMesh::ReadAttributes(xercesc::DOMNode const* node)
 {
     XMLUtils::GetNodeAttribute(node, Names::Label, m_label);
-    XMLUtils::GetNodeAttribute(node, Names::LODID, m_levelOfDetailId);
+    if (UTF8String id; XMLUtils::GetNodeAttribute(node, Names::LODID, id))
+        m_levelOfDetailId = id.IsEmpty() ? nullptr : std::make_unique<UTF8String const>(std::move(id));
     Ignored(ValueOfDocumentText(kPolygonMeshTypeTexts, AttributeText(node, Names::Type), m_meshType));
     XMLUtils::GetNodeAttribute(node, Names::VersionPersistentId, m_versionPersistentId);
     // Kept: absence means hidden here, although a new mesh is shown.
@@ -157,6 +183,11 @@ bool ReadPolygonMesh(XMLProducerImpl* producer, xercesc::DOMNode* node, MeshStor
 {
     XMLUtils::GetNodeAttribute(node, Names::ID, id);
     StoreEntry<XMLPolygonMesh>& entry = meshStore[id];
+    if (!entry.object && producer->sideFileIndex->hasUnreadMeshes && !id.IsEmpty())
+    {
+        entry.owned = std::make_unique<XMLPolygonMesh>(id, producer);
+        entry.object = entry.owned.get();
+    }
     if (!entry.object)
     {
         TellObserver(&ReadObserver::ElementDropped, node, DropReason::kNoRecord);

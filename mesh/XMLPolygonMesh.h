@@ -1,13 +1,14 @@
 #pragma once
 
 #include <memory>
-#include <optional>
 #include <span>
 #include <vector>
 #include <xercesc/dom/DOMNode.hpp>
 
 #include "framework/api/IPolygonMesh.h"
 #include "framework/xml_util/ObjectState.h"
+#include "mesh/MaterialSlots.h"
+#include "mesh/MeshSegment.h"
 #include "mesh/PolygonSlab.h"
 #include "mesh/StoreMemory.h"
 #include "readers/TransformState.h"
@@ -18,13 +19,12 @@ namespace KVR
 class IProperty;
 class XMLProducerImpl;
 
-/// The marker of a polygon without material: a slot that no mesh's materials reach.
-inline constexpr std::uint32_t kNoMaterialSlot = 0xFFFFFFFFU;
-
 /// A mesh that a binary store built and an element of the scene dressed.
-class XMLPolygonMesh : public TransformState<ObjectState<IPolygonMesh>>
+class XMLPolygonMesh : public TransformState<ObjectState<IPolygonMesh>>, public InStoreMemory
 {
 public:
+    using TextureVertexSets = std::vector<std::unique_ptr<ITextureVertexSet>>;
+
     /// What a store fills. Lists once read do not change.
     struct Content
     {
@@ -32,11 +32,16 @@ public:
         StoreMemory::Blocks memory;
         std::span<PolygonVertex const> vertices;
         std::span<Normal const> normals;
-        std::vector<std::unique_ptr<ITextureVertexSet>> textureVertexSets;
-        std::optional<PolygonSlab> polygons;
-        IdSetSet materialSets;
-        std::vector<FaceSegmentInfo> faceSegments;
-        std::vector<EdgeSegmentInfo> edgeSegments;
+        /// Null without any, as in most meshes.
+        std::unique_ptr<TextureVertexSets> textureVertexSets;
+        PolygonSlab polygons;
+        /// The ids of the store's materials, null without any, and which of them polygons use, in the order of slots.
+        std::shared_ptr<StoreMaterials::Table const> materialIds;
+        std::span<std::uint32_t const> materials;
+        /// The memory of segments, shared likewise.
+        StoreMemory::Blocks segmentMemory;
+        MeshSegmentList faceSegments;
+        MeshSegmentList edgeSegments;
         bool isSegmentVisibilityStored = false;
     };
 
@@ -60,18 +65,21 @@ public:
     PolygonVertex VertexAt(unsigned long index) const override;
     unsigned long NormalCount() const override { return m_content.normals.size(); }
     Normal NormalAt(unsigned long index) const override;
-    unsigned long TextureVertexSetCount() const override { return m_content.textureVertexSets.size(); }
+    unsigned long TextureVertexSetCount() const override
+    {
+        return m_content.textureVertexSets ? m_content.textureVertexSets->size() : 0;
+    }
     ITextureVertexSet* TextureVertexSetAt(unsigned long index) const override;
-    unsigned long PolygonCount() const override { return m_content.polygons ? m_content.polygons->Count() : 0; }
+    unsigned long PolygonCount() const override { return m_content.polygons.Count(); }
     IsValueSpecifiedEnum PolygonAt(unsigned long index, EditablePolygon const*& polygon) const override;
     PolygonMeshTypeEnum MeshType() const override { return m_meshType; }
     /// Kept: counter-clockwise, whatever the scene says.
     PolygonMeshOrientationEnum MeshOrientation() const override { return kPolygonMeshOrientation_CounterClockWise; }
     /// Specified also when it is empty.
     IsValueSpecifiedEnum LODId(UTF8String& id) const override;
-    unsigned long FaceSegmentCount() const override { return m_content.faceSegments.size(); }
+    unsigned long FaceSegmentCount() const override { return m_content.faceSegments.All().size(); }
     IsValueSpecifiedEnum FaceSegmentAt(unsigned long index, FaceSegmentInfo& segment) const override;
-    unsigned long EdgeSegmentCount() const override { return m_content.edgeSegments.size(); }
+    unsigned long EdgeSegmentCount() const override { return m_content.edgeSegments.All().size(); }
     IsValueSpecifiedEnum EdgeSegmentInfoAt(unsigned long index, EdgeSegmentInfo& segment) const override;
     /// Never specified: a scene has no polygon set groups.
     IsValueSpecifiedEnum PolygonSetGroups(IdSetSet& groups) const override;
@@ -90,7 +98,8 @@ private:
 
     XMLProducerImpl* m_producer;
     Content m_content;
-    UTF8String m_levelOfDetailId;
+    /// Null for the empty one.
+    std::unique_ptr<UTF8String const> m_levelOfDetailId;
     PolygonMeshTypeEnum m_meshType = kPolygonMeshType_Regular;
     bool m_visible = true;
     UnitTypeEnum m_lengthUnit = kUnitType_Unknown;

@@ -1,9 +1,9 @@
 #include "output/JsonWriter.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <cmath>
+#include <string_view>
 
 #include "output/Output.h"
 #include "output/SafeText.h"
@@ -18,11 +18,36 @@ constexpr std::size_t kIndent = 2;
 // Deeper levels are not indented further, so that the text of a deep document grows with its content alone.
 constexpr std::size_t kDeepestIndent = 64;
 
-template <class Number>
-std::string_view TextOf(Number value, std::array<char, 32>& buffer)
+// As long as any number is, with room to spare.
+constexpr std::size_t kMostOfNumber = 32;
+
+// Each writes behind `place`, where there is room for kMostOfNumber, and answers the end.
+
+template <class Integer>
+char* PutNumber(char* place, Integer value)
 {
-    auto const end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value).ptr;
-    return {buffer.data(), static_cast<std::size_t>(end - buffer.data())};
+    return std::to_chars(place, place + kMostOfNumber, value).ptr;
+}
+
+char* PutNumber(char* place, double value)
+{
+    static constexpr std::string_view kNull = "null";
+    if (!std::isfinite(value))
+        return std::copy(kNull.begin(), kNull.end(), place);
+    char* end = std::to_chars(place, place + kMostOfNumber, value).ptr;
+    // Without a fraction readers take "-0" for an integer, which has no negative zero.
+    if (value == 0.0 && std::signbit(value))
+    {
+        *end++ = '.';
+        *end++ = '0';
+    }
+    return end;
+}
+
+template <class Number>
+void Put(Output& out, Number value)
+{
+    out.EndAt(PutNumber(out.Room(kMostOfNumber), value));
 }
 
 }  // namespace
@@ -70,30 +95,52 @@ void JsonWriter::Bool(bool value)
 void JsonWriter::Integer(long long value)
 {
     Separate();
-    std::array<char, 32> buffer;
-    m_out.Put(TextOf(value, buffer));
+    Put(m_out, value);
 }
 
 void JsonWriter::Unsigned(unsigned long long value)
 {
     Separate();
-    std::array<char, 32> buffer;
-    m_out.Put(TextOf(value, buffer));
+    Put(m_out, value);
 }
 
 void JsonWriter::Number(double value)
 {
-    if (!std::isfinite(value))
-    {
-        Null();
-        return;
-    }
     Separate();
-    std::array<char, 32> buffer;
-    m_out.Put(TextOf(value, buffer));
-    // Without a fraction readers take "-0" for an integer, which has no negative zero.
-    if (value == 0.0 && std::signbit(value))
-        m_out.Put(".0");
+    Put(m_out, value);
+}
+
+// Most of a dump of meshes is this: nothing is asked or called for each number that one answer for the list will do
+// for.
+template <class Value>
+void JsonWriter::PutRow(std::span<Value const> values)
+{
+    Separate();
+    m_out.Put('[');
+    for (std::size_t i = 0; i < values.size(); ++i)
+    {
+        char* place = m_out.Room(kMostOfNumber + 2);
+        if (i > 0)
+        {
+            *place++ = ',';
+            *place++ = ' ';
+        }
+        m_out.EndAt(PutNumber(place, values[i]));
+    }
+    m_out.Put(']');
+}
+
+void JsonWriter::Row(std::span<double const> values)
+{
+    PutRow(values);
+}
+void JsonWriter::Row(std::span<int const> values)
+{
+    PutRow(values);
+}
+void JsonWriter::Row(std::span<unsigned int const> values)
+{
+    PutRow(values);
 }
 
 void JsonWriter::String(std::string_view text)

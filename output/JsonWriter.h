@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -37,6 +38,10 @@ public:
     void Unsigned(unsigned long long value);
     /// The shortest text that reads back as the same number; null for what JSON cannot hold.
     void Number(double value);
+    /// Lists of numbers in a row.
+    void Row(std::span<double const> values);
+    void Row(std::span<int const> values);
+    void Row(std::span<unsigned int const> values);
     /// Bytes that are not UTF-8 become U+FFFD.
     void String(std::string_view text);
     /// The bytes as text in base 64.
@@ -51,6 +56,8 @@ private:
         bool isEmpty;
     };
 
+    template <class Value>
+    void PutRow(std::span<Value const> values);
     void Separate();
     void NewLine();
     void Begin(char bracket, Layout layout);

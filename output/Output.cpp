@@ -2,8 +2,8 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
-#include <cstring>
 
 #include "output/OutputError.h"
 
@@ -12,26 +12,25 @@ namespace KVR
 
 Output::Output(int descriptor) : m_buffer(std::make_unique<char[]>(kCapacity)), m_descriptor(descriptor) {}
 
-void Output::Put(std::string_view text)
+void Output::PutLong(std::string_view text)
 {
-    if (text.size() > kCapacity - m_used)
-    {
-        Flush();
-        if (text.size() > kCapacity)
-        {
-            Write(text.data(), text.size());
-            return;
-        }
-    }
-    if (!text.empty())
-        std::memcpy(m_buffer.get() + m_used, text.data(), text.size());
-    m_used += text.size();
+    Flush();
+    if (text.size() > kCapacity)
+        Write(text.data(), text.size());
+    else
+        Put(text);
 }
 
 void Output::PutSpaces(std::size_t count)
 {
-    for (; count > 0; --count)
-        Put(' ');
+    for (; count > 0;)
+    {
+        std::size_t const some = std::min(count, kMostRoom);
+        char* const place = Room(some);
+        std::memset(place, ' ', some);
+        EndAt(place + some);
+        count -= some;
+    }
 }
 
 void Output::Flush()

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
 
 #include "framework/api/Unicode.h"
 #include "output/Output.h"
@@ -79,12 +81,41 @@ void PutEscape(Sink& sink, unsigned unit)
     sink(std::string_view(escape.data(), escape.size()));
 }
 
+// Whether all eight bytes of a word are plain, each by the bit that it carries where it is not: 0x80 and above have
+// their highest bit; what is below 0x20, and what a mask makes zero, borrows it when a number is taken away.
+bool ArePlain(std::uint64_t word)
+{
+    constexpr std::uint64_t kEach = 0x0101010101010101U;
+    auto const hasByte = [&](std::uint64_t byte)
+    {
+        std::uint64_t const masked = word ^ (kEach * byte);
+        return (masked - kEach) & ~masked;
+    };
+    std::uint64_t const bad = word | (word - kEach * 0x20) | hasByte('"') | hasByte('\\') | hasByte(0x7F);
+    return (bad & (kEach * 0x80)) == 0;
+}
+
+// How many bytes at the front are plain.
+std::size_t PlainLength(std::string_view text)
+{
+    std::size_t length = 0;
+    for (std::uint64_t word = 0; length + sizeof word <= text.size(); length += sizeof word)
+    {
+        std::memcpy(&word, text.data() + length, sizeof word);
+        if (!ArePlain(word))
+            break;
+    }
+    while (length < text.size() && IsPlain(text[length]))
+        ++length;
+    return length;
+}
+
 template <class Sink>
 void Escape(std::string_view text, Sink sink)
 {
     while (!text.empty())
     {
-        auto const plain = static_cast<std::size_t>(std::find_if_not(text.begin(), text.end(), IsPlain) - text.begin());
+        std::size_t const plain = PlainLength(text);
         sink(text.substr(0, plain));
         text.remove_prefix(plain);
         if (text.empty())
@@ -110,7 +141,9 @@ void Escape(std::string_view text, Sink sink)
 template <class Sink>
 void EscapeAny(std::string_view text, Sink sink)
 {
-    if (std::all_of(text.begin(), text.end(), IsAscii))
+    if (PlainLength(text) == text.size())
+        sink(text);
+    else if (std::all_of(text.begin(), text.end(), IsAscii))
         Escape(text, sink);
     else
         Escape(std::string_view(Unicode::Utf8FromWide(Unicode::WideFromUtf8(text))), sink);

@@ -8,10 +8,13 @@
 #include <array>
 #include <cerrno>
 #include <cstdlib>
+#include <cstring>
 #include <ctime>
 #include <string_view>
 #include <system_error>
-#include <utility>
+
+#include "output/Descriptor.h"
+#include "output/FolderNames.h"
 
 namespace KVR
 {
@@ -31,45 +34,27 @@ constexpr std::string_view kLockText = "a folder of the program kvr, which it ma
 // A folder gets its lock at once. One that has none after that many seconds belongs to nobody who lives.
 constexpr time_t kLockedWithin = 600;
 
-class Descriptor
+int OpenedFolder(char const* path) noexcept
 {
-public:
-    explicit Descriptor(int descriptor) noexcept : m_descriptor(descriptor) {}
-    ~Descriptor()
-    {
-        if (m_descriptor >= 0)
-            close(m_descriptor);
-    }
-    Descriptor(Descriptor const&) = delete;
-    Descriptor& operator=(Descriptor const&) = delete;
-
-    operator int() const noexcept { return m_descriptor; }
-    int Release() noexcept { return std::exchange(m_descriptor, -1); }
-
-private:
-    int m_descriptor;
-};
+    return open(path, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+}
 
 // A lock has its name only when it is held, so that none is ever found that is on its way. -1 for none.
-int LockIn(fs::path const& folder)
+int LockIn(int folder) noexcept
 {
-    fs::path const path = folder / kNewLockName;
-    Descriptor lock(open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
+    Descriptor lock(openat(folder, kNewLockName, O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600));
     bool const isHeld = lock >= 0 && write(lock, kLockText.data(), kLockText.size()) == ssize_t{kLockText.size()} &&
-                        flock(lock, LOCK_EX | LOCK_NB) == 0 && rename(path.c_str(), (folder / kLockName).c_str()) == 0;
+                        flock(lock, LOCK_EX | LOCK_NB) == 0 && renameat(folder, kNewLockName, folder, kLockName) == 0;
     if (!isHeld)
-        unlink(path.c_str());
+        unlinkat(folder, kNewLockName, 0);
     return isHeld ? lock.Release() : -1;
 }
 
 // The lock goes last: what is left of a folder when this ends early is still known by it.
-void RemoveAllIn(fs::path const& folder)
+void RemoveWithLock(int folder) noexcept
 {
-    std::error_code ignored;
-    for (fs::directory_iterator i(folder, ignored), end; i != end; i.increment(ignored))
-        if (i->path().filename() != kLockName)
-            fs::remove_all(i->path(), ignored);
-    fs::remove(folder / kLockName, ignored);
+    RemoveAllIn(folder, kLockName);
+    unlinkat(folder, kLockName, 0);
 }
 
 bool IsMine(int descriptor, mode_t kind)
@@ -100,85 +85,76 @@ int FreeLock(int folder, char const* name, bool isComplete)
 
 // Whether whoever made a folder ended before it had its lock: it has stood for long, with nothing in it but perhaps a
 // lock on its way.
-bool IsUnfinished(int folder, fs::path const& content)
+bool IsUnfinished(int folder)
 {
     struct stat status = {};
     if (fstat(folder, &status) != 0 || status.st_mtime > time(nullptr) - kLockedWithin)
         return false;
-    std::error_code error;
-    fs::directory_iterator entry(content, error);
-    if (error || entry == fs::directory_iterator())
-        return !error;
-    bool const isNewLock = entry->path().filename() == kNewLockName;
-    return isNewLock && entry.increment(error) == fs::directory_iterator() && !error &&
+    FolderNames names(folder);
+    char const* const name = names.Next();
+    if (!name)
+        return names.Error() == 0;
+    return std::strcmp(name, kNewLockName) == 0 && !names.Next() && names.Error() == 0 &&
            Descriptor(FreeLock(folder, kNewLockName, false)) >= 0;
 }
 
 // Removes a folder that has a lock which nobody holds, or never got one. All is done by descriptors: the name could
 // come to be another's.
-void RemoveIfLeft(fs::path const& path)
+void RemoveIfLeft(int outer, char const* name)
 {
-    Descriptor const folder(open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    Descriptor const folder(openat(outer, name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
     if (folder < 0 || !IsMine(folder, S_IFDIR))
         return;
-    fs::path const content = fs::path("/proc/self/fd") / std::to_string(folder);
     Descriptor const lock(FreeLock(folder, kLockName, true));
     if (lock >= 0)
-        RemoveAllIn(content);
-    else if (IsUnfinished(folder, content))
+        RemoveWithLock(folder);
+    else if (IsUnfinished(folder))
         unlinkat(folder, kNewLockName, 0);
     else
         return;
-    rmdir(path.c_str());
+    unlinkat(outer, name, AT_REMOVEDIR);
 }
 
-void RemoveLeft(fs::path const& folder, std::string const& name)
+void RemoveLeft(fs::path const& folder, std::string_view name)
 {
-    std::error_code ignored;
-    for (fs::directory_iterator i(folder, ignored), end; i != end; i.increment(ignored))
-    {
-        std::string const found = i->path().filename().string();
-        if (found.size() == name.size() + kVaries.size() && found.starts_with(name))
-            RemoveIfLeft(i->path());
-    }
-}
-
-fs::path Made(fs::path const& folder, std::string const& name)
-{
-    RemoveLeft(folder, name);
-    std::string path = (folder / name).string().append(kVaries);
-    if (!mkdtemp(path.data()))
-        throw std::system_error(errno, std::generic_category());
-    return path;
+    Descriptor const outer(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    FolderNames names(outer);
+    while (char const* const found = names.Next())
+        if (std::string_view(found).size() == name.size() + kVaries.size() && std::string_view(found).starts_with(name))
+            RemoveIfLeft(outer, found);
 }
 
 }  // namespace
 
 ScratchFolder::ScratchFolder(fs::path const& folder, std::string const& name)
-    : m_outer(Made(folder, name)), m_path(m_outer / kInside), m_lock(LockIn(m_outer))
+    : m_outer((folder / name).string().append(kVaries))
 {
-    if (mkdir(m_path.c_str(), 0700) == 0)
-        return;
-    int const error = errno;
-    Remove();
-    throw std::system_error(error, std::generic_category());
+    RemoveLeft(folder.empty() ? fs::path(".") : folder, name);
+    if (!mkdtemp(m_outer.data()))
+        throw std::system_error(errno, std::generic_category());
+    try
+    {
+        m_path = fs::path(m_outer) / kInside;
+        m_lock = LockIn(Descriptor(OpenedFolder(m_outer.c_str())));
+        if (mkdir(m_path.c_str(), 0700) != 0)
+            throw std::system_error(errno, std::generic_category());
+    }
+    catch (...)
+    {
+        Remove();
+        throw;
+    }
 }
 
 ScratchFolder::~ScratchFolder()
 {
-    try
-    {
-        Remove();
-    }
-    catch (std::exception const&)
-    {
-        // For want of memory: the next folder of the name removes it.
-    }
+    Remove();
 }
 
-void ScratchFolder::Remove() const
+void ScratchFolder::Remove() const noexcept
 {
-    RemoveAllIn(m_outer);
+    if (Descriptor const folder(OpenedFolder(m_outer.c_str())); folder >= 0)
+        RemoveWithLock(folder);
     rmdir(m_outer.c_str());
     if (m_lock >= 0)
         close(m_lock);

@@ -12,7 +12,8 @@ namespace KVR
 class ScratchFolder
 {
 public:
-    /// In a folder, under a name that begins so, which is to be the program's alone. Throws std::system_error.
+    /// In a folder, under a name that begins so, which is to be the program's alone. Throws std::system_error and
+    /// std::bad_alloc, with nothing left behind. To remove it takes no memory.
     ScratchFolder(std::filesystem::path const& folder, std::string const& name);
     ~ScratchFolder();
     ScratchFolder(ScratchFolder const&) = delete;
@@ -21,13 +22,13 @@ public:
     std::filesystem::path const& Path() const noexcept { return m_path; }
 
 private:
-    void Remove() const;
+    void Remove() const noexcept;
 
     /// The folder that has the lock beside the one to put things into.
-    std::filesystem::path m_outer;
+    std::string m_outer;
     std::filesystem::path m_path;
     /// The locked file; -1 where there are no locks.
-    int m_lock;
+    int m_lock = -1;
 };
 
 }  // namespace KVR

@@ -22,6 +22,7 @@
 #include "producer/ClassicLocaleScope.h"
 #include "producer/ObjectNodeIndex.h"
 #include "producer/SideFileIndex.h"
+#include "producer/StoreNeeds.h"
 #include "producer/XMLProducerImpl.h"
 #include "producer/XMLProducerOptions.h"
 #include "readers/Ignored.h"
@@ -94,12 +95,16 @@ struct InfoRow
 {
     InfoSection const& section;
     void (*load)(Scan const& scan, DOMNode const* node);
+    bool StoreNeeds::*isNeeded;
 };
 
 constexpr InfoRow kInfoRows[] = {
-    {InfoSections::kKernelStore, &LoadKernelStore},       {InfoSections::kGeometryStore, &LoadMeshStore<true>},
-    {InfoSections::kSegmentStore, &LoadMeshSegmentStore}, {InfoSections::kMeshStore, &LoadMeshStore<false>},
-    {InfoSections::kAssets, &LoadVitreolAssets},          {InfoSections::kPersistentIds, &LoadSubObjectPersistentIds},
+    {InfoSections::kKernelStore, &LoadKernelStore, &StoreNeeds::geometry},
+    {InfoSections::kGeometryStore, &LoadMeshStore<true>, &StoreNeeds::geometry},
+    {InfoSections::kSegmentStore, &LoadMeshSegmentStore, &StoreNeeds::segments},
+    {InfoSections::kMeshStore, &LoadMeshStore<false>, &StoreNeeds::geometry},
+    {InfoSections::kAssets, &LoadVitreolAssets, &StoreNeeds::assets},
+    {InfoSections::kPersistentIds, &LoadSubObjectPersistentIds, &StoreNeeds::persistentIds},
 };
 
 // The path that the row's loader opens.
@@ -150,6 +155,22 @@ void TellNamesUnderRoot(ReadObserver& observer, DOMNode const* node)
     observer.NamesTried(node, names, static_cast<std::size_t>(matched - names.begin()));
 }
 
+// What is not needed stays unread, as far as it decides nothing about which objects there are.
+void LoadIfNeeded(Scan const& scan, DOMNode const* node, InfoRow const& row)
+{
+    StoreNeeds const& needs = StoreNeeds::Of(scan.producer.options);
+    if (needs.*row.isNeeded)
+        return row.load(scan, node);
+    if (row.isNeeded != &StoreNeeds::geometry)
+        return;
+    bool const hasMeshes = row.load != &LoadKernelStore;
+    if (hasMeshes && !(needs.isWhole && needs.isWhole(FullPath(scan, node, row))))
+        return row.load(scan, node);
+    SideFileIndex& index = *scan.producer.sideFileIndex;
+    index.hasUnreadMeshes = index.hasUnreadMeshes || hasMeshes;
+    index.deferredStores.emplace_back([scan, node, &row] { row.load(scan, node); });
+}
+
 bool ReadInfoSection(Scan const& scan, DOMNode const* node, XMLCh const* name)
 {
     for (InfoRow const& row : kInfoRows)
@@ -162,7 +183,7 @@ bool ReadInfoSection(Scan const& scan, DOMNode const* node, XMLCh const* name)
         if (isOn && AttributeText(node, Names::Path))
         {
             TellIfUnread(scan, node, row);
-            row.load(scan, node);
+            LoadIfNeeded(scan, node, row);
         }
         return true;
     }
@@ -203,6 +224,8 @@ bool ScanDocument(xercesc::XercesDOMParser const* parser, UTF16String const& sce
             producer.objectNodeIndex->AddNode(node);
     }
     producer.objectNodeIndex->ReadAllNodes(&producer);
+    // The document may go.
+    producer.sideFileIndex->deferredStores.clear();
     return true;
 }
 

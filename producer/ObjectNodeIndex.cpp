@@ -199,6 +199,7 @@ void ObjectNodeIndex::ReadMesh(DOMNode* node)
 ObjectNodeIndex::Outcome ObjectNodeIndex::ReadCurve(DOMNode* node)
 {
     SideFileIndex& index = *m_producer->sideFileIndex;
+    index.ReadDeferredStores();
     bool const hasStore = !index.curveStore.empty();
     Outcome outcome{false, hasStore};
     UTF8String id;

@@ -1,5 +1,7 @@
 #include "producer/SideFileIndex.h"
 
+#include <utility>
+
 #include "framework/api/DataIdToPersistentIdMap.h"
 #include "framework/api/VitreolSerializedAsset.h"
 #include "geometry/XMLCurve.h"
@@ -16,6 +18,13 @@ SideFileIndex::~SideFileIndex()
         delete asset;
     for (auto const& [id, map] : subObjectPersistentIds)
         delete map;
+}
+
+void SideFileIndex::ReadAllDeferred()
+{
+    // Reading a store asks for no curve.
+    for (auto const& read : std::exchange(deferredStores, {}))
+        read();
 }
 
 }  // namespace KVR

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <functional>
 #include <map>
-#include <memory>
+#include <vector>
 
 #include "framework/api/UTF8String.h"
+#include "producer/ObjectStore.h"
 
 namespace KVR
 {
@@ -15,20 +17,10 @@ class VitreolSerializedAsset;
 class XMLCurve;
 class XMLPolygonMesh;
 
-/// An object that a store built, until an element of the scene takes it.
-template <class Object>
-struct StoreEntry
-{
-    /// Null once taken.
-    std::unique_ptr<Object> owned;
-    /// The object also afterwards, not owned; null for an id that a reader asked for and no store held.
-    Object* object = nullptr;
-};
-
 using BodyEntities = std::map<UTF8String, ENTITY*>;
 using CurveEntities = std::map<UTF8String, curve*>;
-using MeshStore = std::map<UTF8String, StoreEntry<XMLPolygonMesh>>;
-using CurveStore = std::map<UTF8String, StoreEntry<XMLCurve>>;
+using MeshStore = ObjectStore<XMLPolygonMesh>;
+using CurveStore = ObjectStore<XMLCurve>;
 using VitreolAssets = std::map<UTF8String, VitreolSerializedAsset*>;
 using SubObjectPersistentIds = std::map<UTF8String, EditableDataIdToPersistentIdMap*>;
 
@@ -53,6 +45,21 @@ public:
     VitreolAssets vitreolAssets;
     /// Owned until an object takes them.
     SubObjectPersistentIds subObjectPersistentIds;
+
+    /// Stores that are read when the first curve is.
+    std::vector<std::function<void()>> deferredStores;
+    /// Whether a mesh without an entry is one of a store that is not read.
+    bool hasUnreadMeshes = false;
+
+    /// To be called before a curve is read.
+    void ReadDeferredStores()
+    {
+        if (!deferredStores.empty()) [[unlikely]]
+            ReadAllDeferred();
+    }
+
+private:
+    void ReadAllDeferred();
 };
 
 }  // namespace KVR

@@ -24,6 +24,7 @@
 #include "producer/ObjectNodeIndex.h"
 #include "producer/PropertyAttachment.h"
 #include "producer/SideFileIndex.h"
+#include "producer/StoreNeeds.h"
 #include "producer/XMLProducerImpl.h"
 #include "structure/XMLFileQueryResult.h"
 
@@ -158,7 +159,8 @@ void XMLProducerImpl::BeginProcess(EventManager const* manager)
         throw FileException(exception);
     }
     ScanDocument(m_parser.get(), m_fileName, *this);
-    AttachProperties(m_fileName, *this);
+    if (StoreNeeds::Of(options).properties)
+        AttachProperties(m_fileName, *this);
     ReleaseDocument();
 }
 

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "producer/StoreNeeds.h"
+
 namespace KVR
 {
 
@@ -10,6 +12,7 @@ struct XMLProducerOptions::Flags
     bool wantLayer = true;
     bool wantRestoreInsecure = false;
     FileHandler unreadSideFileHandler;
+    StoreNeeds needs;
 };
 
 XMLProducerOptions::XMLProducerOptions() : m_flags(std::make_unique<Flags>()) {}
@@ -38,6 +41,16 @@ void XMLProducerOptions::SetUnreadSideFileHandler(FileHandler handler)
 XMLProducerOptions::FileHandler const& XMLProducerOptions::UnreadSideFileHandler() const noexcept
 {
     return m_flags->unreadSideFileHandler;
+}
+
+void StoreNeeds::Set(XMLProducerOptions& options, StoreNeeds const& needs)
+{
+    options.m_flags->needs = needs;
+}
+StoreNeeds const& StoreNeeds::Of(XMLProducerOptions const* options)
+{
+    static StoreNeeds const s_all;
+    return options ? options->m_flags->needs : s_all;
 }
 
 }  // namespace KVR

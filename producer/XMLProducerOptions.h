@@ -10,6 +10,8 @@
 namespace KVR
 {
 
+struct StoreNeeds;
+
 /// What a host may choose about the reading of a scene. The host owns the options; they must outlive the producer that
 /// was given them.
 class KVR_XML_PRODUCER_API XMLProducerOptions : public BaseOptions
@@ -41,6 +43,7 @@ public:
     FileHandler const& UnreadSideFileHandler() const noexcept;
 
 private:
+    friend struct StoreNeeds;
     struct Flags;
     std::unique_ptr<Flags> m_flags;
 };

@@ -106,7 +106,7 @@ void AddTriangles(SceneMesh& target, BodyMesh const& mesh, TopTools_IndexedMapOf
 {
     std::vector<std::string> const styles = StylesOfFaces(body, static_cast<std::size_t>(faces.Extent()));
     BodySource const source(mesh);
-    TriangleRuns runs(mesh.Vertices().size() / 3);
+    TriangleRuns runs(mesh.Vertices().size() / 3, true);
     for (std::size_t range = 0; range < mesh.Faces().size(); ++range)
     {
         auto const face = static_cast<std::uint32_t>(faces.FindIndex(mesh.Faces()[range].face) - 1);
@@ -123,7 +123,7 @@ void AddTriangles(SceneMesh& target, BodyMesh const& mesh, TopTools_IndexedMapOf
             runs.Add(run, corners, face, source);
         }
     }
-    runs.MoveInto(target, true);
+    runs.MoveInto(target);
 }
 
 std::size_t TrianglesOf(TopoDS_Shape const& shape)

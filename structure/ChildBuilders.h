@@ -61,6 +61,7 @@ template <class ChildIdT>
 bool BuildCurve(ChildContext const& context, xercesc::DOMNode* node, std::vector<ChildIdT>& children)
 {
     UTF8String id;
+    context.producer->sideFileIndex->ReadDeferredStores();
     if (!context.curveStore.empty() && ReadCurveFromStore(context.producer, node, context.curveStore, id))
     {
         children.push_back(ChildIdT::Create(context.producer->objectCollector->QueryObject(id)));

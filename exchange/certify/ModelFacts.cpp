@@ -9,6 +9,19 @@
 namespace KVR::Certification
 {
 
+namespace
+{
+
+// JSON has no others.
+std::vector<double> Finite(std::vector<double> numbers)
+{
+    for (double& number : numbers)
+        number = std::isfinite(number) ? number : 0.0;
+    return numbers;
+}
+
+}  // namespace
+
 void ModelFacts::Add(char const* table, std::string const& name, std::vector<double> const& numbers, double count)
 {
     tables[table][name].Add({count, numbers});
@@ -41,7 +54,7 @@ std::string ModelFacts::Text() const
     {
         json entries = json::object();
         for (auto const& [key, entry] : table)
-            entries[key] = {entry.count, entry.numbers};
+            entries[key] = {entry.count, Finite(entry.numbers)};
         all[name] = std::move(entries);
     }
     return json({std::move(list), std::move(all), hasBodies, hasMesh})

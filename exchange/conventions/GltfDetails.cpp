@@ -4,6 +4,8 @@
 #include <initializer_list>
 #include <nlohmann/json.hpp>
 
+#include "output/JsonDepth.h"
+
 namespace KVR
 {
 
@@ -14,7 +16,7 @@ using nlohmann::json;
 
 json ObjectOf(std::string_view text)
 {
-    json object = json::parse(text, nullptr, false);
+    json object = IsShallowJson(text) ? json::parse(text, nullptr, false) : json();
     return object.is_object() ? object : json::object();
 }
 

@@ -22,6 +22,7 @@
 #include "exchange/source/SceneProblem.h"
 #include "exchange/source/SceneReading.h"
 #include "exchange/source/SideFileCheck.h"
+#include "framework/api/Exception.h"
 #include "framework/api/UTF8String.h"
 #include "framework/kernel/KernelMessages.h"
 #include "inspect/query/FilteredScene.h"
@@ -92,10 +93,11 @@ std::string SentenceOf(std::string const& path, std::exception const& error)
         return error.what();
     if (dynamic_cast<TargetError const*>(&error))
         return Escaped(error.what());
-    auto const* const system = dynamic_cast<std::system_error const*>(&error);
-    return Escaped(path) + ": " +
-           (system ? "it cannot be written: " + std::generic_category().message(system->code().value())
-                   : Escaped(error.what()));
+    if (auto const* const system = dynamic_cast<std::system_error const*>(&error))
+        return Escaped(path) + ": it cannot be written: " + std::generic_category().message(system->code().value());
+    // What libraries say of content that they were not made for is no sentence.
+    bool const isSaid = dynamic_cast<std::runtime_error const*>(&error) || dynamic_cast<Exception const*>(&error);
+    return Escaped(path) + ": " + (isSaid ? Escaped(error.what()) : "the content of the scene makes no sense");
 }
 
 // The shares of the time that stages take.
@@ -165,8 +167,7 @@ std::optional<std::vector<std::string>> Write(IProducer& producer, UTF8String co
 
 // What the child does.
 void ExportHere(SceneOptions const& sceneOptions, std::string const& target, std::string const& path,
-                ExportOptions const& options, std::set<std::string> const& leftOut, ChildLimits const& limits,
-                ChildVoice const& voice)
+                ExportOptions const& options, std::set<std::string> const& leftOut, ChildVoice const& voice)
 {
     try
     {
@@ -191,7 +192,7 @@ void ExportHere(SceneOptions const& sceneOptions, std::string const& target, std
     }
     catch (std::bad_alloc const&)
     {
-        throw ExportError(Escaped(sceneOptions.path) + ": " + limits.MemoryText());
+        throw;
     }
     catch (SceneFilterError const& error)
     {
@@ -224,7 +225,7 @@ void ExportInChildren(SceneOptions const& scene, std::string const& path, WorkFo
         ChildResult child = RunInChild(
             [&](ChildVoice const& voice)
             {
-                ExportHere(scene, path, folder.Inside().string(), options, leftOut, limits, voice);
+                ExportHere(scene, path, folder.Inside().string(), options, leftOut, voice);
                 return std::string();
             },
             progress, limits);
@@ -238,9 +239,11 @@ void ExportInChildren(SceneOptions const& scene, std::string const& path, WorkFo
         }
         std::string const ended = "its writer ended " + child.EndText();
         std::string const subject = Escaped(child.subject);
+        if (child.isOutOfMemory)
+            throw ExportError(Escaped(scene.path) + ": " + *child.failure);
         if (child.failure)
             throw ExportError(*child.failure);
-        if (subject.empty() || leftOut.size() == kMostLeftOut)
+        if (subject.empty() || child.hasStalled || leftOut.size() == kMostLeftOut)
         {
             std::string const place = subject.empty() ? std::string() : ", at " + subject;
             throw ExportError(fmt::format("{}: {}{}; nothing was written", Escaped(path), ended, place));

@@ -37,13 +37,21 @@ std::string_view NameOf(OccurrenceWalk const& walk)
 class FlatWalk
 {
 public:
-    FlatWalk(ExportTask& task, std::function<void(FlatGroup const&)> const& use,
-             std::function<void(FlatLines const&)> const& useLines)
-        : m_task(task), m_use(use), m_useLines(useLines)
+    FlatWalk(ExportTask& task, std::function<void(FlatLines const&)> const& useLines)
+        : m_task(task), m_useLines(useLines)
     {
     }
 
-    void Go()
+    // May be called again: meshes and lines are made once.
+    void Go(std::function<void(FlatGroup const&)> const& use)
+    {
+        m_occurrence = {};
+        GoThrough(use);
+        m_isCounted = true;
+    }
+
+private:
+    void GoThrough(std::function<void(FlatGroup const&)> const& use)
     {
         double const metres = MetresOf(FlatUnit(m_task));
         Matrix const toFile =
@@ -53,7 +61,7 @@ public:
             m_task.NextOccurrence();
             if (!walk.State().isVisible)
             {
-                m_task.notCarried.Add("hidden occurrences");
+                CountNotCarried("hidden occurrences");
                 walk.SkipBelow();
                 continue;
             }
@@ -62,26 +70,32 @@ public:
             m_occurrence = {m_occurrence.number + 1, std::string(NameOf(walk))};
             Matrix const place = Product(toFile, walk.Place());
             for (SceneGeometry const& geometry : walk.Component().geometry)
-                Geometry(geometry, walk, place);
+                Geometry(geometry, walk, place, use);
         }
     }
 
-private:
-    void Geometry(SceneGeometry const& geometry, OccurrenceWalk const& walk, Matrix const& place)
+    void CountNotCarried(std::string const& kind)
+    {
+        if (!m_isCounted)
+            m_task.notCarried.Add(kind);
+    }
+
+    void Geometry(SceneGeometry const& geometry, OccurrenceWalk const& walk, Matrix const& place,
+                  std::function<void(FlatGroup const&)> const& use)
     {
         OccurrenceState const& state = walk.State();
         if ((geometry.kind == GeometryKind::kBody && geometry.hasMesh) || m_task.watch.LeavesOut(geometry))
             return;
         if (!state.IsVisible(geometry))
         {
-            m_task.notCarried.Add("hidden pieces of geometry");
+            CountNotCarried("hidden pieces of geometry");
             return;
         }
         bool const hasTriangles = geometry.kind == GeometryKind::kMesh || geometry.kind == GeometryKind::kBody;
         if (geometry.kind == GeometryKind::kOther || geometry.kind == GeometryKind::kCloud ||
             (!hasTriangles && !m_useLines))
         {
-            m_task.notCarried.Add("objects of the kind " + std::string(geometry.className));
+            CountNotCarried("objects of the kind " + std::string(geometry.className));
             return;
         }
         Matrix const all = Product(place, state.PlaceOf(geometry, walk.Component()));
@@ -92,15 +106,15 @@ private:
         {
             SceneMesh const& mesh = MeshOf(geometry);
             for (SceneMesh::Run const& run : mesh.runs)
-                m_use({mesh, run, all, Mirrors(all),
-                       keeps && !run.style.empty() ? m_task.scene.StyleOf(run.style) : style, m_occurrence});
+                use({mesh, run, all, Mirrors(all),
+                     keeps && !run.style.empty() ? m_task.scene.StyleOf(run.style) : style, m_occurrence});
             if (!mesh.runs.empty())
                 return;
         }
         SceneLines const none;
         SceneLines const& lines = m_useLines ? LinesOf(geometry) : none;
         if (lines.IsEmpty())
-            m_task.notCarried.Add("pieces of geometry with nothing to draw");
+            CountNotCarried("pieces of geometry with nothing to draw");
         else
             m_useLines({lines, all, style, m_occurrence});
     }
@@ -137,7 +151,8 @@ private:
     }
 
     ExportTask& m_task;
-    std::function<void(FlatGroup const&)> const& m_use;
+    /// Whether a walk has been through and counted what is not carried.
+    bool m_isCounted = false;
     std::function<void(FlatLines const&)> const& m_useLines;
     FlatOccurrence m_occurrence;
     std::unordered_map<IObject const*, SceneMesh> m_meshes;
@@ -166,7 +181,17 @@ void ForEachTriangleGroup(ExportTask& task, std::function<void(FlatGroup const&)
                           std::function<void(FlatLines const&)> const& useLines)
 {
     RefuseMoreOccurrences(task.scene, kMostOccurrences);
-    FlatWalk(task, use, useLines).Go();
+    FlatWalk(task, useLines).Go(use);
+}
+
+void ForEachTriangleGroupTwice(ExportTask& task, std::function<void(FlatGroup const&)> const& first,
+                               std::function<void(FlatGroup const&)> const& second)
+{
+    RefuseMoreOccurrences(task.scene, kMostOccurrences);
+    std::function<void(FlatLines const&)> const noLines;
+    FlatWalk walk(task, noLines);
+    walk.Go(first);
+    walk.Go(second);
 }
 
 namespace
@@ -189,9 +214,13 @@ std::array<float, 3> PlacedPoint(Matrix const& transform, double const* point)
     return placed;
 }
 
-std::array<float, 3> VertexOf(FlatGroup const& group, std::uint32_t index)
+void PlaceVertices(FlatGroup const& group, std::vector<std::array<float, 3>>& vertices)
 {
-    return PlacedPoint(group.transform, group.mesh.positions.data() + 3 * (group.run.firstVertex + index));
+    vertices.clear();
+    vertices.reserve(group.run.vertexCount);
+    double const* const first = group.mesh.positions.data() + 3 * group.run.firstVertex;
+    for (std::size_t i = 0; i < group.run.vertexCount; ++i)
+        vertices.push_back(PlacedPoint(group.transform, first + 3 * i));
 }
 
 std::array<float, 3> NormalOf(FlatGroup const& group, std::uint32_t index)

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "exchange/export/ExportTask.h"
 #include "scene/CurvePoints.h"
@@ -55,11 +56,16 @@ std::string FlatUnitName(UnitTypeEnum unit);
 /// occurrences.
 void ForEachTriangleGroup(ExportTask& task, std::function<void(FlatGroup const&)> const& use,
                           std::function<void(FlatLines const&)> const& useLines = {});
+/// The same for a format in which one thing of all triangles stands in front of another: hands them out to the first,
+/// and then all of them once more to the second.
+void ForEachTriangleGroupTwice(ExportTask& task, std::function<void(FlatGroup const&)> const& first,
+                               std::function<void(FlatGroup const&)> const& second);
 
 /// A point of three numbers after a transform.
 std::array<float, 3> PlacedPoint(Matrix const& transform, double const* point);
-/// A vertex of a group, by its place in the run, and its normal, in the scene's coordinates.
-std::array<float, 3> VertexOf(FlatGroup const& group, std::uint32_t index);
+/// The vertices of a group, by their places in the run, in the scene's coordinates; the list is replaced.
+void PlaceVertices(FlatGroup const& group, std::vector<std::array<float, 3>>& vertices);
+/// The normal of a vertex, likewise.
 std::array<float, 3> NormalOf(FlatGroup const& group, std::uint32_t index);
 
 }  // namespace KVR

@@ -170,7 +170,7 @@ int GltfNotes::MakeMesh(SceneLines const& lines, Occurrence const& occurrence)
     tinygltf::Primitive& primitive = mesh.primitives.emplace_back();
     primitive.mode = TINYGLTF_MODE_LINE;
     primitive.attributes["POSITION"] = m_buffers.AddPoints(lines.points);
-    primitive.indices = m_buffers.AddIndices(indices, lines.points.size() / 3);
+    primitive.indices = m_buffers.AddIndices(indices, 0, lines.points.size() / 3);
     primitive.material = m_materials.Of(occurrence.style, GltfSurface::kCurve);
     m_model.meshes.push_back(std::move(mesh));
     return static_cast<int>(m_model.meshes.size()) - 1;

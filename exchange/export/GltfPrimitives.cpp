@@ -20,9 +20,21 @@ using tinygltf::Value;
 
 constexpr char kFeatures[] = "EXT_mesh_features";
 
-// The numbers of one run. A vertex that faces share is one for each of them where they are told apart.
-struct RunNumbers
+// Those of a run in lists of their own, in which a vertex that faces share is one for each of them.
+struct CopiedNumbers
 {
+    explicit CopiedNumbers(RunNumbers const& of)
+        : positions(of.positions.begin(), of.positions.end()),
+          normals(of.normals.begin(), of.normals.end()),
+          texture(of.texture.begin(), of.texture.end()),
+          indices(of.indices.begin(), of.indices.end())
+    {
+        for (std::uint32_t& index : indices)
+            index -= static_cast<std::uint32_t>(of.firstVertex);
+    }
+
+    RunNumbers View() const { return {positions, normals, texture, indices, 0}; }
+
     std::vector<double> positions;
     std::vector<float> normals;
     std::vector<float> texture;
@@ -33,34 +45,14 @@ struct RunNumbers
 };
 
 template <class Number>
-std::vector<Number> Part(std::vector<Number> const& all, std::size_t first, std::size_t count)
-{
-    return {all.begin() + static_cast<std::ptrdiff_t>(first), all.begin() + static_cast<std::ptrdiff_t>(first + count)};
-}
-
-template <class Number>
 void Repeat(std::vector<Number>& numbers, std::size_t vertex, std::size_t width)
 {
     for (std::size_t i = 0; !numbers.empty() && i < width; ++i)
         numbers.push_back(numbers[width * vertex + i]);
 }
 
-RunNumbers NumbersOf(SceneMesh const& mesh, SceneMesh::Run const& run)
-{
-    RunNumbers numbers;
-    numbers.positions = Part(mesh.positions, 3 * run.firstVertex, 3 * run.vertexCount);
-    if (run.hasNormals)
-        numbers.normals = Part(mesh.normals, 3 * run.firstVertex, 3 * run.vertexCount);
-    if (run.hasTexture)
-        numbers.texture = Part(mesh.texture, 2 * run.firstVertex, 2 * run.vertexCount);
-    numbers.indices = Part(mesh.indices, 3 * run.firstTriangle, 3 * run.triangleCount);
-    for (std::uint32_t& index : numbers.indices)
-        index -= static_cast<std::uint32_t>(run.firstVertex);
-    return numbers;
-}
-
 // Gives each vertex its face.
-void TellFacesApart(RunNumbers& numbers, SceneMesh const& mesh, SceneMesh::Run const& run)
+void TellFacesApart(CopiedNumbers& numbers, SceneMesh const& mesh, SceneMesh::Run const& run)
 {
     constexpr std::uint32_t kUnset = SceneMesh::kNoFace - 1;
     auto const faceCount = static_cast<std::uint32_t>(mesh.faces.size());
@@ -106,6 +98,21 @@ Value IdsOf(std::vector<SceneMesh::Face> const& faces)
 }
 
 }  // namespace
+
+RunNumbers RunNumbers::Of(SceneMesh const& mesh, SceneMesh::Run const& run)
+{
+    auto const part = [](auto const& list, std::size_t width, std::size_t first, std::size_t count)
+    { return std::span(list).subspan(width * first, width * count); };
+    RunNumbers numbers;
+    numbers.positions = part(mesh.positions, 3, run.firstVertex, run.vertexCount);
+    if (run.hasNormals)
+        numbers.normals = part(mesh.normals, 3, run.firstVertex, run.vertexCount);
+    if (run.hasTexture)
+        numbers.texture = part(mesh.texture, 2, run.firstVertex, run.vertexCount);
+    numbers.indices = part(mesh.indices, 3, run.firstTriangle, run.triangleCount);
+    numbers.firstVertex = run.firstVertex;
+    return numbers;
+}
 
 GltfPrimitives::GltfPrimitives(ExportTask& task, tinygltf::Model& model)
     : m_task(task), m_model(model), m_buffers(model)
@@ -175,41 +182,48 @@ SceneMesh GltfPrimitives::MeshOf(SceneGeometry const& geometry)
 void GltfPrimitives::AddTriangles(GltfGeometry& made, SceneMesh const& mesh)
 {
     made.faces = mesh.faceOfTriangle.empty() ? Value() : IdsOf(mesh.faces);
+    // As much as it takes when no vertex has to be doubled and all indices are long.
+    m_buffers.Reserve(sizeof(float) *
+                      (mesh.positions.size() + mesh.normals.size() + mesh.texture.size() + mesh.indices.size()));
     for (SceneMesh::Run const& run : mesh.runs)
         AddRun(made, mesh, run);
 }
 
 void GltfPrimitives::AddRun(GltfGeometry& made, SceneMesh const& mesh, SceneMesh::Run const& run)
 {
-    RunNumbers numbers = NumbersOf(mesh, run);
     GltfDrawing& drawing = made.drawings.emplace_back();
     drawing.style = m_task.scene.StyleOf(run.style);
     drawing.surface = run.hasTexture ? GltfSurface::kTextured : GltfSurface::kPlain;
     tinygltf::Primitive& primitive = drawing.primitive;
     primitive.mode = TINYGLTF_MODE_TRIANGLES;
-    if (made.faces.IsArray())
-    {
-        TellFacesApart(numbers, mesh, run);
-        auto const faceCount = static_cast<std::uint32_t>(mesh.faces.size());
-        bool const hasNone = numbers.facesUsed.erase(faceCount) > 0;
-        primitive.attributes["_FEATURE_ID_0"] = m_buffers.AddFloats(numbers.faces, TINYGLTF_TYPE_SCALAR);
-        Value::Object feature;
-        feature["featureCount"] = Value(std::max(1, static_cast<int>(numbers.facesUsed.size())));
-        feature["attribute"] = Value(0);
-        feature["label"] = Value(std::string("face"));
-        if (hasNone)
-            feature["nullFeatureId"] = Value(static_cast<int>(faceCount));
-        Value::Object features;
-        features["featureIds"] = Value(Value::Array{Value(feature)});
-        primitive.extensions[kFeatures] = Value(features);
-        UseExtension(m_model, kFeatures);
-    }
+    if (!made.faces.IsArray())
+        return AddNumbers(primitive, RunNumbers::Of(mesh, run));
+    CopiedNumbers numbers(RunNumbers::Of(mesh, run));
+    TellFacesApart(numbers, mesh, run);
+    auto const faceCount = static_cast<std::uint32_t>(mesh.faces.size());
+    bool const hasNone = numbers.facesUsed.erase(faceCount) > 0;
+    primitive.attributes["_FEATURE_ID_0"] = m_buffers.AddFloats(numbers.faces, TINYGLTF_TYPE_SCALAR);
+    Value::Object feature;
+    feature["featureCount"] = Value(std::max(1, static_cast<int>(numbers.facesUsed.size())));
+    feature["attribute"] = Value(0);
+    feature["label"] = Value(std::string("face"));
+    if (hasNone)
+        feature["nullFeatureId"] = Value(static_cast<int>(faceCount));
+    Value::Object features;
+    features["featureIds"] = Value(Value::Array{Value(feature)});
+    primitive.extensions[kFeatures] = Value(features);
+    UseExtension(m_model, kFeatures);
+    AddNumbers(primitive, numbers.View());
+}
+
+void GltfPrimitives::AddNumbers(tinygltf::Primitive& primitive, RunNumbers const& numbers)
+{
     primitive.attributes["POSITION"] = m_buffers.AddPoints(numbers.positions);
-    if (run.hasNormals)
+    if (!numbers.normals.empty())
         primitive.attributes["NORMAL"] = m_buffers.AddFloats(numbers.normals, TINYGLTF_TYPE_VEC3);
-    if (run.hasTexture)
+    if (!numbers.texture.empty())
         primitive.attributes["TEXCOORD_0"] = m_buffers.AddFloats(numbers.texture, TINYGLTF_TYPE_VEC2);
-    primitive.indices = m_buffers.AddIndices(numbers.indices, numbers.positions.size() / 3);
+    primitive.indices = m_buffers.AddIndices(numbers.indices, numbers.firstVertex, numbers.positions.size() / 3);
 }
 
 void GltfPrimitives::AddLines(std::vector<GltfDrawing>& drawings, SceneLines const& lines)

@@ -2,6 +2,8 @@
 
 #include <tiny_gltf.h>
 
+#include <cstdint>
+#include <span>
 #include <unordered_map>
 #include <vector>
 
@@ -31,6 +33,19 @@ struct GltfGeometry
     tinygltf::Value faces;
 };
 
+/// The numbers of one run of triangles, in lists that others own. Normals and texture are empty for a run without.
+struct RunNumbers
+{
+    static RunNumbers Of(SceneMesh const& mesh, SceneMesh::Run const& run);
+
+    std::span<double const> positions;
+    std::span<float const> normals;
+    std::span<float const> texture;
+    /// Counted from the first vertex.
+    std::span<std::uint32_t const> indices;
+    std::size_t firstVertex = 0;
+};
+
 /// Adds the numbers of geometry to a glTF document, once for all styles.
 class GltfPrimitives
 {
@@ -49,6 +64,7 @@ private:
     SceneMesh MeshOf(SceneGeometry const& geometry);
     void AddTriangles(GltfGeometry& made, SceneMesh const& mesh);
     void AddRun(GltfGeometry& made, SceneMesh const& mesh, SceneMesh::Run const& run);
+    void AddNumbers(tinygltf::Primitive& primitive, RunNumbers const& numbers);
     void AddPoint(std::vector<GltfDrawing>& drawings, IPoint const& point);
 
     ExportTask& m_task;

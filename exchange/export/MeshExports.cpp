@@ -2,18 +2,16 @@
 #include <fmt/format.h>
 
 #include <bit>
-#include <cerrno>
 #include <cmath>
-#include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <iterator>
+#include <limits>
 #include <map>
-#include <memory>
 #include <span>
 #include <stdexcept>
-#include <system_error>
 #include <unordered_map>
+#include <vector>
 
 #include "exchange/export/FlatMesh.h"
 #include "exchange/export/Formats.h"
@@ -35,6 +33,55 @@ std::array<std::uint32_t, 3> CornersOf(FlatGroup const& group, std::size_t trian
     if (group.isMirrored)
         return {corner[0] - first, corner[2] - first, corner[1] - first};
     return {corner[0] - first, corner[1] - first, corner[2] - first};
+}
+
+// Records of one size on their way to a file, which gets many at a time.
+template <std::size_t kSize>
+class RecordBlock
+{
+public:
+    explicit RecordBlock(Output& out) : m_out(out), m_bytes(kSize * kMost) {}
+
+    // The place for the next one, which the caller fills.
+    char* Next()
+    {
+        if (m_used == m_bytes.size())
+            Flush();
+        m_used += kSize;
+        return m_bytes.data() + m_used - kSize;
+    }
+    void Flush()
+    {
+        m_out.Put({m_bytes.data(), m_used});
+        m_used = 0;
+    }
+
+private:
+    static constexpr std::size_t kMost = 4096;
+
+    Output& m_out;
+    std::vector<char> m_bytes;
+    std::size_t m_used = 0;
+};
+
+// At right angles to a triangle; zeros where there is none.
+std::array<float, 3> NormalOfTriangle(std::array<std::array<float, 3>, 3> const& points)
+{
+    std::array<float, 3> normal{};
+    double length = 0.0;
+    for (std::size_t axis = 0; axis < 3; ++axis)
+    {
+        std::size_t const next = (axis + 1) % 3;
+        std::size_t const last = (axis + 2) % 3;
+        normal[axis] = (points[1][next] - points[0][next]) * (points[2][last] - points[0][last]) -
+                       (points[1][last] - points[0][last]) * (points[2][next] - points[0][next]);
+        length += static_cast<double>(normal[axis]) * static_cast<double>(normal[axis]);
+    }
+    length = std::sqrt(length);
+    bool const isGood = length > 0.0 && std::isfinite(length);
+    for (float& x : normal)
+        x = isGood ? static_cast<float>(static_cast<double>(x) / length) : 0.0F;
+    return normal;
 }
 
 unsigned char ByteOf(double fraction)
@@ -62,37 +109,30 @@ void ExportStl(ExportTask& task)
     file.Out().Put(head);
     std::uint32_t count = 0;
     file.Put(count);
-    ForEachTriangleGroup(
-        task,
-        [&](FlatGroup const& group)
-        {
-            for (std::size_t i = 0; i < group.run.triangleCount; ++i)
-            {
-                auto const corners = CornersOf(group, i);
-                std::array<std::array<float, 3>, 3> points;
-                for (std::size_t corner = 0; corner < 3; ++corner)
-                    points[corner] = VertexOf(group, corners[corner]);
-                std::array<float, 3> normal{};
-                double length = 0.0;
-                for (std::size_t axis = 0; axis < 3; ++axis)
-                {
-                    std::size_t const next = (axis + 1) % 3;
-                    std::size_t const last = (axis + 2) % 3;
-                    normal[axis] = (points[1][next] - points[0][next]) * (points[2][last] - points[0][last]) -
-                                   (points[1][last] - points[0][last]) * (points[2][next] - points[0][next]);
-                    length += static_cast<double>(normal[axis]) * static_cast<double>(normal[axis]);
-                }
-                length = std::sqrt(length);
-                for (float& x : normal)
-                    x = length > 0.0 && std::isfinite(length) ? static_cast<float>(static_cast<double>(x) / length)
-                                                              : 0.0f;
-                file.Put(normal);
-                file.Put(points);
-                file.Put(std::uint16_t{0});
-                if (++count == 0)
-                    throw std::runtime_error("it has more triangles than an STL file can hold");
-            }
-        });
+    // A normal, the three points, and a number that has no meaning.
+    constexpr std::size_t kPoints = 3 * sizeof(float);
+    RecordBlock<kPoints + 3 * kPoints + 2> block(file.Out());
+    std::vector<std::array<float, 3>> vertices;
+    ForEachTriangleGroup(task,
+                         [&](FlatGroup const& group)
+                         {
+                             if (group.run.triangleCount > std::numeric_limits<std::uint32_t>::max() - count)
+                                 throw std::runtime_error("it has more triangles than an STL file can hold");
+                             count += static_cast<std::uint32_t>(group.run.triangleCount);
+                             PlaceVertices(group, vertices);
+                             for (std::size_t i = 0; i < group.run.triangleCount; ++i)
+                             {
+                                 auto const corners = CornersOf(group, i);
+                                 std::array<std::array<float, 3>, 3> const points{
+                                     vertices[corners[0]], vertices[corners[1]], vertices[corners[2]]};
+                                 std::array<float, 3> const normal = NormalOfTriangle(points);
+                                 char* const record = block.Next();
+                                 std::memcpy(record, normal.data(), kPoints);
+                                 std::memcpy(record + kPoints, points.data(), 3 * kPoints);
+                                 std::memset(record + 4 * kPoints, 0, 2);
+                             }
+                         });
+    block.Flush();
     file.Patch(80, {reinterpret_cast<char const*>(&count), sizeof count});
     file.Finish();
 }
@@ -125,8 +165,9 @@ private:
     {
         Begin(group.occurrence, group.style, false);
         std::size_t const count = group.run.vertexCount;
-        for (std::size_t i = 0; i < count; ++i)
-            Put("v", VertexOf(group, static_cast<std::uint32_t>(i)));
+        PlaceVertices(group, m_placed);
+        for (std::array<float, 3> const& vertex : m_placed)
+            Put("v", vertex);
         if (group.run.hasNormals)
             for (std::size_t i = 0; i < count; ++i)
                 Put("vn", NormalOf(group, static_cast<std::uint32_t>(i)));
@@ -235,6 +276,8 @@ private:
     NewFile m_file;
     std::string m_text;
     std::string m_materialText;
+    /// The vertices of the group in hand.
+    std::vector<std::array<float, 3>> m_placed;
     /// The materials' names by style, and whether it is the colour of curves without one.
     std::map<std::pair<SceneStyle const*, bool>, std::string> m_materials;
     /// Those in use, with the last number behind each.
@@ -260,47 +303,45 @@ void ExportPly(ExportTask& task)
         "{:<10}\nproperty float x\n"
         "property float y\nproperty float z\nelement face {:<10}\nproperty list uchar int vertex_indices\n"
         "property uchar red\nproperty uchar green\nproperty uchar blue\nproperty uchar alpha\nend_header\n";
-    std::string const facesPath = task.path + ".faces";
     std::uint32_t vertexCount = 0;
     std::uint32_t faceCount = 0;
     NewFile file(task.path);
     std::string const unit = FlatUnitName(FlatUnit(task));
     file.Out().Put(fmt::format(kHead, unit, 0, 0));
-    {
-        // Vertices stand in front of all faces, which wait in a file of their own.
-        NewFile faces(facesPath);
-        ForEachTriangleGroup(
-            task,
-            [&](FlatGroup const& group)
+    std::vector<std::array<float, 3>> vertices;
+    std::uint32_t firstVertex = 0;
+    // A count, three vertices and a colour.
+    RecordBlock<17> faces(file.Out());
+    ForEachTriangleGroupTwice(
+        task,
+        [&](FlatGroup const& group)
+        {
+            if (group.run.vertexCount > 0x7FFFFFFF - vertexCount)
+                throw std::runtime_error("it has more vertices than a PLY file can hold");
+            PlaceVertices(group, vertices);
+            file.Out().Put({reinterpret_cast<char const*>(vertices.data()), vertices.size() * sizeof vertices[0]});
+            vertexCount += static_cast<std::uint32_t>(group.run.vertexCount);
+        },
+        [&](FlatGroup const& group)
+        {
+            std::array<double, 3> const color =
+                group.style && group.style->diffuse ? *group.style->diffuse : task.scene.DefaultSurfaceColor();
+            std::array<unsigned char, 4> const bytes{ByteOf(color[0]), ByteOf(color[1]), ByteOf(color[2]),
+                                                     ByteOf(group.style ? group.style->opacity : 1.0)};
+            for (std::size_t i = 0; i < group.run.triangleCount; ++i)
             {
-                std::size_t const count = group.run.vertexCount;
-                if (count > 0x7FFFFFFF - vertexCount)
-                    throw std::runtime_error("it has more vertices than a PLY file can hold");
-                for (std::size_t i = 0; i < count; ++i)
-                    file.Put(VertexOf(group, static_cast<std::uint32_t>(i)));
-                std::array<double, 3> const color =
-                    group.style && group.style->diffuse ? *group.style->diffuse : task.scene.DefaultSurfaceColor();
-                std::array<unsigned char, 4> const bytes{ByteOf(color[0]), ByteOf(color[1]), ByteOf(color[2]),
-                                                         ByteOf(group.style ? group.style->opacity : 1.0)};
-                for (std::size_t i = 0; i < group.run.triangleCount; ++i, ++faceCount)
-                {
-                    faces.Put(std::uint8_t{3});
-                    for (std::uint32_t const corner : CornersOf(group, i))
-                        faces.Put(vertexCount + corner);
-                    faces.Put(bytes);
-                }
-                vertexCount += static_cast<std::uint32_t>(count);
-            });
-        faces.Finish();
-    }
-    std::unique_ptr<std::FILE, int (*)(std::FILE*)> const faces(std::fopen(facesPath.c_str(), "rb"), &std::fclose);
-    if (!faces)
-        throw std::system_error(errno, std::generic_category());
-    std::array<char, 65536> block;
-    for (std::size_t size = std::fread(block.data(), 1, block.size(), faces.get()); size > 0;
-         size = std::fread(block.data(), 1, block.size(), faces.get()))
-        file.Out().Put({block.data(), size});
-    std::filesystem::remove(facesPath);
+                std::array<std::uint32_t, 3> corners = CornersOf(group, i);
+                for (std::uint32_t& corner : corners)
+                    corner += firstVertex;
+                char* const record = faces.Next();
+                *record = 3;
+                std::memcpy(record + 1, corners.data(), sizeof corners);
+                std::memcpy(record + 13, bytes.data(), sizeof bytes);
+            }
+            firstVertex += static_cast<std::uint32_t>(group.run.vertexCount);
+            faceCount += static_cast<std::uint32_t>(group.run.triangleCount);
+        });
+    faces.Flush();
     file.Patch(0, fmt::format(kHead, unit, vertexCount, faceCount));
     file.Finish();
 }

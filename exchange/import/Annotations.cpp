@@ -14,6 +14,7 @@
 #include <XCAFDoc_DocumentTool.hxx>
 #include <XCAFDoc_GeomTolerance.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
+#include <cstdlib>
 #include <gp_Ax2.hxx>
 
 #include "exchange/conventions/AnnotationDetails.h"
@@ -45,7 +46,8 @@ std::string NameOf(Handle(TCollection_HAsciiString) const& name)
 // Files hold a dozen digits; what lies beyond is left of conversions.
 double Rounded(double value)
 {
-    return std::stod(fmt::format("{:.12g}", value));
+    // What is smaller than a number can be is one of the smallest, or none.
+    return std::strtod(fmt::format("{:.12g}", value).c_str(), nullptr);
 }
 
 std::string NumberText(double value)

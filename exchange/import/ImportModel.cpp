@@ -1,7 +1,6 @@
 #include "exchange/ImportModel.h"
 
 #include <cerrno>
-#include <nlohmann/json.hpp>
 #include <optional>
 #include <stdexcept>
 #include <system_error>
@@ -15,6 +14,7 @@
 #include "exchange/model/ModelDocument.h"
 #include "exchange/model/ModelError.h"
 #include "exchange/model/ModelFormat.h"
+#include "exchange/run/AnswerText.h"
 #include "exchange/run/ChildProcess.h"
 #include "exchange/run/Heard.h"
 #include "exchange/run/StagePlan.h"
@@ -29,8 +29,6 @@ namespace KVR
 namespace
 {
 
-using nlohmann::json;
-
 constexpr char kStage_Reading[] = "reading";
 
 // In words, as in "millimeter".
@@ -43,36 +41,46 @@ std::string UnitWord(UnitTypeEnum unit)
     return word;
 }
 
-json JsonOf(Losses const& losses)
-{
-    json list = json::array();
-    for (auto const& [name, kind] : losses.Kinds())
-        list.push_back({name, kind.count, kind.items});
-    return list;
-}
-
 // What the child answers: the facts of a result.
 std::string AnswerOf(UnitTypeEnum unit, bool isUnitStated, ImportReport const& report)
 {
     ImportCounts const& counts = report.counts;
-    return json{{"counts", {counts.assemblies, counts.parts, counts.instances, counts.bodies, counts.triangles}},
-                {"unit", unit},
-                {"isUnitStated", isUnitStated},
-                {"deflection", report.deflection},
-                {"losses", JsonOf(report.losses)}}
-        .dump(-1, ' ', false, json::error_handler_t::replace);
+    AnswerText answer;
+    for (unsigned long long const count :
+         {counts.assemblies, counts.parts, counts.instances, counts.bodies, counts.triangles})
+        answer.Add(count);
+    answer.Add(unit);
+    answer.Add(isUnitStated);
+    answer.Add(report.deflection);
+    answer.Add(report.losses.Kinds().size());
+    for (auto const& [name, kind] : report.losses.Kinds())
+    {
+        answer.Add(name);
+        answer.Add(kind.count);
+        answer.Add(kind.items.size());
+        for (std::string const& item : kind.items)
+            answer.Add(item);
+    }
+    return answer.Text();
 }
 
 void ReadAnswer(std::string const& answer, ImportResult& result)
 {
-    json const facts = json::parse(answer);
-    json const& counts = facts.at("counts");
-    result.counts = {counts.at(0), counts.at(1), counts.at(2), counts.at(3), counts.at(4)};
-    result.unit = facts.at("unit");
-    result.isUnitStated = facts.at("isUnitStated");
-    result.deflection = facts.at("deflection");
-    for (json const& loss : facts.at("losses"))
-        result.losses.push_back({loss.at(0), loss.at(1), loss.at(2)});
+    AnswerReader facts(answer);
+    ImportCounts& counts = result.counts;
+    for (auto* const count : {&counts.assemblies, &counts.parts, &counts.instances, &counts.bodies, &counts.triangles})
+        *count = facts.Value<unsigned long long>();
+    result.unit = facts.Value<UnitTypeEnum>();
+    result.isUnitStated = facts.Value<bool>();
+    result.deflection = facts.Value<double>();
+    for (auto kinds = facts.Value<std::size_t>(); kinds > 0; --kinds)
+    {
+        ImportLoss& loss = result.losses.emplace_back();
+        loss.kind = facts.Text();
+        loss.count = facts.Value<unsigned long long>();
+        for (auto items = facts.Value<std::size_t>(); items > 0; --items)
+            loss.items.push_back(facts.Text());
+    }
 }
 
 bool IsOfMeshes(ModelFormat format)
@@ -202,7 +210,7 @@ ImportResult Import(std::string const& modelPath, std::string const& scenePath, 
     {
         ReadAnswer(*child.answer, result);
     }
-    catch (json::exception const&)
+    catch (std::runtime_error const&)
     {
         throw ModelError("its reader tells nothing sensible of it");
     }

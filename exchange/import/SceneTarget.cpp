@@ -57,9 +57,7 @@ void SceneTarget::Place() const
                 former.insert(name);
     for (std::string const& name : names)
         former.erase(name);
-    m_folder.MoveIntoPlace();
-    for (std::string const& name : former)
-        fs::remove(PathOf(name));
+    m_folder.MoveIntoPlace({former.begin(), former.end()});
 }
 
 std::string SceneTarget::PathOf(std::string const& name) const

@@ -5,6 +5,7 @@
 
 #include "exchange/meshes/FileBytes.h"
 #include "exchange/meshes/GltfCompressedView.h"
+#include "output/JsonDepth.h"
 
 namespace KVR
 {
@@ -103,6 +104,8 @@ void GltfFile::Parse(std::string_view json)
         json.remove_prefix(3);
     if (!IsUtf8(json))
         m_reading.Damage("its JSON is not UTF-8");
+    if (!IsShallowJson(json))
+        throw ModelError("its JSON has lists and objects more than 200 levels deep");
     std::string const text = TextOfBytes(json);
     try
     {

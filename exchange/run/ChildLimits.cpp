@@ -93,4 +93,10 @@ std::string ChildLimits::MemoryText() const
     return "there is not enough memory for it, which may take " + std::to_string(memory >> 20U) + " MiB";
 }
 
+std::string ChildLimits::StallText() const
+{
+    return "after its threads had waited for one another for " + std::to_string(standstill) +
+           " s, as they do where they lack memory";
+}
+
 }  // namespace KVR

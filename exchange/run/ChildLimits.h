@@ -18,6 +18,9 @@ struct ChildLimits
     static constexpr std::uint64_t kMemory = std::uint64_t{2} << 30U;
     static constexpr std::uint64_t kMemoryPerByte = 256;
 
+    /// Without any processor time, while its threads wait for one another.
+    static constexpr unsigned kStandstill = 30;
+
     /// Those for work on files, where `timeout` replaces the processor time, if it is given. A file that is not there
     /// adds nothing.
     static ChildLimits For(std::vector<std::string> const& files, std::optional<unsigned> timeout);
@@ -26,6 +29,8 @@ struct ChildLimits
     unsigned seconds = kSeconds;
     /// Beyond what the caller has, in bytes of address space.
     std::uint64_t memory = kMemory;
+    /// By the clock.
+    unsigned standstill = kStandstill;
 
     /// Holds this process to them from here on. What the system does not allow to be set stays as it is.
     void Apply() const noexcept;
@@ -34,6 +39,8 @@ struct ChildLimits
     std::string TimeText() const;
     /// "there is not enough memory for it, which may take 2048 MiB".
     std::string MemoryText() const;
+    /// "after its threads had waited for one another for 30 s, as they do where they lack memory".
+    std::string StallText() const;
 };
 
 }  // namespace KVR

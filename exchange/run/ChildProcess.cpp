@@ -15,9 +15,13 @@
 #include <cstring>
 #include <iostream>
 #include <new>
+#include <stdexcept>
 #include <system_error>
 
 #include "exchange/run/ChildReport.h"
+#include "exchange/run/OutOfMemory.h"
+#include "exchange/run/StallWatch.h"
+#include "framework/api/Exception.h"
 #include "framework/kernel/KernelMessages.h"
 
 namespace KVR
@@ -26,10 +30,12 @@ namespace KVR
 namespace
 {
 
-// How a process ends that has no memory left to say so.
+// How a process ends for which there is not enough memory.
 constexpr int kOutOfMemory = 3;
-// How long the callback waits to be asked, in milliseconds.
+// How long the callback waits to be asked, and how long a child is not looked at where there is no callback, in
+// milliseconds.
 constexpr int kBetweenQuestions = 200;
+constexpr int kBetweenLooks = 1000;
 
 [[noreturn]] void Fail(char const* what)
 {
@@ -37,7 +43,7 @@ constexpr int kBetweenQuestions = 200;
 }
 
 // What the work answers or why it failed, as the last record.
-void Work(std::function<std::string(ChildVoice const&)> const& work, ChildVoice const& voice, ChildLimits const& limits)
+void Work(std::function<std::string(ChildVoice const&)> const& work, ChildVoice const& voice)
 {
     try
     {
@@ -45,11 +51,13 @@ void Work(std::function<std::string(ChildVoice const&)> const& work, ChildVoice 
     }
     catch (std::bad_alloc const&)
     {
-        voice.Failure(limits.MemoryText());
+        throw;
     }
     catch (std::exception const& error)
     {
-        voice.Failure(error.what());
+        // What libraries say of content that they were not made for is no sentence.
+        bool const isSaid = dynamic_cast<std::runtime_error const*>(&error) || dynamic_cast<Exception const*>(&error);
+        voice.Failure(isSaid ? error.what() : "its content makes no sense");
     }
     catch (Standard_Failure const& error)
     {
@@ -83,9 +91,10 @@ void Silence()
     std::signal(SIGXFSZ, SIG_IGN);
     std::signal(SIGXCPU, SIG_DFL);
     limits.Apply();
+    EndWhereMemoryRunsOut(kOutOfMemory);
     try
     {
-        Work(work, ChildVoice(pipe), limits);
+        Work(work, ChildVoice(pipe));
     }
     catch (std::bad_alloc const&)
     {
@@ -100,27 +109,37 @@ void Silence()
     _exit(EXIT_SUCCESS);
 }
 
-// Reads what a child tells to its end; false when the callback does not want to go on.
-bool Listen(int pipe, ChildReport& report, Progress const& progress)
+enum class Ending
+{
+    kEnd,
+    /// The callback does not want to go on.
+    kCancelled,
+    kStalled
+};
+
+// Reads what a child tells to its end.
+Ending Listen(int pipe, StallWatch& watch, ChildReport& report, Progress const& progress)
 {
     std::array<char, 4096> bytes;
     for (;;)
     {
         struct pollfd entry = {pipe, POLLIN, 0};
         // A signal ends the wait, too.
-        if (poll(&entry, 1, progress ? kBetweenQuestions : -1) <= 0)
+        if (poll(&entry, 1, progress ? kBetweenQuestions : kBetweenLooks) <= 0)
         {
             if (progress && !progress(report.LastProgress()))
-                return false;
+                return Ending::kCancelled;
+            if (watch.HasStalled())
+                return Ending::kStalled;
             continue;
         }
         ssize_t const count = read(pipe, bytes.data(), bytes.size());
         if (count == 0)
-            return true;
+            return Ending::kEnd;
         if (count > 0 && !report.Take({bytes.data(), static_cast<std::size_t>(count)}, progress))
-            return false;
+            return Ending::kCancelled;
         if (count < 0 && errno != EINTR)
-            return true;
+            return Ending::kEnd;
     }
 }
 
@@ -173,6 +192,8 @@ std::string ChildResult::EndText() const
 {
     if (IsOutOfTime())
         return limits.TimeText();
+    if (hasStalled)
+        return limits.StallText();
     char const* const text = signal != 0 ? strsignal(signal) : "early";
     return std::string("(") + (text ? text : "signal " + std::to_string(signal)) + ')';
 }
@@ -196,6 +217,7 @@ public:
     Child& operator=(Child const&) = delete;
 
     void SetProcess(pid_t process) noexcept { m_process = process; }
+    pid_t Process() const noexcept { return m_process; }
     int Pipe() const noexcept { return m_pipe; }
     // The state in which it ended.
     int Wait()
@@ -264,14 +286,21 @@ ChildResult ChildWork::Finish(Progress const& progress)
     ChildReport report;
     ChildResult result;
     result.limits = m_limits;
-    result.isCancelled = !Listen(child->Pipe(), report, progress);
-    if (result.isCancelled)
+    StallWatch watch(child->Process(), std::chrono::seconds(m_limits.standstill));
+    Ending const ending = Listen(child->Pipe(), watch, report, progress);
+    result.isCancelled = ending == Ending::kCancelled;
+    result.hasStalled = ending == Ending::kStalled;
+    result.subject = report.LastSubject();
+    if (ending != Ending::kEnd)
         return result;
     int const status = child->Wait();
     result.signal = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
-    result.subject = report.LastSubject();
-    if (WIFEXITED(status) && WEXITSTATUS(status) == kOutOfMemory)
+    result.isOutOfMemory = WIFEXITED(status) && WEXITSTATUS(status) == kOutOfMemory;
+    if (result.isOutOfMemory)
+    {
         result.failure = m_limits.MemoryText();
+        return result;
+    }
     if (!report.IsWhole())
         return result;
     result.answer = report.Result();

@@ -45,6 +45,10 @@ struct ChildResult
     int signal = 0;
     /// Whether the callback did not want it to go on; the process is gone then.
     bool isCancelled = false;
+    /// Whether memory ran out, wherever in its work, also where that went on; `failure` says so.
+    bool isOutOfMemory = false;
+    /// Whether it stood still for too long and was ended, see ChildLimits.
+    bool hasStalled = false;
     /// What it worked on when it ended; empty for nothing in particular.
     std::string subject;
     /// What it was held to.
@@ -52,7 +56,8 @@ struct ChildResult
 
     /// Whether it took all the processor time that it had.
     bool IsOutOfTime() const noexcept;
-    /// How a process ended that told of no failure: "(Segmentation fault)", "(early)", or after which processor time.
+    /// How a process ended that told of no failure: "(Segmentation fault)", "(early)", after which processor time, or
+    /// after which standstill.
     std::string EndText() const;
 };
 

@@ -33,8 +33,10 @@ public:
     /// The names of the files in the folder.
     std::vector<std::string> Names() const;
     /// Gives the files their places, and the target its own when all others have theirs. What was there is replaced,
-    /// but for the sources: TargetError then, before any is moved.
-    void MoveIntoPlace() const;
+    /// but for the sources: TargetError then, before any is moved. Files of the names `former` beside the target go, if
+    /// they are there. When one of them cannot be moved, all are where they were; where the file system cannot exchange
+    /// two files, those that were replaced are gone.
+    void MoveIntoPlace(std::vector<std::string> const& former = {}) const;
     /// Takes all files out of it, for work that begins again.
     void Clear() const;
 

@@ -1,5 +1,6 @@
 #include "exchange/source/SceneFile.h"
 
+#include "exchange/source/SideFileCheck.h"
 #include "framework/api/UTF16String.h"
 #include "framework/api/UTF8String.h"
 #include "framework/xml_util/DocumentPolicy.h"
@@ -25,9 +26,15 @@ XMLProducerOptions& Prepare(XMLProducerOptions& producerOptions, SceneOptions co
 
 }  // namespace
 
-SceneFile::SceneFile(SceneOptions const& options)
-    : m_sceneOptions(options), m_producer(UTF16String(UTF8String(options.path)), &Prepare(m_options, options))
+SceneFile::SceneFile(SceneOptions const& options, StoreNeeds const& needs)
+    : m_sceneOptions(options),
+      m_needsGeometry(needs.geometry),
+      m_producer(UTF16String(UTF8String(options.path)), &Prepare(m_options, options))
 {
+    StoreNeeds own = needs;
+    own.isWhole = [this](UTF16String const& path)
+    { return SideFileCheck::HasNotedSize(m_sceneOptions.path, std::string(UTF8String(path).View())); };
+    StoreNeeds::Set(m_options, own);
     m_options.SetUnreadSideFileHandler([this](UTF16String const& path)
                                        { m_unread.emplace_back(UTF8String(path).View()); });
     if (options.prefix)

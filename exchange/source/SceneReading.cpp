@@ -57,8 +57,9 @@ SceneReading SceneReading::Of(SceneFile& file)
         reading.failure = Failure::Of(GeneralException(UTF8String(problem)));
         return reading;
     }
-    SideFileCheck check(file.Options().path);
     bool const isStrict = file.Options().strict;
+    using Extent = SideFileCheck::Extent;
+    SideFileCheck check(file.Options().path, isStrict || file.NeedsGeometry() ? Extent::kContents : Extent::kSizes);
     if (!isStrict || check.Problems().empty())
     {
         reading = Of(file.Producer());

@@ -45,7 +45,7 @@ std::string About(std::string const& name, std::string const& problem)
 }
 
 // What is wrong with a file; empty for nothing.
-std::string ProblemOf(fs::path const& path, FileDigest const& noted)
+std::string ProblemOf(fs::path const& path, FileDigest const& noted, SideFileCheck::Extent extent)
 {
     std::error_code error;
     std::uintmax_t const size = fs::file_size(path, error);
@@ -56,6 +56,8 @@ std::string ProblemOf(fs::path const& path, FileDigest const& noted)
     constexpr char kChanged[] = "is another scene's, or was changed";
     if (!error && size != noted.size)
         return kChanged;
+    if (!error && extent == SideFileCheck::Extent::kSizes)
+        return {};
     std::optional<FileDigest> const found = FileDigest::Of(UTF8String(path.string()));
     if (!found)
         return "cannot be read";
@@ -64,14 +66,16 @@ std::string ProblemOf(fs::path const& path, FileDigest const& noted)
 
 }  // namespace
 
-SideFileCheck::SideFileCheck(std::string const& scenePath) : m_folder(fs::path(scenePath).parent_path().string())
+SideFileCheck::SideFileCheck(std::string const& scenePath, Extent extent)
+    : m_folder(fs::path(scenePath).parent_path().string())
 {
     fs::path const scene(scenePath);
     bool hasNotes = false;
     for (SideFileNote const& note : NotesOf(scene, hasNotes))
     {
         m_names.push_back(note.name);
-        if (std::string const problem = ProblemOf(scene.parent_path() / note.name, note.digest); !problem.empty())
+        if (std::string const problem = ProblemOf(scene.parent_path() / note.name, note.digest, extent);
+            !problem.empty())
             m_problems.push_back(About(note.name, problem));
     }
     // A reader takes what stands under this name, whoever wrote it.
@@ -113,6 +117,19 @@ std::vector<std::string> SideFileCheck::PathsOf(std::string const& scenePath)
     for (SideFileNote const& note : NotesOf(scene, hasNotes))
         paths.push_back((scene.parent_path() / note.name).string());
     return paths;
+}
+
+bool SideFileCheck::HasNotedSize(std::string const& scenePath, std::string const& path)
+{
+    fs::path const scene(scenePath);
+    fs::path const file(path);
+    bool hasNotes = false;
+    std::vector<SideFileNote> const notes = NotesOf(scene, hasNotes);
+    return file.parent_path() == scene.parent_path() &&
+           std::any_of(notes.begin(), notes.end(),
+                       [&](SideFileNote const& note) {
+                           return note.name == file.filename() && ProblemOf(file, note.digest, Extent::kSizes).empty();
+                       });
 }
 
 }  // namespace KVR

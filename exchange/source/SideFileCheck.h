@@ -6,13 +6,19 @@
 namespace KVR
 {
 
-/// The side files of a scene, held against what the scene notes of them. To check reads all of them once, at the speed
-/// of memory where they are cached.
+/// The side files of a scene, held against what the scene notes of them.
 class SideFileCheck
 {
 public:
+    enum class Extent
+    {
+        kSizes,
+        /// Reads all of them once, at the speed of memory where they are cached.
+        kContents
+    };
+
     /// Nothing is wrong with a scene without notes.
-    explicit SideFileCheck(std::string const& scenePath);
+    explicit SideFileCheck(std::string const& scenePath, Extent extent = Extent::kContents);
 
     /// Sentences without their full stops, with names as they stand: which file is missing, short, or another scene's.
     std::vector<std::string> const& Problems() const noexcept { return m_problems; }
@@ -25,6 +31,9 @@ public:
 
     /// The paths of the files that a scene has noted, as they are opened beside it.
     static std::vector<std::string> PathsOf(std::string const& scenePath);
+
+    /// Whether a scene has noted a file, and it is as long as that.
+    static bool HasNotedSize(std::string const& scenePath, std::string const& path);
 
 private:
     std::string m_folder;

@@ -19,6 +19,7 @@
 #include <xercesc/util/XMLURL.hpp>
 #include <xercesc/util/XMLUni.hpp>
 
+#include "framework/xml_util/DocumentMemory.h"
 #include "framework/xml_util/DomWalk.h"
 #include "framework/xml_util/FormatNames.h"
 
@@ -112,12 +113,18 @@ bool IsSpace(XMLCh const* text, XMLSize_t length)
                        { return character == u' ' || character == u'\n' || character == u'\t' || character == u'\r'; });
 }
 
+// A base, so that the memory is there before the parser and goes after it.
+struct MemoryOfParser
+{
+    DocumentMemory memory{xercesc::XMLPlatformUtils::fgMemoryManager};
+};
+
 // Makes no nodes of the space by which lines and indents part the elements of a container. In a document written for
 // people a fifth of the time and memory went into these.
-class SceneParser : public XercesDOMParser
+class SceneParser : private MemoryOfParser, public XercesDOMParser
 {
 public:
-    SceneParser() : XercesDOMParser(nullptr, xercesc::XMLPlatformUtils::fgMemoryManager, nullptr) {}
+    SceneParser() : XercesDOMParser(nullptr, &memory, nullptr) {}
 
     void startElement(xercesc::XMLElementDecl const& element, unsigned int urlId, XMLCh const* prefix,
                       xercesc::RefVectorOf<xercesc::XMLAttr> const& attributes, XMLSize_t attributeCount, bool isEmpty,

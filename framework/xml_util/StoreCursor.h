@@ -52,7 +52,9 @@ public:
             return nullptr;
         return m_buffer.data() + m_next;
     }
-    /// Consumes bytes that Peek gave.
+    /// The bytes that stand there, those that Peek gave among them.
+    std::size_t Peeked() const noexcept { return m_end - m_next; }
+    /// Consumes bytes that stand there.
     void Skip(std::size_t count)
     {
         m_next += count;

@@ -4,6 +4,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "output/JsonDepth.h"
 #include "output/JsonWriter.h"
 #include "scene/SceneNote.h"
 
@@ -17,7 +18,7 @@ using nlohmann::json;
 
 json DetailsOf(SceneNote const& note)
 {
-    json details = json::parse(note.details, nullptr, false);
+    json details = IsShallowJson(note.details) ? json::parse(note.details, nullptr, false) : json();
     return details.is_object() ? details : json();
 }
 

@@ -4,15 +4,40 @@
 
 #include "inspect/query/QueryParser.h"
 #include "inspect/query/QueryRun.h"
+#include "inspect/query/QueryTree.h"
 
 namespace KVR
 {
+
+namespace
+{
+
+QuerySource SourceOf(QueryTree::Condition const& condition)
+{
+    if (condition.kind == QueryTree::Condition::Kind::kTest)
+        return RowOf(condition.column.field).source;
+    QuerySource source = QuerySource::kDocument;
+    for (QueryTree::Condition const& part : condition.parts)
+        source = std::max(source, SourceOf(part));
+    return source;
+}
+
+}  // namespace
 
 Query::Query(std::string_view text) : m_tree(std::make_shared<QueryTree const>(ParseQuery(text))) {}
 
 bool Query::IsExpression(std::string_view text)
 {
     return BeginsAsQuery(text);
+}
+
+QuerySource Query::Source() const
+{
+    QuerySource source = QuerySource::kDocument;
+    for (QueryTree::Step const& step : m_tree->steps)
+        for (QueryTree::Condition const& condition : step.conditions)
+            source = std::max(source, SourceOf(condition));
+    return source;
 }
 
 std::vector<std::size_t> Query::Find(Scene const& scene) const

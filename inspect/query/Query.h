@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "inspect/query/QueryField.h"
+
 namespace KVR
 {
 
@@ -54,6 +56,9 @@ public:
     /// which the root's is 0 and hidden ones count. Throws QueryError for a scene that has too many, and what the
     /// producer throws.
     std::vector<std::size_t> Find(Scene const& scene) const;
+
+    /// What of a scene has to be read to ask it.
+    QuerySource Source() const;
 
     /// What was parsed.
     QueryTree const& Tree() const noexcept { return *m_tree; }

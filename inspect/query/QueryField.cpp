@@ -9,6 +9,7 @@ namespace KVR
 namespace
 {
 
+using Source = QuerySource;
 using Type = QueryFieldType;
 
 // In the order of the enumeration.
@@ -23,28 +24,28 @@ constexpr QueryFieldRow kFields[] = {
     {"path", QueryField::kPath, Type::kText},
     {"idpath", QueryField::kIdPath, Type::kText},
     {"layer", QueryField::kLayer, Type::kText},
-    {"color", QueryField::kColor, Type::kText},
-    {"property", QueryField::kProperty, Type::kProperty},
+    {"color", QueryField::kColor, Type::kText, Source::kStores},
+    {"property", QueryField::kProperty, Type::kProperty, Source::kProperties},
     {"instance", QueryField::kInstance, Type::kFlag},
     {"visible", QueryField::kVisible, Type::kFlag},
     {"hidden", QueryField::kHidden, Type::kFlag},
     {"mirrored", QueryField::kMirrored, Type::kFlag},
-    {"shared", QueryField::kShared, Type::kFlag},
+    {"shared", QueryField::kShared, Type::kFlag, Source::kStores},
     {"notes", QueryField::kNotes, Type::kFlag},
-    {"body", QueryField::kBody, Type::kFlag},
-    {"mesh", QueryField::kMesh, Type::kFlag},
+    {"body", QueryField::kBody, Type::kFlag, Source::kStores},
+    {"mesh", QueryField::kMesh, Type::kFlag, Source::kStores},
     {"depth", QueryField::kDepth, Type::kNumber},
     {"users", QueryField::kUsers, Type::kNumber},
     {"count", QueryField::kCount, Type::kNumber},
-    {"box.x", QueryField::kBoxX, Type::kLength},
-    {"box.y", QueryField::kBoxY, Type::kLength},
-    {"box.z", QueryField::kBoxZ, Type::kLength},
-    {"box.min", QueryField::kBoxMin, Type::kLength},
-    {"box.max", QueryField::kBoxMax, Type::kLength},
-    {"box.diagonal", QueryField::kBoxDiagonal, Type::kLength},
-    {"area", QueryField::kArea, Type::kArea},
-    {"volume", QueryField::kVolume, Type::kVolume},
-    {"mass", QueryField::kMass, Type::kMass},
+    {"box.x", QueryField::kBoxX, Type::kLength, Source::kStores},
+    {"box.y", QueryField::kBoxY, Type::kLength, Source::kStores},
+    {"box.z", QueryField::kBoxZ, Type::kLength, Source::kStores},
+    {"box.min", QueryField::kBoxMin, Type::kLength, Source::kStores},
+    {"box.max", QueryField::kBoxMax, Type::kLength, Source::kStores},
+    {"box.diagonal", QueryField::kBoxDiagonal, Type::kLength, Source::kStores},
+    {"area", QueryField::kArea, Type::kArea, Source::kStores},
+    {"volume", QueryField::kVolume, Type::kVolume, Source::kStores},
+    {"mass", QueryField::kMass, Type::kMass, Source::kStores},
 };
 static_assert(std::size(kFields) == static_cast<std::size_t>(QueryField::kMass) + 1);
 

@@ -61,11 +61,21 @@ enum class QueryFieldType : unsigned char
     kMass
 };
 
+/// What of a scene has to be read for a field, each with what stands before it.
+enum class QuerySource : unsigned char
+{
+    kDocument,
+    kProperties,
+    /// All side files.
+    kStores
+};
+
 struct QueryFieldRow
 {
     std::string_view name;
     QueryField field;
     QueryFieldType type;
+    QuerySource source = QuerySource::kDocument;
 };
 
 /// All fields with their names; that of a property is "property".

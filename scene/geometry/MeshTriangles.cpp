@@ -37,9 +37,10 @@ bool IsBelow(int index, std::size_t count)
 MeshTriangles::MeshTriangles(IPolygonMesh& mesh, SceneMesh& target)
     : m_mesh(mesh),
       m_target(target),
-      m_runs(mesh.VertexCount()),
+      m_runs(mesh.VertexCount(), mesh.FaceSegmentCount() > 0),
       m_type(mesh.MeshType()),
       m_polygonCount(mesh.PolygonCount()),
+      m_vertexCount(mesh.VertexCount()),
       m_normalCount(mesh.NormalCount())
 {
     if (mesh.TextureVertexSetCount() > 0)
@@ -51,6 +52,12 @@ MeshTriangles::MeshTriangles(IPolygonMesh& mesh, SceneMesh& target)
             m_textureCount = first->VertexCount();
         }
     }
+}
+
+std::array<double, 3> MeshTriangles::VertexAt(std::uint32_t index) const
+{
+    PolygonVertex const vertex = m_mesh.VertexAt(index);
+    return {vertex.x, vertex.y, vertex.z};
 }
 
 std::array<double, 3> MeshTriangles::NormalAt(std::uint32_t index) const
@@ -69,7 +76,7 @@ std::array<double, 2> MeshTriangles::TextureAt(std::uint32_t index) const
 
 void MeshTriangles::Read()
 {
-    ReadVertices();
+    CheckVertices();
     ReadMaterials();
     ReadFaces();
     ReadEdges();
@@ -84,18 +91,14 @@ void MeshTriangles::Read()
         if (m_mesh.PolygonAt(i, polygon) != kIsValueSpecified_Yes || !polygon || !Read(*polygon, i))
             ++m_target.brokenPolygons;
     }
-    m_runs.MoveInto(m_target, !m_target.faces.empty());
+    m_runs.MoveInto(m_target);
 }
 
-void MeshTriangles::ReadVertices()
+// Once for all polygons, which share them.
+void MeshTriangles::CheckVertices()
 {
-    unsigned long const count = m_mesh.VertexCount();
-    m_vertices.reserve(count);
-    for (unsigned long i = 0; i < count; ++i)
-    {
-        PolygonVertex const vertex = m_mesh.VertexAt(i);
-        m_vertices.push_back({vertex.x, vertex.y, vertex.z});
-    }
+    for (unsigned long i = 0; i < m_vertexCount && !m_hasBadVertices; ++i)
+        m_hasBadVertices = !IsUsable(VertexAt(static_cast<std::uint32_t>(i)));
 }
 
 void MeshTriangles::ReadMaterials()
@@ -104,7 +107,7 @@ void MeshTriangles::ReadMaterials()
     if (m_mesh.PolygonMaterials(materials) == kIsValueSpecified_Yes)
         for (unsigned long long i = 0; i < materials.Size(); ++i)
             m_styles.emplace_back(materials.At(i).IsEmpty() ? std::string_view() : materials.At(i).At(0).View());
-    m_runOfStyle.resize(m_styles.size() + 1);
+    m_runOfStyle.resize(m_styles.size() + 1, {kNoRun, kNoRun, kNoRun, kNoRun});
 }
 
 void MeshTriangles::ReadFaces()
@@ -146,8 +149,8 @@ void MeshTriangles::ReadEdges()
         bool const isGood =
             vertices.size() > 1 && std::all_of(vertices.begin(), vertices.end(),
                                                [&](int vertex) {
-                                                   return IsBelow(vertex, m_vertices.size()) &&
-                                                          IsUsable(m_vertices[static_cast<std::size_t>(vertex)]);
+                                                   return IsBelow(vertex, m_vertexCount) &&
+                                                          IsUsable(VertexAt(static_cast<std::uint32_t>(vertex)));
                                                });
         if (!isGood)
             continue;
@@ -156,60 +159,44 @@ void MeshTriangles::ReadEdges()
         edge.pointCount = vertices.size();
         for (int const vertex : vertices)
         {
-            std::array<double, 3> const& point = m_vertices[static_cast<std::size_t>(vertex)];
+            std::array<double, 3> const point = VertexAt(static_cast<std::uint32_t>(vertex));
             m_target.edgePoints.insert(m_target.edgePoints.end(), point.begin(), point.end());
         }
     }
 }
 
-std::size_t MeshTriangles::RunOf(unsigned long polygon)
+std::size_t MeshTriangles::RunOf(unsigned long polygon, Lists const& lists)
 {
     unsigned int material = 0;
     bool const has = m_mesh.PolygonMaterialIndexAt(polygon, material) == kIsValueSpecified_Yes;
     std::size_t const style = has && material < m_styles.size() ? material : m_styles.size();
-    auto& run = m_runOfStyle[style][(m_hasNormals ? 1U : 0U) + (m_hasTexture ? 2U : 0U)];
-    if (!run)
-        run = m_runs.RunOf(style < m_styles.size() ? std::string_view(m_styles[style]) : std::string_view(),
-                           m_hasNormals, m_hasTexture);
-    return *run;
+    std::uint32_t& run = m_runOfStyle[style][(lists.normals ? 1U : 0U) + (lists.texture ? 2U : 0U)];
+    if (run == kNoRun)
+    {
+        run = static_cast<std::uint32_t>(
+            m_runs.RunOf(style < m_styles.size() ? std::string_view(m_styles[style]) : std::string_view(),
+                         lists.normals != nullptr, lists.texture != nullptr));
+        // One of many would get too much.
+        if (m_styles.size() <= 1)
+            m_runs.Reserve(run, m_vertexCount, m_polygonCount);
+    }
+    return run;
 }
 
-bool MeshTriangles::TakeCorners(EditablePolygon const& polygon)
+int const* MeshTriangles::TextureOf(EditablePolygon const& polygon, Lists& lists) const
 {
-    auto const vertices = polygon.VertexIndices();
-    if (!vertices.data || vertices.count < 3)
-        return false;
-    auto const normals = polygon.NormalIndices();
     auto const sets = polygon.TextureSetIndices();
     auto const texture = polygon.TextureVertexIndices();
-    m_hasNormals = normals.data && normals.count == vertices.count;
-    m_hasTexture = m_texture && sets.data && sets.count > 0 && sets.data[0] == 0 && texture.data &&
-                   texture.count / sets.count == vertices.count && texture.count % sets.count == 0;
-    auto const count = static_cast<std::size_t>(vertices.count);
-    m_corners.assign(count, {});
-    for (std::size_t i = 0; i < count; ++i)
-    {
-        TriangleCorner& corner = m_corners[i];
-        if (!IsBelow(vertices.data[i], m_vertices.size()))
-            return false;
-        corner.vertex = static_cast<std::uint32_t>(vertices.data[i]);
-        if (!IsUsable(m_vertices[corner.vertex]))
-            return false;
-        if (m_hasNormals)
-        {
-            if (!IsBelow(normals.data[i], m_normalCount))
-                return false;
-            corner.normal = static_cast<std::uint32_t>(normals.data[i]);
-        }
-        if (m_hasTexture)
-        {
-            int const place = texture.data[i * static_cast<std::size_t>(sets.count)];
-            if (!IsBelow(place, m_textureCount))
-                return false;
-            corner.texture = static_cast<std::uint32_t>(place);
-        }
-    }
-    return true;
+    if (!sets.data || sets.count <= 0 || sets.data[0] != 0 || !texture.data ||
+        texture.count / sets.count != lists.vertices.count || texture.count % sets.count != 0)
+        return nullptr;
+    lists.setCount = static_cast<std::size_t>(sets.count);
+    return texture.data;
+}
+
+bool MeshTriangles::IsGood(std::uint32_t vertex) const
+{
+    return IsUsable(VertexAt(vertex));
 }
 
 std::vector<PolygonSplitter::Triangle> const& MeshTriangles::Divided()
@@ -220,21 +207,36 @@ std::vector<PolygonSplitter::Triangle> const& MeshTriangles::Divided()
         return m_splitter.Fan(m_corners.size());
     m_points.clear();
     for (TriangleCorner const& corner : m_corners)
-        m_points.push_back(m_vertices[corner.vertex]);
+        m_points.push_back(VertexAt(corner.vertex));
     return m_splitter.Split(m_points);
 }
 
 bool MeshTriangles::Read(EditablePolygon const& polygon, unsigned long place)
 {
-    if (!TakeCorners(polygon))
+    Lists lists{polygon.VertexIndices()};
+    if (!lists.vertices.data || lists.vertices.count < 3)
         return false;
-    std::size_t const run = RunOf(place);
+    if (auto const normals = polygon.NormalIndices(); normals.count == lists.vertices.count)
+        lists.normals = normals.data;
+    if (m_texture)
+        lists.texture = TextureOf(polygon, lists);
     std::uint32_t const face = m_faceOfPolygon.empty() ? SceneMesh::kNoFace : m_faceOfPolygon[place];
-    if (m_corners.size() == 3)
-        m_runs.Add(run, {m_corners[0], m_corners[1], m_corners[2]}, face, *this);
-    else
-        for (PolygonSplitter::Triangle const& triangle : Divided())
-            m_runs.Add(run, {m_corners[triangle[0]], m_corners[triangle[1]], m_corners[triangle[2]]}, face, *this);
+    if (lists.vertices.count == 3)
+    {
+        // By far the most: without a list on the way.
+        std::array<TriangleCorner, 3> corners;
+        if (!TakeCorner(lists, 0, corners[0]) || !TakeCorner(lists, 1, corners[1]) || !TakeCorner(lists, 2, corners[2]))
+            return false;
+        m_runs.Add(RunOf(place, lists), corners, face, *this);
+        return true;
+    }
+    m_corners.resize(static_cast<std::size_t>(lists.vertices.count));
+    for (std::size_t i = 0; i < m_corners.size(); ++i)
+        if (!TakeCorner(lists, i, m_corners[i]))
+            return false;
+    std::size_t const run = RunOf(place, lists);
+    for (PolygonSplitter::Triangle const& triangle : Divided())
+        m_runs.Add(run, {m_corners[triangle[0]], m_corners[triangle[1]], m_corners[triangle[2]]}, face, *this);
     return true;
 }
 

@@ -25,9 +25,9 @@ void MoveBehind(std::vector<Value>& target, std::vector<Value>&& list)
 void CornerIndex::Grow()
 {
     m_slots.assign(std::max<std::size_t>(64, m_slots.size() * 2), TriangleCorner::kNone);
-    for (std::size_t i = 0; i < m_corners.size(); ++i)
+    for (std::size_t i = 0; i < m_entries.size(); ++i)
     {
-        std::size_t slot = SlotOf(m_corners[i]);
+        std::size_t slot = SlotOf(m_entries[i].corner);
         while (m_slots[slot] != TriangleCorner::kNone)
             slot = (slot + 1) & (m_slots.size() - 1);
         m_slots[slot] = static_cast<std::uint32_t>(i);
@@ -50,6 +50,16 @@ std::size_t TriangleRuns::RunOf(std::string_view style, bool hasNormals, bool ha
     return entry->second;
 }
 
+void TriangleRuns::Reserve(std::size_t run, std::size_t vertices, std::size_t triangles)
+{
+    Content& content = m_runs[run];
+    content.positions.reserve(3 * vertices);
+    content.normals.reserve(content.run.hasNormals ? 3 * vertices : 0);
+    content.texture.reserve(content.run.hasTexture ? 2 * vertices : 0);
+    content.indices.reserve(3 * triangles);
+    content.faces.reserve(m_hasFaces ? triangles : 0);
+}
+
 void TriangleRuns::AddNormal(Content& target, std::array<double, 3> const& normal)
 {
     double const length = std::hypot(normal[0], normal[1], normal[2]);
@@ -58,11 +68,10 @@ void TriangleRuns::AddNormal(Content& target, std::array<double, 3> const& norma
         target.normals.push_back(isGood ? static_cast<float>(normal[i] / length) : i == 2 ? 1.0F : 0.0F);
 }
 
-void TriangleRuns::Append(SceneMesh& mesh, Content&& content, bool hasNormals, bool hasTexture, bool hasFaces)
+void TriangleRuns::Append(SceneMesh& mesh, Content&& content, bool hasNormals, bool hasTexture) const
 {
     SceneMesh::Run& run = content.run;
     run.firstVertex = mesh.VertexCount();
-    run.vertexCount = content.positions.size() / 3;
     run.firstTriangle = mesh.TriangleCount();
     run.triangleCount = content.indices.size() / 3;
     for (std::uint32_t& index : content.indices)
@@ -75,12 +84,12 @@ void TriangleRuns::Append(SceneMesh& mesh, Content&& content, bool hasNormals, b
     MoveBehind(mesh.normals, std::move(content.normals));
     MoveBehind(mesh.texture, std::move(content.texture));
     MoveBehind(mesh.indices, std::move(content.indices));
-    if (hasFaces)
+    if (m_hasFaces)
         MoveBehind(mesh.faceOfTriangle, std::move(content.faces));
     mesh.runs.push_back(std::move(run));
 }
 
-void TriangleRuns::MoveInto(SceneMesh& mesh, bool hasFaces)
+void TriangleRuns::MoveInto(SceneMesh& mesh)
 {
     std::vector<Seen>().swap(m_seen);
     bool const hasNormals = std::any_of(m_runs.begin(), m_runs.end(), [](auto const& c) { return c.run.hasNormals; });
@@ -89,7 +98,7 @@ void TriangleRuns::MoveInto(SceneMesh& mesh, bool hasFaces)
     std::size_t triangles = 0;
     for (Content const& content : m_runs)
     {
-        vertices += content.positions.size() / 3;
+        vertices += content.run.vertexCount;
         triangles += content.indices.size() / 3;
     }
     if (m_runs.size() > 1)
@@ -98,13 +107,13 @@ void TriangleRuns::MoveInto(SceneMesh& mesh, bool hasFaces)
         mesh.normals.reserve(hasNormals ? 3 * vertices : 0);
         mesh.texture.reserve(hasTexture ? 2 * vertices : 0);
         mesh.indices.reserve(3 * triangles);
-        mesh.faceOfTriangle.reserve(hasFaces ? triangles : 0);
+        mesh.faceOfTriangle.reserve(m_hasFaces ? triangles : 0);
         mesh.runs.reserve(m_runs.size());
     }
     for (Content& content : m_runs)
     {
         content.numbers = CornerIndex();
-        Append(mesh, std::move(content), hasNormals, hasTexture, hasFaces);
+        Append(mesh, std::move(content), hasNormals, hasTexture);
     }
     m_runs.clear();
     m_places.clear();

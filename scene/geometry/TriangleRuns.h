@@ -6,7 +6,6 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
-#include <utility>
 #include <vector>
 
 #include "scene/SceneMesh.h"
@@ -26,27 +25,31 @@ struct TriangleCorner
     bool operator==(TriangleCorner const&) const = default;
 };
 
-/// Numbers corners in the order in which they come, equal ones alike.
+/// Finds the numbers of corners.
 class CornerIndex
 {
 public:
-    /// The number, and whether it is new.
-    std::pair<std::uint32_t, bool> Add(TriangleCorner const& corner)
+    /// The number of the corner: that which it has, else the one given, which it has from here on.
+    std::uint32_t Add(TriangleCorner const& corner, std::uint32_t number)
     {
-        if ((m_corners.size() + 1) * 2 > m_slots.size())
+        if ((m_entries.size() + 1) * 2 > m_slots.size())
             Grow();
         std::size_t slot = SlotOf(corner);
         for (; m_slots[slot] != TriangleCorner::kNone; slot = (slot + 1) & (m_slots.size() - 1))
-            if (m_corners[m_slots[slot]] == corner)
-                return {m_slots[slot], false};
-        m_slots[slot] = static_cast<std::uint32_t>(m_corners.size());
-        m_corners.push_back(corner);
-        return {m_slots[slot], true};
+            if (m_entries[m_slots[slot]].corner == corner)
+                return m_entries[m_slots[slot]].number;
+        m_slots[slot] = static_cast<std::uint32_t>(m_entries.size());
+        m_entries.push_back({corner, number});
+        return number;
     }
 
-    TriangleCorner const& At(std::uint32_t number) const { return m_corners[number]; }
-
 private:
+    struct Entry
+    {
+        TriangleCorner corner;
+        std::uint32_t number;
+    };
+
     void Grow();
     std::size_t SlotOf(TriangleCorner const& corner) const noexcept
     {
@@ -56,7 +59,7 @@ private:
         return (hash ^ (hash >> 31U)) & (m_slots.size() - 1);
     }
 
-    std::vector<TriangleCorner> m_corners;
+    std::vector<Entry> m_entries;
     std::vector<std::uint32_t> m_slots;
 };
 
@@ -64,11 +67,13 @@ private:
 class TriangleRuns
 {
 public:
-    /// For a source of so many vertices.
-    explicit TriangleRuns(std::size_t vertexCount) : m_seen(vertexCount) {}
+    /// For a source of so many vertices; with faces or without.
+    TriangleRuns(std::size_t vertexCount, bool hasFaces) : m_seen(vertexCount), m_hasFaces(hasFaces) {}
 
     /// The place of the run of a style; made when there is none.
     std::size_t RunOf(std::string_view style, bool hasNormals, bool hasTexture);
+    /// Room in a run for what is to come, which saves moving it as it grows.
+    void Reserve(std::size_t run, std::size_t vertices, std::size_t triangles);
 
     /// Adds a triangle to a run. The source tells of places in its lists: VertexAt and NormalAt three numbers,
     /// TextureAt two.
@@ -76,33 +81,16 @@ public:
     void Add(std::size_t run, std::array<TriangleCorner, 3> const& corners, std::uint32_t face, Source const& source)
     {
         Content& target = m_runs[run];
-        for (TriangleCorner const& corner : corners)
-        {
-            // The triangles around a vertex are neighbours as a rule, and have the same corner there.
-            Seen& seen = m_seen[corner.vertex];
-            if (seen.run == run && target.numbers.At(seen.number) == corner)
-            {
-                target.indices.push_back(seen.number);
-                continue;
-            }
-            auto const [number, isNew] = target.numbers.Add(corner);
-            seen = {static_cast<std::uint32_t>(run), number};
-            target.indices.push_back(number);
-            if (!isNew)
-                continue;
-            std::array<double, 3> const point = source.VertexAt(corner.vertex);
-            target.positions.insert(target.positions.end(), point.begin(), point.end());
-            if (target.run.hasNormals)
-                AddNormal(target, source.NormalAt(corner.normal));
-            if (target.run.hasTexture)
-                for (double const x : source.TextureAt(corner.texture))
-                    target.texture.push_back(static_cast<float>(x));
-        }
-        target.faces.push_back(face);
+        std::array<std::uint32_t, 3> numbers{};
+        for (std::size_t i = 0; i < 3; ++i)
+            numbers[i] = NumberOf(static_cast<std::uint32_t>(run), target, corners[i], source);
+        AppendThree(target.indices, numbers);
+        if (m_hasFaces)
+            target.faces.push_back(face);
     }
 
-    /// Puts the runs one behind the other into a mesh; with `hasFaces` also the face of each triangle.
-    void MoveInto(SceneMesh& mesh, bool hasFaces);
+    /// Puts the runs one behind the other into a mesh, with the face of each triangle if there are faces.
+    void MoveInto(SceneMesh& mesh);
 
 private:
     struct Content
@@ -119,14 +107,79 @@ private:
     /// The corner of a vertex that was added last.
     struct Seen
     {
-        std::uint32_t run = TriangleCorner::kNone;
+        static constexpr std::uint32_t kNoRun = TriangleCorner::kNone >> 1U;
+
+        std::uint32_t run : 31 = kNoRun;
+        /// Whether the index of the run has the corner.
+        std::uint32_t isIndexed : 1 = 0;
         std::uint32_t number = 0;
+        std::uint32_t normal = 0;
+        std::uint32_t texture = 0;
     };
 
+    /// The number of a corner in its run, which gets it if it is new. The triangles around a vertex are neighbours as a
+    /// rule, and have the same corner there; and most vertices have one corner alone, which then nobody searches: from
+    /// its second one on the corners of a vertex are in the index of their run.
+    template <class Source>
+    std::uint32_t NumberOf(std::uint32_t run, Content& target, TriangleCorner const& corner, Source const& source)
+    {
+        Seen& seen = m_seen[corner.vertex];
+        if (seen.run == run && seen.normal == corner.normal && seen.texture == corner.texture)
+            return seen.number;
+        return OtherNumberOf(run, target, seen, corner, source);
+    }
+
+    // Apart, so that the way above is short enough to stand where it is called.
+    template <class Source>
+    [[gnu::noinline]] std::uint32_t OtherNumberOf(std::uint32_t run, Content& target, Seen& seen,
+                                                  TriangleCorner const& corner, Source const& source)
+    {
+        auto const next = static_cast<std::uint32_t>(target.run.vertexCount);
+        std::uint32_t number = next;
+        bool const isIndexed = seen.run != Seen::kNoRun;
+        if (isIndexed)
+        {
+            if (!seen.isIndexed)
+                m_runs[seen.run].numbers.Add({corner.vertex, seen.normal, seen.texture}, seen.number);
+            number = target.numbers.Add(corner, next);
+        }
+        seen.run = run & Seen::kNoRun;
+        seen.isIndexed = isIndexed ? 1 : 0;
+        seen.number = number;
+        seen.normal = corner.normal;
+        seen.texture = corner.texture;
+        if (number == next)
+            AddVertex(target, corner, source);
+        return number;
+    }
+
+    // A range of three is appended by a call that costs more than they do.
+    template <class Number>
+    static void AppendThree(std::vector<Number>& list, std::array<Number, 3> const& numbers)
+    {
+        list.push_back(numbers[0]);
+        list.push_back(numbers[1]);
+        list.push_back(numbers[2]);
+    }
+
+    template <class Source>
+    static void AddVertex(Content& target, TriangleCorner const& corner, Source const& source)
+    {
+        ++target.run.vertexCount;
+        std::array<double, 3> const point = source.VertexAt(corner.vertex);
+        AppendThree(target.positions, point);
+        if (target.run.hasNormals)
+            AddNormal(target, source.NormalAt(corner.normal));
+        if (target.run.hasTexture)
+            for (double const x : source.TextureAt(corner.texture))
+                target.texture.push_back(static_cast<float>(x));
+    }
+
     static void AddNormal(Content& target, std::array<double, 3> const& normal);
-    static void Append(SceneMesh& mesh, Content&& content, bool hasNormals, bool hasTexture, bool hasFaces);
+    void Append(SceneMesh& mesh, Content&& content, bool hasNormals, bool hasTexture) const;
 
     std::vector<Seen> m_seen;
+    bool m_hasFaces;
     std::vector<Content> m_runs;
     std::unordered_map<std::string, std::size_t> m_places;
 };

@@ -76,6 +76,7 @@ struct Campaign
 
 void RunSideFiles(double scale, Tally& tally);
 void RunScenes(double scale, Tally& tally);
+void RunCycles(double scale, Tally& tally);
 void RunFailures(double scale, Tally& tally);
 void RunFileCalls(double scale, Tally& tally);
 void RunCounts(double scale, Tally& tally);

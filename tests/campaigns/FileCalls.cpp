@@ -1,10 +1,11 @@
 // Calls of the system for files that fail one by one, while the program imports and exports: files are whole or absent,
 // the program says why in one sentence, and nothing is left over.
 
-#include <sys/wait.h>
+#include <sys/syscall.h>
 
 #include <algorithm>
-#include <cstdlib>
+#include <cerrno>
+#include <cstring>
 #include <filesystem>
 #include <map>
 #include <sstream>
@@ -13,7 +14,7 @@
 
 #include "tests/campaigns/Campaign.h"
 #include "tests/campaigns/ModelFiles.h"
-#include "tests/campaigns/ShortCalls.h"
+#include "tests/campaigns/TracedRun.h"
 #include "tests/support/SanitizedBuild.h"
 #include "tests/support/TempFolder.h"
 
@@ -27,17 +28,24 @@ namespace fs = std::filesystem;
 
 struct Failure
 {
-    char const* call;
-    /// As strace takes it.
-    char const* inject;
+    char const* name;
+    long call;
+    int error;
 };
 
 constexpr Failure kFailures[] = {
-    {"openat", "error=EIO"},   {"openat", "error=EINTR"},   {"openat", "error=ENOMEM"}, {"read", "error=EIO"},
-    {"read", "error=EINTR"},   {"newfstatat", "error=EIO"}, {"mmap", "error=ENOMEM"},   {"write", "error=EIO"},
-    {"write", "error=ENOSPC"}, {"write", "error=EINTR"},    {"rename", "error=EIO"},    {"rename", "error=ENOSPC"},
-    {"fsync", "error=EIO"},    {"mkdir", "error=ENOSPC"},   {"lseek", "error=EIO"},     {"unlink", "error=EIO"},
+    {"openat", SYS_openat, EIO},       {"openat", SYS_openat, EINTR}, {"openat", SYS_openat, ENOMEM},
+    {"read", SYS_read, EIO},           {"read", SYS_read, EINTR},     {"newfstatat", SYS_newfstatat, EIO},
+    {"mmap", SYS_mmap, ENOMEM},        {"write", SYS_write, EIO},     {"write", SYS_write, ENOSPC},
+    {"write", SYS_write, EINTR},       {"rename", SYS_rename, EIO},   {"rename", SYS_rename, ENOSPC},
+    {"renameat2", SYS_renameat2, EIO}, {"fsync", SYS_fsync, EIO},     {"close", SYS_close, EIO},
+    {"mkdir", SYS_mkdir, ENOSPC},      {"lseek", SYS_lseek, EIO},     {"unlink", SYS_unlink, EIO},
+    {"unlinkat", SYS_unlinkat, EIO},   {"rmdir", SYS_rmdir, EIO},     {"getdents64", SYS_getdents64, EIO},
+    {"pipe2", SYS_pipe2, EMFILE},      {"clone", SYS_clone, EAGAIN},
 };
+
+// Without which a folder for temporary files cannot be removed.
+constexpr std::string_view kRemoving[] = {"openat", "newfstatat", "unlink", "unlinkat", "rmdir", "getdents64", "close"};
 
 struct Work
 {
@@ -53,71 +61,64 @@ public:
     Runs() : m_tool(fs::read_symlink("/proc/self/exe").parent_path() / "../libexec/kvr/kvr-whole")
     {
         WriteBytes(m_folder.NarrowPathOf("m.brep"), ModelFiles::Brep());
-        if (Run("", "import m.brep s.xml", m_scene) != 0)
+        m_work = {{"import", "import m.brep s.xml", "s.xml"}};
+        if (Run(0, {}).status != 0)
             throw std::runtime_error("kvr does not import");
         m_good = Files();
         m_work = {{"import", "import m.brep out.xml", "out.xml"},
                   {"export to GLB", "export s.xml out.glb", "out.glb"},
                   {"export to STEP", "export s.xml out.step", "out.step"},
                   {"dump", "dump s.xml", ""}};
-        for (Work const& work : m_work)
+        for (std::size_t work = 0; work < m_work.size(); ++work)
         {
-            std::string ignored;
-            if (Run("", work.arguments, ignored) != 0)
-                throw std::runtime_error("kvr does not " + work.name);
-            m_whole.push_back(Files());
-            m_said.push_back(ReadBytes(m_out.NarrowPathOf("out")));
-            Clear();
+            m_whole.push_back(Run(work, {}));
+            if (m_whole.back().status != 0)
+                throw std::runtime_error("kvr does not " + m_work[work].name);
         }
-    }
-
-    // Reads and writes of a single byte: how many may be. Those of the loader are not ours.
-    std::pair<long, long> LongCallsOf(std::size_t work)
-    {
-        long ofLoader = 0;
-        long all = 0;
-        RunWithShortCalls({m_tool.string(), "--version"}, m_folder.Path(), m_out.Path(), {}, ofLoader);
-        RunWithShortCalls(Words(work), m_folder.Path(), m_out.Path(), {}, all);
-        Clear();
-        return {ofLoader, all};
-    }
-
-    // Empty, or what was wrong when these were short: the program goes on as if they were not.
-    std::string Shorten(std::size_t work, ShortCalls const& calls)
-    {
-        long ignored = 0;
-        int const status = RunWithShortCalls(Words(work), m_folder.Path(), m_out.Path(), calls, ignored);
-        bool const isWhole = Files() == m_whole[work] && ReadBytes(m_out.NarrowPathOf("out")) == m_said[work];
-        Clear();
-        if (status != 0)
-            return "status " + std::to_string(status) + " (" + ReadBytes(m_out.NarrowPathOf("error")) + ')';
-        return isWhole ? std::string() : "not whole";
     }
 
     std::size_t Works() const { return m_work.size(); }
     std::string NameOf(std::size_t work) const { return m_work[work].name; }
 
-    // How often the program calls; those of the loader, which stand first, are told apart.
-    std::pair<long, long> CallsOf(std::size_t work, char const* call)
+    // How often the program calls, by which number; the calls of the loader, which stand first, are told apart.
+    std::pair<long, long> CallsOf(std::size_t work, long call)
     {
-        return {CountOf("--version", call), CountOf(m_work[work].arguments, call)};
+        long ofLoader = 0;
+        long all = 0;
+        RunTraced({m_tool.string(), "--version"}, m_folder.Path(), m_out.Path(), {call}, ofLoader);
+        RunTraced(Words(work), m_folder.Path(), m_out.Path(), {call}, all);
+        Clear();
+        return {ofLoader, all};
+    }
+
+    // Empty, or what was wrong when these were short: the program goes on as if they were not.
+    std::string Shorten(std::size_t work, TracedCalls const& calls)
+    {
+        Result const result = Run(work, calls);
+        if (result.status != 0)
+            return "status " + std::to_string(result.status) + " (" + result.error + ')';
+        return result.files == m_whole[work].files && result.out == m_whole[work].out ? std::string() : "not whole";
     }
 
     // Empty, or what was wrong when that call failed.
     std::string Fail(std::size_t work, Failure const& failure, long when)
     {
-        std::string said;
-        std::string const tracing = std::string("strace -f -qq -o /dev/null -e trace=") + failure.call +
-                                    " -e inject=" + failure.call + ':' + failure.inject +
-                                    ":when=" + std::to_string(when) + ' ';
-        int const status = Run(tracing, m_work[work].arguments, said);
-        std::string const wrong = Wrong(work, failure.call, status, said);
-        Clear();
-        return wrong.empty() ? wrong : wrong + " (" + said + ')';
+        Result const result = Run(work, {failure.call, failure.error, when, when + 1});
+        std::string const wrong = Wrong(work, failure.name, result);
+        return wrong.empty() ? wrong : wrong + " (" + result.error + ')';
     }
 
 private:
     using Contents = std::map<std::string, std::size_t>;
+
+    struct Result
+    {
+        // Negative for a signal.
+        int status = 0;
+        Contents files;
+        std::string out;
+        std::string error;
+    };
 
     std::vector<std::string> Words(std::size_t work) const
     {
@@ -128,25 +129,16 @@ private:
         return words;
     }
 
-    // What the program says on standard error; its exit status, negative for a signal.
-    int Run(std::string const& tracing, std::string const& arguments, std::string& said)
+    Result Run(std::size_t work, TracedCalls const& calls)
     {
-        std::string const command = "cd '" + m_folder.Path() + "' && TMPDIR='" + m_folder.Path() + "' " + tracing +
-                                    m_tool.string() + ' ' + arguments + " >'" + m_out.NarrowPathOf("out") + "' 2>'" +
-                                    m_out.NarrowPathOf("error") + "'";
-        int const status = std::system(command.c_str());
-        said = ReadBytes(m_out.NarrowPathOf("error"));
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    }
-
-    long CountOf(std::string const& arguments, char const* call)
-    {
-        std::string const log = m_out.NarrowPathOf("log");
-        std::string ignored;
-        Run("strace -qq -o '" + log + "' -e trace=" + call + ' ', arguments, ignored);
-        std::string const lines = ReadBytes(log);
+        long ignored = 0;
+        Result result;
+        result.status = RunTraced(Words(work), m_folder.Path(), m_out.Path(), calls, ignored);
+        result.files = Files();
+        result.out = ReadBytes(m_out.NarrowPathOf("out"));
+        result.error = ReadBytes(m_out.NarrowPathOf("error"));
         Clear();
-        return std::count(lines.begin(), lines.end(), '\n');
+        return result;
     }
 
     Contents Files() const
@@ -160,63 +152,66 @@ private:
     void Clear()
     {
         for (auto const& [name, size] : Files())
-            if (m_good.count(name) == 0)
+            if (!m_good.empty() && m_good.count(name) == 0)
                 fs::remove_all(fs::path(m_folder.Path()) / name);
     }
 
-    std::string Wrong(std::size_t work, std::string_view call, int status, std::string const& said) const
+    std::string Wrong(std::size_t work, std::string_view call, Result const& result) const
     {
-        if (status != 0 && status != 1)
-            return "status " + std::to_string(status);
+        if (result.status != 0 && result.status != 1)
+            return "status " + std::to_string(result.status);
         // The sentence is a write, too.
-        bool const isMute = call == "write" && said.empty();
-        if (status == 1 && !isMute && std::count(said.begin(), said.end(), '\n') != 1)
+        bool const isMute = call == "write" && result.error.empty();
+        if (result.status == 1 && !isMute && std::count(result.error.begin(), result.error.end(), '\n') != 1)
             return "no sentence";
-        // What cannot be removed stays.
-        if (call == "unlink")
-            return {};
-        Contents const files = Files();
-        if (status == 0 && files != m_whole[work])
+        Contents files = result.files;
+        if (std::find(std::begin(kRemoving), std::end(kRemoving), call) != std::end(kRemoving))
+            std::erase_if(files, [](auto const& file) { return file.first.starts_with(".kvr-"); });
+        Result const& whole = m_whole[work];
+        // What is left out is told.
+        bool const isTold = result.error != whole.error;
+        if (result.status == 0 && !isTold && files != whole.files)
             return "done, but the files are not whole";
-        std::string const& target = m_work[work].target;
-        if (status == 1 && !target.empty() && files.count(target) > 0)
-            return "failed, but the target is there";
+        if (result.status == 0 && !isTold && result.out != whole.out)
+            return "done, but not all is said";
+        if (result.status == 1 && files != m_good)
+            return "failed, but files are left";
         return {};
     }
 
     fs::path m_tool;
     Test::TempFolder m_folder;
     Test::TempFolder m_out;
-    std::string m_scene;
     Contents m_good;
     std::vector<Work> m_work;
-    std::vector<Contents> m_whole;
-    // What each work says on standard output.
-    std::vector<std::string> m_said;
+    // What comes of each when nothing fails.
+    std::vector<Result> m_whole;
 };
 
 void RunShortCalls(double scale, Runs& runs, Tally& tally)
 {
     constexpr long kAlways = 1'000'000'000;
+    // Of more than a byte.
+    constexpr long kTransfers = -1;
     for (std::size_t work = 0; work < runs.Works(); ++work)
     {
-        auto const [ofLoader, all] = runs.LongCallsOf(work);
+        auto const [ofLoader, all] = runs.CallsOf(work, kTransfers);
         if (all == 0)
             return;
-        auto const attempt = [&, work](ShortCalls const& calls, std::string const& name)
+        auto const attempt = [&, work](TracedCalls const& calls, std::string const& name)
         {
             ++tally.inputs;
             if (std::string const wrong = runs.Shorten(work, calls); !wrong.empty())
                 tally.Find(tally.wrong, runs.NameOf(work) + ", " + name + ": " + wrong);
         };
         long const first = ofLoader + 1;
-        attempt({first, kAlways}, "all reads and writes short");
+        attempt({kTransfers, 0, first, kAlways}, "all reads and writes short");
         auto const ours = static_cast<std::uint64_t>(std::max(all - ofLoader, 1L));
         std::uint64_t const count = Share(scale, ours);
         for (std::uint64_t i = 0; i < count; ++i)
         {
             long const call = first + static_cast<long>(i * ours / count);
-            attempt({call, call + 1}, "short call " + std::to_string(call));
+            attempt({kTransfers, 0, call, call + 1}, "short call " + std::to_string(call));
         }
     }
 }
@@ -238,16 +233,16 @@ void RunFileCalls(double scale, Tally& tally)
             if (scale < kSmall && kinds++ % 4 != 0)
                 continue;
             auto const [ofLoader, ofAll] = runs.CallsOf(work, failure.call);
-            std::uint64_t const all = ofAll > ofLoader ? static_cast<std::uint64_t>(ofAll - ofLoader) : 1;
-            // With the first calls of the child process, which count from 1 again.
+            auto const all = static_cast<std::uint64_t>(std::max(ofAll - ofLoader, 0L));
             std::uint64_t const count = std::min(all, Share(scale, all));
             for (std::uint64_t i = 0; i < count; ++i)
             {
                 long const when = ofLoader + 1 + static_cast<long>(i * all / count);
                 ++tally.inputs;
                 if (std::string const wrong = runs.Fail(work, failure, when); !wrong.empty())
-                    tally.Find(tally.wrong, runs.NameOf(work) + ", " + failure.call + ' ' + failure.inject + " at " +
-                                                std::to_string(when) + ": " + wrong);
+                    tally.Find(tally.wrong, runs.NameOf(work) + ", " + failure.name + ' ' +
+                                                strerrorname_np(failure.error) + " at " + std::to_string(when) + ": " +
+                                                wrong);
             }
         }
 }

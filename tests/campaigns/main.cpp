@@ -24,6 +24,10 @@ constexpr Campaign kCampaigns[] = {
      &RunSideFiles},
     {"scenes", "scenes changed by the grammar of elements and by bytes, with and without prefix; one in 25 exported",
      &RunScenes},
+    {"cycles",
+     "scenes with references of all kinds in circles of 1, 2, 3 and 7 objects, alone, two that meet, and reached from "
+     "several roots; asked, exported and checked",
+     &RunCycles},
     {"failures",
      "an allocation that fails, once and from there on, while a scene with every store is opened, asked and ended, and "
      "a model is imported and exported",

@@ -157,8 +157,22 @@ TEST(CertifySources, DamagedGltfGetsOneSentence)
     };
     EXPECT_EQ(failure("cut.gltf", "{"), "its JSON makes no sense");
     EXPECT_EQ(failure("number.gltf", R"({"asset":{"version":"2.0"},"x":1e999})"), "its JSON makes no sense");
+    EXPECT_EQ(failure("deep.gltf", R"({"x":)" + std::string(300, '[') + std::string(300, ']') + "}"),
+              "its JSON makes no sense");
+    EXPECT_EQ(failure("kind.gltf", R"({"scenes":[{"nodes":[0]}],"nodes":["node"]})"), "its content makes no sense");
+    EXPECT_EQ(failure("index.gltf", R"({"scenes":[{"nodes":[7]}],"nodes":[]})"), "its content makes no sense");
     // The length of its first chunk is there, and the chunk is not.
     EXPECT_EQ(failure("head.glb", std::string("glTF\2\0\0\0\20\0\0\0\0\0\0\0", 16)), "a chunk of it ends early");
+}
+
+TEST(CertifySources, NumbersBeyondAllBoundsEndAsACertificate)
+{
+    TempFolder const folder;
+    folder.Write("far.obj", "v 0 0 0\nv 1e200 0 0\nv 0 1e200 0\nf 1 2 3\n");
+    ToolRun const run = RunTool({"certify", "--quiet", "--json", folder.NarrowPathOf("far.obj")});
+    EXPECT_EQ(run.error, "");
+    // The numbers of GLB have no room for them.
+    EXPECT_EQ(json::parse(run.out).at("Verdict"), "different");
 }
 
 TEST(CertifySources, ModelsOfManyKindsAreKept)

@@ -71,6 +71,14 @@ TEST(RunInChild, AnExceptionIsAFailureWithItsText)
     EXPECT_EQ(result.signal, 0);
 }
 
+// Texts of libraries, which were made for other content.
+TEST(RunInChild, WhatALibraryThrowsIsASentence)
+{
+    ChildResult const result =
+        RunInChild([](ChildVoice const&) -> std::string { throw std::length_error("vector::reserve"); }, {});
+    EXPECT_EQ(result.failure, "its content makes no sense");
+}
+
 // The child would go on in the caller's code, beside the caller.
 TEST(RunInChild, WhatIsNoExceptionEndsTheChildWithinIt)
 {

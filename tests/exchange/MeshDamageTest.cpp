@@ -156,6 +156,9 @@ TEST(MeshDamage, JsonOfGltfThatMakesNoSenseIsTold)
     EXPECT_EQ(FailureOf("a.gltf", R"({"asset")"), "its JSON makes no sense from byte 9 on");
     EXPECT_EQ(FailureOf("a.gltf", R"({"asset":{"version":"2.0"},"x":1e999})"),
               "its JSON has a number beyond all bounds");
+    std::string const deep = std::string(300, '[') + std::string(300, ']');
+    EXPECT_EQ(FailureOf("a.gltf", R"({"asset":{"version":"2.0","extras":)" + deep + "}}"),
+              "its JSON has lists and objects more than 200 levels deep");
 }
 
 TEST(MeshDamage, AnObjThatNamesWhatIsNotThereSaysWhere)

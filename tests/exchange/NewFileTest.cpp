@@ -143,4 +143,42 @@ TEST(WorkFolder, GivesItsFilesTheirPlacesTogetherOrNoneAtAll)
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.Path()), {}), 2);
 }
 
+TEST(WorkFolder, WhatCannotBePlacedLeavesAllAsItWas)
+{
+    TempFolder const folder;
+    folder.Write("a.mesh", "before");
+    folder.Write("a.old", "old");
+    auto const place = [&](bool isFree)
+    {
+        WorkFolder const work(folder.NarrowPathOf("a.xml"));
+        std::ofstream(work.Inside()) << "after";
+        std::ofstream(work.Inside().replace_filename("a.mesh")) << "mesh";
+        std::ofstream(work.Inside().replace_filename("a.new")) << "new";
+        // The last to be placed.
+        if (!isFree)
+            folder.MakeFolder("a.xml");
+        work.MoveIntoPlace({"a.old", "a.missing"});
+    };
+    EXPECT_EQ(ErrorOf([&] { place(false); }), EISDIR);
+    EXPECT_EQ(BytesOf(folder.NarrowPathOf("a.mesh")), "before");
+    EXPECT_EQ(BytesOf(folder.NarrowPathOf("a.old")), "old");
+    EXPECT_FALSE(std::filesystem::exists(folder.NarrowPathOf("a.new")));
+    std::filesystem::remove(folder.NarrowPathOf("a.xml"));
+    place(true);
+    EXPECT_EQ(BytesOf(folder.NarrowPathOf("a.mesh")), "mesh");
+    EXPECT_FALSE(std::filesystem::exists(folder.NarrowPathOf("a.old")));
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.Path()), {}), 3);
+}
+
+TEST(WorkFolder, IsClearedForWorkThatBeginsAgain)
+{
+    TempFolder const folder;
+    WorkFolder const work(folder.NarrowPathOf("a.xml"));
+    for (int i = 0; i < 100; ++i)
+        std::ofstream(work.Inside().replace_filename("a." + std::to_string(i))) << "mesh";
+    EXPECT_EQ(work.Names().size(), 100U);
+    work.Clear();
+    EXPECT_EQ(work.Names().size(), 0U);
+}
+
 }  // namespace KVR::Test

@@ -173,6 +173,23 @@ TEST(SideFileCheck, FollowsTheNameOfASceneThatIsMoved)
     EXPECT_THAT(SideFileCheck(folder.NarrowPathOf("none.xml")).Problems(), IsEmpty());
 }
 
+TEST(SideFileCheck, BySizesTakesWhatIsAsLongForWhatWasWritten)
+{
+    TempFolder const folder;
+    folder.Write("a.xml", "<Scene/><?kvr-side-files\n  a.mesh 3 0000000000000000\n?>");
+    folder.Write("a.mesh", "abc");
+    folder.Write("b.mesh", "abc");
+    std::string const scene = folder.NarrowPathOf("a.xml");
+    EXPECT_THAT(SideFileCheck(scene, SideFileCheck::Extent::kSizes).Problems(), IsEmpty());
+    EXPECT_TRUE(SideFileCheck::HasNotedSize(scene, folder.NarrowPathOf("a.mesh")));
+    EXPECT_FALSE(SideFileCheck::HasNotedSize(scene, folder.NarrowPathOf("b.mesh"))) << "not noted";
+    EXPECT_FALSE(SideFileCheck::HasNotedSize(scene, "/a.mesh")) << "in another folder";
+    folder.Write("a.mesh", "abcd");
+    EXPECT_THAT(SideFileCheck(scene, SideFileCheck::Extent::kSizes).Problems(),
+                ElementsAre("the scene's side file a.mesh is another scene's, or was changed"));
+    EXPECT_FALSE(SideFileCheck::HasNotedSize(scene, folder.NarrowPathOf("a.mesh")));
+}
+
 TEST(SideFileCheck, OfASceneWithoutNotesTellsWhatCouldNotBeRead)
 {
     TempFolder const folder;

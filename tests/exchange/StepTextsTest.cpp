@@ -37,6 +37,18 @@ std::string SceneOfEqual(std::string const& model)
 
 }  // namespace
 
+// A text of it cannot be read back as a number without an underflow.
+TEST(StepTexts, AMeasureSmallerThanNumbersCanBeIsTaken)
+{
+    std::ifstream file(std::string(KVR_EXAMPLES_DIR) + "/models/iso14405_fig17a.stp");
+    std::string text((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+    std::string const measure = "LENGTH_MEASURE(0.02)";
+    TempFolder const folder;
+    folder.Write("a.stp", text.replace(text.find(measure), measure.size(), "LENGTH_MEASURE(2.E-309)"));
+    ToolRun const run = RunTool({"import", "--quiet", folder.NarrowPathOf("a.stp"), folder.NarrowPathOf("a.xml")});
+    EXPECT_EQ(run.status, 0) << run.error;
+}
+
 TEST(StepTexts, ATextOfAPartOfAShapeIsAPropertyOfTheProduct)
 {
     std::string text = Model(

@@ -87,7 +87,10 @@ TEST(Notes, TheFirstLineHasTheValuesBehindTheText)
     EXPECT_EQ(note["Kind"], "dimension");
     EXPECT_EQ(note["Details"]["minus"], 0.2);
     EXPECT_EQ(note["Details"]["modifiers"], json({"free state", "all over"}));
-    for (char const* const bad : {"", "[1,2]", "{\"minus\":\"x\",\"modifiers\":3,\"lower\":null}", "{"})
+    // What is copied goes down level by level: a million of them would end the program.
+    std::string const deep = R"({"minus":0.2,"plus":0.1,"x":)" + std::string(300, '[') + std::string(300, ']') + "}";
+    for (std::string const& bad : {std::string(), std::string("[1,2]"),
+                                   std::string(R"({"minus":"x","modifiers":3,"lower":null})"), std::string("{"), deep})
         EXPECT_THAT(NotesRun(scene(bad)).out, HasSubstr("diameter 35: IAnnotationCallout \"d\" n, visible\n")) << bad;
 }
 

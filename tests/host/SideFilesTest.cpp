@@ -73,4 +73,32 @@ TEST(SideFilesOfCommands, OfASceneWithoutNotesAreToldByTheReader)
     }
 }
 
+// Other files of the same length under the names of the side files.
+TEST(SideFilesOfCommands, AreNotReadByThoseThatShowNothingOfThem)
+{
+    TempFolder const folder;
+    std::string const scene = folder.NarrowPathOf("scene.xml");
+    ASSERT_EQ(RunTool({"import", "--quiet", KVR_EXAMPLES_DIR "/models/as1-oc-214.stp", scene}).status, 0);
+    std::vector<std::vector<std::string>> const commands = {{"views", scene, "--json"},
+                                                            {"notes", scene, "--json"},
+                                                            {"query", scene, "*", "--csv"},
+                                                            {"query", scene, "*[visible]", "--count"},
+                                                            {"query", scene, "*", "--columns", "path,property[\"a\"]"},
+                                                            {"tree", scene},
+                                                            {"query", scene, "*[mesh]", "--count"}};
+    constexpr std::size_t kShowNothing = 5;
+    std::vector<ToolRun> before;
+    for (auto const& command : commands)
+        before.push_back(RunTool(command));
+    for (auto const& entry : std::filesystem::directory_iterator(folder.Path()))
+        if (std::string const name = entry.path().filename().string(); name != "scene.xml")
+            folder.Write(name, std::string(entry.file_size(), 'x'));
+    for (std::size_t i = 0; i < commands.size(); ++i)
+    {
+        ToolRun const run = RunTool(commands[i]);
+        EXPECT_EQ(run.out == before[i].out && run.error.empty(), i < kShowNothing) << i << run.out << run.error;
+    }
+    EXPECT_EQ(RunTool({"views", scene, "--strict"}).status, 1);
+}
+
 }  // namespace KVR::Test

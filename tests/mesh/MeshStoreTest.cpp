@@ -521,9 +521,11 @@ TEST(MeshStore, ABodyOfTheOtherByteOrderIsReadTurnedRound)
     FilePtr const file(UTF8String(folder.Write("s", body.Bytes())), "rb");
     StoreCursor store(file, !IOUtil::IsBigEndian(), StoreCursor::kWholeStore);
     StoreMemory memory(store.Remaining());
-    std::vector<UTF8String> const table = {"a"};
+    StoreMaterials materials;
+    materials.table = std::make_shared<StoreMaterials::Table const>(StoreMaterials::Table{"a"});
+    materials.count = 1;
     XMLPolygonMesh mesh("m", nullptr);
-    MeshRecordReader(store, {table, 1}, false, memory, mesh.StoreContent()).Read();
+    MeshRecordReader(store, materials, false, memory).Read(mesh.StoreContent());
     EXPECT_TRUE(store.HasEnded());
     EXPECT_EQ(mesh.VertexAt(0).y, 2.0);
     EXPECT_EQ(mesh.NormalAt(0).z, 1.0);

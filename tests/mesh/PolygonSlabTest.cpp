@@ -2,10 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <cstring>
+#include <memory>
 #include <random>
 #include <vector>
 
+#include "mesh/PolygonSlabBuilder.h"
 #include "mesh/StoreMemory.h"
 
 namespace KVR::Test
@@ -29,7 +33,7 @@ std::vector<std::int32_t> Listed(EditablePolygon::IndexList const& list)
     return {list.data, list.data + list.count};
 }
 
-void AddWhole(PolygonSlab& slab, Given const& given)
+void AddWhole(PolygonSlabBuilder& slab, Given const& given)
 {
     std::vector<std::uint64_t> const vertices(given.vertices.begin(), given.vertices.end());
     std::vector<std::uint64_t> const normals(given.normals.begin(), given.normals.end());
@@ -38,7 +42,7 @@ void AddWhole(PolygonSlab& slab, Given const& given)
     slab.Add(static_cast<std::uint32_t>(vertices.size()), bytes(vertices), bytes(normals), given.slot);
 }
 
-void AddInSteps(PolygonSlab& slab, Given const& given)
+void AddInSteps(PolygonSlabBuilder& slab, Given const& given)
 {
     auto const copy = [](std::vector<std::int32_t> const& list, std::int32_t* place)
     { std::memcpy(place, list.data(), list.size() * sizeof(std::int32_t)); };
@@ -86,17 +90,18 @@ void ExpectRoundTrip(std::size_t count, Make make)
 {
     StoreMemory memory(1 << 20);
     StoreMemory::Blocks blocks;
-    PolygonSlab slab(memory, blocks, count, true, true);
+    PolygonSlab slab;
+    PolygonSlabBuilder builder(slab, memory, blocks, {count, 7, true, true});
     std::vector<Given> polygons;
     for (std::size_t i = 0; i < count; ++i)
     {
         polygons.push_back(make(i));
         if (i % 2 == 0 && polygons.back().sets.empty())
-            AddWhole(slab, polygons.back());
+            AddWhole(builder, polygons.back());
         else
-            AddInSteps(slab, polygons.back());
+            AddInSteps(builder, polygons.back());
     }
-    slab.Finish();
+    builder.Finish();
     ExpectHeld(slab, polygons);
 }
 
@@ -150,20 +155,18 @@ TEST(PolygonSlab, APolygonMayBeLargerThanAPiece)
 
 TEST(StoreMemory, ABlockLivesAsLongAsTheLastThatHoldsIt)
 {
-    StoreMemory::Blocks first;
     StoreMemory::Blocks second;
+    std::byte* bytes = nullptr;
     {
+        StoreMemory::Blocks first;
         StoreMemory memory(64 * 1024);
         std::memset(memory.Take(100, first), 1, 100);
-        std::memset(memory.Take(100, second), 2, 100);
+        bytes = memory.Take(100, second);
+        std::memset(bytes, 2, 100);
+        EXPECT_EQ(first.Count(), 1U);
+        EXPECT_EQ(first.Last(), second.Last());
     }
-    ASSERT_EQ(first.size(), 1U);
-    EXPECT_EQ(first, second);
-    std::weak_ptr<std::byte> const block = first.front();
-    first.clear();
-    EXPECT_FALSE(block.expired());
-    second.clear();
-    EXPECT_TRUE(block.expired());
+    EXPECT_EQ(std::count(bytes, bytes + 100, std::byte{2}), 100);
 }
 
 TEST(StoreMemory, WhatFillsMostOfABlockGetsOneOfItsOwn)
@@ -171,10 +174,34 @@ TEST(StoreMemory, WhatFillsMostOfABlockGetsOneOfItsOwn)
     StoreMemory::Blocks blocks;
     StoreMemory memory(64 * 1024);
     memory.Take(8, blocks);
+    StoreMemory::Block const shared = blocks.Last();
     memory.Take(10'000'000, blocks);
+    EXPECT_NE(blocks.Last(), shared);
     memory.Take(8, blocks);
-    EXPECT_EQ(blocks.size(), 3U);
-    EXPECT_EQ(blocks.front(), blocks.back());
+    EXPECT_EQ(blocks.Count(), 2U);
+}
+
+// The block of an object is what is left of the memory once all else is gone.
+TEST(StoreMemory, AnObjectKeepsItsBlockAndFreesItLast)
+{
+    struct Object : InStoreMemory
+    {
+        std::array<int, 100> numbers{};
+    };
+    std::unique_ptr<Object> first;
+    std::unique_ptr<Object> second;
+    {
+        StoreMemory memory(64 * 1024);
+        first.reset(new (memory) Object);
+        second.reset(new (memory) Object);
+    }
+    first->numbers.fill(1);
+    first.reset();
+    second->numbers.fill(2);
+    EXPECT_EQ(second->numbers.back(), 2);
+    auto const alone = std::make_unique<Object>();
+    alone->numbers.fill(3);
+    EXPECT_EQ(alone->numbers.front(), 3);
 }
 
 TEST(StoreMemory, OnlyTheEndOfTheLastPieceIsTakenBack)

@@ -9,6 +9,8 @@
 #include <stdexcept>
 #include <string_view>
 
+#include "output/JsonDepth.h"
+
 namespace KVR::Certification
 {
 
@@ -33,7 +35,7 @@ std::string BytesOfFile(std::filesystem::path const& path)
 
 json JsonOf(std::string_view text)
 {
-    json document = json::parse(text, nullptr, false);
+    json document = IsShallowJson(text) ? json::parse(text, nullptr, false) : json(json::value_t::discarded);
     if (document.is_discarded())
         throw std::runtime_error("its JSON makes no sense");
     return document;

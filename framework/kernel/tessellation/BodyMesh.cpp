@@ -93,6 +93,15 @@ std::vector<gp_XYZ> NormalsOf(TopoDS_Face const& face, Poly_Triangulation const&
     return normals;
 }
 
+// Open CASCADE leaves edges of some faces that it fails at with nodes that there are not.
+bool IsOf(Poly_PolygonOnTriangulation const& polygon, Poly_Triangulation const& triangulation)
+{
+    for (int i = 1; i <= polygon.NbNodes(); ++i)
+        if (polygon.Node(i) < 1 || polygon.Node(i) > triangulation.NbNodes())
+            return false;
+    return true;
+}
+
 }  // namespace
 
 BodyMesh::BodyMesh(TopoDS_Shape const& shape)
@@ -163,7 +172,7 @@ void BodyMesh::AddEdge(TopoDS_Edge const& edge, Handle(Poly_Triangulation) const
 {
     Handle(Poly_PolygonOnTriangulation) const polygon =
         BRep_Tool::PolygonOnTriangulation(edge, triangulation, location);
-    if (polygon.IsNull() || polygon->NbNodes() < 2)
+    if (polygon.IsNull() || polygon->NbNodes() < 2 || !IsOf(*polygon, *triangulation))
         return;
     auto const nodeCount = static_cast<std::size_t>(polygon->NbNodes());
     auto const slot = [&](std::size_t i) -> std::uint64_t&

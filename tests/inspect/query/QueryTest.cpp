@@ -223,6 +223,17 @@ TEST(Query, NestingLengthAndStepsAreLimited)
     EXPECT_THROW(Query(steps + ">*"), QueryError);
 }
 
+TEST(Query, TellsWhatHasToBeReadForIt)
+{
+    for (char const* const text :
+         {"*", "assembly > part", "part[name~\"M6*\" and not layer=\"l\" or depth>2]", "*[notes]"})
+        EXPECT_EQ(Query(text).Source(), QuerySource::kDocument) << text;
+    EXPECT_EQ(Query("*[visible and property[\"mass\"]]").Source(), QuerySource::kProperties);
+    for (char const* const text :
+         {"part[not (visible or volume>1l)]", "assembly[color=red] > part", "*[property[\"a\"]] // *[mesh]"})
+        EXPECT_EQ(Query(text).Source(), QuerySource::kStores) << text;
+}
+
 TEST(Query, BackslashesAreForQuotationMarks)
 {
     QueryScene scene(File({"p"}) + "<IPart ID='p' Label='a&quot;b\\c'><ChildSet/></IPart>");

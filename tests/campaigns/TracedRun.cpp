@@ -1,4 +1,4 @@
-#include "tests/campaigns/ShortCalls.h"
+#include "tests/campaigns/TracedRun.h"
 
 #include <fcntl.h>
 #include <sys/ptrace.h>
@@ -11,6 +11,7 @@
 #include <csignal>
 #include <cstddef>
 #include <cstdlib>
+#include <set>
 #include <stdexcept>
 
 namespace KVR::Campaigns
@@ -43,30 +44,65 @@ constexpr int kCallStop = SIGTRAP | 0x80;
     _exit(126);
 }
 
-// At the beginning of a call: whether it reads or writes more than a byte.
-bool IsLong(pid_t process)
+// Whether a process is at the beginning of a call of the kind.
+bool IsMeant(pid_t process, long call)
 {
     struct __ptrace_syscall_info info
     {
     };
     if (ptrace(PTRACE_GET_SYSCALL_INFO, process, sizeof info, &info) <= 0 || info.op != PTRACE_SYSCALL_INFO_ENTRY)
         return false;
-    bool const isCall = info.entry.nr == SYS_read || info.entry.nr == SYS_write || info.entry.nr == SYS_pread64 ||
-                        info.entry.nr == SYS_pwrite64;
-    return isCall && info.entry.args[2] > 1;
+    auto const number = static_cast<long>(info.entry.nr);
+    if (call >= 0)
+        return number == call;
+    bool const isTransfer =
+        number == SYS_read || number == SYS_write || number == SYS_pread64 || number == SYS_pwrite64;
+    return isTransfer && info.entry.args[2] > 1;
 }
 
-void MakeShort(pid_t process)
+// The processes of a program, from stop to stop.
+class Tracer
 {
-    ptrace(PTRACE_POKEUSER, process, offsetof(struct user_regs_struct, rdx), 1);
-}
+public:
+    explicit Tracer(TracedCalls const& calls) : m_calls(calls) {}
+
+    long Count() const { return m_count; }
+
+    void AtCall(pid_t process)
+    {
+        if (m_failing.erase(process) > 0)
+            ptrace(PTRACE_POKEUSER, process, offsetof(struct user_regs_struct, rax), -long{m_calls.error});
+        else if (IsMeant(process, m_calls.call))
+        {
+            ++m_count;
+            if (m_count >= m_calls.first && m_count < m_calls.end)
+                Interfere(process);
+        }
+    }
+
+private:
+    void Interfere(pid_t process)
+    {
+        if (m_calls.call < 0)
+        {
+            ptrace(PTRACE_POKEUSER, process, offsetof(struct user_regs_struct, rdx), 1L);
+            return;
+        }
+        // There is no such call; what it answers is replaced when it ends.
+        ptrace(PTRACE_POKEUSER, process, offsetof(struct user_regs_struct, orig_rax), -1L);
+        m_failing.insert(process);
+    }
+
+    TracedCalls const& m_calls;
+    long m_count = 0;
+    std::set<pid_t> m_failing;
+};
 
 }  // namespace
 
-int RunWithShortCalls(std::vector<std::string> const& arguments, std::string const& folder, std::string const& said,
-                      ShortCalls const& calls, long& count)
+int RunTraced(std::vector<std::string> const& arguments, std::string const& folder, std::string const& said,
+              TracedCalls const& calls, long& count)
 {
-    count = 0;
     pid_t const program = fork();
     if (program < 0)
         throw std::runtime_error("no child process");
@@ -79,6 +115,7 @@ int RunWithShortCalls(std::vector<std::string> const& arguments, std::string con
         PTRACE_O_TRACESYSGOOD | PTRACE_O_TRACEFORK | PTRACE_O_TRACEVFORK | PTRACE_O_TRACECLONE | PTRACE_O_EXITKILL;
     ptrace(PTRACE_SETOPTIONS, program, nullptr, kOptions);
     ptrace(PTRACE_SYSCALL, program, nullptr, nullptr);
+    Tracer tracer(calls);
     for (pid_t process = waitpid(-1, &status, __WALL); process > 0; process = waitpid(-1, &status, __WALL))
     {
         if (!WIFSTOPPED(status))
@@ -88,24 +125,20 @@ int RunWithShortCalls(std::vector<std::string> const& arguments, std::string con
             continue;
         }
         int signal = WSTOPSIG(status);
-        if (signal == kCallStop && IsLong(process))
-        {
-            ++count;
-            if (count >= calls.first && count < calls.end)
-                MakeShort(process);
-        }
+        if (signal == kCallStop)
+            tracer.AtCall(process);
         // Stops that are of the tracing itself, those of new processes among them.
         if (signal == kCallStop || signal == SIGTRAP || signal == SIGSTOP)
             signal = 0;
         ptrace(PTRACE_SYSCALL, process, nullptr, signal);
     }
+    count = tracer.Count();
     return result;
 }
 
 #else
 
-int RunWithShortCalls(std::vector<std::string> const&, std::string const&, std::string const&, ShortCalls const&,
-                      long& count)
+int RunTraced(std::vector<std::string> const&, std::string const&, std::string const&, TracedCalls const&, long& count)
 {
     count = 0;
     return -1;

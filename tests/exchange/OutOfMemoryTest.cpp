@@ -1,0 +1,90 @@
+#include "exchange/run/OutOfMemory.h"
+
+#include <gtest/gtest.h>
+
+#include <Standard.hxx>
+#include <Standard_OutOfMemory.hxx>
+#include <new>
+
+#include "exchange/run/ChildProcess.h"
+#include "tests/support/SanitizedBuild.h"
+
+namespace KVR::Test
+{
+
+namespace
+{
+
+// More than any machine has. Sanitizers end what asks for it, in a way of their own.
+constexpr std::size_t kTooMuch = std::size_t{1} << 60U;
+
+ChildResult RunAndGoOn(void (*ask)())
+{
+    auto const work = [ask](ChildVoice const&)
+    {
+        try
+        {
+            ask();
+        }
+        catch (...)
+        {
+            // As Open CASCADE does.
+        }
+        return std::string("done");
+    };
+    return RunInChild(work, {});
+}
+
+void ExpectOutOfMemory(ChildResult const& result)
+{
+    EXPECT_TRUE(result.isOutOfMemory);
+    EXPECT_EQ(result.answer, std::nullopt);
+    EXPECT_EQ(result.failure, "there is not enough memory for it, which may take 2048 MiB");
+}
+
+}  // namespace
+
+TEST(OutOfMemory, AFailureOfNewThatSomebodyHidesEndsAChild)
+{
+    ExpectOutOfMemory(RunAndGoOn(
+        []
+        {
+            if (kIsSanitized)
+                std::get_new_handler()();
+            else
+                ::operator delete(::operator new(kTooMuch));
+        }));
+}
+
+TEST(OutOfMemory, AFailureOfOpenCascadeThatSomebodyHidesEndsAChild)
+{
+    ExpectOutOfMemory(RunAndGoOn(
+        []
+        {
+            if (kIsSanitized)
+                throw Standard_OutOfMemory();
+            Standard_Address memory = Standard::Allocate(kTooMuch);
+            Standard::Free(memory);
+        }));
+}
+
+TEST(OutOfMemory, WhatIsThrownOfItEndsAChild)
+{
+    ExpectOutOfMemory(RunInChild([](ChildVoice const&) -> std::string { throw std::bad_alloc(); }, {}));
+}
+
+TEST(OutOfMemory, ElsewhereOpenCascadeThrowsAsItDoes)
+{
+    EXPECT_EQ(std::get_new_handler(), nullptr);
+    try
+    {
+        throw Standard_OutOfMemory("so much");
+    }
+    catch (Standard_Failure const& failure)
+    {
+        EXPECT_STREQ(failure.GetMessageString(), "so much");
+    }
+    EXPECT_STREQ(Standard_OutOfMemory().GetMessageString(), "");
+}
+
+}  // namespace KVR::Test
