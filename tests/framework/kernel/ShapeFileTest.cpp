@@ -102,6 +102,11 @@ TEST(ReadShapeFile, WhatIsNoRegularFileIsRefused)
     StoreFileOfBytes const file(bytes);
     std::fseek(file.File(), static_cast<long>(bytes.size()), SEEK_SET);
     EXPECT_FALSE(ReadShapeFile(file.File(), shape)) << "nothing is left";
+    std::FILE* const shorter = std::tmpfile();
+    ASSERT_TRUE(shorter);
+    std::fseek(shorter, 100, SEEK_SET);
+    EXPECT_FALSE(ReadShapeFile(shorter, shape)) << "its end lies before";
+    std::fclose(shorter);
     EXPECT_TRUE(shape.IsNull());
 }
 
