@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 #include <BRepFilletAPI_MakeFillet.hxx>
 #include <BRepPrimAPI_MakeBox.hxx>
+#include <BRepTools.hxx>
 #include <BRep_Builder.hxx>
 #include <BinTools.hxx>
 #include <TopExp.hxx>
@@ -37,7 +38,9 @@ TopoDS_Shape Block(unsigned number)
 
 void WriteKernelStore(KernelStoreFiles const& files, unsigned bodies)
 {
-    Authoring::KernelStoreWriter writer(UTF16String(UTF8String(files.store)), Authoring::KernelStoreForm::kBinary);
+    Authoring::KernelStoreWriter writer(
+        UTF16String(UTF8String(files.store)),
+        files.isText ? Authoring::KernelStoreForm::kText : Authoring::KernelStoreForm::kBinary);
     BRep_Builder builder;
     TopoDS_Compound compound;
     builder.MakeCompound(compound);
@@ -51,7 +54,10 @@ void WriteKernelStore(KernelStoreFiles const& files, unsigned bodies)
         writer.Body(UTF8String(fmt::format("body{}", i)), block, faces);
     }
     writer.Finish();
-    if (!files.shapes.empty() && !BinTools::Write(compound, files.shapes.c_str()))
+    if (files.shapes.empty())
+        return;
+    if (!(files.isText ? BRepTools::Write(compound, files.shapes.c_str())
+                       : BinTools::Write(compound, files.shapes.c_str())))
         throw std::runtime_error("Cannot write " + files.shapes);
 }
 

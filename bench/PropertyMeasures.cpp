@@ -3,16 +3,12 @@
 #include <fmt/format.h>
 #include <malloc.h>
 #include <fstream>
-#include <memory>
 #include <stdexcept>
 #include <string>
-#include <xercesc/sax2/DefaultHandler.hpp>
-#include <xercesc/sax2/SAX2XMLReader.hpp>
-#include <xercesc/sax2/XMLReaderFactory.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
-#include <xercesc/util/XMLUni.hpp>
 
 #include "authoring/PropertyWriter.h"
+#include "bench/BareParse.h"
 #include "bench/ChildProcess.h"
 #include "bench/ProcessorTime.h"
 #include "framework/api/IObject.h"
@@ -63,19 +59,6 @@ CustomProperty Content(unsigned index)
     return content;
 }
 
-void ParseBare(PropertyScene const& scene)
-{
-    using xercesc::XMLUni;
-    xercesc::DefaultHandler handler;
-    std::unique_ptr<xercesc::SAX2XMLReader> const reader(xercesc::XMLReaderFactory::createXMLReader());
-    reader->setFeature(XMLUni::fgSAX2CoreNameSpaces, false);
-    reader->setFeature(XMLUni::fgSAX2CoreValidation, false);
-    reader->setFeature(XMLUni::fgXercesSchema, false);
-    reader->setContentHandler(&handler);
-    reader->setErrorHandler(&handler);
-    reader->parse(scene.properties.c_str());
-}
-
 double BytesInUse()
 {
     struct mallinfo2 const info = mallinfo2();
@@ -96,8 +79,8 @@ unsigned long long PropertiesOf(IProducer& producer)
 Figures RunBare(PropertyScene const& scene, PropertyScene const& smallest)
 {
     xercesc::XMLPlatformUtils::Initialize();
-    ParseBare(smallest);
-    return {{"seconds", SecondsOf([&] { ParseBare(scene); })}};
+    StreamBare(smallest.properties);
+    return {{"seconds", SecondsOf([&] { StreamBare(scene.properties); })}};
 }
 
 void Begin(IProducer& producer)

@@ -17,8 +17,8 @@ import subprocess
 import sys
 import time
 
-BENCHMARKS = ("check", "cloud", "commands", "estimate", "exchange", "kernel", "mesh", "organisation", "product",
-              "properties", "scale", "scene", "structure", "start", "works")
+BENCHMARKS = ("attached", "check", "cloud", "commands", "estimate", "exchange", "kernel", "mesh", "organisation",
+              "product", "properties", "scale", "scene", "structure", "start", "works")
 BINARIES = pathlib.Path("build/release/bin")
 # A line of the table that every benchmark ends with: what is measured, the most that it may be, what it was.
 GOAL = re.compile(r"(?P<name>\S.*?) +(?P<limit>-?[\d.e+-]+)(?P<unit>(?: [A-Za-z/]+)?) +(?P<reached>-?[\d.]+)(?P=unit) +"

@@ -172,6 +172,8 @@ bool RestoreKernelStore(KernelStoreContext const& context, UTF16String const& pa
     if (found && producer.eventManager)
         PostSecurityEvent(producer, allowsInsecure, pathText);
     TellOutcome(restored, found);
+    if (restored.error_number() == outcome::kBadFile && producer.options && producer.options->UnreadSideFileHandler())
+        producer.options->UnreadSideFileHandler()(path);
     file.reset();
     FileEntities(entities, restore.row_ranges(), curveEntities, bodyEntities);
     return true;

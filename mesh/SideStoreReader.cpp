@@ -13,6 +13,8 @@
 #include "geometry/curvedata/CreateCurveData.h"
 #include "mesh/MeshRecordReader.h"
 #include "mesh/XMLPolygonMesh.h"
+#include "producer/XMLProducerImpl.h"
+#include "producer/XMLProducerOptions.h"
 
 namespace KVR
 {
@@ -149,9 +151,17 @@ SideStoreReader::SideStoreReader(UTF16String const& sceneFilePath, XMLProducerIm
 
 bool SideStoreReader::ReadMeshStore(UTF16String const& path, MeshStore& meshStore, CurveStore& curveStore)
 {
-    FilePtr const file(UTF8String(ResolveSideFilePath(m_sceneFilePath, path)), "rb");
+    UTF16String const fullPath = ResolveSideFilePath(m_sceneFilePath, path);
+    FilePtr const file(UTF8String(fullPath), "rb");
     if (!file)
         return NotOpened();
+    bool const isRead = ReadMeshes(file, meshStore, curveStore);
+    TellIfUnread(file, fullPath);
+    return isRead;
+}
+
+bool SideStoreReader::ReadMeshes(std::FILE* file, MeshStore& meshStore, CurveStore& curveStore)
+{
     StoreCursor store(file, m_swapBytes, StoreCursor::kWholeStore);
     unsigned long long recordCount = 0;
     StoreMaterials materials = ReadHeader(store, recordCount);
@@ -220,6 +230,21 @@ bool SideStoreReader::ReadMeshSegmentStore(UTF16String const& fullPath, MeshStor
     FilePtr const file(UTF8String(fullPath), "rb");
     if (!file)
         return NotOpened();
+    bool const isRead = ReadSegmentRecords(file, meshStore);
+    TellIfUnread(file, fullPath);
+    return isRead;
+}
+
+// A store that the system ceases to give counts as one that is short, but for who is to be told.
+void SideStoreReader::TellIfUnread(std::FILE* file, UTF16String const& fullPath) const
+{
+    XMLProducerOptions const* const options = m_producer ? m_producer->options : nullptr;
+    if (std::ferror(file) && options && options->UnreadSideFileHandler())
+        options->UnreadSideFileHandler()(fullPath);
+}
+
+bool SideStoreReader::ReadSegmentRecords(std::FILE* file, MeshStore& meshStore)
+{
     StoreCursor store(file, m_swapBytes, StoreCursor::kWholeStore);
     unsigned long long recordCount = 0;
     store.Read(recordCount);

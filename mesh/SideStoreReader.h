@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdio>
+
 #include "framework/api/UTF16String.h"
 #include "producer/SideFileIndex.h"
 
@@ -36,6 +38,9 @@ private:
         CurveStore& curves;
     };
 
+    bool ReadMeshes(std::FILE* file, MeshStore& meshStore, CurveStore& curveStore);
+    bool ReadSegmentRecords(std::FILE* file, MeshStore& meshStore);
+    void TellIfUnread(std::FILE* file, UTF16String const& fullPath) const;
     StoreMaterials ReadHeader(StoreCursor& store, unsigned long long& recordCount) const;
     void ReadRecord(StoreCursor& store, StoreMemory& memory, MeshRecordReader& meshes, Stores const& stores);
 

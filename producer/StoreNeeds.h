@@ -3,12 +3,10 @@
 #include <functional>
 
 #include "framework/api/UTF16String.h"
-#include "producer/Export.h"
+#include "producer/XMLProducerOptions.h"
 
 namespace KVR
 {
-
-class XMLProducerOptions;
 
 /// What a program that shows little of a scene needs of the side files; all of it until something else is said. The
 /// objects are the same, and answer the same but for what stands in files that are not needed.
@@ -30,7 +28,7 @@ struct StoreNeeds
     bool NeedsAll() const noexcept { return geometry && segments && assets && persistentIds && properties; }
 
     /// To be called before BeginProcess.
-    KVR_XML_PRODUCER_API static void Set(XMLProducerOptions& options, StoreNeeds const& needs);
+    static void Set(XMLProducerOptions& options, StoreNeeds const& needs) { options.SetNeeds(needs); }
     /// What was set; of null, all.
     static StoreNeeds const& Of(XMLProducerOptions const* options);
 };

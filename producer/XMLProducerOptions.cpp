@@ -43,14 +43,19 @@ XMLProducerOptions::FileHandler const& XMLProducerOptions::UnreadSideFileHandler
     return m_flags->unreadSideFileHandler;
 }
 
-void StoreNeeds::Set(XMLProducerOptions& options, StoreNeeds const& needs)
+StoreNeeds const& XMLProducerOptions::Needs() const noexcept
 {
-    options.m_flags->needs = needs;
+    return m_flags->needs;
 }
+void XMLProducerOptions::SetNeeds(StoreNeeds const& needs)
+{
+    m_flags->needs = needs;
+}
+
 StoreNeeds const& StoreNeeds::Of(XMLProducerOptions const* options)
 {
     static StoreNeeds const s_all;
-    return options ? options->m_flags->needs : s_all;
+    return options ? options->Needs() : s_all;
 }
 
 }  // namespace KVR

@@ -36,8 +36,8 @@ public:
     /// Is told the full path of a file.
     using FileHandler = std::function<void(UTF16String const& path)>;
 
-    /// Who is told, during BeginProcess and before the file is looked at, of each side file that an info section names
-    /// and that cannot be opened; nobody until set. What the handler throws ends BeginProcess.
+    /// Who is told, during BeginProcess, of each side file that an info section names and that cannot be opened, before
+    /// it is looked at, or that the system ceases to give; nobody until set. What it throws ends BeginProcess.
     void SetUnreadSideFileHandler(FileHandler handler);
     /// What was set; may be empty.
     FileHandler const& UnreadSideFileHandler() const noexcept;
@@ -45,6 +45,9 @@ public:
 private:
     friend struct StoreNeeds;
     struct Flags;
+
+    StoreNeeds const& Needs() const noexcept;
+    void SetNeeds(StoreNeeds const& needs);
     std::unique_ptr<Flags> m_flags;
 };
 

@@ -32,21 +32,65 @@ std::string ExtensionOf(fs::path const& target)
     return extension;
 }
 
-// Of a document of glTF nothing but these two lists is kept.
+// Takes the names of files out of a document of glTF as it is parsed: the texts "uri" of the entries of two lists.
+// Whoever makes a document of it instead, needs memory to give it back, and ends where there is none.
+class NamesOfGltf final : public nlohmann::json_sax<json>
+{
+public:
+    std::set<std::string> names;
+
+    bool null() override { return true; }
+    bool boolean(bool) override { return true; }
+    bool number_integer(number_integer_t) override { return true; }
+    bool number_unsigned(number_unsigned_t) override { return true; }
+    bool number_float(number_float_t, string_t const&) override { return true; }
+    bool binary(binary_t&) override { return true; }
+    bool string(string_t& text) override
+    {
+        if (m_isInList && m_depth == kEntry && m_key == "uri")
+            names.insert(text);
+        return true;
+    }
+    bool key(string_t& text) override
+    {
+        m_key = text;
+        if (m_depth == kDocument)
+            m_isInList = text == kBuffers || text == kImages;
+        return true;
+    }
+    bool start_object(std::size_t) override { return Enter(); }
+    bool end_object() override { return Leave(); }
+    bool start_array(std::size_t) override { return Enter(); }
+    bool end_array() override { return Leave(); }
+    bool parse_error(std::size_t, std::string const&, nlohmann::detail::exception const&) override { return false; }
+
+private:
+    enum Depth
+    {
+        kDocument = 1,
+        kEntry = 3
+    };
+
+    bool Enter()
+    {
+        ++m_depth;
+        return true;
+    }
+    bool Leave()
+    {
+        --m_depth;
+        return true;
+    }
+
+    std::size_t m_depth = 0;
+    std::string m_key;
+    bool m_isInList = false;
+};
+
 std::set<std::string> NamesInGltf(std::istream& file)
 {
-    json const document = json::parse(
-        file,
-        [](int depth, json::parse_event_t event, json const& key)
-        { return depth != 1 || event != json::parse_event_t::key || key == kBuffers || key == kImages; },
-        false);
-    std::set<std::string> names;
-    for (char const* const list : {kBuffers, kImages})
-        if (auto const entries = document.find(list); entries != document.end() && entries->is_array())
-            for (json const& entry : *entries)
-                if (entry.is_object() && entry.contains("uri") && entry["uri"].is_string())
-                    names.insert(entry["uri"].get<std::string>());
-    return names;
+    NamesOfGltf found;
+    return json::sax_parse(file, &found) ? std::move(found.names) : std::set<std::string>();
 }
 
 std::set<std::string> NamesInObj(std::istream& file)

@@ -91,9 +91,11 @@ void SideFileCheck::AddUnread(std::string const& path)
     fs::path const file(path);
     bool const isBeside = file.parent_path() == m_folder;
     std::string const name = isBeside ? file.filename().string() : path;
-    if (std::find(m_names.begin(), m_names.end(), name) != m_names.end())
+    bool const isTold =
+        std::any_of(m_problems.begin(), m_problems.end(),
+                    [prefix = About(name, "")](auto const& problem) { return problem.starts_with(prefix); });
+    if (isTold)
         return;
-    m_names.push_back(name);
     std::error_code ignored;
     m_problems.push_back(About(name, fs::exists(file, ignored) ? "cannot be read" : "is missing"));
 }

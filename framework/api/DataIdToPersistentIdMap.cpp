@@ -13,10 +13,18 @@ EditableDataIdToPersistentIdMap::~EditableDataIdToPersistentIdMap() = default;
 
 void EditableDataIdToPersistentIdMap::Add(UTF8String const& dataId, UTF8String const& persistentId)
 {
-    if (m_places.contains(dataId))
+    auto const [place, isNew] = m_places.try_emplace(dataId, m_entries.size());
+    if (!isNew)
         return;
-    m_entries.emplace_back(dataId, persistentId);
-    m_places.emplace(dataId, m_entries.size() - 1);
+    try
+    {
+        m_entries.emplace_back(dataId, persistentId);
+    }
+    catch (...)
+    {
+        m_places.erase(place);
+        throw;
+    }
 }
 
 void EditableDataIdToPersistentIdMap::Remove(UTF8String const& dataId)

@@ -52,6 +52,7 @@
 #include "framework/api/IdSetSet.h"
 #include "framework/api/IndexSets.h"
 #include "framework/api/Interval.h"
+#include "framework/api/LargePages.h"
 #include "framework/api/LengthUnits.h"
 #include "framework/api/LocaleHelper.h"
 #include "framework/api/MathUtil.h"

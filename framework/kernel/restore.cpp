@@ -125,9 +125,20 @@ bool Decode(std::FILE* file, std::uint64_t size, bool textMode, std::vector<std:
     return true;
 }
 
-outcome BadContent()
+outcome BadFile()
 {
-    return {outcome::kBadStore, "the content of the store is damaged"};
+    return {outcome::kBadFile, "the store cannot be read"};
+}
+
+// What could not be read is not damaged.
+outcome BadStore(std::FILE* file, char const* message)
+{
+    return std::ferror(file) ? BadFile() : outcome(outcome::kBadStore, message);
+}
+
+outcome BadContent(std::FILE* file)
+{
+    return BadStore(file, "the content of the store is damaged");
 }
 
 }  // namespace
@@ -152,11 +163,16 @@ outcome GKI_RESTORE::execute_restore(ENTITY_LIST& entities)
         return {outcome::kBadArgument, "no history stream is active"};
     StoreHead head;
     std::uint64_t size = 0;
-    if (!head.Read(m_file, m_textMode) || !MeasureRest(m_file, size) || size != head.size)
-        return {outcome::kBadStore, "this is no store of the kernel, or it was cut short"};
+    constexpr char kNoStore[] = "this is no store of the kernel, or it was cut short";
+    if (!head.Read(m_file, m_textMode))
+        return BadStore(m_file, kNoStore);
+    if (!MeasureRest(m_file, size))
+        return BadFile();
+    if (size != head.size)
+        return BadStore(m_file, kNoStore);
     std::uint64_t digest = 0;
     if (!DigestOfRest(m_file, size, digest))
-        return {outcome::kBadFile, "the store cannot be read"};
+        return BadFile();
     m_isInsecure = digest != head.digest;
     if (m_isInsecure && !m_allowsInsecure)
         return {outcome::kInsecureStore, "the content of the store is not what was written"};
@@ -167,7 +183,7 @@ outcome GKI_RESTORE::execute_restore(ENTITY_LIST& entities)
         if (!Decode(m_file, size, m_textMode, made, m_rowRanges))
         {
             watch.Check();
-            return BadContent();
+            return BadContent(m_file);
         }
         // The stream owns them from here on.
         for (std::unique_ptr<ENTITY>& entity : made)
@@ -182,13 +198,13 @@ outcome GKI_RESTORE::execute_restore(ENTITY_LIST& entities)
     catch (Standard_Failure const& failure)
     {
         watch.Check(failure);
-        return BadContent();
+        return BadContent(m_file);
     }
     catch (std::exception const&)
     {
         // The stream's end.
         watch.Check();
-        return BadContent();
+        return BadContent(m_file);
     }
 }
 

@@ -14,8 +14,11 @@ namespace
 
 // Smaller pieces are texts and tables of the parser, which come and go.
 constexpr std::size_t kLeastPiece = 16 * 1024;
-// Documents up to it never see a large page.
-constexpr std::size_t kSmallDocument = kLargePage;
+// Documents up to it never see a large page, of which the last is mostly empty.
+constexpr std::size_t kSmallDocument = 2 * kLargePage;
+// What lies beyond it is asked for in small pages: on a virtual machine gigabytes of fresh large pages cost more than
+// they save, as each has to be fetched from the machine below.
+constexpr std::size_t kMostLarge = 96 * kLargePage;
 constexpr std::size_t kBlockSize = 2 * kLargePage;
 constexpr std::size_t kAlignment = alignof(std::max_align_t);
 constexpr std::align_val_t kBlockAlignment{kLargePage};
@@ -53,18 +56,18 @@ void DocumentMemory::Free(Blocks::iterator block) noexcept
 
 void* DocumentMemory::allocate(XMLSize_t size)
 {
+    bool const isBlock = size > kBlockSize / 2;
     if (size < kLeastPiece)
         return m_small->allocate(size);
-    if (m_asked <= kSmallDocument)
-    {
+    if (!isBlock)
         m_asked += size;
+    if (!isBlock && (m_asked <= kSmallDocument || m_asked > kMostLarge))
         return m_small->allocate(size);
-    }
     try
     {
         std::size_t const wanted = size + (kAlignment - size % kAlignment) % kAlignment;
         auto block = m_current;
-        if (wanted > kBlockSize / 2)
+        if (isBlock)
             block = NewBlock(wanted);
         else if (block == m_blocks.end() || block->second.size - block->second.used < wanted)
             block = m_current = NewBlock(kBlockSize);

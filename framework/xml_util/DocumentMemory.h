@@ -4,13 +4,15 @@
 #include <map>
 #include <xercesc/framework/MemoryManager.hpp>
 
+#include "framework/xml_util/Export.h"
+
 namespace KVR
 {
 
-/// Where a parser gets memory for a document. What is asked for in large pieces, which is all of the nodes and of long
-/// texts, comes from large pages as soon as the document has grown beyond a few of them: a gigabyte of nodes in pages
-/// of 4 KiB costs as much time for the faults as a tenth of the parse. All else is asked for elsewhere.
-class DocumentMemory final : public xercesc::MemoryManager
+/// Where a parser gets memory for a document. What is asked for in large pieces, which are nodes and long texts, comes
+/// from large pages, unless the document is small, or so large that they cost more than they save: in pages of 4 KiB
+/// the faults take as much time as a tenth of the parse. All else is asked for elsewhere.
+class KVR_XML_UTIL_API DocumentMemory final : public xercesc::MemoryManager
 {
 public:
     /// `small` is to outlive it, as it outlives the parser.
@@ -19,9 +21,11 @@ public:
     DocumentMemory(DocumentMemory const&) = delete;
     DocumentMemory& operator=(DocumentMemory const&) = delete;
 
+    /// That of the manager for all else: what is thrown may outlive the document.
     xercesc::MemoryManager* getExceptionMemoryManager() override { return m_small->getExceptionMemoryManager(); }
     /// Throws xercesc::OutOfMemoryException.
     void* allocate(XMLSize_t size) override;
+    /// Gives back what allocate answered, or null.
     void deallocate(void* memory) override;
 
 private:

@@ -83,12 +83,12 @@ public:
     // How often the program calls, by which number; the calls of the loader, which stand first, are told apart.
     std::pair<long, long> CallsOf(std::size_t work, long call)
     {
-        long ofLoader = 0;
+        if (m_ofLoader.count(call) == 0)
+            RunTraced({m_tool.string(), "--version"}, m_folder.Path(), m_out.Path(), {call}, m_ofLoader[call]);
         long all = 0;
-        RunTraced({m_tool.string(), "--version"}, m_folder.Path(), m_out.Path(), {call}, ofLoader);
         RunTraced(Words(work), m_folder.Path(), m_out.Path(), {call}, all);
         Clear();
-        return {ofLoader, all};
+        return {m_ofLoader[call], all};
     }
 
     // Empty, or what was wrong when these were short: the program goes on as if they were not.
@@ -186,6 +186,7 @@ private:
     std::vector<Work> m_work;
     // What comes of each when nothing fails.
     std::vector<Result> m_whole;
+    std::map<long, long> m_ofLoader;
 };
 
 void RunShortCalls(double scale, Runs& runs, Tally& tally)

@@ -23,6 +23,8 @@ namespace
 {
 
 constexpr int kCallStop = SIGTRAP | 0x80;
+// By the clock.
+constexpr unsigned kMostSeconds = 300;
 
 [[noreturn]] void BecomeTraced(std::vector<std::string> const& arguments, std::string const& folder,
                                std::string const& said)
@@ -38,6 +40,7 @@ constexpr int kCallStop = SIGTRAP | 0x80;
                          dup2(error, STDERR_FILENO) >= 0 && ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) == 0;
     if (isReady)
     {
+        alarm(kMostSeconds);
         raise(SIGSTOP);
         execv(words.front(), words.data());
     }
@@ -88,8 +91,10 @@ private:
             ptrace(PTRACE_POKEUSER, process, offsetof(struct user_regs_struct, rdx), 1L);
             return;
         }
-        // There is no such call; what it answers is replaced when it ends.
-        ptrace(PTRACE_POKEUSER, process, offsetof(struct user_regs_struct, orig_rax), -1L);
+        // There is no such call; what it answers is replaced when it ends. Who closes a file gets it closed in any
+        // case.
+        if (m_calls.call != SYS_close)
+            ptrace(PTRACE_POKEUSER, process, offsetof(struct user_regs_struct, orig_rax), -1L);
         m_failing.insert(process);
     }
 

@@ -4,7 +4,12 @@
 
 #include <Standard.hxx>
 #include <Standard_OutOfMemory.hxx>
+#include <array>
+#include <cstdio>
+#include <filesystem>
+#include <memory>
 #include <new>
+#include <string>
 
 #include "exchange/run/ChildProcess.h"
 #include "tests/support/SanitizedBuild.h"
@@ -85,6 +90,27 @@ TEST(OutOfMemory, ElsewhereOpenCascadeThrowsAsItDoes)
         EXPECT_STREQ(failure.GetMessageString(), "so much");
     }
     EXPECT_STREQ(Standard_OutOfMemory().GetMessageString(), "");
+}
+
+// Where a library comes first that has the constructor of Open CASCADE, this one's is never called.
+TEST(OutOfMemory, OpenCascadeOfTheProgramIsBoundToOurConstructor)
+{
+    std::string const program = (std::filesystem::path(KVR_TOOL).parent_path() / "../libexec/kvr/kvr-whole").string();
+    std::string const command = "LD_BIND_NOW=1 LD_DEBUG=bindings '" + program + "' --version 2>&1";
+    std::unique_ptr<std::FILE, int (*)(std::FILE*)> const output(popen(command.c_str(), "r"), &pclose);
+    ASSERT_TRUE(output);
+    std::array<char, 4096> bytes;
+    std::string binding;
+    while (binding.empty() && std::fgets(bytes.data(), bytes.size(), output.get()))
+        if (std::string const line = bytes.data(); line.find("_ZN20Standard_OutOfMemoryC1EPKc") != std::string::npos &&
+                                                   line.find("libTKernel.so") < line.find(" to "))
+            binding = line.substr(line.find(" to "));
+    EXPECT_EQ(binding.find("libTKernel.so"), std::string::npos) << binding;
+    EXPECT_NE(binding, "");
+    while (std::fgets(bytes.data(), bytes.size(), output.get()))
+    {
+        // To its end.
+    }
 }
 
 }  // namespace KVR::Test

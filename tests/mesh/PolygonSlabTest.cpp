@@ -153,6 +153,23 @@ TEST(PolygonSlab, APolygonMayBeLargerThanAPiece)
     ExpectRoundTrip(3, [](std::size_t i) { return Numbered(i, i == 1 ? 5'000'000 : 3, true, false); });
 }
 
+TEST(PolygonSlab, ASlotTooLargeForTheHeadIsHeldAllTheSame)
+{
+    StoreMemory memory(1 << 20);
+    StoreMemory::Blocks blocks;
+    PolygonSlab slab;
+    PolygonSlabBuilder builder(slab, memory, blocks, {3, 1U << 24, true, false});
+    std::vector<Given> polygons;
+    for (std::uint32_t const slot : {0x00FFFFFFU, 5U, kNoMaterialSlot})
+    {
+        polygons.push_back(Numbered(slot % 100, 3, true, true));
+        polygons.back().slot = slot;
+        AddWhole(builder, polygons.back());
+    }
+    builder.Finish();
+    ExpectHeld(slab, polygons);
+}
+
 TEST(StoreMemory, ABlockLivesAsLongAsTheLastThatHoldsIt)
 {
     StoreMemory::Blocks second;

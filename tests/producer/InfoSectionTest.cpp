@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -191,6 +192,19 @@ TEST(UnreadSideFiles, AreToldAsTheyAreMet)
     std::string const folder = scene.Folder();
     EXPECT_EQ(paths, (List{folder + "/none.sab", folder + "/g", folder + "/../m", folder + "/folder", "/absolute",
                            folder + "/v", folder + "/ids"}));
+}
+
+// Nothing is at the beginning of a process's memory, so that the system gives an error instead of bytes.
+TEST(UnreadSideFiles, ThoseThatTheSystemDoesNotGiveAreTold)
+{
+    TestScene scene(R"(<S><SatInfo Path="memory.sab"/><SatInfo Path="damaged.sab"/></S>)");
+    std::string const folder = scene.Folder();
+    std::filesystem::create_symlink("/proc/self/mem", folder + "/memory.sab");
+    scene.WithFile("damaged.sab", "damaged");
+    List paths;
+    scene.Options().SetUnreadSideFileHandler([&](UTF16String const& path) { paths.push_back(Text(path)); });
+    scene.Begin();
+    EXPECT_EQ(paths, (List{folder + "/memory.sab"}));
 }
 
 TEST(UnreadSideFiles, NobodyNeedBeTold)

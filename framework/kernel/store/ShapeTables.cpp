@@ -35,6 +35,9 @@ constexpr std::uint64_t kMostComparisonsPerByte = 100;
 constexpr double kMostPeriods = 10.0;
 // A closed curve is gone along once, wherever that begins.
 constexpr double kLongestRange = 2.0;
+// An edge goes along its curve in space and those on surfaces at one pace or so: what is much longer than the one in
+// space is a damaged number, along which Open CASCADE would make points without end.
+constexpr double kLongestBesideSpace = 1e6;
 
 // A shape may be in others many times, and these in others: a few bytes would keep a host busy for years.
 constexpr std::uint64_t kMostUnfolded = 250'000;
@@ -78,6 +81,8 @@ void ShapeTables::BeginEdge()
     m_longestPlacing = 0;
     m_first = std::numeric_limits<double>::infinity();
     m_last = -m_first;
+    m_lengthInSpace = 0.0;
+    m_greatestLength = 0.0;
     m_periods.clear();
 }
 
@@ -93,8 +98,12 @@ bool ShapeTables::AddToEdge(int location)
     return comparisons <= kMostComparisons && m_comparisons <= kMostComparisonsOfAll + kMostComparisonsPerByte * m_size;
 }
 
-bool ShapeTables::AddToEdge(double first, double last)
+bool ShapeTables::AddToEdge(double first, double last, bool isInSpace)
 {
+    double const length = std::abs(last - first);
+    if (isInSpace)
+        m_lengthInSpace = std::max(m_lengthInSpace, length);
+    m_greatestLength = std::max(m_greatestLength, length);
     m_first = std::min({m_first, first, last});
     m_last = std::max({m_last, first, last});
     return !std::isnan(first) && !std::isnan(last);
@@ -110,6 +119,8 @@ void ShapeTables::AddToEdge(Curves const& table, int curve)
 
 bool ShapeTables::IsEdgeSafe() const noexcept
 {
+    if (m_lengthInSpace > 0.0 && m_greatestLength > kLongestBesideSpace * m_lengthInSpace)
+        return false;
     return std::all_of(m_periods.begin(), m_periods.end(),
                        [&](Period const& period)
                        {

@@ -54,7 +54,8 @@ public:
     /// Opens an edge; its representations follow.
     void BeginEdge();
     bool AddToEdge(int location);
-    bool AddToEdge(double first, double last);
+    /// A range of a representation, and whether it is that of a curve in space.
+    bool AddToEdge(double first, double last, bool isInSpace);
     void AddToEdge(Curves const& table, int curve);
     /// Whether Open CASCADE may go through the edge's representations and walk its curves to the ends of their ranges.
     bool IsEdgeSafe() const noexcept;
@@ -103,6 +104,8 @@ private:
     std::uint64_t m_longestPlacing = 0;
     double m_first = 0.0;
     double m_last = 0.0;
+    double m_lengthInSpace = 0.0;
+    double m_greatestLength = 0.0;
     std::vector<Period> m_periods;
 };
 

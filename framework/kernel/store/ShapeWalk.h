@@ -226,9 +226,12 @@ private:
         switch (kind)
         {
             case kCurve:
-                m_tables.AddToEdge(m_tables.curves, OptionalCurve());
+            {
+                int const curve = OptionalCurve();
+                m_tables.AddToEdge(m_tables.curves, curve);
                 Location();
-                return Range();
+                return Range(curve != 0);
+            }
             case kCurveOnSurface:
             case kCurvesOnClosedSurface:
                 m_tables.AddToEdge(m_tables.curves2d, Curve2d(m_source.Integer()));
@@ -236,7 +239,7 @@ private:
                     m_tables.AddToEdge(m_tables.curves2d, Curve2d(m_source.IntegerAndContinuity()));
                 Surface();
                 Location();
-                Range();
+                Range(false);
                 return m_source.Reals(m_source.HasUVPoints() ? 4 : 0);
             case kRegularity:
                 m_source.Continuity();
@@ -291,11 +294,11 @@ private:
     void Surface() { m_source.Require(m_tables.IsSurface(m_source.Integer())); }
     // Of a representation of an edge.
     void Location() { m_source.Require(m_tables.AddToEdge(m_source.Integer())); }
-    void Range()
+    void Range(bool isInSpace)
     {
         double const first = m_source.Real();
         double const last = m_source.Real();
-        m_source.Require(m_tables.AddToEdge(first, last));
+        m_source.Require(m_tables.AddToEdge(first, last, isInSpace));
     }
 
     Source& m_source;

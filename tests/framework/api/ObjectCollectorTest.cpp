@@ -70,6 +70,22 @@ TEST(ObjectCollector, AnswersObjectsByTheirIds)
     EXPECT_EQ(collector.QueryObject("c"), nullptr);
 }
 
+TEST(ObjectCollector, TellsIdsOfAnyLengthApart)
+{
+    ObjectCollector collector;
+    std::vector<FakePart*> parts;
+    std::string const text(600, 'x');
+    for (std::size_t length = 0; length <= text.size(); ++length)
+    {
+        parts.push_back(new FakePart(UTF8String(text.substr(0, length))));
+        collector.AddObject(parts.back());
+    }
+    for (std::size_t length = 0; length <= text.size(); ++length)
+        EXPECT_EQ(collector.QueryObject(UTF8String(text.substr(0, length))), parts[length]) << length;
+    EXPECT_EQ(collector.QueryObject(UTF8String(text.substr(0, 200) + 'y')), nullptr);
+    EXPECT_EQ(collector.QueryObject(UTF8String(text.substr(0, 10) + 'y')), nullptr);
+}
+
 TEST(ObjectCollector, NullHasNoEffect)
 {
     ObjectCollector collector;

@@ -293,6 +293,24 @@ TEST(HostileShapes, ChainsNameElementaryLocationsInTheirShortForm)
     EXPECT_FALSE(areLocations(many, 98));
 }
 
+TEST(HostileShapes, AnEdgeIsNotFarLongerOnASurfaceThanInSpace)
+{
+    TextContent content;
+    content.surfaces = kPlane;
+    content.curves2d = "Curve2ds 1\n1 0 0 1 0\n";
+    content.curves = "Curves 1\n1 0 0 0 1 0 0\n";
+    for (auto const& [representations, isRestored] : {std::pair("1  1 0 0 1\n2  1 1 0 0 1\n", true),
+                                                      {"1  1 0 0 1\n2  1 1 0 -900000 0\n", true},
+                                                      {"1  1 0 0 1e50\n2  1 1 0 0 1e50\n", true},
+                                                      {"1  1 0 0 1\n2  1 1 0 -1100000 0\n", false},
+                                                      {"1  1 0 0 1\n2  1 1 0 -5e303 2\n", false},
+                                                      {"2  1 1 0 -1e308 1e308\n1  1 0 0 1\n", false}})
+    {
+        content.shapes = EdgeWith(representations);
+        EXPECT_EQ(content.IsRestored(), isRestored) << representations;
+    }
+}
+
 TEST(HostileShapes, ARangeIsNotFarFromThePeriodOfACurve)
 {
     TextContent content;
