@@ -29,8 +29,8 @@ BYTES = 8 << 30
 STACK = 128 << 20
 # Tests of time, memory and damage take long, and look at no table's rows.
 LARGE = ("*Hostile*", "SteadyMemory*", "*Million*", "*NurbsOracle*", "PolygonSlab.*Polygon*", "*HundredThousand*",
-         "*AThousandLevels*", "*AnyByteChanged*", "KernelOwnership.Producing*", "*ValueByValue*", "*StreamedAndNotHeld*",
-         "Threads.*")
+         "*AThousandLevels*", "*AnyByteChanged*", "KernelOwnership.Producing*", "*ValueByValue*", "Threads.*",
+         "*StreamedAndNotHeld*")
 # What is compiled besides the copy.
 ALONE = ("tests/mutation/Runtime.cpp", "tests/support/RunOnStack.cpp")
 # What most sources include, compiled once for each library.
@@ -245,7 +245,8 @@ class Tree:
         """Whether the tests pass, and the first that does not."""
         # The tests write many small files.
         memory = {"TMPDIR": "/dev/shm"} if os.access("/dev/shm", os.W_OK) else {}
-        environment = dict(os.environ, RC_PARAMS="seed=20240301", LD_LIBRARY_PATH=str(self.work / "lib"), **memory, **extra)
+        environment = dict(os.environ, RC_PARAMS="seed=20240301", LD_LIBRARY_PATH=str(self.work / "lib"), **memory,
+                           **extra)
         words = ["prlimit", f"--cpu={round(seconds)}", str(self.program(name)), "--gtest_fail_fast", "--gtest_brief=1"]
         words.append("--gtest_filter=" + (":".join(tests) if tests else "-" + ":".join(LARGE)))
         try:
