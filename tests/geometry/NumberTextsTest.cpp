@@ -9,10 +9,8 @@
 #include <cstring>
 #include <random>
 #include <string>
-#include <vector>
 
 #include "framework/api/StringUtil.h"
-#include "framework/xml_util/ReadObserver.h"
 
 namespace KVR::Test
 {
@@ -204,28 +202,6 @@ TEST(NumberTexts, NumbersWrittenInFullComeBackExactly)
         std::snprintf(text.data(), text.size(), "%.17g", value);
         ASSERT_EQ(BitsOf(RowOf(Of(std::string("0 ") + text.data() + " 0"), 0)[1]), BitsOf(value)) << text.data();
     }
-}
-
-// An observer learns of each list whether all of it converts; the rows stay the same.
-TEST(NumberTexts, TellWhetherTheyConvert)
-{
-    class Verdicts final : public ReadObserver
-    {
-    public:
-        void TextRead(TextReading const& reading) override
-        {
-            EXPECT_EQ(reading.form, TextForm::kNumberList);
-            verdicts.push_back(reading.isUnderstood);
-        }
-        std::vector<bool> verdicts;
-    };
-    Verdicts told;
-    ReadObserverScope const scope(told);
-    NumberTexts texts;
-    for (char16_t const* const text : {u"1 2 3", u"4 five 6", u"7e0 -8 9.5", u"1 2 3mm"})
-        texts.Append(text);
-    EXPECT_EQ(told.verdicts, (std::vector<bool>{true, false, true, false}));
-    EXPECT_EQ(RowOf(texts, 1), (std::array<double, 3>{4, kUntouched, 6}));
 }
 
 }  // namespace KVR::Test
