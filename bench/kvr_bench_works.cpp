@@ -163,7 +163,7 @@ void PrintNumbers(ObjNumbers const& numbers, fs::path const& to)
 Figures PrintBare(fs::path const& from, fs::path const& to)
 {
     ObjNumbers const numbers = ObjNumbers::Of(from);
-    Figures const figures{{"seconds", SecondsOf([&] { PrintNumbers(numbers, to); })}};
+    Figures figures{{"seconds", SecondsOf([&] { PrintNumbers(numbers, to); })}};
     // The heads alone are left out.
     if (fs::file_size(to) + 1000 < fs::file_size(from))
         throw std::runtime_error("The file has more in it than was printed");

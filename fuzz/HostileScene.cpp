@@ -1,23 +1,8 @@
 #include "fuzz/HostileScene.h"
 
-#include <BRepBuilderAPI_MakeEdge.hxx>
-#include <BRepBuilderAPI_MakeFace.hxx>
-#include <BRepPrimAPI_MakeBox.hxx>
-#include <BRepPrimAPI_MakeCone.hxx>
-#include <BRepPrimAPI_MakeCylinder.hxx>
-#include <BRepPrimAPI_MakeSphere.hxx>
-#include <BRepPrimAPI_MakeTorus.hxx>
-#include <Standard_Failure.hxx>
-#include <TopoDS.hxx>
-#include <filesystem>
-#include <fstream>
-#include <gp_Circ.hxx>
-#include <gp_Pln.hxx>
-#include <iterator>
-
 #include "authoring/SceneWriter.h"
 #include "framework/api/UTF8String.h"
-#include "fuzz/KernelHead.h"
+#include "fuzz/HostileStores.h"
 
 namespace KVR::Fuzz
 {
@@ -52,12 +37,7 @@ public:
 
 private:
     std::size_t Count() { return m_input.ConsumeIntegralInRange<std::size_t>(0, kMost); }
-    // Most are of a size that makes sense.
-    double Number()
-    {
-        return m_input.ConsumeIntegralInRange<int>(0, 15) == 0 ? m_input.ConsumeFloatingPoint<double>()
-                                                               : m_input.ConsumeFloatingPointInRange(-100.0, 100.0);
-    }
+    double Number() { return HostileNumber(m_input); }
     XYZ Triple()
     {
         XYZ triple;
@@ -262,45 +242,10 @@ private:
             faces.push_back({static_cast<std::uint32_t>(faces.size()), NewId("f")});
             body.faces.push_back({faces.back().dataId, Ids(1)});
         }
-        TopoDS_Shape const shape = Shape();
+        TopoDS_Shape const shape = HostileShape(m_input);
         if (!shape.IsNull())
             m_writer.Kernel().Body(body.id, shape, faces);
         m_writer.Body(body);
-    }
-
-    // Null where Open CASCADE makes nothing of the numbers.
-    TopoDS_Shape Shape()
-    {
-        gp_Ax2 axes;
-        if (m_input.ConsumeBool())
-            axes.SetLocation(gp_Pnt(Number(), Number(), Number()));
-        double const a = Number();
-        double const b = Number();
-        double const c = Number();
-        try
-        {
-            switch (m_input.ConsumeIntegralInRange<int>(0, 6))
-            {
-                case 0:
-                    return BRepPrimAPI_MakeCylinder(axes, a, b, c).Shape();
-                case 1:
-                    return BRepPrimAPI_MakeCone(axes, a, b, c).Shape();
-                case 2:
-                    return BRepPrimAPI_MakeSphere(axes, a, b, c).Shape();
-                case 3:
-                    return BRepPrimAPI_MakeTorus(axes, a, b, c).Shape();
-                case 4:
-                    return BRepBuilderAPI_MakeEdge(gp_Circ(axes, a), b, c).Shape();
-                case 5:
-                    return BRepBuilderAPI_MakeFace(gp_Pln(axes.Location(), axes.Direction()), a, b, -c, c).Shape();
-                default:
-                    return BRepPrimAPI_MakeBox(axes, a, b, c).Shape();
-            }
-        }
-        catch (Standard_Failure const&)
-        {
-            return {};
-        }
     }
 
     void WriteMesh()
@@ -407,23 +352,6 @@ private:
     std::vector<UTF8String> m_ids;
 };
 
-void ChangeBytes(std::string& bytes, FuzzedDataProvider& input)
-{
-    while (!bytes.empty() && input.remaining_bytes() > 0 && input.ConsumeIntegralInRange<int>(0, 3) != 0)
-        bytes[input.ConsumeIntegralInRange<std::size_t>(0, bytes.size() - 1)] = input.ConsumeIntegral<char>();
-}
-
-void ChangeStore(std::string const& path, std::size_t head, bool isText, FuzzedDataProvider& input)
-{
-    std::ifstream file(path, std::ios::binary);
-    std::string bytes((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
-    if (bytes.size() <= head)
-        return;
-    bytes.erase(0, head);
-    ChangeBytes(bytes, input);
-    std::ofstream(path, std::ios::binary) << (head > 0 ? WithHead(bytes, isText) : bytes);
-}
-
 }  // namespace
 
 void WriteHostileScene(std::string const& path, FuzzedDataProvider& input)
@@ -435,15 +363,7 @@ void WriteHostileScene(std::string const& path, FuzzedDataProvider& input)
         SceneWriter writer{UTF16String(UTF8String(path)), options};
         Author(input, writer).Write();
     }
-    bool const isText = options.kernelForm == KernelStoreForm::kText;
-    for (std::filesystem::directory_entry const& entry :
-         std::filesystem::directory_iterator(std::filesystem::path(path).parent_path()))
-    {
-        std::string const extension = entry.path().extension().string();
-        bool const isKernel = extension == ".sab" || extension == ".sat";
-        if (isKernel || extension == ".mesh" || extension == ".seg")
-            ChangeStore(entry.path().string(), isKernel ? WithHead({}, isText).size() : 0, isText, input);
-    }
+    ChangeStores(path, options.kernelForm == KernelStoreForm::kText, input);
 }
 
 }  // namespace KVR::Fuzz

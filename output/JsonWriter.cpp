@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstring>
 #include <string_view>
 
 #include "output/Output.h"
@@ -195,8 +196,11 @@ void JsonWriter::Separate()
 
 void JsonWriter::NewLine()
 {
-    m_out.Put('\n');
-    m_out.PutSpaces(kIndent * std::min(m_levels.size(), kDeepestIndent));
+    std::size_t const indent = kIndent * std::min(m_levels.size(), kDeepestIndent);
+    char* const place = m_out.Room(indent + 1);
+    *place = '\n';
+    std::memset(place + 1, ' ', indent);
+    m_out.EndAt(place + 1 + indent);
 }
 
 void JsonWriter::Begin(char bracket, Layout layout)

@@ -105,6 +105,13 @@ std::size_t PlainLength(std::string_view text)
         if (!ArePlain(word))
             break;
     }
+    if (std::uint64_t word = 0; length < text.size() && text.size() >= sizeof word)
+    {
+        // The last eight, of which some were looked at.
+        std::memcpy(&word, text.data() + text.size() - sizeof word, sizeof word);
+        if (ArePlain(word) && text.size() - length < sizeof word)
+            return text.size();
+    }
     while (length < text.size() && IsPlain(text[length]))
         ++length;
     return length;

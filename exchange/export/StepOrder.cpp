@@ -1,7 +1,6 @@
 #include "exchange/export/StepOrder.h"
 
 #include <Interface_EntityIterator.hxx>
-#include <Interface_Graph.hxx>
 #include <StepRepr_RepresentationContext.hxx>
 #include <StepVisual_MechanicalDesignGeometricPresentationRepresentation.hxx>
 #include <algorithm>
@@ -10,6 +9,7 @@
 #include <vector>
 
 #include "exchange/export/StepModelEntities.h"
+#include "exchange/export/StepReferences.h"
 
 namespace KVR
 {
@@ -26,7 +26,7 @@ bool IsStyle(handle<Standard_Transient> const& entity)
 }
 
 // The styles below a presentation, each behind what first names it.
-void AddStyles(handle<Standard_Transient> const& root, Interface_Graph const& graph,
+void AddStyles(handle<Standard_Transient> const& root, handle<StepData_StepModel> const& model,
                std::vector<handle<Standard_Transient>>& order, std::unordered_set<Standard_Transient const*>& known)
 {
     std::vector<handle<Standard_Transient>> waiting{root};
@@ -38,7 +38,7 @@ void AddStyles(handle<Standard_Transient> const& root, Interface_Graph const& gr
             continue;
         order.push_back(entity);
         std::size_t const first = waiting.size();
-        for (Interface_EntityIterator shared = graph.Shareds(entity); shared.More(); shared.Next())
+        for (Interface_EntityIterator shared = NamedBy(entity, model); shared.More(); shared.Next())
             waiting.push_back(shared.Value());
         std::reverse(waiting.begin() + static_cast<std::ptrdiff_t>(first), waiting.end());
     }
@@ -53,11 +53,10 @@ void SortPresentations(handle<StepData_StepModel> const& model)
     { return model->Number(presentation->ContextOfItems()); };
     std::stable_sort(presentations.begin(), presentations.end(),
                      [&](auto const& left, auto const& right) { return numberOf(left) < numberOf(right); });
-    Interface_Graph const graph(model);
     std::vector<handle<Standard_Transient>> styles;
     std::unordered_set<Standard_Transient const*> known;
     for (handle<Presentation> const& presentation : presentations)
-        AddStyles(presentation, graph, styles, known);
+        AddStyles(presentation, model, styles, known);
     std::vector<handle<Standard_Transient>> order;
     for (int i = 1; i <= model->NbEntities(); ++i)
         if (known.count(model->Value(i).get()) == 0)

@@ -1,8 +1,5 @@
 #include "exchange/export/StepParameterCurves.h"
 
-#include <Interface_EntityIterator.hxx>
-#include <Interface_Graph.hxx>
-#include <Interface_ShareFlags.hxx>
 #include <StepGeom_Curve.hxx>
 #include <StepGeom_ElementarySurface.hxx>
 #include <StepGeom_Pcurve.hxx>
@@ -12,10 +9,10 @@
 #include <StepRepr_DefinitionalRepresentation.hxx>
 #include <StepRepr_RepresentationContext.hxx>
 #include <StepShape_EdgeCurve.hxx>
-#include <unordered_set>
 #include <vector>
 
 #include "exchange/export/StepModelEntities.h"
+#include "exchange/export/StepReferences.h"
 
 namespace KVR
 {
@@ -31,19 +28,21 @@ bool IsFound(StepGeom_PcurveOrSurface const& curve)
     return !pcurve.IsNull() && pcurve->BasisSurface()->IsKind(STANDARD_TYPE(StepGeom_ElementarySurface));
 }
 
-void Simplify(StepShape_EdgeCurve& edge)
+// Whether there was anything to do.
+bool Simplify(StepShape_EdgeCurve& edge)
 {
     auto const curve = handle<StepGeom_SurfaceCurve>::DownCast(edge.EdgeGeometry());
     if (curve.IsNull())
-        return;
+        return false;
     for (int i = 1; i <= curve->NbAssociatedGeometry(); ++i)
         if (!IsFound(curve->AssociatedGeometryValue(i)))
-            return;
+            return false;
     edge.SetEdgeGeometry(curve->Curve3d());
+    return true;
 }
 
 // Curves in parameters have a context each, and all of these say the same.
-void ShareContext(handle<StepData_StepModel> const& model)
+void ShareContext(handle<StepData_StepModel> const& model, StepReferences& references)
 {
     handle<StepRepr_RepresentationContext> shared;
     for (handle<StepGeom_Pcurve> const& pcurve : StepEntitiesOf<StepGeom_Pcurve>(model))
@@ -52,25 +51,8 @@ void ShareContext(handle<StepData_StepModel> const& model)
         if (shared.IsNull())
             shared = curve->ContextOfItems();
         curve->SetContextOfItems(shared);
+        references.SetChanged(curve);
     }
-}
-
-// What is named from the roots on.
-std::unordered_set<Standard_Transient const*> NamedFrom(std::vector<handle<Standard_Transient>> waiting,
-                                                        handle<StepData_StepModel> const& model)
-{
-    Interface_Graph const graph(model);
-    std::unordered_set<Standard_Transient const*> named;
-    while (!waiting.empty())
-    {
-        handle<Standard_Transient> const entity = waiting.back();
-        waiting.pop_back();
-        if (!named.insert(entity.get()).second)
-            continue;
-        for (Interface_EntityIterator shared = graph.Shareds(entity); shared.More(); shared.Next())
-            waiting.push_back(shared.Value());
-    }
-    return named;
 }
 
 }  // namespace
@@ -78,18 +60,15 @@ std::unordered_set<Standard_Transient const*> NamedFrom(std::vector<handle<Stand
 void SimplifyParameterCurves(handle<StepData_StepModel> const& model,
                              std::unordered_set<Standard_Transient const*> const* kept)
 {
-    std::vector<handle<Standard_Transient>> roots;
-    Interface_ShareFlags const flags{Interface_Graph(model)};
-    for (int i = 1; i <= flags.NbRoots(); ++i)
-        roots.push_back(flags.Root(i));
+    StepReferences references(model);
     for (handle<StepShape_EdgeCurve> const& edge : StepEntitiesOf<StepShape_EdgeCurve>(model))
-        if (kept && kept->count(edge.get()) == 0)
-            Simplify(*edge);
-    ShareContext(model);
-    std::unordered_set<Standard_Transient const*> const named = NamedFrom(std::move(roots), model);
+        if (kept && kept->count(edge.get()) == 0 && Simplify(*edge))
+            references.SetChanged(edge);
+    ShareContext(model, references);
+    std::vector<bool> const isNamed = references.NamedFromRoots();
     std::vector<handle<Standard_Transient>> order;
     for (int i = 1; i <= model->NbEntities(); ++i)
-        if (named.count(model->Value(i).get()) > 0)
+        if (isNamed[static_cast<std::size_t>(i)])
             order.push_back(model->Value(i));
     model->ClearEntities();
     for (handle<Standard_Transient> const& entity : order)

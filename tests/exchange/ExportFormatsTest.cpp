@@ -122,6 +122,34 @@ TEST(ExportFormatsTest, APointIsRoundedOnceInTheCoordinatesOfTheScene)
                 ElementsAre(ElementsAre(ElementsAre(1, 0, 0), ElementsAre(2, 0, 0), ElementsAre(1, 3, 0))));
 }
 
+// More of them than are written at a time.
+TEST(ExportFormatsTest, ThousandsOfTrianglesStandOneBehindTheOther)
+{
+    constexpr std::uint64_t kTriangles = 5000;
+    std::vector<double> vertices;
+    std::vector<std::vector<std::uint64_t>> polygons;
+    for (std::uint64_t i = 0; i < kTriangles; ++i)
+    {
+        auto const x = static_cast<double>(i);
+        vertices.insert(vertices.end(), {x, 0, 0, x + 1, 0, 0, x, 1, 0});
+        polygons.push_back({3 * i, 3 * i + 1, 3 * i + 2});
+    }
+    for (std::string const name : {"out.stl", "out.ply"})
+    {
+        ExportScene scene;
+        scene.Mesh("m", vertices, polygons);
+        ToolRun const run = scene.Export(UnderTop(Instance("i", "p")) + PartOfMesh(), name);
+        ASSERT_EQ(run.status, 0) << run.error;
+        Assimp::Importer importer;
+        aiScene const* const found = importer.ReadFile(scene.PathOf(name), 0);
+        ASSERT_TRUE(found) << importer.GetErrorString();
+        std::vector<std::array<Point, 3>> const triangles = TrianglesOf(*found);
+        ASSERT_EQ(triangles.size(), kTriangles);
+        for (std::size_t i = 0; i < kTriangles; ++i)
+            ASSERT_EQ(triangles[i][1][0], static_cast<double>(i + 1));
+    }
+}
+
 TEST(ExportFormatsTest, PlyHasTrianglesWithTheirColours)
 {
     FormatsRun const ply("out.ply");

@@ -66,9 +66,10 @@ void ExpectRead(std::vector<Said> const& polygons, bool mayHaveNormals)
         ASSERT_EQ(List(polygon.NormalIndices()), said.hasNormals ? Narrowed(said.normals) : kNoList) << i;
         ASSERT_EQ(SlotOf(mesh, i) >= 0, said.hasMaterial) << i;
         if (said.hasMaterial)
-            ASSERT_EQ(materials.At(static_cast<unsigned long long>(SlotOf(mesh, i))).At(0).View(),
-                      std::string(1, static_cast<char>('a' + said.material)))
-                << i;
+        {
+            auto const slot = static_cast<unsigned long long>(SlotOf(mesh, i));
+            ASSERT_EQ(materials.At(slot).At(0).View(), std::string(1, static_cast<char>('a' + said.material))) << i;
+        }
     }
 }
 

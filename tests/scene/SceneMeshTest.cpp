@@ -242,6 +242,23 @@ TEST(SceneMesh, CornersThatDifferInNormalOrTextureAreVerticesOfTheirOwn)
     EXPECT_THAT(mesh.texture, ElementsAre(0.25F, 0.75F, 0.25F, 0.75F, 0.25F, 0.75F, 0.25F, 0.75F, 0.5F, 0.0F));
 }
 
+TEST(SceneMesh, ACornerIsTheSameVertexAgainHoweverManyOthersOfItsPointCameMeanwhile)
+{
+    TestMesh content{kSquare, {0, 0, 1, 0, 1, 0}, {}, {}, {"red", "blue"}, {}, {}, {}};
+    Indices const up{0, 0, 0};
+    Indices const aside{1, 1, 1};
+    content.polygons = {{{0, 1, 2}, 0, up, {}},    {{0, 2, 3}, 1, up, {}},    {{0, 1, 2}, 0, aside, {}},
+                        {{0, 2, 3}, 1, aside, {}}, {{0, 1, 2}, 0, up, {}},    {{0, 2, 3}, 1, up, {}},
+                        {{0, 1, 2}, 0, aside, {}}, {{0, 2, 3}, 1, aside, {}}, {{1, 2, 3}, 0, up, {}}};
+    SceneMesh const mesh = MeshOf(content);
+    ASSERT_EQ(mesh.runs.size(), 2U);
+    EXPECT_EQ(mesh.runs[0].vertexCount, 7U);
+    EXPECT_EQ(mesh.runs[1].vertexCount, 6U);
+    EXPECT_THAT(mesh.indices, ElementsAre(0, 1, 2, 3, 4, 5, 0, 1, 2, 3, 4, 5, 1, 2, 6,  //
+                                          7, 8, 9, 10, 11, 12, 7, 8, 9, 10, 11, 12));
+    EXPECT_THAT(Numbers(mesh.positions.begin() + 18, mesh.positions.begin() + 24), ElementsAre(0, 1, 0, 0, 0, 0));
+}
+
 TEST(SceneMesh, ARunWithoutNormalsHasZerosBesideOneThatHasThem)
 {
     TestMesh content{kSquare, {0, 0, 1}, {}, {}, {}, {}, {}, {}};

@@ -93,7 +93,8 @@ TEST(DocumentMemory, WhatGoesInAnyOrderIsGivenBack)
         EXPECT_EQ(piece[0], piece[size - 1]);
         memory.deallocate(piece);
     }
-    pieces = {};
+    pieces.clear();
+    pieces.shrink_to_fit();
     EXPECT_EQ(small.count, 0);
     EXPECT_EQ(meter.Live(), 0);
 }
