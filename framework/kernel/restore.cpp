@@ -54,9 +54,9 @@ bool Fits(ENTITY_KIND kind, TopAbs_ShapeEnum type)
         case kEntity_Edge:
             return type == TopAbs_EDGE;
         case kEntity_Vertex:
-            return type == TopAbs_VERTEX;
+            break;
     }
-    return false;
+    return type == TopAbs_VERTEX;
 }
 
 std::unique_ptr<ENTITY> MakeEntity(StoreTable::Row& row, TopoDS_Shape const& shape)

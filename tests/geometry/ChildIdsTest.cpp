@@ -9,6 +9,9 @@
 #include "framework/gmk_interface/DetachableGMKBrep.h"
 #include "framework/kernel/entity.h"
 #include "framework/xml_util/XMLUtils.h"
+#include "geometry/BundleBuilder.h"
+#include "geometry/XMLExtensionGeometry.h"
+#include "geometry/XMLGeometricSet.h"
 #include "geometry/XMLPoint.h"
 #include "tests/support/ReadElement.h"
 #include "tests/support/Shapes.h"
@@ -122,6 +125,21 @@ TEST_F(ChildIds, ManyAreListedInLinearTime)
         content += "<Good ID='" + std::to_string(i % 100000) + "'/>";
     EXPECT_EQ(Read(content), ChildSetEnd::kDone);
     EXPECT_EQ(m_ids.Size(), 100000U);
+}
+
+TEST_F(ChildIds, AreNotThoseOfObjectsThatRefuseTheirElement)
+{
+    SideFileIndex& index = m_reading.Index();
+    ChildContext const context{&m_reading.Producer(), index.bodyEntities, index.curveEntities, index.meshStore,
+                               index.curveStore};
+    std::vector<UTF8String> ids;
+    EXPECT_FALSE(AddObject<XMLPoint>(context, nullptr, ids));
+    EXPECT_FALSE(AddKernelCurve(context, nullptr, ids));
+    EXPECT_FALSE(AddBundle<XMLGeometricSet>(context, nullptr, ids));
+    EXPECT_FALSE(AddBundle<XMLExtensionGeometry>(context, nullptr, ids));
+    EXPECT_TRUE(ids.empty());
+    EXPECT_TRUE(AddObject<XMLPoint>(context, m_reading.Parse("<IPoint ID='p'/>"), ids));
+    EXPECT_EQ(ids, std::vector<UTF8String>{"p"});
 }
 
 }  // namespace KVR::Test

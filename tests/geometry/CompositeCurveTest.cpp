@@ -119,6 +119,57 @@ TEST(CompositeCurve, ACompositeInACompositeIsReadWithinItsSegment)
     EXPECT_TRUE(scene.Has("after")) << "the record is consumed exactly";
 }
 
+// A polyline runs from 0 to its last point; a ray has no end, and a composite without segments no range: what lies in
+// their intervals is not there.
+TEST(CompositeCurve, SegmentsWithoutARangeOfTheirOwnHaveThatOfTheirPointsOrNone)
+{
+    TestScene scene(StoreScene(kMeshInfo, {}, {"c"}));
+    std::string const polyline = ByteBuilder()
+                                     .BoolPair(false, false)
+                                     .U64(3)
+                                     .F64(0)
+                                     .F64(0)
+                                     .F64(0)
+                                     .F64(2)
+                                     .F64(0)
+                                     .F64(0)
+                                     .F64(2)
+                                     .F64(4)
+                                     .F64(0)
+                                     .U64(0)
+                                     .Bytes();
+    std::string const ray = ByteBuilder().F64(0).F64(0).F64(0).F64(1).F64(0).F64(0).Bytes();
+    std::string const empty = ByteBuilder().BoolPair(false, false).U64(0).Bytes();
+    std::string const bytes = ByteBuilder().BoolPair(false, false).U64(4).Bytes() + Segment(4, "polyline", polyline) +
+                              Segment(2, "ray", ray) + Segment(5, "empty", empty) +
+                              Segment(4, "no points", ByteBuilder().BoolPair(false, false).U64(0).U64(0).Bytes()) +
+                              ByteBuilder().U64(0).U64(0).U64(0).U64(0).Bytes() +
+                              ByteBuilder().F64(0).F64(10).F64(10).F64(20).F64(20).F64(30).F64(30).F64(40).Bytes() +
+                              ByteBuilder().U64(0).U64(0).U64(0).U64(0).Bytes();
+    ICurveData& composite = DataOf(Begin(scene, bytes));
+    Position point;
+    ASSERT_EQ(composite.Evaluate_ex(7.5, point), kDataReturnCode_Ok);
+    EXPECT_NEAR(point.X(), 2.0, 1e-12);
+    EXPECT_NEAR(point.Y(), 2.0, 1e-12);
+    for (double const parameter : {15.0, 25.0, 35.0})
+        EXPECT_EQ(composite.Evaluate_ex(parameter, point), kDataReturnCode_NotAvailable) << parameter;
+    double parameter = 0.0;
+    ASSERT_EQ(composite.Param_ex(Position(2, 4, 0), parameter), kDataReturnCode_Ok);
+    EXPECT_NEAR(parameter, 10.0, 1e-12);
+}
+
+TEST(CompositeCurve, WithoutSegmentsNothingIsThere)
+{
+    TestScene scene(StoreScene(kMeshInfo, {}, {"c"}));
+    ICurveData& composite = DataOf(Begin(scene, ByteBuilder().BoolPair(false, false).U64(0).Bytes()));
+    Position point;
+    double parameter = 0.0;
+    EXPECT_EQ(composite.StartPoint_ex(point), kDataReturnCode_NotAvailable);
+    EXPECT_EQ(composite.EndPoint_ex(point), kDataReturnCode_NotAvailable);
+    EXPECT_EQ(composite.Evaluate_ex(0.0, point), kDataReturnCode_NotAvailable);
+    EXPECT_EQ(composite.Param_ex(point, parameter), kDataReturnCode_NotAvailable);
+}
+
 TEST(CompositeCurve, ASegmentOfAnUnknownKindIsNullAndConsumesNothing)
 {
     TestScene scene(StoreScene(kMeshInfo, {}, {"c"}));

@@ -4,7 +4,10 @@
 
 #include <ostream>
 #include <string>
+#include <xercesc/parsers/XercesDOMParser.hpp>
 
+#include "framework/xml_util/XMLPlatform.h"
+#include "producer/ElementReaders.h"
 #include "tests/support/TestScene.h"
 
 namespace KVR::Test
@@ -67,6 +70,8 @@ INSTANTIATE_TEST_SUITE_P(
         Classified{"Untyped", File(kUntyped), false}, Classified{"UntypedThenPart", File(kUntyped + kPart), true},
         Classified{"PartThenUntyped", File(kPart + kUntyped), true},
         Classified{"TypeInAnotherCase", File("<A ID='a' Type='iassembly'/>"), false},
+        Classified{"InstanceInAnotherCase", File("<I ID='i' Type='iinstance'/>"), false},
+        Classified{"PartInAnotherCase", File("<P ID='p' Type='ipart'/>" + kOther), false},
         Classified{"TypeWithBlanks", File("<A ID='a' Type=' IAssembly'/>"), false},
         Classified{"ElementNameDoesNotCount", File("<IAssembly ID='a' Type='IPart'/>"), false},
         // Only children count, and of several sets the first.
@@ -104,6 +109,13 @@ TEST(ClassifyStructure, IsTheSameAfterTheSceneWasRead)
     bool has = false;
     EXPECT_EQ(scene.Producer().QueryFile()->HasAssemblyStructure(has), kIsValueSpecified_Yes);
     EXPECT_TRUE(has);
+}
+
+TEST(ClassifyStructure, AParserWithoutADocumentHasNoAssembly)
+{
+    XMLPlatformScope const platform;
+    xercesc::XercesDOMParser const parser;
+    EXPECT_FALSE(ClassifyStructure(&parser));
 }
 
 }  // namespace KVR::Test

@@ -6,6 +6,7 @@
 #include <stdexcept>
 
 #include "tests/structure/Answers.h"
+#include "tests/support/ReadElement.h"
 
 namespace KVR::Test
 {
@@ -98,6 +99,17 @@ TEST(XMLPart, AChildThatTheHostDisposedOfKeepsItsId)
     scene.Begin();
     scene.Producer().Dispose("a");
     EXPECT_THAT(scene.ChildIds("m"), ElementsAre("a"));
+}
+
+TEST(XMLPart, IsReadFromAnElementAlone)
+{
+    ReadElement reading;
+    XMLPart part(&reading.Producer());
+    EXPECT_FALSE(reading.ReadWithStores(part, nullptr));
+    EXPECT_FALSE(reading.ReadWithStores(part, reading.Parse("<IPart ID='p'>text</IPart>")->getFirstChild()));
+    EXPECT_TRUE(part.Id().IsEmpty());
+    EXPECT_TRUE(reading.ReadWithStores(part, reading.Parse("<IPart ID='p'/>")));
+    EXPECT_EQ(part.Id(), "p");
 }
 
 }  // namespace KVR::Test

@@ -11,8 +11,8 @@ namespace KVR::Test
 namespace
 {
 
-// Code that is not optimised, for its coverage, has frames that are several times as large.
-#ifdef KVR_COUNTS_COVERAGE
+// Code that is not optimised, for its coverage or for mistakes in it, has frames that are several times as large.
+#ifdef KVR_LARGE_FRAMES
 constexpr std::size_t kFrameFactor = 16;
 #else
 constexpr std::size_t kFrameFactor = 1;

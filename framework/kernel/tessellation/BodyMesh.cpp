@@ -34,7 +34,9 @@ std::vector<gp_XYZ> NormalsOf(TopoDS_Face const& face, Poly_Triangulation const&
     int const count = triangulation.NbNodes();
     std::vector<gp_XYZ> normals(static_cast<std::size_t>(count), gp_XYZ(0.0, 0.0, 0.0));
     bool const isReversed = face.Orientation() == TopAbs_REVERSED;
-    double const sign = isReversed ? -1.0 : 1.0;
+    double const outward = isReversed ? -1.0 : 1.0;
+    // A mirrored place turns over what is made of two directions, but no normal that is given.
+    double const sign = place.IsNegative() ? -outward : outward;
     TopLoc_Location location;
     bool const hasSurface = !BRep_Tool::Surface(face, location).IsNull() && triangulation.HasUVNodes();
     std::vector<bool> isMissing(normals.size(), !hasSurface);
@@ -64,7 +66,7 @@ std::vector<gp_XYZ> NormalsOf(TopoDS_Face const& face, Poly_Triangulation const&
     else if (triangulation.HasNormals())
     {
         for (int node = 1; node <= count; ++node)
-            normals[static_cast<std::size_t>(node) - 1] = triangulation.Normal(node).Transformed(place).XYZ() * sign;
+            normals[static_cast<std::size_t>(node) - 1] = triangulation.Normal(node).Transformed(place).XYZ() * outward;
         return normals;
     }
     if (!isAnyMissing)

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <unistd.h>
 #include <BRepTools.hxx>
 #include <BinTools.hxx>
 #include <TopoDS_Shape.hxx>
@@ -84,6 +85,29 @@ TEST(ReadShapeFile, RefusesWhatWouldNotBeSafeAndWhatHoldsNoShape)
         EXPECT_FALSE(Reads(text.substr(0, size))) << size;
     for (std::size_t const size : {std::size_t{50}, bytes.size() / 2, bytes.size() - 1})
         EXPECT_FALSE(Reads(bytes.substr(0, size))) << size;
+}
+
+TEST(ReadShapeFile, WhatIsNoRegularFileIsRefused)
+{
+    TopoDS_Shape shape;
+    EXPECT_FALSE(ReadShapeFile(nullptr, shape));
+    int ends[2];
+    ASSERT_EQ(::pipe(ends), 0);
+    std::FILE* const pipe = ::fdopen(ends[0], "rb");
+    ASSERT_TRUE(pipe);
+    EXPECT_FALSE(ReadShapeFile(pipe, shape)) << "a pipe has no size";
+    std::fclose(pipe);
+    ::close(ends[1]);
+    std::string const bytes = TextOf(BoxShape(1, 2, 3), TopTools_FormatVersion_VERSION_3);
+    StoreFileOfBytes const file(bytes);
+    std::fseek(file.File(), static_cast<long>(bytes.size()), SEEK_SET);
+    EXPECT_FALSE(ReadShapeFile(file.File(), shape)) << "nothing is left";
+    std::FILE* const shorter = std::tmpfile();
+    ASSERT_TRUE(shorter);
+    std::fseek(shorter, 100, SEEK_SET);
+    EXPECT_FALSE(ReadShapeFile(shorter, shape)) << "its end lies before";
+    std::fclose(shorter);
+    EXPECT_TRUE(shape.IsNull());
 }
 
 }  // namespace KVR::Test

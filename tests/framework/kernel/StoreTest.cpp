@@ -254,6 +254,44 @@ TEST_P(KernelStore, HostileCountsInTheTableMakeAnEmptyList)
     }
 }
 
+// The store of a body whose first face has a data id, with one piece of its content replaced.
+TEST_P(KernelStore, WhatATableSaysOfFacesAndKindsHasToBeSo)
+{
+    std::vector<std::unique_ptr<ENTITY>> entities;
+    auto body = std::make_unique<BODY>(BoxShape(1, 2, 3));
+    body->AddFaceDataId(4000000000, "x");
+    entities.push_back(std::move(body));
+    std::string const bytes = StoreBytes(entities, IsText());
+    std::string const content = bytes.substr(IsText() ? bytes.find('\n') + 1 : 4 * 8);
+    auto const word = [&](std::uint64_t value, char behind)
+    { return IsText() ? std::to_string(value) + behind : WordBytes(value); };
+    auto const resultWith = [&](std::string const& former, std::string const& other)
+    {
+        std::string changed = content;
+        std::size_t const at = changed.find(former);
+        EXPECT_NE(at, std::string::npos);
+        changed.replace(at, former.size(), other);
+        return Restored(WithHead(changed, IsText())).result.error_number();
+    };
+    std::string const place = word(4000000000, ' ');
+    std::string const id = word(1, ' ') + "x";
+    EXPECT_EQ(resultWith(place, place), outcome::kGood);
+    EXPECT_EQ(resultWith(place, word(4000000001, ' ')), outcome::kGood);
+    EXPECT_EQ(resultWith(place, word(5000000000, ' ')), outcome::kBadStore) << "no face has that number";
+    EXPECT_EQ(resultWith(place + id, word(4000000000, ' ') + word(1 << 30, ' ') + "x"), outcome::kBadStore);
+    std::string const count = word(1, '\n');
+    EXPECT_EQ(resultWith(count + place, word(1 << 30, '\n') + place), outcome::kBadStore);
+    // The content begins with the number of entities, the kind, and the number of data ids.
+    std::string const front = word(1, '\n');
+    EXPECT_EQ(resultWith(front + word(kEntity_Body, '\n'), front + word(kEntity_Body, '\n')), outcome::kGood);
+    for (ENTITY_KIND const kind : {kEntity_Face, kEntity_Edge, kEntity_Vertex})
+        EXPECT_EQ(resultWith(front + word(kEntity_Body, '\n'), front + word(kind, '\n')), outcome::kBadStore) << kind;
+    if (IsText())
+    {
+        EXPECT_EQ(resultWith(id + "\n", id + " "), outcome::kBadStore) << "a text ends with its line";
+    }
+}
+
 TEST_P(KernelStore, ShapesNestedDeeperThanAThousandAreRefusedHoweverDeep)
 {
     EXPECT_EQ(Restored(NestedStoreBytes(900, IsText())).entities->count(), 1);
