@@ -25,10 +25,7 @@ std::string SceneCommand::OfScene(std::string const& text) const
 
 ExitStatus SceneCommand::Run()
 {
-    // The process ends with the command, and takes what a scene holds with it in one piece.
-    static SceneFile* s_file = nullptr;
-    s_file = new SceneFile(m_scene, Needs());
-    SceneFile& file = *s_file;
+    SceneFile file(m_scene, Needs());
     BeginReading();
     SceneReading const reading = SceneReading::Of(file);
     EndReading();
