@@ -10,7 +10,7 @@ namespace KVR
 
 class StoreReadBuffer;
 
-/// The bytes of a store's shapes, looked at before Open CASCADE reads them. A failure stays: what is read behind it is
+/// The bytes of a store's shapes. A failure stays: what is read behind it is
 /// zero, and no byte is ahead.
 class ShapeBytes
 {
@@ -44,8 +44,8 @@ protected:
     }
     /// Passes bytes that were ahead.
     void Pass(std::size_t count) noexcept { m_at += count; }
-    /// Passes any number of bytes.
-    void Skip(std::uint64_t count);
+    /// All bytes ahead, also those that stand elsewhere yet.
+    std::uint64_t Left() const noexcept;
     /// Passes so many bytes and gives where they stand; nullptr when there are fewer. At most 64 KiB.
     char const* Take(std::size_t count)
     {
@@ -58,6 +58,8 @@ protected:
         return m_at - count;
     }
     void SkipBlanks();
+    /// Blanks, of which the last ends a line.
+    void SkipBlankLines();
 
 private:
     void Refill();
