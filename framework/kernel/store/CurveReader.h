@@ -39,6 +39,7 @@ public:
     template <class Geometry>
     void ReadCurves(int count, ShapeTables::Curves& table, std::vector<opencascade::handle<Geometry>>& curves)
     {
+        curves.reserve(m_source.Within(count, sizeof(HandleOf<Geometry>)));
         for (table.count = 1; table.count <= count && m_source.IsGood(); ++table.count)
         {
             m_hasPeriod = false;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -33,6 +34,12 @@ public:
     void LineEnd();
     /// Passes a title behind any blanks, its count, which is not negative, and the line's end.
     int Section(std::string_view title);
+
+    /// A count, or as many as there can be ahead where each takes so many bytes: what may be set aside for them.
+    std::size_t Within(int count, std::size_t size) const noexcept
+    {
+        return static_cast<std::size_t>(std::min(static_cast<std::uint64_t>(count), Left() / size));
+    }
 
 protected:
     /// The bytes ahead that stand together: as many as wanted, up to 64 KiB, and fewer only at the content's end.

@@ -78,10 +78,9 @@ void ShapeMaker::AddLocation(std::vector<std::pair<int, int>> const& chain)
 void ShapeMaker::BeginVertex(std::array<double, 3> const& point, double tolerance,
                              std::vector<PointRepresentation> const& all)
 {
-    TopoDS_Vertex made;
-    BRep_Builder().MakeVertex(made);
-    m_shape = made;
-    auto& vertex = static_cast<BRep_TVertex&>(*made.TShape());
+    m_shape.Nullify();
+    BRep_Builder().MakeVertex(TopoDS::Vertex(m_shape));
+    auto& vertex = static_cast<BRep_TVertex&>(*m_shape.TShape());
     vertex.Pnt(gp_Pnt(point[0], point[1], point[2]));
     vertex.UpdateTolerance(tolerance);
     for (PointRepresentation const& one : all)
@@ -102,9 +101,9 @@ void ShapeMaker::BeginVertex(std::array<double, 3> const& point, double toleranc
 void ShapeMaker::BeginEdge(Edge const& edge)
 {
     BRep_Builder const builder;
-    TopoDS_Edge made;
+    m_shape.Nullify();
+    TopoDS_Edge& made = TopoDS::Edge(m_shape);
     builder.MakeEdge(made);
-    m_shape = made;
     builder.SameParameter(made, edge.isSameParameter);
     builder.SameRange(made, edge.isSameRange);
     builder.Degenerated(made, edge.isDegenerated);
@@ -229,10 +228,9 @@ void ShapeMaker::AddPolygon(EdgeRepresentation const& one)
 
 void ShapeMaker::BeginFace(Face const& face, bool isAllKept)
 {
-    TopoDS_Face shape;
-    BRep_Builder().MakeFace(shape);
-    m_shape = shape;
-    auto& made = static_cast<BRep_TFace&>(*shape.TShape());
+    m_shape.Nullify();
+    BRep_Builder().MakeFace(TopoDS::Face(m_shape));
+    auto& made = static_cast<BRep_TFace&>(*m_shape.TShape());
     if (face.surface != 0 || isAllKept)
     {
         if (face.surface != 0)
@@ -242,32 +240,36 @@ void ShapeMaker::BeginFace(Face const& face, bool isAllKept)
         made.NaturalRestriction(face.isNaturallyBounded);
     }
     if (face.triangulation != 0)
-        BRep_Builder().UpdateFace(shape, At(triangulations, face.triangulation));
+        BRep_Builder().UpdateFace(TopoDS::Face(m_shape), At(triangulations, face.triangulation));
 }
 
 void ShapeMaker::BeginOther(TopAbs_ShapeEnum kind)
 {
     TopoDS_Builder const builder;
-    auto const make = [&](auto shape, auto const& maker)
-    {
-        (builder.*maker)(shape);
-        m_shape = shape;
-    };
+    m_shape.Nullify();
     if (kind == TopAbs_WIRE)
-        make(TopoDS_Wire(), &TopoDS_Builder::MakeWire);
+        builder.MakeWire(TopoDS::Wire(m_shape));
     else if (kind == TopAbs_SHELL)
-        make(TopoDS_Shell(), &TopoDS_Builder::MakeShell);
+        builder.MakeShell(TopoDS::Shell(m_shape));
     else if (kind == TopAbs_SOLID)
-        make(TopoDS_Solid(), &TopoDS_Builder::MakeSolid);
+        builder.MakeSolid(TopoDS::Solid(m_shape));
     else if (kind == TopAbs_COMPSOLID)
-        make(TopoDS_CompSolid(), &TopoDS_Builder::MakeCompSolid);
+        builder.MakeCompSolid(TopoDS::CompSolid(m_shape));
     else
-        make(TopoDS_Compound(), &TopoDS_Builder::MakeCompound);
+        builder.MakeCompound(TopoDS::Compound(m_shape));
 }
 
+// A shape that is copied counts its references up and down, each time with a lock: it is placed where it stands.
 void ShapeMaker::AddChild(int shape, TopAbs_Orientation orientation, int location)
 {
-    TopoDS_Builder().Add(m_shape, Placed(shape, orientation, location));
+    TopoDS_Shape& child = m_shapes[static_cast<std::size_t>(shape) - 1];
+    child.Orientation(orientation);
+    if (location != 0)
+        child.Location(m_locations[static_cast<std::size_t>(location)], Standard_False);
+    TopoDS_Builder().Add(m_shape, child);
+    child.Orientation(TopAbs_FORWARD);
+    if (location != 0)
+        child.Location(m_locations[0], Standard_False);
 }
 
 void ShapeMaker::EndShape(std::array<bool, 7> const& flags)
@@ -280,7 +282,8 @@ void ShapeMaker::EndShape(std::array<bool, 7> const& flags)
     made.Closed(flags[4]);
     made.Infinite(flags[5]);
     made.Convex(flags[6]);
-    m_shapes.push_back(m_shape);
+    m_shapes.push_back(std::move(m_shape));
+    m_shape = TopoDS_Shape();
 }
 
 void ShapeMaker::MeasureFace()

@@ -102,6 +102,8 @@ public:
         int location = 0;
         int triangulation = 0;
     };
+    /// For so many shapes.
+    void Reserve(std::size_t shapes) { m_shapes.reserve(shapes); }
     /// A new shape, to which children are added until it is done.
     void BeginVertex(std::array<double, 3> const& point, double tolerance, std::vector<PointRepresentation> const& all);
     void BeginEdge(Edge const& edge);

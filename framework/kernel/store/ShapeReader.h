@@ -55,6 +55,7 @@ public:
         m_surfaces.ReadSurfaces(m_tables.surfaces, m_maker.surfaces);
         m_polygons.ReadTriangulations();
         int const count = m_source.Section("TShapes");
+        m_maker.Reserve(m_source.Within(count, sizeof(TopoDS_Shape)));
         for (int i = 0; i < count && m_source.IsGood(); ++i)
             Shape(count);
         return Root(count);

@@ -34,6 +34,7 @@ public:
 
     void ReadSurfaces(int count, std::vector<opencascade::handle<Geom_Surface>>& surfaces)
     {
+        surfaces.reserve(m_source.Within(count, sizeof(SurfaceHandle)));
         for (int i = 0; i < count && m_source.IsGood(); ++i)
             surfaces.push_back(Surface(0));
     }
