@@ -140,7 +140,7 @@ bool ShapeMaker::AreApart(Edge const& edge) const
             continue;
         bool const isSeam = one->kind == EdgeRepresentation::kCurvesOnClosedSurface;
         seams += isSeam ? 1 : 0;
-        if (one->hasUVPoints || Precision::IsInfinite(one->first) || Precision::IsInfinite(one->last) ||
+        if (Precision::IsInfinite(one->first) || Precision::IsInfinite(one->last) ||
             MayLackEnds(*At(curves2d, one->curve)) || (isSeam && MayLackEnds(*At(curves2d, one->secondCurve))))
             return false;
         auto const isSame = [&](EdgeRepresentation const& other)
@@ -259,17 +259,19 @@ void ShapeMaker::BeginOther(TopAbs_ShapeEnum kind)
         builder.MakeCompound(TopoDS::Compound(m_shape));
 }
 
-// A shape that is copied counts its references up and down, each time with a lock: it is placed where it stands.
+// A shape that is copied counts its references up and down, each time with a lock: it is placed where it stands, as it
+// is each time before it is used.
 void ShapeMaker::AddChild(int shape, TopAbs_Orientation orientation, int location)
 {
-    TopoDS_Shape& child = m_shapes[static_cast<std::size_t>(shape) - 1];
-    child.Orientation(orientation);
-    if (location != 0)
-        child.Location(m_locations[static_cast<std::size_t>(location)], Standard_False);
-    TopoDS_Builder().Add(m_shape, child);
-    child.Orientation(TopAbs_FORWARD);
-    if (location != 0)
-        child.Location(m_locations[0], Standard_False);
+    TopoDS_Builder().Add(m_shape, Placed(shape, orientation, location));
+}
+
+TopoDS_Shape const& ShapeMaker::Placed(int shape, TopAbs_Orientation orientation, int location)
+{
+    TopoDS_Shape& placed = m_shapes[static_cast<std::size_t>(shape) - 1];
+    placed.Orientation(orientation);
+    placed.Location(m_locations[static_cast<std::size_t>(location)], Standard_False);
+    return placed;
 }
 
 void ShapeMaker::EndShape(std::array<bool, 7> const& flags)
@@ -289,15 +291,6 @@ void ShapeMaker::EndShape(std::array<bool, 7> const& flags)
 void ShapeMaker::MeasureFace()
 {
     BRepTools::Update(TopoDS::Face(m_shapes.back()));
-}
-
-TopoDS_Shape ShapeMaker::Placed(int shape, TopAbs_Orientation orientation, int location) const
-{
-    TopoDS_Shape placed = At(m_shapes, shape);
-    placed.Orientation(orientation);
-    if (location != 0)
-        placed.Location(m_locations[static_cast<std::size_t>(location)], Standard_False);
-    return placed;
 }
 
 }  // namespace KVR

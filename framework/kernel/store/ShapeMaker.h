@@ -116,7 +116,8 @@ public:
     /// Of the shape just ended, a face of a version that does not keep where its edges end on it.
     void MeasureFace();
 
-    TopoDS_Shape Placed(int shape, TopAbs_Orientation orientation, int location) const;
+    /// Until it is placed elsewhere.
+    TopoDS_Shape const& Placed(int shape, TopAbs_Orientation orientation, int location);
 
 private:
     template <class Items>

@@ -4,7 +4,9 @@
 #include <BRepTools.hxx>
 #include <BRep_Builder.hxx>
 #include <BinTools.hxx>
+#include <Standard_Failure.hxx>
 #include <TopoDS_Compound.hxx>
+#include <TopoDS_Face.hxx>
 #include <TopoDS_Iterator.hxx>
 #include <TopoDS_Shape.hxx>
 #include <memory>
@@ -88,11 +90,11 @@ TEST(ShapeReader, KeepsEveryFlag)
         for (bool const isSet : {false, true})
         {
             TopoDS_Shape const box = BoxShape(1, 2, 3);
-            TopoDS_TShape& made = *TopoDS_Iterator(box).Value().TShape();
             void (TopoDS_TShape::*const setters[])(Standard_Boolean) = {
                 &TopoDS_TShape::Free,   &TopoDS_TShape::Modified, &TopoDS_TShape::Checked, &TopoDS_TShape::Orientable,
                 &TopoDS_TShape::Closed, &TopoDS_TShape::Infinite, &TopoDS_TShape::Convex};
-            (made.*setters[flag])(isSet);
+            for (TopoDS_Shape const& shape : {box, TopoDS_Iterator(box).Value()})
+                ((*shape.TShape()).*setters[flag])(isSet);
             std::string const name = std::to_string(flag);
             ExpectAsOpenCascadeReads(TextOf(box, TopTools_FormatVersion_VERSION_2), true, name);
             ExpectAsOpenCascadeReads(TextOf(box, TopTools_FormatVersion_VERSION_3), true, name);
@@ -108,7 +110,7 @@ TEST(ShapeReader, RepresentationsOfAnEdgeThatMeetBecomeWhatTheyBecomeInOpenCasca
     TextContent content;
     content.locations = "Locations 1\n" + std::string(kMove);
     content.surfaces = "Surfaces 2\n1 0 0 0 0 0 1 1 0 0 0 1 0\n2 0 0 0 0 0 1 1 0 0 0 1 0 2\n";
-    content.curves2d = "Curve2ds 4\n1 0 0 1 0\n1 0 1 1 0\n8 0 1\n1 2 2 0 1\n9 0.5\n2 0 0 1 0 0 1 3\n";
+    content.curves2d = "Curve2ds 5\n1 0 0 1 0\n1 0 1 1 0\n8 0 1\n1 2 2 0 1\n9 0.5\n2 0 0 1 0 0 1 3\n6 0 1 1 2 3 4\n";
     content.curves = "Curves 2\n1 0 0 0 1 0 0\n2 0 0 0 0 0 1 1 0 0 0 1 0 2\n";
     content.nodes = "PolygonOnTriangulations 2\n2 1 3 \np 0.1 0 \n2 2 3 \np 0.2 1 0 1 \n";
     content.triangulations = "Triangulations 1\n3 1 0 0 0.1\n0 0 0 1 0 0 0 1 0 1 2 3 \n";
@@ -116,7 +118,7 @@ TEST(ShapeReader, RepresentationsOfAnEdgeThatMeetBecomeWhatTheyBecomeInOpenCasca
                                  "2  2 1 0 0.25 1\n",  "2  1 1 1 0 1\n",       "2  3 2 0 0 1\n",  "2  4 2 0 0 1\n",
                                  "3  1 2C1 2 0 0 1\n", "3  2 1C2 2 0 0.5 1\n", "4  C1 1 0 2 0\n", "4  C2 2 0 1 0\n",
                                  "4  CN 2 0 2 0\n",    "6  1 1 0\n",           "6  2 1 0\n",      "7  1 2 1 0\n"};
-    std::string const endless[] = {"2  1 2 0 -2e+100 1\n", "2  1 2 0 0 2e+100\n", "3  1 2C1 2 0 -2e+100 2e+100\n"};
+    std::string const endless[] = {"2  5 2 0 -2e+100 1\n", "2  5 2 0 0 2e+100\n", "3  1 5C1 2 0 -2e+100 2e+100\n"};
     auto const expect = [&](std::string const& representations)
     {
         for (char const* const flags : {"-07 1 1 0\n", "-07 0 1 1\n"})
@@ -140,6 +142,33 @@ TEST(ShapeReader, RepresentationsOfAnEdgeThatMeetBecomeWhatTheyBecomeInOpenCasca
             expect(first + parts[3] + second);
     }
     expect(Repeated(parts[3] + parts[4] + parts[10], 10));
+}
+
+// Though it has a point at either end of the edge.
+TEST(ShapeReader, ACurveThatEndsNowhereIsRefusedAsOpenCascadeRefusesIt)
+{
+    TextContent content;
+    content.surfaces = kPlane;
+    content.curves2d =
+        "Curve2ds 1\n8 0.5 1.5\n9 7\n7 1 1  2 4 5  1 1  1.5 2 0  1 3 1  1.5 4 0  1\n "
+        "0 1 1 1 2 1 3 1 1e308 1\n";
+    content.shapes = EdgeWith("2  1 1 0 0.5 1.5\n");
+    std::string const bytes = content.Shapes();
+    std::istringstream in(bytes);
+    TopoDS_Shape shape;
+    EXPECT_THROW(BRepTools::Read(shape, in, BRep_Builder()), Standard_Failure);
+    EXPECT_FALSE(content.IsRestored());
+}
+
+TEST(ShapeReader, AFaceWithoutASurfaceKeepsWhatOpenCascadeKeeps)
+{
+    TopoDS_Face face;
+    BRep_Builder const builder;
+    builder.MakeFace(face);
+    builder.UpdateFace(face, 0.5);
+    builder.NaturalRestriction(face, Standard_True);
+    ExpectAsOpenCascadeReads(TextOf(face, TopTools_FormatVersion_VERSION_3), true, "text");
+    ExpectAsOpenCascadeReads(BytesOf(face, BinTools_FormatVersion_VERSION_4), false, "binary");
 }
 
 TEST(ShapeReader, WhatStandsInFrontOfTheVersionIsLinesOfBlanks)
