@@ -6,6 +6,8 @@
 #include <TopoDS_Compound.hxx>
 #include <TopoDS_Iterator.hxx>
 #include <TopoDS_Shape.hxx>
+#include <algorithm>
+#include <exception>
 #include <istream>
 #include <locale>
 #include <ostream>
@@ -51,6 +53,40 @@ TopoDS_Compound CompoundOf(std::vector<TopoDS_Shape const*> const& shapes)
     return compound;
 }
 
+// A set of Open CASCADE's that is being read. In it children stand before their parents. However the reading ends, the
+// shapes are let go of from the last to the first: each while its children are still held, so that the end of a deep
+// nesting does not run down it on the stack.
+class SetReading
+{
+public:
+    explicit SetReading(BinTools_ShapeSet& set) : m_set(set) {}
+    ~SetReading()
+    {
+        std::vector<TopoDS_Shape> shapes;
+        try
+        {
+            // The entry that a failure broke off has a number, and nothing else.
+            int const whole = m_set.NbShapes() - (std::uncaught_exceptions() > m_exceptions ? 1 : 0);
+            shapes.reserve(static_cast<std::size_t>(std::max(whole, 0)));
+            for (int i = 1; i <= whole; ++i)
+                shapes.push_back(m_set.Shape(i));
+            m_set.Clear();
+        }
+        catch (...)
+        {
+            // Without memory for the list the set ends as it would have.
+        }
+        while (!shapes.empty())
+            shapes.pop_back();
+    }
+    SetReading(SetReading const&) = delete;
+    SetReading& operator=(SetReading const&) = delete;
+
+private:
+    BinTools_ShapeSet& m_set;
+    int m_exceptions = std::uncaught_exceptions();
+};
+
 // Of the versions that Open CASCADE alone reads.
 TopoDS_Shape ReadOldBinary(StoreReadBuffer& content)
 {
@@ -60,6 +96,7 @@ TopoDS_Shape ReadOldBinary(StoreReadBuffer& content)
     TopoDS_Shape root;
     BinTools_ShapeSet set;
     set.SetWithTriangles(Standard_True);
+    SetReading const reading(set);
     set.Read(in);
     set.ReadSubs(root, in, set.NbShapes());
     return root;
