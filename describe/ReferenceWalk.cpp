@@ -117,6 +117,7 @@ struct ReferenceWalk::Reached
     std::unordered_set<UTF8String> missing;
     // Kept between steps for its memory.
     Collector collector;
+    std::vector<Stop> met;
 };
 
 void CollectReferences(IObject& object, std::vector<UTF8String>& ids)
@@ -132,6 +133,11 @@ ReferenceWalk::~ReferenceWalk() = default;
 void ReferenceWalk::Reach(UTF8String id)
 {
     IObject* const object = m_producer.Load(id);
+    Reach(std::move(id), object);
+}
+
+void ReferenceWalk::Reach(UTF8String id, IObject* object)
+{
     if (object ? m_reached->objects.Add(object) : m_reached->missing.insert(id).second)
         m_queue.push_back({std::move(id), object});
 }
@@ -142,7 +148,14 @@ bool ReferenceWalk::Next()
     {
         Collect(*m_stop.object, m_reached->collector);
         m_stop.object = nullptr;
-        m_reached->collector.Drain([&](UTF8String&& id) { Reach(std::move(id)); });
+        // In two rounds: each wait for memory begins before those of the ids in front have ended.
+        std::vector<Stop>& met = m_reached->met;
+        met.clear();
+        m_reached->collector.Drain([&](UTF8String&& id) { met.push_back({std::move(id), nullptr}); });
+        for (Stop& stop : met)
+            stop.object = m_producer.Load(stop.id);
+        for (Stop& stop : met)
+            Reach(std::move(stop.id), stop.object);
     }
     if (m_queue.empty())
         return false;

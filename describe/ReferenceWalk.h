@@ -49,6 +49,8 @@ private:
 
     struct Reached;
 
+    void Reach(UTF8String id, IObject* object);
+
     IProducer& m_producer;
     Stop m_stop{{}, nullptr};
     std::deque<Stop> m_queue;
