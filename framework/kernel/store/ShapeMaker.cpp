@@ -6,6 +6,8 @@
 #include <BRep_CurveOn2Surfaces.hxx>
 #include <BRep_CurveOnClosedSurface.hxx>
 #include <BRep_CurveOnSurface.hxx>
+#include <BRep_CurveRepresentation.hxx>
+#include <BRep_GCurve.hxx>
 #include <BRep_ListOfCurveRepresentation.hxx>
 #include <BRep_ListOfPointRepresentation.hxx>
 #include <BRep_PointOnCurve.hxx>
@@ -154,24 +156,25 @@ bool ShapeMaker::AreApart(Edge const& edge) const
 void ShapeMaker::AddApart(Edge const& edge, EdgeRepresentation const& one)
 {
     auto& made = static_cast<BRep_TEdge&>(*m_shape.TShape());
+    // It stands in the list before it is made, so that its references are counted once.
+    made.ChangeCurves().Append(handle<BRep_CurveRepresentation>());
+    handle<BRep_CurveRepresentation>& representation = made.ChangeCurves().Last();
     TopLoc_Location const& location = m_locations[static_cast<std::size_t>(one.location)];
     if (one.kind == EdgeRepresentation::kRegularity)
     {
-        made.ChangeCurves().Append(
+        representation =
             new BRep_CurveOn2Surfaces(At(surfaces, one.surface), At(surfaces, one.secondSurface), location,
-                                      m_locations[static_cast<std::size_t>(one.secondLocation)], one.continuity));
+                                      m_locations[static_cast<std::size_t>(one.secondLocation)], one.continuity);
         return;
     }
-    handle<BRep_GCurve> curve;
     if (one.kind == EdgeRepresentation::kCurve)
-        curve = new BRep_Curve3D(At(curves, one.curve), location);
+        representation = new BRep_Curve3D(At(curves, one.curve), location);
     else if (one.kind == EdgeRepresentation::kCurveOnSurface)
-        curve = new BRep_CurveOnSurface(At(curves2d, one.curve), At(surfaces, one.surface), location);
+        representation = new BRep_CurveOnSurface(At(curves2d, one.curve), At(surfaces, one.surface), location);
     else
-        curve = new BRep_CurveOnClosedSurface(At(curves2d, one.curve), At(curves2d, one.secondCurve),
-                                              At(surfaces, one.surface), location, one.continuity);
-    curve->SetRange(one.first, one.last);
-    made.ChangeCurves().Append(curve);
+        representation = new BRep_CurveOnClosedSurface(At(curves2d, one.curve), At(curves2d, one.secondCurve),
+                                                       At(surfaces, one.surface), location, one.continuity);
+    static_cast<BRep_GCurve&>(*representation).SetRange(one.first, one.last);
     made.UpdateTolerance(edge.tolerance);
 }
 
