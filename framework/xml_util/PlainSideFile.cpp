@@ -24,6 +24,8 @@ constexpr std::u16string_view kDeclarations[] = {
 constexpr char16_t kReplacement = 0xFFFD;
 // The first of the two units that are no characters.
 constexpr char16_t kNoCharacter = 0xFFFE;
+constexpr char16_t kFirstSurrogate = 0xD800;
+constexpr char16_t kByteOrderMark = 0xFEFF;
 
 enum CharacterKind : unsigned char
 {
@@ -96,6 +98,15 @@ constexpr NamedCharacter kNamedCharacters[] = {
     {u"amp", u'&'}, {u"lt", u'<'}, {u"gt", u'>'}, {u"quot", u'"'}, {u"apos", u'\''},
 };
 
+// The value of a digit of a base up to 16; 16 for anything else.
+unsigned DigitOf(char16_t character)
+{
+    if (character >= u'0' && character <= u'9')
+        return character - u'0';
+    char16_t const lower = character | 0x20;
+    return lower >= u'a' && lower <= u'f' ? lower - u'a' + 10 : 16;
+}
+
 // The character of what stands between "&" and ";"; 0 for one that is not plain.
 XMLCh ReferredCharacter(std::u16string_view text)
 {
@@ -103,17 +114,23 @@ XMLCh ReferredCharacter(std::u16string_view text)
                                            [&](NamedCharacter const& row) { return row.name == text; });
     if (named != std::end(kNamedCharacters))
         return named->character;
-    constexpr std::size_t kMostDigits = 4;
-    if (text.size() < 2 || text.size() > 1 + kMostDigits || text[0] != u'#')
+    if (!text.starts_with(u'#'))
         return 0;
+    bool const isHexadecimal = text.starts_with(u"#x");
+    constexpr std::size_t kMostDigits = 4;
+    text.remove_prefix(isHexadecimal ? 2 : 1);
+    if (text.empty() || text.size() > kMostDigits)
+        return 0;
+    unsigned const base = isHexadecimal ? 16 : 10;
     unsigned number = 0;
-    for (char16_t const digit : text.substr(1))
+    for (char16_t const digit : text)
     {
-        if (digit < u'0' || digit > u'9')
+        if (DigitOf(digit) >= base)
             return 0;
-        number = 10 * number + (digit - u'0');
+        number = base * number + DigitOf(digit);
     }
-    return number >= u' ' || Is(static_cast<XMLCh>(number), kKind_Space) ? static_cast<XMLCh>(number) : XMLCh{0};
+    bool const isPlain = (number >= u' ' && number < kFirstSurrogate) || Is(static_cast<XMLCh>(number), kKind_Space);
+    return isPlain ? static_cast<XMLCh>(number) : XMLCh{0};
 }
 
 // Puts characters in the place of the references to them, and answers where the text then ends; null when one of them
@@ -215,9 +232,11 @@ bool PlainSideFile::Read()
     }
 }
 
-// Passes over a declaration that there may be; false for another than those above.
+// Passes over a byte order mark and a declaration that there may be; false for another than those above.
 bool PlainSideFile::PassDeclaration()
 {
+    if (*m_next == kByteOrderMark)
+        ++m_next;
     std::u16string_view const text(m_next, static_cast<std::size_t>(m_end - m_next));
     if (!text.starts_with(u"<?"))
         return true;
@@ -236,9 +255,34 @@ bool PlainSideFile::PassDeclaration()
 PlainSideFile::Step PlainSideFile::TakeTag()
 {
     XMLCh* const at = m_next;
-    if (*at != u'<' || (m_hasRoot && m_openCount == 0))
+    if (*at != u'<')
+        return Step::kNotPlain;
+    if (at[1] == u'!')
+        return PassComment(at + 2);
+    if (m_hasRoot && m_openCount == 0)
         return Step::kNotPlain;
     return at[1] == u'/' ? TakeEnd(at + 2) : TakeBegin(at + 1);
+}
+
+PlainSideFile::Step PlainSideFile::PassComment(XMLCh* at)
+{
+    for (int i = 0; i < 2; ++i, ++at)
+    {
+        if (*at != u'-')
+            return StepAt(at);
+    }
+    // Two hyphens end it.
+    while (*at != u'-' || at[1] != u'-')
+    {
+        bool const isText = *at >= u' ' ? *at < kNoCharacter : Is(*at, kKind_Space);
+        if (!isText)
+            return StepAt(at);
+        ++at;
+    }
+    if (at[2] != u'>')
+        return StepAt(at + 2);
+    m_next = at + 3;
+    return Step::kTaken;
 }
 
 PlainSideFile::Step PlainSideFile::TakeBegin(XMLCh* at)

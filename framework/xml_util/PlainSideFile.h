@@ -13,9 +13,9 @@
 namespace KVR
 {
 
-/// Reads an XML side file that is plain, as nearly all are: in UTF-8, of elements with attributes and of the white
-/// space between them. What it passes on is what a parser would, in a fifth of the time. It does not judge: at the
-/// first thing that is not plain, which may be well-formed or not, it stops, and the file is a parser's.
+/// Reads an XML side file that is plain, as nearly all are: in UTF-8, of elements with attributes, and of white
+/// space and comments between them. What it passes on is what a parser would, in a fifth of the time. It does not
+/// judge: at the first thing that is not plain, which may be well-formed or not, it stops, and the file is a parser's.
 class PlainSideFile
 {
 public:
@@ -51,6 +51,7 @@ private:
     XMLCh* Decode(unsigned char const* from, unsigned char const* to, XMLCh* out);
     bool PassDeclaration();
     Step TakeTag();
+    Step PassComment(XMLCh* at);
     Step TakeBegin(XMLCh* at);
     Step TakeEnd(XMLCh* at);
     Step TakeAttribute(XMLCh*& at);

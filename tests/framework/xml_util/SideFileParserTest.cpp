@@ -86,8 +86,10 @@ TEST_F(SideFile, IsReadWithoutAParserWhenItIsPlain)
     EXPECT_FALSE(notes.isParsed);
     EXPECT_EQ(notes.lines, (std::vector<std::string>{"<Ids a=\"", "<o.p-q_1 ID=Räder &<>\"'\n😀> b=it's", "<x", ">",
                                                      "<y z=", ">", ">", ">"}));
-    for (char const* const plain : {"<a/>", "\n<a></a>", "<?xml version=\"1.0\"?><a/>",
-                                    "<?xml version=\"1.0\" encoding=\"utf-8\"?><a b='&#9;&#38;'/>"})
+    for (char const* const plain :
+         {"<a/>", "\n<a></a>", "<?xml version=\"1.0\"?><a/>",
+          "<?xml version=\"1.0\" encoding=\"utf-8\"?><a b='&#9;&#38;&#x41;&#xd7fF;'/>", "\xEF\xBB\xBF<a b='\xC3\xA4'/>",
+          "\xEF\xBB\xBF<?xml version=\"1.0\"?><!-- - <x> \xC3\xA4\n--><a><!----></a><!-- > -->"})
         EXPECT_FALSE(ReadBothWays(plain).isParsed) << plain;
 }
 
@@ -99,7 +101,12 @@ TEST_F(SideFile, OfAnyOtherFormIsReadByTheParserFromWhereItBegins)
                                      std::string("text<o/></r>"),
                                      std::string("<![CDATA[x]]><o/></r>"),
                                      std::string("&amp;<o/></r>"),
-                                     std::string("<o a='&#x41;'/></r>"),
+                                     std::string("<o a='&#x1F600;'/></r>"),
+                                     std::string("<o a='&#xD800;'/></r>"),
+                                     std::string("<o a='&#;&#x;'/></r>"),
+                                     std::string("<o a='&#-1;'/></r>"),
+                                     std::string("<o a='&#1F;'/></r>"),
+                                     std::string("<o a='&#x\xC3\xA4;'/></r>"),
                                      std::string("<o a='x\ny'/></r>"),
                                      std::string("<o a='&#65535;'/></r>"),
                                      std::string("<o a='&e;'/></r>"),
@@ -129,10 +136,10 @@ TEST_F(SideFile, OfAnyOtherFormIsReadByTheParserFromWhereItBegins)
         ASSERT_GE(notes.lines.size(), 3U) << other;
         EXPECT_EQ(notes.lines[1], "<o i=1") << other;
     }
-    EXPECT_TRUE(ReadBothWays(front + "<!-- x --><o/></r>").isParsed);
+    EXPECT_TRUE(ReadBothWays(front + "<?p x?><o/></r>").isParsed);
     for (char const* const other :
          {"", "x", "<", "<?xml version='1.0'?><a/>", "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?><a b='\xE4'/>",
-          "\xEF\xBB\xBF<a b='\xC3\xA4'/>", "<!DOCTYPE a><a/>", "<!DOCTYPE a [<!ENTITY e 'E'>]><a/>", " <?xml?><a/>"})
+          "\xEF\xBB\xBF\xEF\xBB\xBF<a/>", "<!DOCTYPE a><a/>", "<!DOCTYPE a [<!ENTITY e 'E'>]><a/>", " <?xml?><a/>"})
         EXPECT_EQ(ReadBothWays(other).isParsed, ReadBothWays(other).lines.size() > 0) << other;
 }
 
@@ -173,7 +180,7 @@ TEST_F(SideFile, WhatTheReceiverThrowsGoesOn)
         void Begin(SideFileElement const&) override { throw std::length_error("full"); }
         void End() override {}
     } thrower;
-    for (char const* const text : {"<a/>", "<!-- x --><a/>"})
+    for (char const* const text : {"<a/>", "<?p?><a/>"})
         EXPECT_THROW(ParseSideFile(m_folder.Write("side.xml", text), thrower), std::length_error);
 }
 
