@@ -2,14 +2,9 @@
 
 #include <BRepTools.hxx>
 #include <BRep_Tool.hxx>
-#include <TDF_LabelSequence.hxx>
 #include <TopExp.hxx>
 #include <TopTools_IndexedMapOfShape.hxx>
 #include <TopoDS.hxx>
-#include <XCAFDoc_DocumentTool.hxx>
-#include <XCAFDoc_Note.hxx>
-#include <XCAFDoc_NoteComment.hxx>
-#include <XCAFDoc_NotesTool.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
 #include <filesystem>
 #include <map>
@@ -24,6 +19,7 @@
 #include "exchange/import/InstanceStyles.h"
 #include "exchange/import/MeshRecord.h"
 #include "exchange/import/ModelBox.h"
+#include "exchange/import/NoteFacts.h"
 #include "exchange/import/OccurrenceWays.h"
 #include "exchange/import/PartPlan.h"
 #include "exchange/import/SavedViews.h"
@@ -365,15 +361,7 @@ private:
 
     void CountLosses()
     {
-        TDF_LabelSequence notes;
-        XCAFDoc_DocumentTool::NotesTool(m_model.document->Main())->GetNotes(notes);
-        for (TDF_Label const& label : notes)
-        {
-            auto const note = XCAFDoc_Note::Get(label);
-            auto const comment = Handle(XCAFDoc_NoteComment)::DownCast(note);
-            UTF8String const text = CleanExtendedText(comment.IsNull() ? note->UserName() : comment->Comment());
-            m_report.losses.AddItem("comments", std::string(text.View()));
-        }
+        CountComments(m_model.document, m_report.losses);
         if (m_model.step)
             CountStepLosses(*m_model.step, m_annotations->Entities(), m_report.losses);
         for (TopoDS_Shape const& shape : m_written)
