@@ -36,20 +36,19 @@ Standard_Address AllocateAsEver(Standard_Size size)
 namespace KVR
 {
 
-ThreadBlocks::ThreadBlocks() noexcept
+ThreadBlocks::ThreadBlocks() noexcept : m_uses(HasOwnManager() ? 0 : 1)
 {
-    ++g_uses;
+    g_uses += m_uses;
 }
 
 ThreadBlocks::~ThreadBlocks()
 {
-    --g_uses;
+    g_uses -= m_uses;
 }
 
 bool ThreadBlocks::IsInUse() noexcept
 {
-    static bool const isPossible = !HasOwnManager();
-    return g_uses.load(std::memory_order_relaxed) > 0 && isPossible;
+    return g_uses.load(std::memory_order_relaxed) > 0;
 }
 
 }  // namespace KVR

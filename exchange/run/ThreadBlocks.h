@@ -19,6 +19,9 @@ public:
 
     /// Whether that is so now.
     static bool IsInUse() noexcept;
+
+private:
+    int m_uses;
 };
 
 }  // namespace KVR
