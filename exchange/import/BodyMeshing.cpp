@@ -104,8 +104,8 @@ bool BodyMeshing::MeshNext()
     {
         for (std::size_t i = 0; i < group.ranges.size(); ++i)
         {
-            // It tells of its end where it is given up.
-            Message_ProgressRange const range = std::move(group.ranges[i]);
+            // A copy takes over, and tells of its end here.
+            Message_ProgressRange const range(group.ranges[i]);
             MeshShape(m_plan.components[group.shapes.members[i]].shape, m_parameters, range);
         }
     }
