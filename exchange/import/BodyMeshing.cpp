@@ -50,7 +50,6 @@ BodyMeshing::BodyMeshing(ProductPlan const& plan, MeshQuality const& quality, Te
     m_parameters.Deflection =
         m_parameters.Relative ? quality.deflection.value : std::max(m_deflection, Precision::Confusion());
     m_parameters.Angle = quality.angle;
-    m_parameters.InParallel = true;
     std::vector<TopoDS_Shape> shapes;
     shapes.reserve(plan.components.size());
     for (ComponentPlan const& component : plan.components)
@@ -64,6 +63,12 @@ BodyMeshing::BodyMeshing(ProductPlan const& plan, MeshQuality const& quality, Te
             m_groupOf[member] = i;
             m_groups[i].ranges.push_back(m_scope.Next());
         }
+    int facesBehind = 0;
+    for (auto group = m_groups.rbegin(); group != m_groups.rend(); ++group)
+    {
+        group->isInParallel = group->shapes.faces >= facesBehind;
+        facesBehind += group->shapes.faces;
+    }
 }
 
 BodyMeshing::~BodyMeshing()
@@ -99,6 +104,8 @@ bool BodyMeshing::MeshNext()
         place = m_next++;
     }
     Group& group = m_groups[place];
+    IMeshTools_Parameters parameters = m_parameters;
+    parameters.InParallel = group.isInParallel;
     std::exception_ptr failure;
     try
     {
@@ -106,7 +113,7 @@ bool BodyMeshing::MeshNext()
         {
             // A copy takes over, and tells of its end here.
             Message_ProgressRange const range(group.ranges[i]);
-            MeshShape(m_plan.components[group.shapes.members[i]].shape, m_parameters, range);
+            MeshShape(m_plan.components[group.shapes.members[i]].shape, parameters, range);
         }
     }
     catch (...)

@@ -54,6 +54,8 @@ private:
     struct Group
     {
         ShapeGroup shapes;
+        /// Whether its faces are divided among processors: what comes behind would not keep the others busy as long.
+        bool isInParallel = false;
         std::vector<Message_ProgressRange> ranges;
         bool isDone = false;
         std::size_t released = 0;

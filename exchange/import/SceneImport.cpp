@@ -71,6 +71,9 @@ public:
         if (m_meshing)
         {
             m_report.deflection = m_meshing->Deflection();
+            // Its memory is that of the meshes.
+            if (m_model.release.valid())
+                m_model.release.wait();
             m_meshing->Start();
         }
         WriteFile();
