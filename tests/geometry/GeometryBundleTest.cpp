@@ -136,6 +136,16 @@ TEST_P(GeometryBundle, ChildrenAreListedOnceInTheOrderOfTheDocument)
     EXPECT_FALSE(m_scene->Has("w"));
 }
 
+TEST_P(GeometryBundle, EachChildIsOfItsKind)
+{
+    EXPECT_THAT(ChildIds("<IBrep ID='a'/><IPoint ID='b'/><IPointCloud ID='c'/><IExtensionGeometry ID='d'/>"),
+                ElementsAre("a", "b", "c", "d"));
+    EXPECT_NO_THROW(m_scene->Get<IBrep>("a"));
+    EXPECT_NO_THROW(m_scene->Get<IPoint>("b"));
+    EXPECT_NO_THROW(m_scene->Get<IPointCloud>("c"));
+    EXPECT_NO_THROW(m_scene->Get<IExtensionGeometry>("d"));
+}
+
 TEST_P(GeometryBundle, FurtherSetsAddUp)
 {
     EXPECT_THAT(BundleChildren(&Read("<ChildSet><IPoint ID='a'/></ChildSet><ChildSet><IPoint ID='b'/></ChildSet>")),
