@@ -231,7 +231,8 @@ TEST(XMLAnnotationCalloutElement, ACurveWithoutAnyStoreIsPassedOver)
 TEST(XMLAnnotationCalloutElement, MeshesAndCurvesComeFromTheirStores)
 {
     TestScene scene(std::string("<Scene>") + kMeshInfo + "<IAnnotationCallout ID='n'><ChildSet>" +
-                    ElementOf("<ChildSet><ICurve ID='lost'/><ICurve ID='c'/><IPolygonMesh ID='m'/></ChildSet>") +
+                    ElementOf("<ChildSet><ICurve ID='lost'/><ICurve ID='c'/><IPolygonMesh ID='none'/><IPolygonMesh "
+                              "ID='m'/></ChildSet>") +
                     "</ChildSet></IAnnotationCallout></Scene>");
     scene.WithFile("s.mesh", MeshInfoHeader(2).Bytes() + RecordFront(2, "c") + VertexBytes(2) + TriangleRecord("m"))
         .Begin();

@@ -138,8 +138,9 @@ TEST_P(GeometryBundle, ChildrenAreListedOnceInTheOrderOfTheDocument)
 
 TEST_P(GeometryBundle, EachChildIsOfItsKind)
 {
-    EXPECT_THAT(ChildIds("<IBrep ID='a'/><IPoint ID='b'/><IPointCloud ID='c'/><IExtensionGeometry ID='d'/>"),
-                ElementsAre("a", "b", "c", "d"));
+    EXPECT_THAT(
+        ChildIds("<IBrep ID='a'/><IPoint ID='b'/><IPointCloud ID='c'/><IExtensionGeometry ID='d'/><IPoint ID='e'/>"),
+        ElementsAre("a", "b", "c", "d", "e"));
     EXPECT_NO_THROW(m_scene->Get<IBrep>("a"));
     EXPECT_NO_THROW(m_scene->Get<IPoint>("b"));
     EXPECT_NO_THROW(m_scene->Get<IPointCloud>("c"));
@@ -311,6 +312,14 @@ TEST(XMLGeometricSet, SetsNestAndHaveAChangeKey)
     EXPECT_THAT(ChildrenOf(scene.Get<IGeometricSet>("a")), ElementsAre("b"));
     EXPECT_THAT(ChildrenOf(scene.Get<IGeometricSet>("b")), ElementsAre("p"));
     EXPECT_EQ(ChangeKeyOf(scene.Get<IGeometricSet>("a")), "k");
+}
+
+TEST(XMLGeometricSet, WhatStandsBehindANestedSetIsRead)
+{
+    TestScene scene(
+        "<Scene><IGeometricSet ID='g'><ChildSet><IGeometricSet ID='a'/><IGeometricSet ID='b'/><IPoint ID='c'/>"
+        "</ChildSet></IGeometricSet></Scene>");
+    EXPECT_THAT(BundleChildren(scene.Begin().Producer().Load("g")), ElementsAre("a", "b", "c"));
 }
 
 TEST(XMLExtensionGeometry, AGeometricSetInItIsSkippedAndThereIsNoChangeKey)

@@ -352,6 +352,15 @@ TEST(KernelCurves, UnknownIdsLeaveAnObjectWithoutCurves)
     EXPECT_EQ(curveObject.CurveDataAt(0), nullptr);
 }
 
+TEST(KernelCurves, UnderAPrefixAnEdgeIsFoundByItsWrittenId)
+{
+    Entities entities;
+    entities.push_back(Named<EDGE>(ArcEdge(), "e"));
+    TestScene scene(SceneOf("s.sab", "<ICurve ID='c'><GMKEntity EntityId='e'/></ICurve>"));
+    scene.WithFile("s.sab", StoreBytes(entities, false)).WithPrefix("n").Begin();
+    EXPECT_EQ(scene.Get<ICurve>("n1").KernelCurves().count(), 1);
+}
+
 TEST(KernelCurves, TwoElementsMayNameOneEdge)
 {
     Entities entities;

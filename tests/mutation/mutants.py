@@ -30,7 +30,7 @@ BYTES = 8 << 30
 STACK = 128 << 20
 # Tests of time, memory and damage take long, and look at no table's rows.
 LARGE = ("*Hostile*", "SteadyMemory*", "*Million*", "*NurbsOracle*", "PolygonSlab.*Polygon*", "*HundredThousand*",
-         "*AThousandLevels*", "*AnyByteChanged*", "KernelOwnership.Producing*", "*ValueByValue*", "Threads.*",
+         "*AnyByteChanged*", "KernelOwnership.Producing*", "*ValueByValue*", "Threads.*",
          "*StreamedAndNotHeld*")
 # What is compiled besides the copy.
 ALONE = ("tests/mutation/Runtime.cpp", "tests/support/RunOnStack.cpp")

@@ -78,22 +78,16 @@ protected:
         return all;
     }
 
-    // What the scene answers with more in the first element of a name, in front of what it holds and behind it.
+    // What the scene answers with more in all elements of a name, in front of what they hold and behind it.
     std::string AnswersWithin(std::string const& name, std::string const& more) const
     {
-        std::string const element = FirstOf(name);
-        std::size_t const begin = m_text.find(element);
-        std::string scene = m_text;
-        if (element[element.size() - 2] == '/')
-        {
-            scene.replace(begin + element.size() - 2, 2, ">" + more + "</" + name + ">");
-        }
-        else
-        {
-            scene.insert(begin + element.rfind("</"), more);
-            scene.insert(m_text.find('>', begin) + 1, more);
-        }
-        XMLProducer producer(m_folder.Write("complete.xml", scene), nullptr);
+        // Places first, for there may be elements of that name in what is put there.
+        std::regex const empty("<" + name + R"((\s[^>]*)?/>)");
+        std::regex const begin("<" + name + R"((\s[^>]*)?>)");
+        std::regex const end("</" + name + ">");
+        std::string scene = std::regex_replace(m_text, empty, "<" + name + "$1></" + name + ">");
+        scene = std::regex_replace(std::regex_replace(scene, begin, "$&\x01"), end, "\x01$&");
+        XMLProducer producer(m_folder.Write("complete.xml", Replaced(scene, "\x01", more)), nullptr);
         return Opens(producer) ? WalkScene(producer, m_ids).text : "cannot be opened";
     }
 
