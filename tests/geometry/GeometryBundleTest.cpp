@@ -197,15 +197,15 @@ TEST_P(GeometryBundle, AThousandLevelsAreReadAndThoseBeyondDropped)
     std::string xml = "<Scene>";
     for (int i = 0; i < kLevels; ++i)
         xml += std::string("<") + GetParam() + " xmlns='' ID='g" + std::to_string(i) + "'><ChildSet xmlns=''>";
-    for (int i = 0; i < kLevels; ++i)
-        xml += std::string("</ChildSet></") + GetParam() + ">";
+    for (int i = kLevels; i > 0; --i)
+        xml += std::string("</ChildSet></") + GetParam() + ">" + (i == 1001 ? "<IPoint ID='behind' xmlns=''/>" : "");
     TestScene scene(xml + "<IPoint ID='p'/></Scene>");
     RunOnStack(kSmallStack, [&] { scene.Begin(); });
     EXPECT_TRUE(scene.Has("g999"));
     EXPECT_FALSE(scene.Has("g1000"));
     EXPECT_TRUE(scene.Has("p"));
     EXPECT_THAT(BundleChildren(&scene.Get<IObject>("g998")), ElementsAre("g999"));
-    EXPECT_THAT(BundleChildren(&scene.Get<IObject>("g999")), IsEmpty());
+    EXPECT_THAT(BundleChildren(&scene.Get<IObject>("g999")), ElementsAre("behind"));
 }
 
 TEST_P(GeometryBundle, AThousandLevelsBehindAThousandReferencesLoadOnASmallStack)

@@ -117,8 +117,10 @@ def report(tree: Tree, tried: list[Mutant], share: float) -> int:
 
 
 def try_all(tree: Tree, meeting: Meeting, to_try: list[Mutant], keeps: bool) -> None:
-    """Tries the mistakes, and writes down each at once; takes over what was killed before if that is wanted."""
+    """Tries the mistakes, and writes down each at once. If that is wanted, what was killed before is taken over, and what
+    is listed as without effect is believed."""
     log = tree.work / "tried.jsonl"
+    listed = equivalents(tree.root) if keeps else set()
     before: dict[tuple[str, str], str] = {}
     if keeps and log.exists():
         rows = [json.loads(line) for line in log.read_text().splitlines()]
@@ -127,6 +129,9 @@ def try_all(tree: Tree, meeting: Meeting, to_try: list[Mutant], keeps: bool) -> 
     with log.open("a" if keeps else "w") as file:
 
         def try_one(mutant: Mutant) -> None:
+            if (mutant.path, mutant.change) in listed:
+                mutant.state = "survived"
+                return
             by = before.get((mutant.path, mutant.change))
             if by:
                 mutant.state, mutant.by = "killed", by
@@ -148,7 +153,7 @@ def main() -> int:
     parser.add_argument("--seed", type=int, default=1, help="which share")
     parser.add_argument("--only", default="", help="a pattern for paths, operators or numbers: \"path operator number\"")
     parser.add_argument("--most", type=int, default=sys.maxsize, help="leave out tests that take more milliseconds")
-    parser.add_argument("--keep", action="store_true", help="take over what earlier runs of the same sources killed")
+    parser.add_argument("--keep", action="store_true", help="take over what earlier runs of the same sources killed, and believe the list")
     parser.add_argument("--jobs", type=int, default=os.cpu_count() or 1)
     parser.add_argument("--list", action="store_true", help="list the mistakes, and try none")
     options = parser.parse_args()

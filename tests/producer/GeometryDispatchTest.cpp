@@ -94,17 +94,6 @@ TEST_F(GeometryDispatch, ACurveOfTheKernelIsReadOnceUnderAPrefixToo)
     EXPECT_FALSE(Index().ReadNodeById("c"));
 }
 
-TEST_F(GeometryDispatch, ACurveOfTheKernelIsLeftOutWhenItsWrittenIdIsTaken)
-{
-    // The part gets the id that the curve has in the document.
-    m_reading.Producer().SetNewObjectIdPrefix("n");
-    m_reading.AddKernelEntry("kernel");
-    Note("<IPart ID='a'/><ICurve ID='n1'/>");
-    ReadAll();
-    EXPECT_TRUE(m_reading.Has("n1"));
-    EXPECT_FALSE(m_reading.Has("n2"));
-}
-
 TEST_F(GeometryDispatch, AFailedSketchAnswersFalseAndLeavesItsPoints)
 {
     Note("<ISketch ID='s'><ChildSet><IPoint ID='p'/></ChildSet></ISketch>");
