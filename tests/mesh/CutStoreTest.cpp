@@ -92,19 +92,19 @@ Fields Nurbs()
     return fields.U64({1}).F64({0.5, 2}).U64({1}).F64({0.5, 1});
 }
 
-// A mesh with everything, and its materials behind it.
-Fields Mesh(std::uint64_t tableOffset)
+// A mesh with everything. Its first vertices are the table of materials, so that it is whole wherever polygons are cut.
+Fields Mesh()
 {
-    Fields fields = Fields().U64({99, 1, tableOffset, 77, 0}).Text("m").U64({3, 2, 2, 55, 2});
-    fields.F64({1, 2, 3, 4, 5, 6, 7, 8, 9}).F64({1, 0, 0, 0, 1, 0});
+    constexpr std::uint64_t kTableOffset = 89;
+    Fields fields = Fields().U64({99, 1, kTableOffset, 77, 0}).Text("m").U64({3, 2, 2, 55, 2});
+    EXPECT_EQ(fields.bytes.size(), kTableOffset);
+    fields.U64({2, 8}).Add("material").U64({8}).Add("hardwood").F64({6, 7, 8, 9}).F64({1, 0, 0, 0, 1, 0});
     fields.U32(2).U64({2}).F64({1, 2, 3, 4}).U32(3).U64({1}).F64({5, 6, 7});
     fields.U64({3, 1, 2, 1}).Byte(1).U64({1}).Byte(1).U64({1, 1, 1}).Byte(1);
     for (int vertex = 0; vertex < 3; ++vertex)
         fields.U32(2).U64({1, 1, 1, 1});
     fields.U64({4, 2, 1, 2, 1}).Byte(1).U64({1}).Byte(0).Byte(0);
-    if (tableOffset == 0)
-        return Mesh(fields.bytes.size());
-    return fields.U64({3}).Text("red").Text("").Text("blue");
+    return fields;
 }
 
 // The other layout: a set of texture vertices, and an index for each vertex of a polygon.
@@ -176,13 +176,16 @@ TEST_P(CutStores, AnswerAsThoseThatGoOnWithWhatIsMissing)
 {
     Fields const& fields = GetParam().fields;
     std::set<std::string> answers = {GetParam().Answers(fields.bytes)};
-    for (std::size_t const end : fields.ends)
+    for (std::size_t i = 0; i < fields.ends.size(); ++i)
     {
+        std::size_t const end = fields.ends[i];
+        std::size_t const next = i + 1 < fields.ends.size() ? fields.ends[i + 1] : fields.bytes.size();
         std::string const held = fields.bytes.substr(0, end);
         std::string const cut = GetParam().Answers(held);
         answers.insert(cut);
         EXPECT_EQ(cut, GetParam().Answers(held + fields.defaults.substr(end) + std::string(1024, '\0')))
             << "cut behind " << end << " bytes";
+        EXPECT_EQ(cut, GetParam().Answers(fields.bytes.substr(0, next - 1))) << "a part of a field counts as none";
     }
     EXPECT_GE(answers.size(), GetParam().differing);
 }
@@ -193,7 +196,7 @@ INSTANTIATE_TEST_SUITE_P(Each, CutStores,
                                          CutStore{"Polyline", Polyline(), kMeshInfo, 15},
                                          CutStore{"Composite", Composite(), kMeshInfo, 20},
                                          CutStore{"Nurbs", Nurbs(), kMeshInfo, 20},
-                                         CutStore{"Mesh", Mesh(0), kMeshInfo, 40},
+                                         CutStore{"Mesh", Mesh(), kMeshInfo, 40},
                                          CutStore{"GeometryMesh", GeometryMesh(), kGeometryInfo, 20},
                                          CutStore{"PlainMesh", PlainMesh(), kMeshInfo, 15},
                                          CutStore{"Segments", Segments(), std::string(kMeshInfo) + kSegmentInfo, 10}),

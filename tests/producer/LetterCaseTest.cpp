@@ -9,7 +9,6 @@
 #include <regex>
 #include <set>
 #include <sstream>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -58,15 +57,15 @@ protected:
         return Opens(producer) ? WalkScene(producer, m_ids).text : "cannot be opened";
     }
 
-    // Elements of all names, each as it stands first in the scene but for its own name, which is in the other case, or
+    // Elements of all names, each the shortest of the scene but for its own name, which is in the other case, or
     // another one. Those that hold much are left out, and so are the two that are matched in any case.
     std::string Renamed(std::string const& otherName) const
     {
-        constexpr std::size_t kMuch = 700;
+        constexpr std::size_t kMuch = 3000;
         std::string all;
         for (std::string const& name : ElementNames())
         {
-            std::string element = FirstOf(name);
+            std::string element = ShortestOf(name);
             if (element.size() > kMuch || name == "ViewData" || name == "BaseOccPaths")
                 continue;
             std::string const other = otherName.empty() ? InOtherCase(name) : otherName;
@@ -92,26 +91,24 @@ protected:
     }
 
 private:
-    // The first element of a name, from its "<" to its last ">".
-    std::string FirstOf(std::string const& name) const
+    // The shortest element of a name, from its "<" to its last ">".
+    std::string ShortestOf(std::string const& name) const
     {
-        std::smatch tag;
-        std::regex const ofName("</?" + name + R"((\s[^>]*)?>)");
-        std::string::const_iterator at = m_text.begin();
-        std::string::const_iterator begin = m_text.end();
-        for (int depth = 0; std::regex_search(at, m_text.end(), tag, ofName); at = tag[0].second)
+        std::regex const tag("</?" + name + R"((\s[^>]*)?>)");
+        std::string shortest = m_text;
+        std::vector<std::string::const_iterator> open;
+        for (std::sregex_iterator at(m_text.begin(), m_text.end(), tag), end; at != end; ++at)
         {
-            bool const isEnd = tag.str()[1] == '/';
-            if (begin == m_text.end())
-                begin = tag[0].first;
-            if (!isEnd && tag.str()[tag.length() - 2] != '/')
-                ++depth;
-            else if (isEnd)
-                --depth;
-            if (depth == 0)
-                return {begin, tag[0].second};
+            bool const isEnd = at->str()[1] == '/';
+            if (!isEnd)
+                open.push_back((*at)[0].first);
+            if (!isEnd && at->str()[static_cast<std::size_t>(at->length()) - 2] != '/')
+                continue;
+            if (std::string const element(open.back(), (*at)[0].second); element.size() < shortest.size())
+                shortest = element;
+            open.pop_back();
         }
-        throw std::logic_error("no such element: " + name);
+        return shortest;
     }
 
     std::set<std::string> Found(char const* pattern) const
