@@ -1,6 +1,7 @@
 #include "describe/Comparison.h"
 
 #include <algorithm>
+#include <unordered_set>
 
 #include "describe/Ask.h"
 #include "describe/ReferenceWalk.h"

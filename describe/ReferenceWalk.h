@@ -1,7 +1,7 @@
 #pragma once
 
 #include <deque>
-#include <unordered_set>
+#include <memory>
 #include <vector>
 
 #include "framework/api/UTF8String.h"
@@ -26,7 +26,10 @@ void CollectReferences(IObject& object, std::vector<UTF8String>& ids);
 class ReferenceWalk
 {
 public:
-    explicit ReferenceWalk(IProducer& producer) : m_producer(producer) {}
+    explicit ReferenceWalk(IProducer& producer);
+    ~ReferenceWalk();
+    ReferenceWalk(ReferenceWalk const&) = delete;
+    ReferenceWalk& operator=(ReferenceWalk const&) = delete;
 
     /// Appends an id to go to, unless it was reached before; also between two steps.
     void Reach(UTF8String id);
@@ -44,13 +47,14 @@ private:
         IObject* object;
     };
 
+    struct Reached;
+
+    void Reach(UTF8String id, IObject* object);
+
     IProducer& m_producer;
     Stop m_stop{{}, nullptr};
-    // An object has one id: what was reached is known by the object, and by its id where there is none.
-    std::unordered_set<IObject const*> m_reached;
-    std::unordered_set<UTF8String> m_missing;
     std::deque<Stop> m_queue;
-    std::vector<UTF8String> m_references;
+    std::unique_ptr<Reached> m_reached;
 };
 
 }  // namespace KVR

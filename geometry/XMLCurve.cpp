@@ -69,7 +69,7 @@ void XMLCurve::ReadAttributes(xercesc::DOMNode const* node)
 {
     // What is absent is empty, also on an object that is read again.
     UTF8String id;
-    UTF16String label;
+    UTF8String label;
     UTF8String versionPersistentId;
     XMLUtils::GetNodeAttribute(node, Names::ID, id);
     m_producer->ApplyIdMapping(id);

@@ -111,7 +111,7 @@ ExitStatus Answer(CLI::App const& program, CLI::ParseError const& error)
 }
 
 // Tells with what the program ends when this throws.
-ExitStatus ParseAndRun(int argc, char const* const* argv, MakeCommands makeCommands, ExitStatus& failed)
+ExitStatus ParseAndRun(int argc, char const* const* argv, MakeCommands makeCommands, AtEnd atEnd, ExitStatus& failed)
 {
     CLI::App program("Shows what a CAD scene serves, makes scenes of models, and writes scenes for other programs.",
                      "kvr");
@@ -129,19 +129,22 @@ ExitStatus ParseAndRun(int argc, char const* const* argv, MakeCommands makeComma
         if (command->IsChosen())
         {
             failed = command->FailureStatus();
-            return command->Run();
+            ExitStatus const status = command->Run();
+            if (atEnd)
+                atEnd(status);
+            return status;
         }
     return kExit_BadArguments;
 }
 
 }  // namespace
 
-int RunProgram(int argc, char const* const* argv, MakeCommands makeCommands)
+int RunProgram(int argc, char const* const* argv, MakeCommands makeCommands, AtEnd atEnd)
 {
     ExitStatus failed = kExit_Failed;
     try
     {
-        return ParseAndRun(argc, argv, makeCommands, failed);
+        return ParseAndRun(argc, argv, makeCommands, atEnd, failed);
     }
     catch (ExpressionError const& error)
     {

@@ -2,7 +2,6 @@
 
 #include <unistd.h>
 
-#include "exchange/source/SceneFile.h"
 #include "exchange/source/SceneProblem.h"
 #include "exchange/source/SceneReading.h"
 #include "host/CommonOptions.h"
@@ -25,7 +24,7 @@ std::string SceneCommand::OfScene(std::string const& text) const
 
 ExitStatus SceneCommand::Run()
 {
-    SceneFile file(m_scene, Needs());
+    SceneFile& file = m_file.emplace(m_scene, Needs());
     BeginReading();
     SceneReading const reading = SceneReading::Of(file);
     EndReading();

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
+#include "exchange/source/SceneFile.h"
 #include "exchange/source/SceneOptions.h"
 #include "host/Command.h"
 #include "producer/StoreNeeds.h"
@@ -45,6 +47,8 @@ protected:
 
 private:
     SceneOptions m_scene;
+    // Made by Run, and kept as long as the command.
+    std::optional<SceneFile> m_file;
 };
 
 }  // namespace KVR

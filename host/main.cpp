@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <string>
@@ -38,6 +39,18 @@ std::string BecomeWhole(char** argv)
     return whole.string() + ": " + std::strerror(errno);
 }
 
+#ifdef KVR_ENDS_AT_ONCE
+// A scene of a million objects takes a twentieth of the time of its reading to be freed one by one.
+void EndAtOnce(int status)
+{
+    KVR::EndBySignal();
+    std::fflush(nullptr);
+    _exit(status);
+}
+#else
+constexpr KVR::AtEnd EndAtOnce = nullptr;
+#endif
+
 }  // namespace
 
 int main(int argc, char** argv)
@@ -48,7 +61,7 @@ int main(int argc, char** argv)
         return KVR::kExit_Failed;
     }
     KVR::PrepareStandardStreams();
-    int const status = KVR::RunProgram(argc, argv, &KVR::SceneCommands);
+    int const status = KVR::RunProgram(argc, argv, &KVR::SceneCommands, EndAtOnce);
     KVR::EndBySignal();
     return status;
 }

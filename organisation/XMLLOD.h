@@ -17,7 +17,7 @@ public:
 
     UTF16String Description() const override { return m_description; }
 
-    void SetLabel(UTF16String label) noexcept { m_label = std::move(label); }
+    void SetLabel(UTF16String const& label) { m_label = UTF8String(label); }
     void SetDescription(UTF16String description) noexcept { m_description = std::move(description); }
 
 private:

@@ -28,14 +28,14 @@
 namespace KVR
 {
 
-XMLInstance::XMLInstance(UTF8String id, UTF16String label, Matrix3d const& transform, ChangeKeyText changeKey,
+XMLInstance::XMLInstance(UTF8String id, UTF8String label, Matrix3d const& transform, ChangeKeyText changeKey,
                          IComponent const* target, XMLProducerImpl* producer)
     : UnitState(std::move(id), std::move(label)), m_targetId(target), m_transform(transform), m_producer(producer)
 {
     m_changeKey = std::move(changeKey);
 }
 
-XMLInstance::XMLInstance(UTF8String id, UTF16String label, Matrix3d const& transform, ChangeKeyText changeKey,
+XMLInstance::XMLInstance(UTF8String id, UTF8String label, Matrix3d const& transform, ChangeKeyText changeKey,
                          IFile const* target, XMLProducerImpl* producer)
     : UnitState(std::move(id), std::move(label)), m_targetId(target), m_transform(transform), m_producer(producer)
 {
@@ -60,7 +60,7 @@ using xercesc::DOMNode;
 struct InstanceFields
 {
     UTF8String id;
-    UTF16String label;
+    UTF8String label;
     UTF8String versionPersistentId;
     bool visible = false;
     bool netVisible = false;

@@ -19,9 +19,9 @@ class XMLProducerImpl;
 class XMLInstance : public UnitState<ObjectState<IInstance>>
 {
 public:
-    XMLInstance(UTF8String id, UTF16String label, Matrix3d const& transform, ChangeKeyText changeKey,
+    XMLInstance(UTF8String id, UTF8String label, Matrix3d const& transform, ChangeKeyText changeKey,
                 IComponent const* target, XMLProducerImpl* producer);
-    XMLInstance(UTF8String id, UTF16String label, Matrix3d const& transform, ChangeKeyText changeKey,
+    XMLInstance(UTF8String id, UTF8String label, Matrix3d const& transform, ChangeKeyText changeKey,
                 IFile const* target, XMLProducerImpl* producer);
     ~XMLInstance() override;
 

@@ -78,11 +78,10 @@ class NameCount
 public:
     std::size_t Add(XMLCh const* name)
     {
-        XMLCh const* end = name;
-        std::uint32_t hash = 2166136261U;
-        for (; *end != 0; ++end)
-            hash = (hash ^ *end) * 16777619U;
-        std::u16string_view const text(name, static_cast<std::size_t>(end - name));
+        std::u16string_view const text(name);
+        // Names of one length that begin and end alike are few.
+        std::size_t const size = text.size();
+        std::size_t const hash = size == 0 ? 0 : size * 37 + text[0] + text[size / 2] * 7U + text[size - 1] * 3U;
         std::u16string const*& latest = m_latest[hash % m_latest.size()];
         if (latest == nullptr || *latest != text)
             latest = &*m_names.emplace(text).first;

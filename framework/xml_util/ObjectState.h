@@ -11,7 +11,8 @@ template <class Interface>
 class ObjectState : public Interface, public XMLObject
 {
 public:
-    ObjectState(UTF8String id, UTF16String label) : XMLObject(std::move(id), std::move(label)) {}
+    ObjectState(UTF8String id, UTF16String const& label) : XMLObject(std::move(id), label) {}
+    ObjectState(UTF8String id, UTF8String label) : XMLObject(std::move(id), std::move(label)) {}
 
     UTF8String Id() const override { return Id_Impl(); }
     UTF16String Label() const override { return Label_Impl(); }

@@ -7,7 +7,8 @@
 namespace KVR
 {
 
-XMLObject::XMLObject(UTF8String id, UTF16String label) : m_id(std::move(id)), m_label(std::move(label)) {}
+XMLObject::XMLObject(UTF8String id, UTF16String const& label) : m_id(std::move(id)), m_label(label) {}
+XMLObject::XMLObject(UTF8String id, UTF8String label) : m_id(std::move(id)), m_label(std::move(label)) {}
 XMLObject::~XMLObject() = default;
 
 void XMLObject::AddExtensionDataContent(ExtensionDataContent const& content)

@@ -18,7 +18,8 @@ namespace KVR
 class KVR_XML_UTIL_API XMLObject
 {
 public:
-    XMLObject(UTF8String id, UTF16String label);
+    XMLObject(UTF8String id, UTF16String const& label);
+    XMLObject(UTF8String id, UTF8String label);
     virtual ~XMLObject();
     XMLObject(XMLObject const&) = delete;
     XMLObject& operator=(XMLObject const&) = delete;
@@ -34,7 +35,7 @@ public:
 
 protected:
     UTF8String Id_Impl() const { return m_id; }
-    UTF16String Label_Impl() const { return m_label; }
+    UTF16String Label_Impl() const { return UTF16String(m_label); }
     /// The first content of that type among those added; not specified when there is none.
     IsValueSpecifiedEnum ExtensionDataByTypeId_Impl(UTF8String const& typeId, ExtensionDataContent& content) const;
     /// Not specified for an empty id.
@@ -44,7 +45,8 @@ protected:
 
     ChangeKeyText m_changeKey;
     UTF8String m_id;
-    UTF16String m_label;
+    // In this form most labels need no memory of their own.
+    UTF8String m_label;
     UTF8String m_versionPersistentId;
     IdSet m_propertyIds;
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <string>
+#include <string_view>
 
 #include "host/TextValues.h"
 #include "host/tree/GeometryFacts.h"
@@ -107,7 +108,12 @@ void TextTreeWriter::Begin(TreeNode const& node)
     if (node.isVisible)
         m_text.PutVisibility(*node.isVisible, "");
     if (node.owner)
-        m_out.Put(", " + Counted(node.owner->children.size(), "child", "children"));
+    {
+        std::size_t const count = node.owner->children.size();
+        m_out.Put(", ");
+        m_out.Put(std::string_view(fmt::format_int(count).c_str()));
+        m_out.Put(count == 1 ? " child" : " children");
+    }
     if (node.isCycle)
         m_out.Put(", cycle");
     if (node.isRepeated)

@@ -123,16 +123,16 @@ template <class Owner>
 void SceneReader::ListChildren(Owner const& owner)
 {
     unsigned long long const count = owner.ChildCount();
+    m_childIds.clear();
     for (unsigned long long i = 0; i < count; ++i)
     {
-        auto const listed = owner.ChildAt(i);
-        UTF8String const& id = listed.Id();
-        SceneChild& child = m_children.emplace_back();
-        if (id.IsEmpty())
-            continue;
-        child.id = m_content.text.Keep(id);
-        child.object = m_producer.Load(id);
+        m_childIds.push_back(owner.ChildAt(i).Id());
+        m_children.emplace_back().id = m_content.text.Keep(m_childIds.back());
     }
+    // A loop of its own: each wait for memory begins before those of the children in front have ended.
+    for (std::size_t i = 0; i < m_childIds.size(); ++i)
+        if (!m_childIds[i].IsEmpty())
+            m_children[i].object = m_producer.Load(m_childIds[i]);
 }
 
 // A child that is listed twice is one object.

@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "framework/api/UTF8String.h"
 #include "scene/SceneComponent.h"
 #include "scene/reader/AttributeReader.h"
 #include "scene/reader/GeometryReader.h"
@@ -48,6 +49,7 @@ private:
     bool m_hasUnit = false;
 
     // Of the component being read; kept, so that their memory is taken once.
+    std::vector<UTF8String> m_childIds;
     std::vector<SceneChild> m_children;
     std::vector<ScenePlacement> m_placements;
     std::vector<SceneGeometry> m_geometry;

@@ -17,6 +17,7 @@
 
 #include "describe/AskEverything.h"
 #include "describe/SilentAnswers.h"
+#include "exchange/CertifyModel.h"
 #include "exchange/ExportScene.h"
 #include "exchange/ImportModel.h"
 #include "framework/api/kvr_api.h"
@@ -245,6 +246,50 @@ private:
     std::string m_said;
 };
 
+// What is said of a model and of what was made of it: the same, or one sentence of why it could not be said.
+class Certificate
+{
+public:
+    explicit Certificate(std::string model) : m_model(std::move(model))
+    {
+        if (!Run())
+            throw std::runtime_error("no certificate");
+        m_whole = m_rows;
+    }
+
+    std::string Try(long allocations, bool failsOnce)
+    {
+        bool isDone = false;
+        m_said.clear();
+        if (std::string wrong = Thrown(allocations, failsOnce, [&] { isDone = Run(); }); !wrong.empty())
+            return wrong;
+        if (isDone)
+            return m_rows == m_whole ? std::string() : "said otherwise: " + m_rows;
+        return m_said.find('\n') == std::string::npos ? std::string() : "no sentence: " + m_said;
+    }
+
+private:
+    bool Run()
+    {
+        CertifyResult const result = CertifyModel(m_model);
+        m_said = result.failure;
+        m_rows.clear();
+        for (CertificateRow const& row : result.rows)
+        {
+            m_rows += row.name + (row.isGood ? ": good" : ": bad");
+            for (std::string const& value : row.values)
+                m_rows += ' ' + value;
+            m_rows += '\n';
+        }
+        return result.outcome == Outcome::kDone;
+    }
+
+    std::string m_model;
+    std::string m_rows;
+    std::string m_whole;
+    std::string m_said;
+};
+
 // Each allocation of a trial fails, or `most` of them, spread over all; once, and from there on. Afterwards the scene
 // can be asked.
 void FailEach(double scale, std::uint64_t most, std::string const& name, Trial const& trial, std::string const& scene,
@@ -312,6 +357,12 @@ void RunFailures(double scale, Tally& tally)
         Exchange exchange(std::string_view(target).ends_with(".xml") ? model : scene, target);
         FailEach(
             scale, kSome, target, [&](long n, bool once) { return exchange.Try(n, once); }, path, tally);
+    }
+    if (scale >= kLarge)
+    {
+        Certificate certificate(model);
+        FailEach(
+            scale, kSome, "certificate", [&](long n, bool once) { return certificate.Try(n, once); }, path, tally);
     }
     xercesc::XMLPlatformUtils::Terminate();
     g_hook = nullptr;

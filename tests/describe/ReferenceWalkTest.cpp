@@ -3,6 +3,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <string>
+#include <vector>
+
 #include "tests/support/TestScene.h"
 
 namespace KVR::Test
@@ -73,6 +77,29 @@ TEST(ReferenceWalk, GoesOnFromFurtherIds)
     EXPECT_THAT(Reached(walk), ElementsAre("alone", "i2", "i1", "red", "lost?", "p"));
     walk.Reach("alone");
     EXPECT_FALSE(walk.Next());
+}
+
+TEST(ReferenceWalk, GoesToEachOfManyObjectsOnce)
+{
+    constexpr int kParts = 3000;
+    std::string children;
+    std::string parts;
+    for (int i = 0; i < kParts; ++i)
+    {
+        std::string const id = "p" + std::to_string(i);
+        children +=
+            "<IInstance ID='i" + std::to_string(i) + "'><Child ID='p" + std::to_string(i / 3) + "'/></IInstance>";
+        parts += "<IPart ID='" + id + "'/>";
+    }
+    TestScene scene("<Scene><IFile ID='f'/><IAssembly ID='a'><ChildSet>" + children + "</ChildSet></IAssembly>" +
+                    parts + "</Scene>");
+    scene.Begin();
+    ReferenceWalk walk(scene.Producer());
+    walk.Reach("a");
+    std::vector<std::string> ids = Reached(walk);
+    EXPECT_EQ(ids.size(), 1U + kParts + kParts / 3);
+    std::sort(ids.begin(), ids.end());
+    EXPECT_EQ(std::unique(ids.begin(), ids.end()), ids.end());
 }
 
 }  // namespace KVR::Test

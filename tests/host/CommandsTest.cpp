@@ -3,8 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <CLI/CLI.hpp>
+#include <initializer_list>
 #include <set>
 #include <string>
+#include <utility>
+#include <vector>
+
+#include "host/Program.h"
 
 namespace KVR::Test
 {
@@ -23,7 +28,41 @@ std::set<std::string> NamesOf(MakeCommands makeCommands)
     return names;
 }
 
+std::vector<int> ends;
+
+// With what a run ends, and what it writes; the statuses that were handed over stand in ends.
+std::pair<int, std::string> RunInside(std::initializer_list<char const*> words)
+{
+    std::vector<char const*> arguments(words);
+    arguments.insert(arguments.begin(), "kvr");
+    ends.clear();
+    testing::internal::CaptureStdout();
+    testing::internal::CaptureStderr();
+    int const status = KVR::RunProgram(static_cast<int>(arguments.size()), arguments.data(), &SceneCommands,
+                                       [](int handedOver) { ends.push_back(handedOver); });
+    testing::internal::GetCapturedStderr();
+    return {status, testing::internal::GetCapturedStdout()};
+}
+
 }  // namespace
+
+TEST(Program, HandsOverTheStatusOfACommandThatHasRun)
+{
+    auto const [status, text] = RunInside({"hash", KVR_EXAMPLES_DIR "/as1-oc-214/as1-oc-214.xml"});
+    EXPECT_EQ(status, 0);
+    EXPECT_FALSE(text.empty());
+    EXPECT_EQ(ends, std::vector<int>{0});
+    EXPECT_EQ(RunInside({"tree", "/nowhere.xml"}).first, 1);
+    EXPECT_EQ(ends, std::vector<int>{1});
+}
+
+TEST(Program, HandsOverNoStatusOfWhatDidNotRun)
+{
+    EXPECT_EQ(RunInside({"tree"}).first, 2);
+    EXPECT_TRUE(ends.empty());
+    EXPECT_EQ(RunInside({"--version"}).first, 0);
+    EXPECT_TRUE(ends.empty());
+}
 
 TEST(Commands, OfScenesAreTheOnesThatAreKnownByName)
 {

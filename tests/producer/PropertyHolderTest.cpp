@@ -46,7 +46,7 @@ TEST(PropertyHolder, MeshesInstancesSetsAndBodiesAreOnes)
     EXPECT_EQ(CountHeldBy(
                   [](XMLProducerImpl& producer)
                   {
-                      return new XMLInstance("o", UTF16String(), Matrix3d(), ChangeKeyText(),
+                      return new XMLInstance("o", UTF8String(), Matrix3d(), ChangeKeyText(),
                                              static_cast<IFile const*>(nullptr), &producer);
                   }),
               2U);
