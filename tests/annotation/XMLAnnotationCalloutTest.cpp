@@ -96,10 +96,10 @@ TEST(XMLAnnotationCallout, ItsChildrenAreListedOnceInOrder)
 {
     CalloutElement const test("<ChildSet><Child ID='b'/><Child ID='a'/><Child ID='b'/><Child ID='lost'/>" +
                                   ElementOf("") + "<IPoint ID='p'/></ChildSet><ChildSet><Child ID='c'/>" +
-                                  ElementOf("", "f") + "</ChildSet>",
+                                  ElementOf("", "f") + ElementOf("", "g") + "</ChildSet>",
                               "", "<IPart ID='a'/><IPart ID='b'/><IPart ID='c'/>");
-    EXPECT_EQ(test.callout.ChildCount(), 5U);
-    EXPECT_THAT(ChildrenOf(test.callout), ElementsAre("b", "a", "e", "c", "f"));
+    EXPECT_EQ(test.callout.ChildCount(), 6U);
+    EXPECT_THAT(ChildrenOf(test.callout), ElementsAre("b", "a", "e", "c", "f", "g"));
 }
 
 TEST(XMLAnnotationCallout, ItsNamesAreExact)
@@ -231,7 +231,8 @@ TEST(XMLAnnotationCalloutElement, ACurveWithoutAnyStoreIsPassedOver)
 TEST(XMLAnnotationCalloutElement, MeshesAndCurvesComeFromTheirStores)
 {
     TestScene scene(std::string("<Scene>") + kMeshInfo + "<IAnnotationCallout ID='n'><ChildSet>" +
-                    ElementOf("<ChildSet><ICurve ID='lost'/><ICurve ID='c'/><IPolygonMesh ID='m'/></ChildSet>") +
+                    ElementOf("<ChildSet><ICurve ID='lost'/><ICurve ID='c'/><IPolygonMesh ID='none'/><IPolygonMesh "
+                              "ID='m'/></ChildSet>") +
                     "</ChildSet></IAnnotationCallout></Scene>");
     scene.WithFile("s.mesh", MeshInfoHeader(2).Bytes() + RecordFront(2, "c") + VertexBytes(2) + TriangleRecord("m"))
         .Begin();

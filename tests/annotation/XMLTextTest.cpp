@@ -94,6 +94,7 @@ TEST(XMLText, EachOriginStartsFromZero)
     EXPECT_EQ(OriginOf(TextElement("<Origin X='1' Y='2' Z='3'/>").text), (std::array<double, 3>{1, 2, 3}));
     EXPECT_EQ(OriginOf(TextElement("<Origin X='1' Y='2' Z='3'/><Origin Y='5'/>").text),
               (std::array<double, 3>{0, 5, 0}));
+    EXPECT_EQ(OriginOf(TextElement("<Origin X='1' Z='3'/>").text), (std::array<double, 3>{1, 0, 3}));
 }
 
 TEST(XMLText, ATransformIsSpecifiedAlsoWhenItIsTheIdentityOrNoTransform)

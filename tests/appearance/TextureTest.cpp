@@ -139,6 +139,11 @@ TEST(Texture, ANumberThatIsNoneIsSetToZero)
         EXPECT_EQ(AnswerOf(TextureScene(std::string(name) + "=\"1.5\"").Texture(), getter), 0) << name;
     for (auto const& [name, getter] : kDoubles)
         EXPECT_EQ(AnswerOf(TextureScene(std::string(name) + "=\"1,5\"").Texture(), getter), 0.0) << name;
+    for (auto const& [name, getter] : kVectors)
+    {
+        TextureScene scene("", "<" + std::string(name) + " X=\"1,5\" Y=\"x\"/>");
+        EXPECT_EQ(VectorOf(scene.Texture(), getter), std::pair(0.0, 0.0)) << name;
+    }
 }
 
 TEST(Texture, EachVectorElementSetsItsPropertyAlone)

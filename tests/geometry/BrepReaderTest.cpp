@@ -177,6 +177,16 @@ TEST(BrepReader, AUnitBeatsTheOlderFormWhereverItStands)
     }
 }
 
+TEST(BrepReader, UnitAndToleranceInAnotherCaseLeaveTheOlderForm)
+{
+    for (char const* const children : {"<unit/>", "<tolerance/>", "<UNITANDTOLERANCE/>"})
+    {
+        BrepElement test("", std::string(children) + kOlder);
+        EXPECT_EQ(UnitOf(test.Brep(), &IUnit::DisplayLengthUnit), kUnitType_Inch) << children;
+        EXPECT_EQ(test.Brep().ParamTolerance(), 0.3) << children;
+    }
+}
+
 TEST(BrepReader, AToleranceBeatsTheOlderFormToo)
 {
     BrepElement test("", std::string(kOlder) + "<Tolerance AngularTolerance='5' LinearTolerance='6'/>");

@@ -207,6 +207,13 @@ TEST(CurveData, AClosedPolylineRepeatsItsFirstPointAndNotItsVectors)
     EXPECT_THAT([&] { polyline.Point(-1, x, y, z); }, ThrowsMessage<std::out_of_range>(kBadIndex));
 }
 
+TEST(CurveData, AStretchOfAPolylineWithoutLengthIsItsFirstPoint)
+{
+    CurveScene test(4, ByteBuilder().BoolPair(false, false).U64(3).Bytes() + VertexBytes(1) + VertexBytes(2) +
+                           ByteBuilder().U64(0).Bytes());
+    EXPECT_EQ(ParamOf(test.Any(), 0, 0, 0), 0.0);
+}
+
 TEST(CurveData, APolylineRunsFromPointToPoint)
 {
     CurveScene test(

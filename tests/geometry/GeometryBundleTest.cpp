@@ -136,6 +136,17 @@ TEST_P(GeometryBundle, ChildrenAreListedOnceInTheOrderOfTheDocument)
     EXPECT_FALSE(m_scene->Has("w"));
 }
 
+TEST_P(GeometryBundle, EachChildIsOfItsKind)
+{
+    EXPECT_THAT(
+        ChildIds("<IBrep ID='a'/><IPoint ID='b'/><IPointCloud ID='c'/><IExtensionGeometry ID='d'/><IPoint ID='e'/>"),
+        ElementsAre("a", "b", "c", "d", "e"));
+    EXPECT_NO_THROW(m_scene->Get<IBrep>("a"));
+    EXPECT_NO_THROW(m_scene->Get<IPoint>("b"));
+    EXPECT_NO_THROW(m_scene->Get<IPointCloud>("c"));
+    EXPECT_NO_THROW(m_scene->Get<IExtensionGeometry>("d"));
+}
+
 TEST_P(GeometryBundle, FurtherSetsAddUp)
 {
     EXPECT_THAT(BundleChildren(&Read("<ChildSet><IPoint ID='a'/></ChildSet><ChildSet><IPoint ID='b'/></ChildSet>")),
@@ -186,15 +197,15 @@ TEST_P(GeometryBundle, AThousandLevelsAreReadAndThoseBeyondDropped)
     std::string xml = "<Scene>";
     for (int i = 0; i < kLevels; ++i)
         xml += std::string("<") + GetParam() + " xmlns='' ID='g" + std::to_string(i) + "'><ChildSet xmlns=''>";
-    for (int i = 0; i < kLevels; ++i)
-        xml += std::string("</ChildSet></") + GetParam() + ">";
+    for (int i = kLevels; i > 0; --i)
+        xml += std::string("</ChildSet></") + GetParam() + ">" + (i == 1001 ? "<IPoint ID='behind' xmlns=''/>" : "");
     TestScene scene(xml + "<IPoint ID='p'/></Scene>");
     RunOnStack(kSmallStack, [&] { scene.Begin(); });
     EXPECT_TRUE(scene.Has("g999"));
     EXPECT_FALSE(scene.Has("g1000"));
     EXPECT_TRUE(scene.Has("p"));
     EXPECT_THAT(BundleChildren(&scene.Get<IObject>("g998")), ElementsAre("g999"));
-    EXPECT_THAT(BundleChildren(&scene.Get<IObject>("g999")), IsEmpty());
+    EXPECT_THAT(BundleChildren(&scene.Get<IObject>("g999")), ElementsAre("behind"));
 }
 
 TEST_P(GeometryBundle, AThousandLevelsBehindAThousandReferencesLoadOnASmallStack)
@@ -301,6 +312,14 @@ TEST(XMLGeometricSet, SetsNestAndHaveAChangeKey)
     EXPECT_THAT(ChildrenOf(scene.Get<IGeometricSet>("a")), ElementsAre("b"));
     EXPECT_THAT(ChildrenOf(scene.Get<IGeometricSet>("b")), ElementsAre("p"));
     EXPECT_EQ(ChangeKeyOf(scene.Get<IGeometricSet>("a")), "k");
+}
+
+TEST(XMLGeometricSet, WhatStandsBehindANestedSetIsRead)
+{
+    TestScene scene(
+        "<Scene><IGeometricSet ID='g'><ChildSet><IGeometricSet ID='a'/><IGeometricSet ID='b'/><IPoint ID='c'/>"
+        "</ChildSet></IGeometricSet></Scene>");
+    EXPECT_THAT(BundleChildren(scene.Begin().Producer().Load("g")), ElementsAre("a", "b", "c"));
 }
 
 TEST(XMLExtensionGeometry, AGeometricSetInItIsSkippedAndThereIsNoChangeKey)

@@ -352,6 +352,26 @@ TEST(KernelCurves, UnknownIdsLeaveAnObjectWithoutCurves)
     EXPECT_EQ(curveObject.CurveDataAt(0), nullptr);
 }
 
+TEST(KernelCurves, UnderAPrefixAnEdgeIsFoundByItsWrittenId)
+{
+    Entities entities;
+    entities.push_back(Named<EDGE>(ArcEdge(), "e"));
+    TestScene scene(SceneOf("s.sab", "<ICurve ID='c'><GMKEntity EntityId='e'/></ICurve>"));
+    scene.WithFile("s.sab", StoreBytes(entities, false)).WithPrefix("n").Begin();
+    EXPECT_EQ(scene.Get<ICurve>("n1").KernelCurves().count(), 1);
+}
+
+TEST(KernelCurves, UnderAPrefixACurveIsLeftOutWhenItsWrittenIdIsTaken)
+{
+    Entities entities;
+    entities.push_back(Named<EDGE>(ArcEdge(), "e"));
+    // The part gets the id that the curve has in the document.
+    TestScene scene(SceneOf("s.sab", "<IPart ID='a'/><ICurve ID='n1'><GMKEntity EntityId='e'/></ICurve>"));
+    scene.WithFile("s.sab", StoreBytes(entities, false)).WithPrefix("n").Begin();
+    EXPECT_NO_THROW(scene.Get<IPart>("n1"));
+    EXPECT_FALSE(scene.Has("n2"));
+}
+
 TEST(KernelCurves, TwoElementsMayNameOneEdge)
 {
     Entities entities;

@@ -9,8 +9,10 @@
 #include <cstring>
 #include <random>
 #include <string>
+#include <vector>
 
 #include "framework/api/StringUtil.h"
+#include "framework/xml_util/ReadObserver.h"
 
 namespace KVR::Test
 {
@@ -29,6 +31,21 @@ NumberTexts Of(std::string const& text)
     texts.Append(Wide16(text).c_str());
     return texts;
 }
+
+// Whether each list of numbers converts, as an observer is told.
+class ListNotes final : public ReadObserver
+{
+public:
+    void TextRead(TextReading const& reading) override
+    {
+        EXPECT_EQ(reading.form, TextForm::kNumberList);
+        texts.emplace_back(reading.text);
+        understood.push_back(reading.isUnderstood);
+    }
+
+    std::vector<std::u16string> texts;
+    std::vector<bool> understood;
+};
 
 constexpr double kUntouched = -77.25;
 
@@ -102,6 +119,23 @@ TEST(NumberTexts, SeveralTextsMakeOneList)
     ASSERT_EQ(texts.RowCount(), 2U);
     EXPECT_EQ(RowOf(texts, 0), (std::array<double, 3>{1, 2, 3}));
     EXPECT_EQ(RowOf(texts, 1), (std::array<double, 3>{4, 5, 6}));
+}
+
+TEST(NumberTexts, AnObserverIsToldOfEachListWhetherAllOfItAreNumbers)
+{
+    std::u16string const lists[] = {u"1 2 3",     u"",        u" -1.5\t +2e3 \n", u"1 x 3", u"x",
+                                    u"1 2 3,4 5", u"0 1e999", u"7 \u0661",        u"4 5 6"};
+    ListNotes notes;
+    {
+        ReadObserverScope const scope(notes);
+        NumberTexts texts;
+        texts.Append(nullptr);
+        for (std::u16string const& list : lists)
+            texts.Append(list.c_str());
+    }
+    // Whole lists, each judged by itself.
+    EXPECT_EQ(notes.texts, std::vector<std::u16string>(std::begin(lists), std::end(lists)));
+    EXPECT_EQ(notes.understood, (std::vector<bool>{true, true, true, false, false, false, false, false, true}));
 }
 
 TEST(NumberTexts, GivingBackSpareMemoryChangesNothing)

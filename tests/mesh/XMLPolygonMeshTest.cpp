@@ -62,6 +62,12 @@ TEST(XMLPolygonMesh, BeforeAnElementDressesItItIsShownAndPlain)
     EXPECT_TRUE(mesh.Label().IsEmpty());
     EXPECT_EQ(mesh.PolygonCount(), 0U);
     EXPECT_EQ(mesh.Transform(), nullptr);
+    UnitTypeEnum unit = kUnitType_Inch;
+    EXPECT_EQ(mesh.LengthUnit(unit), kIsValueSpecified_Yes);
+    EXPECT_EQ(unit, kUnitType_Unknown);
+    unit = kUnitType_Inch;
+    EXPECT_EQ(mesh.DisplayLengthUnit(unit), kIsValueSpecified_Yes);
+    EXPECT_EQ(unit, kUnitType_Unknown);
     EXPECT_EQ(mesh.FaceSegmentCount(), 0U);
     IdSetSet materials;
     EXPECT_EQ(mesh.PolygonMaterials(materials), kIsValueSpecified_No);
@@ -291,6 +297,18 @@ TEST(XMLPolygonMesh, ADisposedMeshDoesNotComeBackWithASecondReading)
     scene.Producer().Dispose("m");
     scene.Begin();
     EXPECT_FALSE(scene.Has("m"));
+}
+
+TEST(XMLPolygonMesh, ADisposedMeshIsNoChildOfAPartThatIsReadAgain)
+{
+    TestScene scene(std::string("<Scene>") + kMeshInfo +
+                    "<IPart ID='p'><ChildSet><IPolygonMesh ID='m'/></ChildSet></IPart></Scene>");
+    scene.WithFile("s.mesh", kStore).Begin();
+    ASSERT_EQ(scene.ChildIds("p").size(), 1U);
+    scene.Producer().Dispose("m");
+    scene.Producer().Dispose("p");
+    scene.Begin();
+    EXPECT_TRUE(scene.ChildIds("p").empty());
 }
 
 TEST(XMLPolygonMesh, APolygonOfAMeshIsForReadingAlone)

@@ -45,6 +45,24 @@ struct MutantEquals
     }
 };
 
+/// One of two, for what wants either: two functions of an object may be those of different bases.
+template <class Other, class Own>
+struct MutantEither
+{
+    MutantEither(bool isOther, Other other, Own own) : m_isOther(isOther), m_other(other), m_own(own) {}
+
+    template <class Wanted>
+    operator Wanted() const
+    {
+        return m_isOther ? static_cast<Wanted>(m_other) : static_cast<Wanted>(m_own);
+    }
+
+private:
+    bool m_isOther;
+    Other m_other;
+    Own m_own;
+};
+
 }  // namespace KVR
 
 #pragma GCC visibility pop

@@ -42,6 +42,7 @@ def record(tree: Tree, most: int) -> Meeting:
             if not good:
                 sys.exit(f"mutation: without a mistake kvr_tests_{name} fails: {by}")
             os.replace(f"{file}.new", file)
+            Path(f"{file}.new.marks").unlink()
         rows = [line.split() for line in file.read_text().splitlines()]
         meeting.always[name] = {int(n) for n in rows[0][2:]}
         meeting.tests[name] = [(row[0], int(row[1]), {int(n) for n in row[2:]}) for row in rows[1:]
@@ -84,17 +85,20 @@ def try_mutant(tree: Tree, meeting: Meeting, mutant: Mutant) -> None:
     mutant.state = "survived" if met else "not reached"
 
 
-def equivalents(root: Path) -> dict[tuple[str, str], str]:
-    """Mistakes that change nothing, by path and change, with the reason."""
-    file = root / "tests/mutation/equivalent.json"
-    return {(row["path"], row["change"]): row["reason"] for row in json.loads(file.read_text())}
+def equivalents(root: Path) -> set[tuple[str, str]]:
+    """Mistakes that change nothing, by path and change; the file groups them by their reason."""
+    groups = json.loads((root / "tests/mutation/equivalent.json").read_text())
+    return {(path, change) for group in groups for path, changes in group["mistakes"].items() for change in changes}
 
 
 def report(tree: Tree, tried: list[Mutant], share: float) -> int:
-    reasons = equivalents(tree.root)
+    listed = equivalents(tree.root)
+    untrue = listed - {(mutant.path, mutant.change) for mutant in tree.mutants.values()}
     for mutant in tried:
-        if mutant.state in ("survived", "not reached") and (mutant.path, mutant.change) in reasons:
+        if (mutant.path, mutant.change) in listed and mutant.state in ("survived", "not reached"):
             mutant.state = "equivalent"
+        elif (mutant.path, mutant.change) in listed:
+            untrue.add((mutant.path, mutant.change))
     states = ("killed", "survived", "not reached", "equivalent", "does not compile")
     print(f"{'':24}" + "".join(f"{state:>18}" for state in states))
     for operator in sorted({mutant.operator for mutant in tried}) + [""]:
@@ -103,25 +107,32 @@ def report(tree: Tree, tried: list[Mutant], share: float) -> int:
     left = [mutant for mutant in tried if mutant.state in ("survived", "not reached")]
     for mutant in left:
         print(f"{mutant.state}: {mutant.path}:{mutant.line}: {mutant.operator} {mutant.number}: {mutant.change}")
+    for path, change in sorted(untrue):
+        print(f"listed as without effect, and noticed or gone: {path}: {change}")
     spent = resource.getrusage(resource.RUSAGE_CHILDREN)
     print(f"{len(tried)} of {len(tree.mutants)} mistakes, a share of {share:g}, in "
           f"{spent.ru_utime + spent.ru_stime:.0f} s of the processor")
     (tree.work / "results.json").write_text(json.dumps([vars(mutant) for mutant in tried], indent=1))
-    return 1 if left else 0
+    return 1 if left or untrue else 0
 
 
 def try_all(tree: Tree, meeting: Meeting, to_try: list[Mutant], keeps: bool) -> None:
-    """Tries the mistakes, and writes down each at once; takes over what was killed before if that is wanted."""
+    """Tries the mistakes, and writes down each at once. If that is wanted, what was killed before is taken over, and what
+    is listed as without effect is believed."""
     log = tree.work / "tried.jsonl"
-    before: dict[tuple[str, int, str], str] = {}
+    listed = equivalents(tree.root) if keeps else set()
+    before: dict[tuple[str, str], str] = {}
     if keeps and log.exists():
         rows = [json.loads(line) for line in log.read_text().splitlines()]
-        before = {(r["path"], r["line"], r["change"]): r["by"] for r in rows if r["state"] == "killed"}
+        before = {(r["path"], r["change"]): r["by"] for r in rows if r["state"] == "killed"}
     start = time.monotonic()
     with log.open("a" if keeps else "w") as file:
 
         def try_one(mutant: Mutant) -> None:
-            by = before.get((mutant.path, mutant.line, mutant.change))
+            if (mutant.path, mutant.change) in listed:
+                mutant.state = "survived"
+                return
+            by = before.get((mutant.path, mutant.change))
             if by:
                 mutant.state, mutant.by = "killed", by
                 return
@@ -142,7 +153,7 @@ def main() -> int:
     parser.add_argument("--seed", type=int, default=1, help="which share")
     parser.add_argument("--only", default="", help="a pattern for paths, operators or numbers: \"path operator number\"")
     parser.add_argument("--most", type=int, default=sys.maxsize, help="leave out tests that take more milliseconds")
-    parser.add_argument("--keep", action="store_true", help="take over what earlier runs of the same sources killed")
+    parser.add_argument("--keep", action="store_true", help="take over what earlier runs of the same sources killed, and believe the list")
     parser.add_argument("--jobs", type=int, default=os.cpu_count() or 1)
     parser.add_argument("--list", action="store_true", help="list the mistakes, and try none")
     options = parser.parse_args()

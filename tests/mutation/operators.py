@@ -90,7 +90,8 @@ def names(code: str, kinds: Kinds) -> Iterator[Place]:
     """Another name of an element or attribute: the next in the list of its kind."""
     for match in re.finditer(r"\bNames::(\w+)", code):
         name = match.group(1)
-        other = "Revision" if name == "Description" else "Description"
+        # Of those that elements and attributes share.
+        other = "ID" if name == "Description" else "Description"
         for of_kind in (kinds.elements, kinds.attributes):
             if name in of_kind:
                 other = of_kind[(of_kind.index(name) + 1) % len(of_kind)]
@@ -134,8 +135,8 @@ def defaults(code: str, _: Kinds) -> Iterator[Place]:
     for pattern, text in DEFAULTS:
         for match in re.finditer(pattern, code):
             begin = code.rfind("\n", 0, match.start()) + 1
-            # What a loop counts with is no default.
-            if not re.match(r" *(?:for|while) \(", code[begin : match.start()]):
+            # What a loop counts with is no default, and neither is a function's being pure.
+            if not re.match(r" *(?:(?:for|while) \(|virtual\b)", code[begin : match.start()]):
                 yield Place("default", *match.span(), (text,))
 
 
@@ -147,13 +148,16 @@ def results(code: str, _: Kinds) -> Iterator[Place]:
 
 def targets(code: str, _: Kinds) -> Iterator[Place]:
     """A row of a table stands for what a row beside it stands for."""
-    row = r"\{(?:[\w:]+|\"[^\"\n]*\"), ([^{},]+)(?:, [^{}]+)?\}"
+    target = r"((?:<[^<>]*>|[^{},<])+)"
+    row = rf"\{{(?:[\w:]+|\"[^\"\n]*\"), {target}(?:, [^{{}}]+)?\}}"
     for table in re.finditer(r"\b\w+\[\] = \{\n(.*?)\n *\};", code, re.DOTALL):
         rows = list(re.finditer(row, table.group(1)))
         for number, one in enumerate(rows):
             others = [rows[i].group(1) for i in (number + 1, number - 1)
                       if 0 <= i < len(rows) and rows[i].group(1) != one.group(1)]
-            yield Place("target", table.start(1) + one.start(1), table.start(1) + one.end(1), tuple(others[:1]))
+            if others:
+                yield Place("target", table.start(1) + one.start(1), table.start(1) + one.end(1), tuple(others[:1]),
+                            f"MutantEither({{0}}, {others[0]}, {one.group(1)})")
 
 
 def firsts(code: str, _: Kinds) -> Iterator[Place]:
@@ -201,5 +205,6 @@ def with_mistakes(source: str, places: Sequence[Place], first: int, left_out: Co
         pieces += [source[at : place.start], text]
         at = place.end
     pieces.append(source[at:])
-    # What is chosen at run time is no constant.
-    return re.sub(r"\bconstexpr (?=[^;(){}]*\{[^;]*::kvr_mutant)", "const ", "".join(pieces))
+    # What is chosen at run time is no constant, and neither is what is made of it.
+    code = re.sub(r"\bconstexpr (?=[^;(){}]*(?:\{|= )[^;]*::kvr_mutant)", "const ", "".join(pieces))
+    return re.sub(r"\bconstexpr (?=BooleanForm\b)", "const ", code)

@@ -49,6 +49,16 @@ class OperatorsTest(unittest.TestCase):
         self.assertEqual(mistakes('constexpr Row kRows[] = {\n    {"a", &A}, {"b", &B}, {"c", &C},\n};\n'),
                          [("target", "&A", "&B"), ("target", "&B", "&C"), ("target", "&C", "&B")])
 
+    def test_a_target_may_have_several_arguments_of_a_template(self) -> None:
+        self.assertEqual(mistakes("constexpr Row kRows[] = {\n    {Any, &A<B, C>, kNext},\n    {Any, &D, kNext},\n};\n"),
+                         [("target", "&A<B, C>", "&D"), ("target", "&D", "&A<B, C>")])
+
+    def test_constants_that_are_chosen_at_run_time_are_none(self) -> None:
+        code = "constexpr unsigned kVersion = 1;\nvirtual void Receive() = 0;\nconstexpr BooleanForm kOther = kForm;\n"
+        self.assertEqual(with_mistakes(code, places_of(code, KINDS), 3),
+                         "const unsigned kVersion = (::kvr_mutant(3) ? 0 : 1);\nvirtual void Receive() = 0;\n"
+                         "const BooleanForm kOther = kForm;\n")
+
     def test_comments_texts_and_what_observers_are_told_are_left_alone(self) -> None:
         code = ('// return false; here\nchar const* text = "return true;";\n'
                 "void TellIt(ReadObserver& observer)\n{\n    bool is = true;\n}\n"

@@ -48,6 +48,30 @@ TEST_F(GeometryDispatch, EachKindIsReadOnceAndThenDone)
     }
 }
 
+TEST_F(GeometryDispatch, InAnotherCaseNoKindIsRead)
+{
+    std::string elements;
+    std::vector<std::string> ids;
+    for (char const* const name :
+         {"iFile", "iAssembly", "iPart", "iInstance", "iBrep", "iCurve", "iPolygonMesh", "iPoint", "iPointCloud",
+          "iGeometricSet", "iSketch", "iExtensionGeometry", "iWorkAxis", "iWorkPlane", "iWorkPoint",
+          "iAnnotationCallout", "iAnnotationCalloutElement"})
+    {
+        ids.push_back(std::string("id-") + name);
+        elements += std::string("<") + name + " ID='" + ids.back() + "' SketchTypeEnum='kSketchType_2D'>" +
+                    "<Child ID='target'/></" + name + ">";
+    }
+    Note("<IPart ID='target'/>" + elements);
+    m_reading.AddKernelEntry("kernel");
+    ReadAll();
+    ASSERT_TRUE(m_reading.Has("target"));
+    for (std::string const& id : ids)
+    {
+        EXPECT_FALSE(m_reading.Has(id.c_str())) << id;
+        EXPECT_TRUE(Index().ReadNodeById(UTF8String(id.c_str()))) << id << " would be read again";
+    }
+}
+
 TEST_F(GeometryDispatch, ReadingOneAheadAnswersTrue)
 {
     Note("<IFile ID='0'/>");
@@ -58,6 +82,16 @@ TEST_F(GeometryDispatch, ReadingOneAheadAnswersTrue)
         "<IAnnotationCallout ID='i'/>");
     for (char const* const id : {"a", "b", "c", "d", "e", "f", "g", "h", "i"})
         EXPECT_TRUE(Index().ReadNodeById(id)) << id;
+}
+
+TEST_F(GeometryDispatch, ACurveOfTheKernelIsReadOnceUnderAPrefixToo)
+{
+    m_reading.Producer().SetNewObjectIdPrefix("n");
+    m_reading.AddKernelEntry("kernel");
+    Note("<ICurve ID='c'/>");
+    ReadAll();
+    ASSERT_TRUE(m_reading.Has("n1"));
+    EXPECT_FALSE(Index().ReadNodeById("c"));
 }
 
 TEST_F(GeometryDispatch, AFailedSketchAnswersFalseAndLeavesItsPoints)

@@ -346,6 +346,21 @@ TEST(Lifecycle, TheHostsHoldOnXercesOutlivesEveryProducer)
     xercesc::XMLPlatformUtils::Terminate();
 }
 
+TEST(Lifecycle, AProducerThatHasEndedLetsGoOfXercesOnce)
+{
+    xercesc::XMLPlatformUtils::Initialize();
+    // Many, since failed producers before may have left holds of theirs.
+    for (int i = 0; i < 300; ++i)
+    {
+        TestScene scene(kScene);
+        scene.Begin().Producer().EndProcess();
+    }
+    XMLCh* text = xercesc::XMLString::transcode("text");
+    EXPECT_EQ(xercesc::XMLString::stringLen(text), 4U);
+    xercesc::XMLString::release(&text);
+    xercesc::XMLPlatformUtils::Terminate();
+}
+
 TEST(Lifecycle, TheFullSceneAnswersWhatItSays)
 {
     TestScene scene(FullScene());

@@ -66,6 +66,15 @@ TEST(NodeDispatch, BuildsOnlyTheLaterOfTwoElementsWithOneId)
     EXPECT_FALSE(scene.Has("P3"));
 }
 
+TEST(NodeDispatch, LeavesAnIdToItsObjectWhenAnotherElementHasItToo)
+{
+    for (char const* const other : {"ipart", "IPARTS", "Reference", "IMaterialTexture"})
+    {
+        TestScene scene(std::string("<Scene><IPart ID='p'/><") + other + " ID='p'/></Scene>");
+        EXPECT_TRUE(scene.Begin().Has("p")) << other;
+    }
+}
+
 TEST(NodeDispatch, LetsElementsWithoutAnIdAllFallOnTheEmptyOne)
 {
     TestScene scene(R"(<Scene><IPart Label="first"/><IAssembly Label="second"/><IPart ID="" Label="third"/>

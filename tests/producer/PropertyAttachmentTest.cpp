@@ -128,6 +128,13 @@ TEST(Properties, OfOneIdMayBelongToTwoObjects)
     EXPECT_EQ(scene.InDatabase("b"), "1");
 }
 
+TEST(Properties, OfTheEmptyIdReachTheObjectWithoutAnId)
+{
+    TestScene scene("<Scene><IPart ID='p'/><IInstance Label='nameless'><Child ID='p'/></IInstance></Scene>");
+    scene.WithFile("scene.kvrproperty", Properties(Property("p0", "", "1") + Property("p1", "", "2"))).Begin();
+    EXPECT_THAT(Ids(scene.Get<IInstance>("").PropertyIds()), ElementsAre("p0", "p1"));
+}
+
 TEST(Properties, ThatMakeNoneArePassedOver)
 {
     PropertyScene scene("<Property ObjectID=\"m\"/><Property ID=\"p0\"/>" +

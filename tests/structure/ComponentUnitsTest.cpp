@@ -156,6 +156,13 @@ TEST(ComponentUnits, TheOlderFormInAnotherCaseTakesThePlaceOfAnExactOneInAnAssem
     EXPECT_EQ(Read("IPart", content), (UnitAnswers{kUnitType_Mile, kUnitType_Unknown, kUnitType_Mile}));
 }
 
+TEST(ComponentUnits, AUnitInAnotherCaseLeavesTheOlderForm)
+{
+    for (char const* const element : {"IAssembly", "IPart"})
+        EXPECT_EQ(Read(element, "<unit LengthUnit='kUnitType_Inch'/><UnitAndTolerance LengthUnit='kUnitType_Mile'/>"),
+                  (UnitAnswers{kUnitType_Mile, kUnitType_Unknown, kUnitType_Mile}));
+}
+
 TEST(ComponentUnits, TheUnitsMayStandBehindTheChildren)
 {
     for (char const* const element : {"IAssembly", "IPart"})

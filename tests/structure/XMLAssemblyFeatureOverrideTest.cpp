@@ -181,6 +181,13 @@ TEST(XMLAssemblyFeatureOverride, AChildThatFailsIsLeftOutAndTheNextIsRead)
     EXPECT_THAT(o.Children(), ElementsAre("m1", "m2"));
 }
 
+TEST(XMLAssemblyFeatureOverride, WhatStandsBehindItInTheAssemblyIsRead)
+{
+    TestScene scene(InScene("<IAssembly ID='a'>" + Children("<IAssemblyFeatureOverride ID='o'/><IPoint ID='p'/>") +
+                            "</IAssembly>"));
+    EXPECT_THAT(scene.Begin().ChildIds("a"), ElementsAre("o", "p"));
+}
+
 TEST(XMLAssemblyFeatureOverride, TheNameOfTheChildSetCountsExactly)
 {
     EXPECT_THAT(OverrideScene("<childset><IPolygonMesh ID='m1'/></childset>").Children(), IsEmpty());

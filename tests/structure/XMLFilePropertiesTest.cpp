@@ -268,8 +268,12 @@ TEST(XMLFileProperties, OfSeveralVectorsTheFirstStaysEvenWhenItIsBad)
 
 TEST(XMLFileProperties, AVectorOutsideOfViewDataIsTheSameKey)
 {
-    ReadProperties const properties("<UpVector>1,2,3</UpVector>" + ViewText("<UpVector>4,5,6</UpVector>"));
-    EXPECT_THAT(ComponentsOf(AnswerOf(*properties, &FileProperties::ViewDataOf)->UpVector()), ElementsAre(1, 2, 3));
+    ReadProperties const properties("<UpVector>1,2,3</UpVector><FrontVector>7,8,9</FrontVector>" +
+                                    ViewText("<UpVector>4,5,6</UpVector><FrontVector>4,5,6</FrontVector>"));
+    auto const data = AnswerOf(*properties, &FileProperties::ViewDataOf);
+    ASSERT_TRUE(data);
+    EXPECT_THAT(ComponentsOf(data->UpVector()), ElementsAre(1, 2, 3));
+    EXPECT_THAT(ComponentsOf(data->FrontVector()), ElementsAre(7, 8, 9));
 }
 
 TEST(XMLFileProperties, OnlyTheVectorsOfViewDataAreKept)

@@ -35,7 +35,7 @@ void Count(SceneAnswers& answers, std::string_view id, IObject const* object, In
 
 SceneAnswers WalkScene(XMLProducer& producer, std::vector<std::string> const& ids)
 {
-    static std::string const kExtensionTypes[] = {"type"};
+    static std::string const kExtensionTypes[] = {"type", ""};
     SceneAnswers answers;
     TextAnswers text;
     std::vector<UTF8String> const from(ids.begin(), ids.end());

@@ -65,6 +65,13 @@ TEST(DocumentParser, LeavesOutTheSpaceBetweenTheElementsOfContainers)
     EXPECT_EQ(OutlineOf("<S> <IPart/> <IBrep> </IBrep> </S>"), "S(IPart()IBrep())");
 }
 
+TEST(DocumentParser, LeavesItOutOfEachKindOfContainer)
+{
+    for (std::string const name : {"IInstance", "ChildSet", "IAssembly", "IPart", "IFile", "IBrep", "IPolygonMesh",
+                                   "ViewSet", "IView", "ViewMember", "ViewMemberChild"})
+        EXPECT_EQ(OutlineOf("<S><" + name + "> <P/> </" + name + "></S>"), "S(" + name + "(P()))");
+}
+
 TEST(DocumentParser, KeepsAllOtherText)
 {
     EXPECT_EQ(OutlineOf("<S>a <IPart> b</IPart></S>"), "S(a_IPart(_b))");
