@@ -1,22 +1,22 @@
 #pragma once
 
 #include <cstdint>
-#include <xercesc/sax2/Attributes.hpp>
-#include <xercesc/sax2/DefaultHandler.hpp>
+
+#include "framework/xml_util/SideFileParser.h"
 
 namespace KVR
 {
 
 /// Counts the elements under the root of a side file in XML, apart from the file's own reader.
-class RootChildren final : public xercesc::DefaultHandler
+class RootChildren final : public SideFileReceiver
 {
 public:
-    void startElement(XMLCh const*, XMLCh const*, XMLCh const*, xercesc::Attributes const&) override
+    void Begin(SideFileElement const&) override
     {
         if (m_depth++ == 1)
             ++count;
     }
-    void endElement(XMLCh const*, XMLCh const*, XMLCh const*) override { --m_depth; }
+    void End() override { --m_depth; }
 
     std::uint64_t count = 0;
 

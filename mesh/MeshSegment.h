@@ -13,12 +13,21 @@
 namespace KVR
 {
 
-/// The polygons of a face or the vertices of an edge, in the memory of the store.
+/// The polygons of a face or the vertices of an edge. Faces mostly have polygons that follow one another, which take no
+/// memory; others stand in the memory of the store.
 struct MeshSegment
 {
+    /// One of the indices, by its place below the count.
+    std::int32_t At(std::size_t place) const noexcept
+    {
+        return indices ? indices[place] : static_cast<std::int32_t>(first + static_cast<std::uint32_t>(place));
+    }
+
+    /// Null for those that follow one another.
     std::int32_t const* indices = nullptr;
     std::size_t count : 63 = 0;
     std::size_t isVisible : 1 = 1;
+    std::uint32_t first = 0;
 };
 
 /// Segments in the memory of the store. Many records may add to one mesh, so that the list at least doubles when it

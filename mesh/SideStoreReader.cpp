@@ -86,8 +86,15 @@ MeshSegment ReadSegment(StoreCursor& store, StoreMemory& memory, StoreMemory::Bl
     if (count == 0)
         return segment;
     segment.count = static_cast<std::size_t>(count);
+    unsigned long long first = 0;
+    std::size_t const run = store.ReadRun(first, segment.count);
+    segment.first = static_cast<std::uint32_t>(first);
+    if (run == segment.count)
+        return segment;
     auto* const indices = reinterpret_cast<std::int32_t*>(memory.Take(segment.count * sizeof(std::int32_t), blocks));
-    std::size_t const held = store.ReadIndices(indices, segment.count);
+    for (std::size_t i = 0; i < run; ++i)
+        indices[i] = segment.At(i);
+    std::size_t const held = run + store.ReadIndices(indices + run, segment.count - run);
     std::fill(indices + held, indices + segment.count, 0);
     segment.indices = indices;
     return segment;
@@ -264,8 +271,9 @@ bool SideStoreReader::ReadSegmentRecords(std::FILE* file, MeshStore& meshStore)
     TellObserver(&ReadObserver::RecordsClaimed, recordCount);
     if (recordCount == 0)
         return false;
-    // An index takes half of the memory that it takes of the file.
-    SegmentSpace space{StoreMemory(store.Remaining() / 2), {}};
+    // An index takes half of the memory that it takes of the file, or none.
+    constexpr unsigned long long kFirstBlock = 64 * 1024;
+    SegmentSpace space{StoreMemory(store.Remaining() / 2, kFirstBlock), {}};
     for (unsigned long long i = 0; i < recordCount && !store.HasEnded(); ++i)
     {
         unsigned long long const begin = store.Position();

@@ -56,8 +56,9 @@ void intrusive_ptr_release(StoreMemory::BlockMemory* block) noexcept
     block->LetGo();
 }
 
-StoreMemory::StoreMemory(unsigned long long expected)
-    : m_blockSize(static_cast<std::size_t>(std::clamp<unsigned long long>(expected, kSmallestBlock, kLargestBlock)))
+StoreMemory::StoreMemory(unsigned long long expected, unsigned long long first)
+    : m_largest(static_cast<std::size_t>(std::clamp<unsigned long long>(expected, kSmallestBlock, kLargestBlock))),
+      m_blockSize(static_cast<std::size_t>(std::clamp<unsigned long long>(first, kSmallestBlock, m_largest)))
 {
 }
 
@@ -96,16 +97,18 @@ std::byte* StoreMemory::Take(std::size_t size, Block& block)
 std::byte* StoreMemory::TakeOrMake(std::size_t size, Block& own)
 {
     size = (size + kAlignment - 1) / kAlignment * kAlignment;
-    if (static_cast<std::size_t>(m_end - m_next) < size || size > m_blockSize / 2)
+    if (static_cast<std::size_t>(m_end - m_next) < size || size > m_largest / 2)
     {
-        if (size > m_blockSize / 2)
+        if (size > m_largest / 2)
         {
             own = BlockMemory::Make(size);
             return own->Bytes();
         }
+        m_blockSize = std::clamp(2 * size, m_blockSize, m_largest);
         m_block = BlockMemory::Make(m_blockSize);
         m_next = m_block->Bytes();
         m_end = m_next + m_blockSize;
+        m_blockSize = std::min(2 * m_blockSize, m_largest);
     }
     std::byte* const taken = m_next;
     m_next += size;

@@ -31,8 +31,10 @@ public:
         std::unique_ptr<std::vector<Block>> m_others;
     };
 
-    /// `expected` is about what the whole store will need, in bytes; blocks are no larger.
-    explicit StoreMemory(unsigned long long expected);
+    /// `expected` is about what the whole store will need, in bytes; blocks are no larger. A store that may need far
+    /// less says how large the `first` is to be; those behind it double.
+    explicit StoreMemory(unsigned long long expected) : StoreMemory(expected, expected) {}
+    StoreMemory(unsigned long long expected, unsigned long long first);
 
     /// So many bytes, not cleared and aligned for doubles and pointers, which live as long as `blocks`, or `block`.
     /// Throws std::bad_alloc.
@@ -47,6 +49,8 @@ public:
 private:
     std::byte* TakeOrMake(std::size_t size, Block& own);
 
+    std::size_t m_largest;
+    /// Of the next one.
     std::size_t m_blockSize;
     Block m_block;
     std::byte* m_next = nullptr;

@@ -33,7 +33,7 @@ bool IndicesAt(MeshSegmentList const& segments, unsigned long index, Set& set, A
     MeshSegment const& segment = segments.All()[index];
     set.Reserve(segment.count);
     for (std::size_t i = 0; i < segment.count; ++i)
-        add(set, segment.indices[i]);
+        add(set, segment.At(i));
     return true;
 }
 

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cmath>
 #include <nlohmann/json.hpp>
+#include <stdexcept>
+#include <utility>
 
 namespace KVR::Certification
 {
@@ -19,6 +21,97 @@ std::vector<double> Finite(std::vector<double> numbers)
         number = std::isfinite(number) ? number : 0.0;
     return numbers;
 }
+
+// What the text of facts is made of, one after the other, as it is parsed. Whoever makes a document of it instead,
+// needs memory to give it back, and ends where there is none.
+class FactsTokens final : public nlohmann::json_sax<nlohmann::json>
+{
+public:
+    explicit FactsTokens(std::string const& text)
+    {
+        if (!nlohmann::json::sax_parse(text, this))
+            throw std::runtime_error("the facts of a model are no text of theirs");
+    }
+
+    /// Goes into a list or an object, and out of it where it ends.
+    void Enter() { Take(Kind::kBegin); }
+    bool Leave()
+    {
+        if (m_next == m_tokens.size() || m_tokens[m_next].kind != Kind::kEnd)
+            return false;
+        ++m_next;
+        return true;
+    }
+    /// A text, or the name of a member.
+    std::string Text() { return std::move(Take(Kind::kText).text); }
+    double Number() { return Take(Kind::kNumber).number; }
+    unsigned long long Count() { return static_cast<unsigned long long>(Number()); }
+    bool Flag() { return Number() != 0.0; }
+    std::vector<double> Numbers()
+    {
+        std::vector<double> numbers;
+        for (Enter(); !Leave();)
+            numbers.push_back(Number());
+        return numbers;
+    }
+    std::set<std::string> Texts()
+    {
+        std::set<std::string> texts;
+        for (Enter(); !Leave();)
+            texts.insert(Text());
+        return texts;
+    }
+
+    bool null() override { return false; }
+    bool binary(binary_t&) override { return false; }
+    bool boolean(bool flag) override { return Keep({Kind::kNumber, flag ? 1.0 : 0.0, {}}); }
+    bool number_integer(number_integer_t number) override
+    {
+        return Keep({Kind::kNumber, static_cast<double>(number), {}});
+    }
+    bool number_unsigned(number_unsigned_t number) override
+    {
+        return Keep({Kind::kNumber, static_cast<double>(number), {}});
+    }
+    bool number_float(number_float_t number, string_t const&) override { return Keep({Kind::kNumber, number, {}}); }
+    bool string(string_t& text) override { return Keep({Kind::kText, 0.0, std::move(text)}); }
+    bool key(string_t& text) override { return Keep({Kind::kText, 0.0, std::move(text)}); }
+    bool start_object(std::size_t) override { return Keep({Kind::kBegin, 0.0, {}}); }
+    bool end_object() override { return Keep({Kind::kEnd, 0.0, {}}); }
+    bool start_array(std::size_t) override { return Keep({Kind::kBegin, 0.0, {}}); }
+    bool end_array() override { return Keep({Kind::kEnd, 0.0, {}}); }
+    bool parse_error(std::size_t, std::string const&, nlohmann::detail::exception const&) override { return false; }
+
+private:
+    enum class Kind : unsigned char
+    {
+        kNumber,
+        kText,
+        kBegin,
+        kEnd
+    };
+    struct Token
+    {
+        Kind kind;
+        double number;
+        std::string text;
+    };
+
+    bool Keep(Token token)
+    {
+        m_tokens.push_back(std::move(token));
+        return true;
+    }
+    Token& Take(Kind kind)
+    {
+        if (m_next == m_tokens.size() || m_tokens[m_next].kind != kind)
+            throw std::runtime_error("the facts of a model are not in their order");
+        return m_tokens[m_next++];
+    }
+
+    std::vector<Token> m_tokens;
+    std::size_t m_next = 0;
+};
 
 }  // namespace
 
@@ -63,31 +156,43 @@ std::string ModelFacts::Text() const
 
 ModelFacts ModelFacts::Of(std::string const& text)
 {
-    nlohmann::json const object = nlohmann::json::parse(text);
+    FactsTokens tokens(text);
     ModelFacts facts;
-    for (auto const& row : object.at(0))
+    tokens.Enter();
+    for (tokens.Enter(); !tokens.Leave();)
     {
         Occurrence& o = facts.occurrences.emplace_back();
-        row.at(0).get_to(o.path);
-        row.at(1).get_to(o.name);
-        row.at(2).get_to(o.component);
-        row.at(3).get_to(o.componentName);
-        row.at(4).get_to(o.number);
-        row.at(5).get_to(o.isPart);
-        row.at(6).get_to(o.isHidden);
-        row.at(7).get_to(o.solids);
-        row.at(8).get_to(o.faces);
-        row.at(9).get_to(o.triangles);
-        o.bodies = Bulk::Of(row.at(10));
-        o.mesh = Bulk::Of(row.at(11));
-        row.at(12).get_to(o.properties);
-        row.at(13).get_to(o.units);
+        tokens.Enter();
+        o.path = tokens.Text();
+        o.name = tokens.Text();
+        o.component = tokens.Text();
+        o.componentName = tokens.Text();
+        o.number = tokens.Text();
+        o.isPart = tokens.Flag();
+        o.isHidden = tokens.Flag();
+        o.solids = tokens.Count();
+        o.faces = tokens.Count();
+        o.triangles = tokens.Count();
+        o.bodies = Bulk::Of(tokens.Numbers());
+        o.mesh = Bulk::Of(tokens.Numbers());
+        o.properties = tokens.Texts();
+        o.units = tokens.Texts();
+        tokens.Leave();
     }
-    for (auto const& [name, table] : object.at(1).items())
-        for (Table& entries = facts.tables[name]; auto const& [key, entry] : table.items())
-            entries[key] = {entry.at(0), entry.at(1)};
-    object.at(2).get_to(facts.hasBodies);
-    object.at(3).get_to(facts.hasMesh);
+    for (tokens.Enter(); !tokens.Leave();)
+    {
+        Table& entries = facts.tables[tokens.Text()];
+        for (tokens.Enter(); !tokens.Leave();)
+        {
+            Entry& entry = entries[tokens.Text()];
+            tokens.Enter();
+            entry.count = tokens.Number();
+            entry.numbers = tokens.Numbers();
+            tokens.Leave();
+        }
+    }
+    facts.hasBodies = tokens.Flag();
+    facts.hasMesh = tokens.Flag();
     return facts;
 }
 

@@ -1,10 +1,6 @@
 #include "exchange/export/DocumentParts.h"
 
-#include <fmt/format.h>
-
-#include <BRepGProp.hxx>
 #include <BRep_Builder.hxx>
-#include <GProp_GProps.hxx>
 #include <NCollection_DataMap.hxx>
 #include <Quantity_ColorRGBA.hxx>
 #include <TCollection_HAsciiString.hxx>
@@ -21,8 +17,6 @@
 #include <XCAFDoc_LayerTool.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
 #include <XCAFDoc_Volume.hxx>
-#include <cmath>
-#include <cstdlib>
 #include <limits>
 #include <sstream>
 
@@ -41,17 +35,6 @@ namespace
 using opencascade::handle;
 
 constexpr double kMillimetre = 1e-3;
-
-// To twelve digits, which come back as they are through any change of unit.
-double Rounded(double number)
-{
-    return std::strtod(fmt::format("{:.12g}", number).c_str(), nullptr);
-}
-
-gp_Pnt Rounded(gp_XYZ const& point)
-{
-    return {Rounded(point.X()), Rounded(point.Y()), Rounded(point.Z())};
-}
 
 // What the annotations of a scene speak of.
 std::vector<std::string> ReferencesOf(ExportTask const& task)
@@ -150,7 +133,7 @@ TDF_Label DocumentParts::Add(SceneComponent const& component, gp_Mat const& chan
     if (component.kind == SceneComponent::Kind::kPart)
         // What is said of the component holds for no copy that is scaled or mirrored.
         AddProperties(component, part, ElementsOf(change) == ElementsOf(unchanged));
-    AddMeasures(part, shape);
+    m_measures.Add(part, shape);
     AddTessellations(component, part, change);
     std::string const id(component.id);
     Note(id, {part});
@@ -250,12 +233,12 @@ void DocumentParts::AddProperties(SceneComponent const& component, TDF_Label con
         if (!withMeasures && property.name.starts_with("geometric validation property: "))
             continue;
         if (property.name == "geometric validation property: volume" && number)
-            XCAFDoc_Volume::Set(label, Rounded(*number * millimetres * millimetres * millimetres));
+            XCAFDoc_Volume::Set(label, RoundedMeasure(*number * millimetres * millimetres * millimetres));
         else if (property.name == "geometric validation property: area" && number)
-            XCAFDoc_Area::Set(label, Rounded(*number * millimetres * millimetres));
+            XCAFDoc_Area::Set(label, RoundedMeasure(*number * millimetres * millimetres));
         else if (property.name == "geometric validation property: centroid" && text &&
                  ReadTriple(*text, point.ChangeCoord(1), point.ChangeCoord(2), point.ChangeCoord(3)))
-            XCAFDoc_Centroid::Set(label, Rounded(scale * point));
+            XCAFDoc_Centroid::Set(label, RoundedPlace(scale * point));
         else if (property.name == "material" && text)
             product.material.name = *text;
         else if (property.name == "material description" && text)
@@ -268,46 +251,6 @@ void DocumentParts::AddProperties(SceneComponent const& component, TDF_Label con
             AddToProduct(product, property);
     }
     m_document.products.push_back(std::move(product));
-}
-
-void DocumentParts::AddMeasures(TDF_Label const& part, TopoDS_Shape const& shape)
-{
-    bool const hasVolume = part.IsAttribute(XCAFDoc_Volume::GetID());
-    bool const hasArea = part.IsAttribute(XCAFDoc_Area::GetID());
-    bool const hasCentroid = part.IsAttribute(XCAFDoc_Centroid::GetID());
-    std::vector<ShapeDocument::Solid> solids;
-    for (TopExp_Explorer solid(shape, TopAbs_SOLID); solid.More(); solid.Next())
-        solids.push_back({part, solid.Current(), {}, 0.0, 0.0, {}});
-    if (solids.empty() || (solids.size() == 1 && hasVolume && hasArea && hasCentroid))
-        return;
-    auto const isGood = [](double measure) { return std::isfinite(measure) && measure > 0.0; };
-    GProp_GProps volume;
-    GProp_GProps area;
-    for (ShapeDocument::Solid& solid : solids)
-    {
-        GProp_GProps ofSolid;
-        BRepGProp::VolumeProperties(solid.shape, ofSolid);
-        volume.Add(ofSolid);
-        GProp_GProps ofFaces;
-        BRepGProp::SurfaceProperties(solid.shape, ofFaces);
-        area.Add(ofFaces);
-        solid.volume = Rounded(ofSolid.Mass());
-        solid.area = Rounded(ofFaces.Mass());
-        if (isGood(solid.volume) && isGood(solid.area))
-            solid.centroid = Rounded(ofSolid.CentreOfMass().XYZ()).XYZ();
-    }
-    for (ShapeDocument::Solid& solid : solids)
-        if (solids.size() > 1 && isGood(solid.volume) && isGood(solid.area))
-            m_document.solids.push_back(std::move(solid));
-    if (!isGood(volume.Mass()) || !isGood(area.Mass()))
-        return;
-    double const millimetres = m_document.metresPerUnit / kMillimetre;
-    if (!hasVolume)
-        XCAFDoc_Volume::Set(part, Rounded(volume.Mass() * millimetres * millimetres * millimetres));
-    if (!hasArea)
-        XCAFDoc_Area::Set(part, Rounded(area.Mass() * millimetres * millimetres));
-    if (!hasCentroid)
-        XCAFDoc_Centroid::Set(part, Rounded(volume.CentreOfMass().XYZ()));
 }
 
 void DocumentParts::AddTessellations(SceneComponent const& component, TDF_Label const& part, gp_Mat const& change)

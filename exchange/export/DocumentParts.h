@@ -7,6 +7,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "exchange/export/DocumentMeasures.h"
 #include "exchange/export/PartShapes.h"
 #include "exchange/export/ShapeDocument.h"
 
@@ -29,6 +30,8 @@ public:
     /// Gives a part or an assembly the validation properties and the material that its custom properties tell, and
     /// notes what else is said of it.
     void AddProperties(SceneComponent const& component, TDF_Label const& label, bool withMeasures = true);
+    /// Measures the solids of all parts.
+    void AddMeasures() { m_measures.Finish(m_document); }
     /// Puts parts, bodies and faces into the layers that name them. What STEP has no place for in a layer is counted.
     void AddLayers();
 
@@ -53,9 +56,6 @@ private:
     };
 
     void AddTessellations(SceneComponent const& component, TDF_Label const& part, gp_Mat const& change);
-    /// The measures of its solids together, where the scene says nothing of them, and those of each of several: so that
-    /// a receiver can check them.
-    void AddMeasures(TDF_Label const& part, TopoDS_Shape const& shape);
     void Note(std::string const& id, Member const& member);
     void NoteTarget(std::string const& id, TDF_Label const& part, TopoDS_Shape const& shape);
 
@@ -69,6 +69,7 @@ private:
     /// What annotations speak of, with all that it is.
     std::unordered_map<std::string, std::vector<ShapeDocument::Target>> m_targets;
     PartShapes m_partShapes;
+    DocumentMeasures m_measures;
 };
 
 }  // namespace KVR

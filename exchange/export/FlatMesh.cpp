@@ -5,6 +5,7 @@
 #include <limits>
 #include <unordered_map>
 
+#include "framework/api/LargePages.h"
 #include "framework/api/LengthUnits.h"
 #include "framework/api/UnitText.h"
 #include "framework/api/kvr_api.h"
@@ -217,7 +218,11 @@ std::array<float, 3> PlacedPoint(Matrix const& transform, double const* point)
 void PlaceVertices(FlatGroup const& group, std::vector<std::array<float, 3>>& vertices)
 {
     vertices.clear();
-    vertices.reserve(group.run.vertexCount);
+    if (vertices.capacity() < group.run.vertexCount)
+    {
+        vertices.reserve(group.run.vertexCount);
+        AdviseLargePages(vertices.data(), group.run.vertexCount * sizeof vertices.front());
+    }
     double const* const first = group.mesh.positions.data() + 3 * group.run.firstVertex;
     for (std::size_t i = 0; i < group.run.vertexCount; ++i)
         vertices.push_back(PlacedPoint(group.transform, first + 3 * i));

@@ -5,6 +5,8 @@
 #include <stdexcept>
 #include <vector>
 
+#include "framework/api/LargePages.h"
+
 namespace KVR
 {
 
@@ -28,7 +30,10 @@ void GltfBuffers::Reserve(std::size_t bytes)
 {
     std::vector<unsigned char>& data = m_model.buffers.front().data;
     if (bytes > data.capacity() - data.size())
+    {
         data.reserve(std::max(data.size() + bytes, 2 * data.capacity()));
+        AdviseLargePages(data.data() + data.size(), data.capacity() - data.size());
+    }
 }
 
 int GltfBuffers::BeginView(std::size_t size, int target)

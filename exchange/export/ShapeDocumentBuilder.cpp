@@ -98,6 +98,7 @@ ShapeDocument ShapeDocumentBuilder::Build()
     m_shapes = XCAFDoc_DocumentTool::ShapeTool(m_document.document->Main());
     m_parts = std::make_unique<DocumentParts>(m_task, m_document, m_hasTriangles);
     AddRoots();
+    m_parts->AddMeasures();
     m_shapes->UpdateAssemblies();
     DocumentLooks looks(m_task, m_document, *m_parts);
     for (DocumentVariant const* const variant : m_inOrder)

@@ -7,6 +7,7 @@
 #include "exchange/export/ShapeDocumentBuilder.h"
 #include "exchange/export/StepFile.h"
 #include "exchange/run/NewFile.h"
+#include "exchange/run/ThreadBlocks.h"
 
 namespace KVR
 {
@@ -45,6 +46,7 @@ void WriteShapes(ExportTask& task, bool hasTriangles, Writer write)
 
 void ExportStep(ExportTask& task)
 {
+    ThreadBlocks const blocks;
     WriteShapes(task, true,
                 [&](ShapeDocument document, Output& out) { WriteStepFile(std::move(document), out, task.tell); });
 }

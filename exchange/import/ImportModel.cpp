@@ -1,6 +1,7 @@
 #include "exchange/ImportModel.h"
 
 #include <cerrno>
+#include <memory>
 #include <optional>
 #include <stdexcept>
 #include <system_error>
@@ -18,6 +19,7 @@
 #include "exchange/run/ChildProcess.h"
 #include "exchange/run/Heard.h"
 #include "exchange/run/StagePlan.h"
+#include "exchange/run/ThreadBlocks.h"
 #include "framework/api/Exception.h"
 #include "framework/api/LengthUnits.h"
 #include "framework/xml_util/XMLStrUtil.h"
@@ -118,12 +120,15 @@ private:
         reading.unit = options.unit;
         reading.isLenient = options.isLenient;
         reading.progress = EachPercent([&](ProgressReport const& report) { voice.Progress(report); });
-        ModelDocument const model = ModelDocument::Read(source.File(), format, reading);
-        for (std::string const& remark : model.remarks)
+        ThreadBlocks const blocks;
+        auto model = std::make_unique<ModelDocument>(ModelDocument::Read(source.File(), format, reading));
+        for (std::string const& remark : model->remarks)
             voice.Remark(remark);
         ImportReport const report =
-            WriteSceneOf(model, source.Path(), source.Name(), scenePath, options, reading.progress);
-        return AnswerOf(model.unit, model.isUnitStated, report);
+            WriteSceneOf(*model, source.Path(), source.Name(), scenePath, options, reading.progress);
+        // It goes with the process, at once.
+        ModelDocument const& done = *model.release();
+        return AnswerOf(done.unit, done.isUnitStated, report);
     }
 
     std::string ImportMeshes(ChildVoice const& voice) const

@@ -2,6 +2,10 @@
 
 #include <TopExp_Explorer.hxx>
 #include <TopoDS_Shape.hxx>
+#include <XCAFDoc_DocumentTool.hxx>
+#include <XCAFDoc_Note.hxx>
+#include <XCAFDoc_NoteComment.hxx>
+#include <XCAFDoc_NotesTool.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
 #include <algorithm>
 #include <charconv>
@@ -115,6 +119,19 @@ void NoteFacts::Add(AnnotationDetails& details, StepTolerance const& tolerance)
     details.zone = tolerance.zone;
     details.projection = tolerance.projection;
     details.modifiers = tolerance.modifiers;
+}
+
+void CountComments(Handle(TDocStd_Document) const& document, Losses& losses)
+{
+    TDF_LabelSequence notes;
+    XCAFDoc_DocumentTool::NotesTool(document->Main())->GetNotes(notes);
+    for (TDF_Label const& label : notes)
+    {
+        auto const note = XCAFDoc_Note::Get(label);
+        auto const comment = Handle(XCAFDoc_NoteComment)::DownCast(note);
+        UTF8String const text = CleanExtendedText(comment.IsNull() ? note->UserName() : comment->Comment());
+        losses.AddItem("comments", std::string(text.View()));
+    }
 }
 
 }  // namespace KVR

@@ -41,4 +41,7 @@ private:
     std::unordered_set<Part21File::Number> m_taken;
 };
 
+/// Counts the comments of a document, which the scene has no place for.
+void CountComments(Handle(TDocStd_Document) const& document, Losses& losses);
+
 }  // namespace KVR

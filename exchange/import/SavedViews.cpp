@@ -11,7 +11,6 @@
 #include <gp_Pln.hxx>
 #include <unordered_set>
 
-#include "exchange/import/ModelBox.h"
 #include "exchange/model/CleanText.h"
 
 namespace KVR
@@ -84,7 +83,7 @@ void ReadSectionPlanes(Authoring::CameraRecord& camera, TDF_LabelSequence const&
 
 }  // namespace
 
-SavedViews SavedViews::Of(ModelDocument const& model, ProductPlan const& plan,
+SavedViews SavedViews::Of(ModelDocument const& model, std::function<Bnd_Box()> const& boxOf,
                           std::function<std::vector<UTF8String>(TDF_Label const&)> const& idsOf,
                           std::function<UTF8String(std::string const&)> const& noteNamed, Losses& losses)
 {
@@ -95,7 +94,7 @@ SavedViews SavedViews::Of(ModelDocument const& model, ProductPlan const& plan,
     tool->GetViewLabels(labels);
     if (labels.IsEmpty())
         return result;
-    Bnd_Box const box = BoxOfModel(plan);
+    Bnd_Box const box = boxOf();
     for (TDF_Label const& label : labels)
     {
         Handle(XCAFDoc_View) attribute;

@@ -2,18 +2,15 @@
 
 #include <BRepTools.hxx>
 #include <BRep_Tool.hxx>
-#include <TDF_LabelSequence.hxx>
 #include <TopExp.hxx>
 #include <TopTools_IndexedMapOfShape.hxx>
 #include <TopoDS.hxx>
-#include <XCAFDoc_DocumentTool.hxx>
-#include <XCAFDoc_Note.hxx>
-#include <XCAFDoc_NoteComment.hxx>
-#include <XCAFDoc_NotesTool.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
 #include <filesystem>
 #include <map>
 #include <memory>
+#include <optional>
+#include <utility>
 
 #include "authoring/SceneWriter.h"
 #include "exchange/import/Annotations.h"
@@ -21,6 +18,8 @@
 #include "exchange/import/DocumentProperties.h"
 #include "exchange/import/InstanceStyles.h"
 #include "exchange/import/MeshRecord.h"
+#include "exchange/import/ModelBox.h"
+#include "exchange/import/NoteFacts.h"
 #include "exchange/import/OccurrenceWays.h"
 #include "exchange/import/PartPlan.h"
 #include "exchange/import/SavedViews.h"
@@ -65,14 +64,26 @@ public:
     {
         PlanParts();
         if (m_options.withMeshes)
-            m_report.deflection = MeshBodies(m_plan, m_options.quality, m_tell);
+            m_meshing.emplace(m_plan, m_options.quality, m_tell);
         auto const idsOf = [this](TDF_Label const& label) { return IdsOf(label); };
         m_annotations = std::make_unique<Annotations>(m_model, m_plan, idsOf, m_report.losses);
         WriteUniverse();
+        if (m_meshing)
+        {
+            m_report.deflection = m_meshing->Deflection();
+            // Its memory is that of the meshes.
+            if (m_model.release.valid())
+                m_model.release.wait();
+            m_meshing->Start();
+        }
         WriteFile();
         for (std::size_t i = 0; i < m_plan.components.size(); ++i)
         {
-            m_tell("writing", static_cast<double>(i) / static_cast<double>(m_plan.components.size()));
+            if (m_meshing)
+                m_meshing->Wait(i);
+            // Until all is meshed the threads that mesh tell how far they are.
+            if (!m_meshing || m_meshing->IsDone())
+                m_tell("writing", static_cast<double>(i) / static_cast<double>(m_plan.components.size()));
             if (m_plan.components[i].isAssembly)
                 WriteAssembly(i);
             else
@@ -165,7 +176,14 @@ private:
                     ways.Put(id, component);
             return ids;
         };
-        SavedViews views = SavedViews::Of(m_model, m_plan, memberIds, noteNamed, m_report.losses);
+        // Of triangles where there are some.
+        auto const boxOf = [&]
+        {
+            if (m_meshing)
+                m_meshing->WaitForAll();
+            return BoxOfModel(m_plan);
+        };
+        SavedViews views = SavedViews::Of(m_model, boxOf, memberIds, noteNamed, m_report.losses);
         for (Authoring::ViewRecord& view : views.views)
             ways.Lead(view, m_report.losses);
         attributes.views = std::move(views.views);
@@ -233,6 +251,8 @@ private:
         WriteNotes(index);
         m_scene.EndPart();
         ++m_report.counts.parts;
+        if (m_meshing)
+            m_meshing->Release(index, std::exchange(m_written, {}));
     }
 
     void WritePoint(BodyPlan const& body, bool isShown)
@@ -344,15 +364,7 @@ private:
 
     void CountLosses()
     {
-        TDF_LabelSequence notes;
-        XCAFDoc_DocumentTool::NotesTool(m_model.document->Main())->GetNotes(notes);
-        for (TDF_Label const& label : notes)
-        {
-            auto const note = XCAFDoc_Note::Get(label);
-            auto const comment = Handle(XCAFDoc_NoteComment)::DownCast(note);
-            UTF8String const text = CleanExtendedText(comment.IsNull() ? note->UserName() : comment->Comment());
-            m_report.losses.AddItem("comments", std::string(text.View()));
-        }
+        CountComments(m_model.document, m_report.losses);
         if (m_model.step)
             CountStepLosses(*m_model.step, m_annotations->Entities(), m_report.losses);
         for (TopoDS_Shape const& shape : m_written)
@@ -371,6 +383,8 @@ private:
     std::vector<std::unique_ptr<PartPlan>> m_parts;
     std::unique_ptr<Annotations> m_annotations;
     std::vector<TopoDS_Shape> m_written;
+    /// The last, so that its threads end before what they work at.
+    std::optional<BodyMeshing> m_meshing;
 };
 
 }  // namespace

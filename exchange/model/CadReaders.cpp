@@ -1,6 +1,8 @@
 #include "exchange/model/CadReaders.h"
 #include "framework/api/LengthUnits.h"
 
+#include <malloc.h>
+
 #include <APIHeaderSection_MakeHeader.hxx>
 #include <IGESCAFControl_Reader.hxx>
 #include <IGESData_GlobalSection.hxx>
@@ -344,15 +346,21 @@ void ReadStep(ModelDocument& model, std::string const& path, ModelReadOptions co
     }
     if (!reader->Transfer(model.document, scope.Next(kDocument)))
         throw ModelError("its content cannot be made a document");
-    Handle(XSControl_WorkSession) const session = reader->Reader().WS();
     if (!model.step)
         model.step = content.get();
     model.step->hasAnnotations = options.withAnnotations;
     if (options.withAnnotations)
         model.step->tolerances = StepTolerances::Of(model.step->file, MetresOf(model.unit));
-    ReadEntityIds(model, session);
+    ReadEntityIds(model, reader->Reader().WS());
     ReadProducts(model, *reader);
     ReadExternalFiles(model, *reader);
+    // Of half the size that the process has by then: the system gets it back before bodies are meshed.
+    model.release = std::async(std::launch::async,
+                               [reader = std::move(reader)]() mutable
+                               {
+                                   reader.reset();
+                                   malloc_trim(0);
+                               });
 }
 
 void ReadIges(ModelDocument& model, std::string const& path, Message_ProgressRange const& progress)

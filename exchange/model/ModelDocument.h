@@ -5,6 +5,7 @@
 #include <TDF_LabelMapHasher.hxx>
 #include <TDocStd_Document.hxx>
 #include <array>
+#include <future>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -65,6 +66,9 @@ struct ModelDocument
     Losses losses;
     /// Sentences about what was taken of a damaged file.
     std::vector<std::string> remarks;
+    /// What gives back, on a thread of its own, all that the reader of a STEP file held; the last, so that it has ended
+    /// before anything else of the model goes. None for another model.
+    std::future<void> release;
 
     /// Reads a model. Throws ModelError. May end the process: Open CASCADE crashes on some inputs.
     static ModelDocument Read(std::string const& path, ModelFormat format, ModelReadOptions const& options);

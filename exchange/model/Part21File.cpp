@@ -1,7 +1,10 @@
 #include "exchange/model/Part21File.h"
 
+#include <algorithm>
 #include <charconv>
+#include <cstddef>
 #include <fstream>
+#include <numeric>
 
 #include "exchange/model/DecodedPart21.h"
 
@@ -247,9 +250,18 @@ void Part21File::Scan()
             at = m_bytes[at] == '\'' ? SkipText(at) : at + 1;
         ++at;
     }
-    m_places.reserve(m_entities.size());
-    for (std::size_t i = 0; i < m_entities.size(); ++i)
-        m_places.emplace(m_entities[i].number, static_cast<std::uint32_t>(i));
+    m_entities.shrink_to_fit();
+    m_references.shrink_to_fit();
+    auto const isBefore = [](Entity const& a, Entity const& b) { return a.number < b.number; };
+    bool const isAscending =
+        std::adjacent_find(m_entities.begin(), m_entities.end(),
+                           [&](auto const& a, auto const& b) { return !isBefore(a, b); }) == m_entities.end();
+    if (isAscending)
+        return;
+    m_order.resize(m_entities.size());
+    std::iota(m_order.begin(), m_order.end(), 0U);
+    std::stable_sort(m_order.begin(), m_order.end(),
+                     [&](std::uint32_t a, std::uint32_t b) { return isBefore(m_entities[a], m_entities[b]); });
 }
 
 // From the number sign to behind the semicolon.
@@ -327,8 +339,24 @@ std::uint32_t Part21File::InternType(std::string_view text)
 
 std::size_t Part21File::PlaceOf(Number number) const
 {
-    auto const found = m_places.find(number);
-    return found == m_places.end() ? m_entities.size() : found->second;
+    if (!m_order.empty())
+    {
+        auto const found =
+            std::lower_bound(m_order.begin(), m_order.end(), number,
+                             [&](std::uint32_t place, Number wanted) { return m_entities[place].number < wanted; });
+        return found != m_order.end() && m_entities[*found].number == number ? *found : m_entities.size();
+    }
+    if (m_entities.empty() || number < m_entities.front().number)
+        return m_entities.size();
+    // Numbers ascend by one at least, and in most files by no more.
+    Number const furthest = number - m_entities.front().number;
+    if (furthest < m_entities.size() && m_entities[furthest].number == number)
+        return furthest;
+    auto const end = m_entities.begin() + static_cast<std::ptrdiff_t>(std::min<Number>(furthest, m_entities.size()));
+    auto const found = std::lower_bound(m_entities.begin(), end, number,
+                                        [](Entity const& entity, Number wanted) { return entity.number < wanted; });
+    return found != end && found->number == number ? static_cast<std::size_t>(found - m_entities.begin())
+                                                   : m_entities.size();
 }
 
 Part21File::Entity const* Part21File::Find(Number number) const

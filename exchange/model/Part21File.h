@@ -99,7 +99,8 @@ private:
     std::vector<Number> m_references;
     std::vector<std::string> m_types;
     std::unordered_map<std::string, std::uint32_t> m_typePlaces;
-    std::unordered_map<Number, std::uint32_t> m_places;
+    /// The places of entities by their numbers, where these do not ascend in the file; else empty.
+    std::vector<std::uint32_t> m_order;
 };
 
 }  // namespace KVR

@@ -7,8 +7,6 @@
 #include <STEPControl_Reader.hxx>
 #include <ShapeProcess_ShapeContext.hxx>
 #include <Standard_Failure.hxx>
-#include <TopExp.hxx>
-#include <TopTools_IndexedMapOfShape.hxx>
 #include <TopoDS_Iterator.hxx>
 #include <TransferBRep_ShapeBinder.hxx>
 #include <Transfer_TransientProcess.hxx>
@@ -25,6 +23,8 @@
 #include <unordered_map>
 #include <utility>
 #include <vector>
+
+#include "exchange/model/SharedShapes.h"
 
 namespace KVR
 {
@@ -48,7 +48,6 @@ public:
     bool isNonManifold = false;
     Handle(ShapeProcess_ShapeContext) context;
     TopoDS_Shape mended;
-    int faces = 0;
     // What was transferred on the way to it: behind the first of these places, to the last.
     int first = 0;
     int last = 0;
@@ -143,78 +142,52 @@ private:
     Handle(BodyCollector) m_collector;
 };
 
-// Bodies that share a part of their shapes, in their order.
-using Group = std::vector<Handle(Body)>;
-
-std::vector<Group> GroupsOf(std::vector<Handle(Body)> const& bodies)
+// One body after the other, as those that share a part of their shapes have to be.
+void Mend(std::vector<Handle(Body)> const& bodies, ShapeGroup const& group, XSAlgo_AlgoContainer const& mending,
+          Message_ProgressRange const& progress)
 {
-    std::vector<std::size_t> leaders(bodies.size());
-    std::iota(leaders.begin(), leaders.end(), 0);
-    auto const leaderOf = [&](std::size_t i)
-    {
-        while (leaders[i] != i)
-            i = leaders[i] = leaders[leaders[i]];
-        return i;
-    };
-    std::unordered_map<TShape, std::size_t> owners;
-    for (std::size_t i = 0; i < bodies.size(); ++i)
-    {
-        TopTools_IndexedMapOfShape shapes;
-        TopExp::MapShapes(bodies[i]->shape, shapes);
-        for (int place = 1; place <= shapes.Extent(); ++place)
-        {
-            bodies[i]->faces += shapes(place).ShapeType() == TopAbs_FACE ? 1 : 0;
-            std::size_t const owner = leaderOf(owners.emplace(shapes(place).TShape().get(), i).first->second);
-            leaders[std::max(owner, leaderOf(i))] = std::min(owner, leaderOf(i));
-        }
-    }
-    std::vector<Group> groups(bodies.size());
-    for (std::size_t i = 0; i < bodies.size(); ++i)
-        groups[leaderOf(i)].push_back(bodies[i]);
-    std::erase_if(groups, [](Group const& group) { return group.empty(); });
-    return groups;
-}
-
-int FacesOf(Group const& group)
-{
-    return std::accumulate(group.begin(), group.end(), 0,
-                           [](int sum, Handle(Body) const& body) { return sum + body->faces; });
-}
-
-void Mend(Group const& group, XSAlgo_AlgoContainer const& mending, Message_ProgressRange const& progress)
-{
-    Message_ProgressScope scope(progress, nullptr, static_cast<double>(group.size()));
-    for (Handle(Body) const& body : group)
+    Message_ProgressScope scope(progress, nullptr, static_cast<double>(group.members.size()));
+    for (std::size_t const place : group.members)
     {
         Message_ProgressRange const range = scope.Next();
         if (!scope.More())
             return;
-        Handle(Standard_Transient) info = body->context;
-        body->mended = mending.ProcessShape(body->shape, body->precision, body->maxTolerance, body->resource.c_str(),
-                                            body->sequence.c_str(), info, range, body->isNonManifold);
+        Body& body = *bodies[place];
+        Handle(Standard_Transient) info = body.context;
+        body.mended = mending.ProcessShape(body.shape, body.precision, body.maxTolerance, body.resource.c_str(),
+                                           body.sequence.c_str(), info, range, body.isNonManifold);
     }
+}
+
+std::vector<ShapeGroup> GroupsOf(std::vector<Handle(Body)> const& bodies)
+{
+    std::vector<TopoDS_Shape> shapes;
+    shapes.reserve(bodies.size());
+    for (Handle(Body) const& body : bodies)
+        shapes.push_back(body->shape);
+    return SharedShapes(shapes);
 }
 
 // False when one of them failed, which Open CASCADE would have noted beside the body.
 bool MendAll(std::vector<Handle(Body)> const& bodies, Handle(XSAlgo_AlgoContainer) const& mending,
              Message_ProgressRange const& progress)
 {
-    std::vector<Group> groups = GroupsOf(bodies);
+    std::vector<ShapeGroup> groups = GroupsOf(bodies);
     // The largest first, so that no thread is left with it at the end.
     std::stable_sort(groups.begin(), groups.end(),
-                     [](Group const& a, Group const& b) { return FacesOf(a) > FacesOf(b); });
+                     [](ShapeGroup const& a, ShapeGroup const& b) { return a.faces > b.faces; });
     double const all = std::accumulate(groups.begin(), groups.end(), 0.0,
-                                       [](double sum, Group const& group) { return sum + 1.0 + FacesOf(group); });
+                                       [](double sum, ShapeGroup const& group) { return sum + 1.0 + group.faces; });
     Message_ProgressScope scope(progress, nullptr, all);
     std::vector<Message_ProgressRange> ranges;
     ranges.reserve(groups.size());
-    for (Group const& group : groups)
-        ranges.push_back(scope.Next(1.0 + FacesOf(group)));
+    for (ShapeGroup const& group : groups)
+        ranges.push_back(scope.Next(1.0 + group.faces));
     std::atomic<std::size_t> next = 0;
     auto const work = [&]
     {
         for (std::size_t i = next++; i < groups.size(); i = next++)
-            Mend(groups[i], *mending, ranges[i]);
+            Mend(bodies, groups[i], *mending, ranges[i]);
     };
     std::size_t const threads = std::min<std::size_t>(groups.size(), std::max(1u, std::thread::hardware_concurrency()));
     std::vector<std::future<void>> others;

@@ -5,8 +5,6 @@
 #include <string>
 #include <string_view>
 #include <xercesc/sax/Locator.hpp>
-#include <xercesc/sax2/Attributes.hpp>
-#include <xercesc/sax2/DefaultHandler.hpp>
 
 #include "framework/api/StringUtil.h"
 #include "framework/api/Time.h"
@@ -86,18 +84,16 @@ constexpr TextRow kTextRows[] = {
     {Names::Value, &PropertyTexts::value},
 };
 
-PropertyTexts TextsOf(xercesc::Attributes const& attributes)
+PropertyTexts TextsOf(SideFileElement const& element)
 {
     PropertyTexts texts;
-    for (XMLSize_t i = 0; i < attributes.getLength(); ++i)
+    for (SideFileAttribute const& attribute : element.attributes)
     {
-        // Without namespaces this is the name as written, prefix and all, which the qualified name is a copy of.
-        XMLCh const* const name = attributes.getLocalName(i);
         for (TextRow const& row : kTextRows)
         {
-            if (Equals(name, row.name))
+            if (Equals(attribute.name, row.name))
             {
-                texts.*row.text = attributes.getValue(i);
+                texts.*row.text = attribute.value;
                 break;
             }
         }
@@ -138,40 +134,41 @@ struct Release
     void operator()(IProperty const* property) const noexcept { property->Release(); }
 };
 
-class Handler final : public xercesc::DefaultHandler
+class Handler final : public SideFileReceiver
 {
 public:
     explicit Handler(PropertyReceiver& receiver) : m_receiver(receiver) {}
 
-    void startElement(XMLCh const*, XMLCh const*, XMLCh const* name, xercesc::Attributes const& attributes) override
+    void Begin(SideFileElement const& element) override
     {
         if (m_depth++ != 1)
             return;
-        if (!Equals(name, Names::Property))
+        PropertyTexts const texts = TextsOf(element);
+        if (!Equals(element.name, Names::Property))
         {
-            if (ReadObserver* const observer = Observer()) [[unlikely]]
-                TellOf(*observer, TextsOf(attributes), false);
+            TellOf(element, texts, false);
             return;
         }
-        PropertyTexts const texts = TextsOf(attributes);
         std::unique_ptr<IProperty, Release> const property(MakeProperty(texts, m_buffer));
-        if (ReadObserver* const observer = Observer()) [[unlikely]]
-            TellOf(*observer, texts, property != nullptr);
+        TellOf(element, texts, property != nullptr);
         if (property)
             m_receiver.Receive(property.get(), ObjectId(texts.objectId));
         else
             m_receiver.Receive(nullptr, UTF8String());
     }
 
-    void endElement(XMLCh const*, XMLCh const*, XMLCh const*) override { --m_depth; }
-    void setDocumentLocator(xercesc::Locator const* locator) override { m_locator = locator; }
+    void End() override { --m_depth; }
 
 private:
-    void TellOf(ReadObserver& observer, PropertyTexts const& texts, bool isMade) const
+    static void TellOf(SideFileElement const& element, PropertyTexts const& texts, bool isMade)
     {
-        observer.PropertyMet({m_locator ? m_locator->getLineNumber() : 0, m_locator ? m_locator->getColumnNumber() : 0,
-                              texts.id, texts.objectId, texts.name, texts.type, texts.value},
-                             isMade);
+        ReadObserver* const observer = Observer();
+        if (!observer) [[likely]]
+            return;
+        xercesc::Locator const* const place = element.place;
+        observer->PropertyMet({place ? place->getLineNumber() : 0, place ? place->getColumnNumber() : 0, texts.id,
+                               texts.objectId, texts.name, texts.type, texts.value},
+                              isMade);
     }
 
     // The properties of an object mostly stand together: its id is converted once.
@@ -186,7 +183,6 @@ private:
     }
 
     PropertyReceiver& m_receiver;
-    xercesc::Locator const* m_locator = nullptr;
     /// The texts of the property under way.
     std::string m_buffer;
     std::u16string m_objectIdText;

@@ -3,11 +3,14 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <iterator>
 #include <memory>
 #include <utility>
+#include <vector>
 #include <xercesc/sax/SAXException.hpp>
-#include <xercesc/sax2/LexicalHandler.hpp>
+#include <xercesc/sax2/Attributes.hpp>
+#include <xercesc/sax2/DefaultHandler.hpp>
 #include <xercesc/sax2/SAX2XMLReader.hpp>
 #include <xercesc/sax2/XMLReaderFactory.hpp>
 #include <xercesc/util/BinInputStream.hpp>
@@ -15,7 +18,11 @@
 #include <xercesc/util/XMLException.hpp>
 #include <xercesc/util/XMLUni.hpp>
 
+#include "framework/api/IOUtil.h"
+#include "framework/api/UTF8String.h"
 #include "framework/xml_util/FileInputSource.h"
+#include "framework/xml_util/PlainSideFile.h"
+#include "framework/xml_util/ReadObserver.h"
 #include "framework/xml_util/XMLPlatform.h"
 
 namespace KVR
@@ -42,6 +49,38 @@ class StopAtError final : public xercesc::DefaultHandler
 {
 public:
     void fatalError(xercesc::SAXParseException const& error) override { throw xercesc::SAXParseException(error); }
+};
+
+// Hands elements to a receiver, but for the beginnings and ends that it was told of before.
+class Handler final : public xercesc::DefaultHandler
+{
+public:
+    Handler(SideFileReceiver& receiver, std::uint64_t told) : m_receiver(receiver), m_told(told) {}
+
+    void startElement(XMLCh const*, XMLCh const*, XMLCh const* name, xercesc::Attributes const& attributes) override
+    {
+        if (IsTold())
+            return;
+        m_attributes.clear();
+        // Without namespaces the local name is the name as written, which the qualified name is a copy of.
+        for (XMLSize_t i = 0; i < attributes.getLength(); ++i)
+            m_attributes.push_back({attributes.getLocalName(i), attributes.getValue(i)});
+        m_receiver.Begin({name, m_attributes, m_locator});
+    }
+    void endElement(XMLCh const*, XMLCh const*, XMLCh const*) override
+    {
+        if (!IsTold())
+            m_receiver.End();
+    }
+    void setDocumentLocator(xercesc::Locator const* locator) override { m_locator = locator; }
+
+private:
+    bool IsTold() { return m_told > 0 && m_told-- > 0; }
+
+    SideFileReceiver& m_receiver;
+    std::uint64_t m_told;
+    xercesc::Locator const* m_locator = nullptr;
+    std::vector<SideFileAttribute> m_attributes;
 };
 
 // Whether the byte is the same character in every encoding in which it can stand for one at all.
@@ -129,15 +168,14 @@ public:
     }
 };
 
-}  // namespace
-
-bool ParseSideFile(UTF16String const& path, xercesc::DefaultHandler& handler)
+bool ParseWithXerces(UTF16String const& path, SideFileReceiver& receiver, std::uint64_t told)
 {
     XMLPlatformScope const platform;
     if (!platform.IsAcquired())
         return false;
     try
     {
+        Handler handler(receiver, told);
         NoDocumentType noDocumentType;
         StopAtError stopAtError;
         SideFileSource const source(path);
@@ -169,6 +207,23 @@ bool ParseSideFile(UTF16String const& path, xercesc::DefaultHandler& handler)
     {
     }
     return false;
+}
+
+}  // namespace
+
+SideFileReceiver::SideFileReceiver() = default;
+SideFileReceiver::~SideFileReceiver() = default;
+
+bool ParseSideFile(UTF16String const& path, SideFileReceiver& receiver)
+{
+    // An observer is told lines and columns, which the parser alone knows.
+    if (Observer()) [[unlikely]]
+        return ParseWithXerces(path, receiver, 0);
+    FilePtr const file(UTF8String(path), "rb");
+    if (!file)
+        return false;
+    PlainSideFile plain(file, receiver);
+    return plain.Read() || ParseWithXerces(path, receiver, plain.Told());
 }
 
 }  // namespace KVR

@@ -15,6 +15,37 @@ namespace
 {
 // The largest field that is taken in one piece.
 constexpr std::size_t kLargestField = 64;
+constexpr std::size_t kPage = 4096;
+
+// How many u64 in the machine's order, of so many, are the next number and those that follow it.
+std::size_t RunLength(unsigned char const* bytes, std::size_t count, unsigned long long next)
+{
+    auto const difference = [&](std::size_t i)
+    {
+        unsigned long long value = 0;
+        std::memcpy(&value, bytes + i * sizeof value, sizeof value);
+        return value ^ (next + i);
+    };
+    // Blocks first, without a way out in the middle, and their halves side by side: that is what a compiler makes wide
+    // instructions of.
+    constexpr std::size_t kHalf = 64;
+    std::size_t i = 0;
+    for (; count - i >= 2 * kHalf; i += 2 * kHalf)
+    {
+        unsigned long long inFirst = 0;
+        unsigned long long inSecond = 0;
+        for (std::size_t j = i; j < i + kHalf; ++j)
+        {
+            inFirst |= difference(j);
+            inSecond |= difference(j + kHalf);
+        }
+        if ((inFirst | inSecond) != 0)
+            break;
+    }
+    while (i < count && difference(i) == 0)
+        ++i;
+    return i;
+}
 }  // namespace
 
 StoreCursor::StoreCursor(std::FILE* file, bool swapBytes, std::size_t readAhead)
@@ -28,8 +59,7 @@ StoreCursor::StoreCursor(std::FILE* file, bool swapBytes, std::size_t readAhead)
         return;
     m_position = static_cast<unsigned long long>(start);
     m_size = static_cast<unsigned long long>(std::max(start, end));
-    m_buffer.resize(static_cast<std::size_t>(
-        std::min<unsigned long long>(std::max(readAhead, kLargestField), Remaining() + kLargestField)));
+    m_buffer.resize(static_cast<std::size_t>(std::min<unsigned long long>(readAhead, Remaining()) + kLargestField));
 }
 
 StoreCursor::~StoreCursor()
@@ -60,7 +90,14 @@ bool StoreCursor::Fill(std::size_t count)
     std::memmove(m_buffer.data(), m_buffer.data() + m_next, held);
     m_next = 0;
     m_end = held;
-    std::size_t const wanted = m_readAhead == kFieldsOnly ? count - held : m_buffer.size() - held;
+    std::size_t wanted = count - held;
+    if (m_readAhead != kFieldsOnly)
+    {
+        // All that is left, or whole pages, which come without a stop in the file's own buffer.
+        std::size_t const room = m_buffer.size() - held;
+        bool const isLast = Remaining() - held <= room;
+        wanted = std::max(wanted, isLast || room < kPage ? room : room / kPage * kPage);
+    }
     m_end += std::fread(m_buffer.data() + held, 1, wanted, m_file);
     if (m_end >= count)
         return true;
@@ -184,6 +221,27 @@ std::size_t StoreCursor::ReadIndices(std::int32_t* indices, std::size_t count)
             indices[read + i] = static_cast<std::int32_t>(value);
         }
         read += ready;
+    }
+    return read;
+}
+
+std::size_t StoreCursor::ReadRun(unsigned long long& first, std::size_t count)
+{
+    constexpr std::size_t kItem = sizeof(unsigned long long);
+    std::size_t read = 0;
+    while (read < count)
+    {
+        unsigned char const* const bytes = Peek(kItem);
+        if (!bytes)
+            break;
+        if (read == 0)
+            Load(first, bytes);
+        std::size_t const ready = std::min(Peeked() / kItem, count - read);
+        std::size_t const run = RunLength(bytes, ready, first + read);
+        Skip(run * kItem);
+        read += run;
+        if (run < ready)
+            break;
     }
     return read;
 }

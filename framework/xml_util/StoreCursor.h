@@ -43,6 +43,9 @@ public:
     std::size_t ReadDoubles(double* values, std::size_t count);
     /// So many u64 in a row, each narrowed to 32 bits; the number that were there.
     std::size_t ReadIndices(std::int32_t* indices, std::size_t count);
+    /// So many u64 in a row at most, as long as each is one more than the one before; the number of them. `first` is
+    /// left alone when there is none. It may be 0 although there are some where bytes have to be swapped.
+    std::size_t ReadRun(unsigned long long& first, std::size_t count);
 
     /// The next bytes in the file's own order, not yet consumed; null when there are fewer or bytes have to be swapped,
     /// in which case the fields have to be read one by one. Valid until the next call.

@@ -1,8 +1,6 @@
 #include "framework/xml_util/SubObjectPersistentIdReader.h"
 
 #include <memory>
-#include <xercesc/sax2/Attributes.hpp>
-#include <xercesc/sax2/DefaultHandler.hpp>
 
 #include "framework/xml_util/DomWalk.h"
 #include "framework/xml_util/FormatNames.h"
@@ -19,26 +17,37 @@ namespace
 
 using Maps = std::map<UTF8String, EditableDataIdToPersistentIdMap*>;
 
-class Handler final : public xercesc::DefaultHandler
+// The text of the attribute; null for one that is absent.
+XMLCh const* TextOf(SideFileElement const& element, AttributeName name)
+{
+    for (SideFileAttribute const& attribute : element.attributes)
+    {
+        if (Equals(attribute.name, name))
+            return attribute.value;
+    }
+    return nullptr;
+}
+
+class Handler final : public SideFileReceiver
 {
 public:
     explicit Handler(Maps& maps) : m_maps(maps) {}
 
-    void startElement(XMLCh const*, XMLCh const*, XMLCh const* name, xercesc::Attributes const& attributes) override
+    void Begin(SideFileElement const& element) override
     {
         if (m_depth == 1)
         {
-            XMLCh const* const id = attributes.getValue(Names::ID.Document());
-            m_current = Equals(name, Names::SubObjectPersistentIds) ? MapOf(id) : nullptr;
+            XMLCh const* const id = TextOf(element, Names::ID);
+            m_current = Equals(element.name, Names::SubObjectPersistentIds) ? MapOf(id) : nullptr;
             if (!m_current)
                 TellPassedOver(id);
         }
-        else if (m_depth == 2 && m_current && Equals(name, Names::SubObject))
-            Add(attributes.getValue(Names::DataId.Document()), attributes.getValue(Names::PersistentId.Document()));
+        else if (m_depth == 2 && m_current && Equals(element.name, Names::SubObject))
+            Add(TextOf(element, Names::DataId), TextOf(element, Names::PersistentId));
         ++m_depth;
     }
 
-    void endElement(XMLCh const*, XMLCh const*, XMLCh const*) override { --m_depth; }
+    void End() override { --m_depth; }
 
 private:
     // An element without an id belongs to no object.

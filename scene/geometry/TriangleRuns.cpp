@@ -34,6 +34,12 @@ void CornerIndex::Grow()
     }
 }
 
+TriangleRuns::TriangleRuns(std::size_t vertexCount, bool hasFaces) : m_hasFaces(hasFaces)
+{
+    ReserveLarge(m_seen, vertexCount);
+    m_seen.resize(vertexCount);
+}
+
 std::size_t TriangleRuns::RunOf(std::string_view style, bool hasNormals, bool hasTexture)
 {
     std::string key(style);
@@ -53,19 +59,23 @@ std::size_t TriangleRuns::RunOf(std::string_view style, bool hasNormals, bool ha
 void TriangleRuns::Reserve(std::size_t run, std::size_t vertices, std::size_t triangles)
 {
     Content& content = m_runs[run];
-    content.positions.reserve(3 * vertices);
-    content.normals.reserve(content.run.hasNormals ? 3 * vertices : 0);
-    content.texture.reserve(content.run.hasTexture ? 2 * vertices : 0);
-    content.indices.reserve(3 * triangles);
-    content.faces.reserve(m_hasFaces ? triangles : 0);
+    ReserveLarge(content.positions, 3 * vertices);
+    ReserveLarge(content.normals, content.run.hasNormals ? 3 * vertices : 0);
+    ReserveLarge(content.texture, content.run.hasTexture ? 2 * vertices : 0);
+    ReserveLarge(content.indices, 3 * triangles);
+    ReserveLarge(content.faces, m_hasFaces ? triangles : 0);
 }
 
 void TriangleRuns::AddNormal(Content& target, std::array<double, 3> const& normal)
 {
     double const length = std::hypot(normal[0], normal[1], normal[2]);
     bool const isGood = length > 0.0 && std::isfinite(length);
-    for (std::size_t i = 0; i < 3; ++i)
-        target.normals.push_back(isGood ? static_cast<float>(normal[i] / length) : i == 2 ? 1.0F : 0.0F);
+    if (isGood)
+        AppendThree<float>(target.normals,
+                           {static_cast<float>(normal[0] / length), static_cast<float>(normal[1] / length),
+                            static_cast<float>(normal[2] / length)});
+    else
+        AppendThree<float>(target.normals, {0.0F, 0.0F, 1.0F});
 }
 
 void TriangleRuns::Append(SceneMesh& mesh, Content&& content, bool hasNormals, bool hasTexture) const
@@ -103,11 +113,11 @@ void TriangleRuns::MoveInto(SceneMesh& mesh)
     }
     if (m_runs.size() > 1)
     {
-        mesh.positions.reserve(3 * vertices);
-        mesh.normals.reserve(hasNormals ? 3 * vertices : 0);
-        mesh.texture.reserve(hasTexture ? 2 * vertices : 0);
-        mesh.indices.reserve(3 * triangles);
-        mesh.faceOfTriangle.reserve(m_hasFaces ? triangles : 0);
+        ReserveLarge(mesh.positions, 3 * vertices);
+        ReserveLarge(mesh.normals, hasNormals ? 3 * vertices : 0);
+        ReserveLarge(mesh.texture, hasTexture ? 2 * vertices : 0);
+        ReserveLarge(mesh.indices, 3 * triangles);
+        ReserveLarge(mesh.faceOfTriangle, m_hasFaces ? triangles : 0);
         mesh.runs.reserve(m_runs.size());
     }
     for (Content& content : m_runs)

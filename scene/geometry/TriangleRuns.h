@@ -8,6 +8,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "framework/api/LargePages.h"
 #include "scene/SceneMesh.h"
 
 namespace KVR
@@ -68,7 +69,7 @@ class TriangleRuns
 {
 public:
     /// For a source of so many vertices; with faces or without.
-    TriangleRuns(std::size_t vertexCount, bool hasFaces) : m_seen(vertexCount), m_hasFaces(hasFaces) {}
+    TriangleRuns(std::size_t vertexCount, bool hasFaces);
 
     /// The place of the run of a style; made when there is none.
     std::size_t RunOf(std::string_view style, bool hasNormals, bool hasTexture);
@@ -153,10 +154,20 @@ private:
         return number;
     }
 
+    // In large pages, of which a mesh of millions of triangles takes a hundred, and not fifty thousand small ones.
+    template <class Value>
+    static void ReserveLarge(std::vector<Value>& list, std::size_t count)
+    {
+        list.reserve(count);
+        AdviseLargePages(list.data(), count * sizeof(Value));
+    }
+
     // A range of three is appended by a call that costs more than they do.
     template <class Number>
     static void AppendThree(std::vector<Number>& list, std::array<Number, 3> const& numbers)
     {
+        if (list.capacity() - list.size() < 3)
+            ReserveLarge(list, 2 * list.capacity() + 3);
         list.push_back(numbers[0]);
         list.push_back(numbers[1]);
         list.push_back(numbers[2]);

@@ -22,19 +22,70 @@ std::array<double, 3> Triple(Color const& color)
     return {std::clamp(color.Red(), 0.0, 1.0), std::clamp(color.Green(), 0.0, 1.0), std::clamp(color.Blue(), 0.0, 1.0)};
 }
 
+// Takes two numbers out of an object as it is parsed; of a name that stands twice the last counts. Whoever makes a
+// document of it instead, needs memory to give it back, and ends where there is none.
+class MetallicRoughness final : public nlohmann::json_sax<nlohmann::json>
+{
+public:
+    std::optional<double> metallic;
+    std::optional<double> roughness;
+
+    bool null() override { return Meet(std::nullopt); }
+    bool boolean(bool) override { return Meet(std::nullopt); }
+    bool binary(binary_t&) override { return Meet(std::nullopt); }
+    bool string(string_t&) override { return Meet(std::nullopt); }
+    bool number_integer(number_integer_t number) override { return Meet(static_cast<double>(number)); }
+    bool number_unsigned(number_unsigned_t number) override { return Meet(static_cast<double>(number)); }
+    bool number_float(number_float_t number, string_t const&) override { return Meet(number); }
+    bool start_array(std::size_t) override { return Enter(); }
+    bool end_array() override { return Leave(); }
+    bool start_object(std::size_t) override { return Enter(); }
+    bool end_object() override { return Leave(); }
+    bool key(string_t& name) override
+    {
+        m_value = nullptr;
+        if (m_depth == 1)
+            m_value = name == "metallicFactor" ? &metallic : name == "roughnessFactor" ? &roughness : nullptr;
+        return true;
+    }
+    bool parse_error(std::size_t, std::string const&, nlohmann::detail::exception const&) override { return false; }
+
+private:
+    bool Meet(std::optional<double> value)
+    {
+        if (m_depth == 1 && m_value)
+            *m_value = value;
+        return true;
+    }
+    bool Enter()
+    {
+        Meet(std::nullopt);
+        ++m_depth;
+        return true;
+    }
+    bool Leave()
+    {
+        --m_depth;
+        m_value = nullptr;
+        return true;
+    }
+
+    std::optional<double>* m_value = nullptr;
+    std::size_t m_depth = 0;
+};
+
 void ReadMetallicRoughness(SceneStyle& style, IRenderStyle const& object)
 {
     ExtensionDataContent content;
     if (object.ExtensionDataByTypeId(kPbrTypeId, content) != kIsValueSpecified_Yes)
         return;
-    auto const values = nlohmann::json::parse(UTF8String(content.Data()).View(), nullptr, false);
-    auto const number = [&](char const* name, std::optional<double>& value)
-    {
-        if (values.is_object() && values.contains(name) && values[name].is_number())
-            value = std::clamp(values[name].get<double>(), 0.0, 1.0);
-    };
-    number("metallicFactor", style.metallic);
-    number("roughnessFactor", style.roughness);
+    MetallicRoughness found;
+    if (!nlohmann::json::sax_parse(UTF8String(content.Data()).View(), &found))
+        return;
+    auto const fraction = [](std::optional<double> value)
+    { return value ? std::optional(std::clamp(*value, 0.0, 1.0)) : std::nullopt; };
+    style.metallic = fraction(found.metallic);
+    style.roughness = fraction(found.roughness);
 }
 
 }  // namespace

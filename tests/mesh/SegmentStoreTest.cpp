@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <numeric>
+#include <vector>
 
 #include "mesh/SideStoreReader.h"
 #include "mesh/XMLPolygonMesh.h"
@@ -205,6 +207,65 @@ TEST(SegmentStore, ALongListComesThroughWhole)
         ASSERT_EQ(face.PolygonIndices().Indices()[i], 3 * i);
         ASSERT_EQ(edge.VertexIndices().Indices()[i], static_cast<int>(3 * i));
     }
+}
+
+TEST(SegmentStore, IndicesThatFollowOneAnotherComeThroughAsOthersDo)
+{
+    // From places where 31 and 32 bits end, too; up to the end, and up to a place before it; and cut off by the file.
+    constexpr std::uint64_t kFirsts[] = {0, 7, 0x7FFFFFF0, 0xFFFFFFF0};
+    constexpr std::size_t kLengths[] = {1, 2, 63, 64, 65, 200, 40000};
+    constexpr std::size_t kBreak = 130;
+    std::vector<std::vector<std::uint64_t>> lists;
+    for (std::uint64_t const first : kFirsts)
+    {
+        for (std::size_t const length : kLengths)
+        {
+            std::vector<std::uint64_t>& list = lists.emplace_back(length);
+            std::iota(list.begin(), list.end(), first);
+            if (length == 200)
+                list[kBreak] += 1;
+        }
+    }
+    ByteBuilder bytes = Front("m", 0, lists.size() + 1, 0);
+    for (auto const& list : lists)
+    {
+        bytes.U64(list.size());
+        for (std::uint64_t const index : list)
+            bytes.U64(index);
+    }
+    SegmentScene test(ByteBuilder().U64(1).Bytes() + bytes.U64(4).U64(8).U64(9).Bytes());
+    IPolygonMesh& mesh = test.Mesh("m");
+    ASSERT_EQ(mesh.EdgeSegmentCount(), lists.size() + 1);
+    EdgeSegmentInfo edge;
+    for (std::size_t i = 0; i < lists.size(); ++i)
+    {
+        std::vector<int> expected;
+        for (std::uint64_t const index : lists[i])
+            expected.push_back(static_cast<int>(index));
+        ASSERT_EQ(mesh.EdgeSegmentInfoAt(i, edge), kIsValueSpecified_Yes);
+        EXPECT_EQ(edge.VertexIndices().Indices(), expected) << i;
+    }
+    mesh.EdgeSegmentInfoAt(lists.size(), edge);
+    EXPECT_THAT(edge.VertexIndices().Indices(), ElementsAre(8, 9, 0, 0));
+}
+
+TEST(SegmentStore, FacesOfPolygonsThatFollowOneAnotherTakeNoMemoryForThem)
+{
+    constexpr std::uint64_t kCount = 100'000;
+    TempFolder const folder;
+    MeshStore meshes;
+    meshes["m"].owned = std::make_unique<XMLPolygonMesh>(UTF8String("m"), nullptr);
+    meshes["m"].object = meshes["m"].owned.get();
+    ByteBuilder bytes = ByteBuilder().U64(1).Raw(Front("m", 1, 0, 0).Bytes()).U64(kCount);
+    for (std::uint64_t i = 0; i < kCount; ++i)
+        bytes.U64(i);
+    folder.Write("s", bytes.Bytes());
+    ASSERT_TRUE(
+        SideStoreReader(folder.PathOf("scene.xml"), nullptr, false).ReadMeshSegmentStore(folder.PathOf("s"), meshes));
+    MeshSegment const& face = meshes["m"].object->StoreContent().faceSegments.All()[0];
+    EXPECT_EQ(face.indices, nullptr);
+    EXPECT_EQ(face.count, kCount);
+    EXPECT_EQ(face.At(kCount - 1), static_cast<std::int32_t>(kCount - 1));
 }
 
 TEST(SegmentStore, HostileCountsAreALengthError)

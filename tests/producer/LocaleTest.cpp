@@ -110,7 +110,8 @@ TEST_F(ProducerUnderACommaLocale, TheClassicLocaleIsGlobalWhileASceneIsScanned)
     LocaleWitness witness;
     {
         TestScene scene(kSceneWithSideFile);
-        scene.WithFile("ids.xml", "<Ids><SubObjectPersistentIds ID='p'/></Ids>");
+        // With an instruction, which only the parser reads: the witness is in its service.
+        scene.WithFile("ids.xml", "<Ids><?p?><SubObjectPersistentIds ID='p'/></Ids>");
         scene.Producer().QueryFile();
         EXPECT_EQ(witness.globalLocales, (std::set<std::string>{kCommaLocale})) << "not while it is parsed";
         EXPECT_EQ(witness.numbers, (std::set<double>{1.0})) << "but for this thread's C functions";

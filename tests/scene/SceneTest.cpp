@@ -3,6 +3,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
 #include "tests/scene/ModelScene.h"
 
 namespace KVR::Test
@@ -210,6 +215,35 @@ TEST(Scene, StylesAreReadOnceAndAnUnknownOneHasItsIdAlone)
     EXPECT_EQ(scene.Placement("a", "k").style, nullptr);
     EXPECT_EQ(scene.Model().StyleOf("nobody"), nullptr);
     EXPECT_EQ(scene.Model().Styles().size(), 2U);
+}
+
+TEST(Scene, OfMetalAndRoughnessOnlyNumbersOfTheObjectItselfCount)
+{
+    using Pair = std::pair<std::optional<double>, std::optional<double>>;
+    std::vector<std::pair<std::string, Pair>> const cases = {
+        {R"({"metallicFactor":1,"roughnessFactor":-3})", {1.0, 0.0}},
+        {R"({"roughnessFactor":0.5})", {std::nullopt, 0.5}},
+        {R"({"metallicFactor":0.5,"metallicFactor":0.25})", {0.25, std::nullopt}},
+        {R"({"metallicFactor":0.5,"metallicFactor":"1"})", {}},
+        {R"({"metallicFactor":0.5,"metallicFactor":[1],"roughnessFactor":null})", {}},
+        {R"({"more":{"metallicFactor":0.5},"roughnessFactor":true})", {}},
+        {R"({"metallicFactor":{"roughnessFactor":1}})", {}},
+        {R"([{"metallicFactor":0.5}])", {}},
+        {R"("metallicFactor")", {}},
+        {R"({"metallicFactor":0.5)", {}},
+        {"", {}},
+    };
+    for (auto const& [text, expected] : cases)
+    {
+        ModelScene const scene(File({"a"},
+                                    "<StyleSet><IRenderStyle ID='s'><ExtensionData "
+                                    "TypeId='gltf.pbrMetallicRoughness' Content='" +
+                                        text + "'/></IRenderStyle></StyleSet>") +
+                               Assembly("a", StyledInstance("i", "p", "s")) + Part("p"));
+        SceneStyle const* const style = scene.Model().StyleOf("s");
+        ASSERT_TRUE(style);
+        EXPECT_EQ(Pair(style->metallic, style->roughness), expected) << text;
+    }
 }
 
 TEST(Scene, LayersGroupsAndLevelsOfDetailAreThoseDeclared)

@@ -1,7 +1,5 @@
 #include "framework/kernel/store/BinaryShapes.h"
 
-#include <algorithm>
-
 namespace KVR
 {
 
@@ -12,19 +10,11 @@ constexpr std::string_view kVersion3 = "Open CASCADE Topology V3 (c)\n";
 constexpr std::string_view kVersion4 = "Open CASCADE Topology V4, (c) Open Cascade\n";
 constexpr int kEndOfChildren = '*';
 
-bool IsFinite(char const* bytes) noexcept
-{
-    constexpr std::uint64_t kExponent = 0x7FF0'0000'0000'0000;
-    std::uint64_t bits = 0;
-    std::memcpy(&bits, bytes, sizeof bits);
-    return (bits & kExponent) != kExponent;
-}
-
 }  // namespace
 
 void BinaryShapes::Version(bool)
 {
-    SkipBlanks();
+    SkipBlankLines();
     m_version = Ahead(kVersion3.size()).starts_with(kVersion3) ? 3 : 4;
     Expect(m_version == 3 ? kVersion3 : kVersion4);
 }
@@ -36,20 +26,11 @@ bool BinaryShapes::Flag()
     return flag == 1;
 }
 
-void BinaryShapes::FiniteReals(std::uint64_t count)
+GeomAbs_Shape BinaryShapes::Continuity()
 {
-    while (count > 0 && IsGood())
-    {
-        std::string_view const ahead = Ahead(sizeof(double));
-        std::size_t const piece = std::min<std::uint64_t>(count, ahead.size() / sizeof(double));
-        bool areFinite = piece > 0;
-        for (std::size_t i = 0; i < piece; ++i)
-            areFinite &= IsFinite(ahead.data() + i * sizeof(double));
-        Require(areFinite);
-        if (areFinite)
-            Pass(piece * sizeof(double));
-        count -= piece;
-    }
+    int const continuity = Kind();
+    Require(continuity <= GeomAbs_CN);
+    return continuity <= GeomAbs_CN ? static_cast<GeomAbs_Shape>(continuity) : GeomAbs_C0;
 }
 
 TopAbs_ShapeEnum BinaryShapes::ShapeKind()
@@ -60,7 +41,7 @@ TopAbs_ShapeEnum BinaryShapes::ShapeKind()
 }
 
 // Of another version than 3 Open CASCADE looks first whether the kind stands behind the parameter, as it once did.
-int BinaryShapes::PointKind()
+int BinaryShapes::PointKind(double& parameter)
 {
     constexpr std::size_t kBehindParameter = sizeof(double);
     auto const isKind = [](int value) { return value >= 1 && value <= 3; };
@@ -71,7 +52,7 @@ int BinaryShapes::PointKind()
     }
     int const kind = Kind();
     if (isKind(kind))
-        Real();
+        parameter = Real();
     return kind;
 }
 
@@ -83,19 +64,23 @@ void BinaryShapes::EndOfFace(int& triangulation)
     Require(kind != 2 || triangulation != 0);
 }
 
-void BinaryShapes::ShapeFlags()
+std::array<bool, 7> BinaryShapes::ShapeFlags()
 {
-    constexpr int kFlags = 7;
-    for (int i = 0; i < kFlags; ++i)
-        Flag();
+    std::array<bool, 7> flags{};
+    for (bool& flag : flags)
+        flag = Flag();
+    return flags;
 }
 
-bool BinaryShapes::Child(int& index, int& location)
+bool BinaryShapes::Child(TopAbs_Orientation& orientation, int& index, int& location)
 {
-    int const orientation = Kind();
-    if (orientation == kEndOfChildren)
+    int const kind = Kind();
+    if (kind == kEndOfChildren)
         return false;
-    Require(orientation <= 3);
+    Require(kind <= TopAbs_EXTERNAL);
+    if (!IsGood())
+        return false;
+    orientation = static_cast<TopAbs_Orientation>(kind);
     index = Integer();
     location = Integer();
     return IsGood();

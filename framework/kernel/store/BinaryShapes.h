@@ -1,6 +1,11 @@
 #pragma once
 
+#include <GeomAbs_Shape.hxx>
+#include <TopAbs_Orientation.hxx>
 #include <TopAbs_ShapeEnum.hxx>
+#include <algorithm>
+#include <array>
+#include <cmath>
 #include <cstring>
 
 #include "framework/kernel/store/ShapeBytes.h"
@@ -20,6 +25,17 @@ public:
     void Version(bool isFile);
     bool HasUVPoints() const noexcept { return m_version == 3; }
     bool HasNormals() const noexcept { return m_version == 4; }
+    bool KeepsChecked() const noexcept { return m_version == 3; }
+    bool MeasuresFaces() const noexcept { return false; }
+    /// A face without a surface has a tolerance and a place all the same, and an offset surface is made of what is
+    /// smooth alone.
+    static constexpr bool kIsStrict = true;
+
+    /// Fails where there cannot be so many numbers ahead, so that memory may be had for them.
+    void RequireAhead(std::uint64_t reals, std::uint64_t integers)
+    {
+        Require(reals * sizeof(double) + integers * sizeof(std::int32_t) <= Left());
+    }
 
     /// What says of which kind a thing is.
     int Kind() { return Number<unsigned char>(); }
@@ -27,38 +43,35 @@ public:
     int Degree() { return Number<std::uint16_t>(); }
     int Integer() { return Number<std::int32_t>(); }
     double Real() { return Number<double>(); }
-    void Reals(std::uint64_t count) { SkipItems(count, sizeof(double)); }
-    /// None of them without a value.
-    void FiniteReals(std::uint64_t count);
-    /// With weights behind their coordinates, or without.
-    void Poles(std::uint64_t count, int space, bool haveWeights)
+    /// Of which the form may make a number of anything.
+    double LooseReal() { return Real(); }
+    /// Numbers that have a value, in their order.
+    template <std::size_t Count>
+    std::array<double, Count> Numbers()
     {
-        FiniteReals(count * static_cast<std::uint64_t>(haveWeights ? space + 1 : space));
+        auto const numbers = Number<std::array<double, Count>>();
+        Require(std::all_of(numbers.begin(), numbers.end(), [](double number) { return std::isfinite(number); }));
+        return numbers;
     }
-    void Normals(std::uint64_t count) { SkipItems(count, 3 * sizeof(float)); }
-    void Continuity() { Require(Kind() <= 6); }
-    int IntegerAndContinuity()
+    double Weight() { return Numbers<1>()[0]; }
+    std::array<float, 3> Normal() { return Number<std::array<float, 3>>(); }
+    GeomAbs_Shape Continuity();
+    int IntegerAndContinuity(GeomAbs_Shape& continuity)
     {
         int const value = Integer();
-        Continuity();
+        continuity = Continuity();
         return value;
     }
-    void Deflection() { Real(); }
+    double Deflection() { return Real(); }
 
     TopAbs_ShapeEnum ShapeKind();
     /// What a vertex has of a point, with its parameter.
-    int PointKind();
+    int PointKind(double& parameter);
     void EndOfFace(int& triangulation);
-    void ShapeFlags();
+    /// From the first to the last of Open CASCADE's flags.
+    std::array<bool, 7> ShapeFlags();
     /// False at the end of a shape's children.
-    bool Child(int& index, int& location);
-
-    /// Around a curve or surface. What Open CASCADE cannot make ends its reading.
-    void BeginGeometry() {}
-    template <class Geometry>
-    void EndGeometry(bool)
-    {
-    }
+    bool Child(TopAbs_Orientation& orientation, int& index, int& location);
 
 private:
     template <class Value>
@@ -68,12 +81,6 @@ private:
         if (char const* const bytes = Take(sizeof value))
             std::memcpy(&value, bytes, sizeof value);
         return value;
-    }
-    void SkipItems(std::uint64_t count, std::uint64_t size)
-    {
-        Require(count <= UINT64_MAX / size);
-        if (IsGood())
-            Skip(count * size);
     }
 
     int m_version = 0;

@@ -33,16 +33,9 @@ void ShapeBytes::Refill()
     m_end = m_at + kept + got;
 }
 
-void ShapeBytes::Skip(std::uint64_t count)
+std::uint64_t ShapeBytes::Left() const noexcept
 {
-    while (count > 0)
-    {
-        std::size_t const piece = std::min<std::uint64_t>(count, Ahead(1).size());
-        if (piece == 0)
-            return Fail();
-        Pass(piece);
-        count -= piece;
-    }
+    return m_content.Remaining() + static_cast<std::uint64_t>(m_end - m_at);
 }
 
 void ShapeBytes::SkipBlanks()
@@ -53,6 +46,17 @@ void ShapeBytes::SkipBlanks()
         if (m_at != m_end)
             return;
     }
+}
+
+void ShapeBytes::SkipBlankLines()
+{
+    char last = '\n';
+    for (std::string_view ahead = Ahead(1); !ahead.empty() && IsBlank(ahead[0]); ahead = Ahead(1))
+    {
+        last = ahead[0];
+        Pass(1);
+    }
+    Require(last == '\n');
 }
 
 void ShapeBytes::Expect(std::string_view text)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -10,7 +11,7 @@ namespace KVR
 
 class StoreReadBuffer;
 
-/// The bytes of a store's shapes, looked at before Open CASCADE reads them. A failure stays: what is read behind it is
+/// The bytes of a store's shapes. A failure stays: what is read behind it is
 /// zero, and no byte is ahead.
 class ShapeBytes
 {
@@ -34,6 +35,12 @@ public:
     /// Passes a title behind any blanks, its count, which is not negative, and the line's end.
     int Section(std::string_view title);
 
+    /// A count, or as many as there can be ahead where each takes so many bytes: what may be set aside for them.
+    std::size_t Within(int count, std::size_t size) const noexcept
+    {
+        return static_cast<std::size_t>(std::min(static_cast<std::uint64_t>(count), Left() / size));
+    }
+
 protected:
     /// The bytes ahead that stand together: as many as wanted, up to 64 KiB, and fewer only at the content's end.
     std::string_view Ahead(std::size_t wanted)
@@ -44,8 +51,8 @@ protected:
     }
     /// Passes bytes that were ahead.
     void Pass(std::size_t count) noexcept { m_at += count; }
-    /// Passes any number of bytes.
-    void Skip(std::uint64_t count);
+    /// All bytes ahead, also those that stand elsewhere yet.
+    std::uint64_t Left() const noexcept;
     /// Passes so many bytes and gives where they stand; nullptr when there are fewer. At most 64 KiB.
     char const* Take(std::size_t count)
     {
@@ -58,6 +65,8 @@ protected:
         return m_at - count;
     }
     void SkipBlanks();
+    /// Blanks, of which the last ends a line.
+    void SkipBlankLines();
 
 private:
     void Refill();

@@ -1,6 +1,5 @@
 #include "framework/kernel/store/StoreShapes.h"
 
-#include <BRepTools_ShapeSet.hxx>
 #include <BRep_Builder.hxx>
 #include <BinTools_ShapeSet.hxx>
 #include <Standard_Failure.hxx>
@@ -16,7 +15,7 @@
 
 #include "framework/kernel/MemoryWatch.h"
 #include "framework/kernel/store/BinaryShapes.h"
-#include "framework/kernel/store/ShapeWalk.h"
+#include "framework/kernel/store/ShapeReader.h"
 #include "framework/kernel/store/StoreStream.h"
 #include "framework/kernel/store/TextShapeSet.h"
 #include "framework/kernel/store/TextShapes.h"
@@ -27,14 +26,40 @@ namespace KVR
 namespace
 {
 
+// No shape for what is damaged.
+template <class Source>
+TopoDS_Shape Read(StoreReadBuffer& content, ShapeHome home)
+{
+    Source source(content);
+    return ShapeReader<Source>(source, content.Remaining(), home).Read();
+}
+
+bool ChildrenOf(TopoDS_Shape const& root, std::vector<TopoDS_Shape>& shapes)
+{
+    if (root.IsNull() || root.ShapeType() != TopAbs_COMPOUND)
+        return false;
+    for (TopoDS_Iterator child(root); child.More(); child.Next())
+        shapes.push_back(child.Value());
+    return true;
+}
+
+TopoDS_Compound CompoundOf(std::vector<TopoDS_Shape const*> const& shapes)
+{
+    TopoDS_Compound compound;
+    BRep_Builder builder;
+    builder.MakeCompound(compound);
+    for (TopoDS_Shape const* const shape : shapes)
+        builder.Add(compound, *shape);
+    return compound;
+}
+
 // A set of Open CASCADE's that is being read. In it children stand before their parents. However the reading ends, the
 // shapes are let go of from the last to the first: each while its children are still held, so that the end of a deep
 // nesting does not run down it on the stack.
-template <class Set>
 class SetReading
 {
 public:
-    explicit SetReading(Set& set) : m_set(set) {}
+    explicit SetReading(BinTools_ShapeSet& set) : m_set(set) {}
     ~SetReading()
     {
         std::vector<TopoDS_Shape> shapes;
@@ -58,70 +83,22 @@ public:
     SetReading& operator=(SetReading const&) = delete;
 
 private:
-    Set& m_set;
+    BinTools_ShapeSet& m_set;
     int m_exceptions = std::uncaught_exceptions();
 };
 
-// Open CASCADE's readers believe what they read: they make room for as many poles as a number says, follow indices out
-// of their tables, and go down chains on the stack. They are let at shapes of which all that was looked at before.
-template <class Source>
-bool AreSafe(StoreReadBuffer& content, ShapeHome home)
+// Of the versions that Open CASCADE alone reads.
+TopoDS_Shape ReadOldBinary(StoreReadBuffer& content)
 {
-    auto const start = content.pubseekoff(0, std::ios_base::cur, std::ios_base::in);
-    Source source(content);
-    ShapeWalk<Source>(source, content.Remaining(), home).Read();
-    return source.IsGood() && content.pubseekpos(start, std::ios_base::in) == start;
-}
-
-bool ChildrenOf(TopoDS_Shape const& root, std::vector<TopoDS_Shape>& shapes)
-{
-    if (root.IsNull() || root.ShapeType() != TopAbs_COMPOUND)
-        return false;
-    for (TopoDS_Iterator child(root); child.More(); child.Next())
-        shapes.push_back(child.Value());
-    return true;
-}
-
-TopoDS_Compound CompoundOf(std::vector<TopoDS_Shape const*> const& shapes)
-{
-    TopoDS_Compound compound;
-    BRep_Builder builder;
-    builder.MakeCompound(compound);
-    for (TopoDS_Shape const* const shape : shapes)
-        builder.Add(compound, *shape);
-    return compound;
-}
-
-void ReadBinary(std::istream& in, TopoDS_Shape& root)
-{
+    std::istream in(&content);
+    in.imbue(std::locale::classic());
+    in.exceptions(std::ios_base::failbit | std::ios_base::badbit);
+    TopoDS_Shape root;
     BinTools_ShapeSet set;
     set.SetWithTriangles(Standard_True);
     SetReading const reading(set);
     set.Read(in);
     set.ReadSubs(root, in, set.NbShapes());
-}
-
-void ReadText(std::istream& in, TopoDS_Shape& root)
-{
-    BRep_Builder const builder;
-    BRepTools_ShapeSet set(builder);
-    SetReading const reading(set);
-    set.Read(in);
-    static_cast<TopTools_ShapeSet&>(set).Read(root, in);
-}
-
-// Reads what was found safe.
-TopoDS_Shape ReadRoot(StoreReadBuffer& content, bool textMode)
-{
-    std::istream in(&content);
-    in.imbue(std::locale::classic());
-    // The text form's reader would not end at the end of a stream.
-    in.exceptions(std::ios_base::failbit | std::ios_base::badbit);
-    TopoDS_Shape root;
-    if (textMode)
-        ReadText(in, root);
-    else
-        ReadBinary(in, root);
     return root;
 }
 
@@ -184,9 +161,7 @@ void WriteShapes(std::vector<TopoDS_Shape const*> const& shapes, std::ostream& o
 bool ReadShapes(StoreReadBuffer& content, bool textMode, std::vector<TopoDS_Shape>& shapes)
 {
     constexpr ShapeHome kHome = ShapeHome::kStore;
-    if (textMode ? !AreSafe<TextShapes>(content, kHome) : !AreSafe<BinaryShapes>(content, kHome))
-        return false;
-    return ChildrenOf(ReadRoot(content, textMode), shapes);
+    return ChildrenOf(textMode ? Read<TextShapes>(content, kHome) : Read<BinaryShapes>(content, kHome), shapes);
 }
 
 bool ReadShapeFile(std::FILE* file, TopoDS_Shape& shape)
@@ -200,12 +175,13 @@ bool ReadShapeFile(std::FILE* file, TopoDS_Shape& shape)
         StoreReadBuffer content(file, size);
         constexpr ShapeHome kHome = ShapeHome::kFile;
         Form const form = FindForm(content);
-        bool const isSafe = form == Form::kText     ? AreSafe<TextShapes>(content, kHome)
-                            : form == Form::kBinary ? AreSafe<BinaryShapes>(content, kHome)
-                                                    : form == Form::kOldBinary;
-        if (isSafe)
+        TopoDS_Shape const read = form == Form::kText        ? Read<TextShapes>(content, kHome)
+                                  : form == Form::kBinary    ? Read<BinaryShapes>(content, kHome)
+                                  : form == Form::kOldBinary ? ReadOldBinary(content)
+                                                             : TopoDS_Shape();
+        if (!read.IsNull() || form == Form::kOldBinary)
         {
-            shape = ReadRoot(content, form == Form::kText);
+            shape = read;
             return true;
         }
     }

@@ -1,23 +1,16 @@
 #include "framework/kernel/store/TextShapes.h"
 
-#include <Geom2d_Curve.hxx>
-#include <GeomTools.hxx>
-#include <Geom_Curve.hxx>
-#include <Geom_Surface.hxx>
+#include <Standard_CString.hxx>
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <cmath>
-#include <locale>
-#include <sstream>
+#include <string>
 
 namespace KVR
 {
 
 namespace
 {
-
-using opencascade::handle;
 
 constexpr std::array<std::string_view, 3> kVersions = {"CASCADE Topology V1, (c) Matra-Datavision",
                                                        "CASCADE Topology V2, (c) Matra-Datavision",
@@ -54,14 +47,12 @@ std::string_view TextShapes::Word()
         return {};
     }
     Pass(length);
-    if (!m_begins.empty())
-        m_words.append(ahead.substr(0, length)).push_back(' ');
     return ahead.substr(0, length);
 }
 
 void TextShapes::Version(bool isFile)
 {
-    SkipBlanks();
+    SkipBlankLines();
     std::string_view const ahead = Ahead(kLongestLine);
     auto const found = std::find_if(kVersions.begin() + (isFile ? 0 : 1), kVersions.end(),
                                     [&](std::string_view version) { return ahead.starts_with(version); });
@@ -94,51 +85,49 @@ double TextShapes::Real()
     return value;
 }
 
-void TextShapes::Reals(std::uint64_t count)
+double TextShapes::LooseReal()
 {
-    // Open CASCADE makes a number of any word.
-    for (; count > 0 && IsGood(); --count)
-        Word();
+    std::string_view const word = Word();
+    double value = 0.0;
+    return ReadWord(word, value) ? value : Strtod(std::string(word).c_str(), nullptr);
 }
 
-void TextShapes::FiniteReals(std::uint64_t count)
+double TextShapes::Weight()
 {
-    for (; count > 0 && IsGood(); --count)
-        Require(std::isfinite(Real()));
+    double const weight = Real();
+    Require(std::isfinite(weight) && weight > kLeastWeight);
+    return weight;
 }
 
-void TextShapes::Poles(std::uint64_t count, int space, bool haveWeights)
+std::array<float, 3> TextShapes::Normal()
 {
-    for (; count > 0 && IsGood(); --count)
-    {
-        FiniteReals(static_cast<std::uint64_t>(space));
-        if (haveWeights)
-        {
-            double const weight = Real();
-            Require(std::isfinite(weight) && weight > kLeastWeight);
-        }
-    }
+    std::array<float, 3> normal{};
+    for (float& component : normal)
+        component = static_cast<float>(LooseReal());
+    return normal;
 }
 
-void TextShapes::Continuity(std::string_view word)
+GeomAbs_Shape TextShapes::Continuity(std::string_view word)
 {
-    Require(std::find(kContinuities.begin(), kContinuities.end(), word) != kContinuities.end());
+    auto const found = std::find(kContinuities.begin(), kContinuities.end(), word);
+    Require(found != kContinuities.end());
+    return IsGood() ? static_cast<GeomAbs_Shape>(found - kContinuities.begin()) : GeomAbs_C0;
 }
 
-int TextShapes::IntegerAndContinuity()
+int TextShapes::IntegerAndContinuity(GeomAbs_Shape& continuity)
 {
     std::string_view const word = Word();
     std::size_t const end = std::min(word.find_first_of("CG"), word.size());
     int value = 0;
     Require(ReadWord(word.substr(0, end), value));
-    Continuity(word.substr(end));
+    continuity = Continuity(word.substr(end));
     return value;
 }
 
-void TextShapes::Deflection()
+double TextShapes::Deflection()
 {
     Require(Word() == "p");
-    Word();
+    return LooseReal();
 }
 
 TopAbs_ShapeEnum TextShapes::ShapeKind()
@@ -148,9 +137,9 @@ TopAbs_ShapeEnum TextShapes::ShapeKind()
     return static_cast<TopAbs_ShapeEnum>(found - kShapeKinds.begin());
 }
 
-int TextShapes::PointKind()
+int TextShapes::PointKind(double& parameter)
 {
-    Word();
+    parameter = LooseReal();
     return Integer();
 }
 
@@ -177,42 +166,30 @@ void TextShapes::EndOfFace(int& triangulation)
             ReadWord(second.substr(number), triangulation) && triangulation != 0);
 }
 
-void TextShapes::ShapeFlags()
+std::array<bool, 7> TextShapes::ShapeFlags()
 {
-    constexpr std::size_t kFlags = 7;
-    std::string_view const flags = Word();
-    Require(flags.size() == kFlags && flags.find_first_not_of("01") == std::string_view::npos);
+    std::array<bool, 7> flags{};
+    std::string_view const word = Word();
+    Require(word.size() == flags.size() && word.find_first_not_of("01") == std::string_view::npos);
+    if (IsGood())
+        std::transform(word.begin(), word.end(), flags.begin(), [](char flag) { return flag == '1'; });
+    return flags;
 }
 
-bool TextShapes::Child(int& index, int& location)
+bool TextShapes::Child(TopAbs_Orientation& orientation, int& index, int& location)
 {
+    // In the order of TopAbs_Orientation.
+    constexpr std::string_view kOrientations = "+-ie";
     std::string_view const word = Word();
     if (word == "*")
         return false;
-    Require(!word.empty() && std::string_view("+-ie").find(word[0]) != std::string_view::npos &&
-            ReadWord(word.substr(1), index));
+    std::size_t const found = word.empty() ? std::string_view::npos : kOrientations.find(word[0]);
+    Require(found != std::string_view::npos && ReadWord(word.substr(1), index));
+    if (!IsGood())
+        return false;
+    orientation = static_cast<TopAbs_Orientation>(found);
     location = Integer();
     return IsGood();
 }
-
-void TextShapes::BeginGeometry()
-{
-    m_begins.push_back(m_words.size());
-}
-
-template <class Geometry>
-bool TextShapes::IsMade(std::string const& words)
-{
-    std::istringstream in(words);
-    in.imbue(std::locale::classic());
-    in.exceptions(std::ios_base::failbit | std::ios_base::badbit);
-    handle<Geometry> geometry;
-    GeomTools::Read(geometry, in);
-    return !geometry.IsNull();
-}
-
-template bool TextShapes::IsMade<Geom_Curve>(std::string const&);
-template bool TextShapes::IsMade<Geom2d_Curve>(std::string const&);
-template bool TextShapes::IsMade<Geom_Surface>(std::string const&);
 
 }  // namespace KVR

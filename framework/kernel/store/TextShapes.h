@@ -1,8 +1,10 @@
 #pragma once
 
+#include <GeomAbs_Shape.hxx>
+#include <TopAbs_Orientation.hxx>
 #include <TopAbs_ShapeEnum.hxx>
-#include <string>
-#include <vector>
+#include <array>
+#include <cmath>
 
 #include "framework/kernel/store/ShapeBytes.h"
 
@@ -15,10 +17,18 @@ class TextShapes final : public ShapeBytes
 public:
     using ShapeBytes::ShapeBytes;
 
-    /// Versions 2 and 3. In version 1 faces are measured as they are read: that one is not for stores.
+    /// Versions 2 and 3, and of files also 1, in which faces are measured as they are read.
     void Version(bool isFile);
     bool HasUVPoints() const noexcept { return m_version == 2; }
     bool HasNormals() const noexcept { return m_version == 3; }
+    bool KeepsChecked() const noexcept { return m_version == 2; }
+    bool MeasuresFaces() const noexcept { return m_version == 1; }
+    /// A face without a surface has nothing else of its own, and an offset surface is made of anything.
+    static constexpr bool kIsStrict = false;
+
+    /// Fails where there cannot be so many numbers ahead, each of a digit and a blank at the least, so that memory may
+    /// be had for them.
+    void RequireAhead(std::uint64_t reals, std::uint64_t integers) { Require(2 * (reals + integers) <= Left()); }
 
     /// What says of which kind a thing is.
     int Kind() { return Integer(); }
@@ -26,49 +36,42 @@ public:
     int Degree() { return Integer(); }
     int Integer();
     double Real();
-    void Reals(std::uint64_t count);
-    /// None of them without a value.
-    void FiniteReals(std::uint64_t count);
-    /// With weights behind their coordinates, or without.
-    void Poles(std::uint64_t count, int space, bool haveWeights);
-    void Normals(std::uint64_t count) { Reals(3 * count); }
-    void Continuity() { Continuity(Word()); }
+    /// Open CASCADE makes a number of any word.
+    double LooseReal();
+    /// Numbers that have a value, in their order.
+    template <std::size_t Count>
+    std::array<double, Count> Numbers()
+    {
+        std::array<double, Count> numbers{};
+        for (double& number : numbers)
+        {
+            number = Real();
+            Require(std::isfinite(number));
+        }
+        return numbers;
+    }
+    double Weight();
+    std::array<float, 3> Normal();
+    GeomAbs_Shape Continuity() { return Continuity(Word()); }
     /// With nothing between them.
-    int IntegerAndContinuity();
+    int IntegerAndContinuity(GeomAbs_Shape& continuity);
     /// Of a polygon on a triangulation.
-    void Deflection();
+    double Deflection();
 
     TopAbs_ShapeEnum ShapeKind();
     /// What a vertex has of a point, with its parameter.
-    int PointKind();
+    int PointKind(double& parameter);
     void EndOfFace(int& triangulation);
-    void ShapeFlags();
+    /// From the first to the last of Open CASCADE's flags.
+    std::array<bool, 7> ShapeFlags();
     /// False at the end of a shape's children.
-    bool Child(int& index, int& location);
-
-    /// Around a curve or surface, of which is known whether Open CASCADE makes one of it in any case. Where it cannot,
-    /// it goes on in the midst of the numbers, or builds another one on nothing: in doubt it is let read this one
-    /// alone.
-    void BeginGeometry();
-    template <class Geometry>
-    void EndGeometry(bool isMade)
-    {
-        Require(IsGood() && (isMade || IsMade<Geometry>(m_words.substr(m_begins.back()))));
-        m_begins.pop_back();
-        if (m_begins.empty())
-            m_words.clear();
-    }
+    bool Child(TopAbs_Orientation& orientation, int& index, int& location);
 
 private:
     std::string_view Word();
-    void Continuity(std::string_view word);
-    template <class Geometry>
-    static bool IsMade(std::string const& words);
+    GeomAbs_Shape Continuity(std::string_view word);
 
     int m_version = 0;
-    /// The words of the geometry, and where in them it and what it stands on began.
-    std::string m_words;
-    std::vector<std::size_t> m_begins;
 };
 
 }  // namespace KVR

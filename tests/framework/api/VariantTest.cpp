@@ -127,6 +127,12 @@ TEST(VitreolSerializedAsset, AnswersTypeAndBytes)
     VitreolSerializedAsset const empty("", Blob());
     EXPECT_EQ(empty.Size(), 0U);
     EXPECT_EQ(empty.Data(), nullptr);
+    std::string const text = "def";
+    auto const held = std::make_shared<std::string const>(text);
+    VitreolSerializedAsset const sharing("Generic", {held, held->data()}, text.size());
+    EXPECT_EQ(sharing.Data(), held->data());
+    EXPECT_EQ(held.use_count(), 2);
+    EXPECT_EQ(VitreolSerializedAsset("", held, 0).Data(), nullptr);
 }
 
 }  // namespace

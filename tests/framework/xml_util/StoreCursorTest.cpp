@@ -173,6 +173,38 @@ TEST(StoreCursor, ListsAreReadAsIfValueByValue)
     }
 }
 
+TEST(StoreCursor, ARunIsReadAsFarAsItGoes)
+{
+    constexpr std::size_t kBlock = StoreCursor::kWholeStore / sizeof(std::uint64_t);
+    for (std::size_t const length : {std::size_t{1}, std::size_t{70}, kBlock, 2 * kBlock + 5})
+    {
+        ByteBuilder bytes = ByteBuilder().Byte(0);
+        for (std::size_t i = 0; i < length; ++i)
+            bytes.U64(~std::uint64_t{0} - 3 + i);
+        bytes.U64(7).Byte(8);
+        for (std::size_t const readAhead : kReadAheads)
+        {
+            OpenStore store(bytes.Bytes(), readAhead);
+            bool skipped = false;
+            store.cursor.Read(skipped);
+            unsigned long long first = 0;
+            EXPECT_EQ(store.cursor.ReadRun(first, 0), 0U);
+            EXPECT_EQ(first, 0U);
+            EXPECT_EQ(store.cursor.ReadRun(first, length + 1), length) << length << " by " << readAhead;
+            EXPECT_EQ(first, ~std::uint64_t{0} - 3);
+            unsigned long long behind = 0;
+            EXPECT_TRUE(store.cursor.Read(behind));
+            EXPECT_EQ(behind, 7U);
+            EXPECT_EQ(store.cursor.ReadRun(behind, 1), 0U) << "a byte is left";
+            EXPECT_EQ(behind, 7U);
+            EXPECT_EQ(store.cursor.Remaining(), 1U);
+        }
+        OpenStore swapped(bytes.Bytes(), StoreCursor::kWholeStore, kSwapped);
+        unsigned long long first = 0;
+        EXPECT_EQ(swapped.cursor.ReadRun(first, length), 0U);
+    }
+}
+
 TEST(StoreCursor, OnAMachineOfTheOtherByteOrderFieldsAreTurnedRound)
 {
     OpenStore store(std::string("\0\0\0\0\0\0\1\2\0\0\1\2\x3f\xe0\0\0\0\0\0\0\5", 21), StoreCursor::kWholeStore,

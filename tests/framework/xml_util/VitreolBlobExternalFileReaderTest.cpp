@@ -156,6 +156,34 @@ TEST_F(AssetFile, HoldsAssetsOfAnySize)
     EXPECT_EQ(Loaded(), (Assets{{"s", {"t", bytes}}}));
 }
 
+TEST_F(AssetFile, HoldsAssetsThatOutliveOneAnother)
+{
+    // Small ones share memory, a large one has its own.
+    ByteBuilder file = Head(101);
+    Assets expected;
+    for (unsigned i = 0; i <= 100; ++i)
+    {
+        std::string const id = "s" + std::to_string(i);
+        std::string const bytes(i == 50 ? 1500000 : 33333 + i, static_cast<char>(i));
+        file.String(id).String("t").U64(bytes.size()).Raw(bytes);
+        if (i % 10 == 0)
+            expected[id] = {"t", bytes};
+    }
+    EXPECT_TRUE(Load(file));
+    EXPECT_EQ(m_assets.size(), 101U);
+    std::erase_if(m_assets,
+                  [&](auto const& entry)
+                  {
+                      bool const isGone = !expected.contains(std::string(entry.first.View()));
+                      if (isGone)
+                          delete entry.second;
+                      return isGone;
+                  });
+    EXPECT_EQ(Loaded(), expected);
+    for (auto const& [id, asset] : m_assets)
+        EXPECT_EQ(reinterpret_cast<std::uintptr_t>(asset->Data()) % alignof(std::max_align_t), 0U) << id.View();
+}
+
 TEST_F(AssetFile, GivesTheFirstOfTwoAssetsWithOneId)
 {
     EXPECT_TRUE(Load(Head(3)
