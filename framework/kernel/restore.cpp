@@ -3,6 +3,7 @@
 #include <Standard_Failure.hxx>
 #include <TopoDS_Shape.hxx>
 #include <algorithm>
+#include <cerrno>
 #include <locale>
 #include <memory>
 #include <new>
@@ -130,10 +131,11 @@ outcome BadFile()
     return {outcome::kBadFile, "the store cannot be read"};
 }
 
-// What could not be read is not damaged.
+// What could not be read is not damaged. Of a place that the system cannot go to, errno alone tells, which was cleared
+// before.
 outcome BadStore(std::FILE* file, char const* message)
 {
-    return std::ferror(file) ? BadFile() : outcome(outcome::kBadStore, message);
+    return std::ferror(file) || errno == EIO ? BadFile() : outcome(outcome::kBadStore, message);
 }
 
 outcome BadContent(std::FILE* file)
@@ -157,6 +159,7 @@ outcome GKI_RESTORE::execute_restore(ENTITY_LIST& entities)
 {
     m_isInsecure = m_isRestored = false;
     m_rowRanges.clear();
+    errno = 0;
     if (!m_file)
         return {outcome::kBadArgument, "there is no file"};
     if (!gki_global_data().activeStream)
