@@ -25,11 +25,11 @@ constexpr Factor kLongestTextByte{11.6, 9.0e-9};
 constexpr Factor kListByte{4.6, 1.3e-9};
 
 constexpr Factor kKernel{3.6e6, 0.0};
-constexpr Factor kKernelByte{4.6, 10.6e-9};
-constexpr Factor kKernelTextByte{4.6, 14.5e-9};
-constexpr Factor kKernelEntity{0.0, 3.2e-6};
-constexpr Factor kMeshByte{0.635, 0.27e-9};
-constexpr Factor kMeshRecord{1071.0, 1.2e-6};
+constexpr Factor kKernelByte{3.9, 3.2e-9};
+constexpr Factor kKernelTextByte{3.9, 4.0e-9};
+constexpr Factor kKernelEntity{0.0, 1.0e-6};
+constexpr Factor kMeshByte{0.53, 0.165e-9};
+constexpr Factor kMeshRecord{1071.0, 0.6e-6};
 // Of polygons that follow one another nothing is kept, of other indices half the bytes.
 constexpr Factor kSegmentByte{0.3, 0.1e-9};
 constexpr Factor kAssetByte{1.0, 0.15e-9};
