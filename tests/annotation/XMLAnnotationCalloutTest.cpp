@@ -106,7 +106,7 @@ TEST(XMLAnnotationCallout, ItsNamesAreExact)
 {
     CalloutElement test(
         "<childset><Child ID='a'/></childset><ITEXT/><annotationplane><IWorkPlane ID='w'/>"
-        "</annotationplane>",
+        "</annotationplane><AnnotationPlane><iworkplane ID='w'/></AnnotationPlane>",
         "", "<IPart ID='a'/>");
     EXPECT_EQ(test.callout.ChildCount(), 0U);
     EXPECT_EQ(test.callout.Text(), nullptr);

@@ -183,6 +183,12 @@ TEST(Style, ItsScalarsStandOnTheDiffuseColor)
     EXPECT_FALSE(TransparencyColorOf(style)) << "the number is not the colour";
 }
 
+TEST(Style, ABumpMapInAnotherCaseIsNone)
+{
+    EXPECT_FALSE(TextOf(StyleScene("<bumpMap TextureId='t'/>").Style(), &R::BumpMap));
+    EXPECT_EQ(TextOf(StyleScene("<BumpMap TextureId='t'/>").Style(), &R::BumpMap), "t");
+}
+
 TEST(Style, NoOtherColorElementHasScalars)
 {
     for (char const* element : {"AmbientColor", "EmissionColor", "SpecularColor", "IRenderStyle", "BumpMap"})

@@ -59,6 +59,10 @@ class Source:
     # Places whose mistakes do not compile.
     left_out: set[int] = field(default_factory=set)
 
+    def form(self) -> str:
+        """Tells what would be built of it from what was built before."""
+        return f"{self.path} {zlib.crc32(with_mistakes(self.text, self.places, 0).encode())}"
+
     def numbers(self) -> list[tuple[int, Place, str]]:
         number = self.first
         numbered = []
@@ -86,7 +90,8 @@ class Tree:
                 if LEFT_OUT.match(path):
                     continue
                 text = file.read_text()
-                source = Source(path, text, places_of(text, kinds), number, self.known_left_out(path, text))
+                source = Source(path, text, places_of(text, kinds), number)
+                source.left_out = set(self.known.get(source.form(), []))
                 self.sources[path] = source
                 changes: Counter[str] = Counter()
                 for number, place, mistake in source.numbers():
@@ -101,12 +106,8 @@ class Tree:
         self.commands = {str(Path(c["file"]).relative_to(root)): c for c in commands
                          if Path(c["file"]).is_relative_to(root)}
 
-    def known_left_out(self, path: str, text: str) -> set[int]:
-        """What did not compile when the source was as it is now."""
-        return set(self.known.get(f"{path} {zlib.crc32(text.encode())}", []))
-
     def keep_left_out(self) -> None:
-        kept = {f"{s.path} {zlib.crc32(s.text.encode())}": sorted(s.left_out) for s in self.sources.values()}
+        kept = {source.form(): sorted(source.left_out) for source in self.sources.values()}
         (self.work / "left_out.json").write_text(json.dumps(kept))
 
     def write(self, source: Source) -> None:

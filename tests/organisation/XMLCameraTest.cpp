@@ -97,9 +97,10 @@ TEST(XMLCamera, EveryChildIsRead)
     EXPECT_THAT(ComponentsOf(AnswerOf(*camera, &ICamera::FarPlane)->Normal()), ElementsAre(0, 0, 1));
 }
 
-TEST(XMLCamera, AnUnknownTypeIsParallel)
+TEST(XMLCamera, IsParallelAlsoWithoutAKnownType)
 {
-    for (char const* const text : {"Type='Perspective'", "Type='kcameratype_perspective'", "Type=''", ""})
+    for (char const* const text :
+         {"Type='kCameraType_Parallel'", "Type='Perspective'", "Type='kcameratype_perspective'", "Type=''", ""})
         EXPECT_EQ(CameraScene(text)->CameraType(), ICamera::kCameraType_Parallel) << text;
 }
 

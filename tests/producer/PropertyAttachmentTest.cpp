@@ -128,6 +128,14 @@ TEST(Properties, OfOneIdMayBelongToTwoObjects)
     EXPECT_EQ(scene.InDatabase("b"), "1");
 }
 
+TEST(Properties, OfIdsThatDifferInCaseAloneAreThoseOfTwoObjects)
+{
+    TestScene scene("<Scene><IGeometricSet ID='g'/><IGeometricSet ID='G'/></Scene>");
+    scene.WithFile("scene.kvrproperty", Properties(Property("p0", "g", "1") + Property("p1", "G", "2"))).Begin();
+    EXPECT_THAT(Ids(scene.Get<IGeometricSet>("g").PropertyIds()), ElementsAre("p0"));
+    EXPECT_THAT(Ids(scene.Get<IGeometricSet>("G").PropertyIds()), ElementsAre("p1"));
+}
+
 TEST(Properties, OfTheEmptyIdReachTheObjectWithoutAnId)
 {
     TestScene scene("<Scene><IPart ID='p'/><IInstance Label='nameless'><Child ID='p'/></IInstance></Scene>");

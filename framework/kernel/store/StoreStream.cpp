@@ -10,6 +10,7 @@ namespace KVR
 namespace
 {
 constexpr std::size_t kBufferSize = 64 * 1024;
+constexpr std::streamsize kLeastRead = kBufferSize / 2;
 }  // namespace
 
 bool MeasureRest(std::FILE* file, std::uint64_t& size)
@@ -62,11 +63,17 @@ std::uint64_t StoreReadBuffer::Remaining() const noexcept
     return m_left + static_cast<std::uint64_t>(egptr() - gptr());
 }
 
+std::size_t StoreReadBuffer::Read(char* target, std::size_t count)
+{
+    auto const wanted = static_cast<std::size_t>(std::min<std::uint64_t>(m_left, count));
+    std::size_t const got = wanted == 0 ? 0 : std::fread(target, 1, wanted, m_file);
+    m_left = got < wanted ? 0 : m_left - got;
+    return got;
+}
+
 StoreReadBuffer::int_type StoreReadBuffer::underflow()
 {
-    auto const wanted = static_cast<std::size_t>(std::min<std::uint64_t>(m_left, kBufferSize));
-    std::size_t const got = wanted == 0 ? 0 : std::fread(m_buffer.get(), 1, wanted, m_file);
-    m_left = got < wanted ? 0 : m_left - got;
+    std::size_t const got = Read(m_buffer.get(), kBufferSize);
     setg(m_buffer.get(), m_buffer.get(), m_buffer.get() + got);
     return got == 0 ? traits_type::eof() : traits_type::to_int_type(*gptr());
 }
@@ -76,6 +83,12 @@ std::streamsize StoreReadBuffer::xsgetn(char* target, std::streamsize count)
     std::streamsize taken = 0;
     while (taken < count)
     {
+        // What is nearly a buffer in length is read to where it belongs.
+        if (gptr() == egptr() && count - taken >= kLeastRead)
+        {
+            setg(m_buffer.get(), m_buffer.get(), m_buffer.get());
+            return taken + static_cast<std::streamsize>(Read(target + taken, static_cast<std::size_t>(count - taken)));
+        }
         if (gptr() == egptr() && traits_type::eq_int_type(underflow(), traits_type::eof()))
             break;
         std::streamsize const piece = std::min<std::streamsize>(egptr() - gptr(), count - taken);

@@ -50,6 +50,9 @@ protected:
     pos_type seekpos(pos_type position, std::ios_base::openmode mode) override;
 
 private:
+    /// Behind the buffer; what there is of so many bytes.
+    std::size_t Read(char* target, std::size_t count);
+
     std::FILE* m_file;
     long m_start;
     std::uint64_t m_size;

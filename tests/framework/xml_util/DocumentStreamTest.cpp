@@ -73,7 +73,10 @@ TEST_F(DocumentStream, TellsWhereADocumentIsNotWellFormed)
     DocumentStreamEnd const end = Stream("<r>\n<a></r>");
     EXPECT_FALSE(end.isWhole);
     EXPECT_EQ(end.line, 2U);
-    EXPECT_FALSE(StreamDocument(Wide("/nowhere/at/all"), m_lines).isWhole);
+    DocumentStreamEnd const absent = StreamDocument(Wide("/nowhere/at/all"), m_lines);
+    EXPECT_FALSE(absent.isWhole);
+    EXPECT_EQ(absent.line, 0U) << "there is no place";
+    EXPECT_EQ(absent.column, 0U);
 }
 
 TEST_F(DocumentStream, StaysWithinThePolicy)

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "framework/xml_util/ReadObserver.h"
+#include "framework/xml_util/XMLPlatform.h"
 #include "framework/xml_util/XMLStrUtil.h"
 #include "tests/framework/xml_util/Damage.h"
 #include "tests/support/TempFolder.h"
@@ -16,6 +17,7 @@ namespace
 {
 
 using namespace KVR;
+using namespace std::string_literals;
 using Test::TempFolder;
 
 struct Notes
@@ -73,6 +75,10 @@ protected:
     }
 
     TempFolder m_folder;
+
+private:
+    // Or every parse would begin and end Xerces.
+    XMLPlatformScope m_platform;
 };
 
 constexpr std::string_view kPlain =
@@ -96,41 +102,49 @@ TEST_F(SideFile, IsReadWithoutAParserWhenItIsPlain)
 TEST_F(SideFile, OfAnyOtherFormIsReadByTheParserFromWhereItBegins)
 {
     std::string const front = "<r><o i='1'/>";
-    for (std::string const& other : {std::string("<!-- x --><o/></r>"),
-                                     std::string("<?p x?><o/></r>"),
-                                     std::string("text<o/></r>"),
-                                     std::string("<![CDATA[x]]><o/></r>"),
-                                     std::string("&amp;<o/></r>"),
-                                     std::string("<o a='&#x1F600;'/></r>"),
-                                     std::string("<o a='&#xD800;'/></r>"),
-                                     std::string("<o a='&#;&#x;'/></r>"),
-                                     std::string("<o a='&#-1;'/></r>"),
-                                     std::string("<o a='&#1F;'/></r>"),
-                                     std::string("<o a='&#x\xC3\xA4;'/></r>"),
-                                     std::string("<o a='x\ny'/></r>"),
-                                     std::string("<o a='&#65535;'/></r>"),
-                                     std::string("<o a='&e;'/></r>"),
-                                     std::string("<o x:a='1'/></r>"),
-                                     std::string("<o a='1' a='2'/></r>"),
-                                     std::string("<o a='1'b='2'/></r>"),
-                                     std::string("<o a='\xEF\xBF\xBE'/></r>"),
-                                     std::string("<o a='\xEF\xBF\xBD'/></r>"),
-                                     std::string("<o a='\xC0\x80'/></r>"),
-                                     std::string("<o a='x\0y'/></r>", 18),
-                                     std::string("<o a='<'/></r>"),
-                                     std::string("<o a='&'/></r>"),
-                                     std::string("<o a='&amp'/></r>"),
-                                     std::string("<o a=x/></r>"),
-                                     std::string("<o a/></r>"),
-                                     std::string("<\xC3\xA4/></r>"),
-                                     std::string("<o></p></r>"),
-                                     std::string("</r></r>"),
-                                     std::string("</r><r/>"),
-                                     std::string("</r>x"),
-                                     std::string("</r><!-- x -->"),
-                                     std::string("</r>\0", 5),
-                                     std::string("<a><b><c><d><e><f><g><h/></g></f></e></d></c></b></a></r>"),
-                                     std::string("")})
+    std::string const others[] = {"<?p x?><o/></r>",
+                                  "text<o/></r>",
+                                  "<![CDATA[x]]><o/></r>",
+                                  "&amp;<o/></r>",
+                                  "<!-- x -- y --><o/></r>",
+                                  "<!-- x --y<o/></r>",
+                                  "<!-- \x01 --><o/></r>",
+                                  "<!-- \xEF\xBF\xBE --><o/></r>",
+                                  "<!- x --><o/></r>",
+                                  "<!----->",
+                                  "<!-- x",
+                                  "<o a='&#x1F600;'/></r>",
+                                  "<o a='&#xD800;'/></r>",
+                                  "<o a='&#;&#x;'/></r>",
+                                  "<o a='&#-1;'/></r>",
+                                  "<o a='&#1F;'/></r>",
+                                  "<o a='&#x\xC3\xA4;'/></r>",
+                                  "<o a='&#65535;'/></r>",
+                                  "<o a='&#1;'/></r>",
+                                  "<o a='&e;'/></r>",
+                                  "<o a='&'/></r>",
+                                  "<o a='&amp'/></r>",
+                                  "<o a='x\ny'/></r>",
+                                  "<o a='\xEF\xBF\xBE'/></r>",
+                                  "<o a='\xEF\xBF\xBD'/></r>",
+                                  "<o a='\xC0\x80'/></r>",
+                                  "<o a='x\0y'/></r>"s,
+                                  "<o a='<'/></r>",
+                                  "<o x:a='1'/></r>",
+                                  "<o a='1' a='2'/></r>",
+                                  "<o a='1'b='2'/></r>",
+                                  "<o a=x/></r>",
+                                  "<o a/></r>",
+                                  "<\xC3\xA4/></r>",
+                                  "<o></p></r>",
+                                  "</r></r>",
+                                  "</r><r/>",
+                                  "</r>x",
+                                  "</r><!-- x --><?p?>",
+                                  "</r>\0"s,
+                                  "<a><b><c><d><e><f><g><h/></g></f></e></d></c></b></a></r>",
+                                  ""};
+    for (std::string const& other : others)
     {
         Notes const notes = ReadBothWays(front + other);
         ASSERT_GE(notes.lines.size(), 3U) << other;

@@ -1,6 +1,7 @@
 #include "framework/xml_util/StoreCursor.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <bit>
@@ -221,6 +222,34 @@ TEST(StoreCursor, OnAMachineOfTheOtherByteOrderFieldsAreTurnedRound)
     EXPECT_EQ(store.cursor.Peek(1), nullptr) << "fields are to be read one by one";
     EXPECT_TRUE(store.cursor.Read(flag));
     EXPECT_TRUE(flag);
+}
+
+TEST(StoreCursor, ATextWhoseLengthIsNotThereIsNone)
+{
+    OpenStore store("1234567");
+    UTF8String text("before");
+    EXPECT_FALSE(store.cursor.Read(text));
+    EXPECT_EQ(text, UTF8String("before"));
+    EXPECT_TRUE(store.cursor.HasEnded());
+}
+
+TEST(StoreCursor, WhatCannotBeSoughtInIsEmpty)
+{
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    ASSERT_EQ(write(ends[1], "12345678", 8), 8);
+    close(ends[1]);
+    std::FILE* const file = fdopen(ends[0], "rb");
+    {
+        StoreCursor cursor(file, IOUtil::IsBigEndian(), StoreCursor::kWholeStore);
+        EXPECT_TRUE(cursor.HasEnded());
+        EXPECT_EQ(cursor.Position(), 0U);
+        EXPECT_EQ(cursor.Remaining(), 0U);
+        unsigned long long value = 7;
+        EXPECT_FALSE(cursor.Read(value));
+        EXPECT_EQ(value, 7U);
+    }
+    std::fclose(file);
 }
 
 TEST(StoreCursor, WithoutReadAheadTheFileStandsBehindTheLastField)
