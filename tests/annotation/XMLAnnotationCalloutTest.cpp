@@ -221,6 +221,13 @@ TEST(XMLAnnotationCalloutElement, ItsChildrenAreListedOnceInOrder)
     EXPECT_THAT(ChildrenOf(test.element), ElementsAre("p", "a", "q"));
 }
 
+TEST(XMLAnnotationCalloutElement, AChildSetInAnotherCaseIsNotRead)
+{
+    CalloutElementElement test("<childset><IPoint ID='p'/></childset>");
+    EXPECT_EQ(test.element.ChildCount(), 0U);
+    EXPECT_FALSE(test.callout.scene.Has("p"));
+}
+
 TEST(XMLAnnotationCalloutElement, ACurveWithoutAnyStoreIsPassedOver)
 {
     CalloutElementElement test("<ChildSet><ICurve ID='c'/><IPoint ID='p'/></ChildSet>");

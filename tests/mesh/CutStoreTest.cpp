@@ -96,7 +96,7 @@ Fields Nurbs()
 Fields Mesh()
 {
     constexpr std::uint64_t kTableOffset = 89;
-    Fields fields = Fields().U64({99, 1, kTableOffset, 77, 0}).Text("m").U64({3, 2, 2, 55, 2});
+    Fields fields = Fields().U64({99, 1, kTableOffset, 77, 0}).Text("m").U64({3, 2, 3, 55, 2});
     EXPECT_EQ(fields.bytes.size(), kTableOffset);
     fields.U64({2, 8}).Add("material").U64({8}).Add("hardwood").F64({6, 7, 8, 9}).F64({1, 0, 0, 0, 1, 0});
     fields.U32(2).U64({2}).F64({1, 2, 3, 4}).U32(3).U64({1}).F64({5, 6, 7});
@@ -104,7 +104,7 @@ Fields Mesh()
     for (int vertex = 0; vertex < 3; ++vertex)
         fields.U32(2).U64({1, 1, 1, 1});
     fields.U64({4, 2, 1, 2, 1}).Byte(1).U64({1}).Byte(0).Byte(0);
-    return fields;
+    return fields.U64({1, 2}).Byte(0).Byte(0).Byte(1).U32(1).U64({1, 1});
 }
 
 // The other layout: a set of texture vertices, and an index for each vertex of a polygon.
