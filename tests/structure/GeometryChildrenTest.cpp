@@ -99,6 +99,14 @@ TEST_P(GeometryChildren, AMeshThatNoStoreHoldsIsLeftOutAndTheChildBehindItIsRead
     EXPECT_EQ(scene.Get<IComponent>("o").ChangeKey(kSnapshotVersion_Current, key), kIsValueSpecified_Yes);
 }
 
+TEST_P(GeometryChildren, ACurveWithoutAStoreIsNoPointEither)
+{
+    TestScene scene(Owner(GetParam(), "<ChildSet><ICurve ID='c'/><IPoint ID='p'/></ChildSet>"));
+    scene.Begin();
+    EXPECT_FALSE(scene.Has("c"));
+    EXPECT_THAT(scene.ChildIds("o"), ElementsAre("p"));
+}
+
 INSTANTIATE_TEST_SUITE_P(Each, GeometryChildren, testing::Values("IAssembly", "IPart"),
                          [](auto const& test) { return std::string(test.param); });
 
