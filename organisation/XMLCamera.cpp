@@ -5,7 +5,7 @@
 namespace KVR
 {
 
-XMLCamera::XMLCamera(UTF8String id, UTF16String label) : ObjectState(std::move(id), std::move(label)) {}
+XMLCamera::XMLCamera(UTF8String id, UTF16String const& label) : ObjectState(std::move(id), label) {}
 XMLCamera::~XMLCamera() = default;
 
 IsValueSpecifiedEnum XMLCamera::LengthUnit(UnitTypeEnum& unit) const

@@ -10,7 +10,7 @@ namespace KVR
 class XMLCamera : public ObjectState<ICamera>
 {
 public:
-    XMLCamera(UTF8String id, UTF16String label);
+    XMLCamera(UTF8String id, UTF16String const& label);
     ~XMLCamera() override;
 
     CameraTypeEnum CameraType() const override { return state.cameraType; }

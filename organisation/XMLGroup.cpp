@@ -16,8 +16,8 @@
 namespace KVR
 {
 
-XMLGroup::XMLGroup(UTF16String label, UTF8String id, UTF16String description)
-    : ObjectState(std::move(id), std::move(label)),
+XMLGroup::XMLGroup(UTF16String const& label, UTF8String id, UTF16String description)
+    : ObjectState(std::move(id), label),
       m_description(std::move(description)),
       m_geometryItems(std::make_shared<IdSet>())
 {

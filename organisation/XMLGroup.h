@@ -13,7 +13,7 @@ namespace KVR
 class XMLGroup : public ObjectState<IGroup>
 {
 public:
-    XMLGroup(UTF16String label, UTF8String id, UTF16String description);
+    XMLGroup(UTF16String const& label, UTF8String id, UTF16String description);
     ~XMLGroup() override;
 
     UTF16String Description() const override { return m_description; }

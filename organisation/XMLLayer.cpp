@@ -18,9 +18,9 @@
 namespace KVR
 {
 
-XMLLayer::XMLLayer(UTF16String label, UTF16String description, UTF8String id, int number, bool visible,
+XMLLayer::XMLLayer(UTF16String const& label, UTF16String description, UTF8String id, int number, bool visible,
                    ChangeKeyText changeKey)
-    : ObjectState(std::move(id), std::move(label)),
+    : ObjectState(std::move(id), label),
       m_description(std::move(description)),
       m_layerNumber(number),
       m_visible(visible)

@@ -13,7 +13,7 @@ namespace KVR
 class XMLLayer : public ObjectState<ILayer>
 {
 public:
-    XMLLayer(UTF16String label, UTF16String description, UTF8String id, int number, bool visible,
+    XMLLayer(UTF16String const& label, UTF16String description, UTF8String id, int number, bool visible,
              ChangeKeyText changeKey);
     ~XMLLayer() override;
 

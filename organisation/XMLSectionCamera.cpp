@@ -7,8 +7,8 @@
 namespace KVR
 {
 
-XMLSectionCamera::XMLSectionCamera(UTF8String id, UTF16String label, std::unique_ptr<XMLCamera> camera)
-    : ObjectState(std::move(id), std::move(label)), m_camera(std::move(camera))
+XMLSectionCamera::XMLSectionCamera(UTF8String id, UTF16String const& label, std::unique_ptr<XMLCamera> camera)
+    : ObjectState(std::move(id), label), m_camera(std::move(camera))
 {
 }
 

@@ -14,7 +14,7 @@ class XMLSectionCamera : public ObjectState<ISectionCamera>
 {
 public:
     /// The camera must not be null.
-    XMLSectionCamera(UTF8String id, UTF16String label, std::unique_ptr<XMLCamera> camera);
+    XMLSectionCamera(UTF8String id, UTF16String const& label, std::unique_ptr<XMLCamera> camera);
     ~XMLSectionCamera() override;
 
     CameraTypeEnum CameraType() const override { return m_camera->CameraType(); }

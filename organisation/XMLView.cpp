@@ -5,7 +5,7 @@
 namespace KVR
 {
 
-XMLView::XMLView(UTF16String label, UTF8String id) : ObjectState(std::move(id), std::move(label)) {}
+XMLView::XMLView(UTF16String const& label, UTF8String id) : ObjectState(std::move(id), label) {}
 XMLView::~XMLView() = default;
 
 IdSet XMLView::OccurrencePathAt(unsigned long long index) const

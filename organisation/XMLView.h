@@ -13,7 +13,7 @@ namespace KVR
 class XMLView : public ObjectState<IView>
 {
 public:
-    XMLView(UTF16String label, UTF8String id);
+    XMLView(UTF16String const& label, UTF8String id);
     ~XMLView() override;
 
     bool IsActive() const override { return m_isActive; }
