@@ -105,7 +105,8 @@ RC_GTEST_PROP(DigestScene, IsAnotherExactlyWhereTheScenesServeOther, ())
         value[ByChance(value.size())] = by;
     // Objects are told apart by their ids, and a scene needs its root.
     RC_PRE(attribute.name != "ID" && attribute.name != "IsRoot");
-    // A blob that is missing, or shorter than is said, ends the reading, and whether there are assemblies is told before anything is served.
+    // A blob that is missing, or shorter than is said, ends the reading, and whether there are assemblies is told
+    // before anything is served.
     RC_PRE(tags[place].name != "CustomDataItem" || (attribute.name != "Path" && attribute.name != "BlobBufferSize"));
     RC_PRE(tags[place].name != "Child" || attribute.name != "Type");
     std::string const changed = Replaced(text, attribute.valueBegin, attribute.value.size(), value);
