@@ -31,7 +31,7 @@ void PaintedText::PutObject(std::string_view kind, std::string_view label, std::
 void PaintedText::PutVisibility(bool isVisible, std::string_view end)
 {
     Paint(isVisible ? kPlain : kHidden);
-    m_out.Put(isVisible ? ", visible" : ", hidden");
+    m_out.Put(isVisible ? std::string_view(", visible") : std::string_view(", hidden"));
     m_out.Put(end);
     Paint(kPlain);
 }

@@ -24,7 +24,10 @@ std::string SceneCommand::OfScene(std::string const& text) const
 
 ExitStatus SceneCommand::Run()
 {
-    SceneFile& file = m_file.emplace(m_scene, Needs());
+    StoreNeeds needs = Needs();
+    // The process ends when the scene has been shown.
+    needs.returnsMemory = false;
+    SceneFile& file = m_file.emplace(m_scene, needs);
     BeginReading();
     SceneReading const reading = SceneReading::Of(file);
     EndReading();

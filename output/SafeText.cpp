@@ -117,6 +117,21 @@ std::size_t PlainLength(std::string_view text)
     return length;
 }
 
+// Whether all of the text is plain or of two bytes that nothing is hidden in: letters with accents, Greek, Cyrillic.
+bool IsPlainOrLetters(std::string_view text)
+{
+    for (;;)
+    {
+        text.remove_prefix(PlainLength(text));
+        if (text.empty())
+            return true;
+        auto const first = static_cast<unsigned char>(text[0]);
+        if (first < 0xC3 || first > 0xD7 || text.size() < 2 || (static_cast<unsigned char>(text[1]) & 0xC0U) != 0x80U)
+            return false;
+        text.remove_prefix(2);
+    }
+}
+
 template <class Sink>
 void Escape(std::string_view text, Sink sink)
 {
@@ -148,7 +163,7 @@ void Escape(std::string_view text, Sink sink)
 template <class Sink>
 void EscapeAny(std::string_view text, Sink sink)
 {
-    if (PlainLength(text) == text.size())
+    if (IsPlainOrLetters(text))
         sink(text);
     else if (std::all_of(text.begin(), text.end(), IsAscii))
         Escape(text, sink);

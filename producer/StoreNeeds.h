@@ -20,6 +20,10 @@ struct StoreNeeds
     bool persistentIds = true;
     bool properties = true;
 
+    /// Whether the memory of a large document goes back to the system when it has been read. A program that at once
+    /// fills as much with something else, and then ends, keeps it, instead of asking for each page anew.
+    bool returnsMemory = true;
+
     /// Whether a mesh store holds what the scene says; asked when geometry is not needed. Such a store is not opened,
     /// and each mesh of the document is one without polygons. All others are read; all are if there is nobody to ask.
     std::function<bool(UTF16String const& path)> isWhole = {};

@@ -101,7 +101,8 @@ void XMLProducerImpl::ReleaseDocument()
     QueryFile();
     objectNodeIndex->Clear();
     m_parser.reset();
-    TrimHeap(m_fileName);
+    if (StoreNeeds::Of(options).returnsMemory)
+        TrimHeap(m_fileName);
 }
 
 FileQueryResult const* XMLProducerImpl::QueryFile()

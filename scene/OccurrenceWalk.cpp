@@ -1,5 +1,8 @@
 #include "scene/OccurrenceWalk.h"
 
+#include <algorithm>
+#include <utility>
+
 namespace KVR
 {
 
@@ -18,9 +21,7 @@ bool OccurrenceWalk::Next()
         m_hasStarted = true;
         if (m_root == kNoIndex)
             return false;
-        SceneComponent const& root = components[m_root];
-        Matrix const step = Scaling(root.metresPerUnit / m_scene->MetresPerUnit());
-        m_path.push_back({m_root, 0, nullptr, OccurrenceState(root), step, step});
+        Push(m_root, nullptr, OccurrenceState(components[m_root]));
         return true;
     }
     while (!m_path.empty())
@@ -30,6 +31,7 @@ bool OccurrenceWalk::Next()
         if (level.next == placements.size())
         {
             m_path.pop_back();
+            m_placedCount = std::min(m_placedCount, m_path.size());
             continue;
         }
         ScenePlacement const& placement = placements[level.next++];
@@ -39,19 +41,42 @@ bool OccurrenceWalk::Next()
     return false;
 }
 
+void OccurrenceWalk::Push(std::size_t component, ScenePlacement const* placement, OccurrenceState&& state)
+{
+    if (m_placed.size() == m_path.size())
+        m_placed.resize(m_path.size() + 1);
+    m_path.push_back({component, 0, placement, std::move(state)});
+}
+
 bool OccurrenceWalk::Enter(ScenePlacement const& placement)
 {
     std::vector<SceneComponent> const& components = m_scene->Components();
-    Level const& above = m_path.back();
-    SceneComponent const& owner = components[above.component];
-    SceneComponent const& target = components[placement.target];
-    OccurrenceState state = above.state.Below(placement, target);
+    OccurrenceState state = m_path.back().state.Below(placement, components[placement.target]);
     if (m_mode == Mode::kVisible && !state.isVisible)
         return false;
-    Matrix const step = Product(state.transform, Scaling(target.metresPerUnit / owner.metresPerUnit));
-    Matrix const place = Product(above.place, step);
-    m_path.push_back({placement.target, 0, &placement, std::move(state), step, place});
+    Push(placement.target, &placement, std::move(state));
     return true;
+}
+
+OccurrenceWalk::Placed const& OccurrenceWalk::Here() const noexcept
+{
+    std::vector<SceneComponent> const& components = m_scene->Components();
+    for (; m_placedCount < m_path.size(); ++m_placedCount)
+    {
+        Level const& level = m_path[m_placedCount];
+        SceneComponent const& component = components[level.component];
+        Placed& placed = m_placed[m_placedCount];
+        if (m_placedCount == 0)
+        {
+            placed.step = Scaling(component.metresPerUnit / m_scene->MetresPerUnit());
+            placed.place = placed.step;
+            continue;
+        }
+        double const above = components[m_path[m_placedCount - 1].component].metresPerUnit;
+        placed.step = Product(level.state.transform, Scaling(component.metresPerUnit / above));
+        placed.place = Product(m_placed[m_placedCount - 1].place, placed.step);
+    }
+    return m_placed[m_path.size() - 1];
 }
 
 void OccurrenceWalk::SkipBelow() noexcept

@@ -52,9 +52,9 @@ public:
     /// What holds for this occurrence, with what those above it say.
     OccurrenceState const& State() const noexcept { return m_path.back().state; }
     /// From the component, in its unit, to the one above, in the unit of that; for the root, to the scene's unit.
-    Matrix const& Step() const noexcept { return m_path.back().step; }
+    Matrix const& Step() const noexcept { return Here().step; }
     /// From the component, in its unit, to the root's coordinates in the scene's unit.
-    Matrix const& Place() const noexcept { return m_path.back().place; }
+    Matrix const& Place() const noexcept { return Here().place; }
     /// The ids of the placements from the root to here; empty for the root. A component that stands by itself in a
     /// file is named by its own id.
     std::vector<std::string_view> Path() const;
@@ -66,17 +66,26 @@ private:
         std::size_t next;
         ScenePlacement const* placement;
         OccurrenceState state;
+    };
+    struct Placed
+    {
         Matrix step;
         Matrix place;
     };
 
+    void Push(std::size_t component, ScenePlacement const* placement, OccurrenceState&& state);
     bool Enter(ScenePlacement const& placement);
+    Placed const& Here() const noexcept;
 
     Scene const* m_scene;
     std::size_t m_root;
     Mode m_mode;
     bool m_hasStarted = false;
     std::vector<Level> m_path;
+    // Where the levels of the path stand: of so many from the root on it has been asked. There is always room for all
+    // of the path.
+    mutable std::vector<Placed> m_placed;
+    mutable std::size_t m_placedCount = 0;
 };
 
 }  // namespace KVR

@@ -94,12 +94,13 @@ struct ScenePlacement
     IObject* object = nullptr;
     /// The component placed, also where the placement is cut; kNoIndex when it is missing.
     std::size_t target = kNoIndex;
-    /// From the component placed to the one that places it, in the unit of the latter.
-    Matrix transform = kIdentity;
     /// The first of the instance's styles; null for none.
     SceneStyle const* style = nullptr;
     bool isVisible = true;
     SceneCut cut = SceneCut::kNone;
+    /// From the component placed to the one that places it, in the unit of the latter. It stands last: what goes
+    /// through the structure alone is as long as a line of the cache.
+    Matrix transform = kIdentity;
 
     /// Whether it is not cut, so that what it places occurs below its component.
     bool IsEntered() const noexcept { return cut == SceneCut::kNone; }

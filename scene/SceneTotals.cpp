@@ -1,6 +1,8 @@
 #include "scene/SceneTotals.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <functional>
 #include <limits>
 
 #include "scene/PostOrder.h"
@@ -20,34 +22,58 @@ Count Sum(Count a, Count b)
     return a > most - b ? most : a + b;
 }
 
-// The components below the root, each before those that it places.
-std::vector<std::size_t> DownwardOrder(Scene const& scene)
+// The components below the root, each before those that it places, and the instances of all of them.
+struct Reached
 {
-    std::vector<std::size_t> order;
+    std::vector<std::size_t> components;
+    std::vector<IObject const*> instances;
+};
+
+Reached ReachedIn(Scene const& scene)
+{
+    Reached reached;
     if (scene.Root() == kNoIndex)
-        return order;
+        return reached;
     std::vector<bool> isDone(scene.Components().size(), false);
     InPostOrder(
         scene, scene.Root(), [&](std::size_t index) { return isDone[index]; },
         [&](std::size_t index)
         {
             isDone[index] = true;
-            order.push_back(index);
+            reached.components.push_back(index);
+            for (ScenePlacement const& placement : scene.Components()[index].placements)
+                if (placement.object && placement.cut != SceneCut::kFiltered)
+                    reached.instances.push_back(placement.object);
         });
-    std::reverse(order.begin(), order.end());
-    return order;
+    std::reverse(reached.components.begin(), reached.components.end());
+    return reached;
 }
 
-// Different instances: one may be listed by several assemblies.
-Count InstancesOf(Scene const& scene, std::vector<std::size_t> const& components)
+// How many different ones there are: an instance may be listed by several assemblies.
+Count DifferentOf(std::vector<IObject const*>& objects)
 {
-    std::vector<IObject const*> instances;
-    for (std::size_t const component : components)
-        for (ScenePlacement const& placement : scene.Components()[component].placements)
-            if (placement.object && placement.cut != SceneCut::kFiltered)
-                instances.push_back(placement.object);
-    std::sort(instances.begin(), instances.end());
-    return static_cast<Count>(std::unique(instances.begin(), instances.end()) - instances.begin());
+    if (objects.empty())
+        return 0;
+    // Those that lie near one another are ticked off by their addresses, in a fraction of the time of sorting.
+    constexpr std::uintptr_t kMostTicksEach = 256;
+    auto const addressOf = [](IObject const* object) { return reinterpret_cast<std::uintptr_t>(object); };
+    auto const [first, last] = std::minmax_element(objects.begin(), objects.end(), std::less<>());
+    std::uintptr_t const low = addressOf(*first);
+    std::uintptr_t const ticks = (addressOf(*last) - low) / alignof(void*) + 1;
+    if (ticks / kMostTicksEach > objects.size())
+    {
+        std::sort(objects.begin(), objects.end(), std::less<>());
+        return static_cast<Count>(std::unique(objects.begin(), objects.end()) - objects.begin());
+    }
+    std::vector<bool> isMet(ticks, false);
+    Count count = 0;
+    for (IObject const* const object : objects)
+    {
+        std::vector<bool>::reference tick = isMet[(addressOf(object) - low) / alignof(void*)];
+        count += tick ? 0 : 1;
+        tick = true;
+    }
+    return count;
 }
 
 }  // namespace
@@ -56,8 +82,9 @@ SceneTotals SceneTotals::Of(Scene const& scene)
 {
     SceneTotals totals;
     std::vector<SceneComponent> const& components = scene.Components();
-    std::vector<std::size_t> const order = DownwardOrder(scene);
-    totals.instances = InstancesOf(scene, order);
+    Reached reached = ReachedIn(scene);
+    std::vector<std::size_t> const& order = reached.components;
+    totals.instances = DifferentOf(reached.instances);
     totals.occurrencesOf.resize(components.size(), 0);
     std::vector<Count> levels(components.size(), 0);
     if (!order.empty())
@@ -84,6 +111,25 @@ SceneTotals SceneTotals::Of(Scene const& scene)
         }
     }
     return totals;
+}
+
+unsigned long long SceneTotals::CountOccurrences(Scene const& scene)
+{
+    if (scene.Root() == kNoIndex)
+        return 0;
+    // Below and with each component; 0 where that is not known yet.
+    std::vector<Count> counts(scene.Components().size(), 0);
+    InPostOrder(
+        scene, scene.Root(), [&](std::size_t index) { return counts[index] > 0; },
+        [&](std::size_t index)
+        {
+            Count count = 1;
+            for (ScenePlacement const& placement : scene.Components()[index].placements)
+                if (placement.IsEntered())
+                    count = Sum(count, counts[placement.target]);
+            counts[index] = count;
+        });
+    return counts[scene.Root()];
 }
 
 }  // namespace KVR

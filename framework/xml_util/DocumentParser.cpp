@@ -72,25 +72,50 @@ private:
     DocumentPolicy::OtherDocuments m_others;
 };
 
-// Counts the different names that it is shown. Most are among the latest of their kind, and cost a comparison.
+// Counts the different names that it is shown. A name mostly is that which stood in the same place of the last element
+// of the kind, or else among the latest with its beginning and end, and costs a comparison or two.
 class NameCount
 {
 public:
-    std::size_t Add(XMLCh const* name)
+    NameCount() { m_before.fill(u""); }
+
+    // The number of names with this one, that of an attribute at a place in an element of a kind. Kinds are numbered
+    // one after the other.
+    std::size_t Add(XMLCh const* name, std::size_t kind, std::size_t place)
     {
-        std::u16string_view const text(name);
-        // Names of one length that begin and end alike are few.
-        std::size_t const size = text.size();
-        std::size_t const hash = size == 0 ? 0 : size * 37 + text[0] + text[size / 2] * 7U + text[size - 1] * 3U;
-        std::u16string const*& latest = m_latest[hash % m_latest.size()];
-        if (latest == nullptr || *latest != text)
-            latest = &*m_names.emplace(text).first;
+        XMLCh const*& before = m_before[(kind * kPlaces + place) % m_before.size()];
+        if (!AreEqual(before, name))
+            before = Kept(name);
         return m_names.size();
     }
 
 private:
+    static constexpr std::size_t kPlaces = 16;
+
+    // Without their lengths, as most are equal.
+    static bool AreEqual(XMLCh const* a, XMLCh const* b)
+    {
+        for (; *a == *b; ++a, ++b)
+            if (*a == 0)
+                return true;
+        return false;
+    }
+
+    XMLCh const* Kept(std::u16string_view name)
+    {
+        // Names of one length that begin and end alike are few.
+        std::size_t const size = name.size();
+        std::size_t const hash = size == 0 ? 0 : size * 37 + name[0] + name[size / 2] * 7U + name[size - 1] * 3U;
+        std::u16string const*& latest = m_latest[hash % m_latest.size()];
+        if (latest == nullptr || *latest != name)
+            latest = &*m_names.emplace(name).first;
+        return latest->c_str();
+    }
+
+    // Their texts stay where they are.
     std::unordered_set<std::u16string> m_names;
     std::array<std::u16string const*, 256> m_latest{};
+    std::array<XMLCh const*, 64 * kPlaces> m_before;
 };
 
 // Elements whose own text nobody asks for, as long as all that they stand in are such: of these the text content would
@@ -196,7 +221,7 @@ public:
         if (element.getId() > m_policy.maxNames && element.getId() != xercesc::XMLElementDecl::fgInvalidElemId)
             Refuse(DocumentRefusal::kNames);
         for (XMLSize_t i = 0; i < attributeCount; ++i)
-            if (m_attributeNames.Add(attributes.elementAt(i)->getName()) > m_policy.maxNames)
+            if (m_attributeNames.Add(attributes.elementAt(i)->getName(), element.getId(), i) > m_policy.maxNames)
                 Refuse(DocumentRefusal::kNames);
         if (Depth() >= m_policy.maxDepth)
             Refuse(DocumentRefusal::kDepth);

@@ -49,10 +49,10 @@ void TextTreeWriter::Indent(bool isLast)
     m_text.Paint(PaintedText::kId);
     // The root joins to nothing.
     for (std::size_t level = 1; level < m_isLast.size() && level < kDeepestIndent; ++level)
-        m_out.Put(m_isLast[level] ? "   " : "│  ");
+        m_out.Put(m_isLast[level] ? std::string_view("   ") : std::string_view("│  "));
     if (m_isLast.size() > kDeepestIndent)
         m_out.Put(fmt::format("[+{}] ", m_isLast.size() - kDeepestIndent));
-    m_out.Put(isLast ? "└─ " : "├─ ");
+    m_out.Put(isLast ? std::string_view("└─ ") : std::string_view("├─ "));
     m_text.Paint(PaintedText::kPlain);
 }
 
@@ -111,8 +111,9 @@ void TextTreeWriter::Begin(TreeNode const& node)
     {
         std::size_t const count = node.owner->children.size();
         m_out.Put(", ");
-        m_out.Put(std::string_view(fmt::format_int(count).c_str()));
-        m_out.Put(count == 1 ? " child" : " children");
+        fmt::format_int const digits(count);
+        m_out.Put(std::string_view(digits.data(), digits.size()));
+        m_out.Put(count == 1 ? std::string_view(" child") : std::string_view(" children"));
     }
     if (node.isCycle)
         m_out.Put(", cycle");

@@ -70,7 +70,7 @@ std::optional<double> NumberIn(SceneProperty const& property)
 
 QueryRun::QueryRun(Query const& query, Scene const& scene) : m_tree(query.Tree()), m_values(scene)
 {
-    unsigned long long const count = SceneTotals::Of(scene).occurrences;
+    unsigned long long const count = SceneTotals::CountOccurrences(scene);
     if (count > Query::kMostOccurrences)
         throw QueryError("the scene has " + std::to_string(count) + " occurrences, of which no more than " +
                              std::to_string(Query::kMostOccurrences) + " can be asked",

@@ -1,6 +1,7 @@
 #include "scene/reader/SceneReader.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "framework/api/LengthUnits.h"
 #include "framework/api/kvr_api.h"
@@ -19,6 +20,34 @@ constexpr unsigned long long kLongestPath = 1000;
 bool IsUsable(IdSet const& path)
 {
     return !path.IsEmpty() && path.Size() <= kLongestPath;
+}
+
+// So many children ahead objects are fetched, while the one in front is asked.
+constexpr std::size_t kAhead = 4;
+
+// Each first look at an object is a wait for memory, as long as all that is asked of it.
+void Prefetch(IObject const* object)
+{
+    // What an instance answers from.
+    constexpr std::size_t kObject = 448;
+    constexpr std::size_t kLine = 64;
+    if (!object)
+        return;
+    auto const* const bytes = static_cast<char const*>(static_cast<void const*>(object));
+    for (std::size_t at = 0; at < kObject; at += kLine)
+        __builtin_prefetch(bytes + at);
+}
+
+// What was filled in as a list of its own becomes the component's: as it is where it has no room left, which is
+// so for most, and else as a copy.
+template <class Entry>
+void HandOver(std::vector<Entry>& list, std::vector<Entry>& target)
+{
+    if (list.size() == list.capacity())
+        target = std::exchange(list, {});
+    else
+        target.assign(list.begin(), list.end());
+    list.clear();
 }
 
 }  // namespace
@@ -109,7 +138,6 @@ void SceneReader::ReadComponent(std::size_t index)
         if (kind.assembly)
             ReadOverrides(component, *kind.assembly);
     }
-    m_children.clear();
     if (kind.file)
         ListChildren(*kind.file);
     else if (kind.assembly)
@@ -124,6 +152,7 @@ void SceneReader::ListChildren(Owner const& owner)
 {
     unsigned long long const count = owner.ChildCount();
     m_childIds.clear();
+    m_children.reserve(count);
     for (unsigned long long i = 0; i < count; ++i)
     {
         m_childIds.push_back(owner.ChildAt(i).Id());
@@ -159,10 +188,10 @@ void SceneReader::FindRepeats()
 void SceneReader::ReadChildren(std::size_t index)
 {
     FindRepeats();
-    m_placements.clear();
-    m_geometry.clear();
     for (std::size_t i = 0; i < m_children.size(); ++i)
     {
+        if (i + kAhead < m_children.size())
+            Prefetch(m_children[i + kAhead].object);
         if (!m_firsts.empty() && m_firsts[i] != i)
             m_children[i].placement = m_children[m_firsts[i]].placement;
         else if (m_children[i].object)
@@ -170,9 +199,9 @@ void SceneReader::ReadChildren(std::size_t index)
     }
     GeometryReader::Join(m_geometry);
     SceneComponent& component = m_content.components[index];
-    component.children.assign(m_children.begin(), m_children.end());
-    component.placements.assign(m_placements.begin(), m_placements.end());
-    component.geometry.assign(m_geometry.begin(), m_geometry.end());
+    HandOver(m_children, component.children);
+    HandOver(m_placements, component.placements);
+    HandOver(m_geometry, component.geometry);
 }
 
 void SceneReader::ReadChild(std::size_t index, SceneChild& child)
@@ -195,6 +224,9 @@ void SceneReader::ReadChild(std::size_t index, SceneChild& child)
 
 void SceneReader::ReadInstance(std::size_t index, IInstance& instance, SceneChild& child)
 {
+    // In an assembly most children are instances.
+    if (m_placements.empty())
+        m_placements.reserve(m_children.size());
     child.placement = m_placements.size();
     ScenePlacement& placement = m_placements.emplace_back();
     placement.object = child.object;
