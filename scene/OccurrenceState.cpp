@@ -51,7 +51,7 @@ OccurrenceState OccurrenceState::Below(ScenePlacement const& placement, SceneCom
     state.showsItself = visibility ? *visibility : placement.isVisible;
     state.isVisible = isVisible && state.showsItself;
     Matrix const* const moved = Said(m_overrides, placement.id, &SceneOverride::transform);
-    state.transform = moved ? *moved : placement.transform;
+    state.m_transform = moved ? moved : &placement.transform;
     SceneStyle const* const* const styled = Said(m_overrides, placement.id, &SceneOverride::style);
     state.imposedStyle = imposedStyle ? imposedStyle : styled ? *styled : placement.style;
     state.inheritedStyle = inheritedStyle;

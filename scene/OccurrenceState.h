@@ -24,13 +24,14 @@ public:
     bool isVisible = true;
     /// Whether it is shown where all above it are.
     bool showsItself = true;
-    /// From the component to that above it, in the unit of the one above.
-    Matrix transform = kIdentity;
     /// The style that an override or an instance gives to all below it; null for none.
     SceneStyle const* imposedStyle = nullptr;
     /// The style of the component, or of the nearest one above that has any, for geometry without its own; null for
     /// none.
     SceneStyle const* inheritedStyle = nullptr;
+
+    /// From the component to that above it, in the unit of the one above. It belongs to the scene.
+    Matrix const& Transform() const noexcept { return *m_transform; }
 
     // What is said of a body holds for its mesh as well.
 
@@ -56,6 +57,8 @@ private:
 
     void Enter(SceneComponent const& component);
 
+    // Many are walked whose places nobody asks for.
+    Matrix const* m_transform = &kIdentity;
     std::vector<SceneOverride const*> m_overrides;
 };
 

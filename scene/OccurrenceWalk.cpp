@@ -73,7 +73,7 @@ OccurrenceWalk::Placed const& OccurrenceWalk::Here() const noexcept
             continue;
         }
         double const above = components[m_path[m_placedCount - 1].component].metresPerUnit;
-        placed.step = Product(level.state.transform, Scaling(component.metresPerUnit / above));
+        placed.step = Product(level.state.Transform(), Scaling(component.metresPerUnit / above));
         placed.place = Product(m_placed[m_placedCount - 1].place, placed.step);
     }
     return m_placed[m_path.size() - 1];

@@ -227,7 +227,7 @@ DocumentVariant::Place ShapeDocumentBuilder::Placed(DocumentVariant const& assem
     OccurrenceState const below = state.Below(placement, target);
     // Lengths of the place are in the unit of the assembly. They alone are scaled, since each part is in the document's
     // unit already.
-    Matrix transform = below.transform;
+    Matrix transform = below.Transform();
     double const scale = assembly.component->metresPerUnit / m_document.metresPerUnit;
     for (std::size_t row = 0; row < 3; ++row)
         transform[4 * row + 3] *= scale;

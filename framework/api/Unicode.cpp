@@ -136,8 +136,8 @@ void Append(std::basic_string<Unit>& out, char32_t point)
     out.push_back(static_cast<Unit>(point));
 }
 
-// Most text of a scene is ASCII, which every form spells unit by unit: it is copied in one run, and only what follows
-// the first other unit is decoded.
+// Most text of a scene is ASCII, which every form spells unit by unit: runs of it are copied, and what stands between
+// them is decoded.
 template <class In>
 std::size_t AsciiLength(In text)
 {
@@ -159,18 +159,33 @@ std::size_t AsciiLength(In text)
 }
 
 template <class Out, class In>
+void AppendAscii(Out& out, In text)
+{
+    std::size_t const size = out.size();
+    out.resize(size + text.size());
+    std::transform(text.begin(), text.end(), out.begin() + static_cast<std::ptrdiff_t>(size),
+                   [](auto unit) { return static_cast<typename Out::value_type>(unit); });
+}
+
+template <class Out, class In>
 void DecodeInto(Out& out, In text)
 {
     while (!text.empty())
-        Append(out, TakeFront(text));
+    {
+        std::size_t const ascii = AsciiLength(text);
+        AppendAscii(out, text.substr(0, ascii));
+        text.remove_prefix(ascii);
+        if (!text.empty())
+            Append(out, TakeFront(text));
+    }
 }
 
 template <class Out, class In>
 Out Convert(In text)
 {
-    std::size_t const ascii = AsciiLength(text);
-    Out out(text.begin(), text.begin() + ascii);
-    DecodeInto(out, text.substr(ascii));
+    Out out;
+    out.reserve(text.size());
+    DecodeInto(out, text);
     return out;
 }
 
@@ -182,19 +197,7 @@ std::string Utf8FromUtf16(std::u16string_view text)
 }
 void AppendUtf8(std::string& bytes, std::u16string_view text)
 {
-    // Bits of all units together: quicker than to ask each whether it is the first that is not ASCII.
-    char16_t bits = 0;
-    for (char16_t const unit : text)
-        bits |= unit;
-    if (bits >= 0x80)
-    {
-        DecodeInto(bytes, text);
-        return;
-    }
-    std::size_t const size = bytes.size();
-    bytes.resize(size + text.size());
-    std::transform(text.begin(), text.end(), bytes.begin() + static_cast<std::ptrdiff_t>(size),
-                   [](char16_t unit) { return static_cast<char>(unit); });
+    DecodeInto(bytes, text);
 }
 std::string Utf8FromWide(std::wstring_view text)
 {

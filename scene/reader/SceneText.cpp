@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <type_traits>
 
 namespace KVR
 {
@@ -45,9 +46,11 @@ std::string_view SceneText::Keep(UTF16String const& text)
     std::wstring_view const wide = text.View();
     if (wide.empty())
         return {};
-    bool const isPlain =
-        std::all_of(wide.begin(), wide.end(), [](wchar_t unit) { return static_cast<unsigned long>(unit) < 0x80; });
-    if (!isPlain)
+    // Bits of all units together: quicker than to ask each by itself.
+    std::make_unsigned_t<wchar_t> bits = 0;
+    for (wchar_t const unit : wide)
+        bits |= static_cast<std::make_unsigned_t<wchar_t>>(unit);
+    if (bits >= 0x80)
         return Keep(UTF8String(text));
     char* const room = Room(wide.size());
     std::transform(wide.begin(), wide.end(), room, [](wchar_t unit) { return static_cast<char>(unit); });

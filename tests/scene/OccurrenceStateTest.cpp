@@ -70,7 +70,7 @@ TEST(OccurrenceState, WithoutOverridesWhatIsSaidByInstancesHolds)
 {
     ModelScene const scene(Nested({}));
     EXPECT_TRUE(At(scene, kToJ).State().isVisible);
-    EXPECT_EQ(At(scene, kToJ).State().transform[3], 1.0);
+    EXPECT_EQ(At(scene, kToJ).State().Transform()[3], 1.0);
     EXPECT_FALSE(At(scene, kToK).State().isVisible);
     EXPECT_FALSE(At(scene, kToK).Shows("g"));
     EXPECT_EQ(At(scene, kToJ).StyleOf("g"), "");
@@ -80,10 +80,10 @@ TEST(OccurrenceState, AnOverrideHoldsForTheOccurrenceThatItsPathNames)
 {
     ModelScene const scene(Nested(CrossLevel(Shows("[i][k]", true) + Moves("[i][j]", 5) + Styles("[i][j]", "red"))));
     EXPECT_TRUE(At(scene, kToK).State().isVisible);
-    EXPECT_EQ(At(scene, kToJ).State().transform[3], 5.0);
+    EXPECT_EQ(At(scene, kToJ).State().Transform()[3], 5.0);
     EXPECT_EQ(At(scene, kToJ).StyleOf("g"), "red");
     EXPECT_EQ(At(scene, kToK).StyleOf("g"), "");
-    EXPECT_EQ(At(scene, kToK).State().transform[3], 0.0);
+    EXPECT_EQ(At(scene, kToK).State().Transform()[3], 0.0);
 }
 
 TEST(OccurrenceState, TheOutermostThatSaysSomethingDecides)
@@ -92,7 +92,7 @@ TEST(OccurrenceState, TheOutermostThatSaysSomethingDecides)
         Nested(CrossLevel(Shows("[i][j]", false) + Moves("[i][j]", 5) + Styles("[i][j]", "outer")),
                CrossLevel(Shows("[j]", true) + Moves("[j]", 6) + Styles("[j]", "inner") + Shows("[k]", true))));
     EXPECT_FALSE(At(scene, kToJ).State().isVisible);
-    EXPECT_EQ(At(scene, kToJ).State().transform[3], 5.0);
+    EXPECT_EQ(At(scene, kToJ).State().Transform()[3], 5.0);
     EXPECT_EQ(At(scene, kToJ).StyleOf("g"), "outer");
     // The inner one alone speaks of this.
     EXPECT_TRUE(At(scene, kToK).State().isVisible);
@@ -101,7 +101,7 @@ TEST(OccurrenceState, TheOutermostThatSaysSomethingDecides)
 TEST(OccurrenceState, WhatTheOutermostLeavesOpenTheNextOneSays)
 {
     ModelScene const scene(Nested(CrossLevel(Styles("[i][j]", "outer")), CrossLevel(Moves("[j]", 6))));
-    EXPECT_EQ(At(scene, kToJ).State().transform[3], 6.0);
+    EXPECT_EQ(At(scene, kToJ).State().Transform()[3], 6.0);
     EXPECT_EQ(At(scene, kToJ).StyleOf("g"), "outer");
 }
 
@@ -128,7 +128,7 @@ TEST(OccurrenceState, APathMayNameGeometryLast)
 TEST(OccurrenceState, APathMayNameWhatAnInstancePlaces)
 {
     ModelScene const scene(Nested(CrossLevel(Moves("[i][inner][j]", 5) + Styles("[i][inner][j][p][g]", "red"))));
-    EXPECT_EQ(At(scene, kToJ).State().transform[3], 5.0);
+    EXPECT_EQ(At(scene, kToJ).State().Transform()[3], 5.0);
     EXPECT_EQ(At(scene, kToJ).StyleOf("g"), "red");
 }
 
@@ -185,7 +185,7 @@ TEST(OccurrenceState, GeometryInAUnitOfItsOwnIsScaledWithItsPlace)
 TEST(OccurrenceState, ALaterOverrideOfOnePathReplacesAnEarlierOne)
 {
     ModelScene const scene(Nested(CrossLevel(Moves("[i][j]", 5) + Moves("[i][j]", 8))));
-    EXPECT_EQ(At(scene, kToJ).State().transform[3], 8.0);
+    EXPECT_EQ(At(scene, kToJ).State().Transform()[3], 8.0);
 }
 
 TEST(OccurrenceState, ItTellsTheOverridesFromAbove)
