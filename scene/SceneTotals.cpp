@@ -22,10 +22,18 @@ Count Sum(Count a, Count b)
     return a > most - b ? most : a + b;
 }
 
-// The components below the root, each before those that it places, and the instances of all of them.
+// What is reached from the root, in one pass over all placements: of a large scene they are more memory than any cache
+// has.
 struct Reached
 {
-    std::vector<std::size_t> components;
+    // Each component behind those that it places. Its targets stand behind those of the components in front.
+    struct Component
+    {
+        std::size_t index;
+        std::size_t firstTarget;
+    };
+    std::vector<Component> components;
+    std::vector<std::size_t> targets;
     std::vector<IObject const*> instances;
 };
 
@@ -40,12 +48,15 @@ Reached ReachedIn(Scene const& scene)
         [&](std::size_t index)
         {
             isDone[index] = true;
-            reached.components.push_back(index);
+            reached.components.push_back({index, reached.targets.size()});
             for (ScenePlacement const& placement : scene.Components()[index].placements)
+            {
                 if (placement.object && placement.cut != SceneCut::kFiltered)
                     reached.instances.push_back(placement.object);
+                if (placement.IsEntered())
+                    reached.targets.push_back(placement.target);
+            }
         });
-    std::reverse(reached.components.begin(), reached.components.end());
     return reached;
 }
 
@@ -83,14 +94,14 @@ SceneTotals SceneTotals::Of(Scene const& scene)
     SceneTotals totals;
     std::vector<SceneComponent> const& components = scene.Components();
     Reached reached = ReachedIn(scene);
-    std::vector<std::size_t> const& order = reached.components;
     totals.instances = DifferentOf(reached.instances);
     totals.occurrencesOf.resize(components.size(), 0);
     std::vector<Count> levels(components.size(), 0);
-    if (!order.empty())
+    if (!reached.components.empty())
         totals.occurrencesOf[scene.Root()] = 1;
-    for (std::size_t const index : order)
+    for (; !reached.components.empty(); reached.components.pop_back())
     {
+        auto const [index, firstTarget] = reached.components.back();
         SceneComponent const& component = components[index];
         Count const count = totals.occurrencesOf[index];
         bool const isFile = component.kind == SceneComponent::Kind::kFile;
@@ -102,12 +113,11 @@ SceneTotals SceneTotals::Of(Scene const& scene)
         // Of the levels of all places that lead here, the deepest.
         levels[index] += isFile ? 0 : 1;
         totals.deepestLevel = std::max(totals.deepestLevel, levels[index]);
-        for (ScenePlacement const& placement : component.placements)
+        for (; reached.targets.size() > firstTarget; reached.targets.pop_back())
         {
-            if (!placement.IsEntered())
-                continue;
-            totals.occurrencesOf[placement.target] = Sum(totals.occurrencesOf[placement.target], count);
-            levels[placement.target] = std::max(levels[placement.target], levels[index]);
+            std::size_t const target = reached.targets.back();
+            totals.occurrencesOf[target] = Sum(totals.occurrencesOf[target], count);
+            levels[target] = std::max(levels[target], levels[index]);
         }
     }
     return totals;

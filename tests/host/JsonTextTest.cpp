@@ -55,6 +55,20 @@ TEST(JsonText, WhatIsEscapedIsSoAtEachPlaceOfATextOfAnyLength)
             }
 }
 
+TEST(JsonText, LettersOfTwoBytesStandAndPiecesOfThemDoNot)
+{
+    std::string const letters = "Tr\xc3\xa4ger \xce\xa9 \xd0\x96 \xd7\xbf";
+    EXPECT_EQ(Escaped(letters), letters);
+    std::string const unknown = "\xef\xbf\xbd";
+    EXPECT_EQ(Escaped("a\xc3"), "a" + unknown);
+    EXPECT_EQ(Escaped("\xc3\xc3\xa4"), unknown + "\xc3\xa4");
+    EXPECT_EQ(Escaped("\xc3z"), unknown + "z");
+    EXPECT_EQ(Escaped("\xc1\x81"), unknown + unknown);
+    EXPECT_EQ(Escaped("\xc2\x85"), "\\u0085");
+    EXPECT_EQ(Escaped("\xc3\xa4\xd8\x9c"), "\xc3\xa4\\u061c");
+    EXPECT_EQ(Escaped("\xc3\xa4\""), "\xc3\xa4\\\"");
+}
+
 TEST(JsonText, ARowOfNumbersIsAListOnOneLine)
 {
     constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();

@@ -151,6 +151,8 @@ TEST_F(Policy, EachLimitHoldsWhatItSaysAndNoMore)
     EXPECT_EQ(RefusalOf("<S><a/><b/><c/></S>"), DocumentRefusal::kNames);
     EXPECT_EQ(RefusalOf(WithAttributeNames(3)), std::nullopt);
     EXPECT_EQ(RefusalOf(WithAttributeNames(4)), DocumentRefusal::kNames);
+    EXPECT_EQ(RefusalOf("<S><a p='' q=''/><b q='' p=''/><a q=''/><b r='' p='' q=''/></S>"), std::nullopt);
+    EXPECT_EQ(RefusalOf("<S><a p='' q=''/><a p='' qr=''/><a p='' qrs=''/></S>"), DocumentRefusal::kNames);
     EXPECT_EQ(RefusalOf("<S a='' b='' c='' d='' e=''/>"), DocumentRefusal::kAttributes);
     std::string const entities = "<!DOCTYPE S [<!ENTITY e 'x'>]>";
     EXPECT_EQ(RefusalOf(entities + "<S>&e;&e;</S>"), std::nullopt);

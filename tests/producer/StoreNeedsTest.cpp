@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <vector>
@@ -9,6 +10,20 @@
 #include "tests/support/FullScene.h"
 #include "tests/support/MeshBytes.h"
 #include "tests/support/TestScene.h"
+
+namespace
+{
+
+int g_trims = 0;
+
+}  // namespace
+
+// Stands before that of the C library.
+extern "C" int malloc_trim(std::size_t /*pad*/)
+{
+    ++g_trims;
+    return 0;
+}
 
 namespace KVR::Test
 {
@@ -55,6 +70,20 @@ TEST_F(StoreNeedsTest, AreAllUntilSet)
     EXPECT_TRUE(StoreNeeds::Of(&options).NeedsAll());
     StoreNeeds::Set(options, StoreNeeds::None());
     EXPECT_FALSE(StoreNeeds::Of(&options).NeedsAll());
+}
+
+TEST_F(StoreNeedsTest, MemoryOfALargeDocumentGoesBackUnlessTheProgramKeepsIt)
+{
+    for (bool const isReturned : {true, false})
+    {
+        TestScene scene("<S>" + std::string(std::size_t{4} << 20U, ' ') + "<IFile ID='f' IsRoot='1'/></S>");
+        StoreNeeds needs;
+        needs.returnsMemory = isReturned;
+        StoreNeeds::Set(scene.Options(), needs);
+        g_trims = 0;
+        scene.Begin();
+        EXPECT_EQ(g_trims, isReturned ? 1 : 0);
+    }
 }
 
 TEST_F(StoreNeedsTest, MeshesOfAWholeStoreAreThereWithoutPolygons)

@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <memory>
+
 #include "scene/SceneTotals.h"
 #include "tests/scene/FakeScene.h"
 #include "tests/scene/ModelScene.h"
@@ -94,6 +96,30 @@ TEST(OccurrenceWalk, TellsWherePlacementAndDepthAre)
     EXPECT_EQ(walk.Above()->id, "top");
     EXPECT_EQ(walk.Component().id, "a");
     EXPECT_THAT(walk.Path(), ElementsAre("top", "i1"));
+}
+
+TEST(OccurrenceWalk, PlacesAreTheSameWhicheverOccurrencesAreAskedForTheirs)
+{
+    ModelScene const scene(
+        File({"top"}) +
+        Assembly("top", MovedInstance("i1", "a", 1) + MovedInstance("i2", "a", 10) + MovedInstance("i3", "b", 100)) +
+        Assembly("a", MovedInstance("j1", "b", 2) + MovedInstance("j2", "p", 3)) +
+        Assembly("b", MovedInstance("k1", "p", 4)) + Part("p"));
+    auto const placesWhere = [&](auto const& isAsked)
+    {
+        std::vector<double> places;
+        int number = 0;
+        for (OccurrenceWalk walk(scene.Model()); walk.Next(); ++number)
+            if (isAsked(walk, number))
+                places.push_back(walk.Place()[3]);
+        return places;
+    };
+    EXPECT_THAT(placesWhere([](OccurrenceWalk const&, int) { return true; }),
+                ElementsAre(0, 0, 1, 3, 7, 4, 10, 12, 16, 13, 100, 104));
+    EXPECT_THAT(placesWhere([](OccurrenceWalk const& walk, int) { return walk.Component().id == "p"; }),
+                ElementsAre(7, 4, 16, 13, 104));
+    EXPECT_THAT(placesWhere([](OccurrenceWalk const&, int number) { return number == 4 || number == 10; }),
+                ElementsAre(7, 100));
 }
 
 TEST(OccurrenceWalk, MayStartAtAnyComponentAsIfItWereTheRoot)
@@ -207,6 +233,32 @@ TEST(SceneTotals, AnInstanceOfTwoAssembliesIsOne)
     EXPECT_EQ(scene.Component("b").placements.size(), 1U);
     EXPECT_EQ(totals.instances, 1U);
     EXPECT_EQ(totals.partOccurrences, 2U);
+}
+
+TEST(SceneTotals, OccurrencesAreTheSameCountedAlone)
+{
+    for (std::string const& text : {TwoOfEach(), Doubling(40), Doubling(64), Doubling(70)})
+    {
+        ModelScene const scene(text);
+        EXPECT_EQ(SceneTotals::CountOccurrences(scene.Model()), SceneTotals::Of(scene.Model()).occurrences);
+    }
+    SceneFilter filter;
+    filter.only = {"j1"};
+    EXPECT_EQ(SceneTotals::CountOccurrences(ModelScene(TwoOfEach(), filter).Model()), 6U);
+}
+
+TEST(SceneTotals, InstancesFarFromOneAnotherCountOnceEach)
+{
+    FakeScene producer;
+    producer.Assembly("a", {"i", "b", "j"});
+    producer.Instance("i", "b");
+    // Between the objects of the two instances.
+    std::vector<std::unique_ptr<char[]>> between;
+    for (int block = 0; block < 100; ++block)
+        between.push_back(std::make_unique<char[]>(std::size_t{64} * 1024));
+    producer.Assembly("b", {"j", "j"});
+    producer.Instance("j", "ghost");
+    EXPECT_EQ(SceneTotals::Of(KVR::Scene(producer, "a")).instances, 2U);
 }
 
 TEST(SceneTotals, CountsStopAtTheLargestNumber)

@@ -141,6 +141,7 @@ TEST(SceneCuts, AnyDepthIsReadAndWalkedOnASmallStack)
                    EXPECT_EQ(count, kLevels + 1);
                    EXPECT_EQ(deepest, kLevels);
                    EXPECT_EQ(SceneTotals::Of(scene).deepestLevel, kLevels + 1);
+                   EXPECT_EQ(SceneTotals::CountOccurrences(scene), kLevels + 1);
                });
 }
 
