@@ -185,4 +185,9 @@ std::string Escaped(std::string_view text)
     return escaped;
 }
 
+bool IsPlainText(std::string_view text)
+{
+    return PlainLength(text) == text.size();
+}
+
 }  // namespace KVR
