@@ -22,6 +22,9 @@ bool IsUsable(IdSet const& path)
     return !path.IsEmpty() && path.Size() <= kLongestPath;
 }
 
+// Of children that room is made for at once: how many there are is a claim until they are asked for.
+constexpr unsigned long long kMostAtOnce = 4096;
+
 // So many children ahead objects are fetched, while the one in front is asked.
 constexpr std::size_t kAhead = 4;
 
@@ -152,7 +155,7 @@ void SceneReader::ListChildren(Owner const& owner)
 {
     unsigned long long const count = owner.ChildCount();
     m_childIds.clear();
-    m_children.reserve(count);
+    m_children.reserve(std::min(count, kMostAtOnce));
     for (unsigned long long i = 0; i < count; ++i)
     {
         m_childIds.push_back(owner.ChildAt(i).Id());
