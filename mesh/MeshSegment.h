@@ -17,13 +17,6 @@ namespace KVR
 /// memory; others stand in the memory of the store.
 struct MeshSegment
 {
-    /// So many indices, or as many behind the first without them.
-    MeshSegment(std::int32_t const* segmentIndices, std::size_t indexCount, bool visible,
-                std::uint32_t firstIndex) noexcept
-        : indices(segmentIndices), count(indexCount), isVisible(visible ? 1 : 0), first(firstIndex)
-    {
-    }
-
     /// One of the indices, by its place below the count.
     std::int32_t At(std::size_t place) const noexcept
     {
@@ -31,10 +24,10 @@ struct MeshSegment
     }
 
     /// Null for those that follow one another.
-    std::int32_t const* indices;
-    std::size_t count : 63;
-    std::size_t isVisible : 1;
-    std::uint32_t first;
+    std::int32_t const* indices = nullptr;
+    std::size_t count : 63 = 0;
+    std::size_t isVisible : 1 = 1;
+    std::uint32_t first = 0;
 };
 
 /// Segments in the memory of the store. Many records may add to one mesh, so that the list at least doubles when it
@@ -56,11 +49,13 @@ public:
         m_segments = grown;
         m_capacity = static_cast<std::uint32_t>(capacity);
     }
-    /// Adds one, for which there is room, made in its place.
-    void Append(std::int32_t const* indices, std::size_t count, bool isVisible, std::uint32_t first) noexcept
+    /// Adds one that is visible, for which there is room.
+    void Append(std::int32_t const* indices, std::size_t count, std::uint32_t first) noexcept
     {
-        std::construct_at(m_segments + m_size++, indices, count, isVisible, first);
+        std::construct_at(m_segments + m_size++, MeshSegment{indices, count, 1, first});
     }
+    /// The one that was added last is not visible.
+    void HideLast() noexcept { m_segments[m_size - 1].isVisible = 0; }
     std::span<MeshSegment const> All() const noexcept { return {m_segments, m_size}; }
 
 private:

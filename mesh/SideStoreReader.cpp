@@ -90,8 +90,7 @@ std::int32_t const* ReadOthers(StoreCursor& store, std::size_t count, std::uint3
 }
 
 // Appends a segment, for which there is room.
-void ReadSegment(StoreCursor& store, StoreMemory& memory, StoreMemory::Blocks& blocks, bool isVisible,
-                 MeshSegmentList& segments)
+void ReadSegment(StoreCursor& store, StoreMemory& memory, StoreMemory::Blocks& blocks, MeshSegmentList& segments)
 {
     unsigned long long claimed = 0;
     store.Read(claimed);
@@ -103,7 +102,7 @@ void ReadSegment(StoreCursor& store, StoreMemory& memory, StoreMemory::Blocks& b
     std::int32_t const* const indices =
         run == count ? nullptr
                      : ReadOthers(store, count, narrow, run, memory.Take(count * sizeof(std::int32_t), blocks));
-    segments.Append(indices, count, isVisible, narrow);
+    segments.Append(indices, count, narrow);
 }
 
 void ReadSegments(StoreCursor& store, SegmentSpace& space, XMLPolygonMesh::Content& mesh)
@@ -129,13 +128,14 @@ void ReadSegments(StoreCursor& store, SegmentSpace& space, XMLPolygonMesh::Conte
     mesh.faceSegments.ReserveMore(static_cast<std::size_t>(faceCount), space.memory, mesh.segmentMemory);
     for (unsigned long long i = 0; i < faceCount; ++i)
     {
-        bool const isVisible = i >= space.flags.size() || space.flags[static_cast<std::size_t>(i)] != 0;
-        ReadSegment(store, space.memory, mesh.segmentMemory, isVisible, mesh.faceSegments);
+        ReadSegment(store, space.memory, mesh.segmentMemory, mesh.faceSegments);
+        if (i < space.flags.size() && space.flags[static_cast<std::size_t>(i)] == 0)
+            mesh.faceSegments.HideLast();
     }
     store.Expect(edgeCount, sizeof(unsigned long long), sizeof(EdgeSegmentInfo));
     mesh.edgeSegments.ReserveMore(static_cast<std::size_t>(edgeCount), space.memory, mesh.segmentMemory);
     for (unsigned long long i = 0; i < edgeCount; ++i)
-        ReadSegment(store, space.memory, mesh.segmentMemory, true, mesh.edgeSegments);
+        ReadSegment(store, space.memory, mesh.segmentMemory, mesh.edgeSegments);
 }
 
 // The id is looked at where it stands in the file: a text of its own would cost more than to find the mesh.

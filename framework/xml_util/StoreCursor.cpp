@@ -42,12 +42,12 @@ KVR_IN_EACH_FORM inline unsigned long long Difference(unsigned char const* bytes
     return value ^ (next + i);
 }
 
-// Goes on over the run block by block, without a way out in the middle of one, and with the halves of a block side by
-// side: that is what a compiler makes wide instructions of.
-template <std::size_t kHalf>
-KVR_IN_EACH_FORM inline std::size_t SkipBlocks(unsigned char const* bytes, std::size_t i, std::size_t count,
-                                               unsigned long long next)
+// Blocks first, without a way out in the middle, and their halves side by side, then what is left of the list: that is
+// what a compiler makes wide instructions of.
+KVR_IN_EACH_FORM inline std::size_t RunLengthIn(unsigned char const* bytes, std::size_t count, unsigned long long next)
 {
+    constexpr std::size_t kHalf = 64;
+    std::size_t i = 0;
     for (; count - i >= 2 * kHalf; i += 2 * kHalf)
     {
         unsigned long long inFirst = 0;
@@ -60,16 +60,13 @@ KVR_IN_EACH_FORM inline std::size_t SkipBlocks(unsigned char const* bytes, std::
         if ((inFirst | inSecond) != 0)
             break;
     }
-    return i;
-}
-
-KVR_IN_EACH_FORM inline std::size_t RunLengthIn(unsigned char const* bytes, std::size_t count, unsigned long long next)
-{
-    constexpr std::size_t kLargeHalf = 64;
-    constexpr std::size_t kSmallHalf = 4;
-    std::size_t i = SkipBlocks<kLargeHalf>(bytes, 0, count, next);
-    i = SkipBlocks<kSmallHalf>(bytes, i, count, next);
-    while (i < count && Difference(bytes, i, next) == 0)
+    unsigned long long inRest = 0;
+    std::size_t const end = std::min(count, i + 2 * kHalf);
+    for (std::size_t j = i; j < end; ++j)
+        inRest |= Difference(bytes, j, next);
+    if (inRest == 0)
+        return end;
+    while (Difference(bytes, i, next) == 0)
         ++i;
     return i;
 }
@@ -301,13 +298,6 @@ std::size_t StoreCursor::ReadRun(unsigned long long& first, std::size_t count)
             break;
     }
     return read;
-}
-
-void StoreCursor::Expect(unsigned long long count, std::size_t bytesInFile, std::size_t bytesInMemory)
-{
-    unsigned long long const held = Remaining() / bytesInFile;
-    if (count > held)
-        Claim(count - held, bytesInMemory);
 }
 
 void StoreCursor::Claim(unsigned long long count, std::size_t bytesInMemory)

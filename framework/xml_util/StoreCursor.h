@@ -78,7 +78,11 @@ public:
 
     /// To be called before a list is built to a count: throws std::length_error "vector<T> too long" when the items
     /// that the rest of the file does not hold would take more memory than is left of the limit.
-    void Expect(unsigned long long count, std::size_t bytesInFile, std::size_t bytesInMemory);
+    void Expect(unsigned long long count, std::size_t bytesInFile, std::size_t bytesInMemory)
+    {
+        if (unsigned long long const held = Remaining() / bytesInFile; count > held)
+            Claim(count - held, bytesInMemory);
+    }
     /// The same for items that the file does not hold in any case.
     void Claim(unsigned long long count, std::size_t bytesInMemory);
 
