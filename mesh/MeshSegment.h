@@ -52,7 +52,7 @@ public:
     /// Adds one that is visible, for which there is room.
     void Append(std::int32_t const* indices, std::size_t count, std::uint32_t first) noexcept
     {
-        std::construct_at(m_segments + m_size++, MeshSegment{indices, count, 1, first});
+        std::construct_at(m_segments + m_size++, MeshSegment{.indices = indices, .count = count, .first = first});
     }
     /// The one that was added last is not visible.
     void HideLast() noexcept { m_segments[m_size - 1].isVisible = 0; }

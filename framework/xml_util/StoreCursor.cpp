@@ -18,19 +18,10 @@ constexpr std::size_t kLargestField = 64;
 constexpr std::size_t kPage = 4096;
 
 #if defined(__GNUC__) && defined(__x86_64__)
-#define KVR_WIDE_VECTORS [[gnu::target("avx2")]]
+#define KVR_WIDE_VECTORS "avx2"
 #define KVR_IN_EACH_FORM [[gnu::always_inline]]
-bool HasWideVectors()
-{
-    return __builtin_cpu_supports("avx2") != 0;
-}
 #else
-#define KVR_WIDE_VECTORS
 #define KVR_IN_EACH_FORM
-bool HasWideVectors()
-{
-    return false;
-}
 #endif
 
 // By how much a u64 in the machine's order differs from the one that would continue a run; 0 for none.
@@ -71,17 +62,24 @@ KVR_IN_EACH_FORM inline std::size_t RunLengthIn(unsigned char const* bytes, std:
     return i;
 }
 
+#if defined(KVR_WIDE_VECTORS)
 // The same in vectors of four numbers, which processors of this kind mostly have and programs for all of them must not
 // take for granted.
-KVR_WIDE_VECTORS std::size_t WideRunLength(unsigned char const* bytes, std::size_t count, unsigned long long next)
+[[gnu::target(KVR_WIDE_VECTORS)]] std::size_t WideRunLength(unsigned char const* bytes, std::size_t count,
+                                                            unsigned long long next)
 {
     return RunLengthIn(bytes, count, next);
 }
+#endif
 
 // How many u64 in the machine's order, of so many, are the next number and those that follow it.
 std::size_t RunLength(unsigned char const* bytes, std::size_t count, unsigned long long next)
 {
-    return HasWideVectors() ? WideRunLength(bytes, count, next) : RunLengthIn(bytes, count, next);
+#if defined(KVR_WIDE_VECTORS)
+    if (__builtin_cpu_supports(KVR_WIDE_VECTORS) != 0)
+        return WideRunLength(bytes, count, next);
+#endif
+    return RunLengthIn(bytes, count, next);
 }
 }  // namespace
 
