@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <limits>
+
 #include "tests/exchange/MeshFiles.h"
 
 // Files of meshes that are cut short, count what they do not hold, or name what is not there.
@@ -190,6 +192,25 @@ TEST(MeshDamage, AGlbThatReachesBeyondItsBytesSaysSo)
                 HasSubstr("an index of meshes is not among the 1"));
     EXPECT_THAT(FailureOf("a.glb", Replaced(glb, "\"type\":\"VEC3\"", "\"type\":\"VEC9\"")), HasSubstr("VEC9"));
     EXPECT_THAT(FailureOf("a.glb", Replaced(glb, "\"version\":\"2", "\"version\":\"1")), HasSubstr("it is glTF 1.0"));
+}
+
+TEST(MeshDamage, AnIndexThatIsNoWholeNumberNamesNoPoint)
+{
+    auto const failureOf = [](auto value, int componentType)
+    {
+        GlbBuilder builder;
+        builder.json["meshes"] = {{{"name", "m"}, {"primitives", {builder.Square()}}}};
+        builder.json["nodes"] = {{{"mesh", 0}}};
+        std::vector<decltype(value)> const indices{0, 1, value};
+        builder.json["meshes"][0]["primitives"][0]["indices"] = builder.Accessor(indices, componentType, "SCALAR", 1);
+        return FailureOf("a.glb", builder.Bytes());
+    };
+    constexpr int kSignedShorts = 5122;
+    EXPECT_EQ(failureOf(std::int16_t{2}, kSignedShorts), "");
+    std::string const expected = "a primitive of mesh \"m\" names point 4,294,967,295 of 4";
+    EXPECT_EQ(failureOf(std::int16_t{-1}, kSignedShorts), expected);
+    for (float const number : {-1.0f, 1e30f, std::numeric_limits<float>::quiet_NaN()})
+        EXPECT_EQ(failureOf(number, kFloats), expected) << number;
 }
 
 TEST(MeshDamage, BytesThatManyNameAreNotReadWithoutEnd)
