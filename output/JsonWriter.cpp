@@ -19,10 +19,25 @@ constexpr std::size_t kIndent = 2;
 // Deeper levels are not indented further, so that the text of a deep document grows with its content alone.
 constexpr std::size_t kDeepestIndent = 64;
 
+constexpr std::string_view kSpaces = "        ";
+
 // As long as any number is, with room to spare.
 constexpr std::size_t kMostOfNumber = 32;
+// As long as any separator is: a comma, a line end, and spaces, of which there may be some too many at first.
+constexpr std::size_t kMostOfSeparator = 2 + kIndent * kDeepestIndent + kSpaces.size();
+// Longer keys are rare.
+constexpr std::size_t kMostOfKey = 256;
+constexpr std::string_view kEndOfKey = "\": ";
+// Of a list of numbers room is made for so many at once.
+constexpr std::size_t kAtOnce = 16;
+constexpr std::size_t kMostOfRow = kAtOnce * (kMostOfNumber + 2);
 
-// Each writes behind `place`, where there is room for kMostOfNumber, and answers the end.
+// Each writes behind `place`, where there is room for it, and answers the end.
+
+char* PutText(char* place, std::string_view text)
+{
+    return std::copy(text.begin(), text.end(), place);
+}
 
 template <class Integer>
 char* PutNumber(char* place, Integer value)
@@ -32,9 +47,8 @@ char* PutNumber(char* place, Integer value)
 
 char* PutNumber(char* place, double value)
 {
-    static constexpr std::string_view kNull = "null";
     if (!std::isfinite(value))
-        return std::copy(kNull.begin(), kNull.end(), place);
+        return PutText(place, "null");
     char* end = std::to_chars(place, place + kMostOfNumber, value).ptr;
     // Without a fraction readers take "-0" for an integer, which has no negative zero.
     if (value == 0.0 && std::signbit(value))
@@ -43,12 +57,6 @@ char* PutNumber(char* place, double value)
         *end++ = '0';
     }
     return end;
-}
-
-template <class Number>
-void Put(Output& out, Number value)
-{
-    out.EndAt(PutNumber(out.Room(kMostOfNumber), value));
 }
 
 }  // namespace
@@ -74,41 +82,44 @@ void JsonWriter::EndList()
 
 void JsonWriter::Key(std::string_view name)
 {
-    Separate();
-    m_out.Put('"');
-    PutEscaped(m_out, name);
-    m_out.Put("\": ");
+    char* place = Separated(kMostOfKey + 1 + kEndOfKey.size());
+    *place++ = '"';
+    if (name.size() <= kMostOfKey && IsPlainText(name))
+    {
+        m_out.EndAt(PutText(PutText(place, name), kEndOfKey));
+    }
+    else
+    {
+        m_out.EndAt(place);
+        PutEscaped(m_out, name);
+        m_out.Put(kEndOfKey);
+    }
     m_hasKey = true;
 }
 
 void JsonWriter::Null()
 {
-    Separate();
-    m_out.Put("null");
+    m_out.EndAt(PutText(Separated(kMostOfNumber), "null"));
 }
 
 void JsonWriter::Bool(bool value)
 {
-    Separate();
-    m_out.Put(value ? "true" : "false");
+    m_out.EndAt(PutText(Separated(kMostOfNumber), value ? "true" : "false"));
 }
 
 void JsonWriter::Integer(long long value)
 {
-    Separate();
-    Put(m_out, value);
+    m_out.EndAt(PutNumber(Separated(kMostOfNumber), value));
 }
 
 void JsonWriter::Unsigned(unsigned long long value)
 {
-    Separate();
-    Put(m_out, value);
+    m_out.EndAt(PutNumber(Separated(kMostOfNumber), value));
 }
 
 void JsonWriter::Number(double value)
 {
-    Separate();
-    Put(m_out, value);
+    m_out.EndAt(PutNumber(Separated(kMostOfNumber), value));
 }
 
 // Most of a dump of meshes is this: nothing is asked or called for each number that one answer for the list will do
@@ -116,19 +127,24 @@ void JsonWriter::Number(double value)
 template <class Value>
 void JsonWriter::PutRow(std::span<Value const> values)
 {
-    Separate();
-    m_out.Put('[');
+    char* place = Separated(kMostOfRow + 2);
+    *place++ = '[';
     for (std::size_t i = 0; i < values.size(); ++i)
     {
-        char* place = m_out.Room(kMostOfNumber + 2);
         if (i > 0)
         {
+            if (i % kAtOnce == 0)
+            {
+                m_out.EndAt(place);
+                place = m_out.Room(kMostOfRow + 2);
+            }
             *place++ = ',';
             *place++ = ' ';
         }
-        m_out.EndAt(PutNumber(place, values[i]));
+        place = PutNumber(place, values[i]);
     }
-    m_out.Put(']');
+    *place++ = ']';
+    m_out.EndAt(place);
 }
 
 void JsonWriter::Row(std::span<double const> values)
@@ -146,7 +162,7 @@ void JsonWriter::Row(std::span<unsigned int const> values)
 
 void JsonWriter::String(std::string_view text)
 {
-    Separate();
+    m_out.EndAt(Separated(0));
     m_out.Put('"');
     PutEscaped(m_out, text);
     m_out.Put('"');
@@ -155,7 +171,7 @@ void JsonWriter::String(std::string_view text)
 void JsonWriter::Base64(void const* bytes, std::size_t size)
 {
     static constexpr std::string_view kDigits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-    Separate();
+    m_out.EndAt(Separated(0));
     m_out.Put('"');
     auto const* data = static_cast<unsigned char const*>(bytes);
     for (std::size_t i = 0; i < size; i += 3)
@@ -177,36 +193,41 @@ void JsonWriter::EndDocument()
     m_out.Put('\n');
 }
 
-void JsonWriter::Separate()
+char* JsonWriter::Separated(std::size_t room)
 {
+    char* place = m_out.Room(kMostOfSeparator + room);
     if (m_hasKey)
     {
         m_hasKey = false;
-        return;
+        return place;
     }
     if (m_levels.empty())
-        return;
+        return place;
     Level& level = m_levels.back();
     if (!level.isEmpty)
-        m_out.Put(level.isRow ? ", " : ",");
-    level.isEmpty = false;
+        *place++ = ',';
     if (!level.isRow)
-        NewLine();
+        place = PutLine(place);
+    else if (!level.isEmpty)
+        *place++ = ' ';
+    level.isEmpty = false;
+    return place;
 }
 
-void JsonWriter::NewLine()
+char* JsonWriter::PutLine(char* place) const
 {
+    *place++ = '\n';
     std::size_t const indent = kIndent * std::min(m_levels.size(), kDeepestIndent);
-    char* const place = m_out.Room(indent + 1);
-    *place = '\n';
-    std::memset(place + 1, ' ', indent);
-    m_out.EndAt(place + 1 + indent);
+    for (std::size_t at = 0; at < indent; at += kSpaces.size())
+        std::memcpy(place + at, kSpaces.data(), kSpaces.size());
+    return place + indent;
 }
 
 void JsonWriter::Begin(char bracket, Layout layout)
 {
-    Separate();
-    m_out.Put(bracket);
+    char* place = Separated(1);
+    *place++ = bracket;
+    m_out.EndAt(place);
     bool const isRow = layout == Layout::Row || (!m_levels.empty() && m_levels.back().isRow);
     m_levels.push_back({isRow, true});
 }
@@ -215,9 +236,11 @@ void JsonWriter::End(char bracket)
 {
     Level const level = m_levels.back();
     m_levels.pop_back();
+    char* place = m_out.Room(kMostOfSeparator + 1);
     if (!level.isEmpty && !level.isRow)
-        NewLine();
-    m_out.Put(bracket);
+        place = PutLine(place);
+    *place++ = bracket;
+    m_out.EndAt(place);
 }
 
 }  // namespace KVR

@@ -58,8 +58,9 @@ private:
 
     template <class Value>
     void PutRow(std::span<Value const> values);
-    void Separate();
-    void NewLine();
+    /// Room behind what parts the next value or key from what stands before it.
+    char* Separated(std::size_t room);
+    char* PutLine(char* place) const;
     void Begin(char bracket, Layout layout);
     void End(char bracket);
 

@@ -10,7 +10,9 @@
 namespace KVR
 {
 
-Output::Output(int descriptor) : m_buffer(std::make_unique<char[]>(kCapacity)), m_descriptor(descriptor) {}
+Output::Output(int descriptor) : m_buffer(std::make_unique_for_overwrite<char[]>(kCapacity)), m_descriptor(descriptor)
+{
+}
 
 void Output::PutLong(std::string_view text)
 {

@@ -44,7 +44,7 @@ public:
     void Flush();
 
 private:
-    static constexpr std::size_t kCapacity = std::size_t{64} * 1024;
+    static constexpr std::size_t kCapacity = std::size_t{512} * 1024;
 
     void PutLong(std::string_view text);
     void Write(char const* bytes, std::size_t count) const;

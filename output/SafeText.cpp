@@ -148,7 +148,7 @@ void Escape(std::string_view text, Sink sink)
 template <class Sink>
 void EscapeAny(std::string_view text, Sink sink)
 {
-    if (PlainLength(text) == text.size())
+    if (IsPlainText(text))
         sink(text);
     else if (std::all_of(text.begin(), text.end(), IsAscii))
         Escape(text, sink);
@@ -168,6 +168,11 @@ std::string Escaped(std::string_view text)
     std::string escaped;
     EscapeAny(text, [&escaped](std::string_view piece) { escaped += piece; });
     return escaped;
+}
+
+bool IsPlainText(std::string_view text)
+{
+    return PlainLength(text) == text.size();
 }
 
 }  // namespace KVR

@@ -17,4 +17,7 @@ void PutEscaped(Output& out, std::string_view text);
 /// The same as a string.
 std::string Escaped(std::string_view text);
 
+/// Whether it is ASCII of which nothing is escaped.
+bool IsPlainText(std::string_view text);
+
 }  // namespace KVR

@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 
 #include <BRepGProp.hxx>
-#include <OSD_Parallel.hxx>
 #include <TopExp_Explorer.hxx>
 #include <XCAFDoc_Area.hxx>
 #include <XCAFDoc_Centroid.hxx>
@@ -11,6 +10,8 @@
 #include <cmath>
 #include <cstdlib>
 #include <utility>
+
+#include "exchange/run/Beside.h"
 
 namespace KVR
 {
@@ -56,13 +57,14 @@ void DocumentMeasures::Add(TDF_Label const& part, TopoDS_Shape const& shape)
 
 void DocumentMeasures::Finish(ShapeDocument& document)
 {
-    OSD_Parallel::For(0, static_cast<int>(m_solids.size()),
-                      [&](int place)
-                      {
-                          Measured& measured = m_solids[static_cast<std::size_t>(place)];
-                          BRepGProp::VolumeProperties(measured.solid.shape, measured.volume);
-                          BRepGProp::SurfaceProperties(measured.solid.shape, measured.area);
-                      });
+    DoBeside(m_solids.size(),
+             [&](std::size_t place)
+             {
+                 Measured& measured = m_solids[place];
+                 measured.volume = measured.area = GProp_GProps();
+                 BRepGProp::VolumeProperties(measured.solid.shape, measured.volume);
+                 BRepGProp::SurfaceProperties(measured.solid.shape, measured.area);
+             });
     for (std::size_t i = 0; i < m_parts.size(); ++i)
         Put(m_parts[i], i + 1 < m_parts.size() ? m_parts[i + 1].firstSolid : m_solids.size(), document);
     m_parts.clear();

@@ -11,6 +11,7 @@
 
 #include "exchange/import/ModelBox.h"
 #include "exchange/model/ModelError.h"
+#include "exchange/run/Beside.h"
 #include "framework/kernel/tessellation/ShapeMesher.h"
 
 namespace KVR
@@ -90,7 +91,7 @@ void BodyMeshing::Start()
         m_scope.Close();
     std::size_t const processors = std::max(1u, std::thread::hardware_concurrency());
     for (std::size_t i = 1; i < std::min(processors, m_groups.size() - m_next); ++i)
-        m_threads.push_back(std::async(std::launch::async, [this] { MeshAll(); }));
+        m_threads.push_back(std::async(kBesideIfPossible, [this] { MeshAll(); }));
 }
 
 // False when there is nothing left to begin.

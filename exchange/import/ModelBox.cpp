@@ -1,13 +1,13 @@
 #include "exchange/import/ModelBox.h"
 
 #include <BRepBndLib.hxx>
-#include <OSD_Parallel.hxx>
 #include <TopoDS_Iterator.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
 #include <cmath>
 #include <vector>
 
 #include "exchange/import/ProductPlan.h"
+#include "exchange/run/Beside.h"
 
 namespace KVR
 {
@@ -41,12 +41,7 @@ Bnd_Box BoxOfModel(ProductPlan const& plan)
     for (std::size_t const root : plan.roots)
         AddPieces(XCAFDoc_ShapeTool::GetShape(plan.components[root].label), pieces);
     std::vector<Bnd_Box> boxes(pieces.size());
-    OSD_Parallel::For(0, static_cast<int>(pieces.size()),
-                      [&](int place)
-                      {
-                          auto const i = static_cast<std::size_t>(place);
-                          BRepBndLib::Add(pieces[i], boxes[i]);
-                      });
+    DoBeside(pieces.size(), [&](std::size_t place) { BRepBndLib::Add(pieces[place], boxes[place]); });
     Bnd_Box box;
     for (Bnd_Box const& piece : boxes)
         box.Add(piece);

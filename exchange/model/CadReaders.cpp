@@ -49,6 +49,7 @@
 #include "exchange/model/SolidCheck.h"
 #include "exchange/model/StepEntityReading.h"
 #include "exchange/model/StepHealing.h"
+#include "exchange/run/Beside.h"
 
 namespace KVR
 {
@@ -332,7 +333,7 @@ void ReadStep(ModelDocument& model, std::string const& path, ModelReadOptions co
     constexpr double kDocument = 5;
     // While Open CASCADE reads, the file is read beside it.
     StepContentToBe const content =
-        std::async(std::launch::async, [&] { return std::make_shared<StepContent>(path); }).share();
+        std::async(kBesideIfPossible, [&] { return std::make_shared<StepContent>(path); }).share();
     Message_ProgressScope scope(progress, nullptr, kBodies + kDocument);
     auto reader = ReaderOf(model, path, options, content);
     // As the reader would set it at the start of its transfer.
@@ -355,7 +356,7 @@ void ReadStep(ModelDocument& model, std::string const& path, ModelReadOptions co
     ReadProducts(model, *reader);
     ReadExternalFiles(model, *reader);
     // Of half the size that the process has by then: the system gets it back before bodies are meshed.
-    model.release = std::async(std::launch::async,
+    model.release = std::async(kBesideIfPossible,
                                [reader = std::move(reader)]() mutable
                                {
                                    reader.reset();

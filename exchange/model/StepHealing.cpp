@@ -25,6 +25,7 @@
 #include <vector>
 
 #include "exchange/model/SharedShapes.h"
+#include "exchange/run/Beside.h"
 
 namespace KVR
 {
@@ -192,7 +193,7 @@ bool MendAll(std::vector<Handle(Body)> const& bodies, Handle(XSAlgo_AlgoContaine
     std::size_t const threads = std::min<std::size_t>(groups.size(), std::max(1u, std::thread::hardware_concurrency()));
     std::vector<std::future<void>> others;
     for (std::size_t i = 1; i < threads; ++i)
-        others.push_back(std::async(std::launch::async, work));
+        others.push_back(std::async(kBesideIfPossible, work));
     try
     {
         work();

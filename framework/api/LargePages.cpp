@@ -20,4 +20,15 @@ void AdviseLargePages([[maybe_unused]] void* memory, [[maybe_unused]] std::size_
 #endif
 }
 
+void PopulatePages([[maybe_unused]] void* memory, [[maybe_unused]] std::size_t size) noexcept
+{
+#if defined(__linux__) && defined(MADV_POPULATE_WRITE)
+    constexpr std::size_t kPage = 4096;
+    std::size_t const skipped = (kPage - reinterpret_cast<std::uintptr_t>(memory) % kPage) % kPage;
+    if (size >= skipped + kPage)
+        static_cast<void>(
+            ::madvise(static_cast<char*>(memory) + skipped, (size - skipped) / kPage * kPage, MADV_POPULATE_WRITE));
+#endif
+}
+
 }  // namespace KVR

@@ -14,4 +14,9 @@ inline constexpr std::size_t kLargePage = 2 * 1024 * 1024;
 /// faults. A hint alone, and none where the system knows no such thing. Throws nothing.
 KVR_API void AdviseLargePages(void* memory, std::size_t size) noexcept;
 
+/// Has the system back the whole pages of a new piece of memory at once, in small pages where nobody advised large
+/// ones. For memory that is filled soon: each page that is touched first costs half as much again. No effect where the
+/// system knows no such thing or has no memory left. Throws nothing.
+KVR_API void PopulatePages(void* memory, std::size_t size) noexcept;
+
 }  // namespace KVR

@@ -1,11 +1,9 @@
 #include "framework/api/ObjectCollector.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdint>
 #include <cstring>
 #include <deque>
-#include <limits>
 #include <memory>
 #include <new>
 #include <string>
@@ -54,51 +52,64 @@ private:
     std::uint32_t m_size = 0;
 };
 
+// An id as numbers: both ends of its text, which lie over each other, and its size. No two short ids agree in all
+// three. Of a long one the first number is a hash of all of it.
+struct IdKey
+{
+    static constexpr std::size_t kMostShort = 16;
+    static constexpr std::uint32_t kLong = 0xFFFFFFFEU;
+    static constexpr std::uint32_t kNone = 0xFFFFFFFFU;
+
+    std::uint64_t first = 0;
+    std::uint64_t second = 0;
+    std::uint32_t size = kNone;
+
+    IdKey() = default;
+    explicit IdKey(std::string_view id)
+    {
+        size = id.size() > kMostShort ? kLong : static_cast<std::uint32_t>(id.size());
+        if (size == kLong)
+            first = std::hash<std::string_view>()(id);
+        else if (size >= sizeof(std::uint64_t))
+            SetEnds<std::uint64_t>(id);
+        else if (size >= sizeof(std::uint32_t))
+            SetEnds<std::uint32_t>(id);
+        else if (size > 0)
+        {
+            SetEnds<unsigned char>(id);
+            first |= std::uint64_t{static_cast<unsigned char>(id[size / 2])} << 8U;
+        }
+    }
+
+    bool operator==(IdKey const& other) const
+    {
+        // One comparison: where a processor that waits for memory has to guess more often, it guesses wrong more often.
+        return ((first ^ other.first) | (second ^ other.second) | (size ^ other.size)) == 0;
+    }
+
+private:
+    template <class End>
+    void SetEnds(std::string_view id)
+    {
+        End begin{};
+        End end{};
+        std::memcpy(&begin, id.data(), sizeof begin);
+        std::memcpy(&end, id.data() + (id.size() - sizeof end), sizeof end);
+        first = begin;
+        second = end;
+    }
+};
+
 // What is known of an id, in half a cache line: with a million objects each line that a look-up has to wait for takes
 // as long as all else. So a short id stands here itself, beside its object, and nothing else is visited.
 struct alignas(32) Slot
 {
-    static constexpr std::uint32_t kAbsent = 0xFFFFFFFFU;
-    static constexpr std::size_t kMostShort = 15;
-    static constexpr unsigned char kLong = 0xFF;
-
     // Null once disposed of.
     IObject* object = nullptr;
+    // Of a long id the second number is where it stands among the long ones. The slot of no id is free.
+    [[no_unique_address]] IdKey key;
     // Where the first object of the id stands in the list.
-    std::uint32_t place = kAbsent;
-    // It says where the slot belongs in a table of any size, so that growing asks nobody for a hash.
-    std::uint32_t tag = 0;
-    // The id itself, or for a long one where it stands and its size.
-    std::array<char, kMostShort> text{};
-    unsigned char length = 0;
-
-    bool Holds(std::string_view id) const
-    {
-        if (length != kLong)
-            return id.size() == length && std::memcmp(text.data(), id.data(), length) == 0;
-        return id == LongId();
-    }
-    void SetShort(std::string_view id)
-    {
-        length = static_cast<unsigned char>(id.size());
-        std::copy(id.begin(), id.end(), text.begin());
-    }
-    void SetLong(std::string const& id)
-    {
-        length = kLong;
-        char const* const data = id.data();
-        auto const size = static_cast<std::uint32_t>(id.size());
-        std::memcpy(text.data(), &data, sizeof data);
-        std::memcpy(text.data() + sizeof data, &size, sizeof size);
-    }
-    std::string_view LongId() const
-    {
-        char const* data = nullptr;
-        std::uint32_t size = 0;
-        std::memcpy(&data, text.data(), sizeof data);
-        std::memcpy(&size, text.data() + sizeof data, sizeof size);
-        return {data, size};
-    }
+    std::uint32_t place = 0;
 };
 
 static_assert(sizeof(Slot) == 32);
@@ -109,22 +120,27 @@ struct FreeSlots
     void operator()(Slot* slots) const noexcept { ::operator delete(slots, alignment); }
 };
 
-// An open-addressed table of slots, at most half full. A large one stands in large pages, since a look-up at random
-// would otherwise wait for the page's address, too.
+// An open-addressed table of slots, at most half full. An id is looked for in the two slots of a cache line, and then
+// in those of the lines behind it. A large table stands in large pages, since a look-up at random would otherwise wait
+// for the page's address, too.
 class SlotTable
 {
 public:
-    Slot* Find(std::string_view id, std::uint32_t tag) const
+    Slot* Find(std::string_view id) const
     {
         if (!m_slots)
             return nullptr;
-        for (std::size_t i = tag & m_mask;; i = (i + 1) & m_mask)
+        IdKey const key(id);
+        if (key.size == IdKey::kLong)
+            return FindLong(key, id);
+        for (std::size_t i = HomeOf(key);; i = (i + 2) & m_mask)
         {
-            Slot& slot = m_slots.get()[i];
-            if (slot.place == Slot::kAbsent)
+            Slot* const pair = m_slots.get() + i;
+            Slot* const slot = pair + static_cast<std::size_t>(pair[1].key == key);
+            if (slot->key == key)
+                return slot;
+            if (pair[1].key.size == IdKey::kNone)
                 return nullptr;
-            if (slot.tag == tag && slot.Holds(id))
-                return &slot;
         }
     }
 
@@ -138,14 +154,23 @@ public:
         m_mask = std::max(2 * size, kLeastSize) - 1;
         for (std::size_t i = 0; i < size; ++i)
         {
-            if (former.get()[i].place != Slot::kAbsent)
+            if (former.get()[i].key.size != IdKey::kNone)
                 Place(former.get()[i]);
         }
     }
 
-    // Takes no memory.
-    void Add(Slot const& slot) noexcept
+    // Enters an id that is not there. Room was made.
+    void Add(std::string_view id, IObject* object, std::uint32_t place)
     {
+        Slot slot;
+        slot.object = object;
+        slot.key = IdKey(id);
+        slot.place = place;
+        if (slot.key.size == IdKey::kLong)
+        {
+            slot.key.second = m_longIds.size();
+            m_longIds.emplace_back(id);
+        }
         Place(slot);
         ++m_count;
     }
@@ -157,7 +182,7 @@ private:
 
     static Slots NewSlots(std::size_t count)
     {
-        std::align_val_t const alignment{count * sizeof(Slot) < kLargePage ? alignof(Slot) : kLargePage};
+        std::align_val_t const alignment{count * sizeof(Slot) < kLargePage ? 2 * sizeof(Slot) : kLargePage};
         void* const memory = ::operator new(count * sizeof(Slot), alignment);
         AdviseLargePages(memory, count * sizeof(Slot));
         auto* const slots = static_cast<Slot*>(memory);
@@ -165,10 +190,36 @@ private:
         return {slots, FreeSlots{alignment}};
     }
 
+    // The first of the two slots that an id stands in if there is room.
+    std::size_t HomeOf(IdKey const& key) const
+    {
+        std::uint64_t hash = key.first * 0x9E3779B97F4A7C15U;
+        hash ^= hash >> 32U;
+        if (key.size != IdKey::kLong)
+        {
+            std::uint64_t const end = (key.second + key.size) * 0xC2B2AE3D27D4EB4FU;
+            hash += end ^ end >> 32U;
+        }
+        hash *= 0xD6E8FEB86659FD93U;
+        return (hash ^ hash >> 32U) & m_mask & ~std::uint64_t{1};
+    }
+
+    Slot* FindLong(IdKey const& key, std::string_view id) const
+    {
+        for (std::size_t i = HomeOf(key);; i = (i + 1) & m_mask)
+        {
+            Slot& slot = m_slots.get()[i];
+            if (slot.key.size == IdKey::kNone)
+                return nullptr;
+            if (slot.key.size == IdKey::kLong && slot.key.first == key.first && m_longIds[slot.key.second] == id)
+                return &slot;
+        }
+    }
+
     void Place(Slot const& slot) noexcept
     {
-        std::size_t i = slot.tag & m_mask;
-        while (m_slots.get()[i].place != Slot::kAbsent)
+        std::size_t i = HomeOf(slot.key);
+        while (m_slots.get()[i].key.size != IdKey::kNone)
             i = (i + 1) & m_mask;
         m_slots.get()[i] = slot;
     }
@@ -176,6 +227,8 @@ private:
     Slots m_slots;
     std::size_t m_mask = 0;
     std::size_t m_count = 0;
+    // The texts of long ids.
+    std::deque<std::string> m_longIds;
 };
 
 }  // namespace
@@ -184,18 +237,10 @@ struct ObjectCollector::Registry
 {
     ObjectList objects;
     SlotTable slots;
-    // The texts of long ids, which do not move.
-    std::deque<std::string> longIds;
     // Of an id that several objects have, the places of those behind the first.
     std::unordered_map<std::uint32_t, std::vector<std::uint32_t>> further;
 
-    static std::uint32_t TagOf(std::string_view id)
-    {
-        std::uint64_t const hash = std::hash<std::string_view>()(id);
-        return static_cast<std::uint32_t>(hash ^ hash >> 32);
-    }
-
-    Slot* Find(std::string_view id) const { return slots.Find(id, TagOf(id)); }
+    Slot* Find(std::string_view id) const { return slots.Find(id); }
 
     void Add(std::unique_ptr<IObject> object)
     {
@@ -216,17 +261,7 @@ struct ObjectCollector::Registry
             return;
         }
         slots.Reserve();
-        Slot slot;
-        if (id.Size() > std::numeric_limits<std::uint32_t>::max())
-            ThrowTooLong();
-        if (id.Size() <= Slot::kMostShort)
-            slot.SetShort(id.View());
-        else
-            slot.SetLong(longIds.emplace_back(id.View()));
-        slot.object = object.get();
-        slot.place = place;
-        slot.tag = TagOf(id.View());
-        slots.Add(slot);
+        slots.Add(id.View(), object.get(), place);
         objects.Append(std::move(object));
     }
 
@@ -251,115 +286,6 @@ ObjectCollector::ObjectCollector() : m_registry(std::make_unique<Registry>()) {}
 ObjectCollector::~ObjectCollector()
 {
     Destroy();
-}
-
-void ObjectCollector::Visit(IGenericObject* object)
-{
-    AddObject(object);
-}
-void ObjectCollector::Visit(IView* object)
-{
-    AddObject(object);
-}
-void ObjectCollector::Visit(ICamera* object)
-{
-    AddObject(object);
-}
-void ObjectCollector::Visit(IAssemblyFeatureOverride* object)
-{
-    AddObject(object);
-}
-void ObjectCollector::Visit(IAnnotationCalloutElement* object)
-{
-    AddObject(object);
-}
-void ObjectCollector::Visit(IAnnotationCallout* object)
-{
-    AddObject(object);
-}
-void ObjectCollector::Visit(IMaterialTexture* object)
-{
-    AddObject(object);
-}
-void ObjectCollector::Visit(IExtensionGeometry* object)
-{
-    AddObject(object);
-}
-void ObjectCollector::Visit(IPointCloud* object)
-{
-    AddObject(object);
-}
-void ObjectCollector::Visit(ILod* object)
-{
-    AddObject(object);
-}
-void ObjectCollector::Visit(IPolygonMesh* object)
-{
-    AddObject(object);
-}
-void ObjectCollector::Visit(ICoordSys* object)
-{
-    AddObject(object);
-}
-void ObjectCollector::Visit(IWorkPlane* object)
-{
-    AddObject(object);
-}
-void ObjectCollector::Visit(IWorkAxis* object)
-{
-    AddObject(object);
-}
-void ObjectCollector::Visit(IWorkPoint* object)
-{
-    AddObject(object);
-}
-void ObjectCollector::Visit(ISketch* object)
-{
-    AddObject(object);
-}
-void ObjectCollector::Visit(ICurve* object)
-{
-    AddObject(object);
-}
-void ObjectCollector::Visit(IPoint* object)
-{
-    AddObject(object);
-}
-void ObjectCollector::Visit(IRenderStyle* object)
-{
-    AddObject(object);
-}
-void ObjectCollector::Visit(IGroup* object)
-{
-    AddObject(object);
-}
-void ObjectCollector::Visit(IInstance* object)
-{
-    AddObject(object);
-}
-void ObjectCollector::Visit(IAssembly* object)
-{
-    AddObject(object);
-}
-void ObjectCollector::Visit(IFile* object)
-{
-    AddObject(object);
-}
-void ObjectCollector::Visit(IPart* object)
-{
-    AddObject(object);
-}
-void ObjectCollector::Visit(IGeometricSet* object)
-{
-    AddObject(object);
-}
-void ObjectCollector::Visit(ILayer* object)
-{
-    AddObject(object);
-}
-void ObjectCollector::Visit(IBrep* object)
-{
-    AddObject(object);
 }
 
 bool ObjectCollector::Dispose(UTF8String const& id)
@@ -390,7 +316,6 @@ void ObjectCollector::Destroy() noexcept
     for (std::uint32_t at = 0; at < m_registry->objects.Size(); ++at)
         m_registry->objects[at].reset();
     m_registry->objects = ObjectList();
-    m_registry->longIds.clear();
     m_registry->further.clear();
 }
 

@@ -16,8 +16,8 @@ namespace
 constexpr std::size_t kLeastPiece = 16 * 1024;
 // Documents up to it never see a large page, of which the last is mostly empty.
 constexpr std::size_t kSmallDocument = 2 * kLargePage;
-// What lies beyond it is asked for in small pages: on a virtual machine gigabytes of fresh large pages cost more than
-// they save, as each has to be fetched from the machine below.
+// What lies beyond it is asked for in small pages, many at once: on a virtual machine gigabytes of fresh large pages
+// cost more than they save, as each has to be fetched from the machine below.
 constexpr std::size_t kMostLarge = 96 * kLargePage;
 constexpr std::size_t kBlockSize = 2 * kLargePage;
 constexpr std::size_t kAlignment = alignof(std::max_align_t);
@@ -61,8 +61,14 @@ void* DocumentMemory::allocate(XMLSize_t size)
         return m_small->allocate(size);
     if (!isBlock)
         m_asked += size;
-    if (!isBlock && (m_asked <= kSmallDocument || m_asked > kMostLarge))
+    if (!isBlock && m_asked <= kSmallDocument)
         return m_small->allocate(size);
+    if (!isBlock && m_asked > kMostLarge)
+    {
+        void* const piece = m_small->allocate(size);
+        PopulatePages(piece, size);
+        return piece;
+    }
     try
     {
         std::size_t const wanted = size + (kAlignment - size % kAlignment) % kAlignment;

@@ -10,8 +10,9 @@ namespace KVR
 {
 
 /// Where a parser gets memory for a document. What is asked for in large pieces, which are nodes and long texts, comes
-/// from large pages, unless the document is small, or so large that they cost more than they save: in pages of 4 KiB
-/// the faults take as much time as a tenth of the parse. All else is asked for elsewhere.
+/// from large pages, unless the document is small: in pages of 4 KiB the faults take as much time as a tenth of the
+/// parse. A document for which large pages cost more than they save gets small ones, a piece's all at once. All else is
+/// asked for elsewhere.
 class KVR_XML_UTIL_API DocumentMemory final : public xercesc::MemoryManager
 {
 public:

@@ -7,6 +7,7 @@
 #include <TopLoc_Location.hxx>
 #include <TopoDS.hxx>
 #include <TopoDS_Face.hxx>
+#include <stdexcept>
 
 #include "framework/kernel/MemoryWatch.h"
 
@@ -27,6 +28,15 @@ void Mesh(TopoDS_Shape const& shape, IMeshTools_Parameters const& parameters, Me
     {
         // Faces that it came to have their triangles.
         watch.Check(failure);
+    }
+    catch (std::runtime_error const&)
+    {
+        if (!parameters.InParallel)
+            throw;
+        // The system has no more threads.
+        IMeshTools_Parameters alone = parameters;
+        alone.InParallel = false;
+        Mesh(shape, alone, {});
     }
 }
 
