@@ -14,7 +14,6 @@ namespace
 
 using testing::Contains;
 using testing::HasSubstr;
-using testing::SizeIs;
 
 std::string const kPly =
     "ply\nformat ascii 1.0\nelement vertex 4\nproperty float x\nproperty float y\nproperty float z\nelement face 2\n"
@@ -25,7 +24,7 @@ std::string BinaryPly()
     std::string bytes =
         "ply\nformat binary_little_endian 1.0\nelement vertex 3\nproperty float x\nproperty float y\n"
         "property float z\nelement face 1\nproperty list uchar int vertex_indices\nend_header\n";
-    for (float const x : {0, 0, 0, 1, 0, 0, 1, 1, 0})
+    for (float const x : {0.0f, 0.0f, 0.0f, 1.0f, 0.0f, 0.0f, 1.0f, 1.0f, 0.0f})
         bytes += BytesOf(x);
     bytes += '\3';
     for (int const index : {0, 1, 2})
