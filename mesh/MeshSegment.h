@@ -49,8 +49,13 @@ public:
         m_segments = grown;
         m_capacity = static_cast<std::uint32_t>(capacity);
     }
-    /// Adds one, for which there is room.
-    void Append(MeshSegment const& segment) noexcept { std::construct_at(m_segments + m_size++, segment); }
+    /// Adds one that is visible, for which there is room.
+    void Append(std::int32_t const* indices, std::size_t count, std::uint32_t first) noexcept
+    {
+        std::construct_at(m_segments + m_size++, MeshSegment{.indices = indices, .count = count, .first = first});
+    }
+    /// The one that was added last is not visible.
+    void HideLast() noexcept { m_segments[m_size - 1].isVisible = 0; }
     std::span<MeshSegment const> All() const noexcept { return {m_segments, m_size}; }
 
 private:

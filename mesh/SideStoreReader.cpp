@@ -76,28 +76,33 @@ struct SegmentSpace
     std::vector<unsigned char> flags;
 };
 
-// Reads a list of u64, with zeros for what the file does not hold.
-MeshSegment ReadSegment(StoreCursor& store, StoreMemory& memory, StoreMemory::Blocks& blocks)
+// What a list of u64 holds behind a run at its beginning, in memory with the run in front of it, and with zeros for
+// what the file does not hold.
+std::int32_t const* ReadOthers(StoreCursor& store, std::size_t count, std::uint32_t first, std::size_t run,
+                               std::byte* memory)
 {
-    unsigned long long count = 0;
-    store.Read(count);
-    store.Expect(count, sizeof(unsigned long long), sizeof(std::int32_t));
-    MeshSegment segment;
-    if (count == 0)
-        return segment;
-    segment.count = static_cast<std::size_t>(count);
-    unsigned long long first = 0;
-    std::size_t const run = store.ReadRun(first, segment.count);
-    segment.first = static_cast<std::uint32_t>(first);
-    if (run == segment.count)
-        return segment;
-    auto* const indices = reinterpret_cast<std::int32_t*>(memory.Take(segment.count * sizeof(std::int32_t), blocks));
+    auto* const indices = reinterpret_cast<std::int32_t*>(memory);
     for (std::size_t i = 0; i < run; ++i)
-        indices[i] = segment.At(i);
-    std::size_t const held = run + store.ReadIndices(indices + run, segment.count - run);
-    std::fill(indices + held, indices + segment.count, 0);
-    segment.indices = indices;
-    return segment;
+        indices[i] = static_cast<std::int32_t>(first + static_cast<std::uint32_t>(i));
+    std::size_t const held = run + store.ReadIndices(indices + run, count - run);
+    std::fill(indices + held, indices + count, 0);
+    return indices;
+}
+
+// Appends a segment, for which there is room.
+void ReadSegment(StoreCursor& store, StoreMemory& memory, StoreMemory::Blocks& blocks, MeshSegmentList& segments)
+{
+    unsigned long long claimed = 0;
+    store.Read(claimed);
+    store.Expect(claimed, sizeof(unsigned long long), sizeof(std::int32_t));
+    auto const count = static_cast<std::size_t>(claimed);
+    unsigned long long first = 0;
+    std::size_t const run = store.ReadRun(first, count);
+    auto const narrow = static_cast<std::uint32_t>(first);
+    std::int32_t const* const indices =
+        run == count ? nullptr
+                     : ReadOthers(store, count, narrow, run, memory.Take(count * sizeof(std::int32_t), blocks));
+    segments.Append(indices, count, narrow);
 }
 
 void ReadSegments(StoreCursor& store, SegmentSpace& space, XMLPolygonMesh::Content& mesh)
@@ -123,15 +128,36 @@ void ReadSegments(StoreCursor& store, SegmentSpace& space, XMLPolygonMesh::Conte
     mesh.faceSegments.ReserveMore(static_cast<std::size_t>(faceCount), space.memory, mesh.segmentMemory);
     for (unsigned long long i = 0; i < faceCount; ++i)
     {
-        MeshSegment segment = ReadSegment(store, space.memory, mesh.segmentMemory);
-        if (i < space.flags.size())
-            segment.isVisible = space.flags[static_cast<std::size_t>(i)];
-        mesh.faceSegments.Append(segment);
+        ReadSegment(store, space.memory, mesh.segmentMemory, mesh.faceSegments);
+        if (i < space.flags.size() && space.flags[static_cast<std::size_t>(i)] == 0)
+            mesh.faceSegments.HideLast();
     }
     store.Expect(edgeCount, sizeof(unsigned long long), sizeof(EdgeSegmentInfo));
     mesh.edgeSegments.ReserveMore(static_cast<std::size_t>(edgeCount), space.memory, mesh.segmentMemory);
     for (unsigned long long i = 0; i < edgeCount; ++i)
-        mesh.edgeSegments.Append(ReadSegment(store, space.memory, mesh.segmentMemory));
+        ReadSegment(store, space.memory, mesh.segmentMemory, mesh.edgeSegments);
+}
+
+// The id is looked at where it stands in the file: a text of its own would cost more than to find the mesh.
+MeshStore::value_type& EntryOf(std::string_view id, MeshStore& meshStore)
+{
+    auto const found = meshStore.find(id);
+    return found != meshStore.end() ? *found : *meshStore.try_emplace(UTF8String(id)).first;
+}
+
+// Meshes stand far from each other, and mostly come in the same order again: the places where their segments go are on
+// their way while those of others are read.
+void FetchSegmentsAhead([[maybe_unused]] MeshStore const& meshStore)
+{
+#if defined(__GNUC__)
+    constexpr std::size_t kAhead = 8;
+    if (XMLPolygonMesh* const mesh = meshStore.Ahead(kAhead))
+    {
+        XMLPolygonMesh::Content const& content = mesh->StoreContent();
+        __builtin_prefetch(&content.segmentMemory, 1);
+        __builtin_prefetch(&content.isSegmentVisibilityStored, 1);
+    }
+#endif
 }
 
 // A store may well say how many records it has; one that says too many gets room for no more than it can hold.
@@ -277,13 +303,18 @@ bool SideStoreReader::ReadSegmentRecords(std::FILE* file, MeshStore& meshStore)
     for (unsigned long long i = 0; i < recordCount && !store.HasEnded(); ++i)
     {
         unsigned long long const begin = store.Position();
-        UTF8String id;
-        store.Read(id);
-        XMLPolygonMesh* mesh = nullptr;
+        std::string_view id;
+        if (!store.Read(id) || id.empty())
+        {
+            TellRecord(store, "segments", UTF8String(), begin, false);
+            continue;
+        }
         // Kept: a mesh that is not there gets an entry without one, and of its record nothing more is consumed.
-        if (!id.IsEmpty() && (mesh = meshStore[id].object) != nullptr)
+        MeshStore::value_type& entry = EntryOf(id, meshStore);
+        FetchSegmentsAhead(meshStore);
+        if (XMLPolygonMesh* const mesh = entry.second.object)
             ReadSegments(store, space, mesh->StoreContent());
-        TellRecord(store, "segments", id, begin, mesh != nullptr);
+        TellRecord(store, "segments", entry.first, begin, entry.second.object != nullptr);
     }
     return true;
 }

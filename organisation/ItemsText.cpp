@@ -1,7 +1,10 @@
 #include "organisation/ItemsText.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -28,16 +31,48 @@ std::u16string_view TakeStretch(std::u16string_view& text)
     return stretch;
 }
 
-// An empty piece is dropped, so that the text has room for one in two units at the most.
-std::size_t MostPieces(std::u16string_view text)
+// A text with commas in it, both counted in one pass.
+struct CountedText
 {
-    auto const commas = static_cast<std::size_t>(std::count(text.begin(), text.end(), u','));
-    return std::min(commas + 1, (text.size() + 1) / 2);
-}
+    explicit CountedText(XMLCh const* text)
+    {
+        XMLCh const* end = text;
+        for (; *end != 0; ++end)
+            commas += *end == u',' ? 1 : 0;
+        units = std::u16string_view(text, static_cast<std::size_t>(end - text));
+    }
+
+    // An empty piece is dropped, so that the text has room for one in two units at the most.
+    std::size_t MostPieces() const { return std::min(commas + 1, (units.size() + 1) / 2); }
+
+    std::u16string_view units;
+    std::size_t commas = 0;
+};
 
 constexpr bool IsWhiteSpace(char c)
 {
     return c == ' ' || c == '\t' || c == '\r' || c == '\n';
+}
+
+// The first comma, or the end. Ids are short: to look at eight bytes at a time is quicker than to call something that
+// looks at more.
+char const* FindComma(char const* begin, char const* end)
+{
+    constexpr std::uint64_t kOnes = 0x0101010101010101;
+    constexpr std::uint64_t kHighBits = 0x80 * kOnes;
+    std::uint64_t bytes = 0;
+    for (; end - begin >= static_cast<std::ptrdiff_t>(sizeof bytes); begin += sizeof bytes)
+    {
+        std::memcpy(&bytes, begin, sizeof bytes);
+        std::uint64_t const differences = bytes ^ (kOnes * ',');
+        // The lowest of these bits is that of the lowest byte that is zero.
+        std::uint64_t const zeros = (differences - kOnes) & ~differences & kHighBits;
+        if (std::endian::native != std::endian::little && zeros != 0)
+            break;
+        if (zeros != 0)
+            return begin + std::countr_zero(zeros) / 8;
+    }
+    return std::find(begin, end, ',');
 }
 
 // Appends the pieces between commas without the white space around them; empty ones are dropped.
@@ -47,10 +82,7 @@ void SplitAtCommas(std::string_view text, std::vector<UTF8String>& pieces)
     char const* const end = begin + text.size();
     while (begin < end)
     {
-        // Ids are short: to look at each byte is quicker than to call something that finds the comma.
-        char const* comma = begin;
-        while (comma != end && *comma != ',')
-            ++comma;
+        char const* const comma = FindComma(begin, end);
         char const* last = comma;
         while (begin != last && IsWhiteSpace(*begin))
             ++begin;
@@ -66,8 +98,9 @@ void SplitAtCommas(std::string_view text, std::vector<UTF8String>& pieces)
 
 void AddItems(XMLProducerImpl& producer, XMLCh const* text, IdSet& items)
 {
-    std::u16string_view rest = text ? std::u16string_view(text) : std::u16string_view();
-    items.Reserve(items.Size() + MostPieces(rest));
+    CountedText const counted(text ? text : u"");
+    items.Reserve(items.Size() + counted.MostPieces());
+    std::u16string_view rest = counted.units;
     std::string narrow;
     std::vector<UTF8String> pieces;
     while (!rest.empty())

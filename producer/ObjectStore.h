@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -41,10 +42,11 @@ public:
     const_iterator end() const noexcept { return m_entries.end(); }
 
     /// The end for an id that was not entered.
-    iterator find(UTF8String const& id)
+    iterator find(UTF8String const& id) { return find(id.View()); }
+    iterator find(std::string_view id)
     {
         // A store that adds to the objects of another mostly has them in the same order.
-        if (m_expected < m_entries.size() && m_entries[m_expected].first == id)
+        if (m_expected < m_entries.size() && m_entries[m_expected].first.View() == id)
             return begin() + static_cast<std::ptrdiff_t>(m_expected++);
         std::uint32_t const found = Find(id, HashOf(id));
         if (found == UniqueIndex::kAbsent)
@@ -56,8 +58,8 @@ public:
     /// The entry of an id, an empty one for a new id, and whether it is new.
     std::pair<iterator, bool> try_emplace(UTF8String const& id)
     {
-        std::size_t const hash = HashOf(id);
-        if (std::uint32_t const found = Find(id, hash); found != UniqueIndex::kAbsent)
+        std::size_t const hash = HashOf(id.View());
+        if (std::uint32_t const found = Find(id.View(), hash); found != UniqueIndex::kAbsent)
             return {begin() + static_cast<std::ptrdiff_t>(found), false};
         m_entries.emplace_back(id, StoreEntry<Object>());
         try
@@ -78,6 +80,13 @@ public:
         return found != end() ? found->second : try_emplace(id).first->second;
     }
 
+    /// The object so many places behind the one that was found last; null without one.
+    Object* Ahead(std::size_t places) const noexcept
+    {
+        std::size_t const at = m_expected + places;
+        return at < m_entries.size() ? m_entries[at].second.object : nullptr;
+    }
+
     /// Makes room for so many more.
     void ReserveMore(std::size_t count)
     {
@@ -93,11 +102,11 @@ public:
     }
 
 private:
-    static std::size_t HashOf(UTF8String const& id) { return std::hash<UTF8String>()(id); }
+    static std::size_t HashOf(std::string_view id) { return std::hash<std::string_view>()(id); }
 
-    std::uint32_t Find(UTF8String const& id, std::size_t hash) const
+    std::uint32_t Find(std::string_view id, std::size_t hash) const
     {
-        return m_index.Find(hash, [&](std::uint32_t at) { return m_entries[at].first == id; });
+        return m_index.Find(hash, [&](std::uint32_t at) { return m_entries[at].first.View() == id; });
     }
 
     std::vector<value_type> m_entries;

@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include "framework/api/LargePages.h"
 #include "framework/api/Subscript.h"
 #include "framework/api/UniqueIndex.h"
 
@@ -35,7 +36,12 @@ struct IdSet::Content
 
     void Reserve(std::size_t count)
     {
-        ids.reserve(count);
+        if (count > ids.capacity())
+        {
+            ids.reserve(count);
+            // In small pages the faults of a list of a million would cost more than to look for its ids.
+            AdviseLargePages(ids.data() + ids.size(), (ids.capacity() - ids.size()) * sizeof(UTF8String));
+        }
         if (count > UniqueIndex::kShortList)
             index.Reserve(count);
     }

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
+#include <string_view>
 #include <vector>
 
 #include "framework/api/UTF8String.h"
@@ -39,6 +40,8 @@ public:
     bool Read(bool& flag);
     /// A u64 length in bytes and that many bytes of UTF-8; whether all were there.
     bool Read(UTF8String& text);
+    /// The same where it stands, not copied: valid until the next call.
+    bool Read(std::string_view& text);
     /// So many doubles in a row; the number that were there.
     std::size_t ReadDoubles(double* values, std::size_t count);
     /// So many u64 in a row, each narrowed to 32 bits; the number that were there.
@@ -75,7 +78,11 @@ public:
 
     /// To be called before a list is built to a count: throws std::length_error "vector<T> too long" when the items
     /// that the rest of the file does not hold would take more memory than is left of the limit.
-    void Expect(unsigned long long count, std::size_t bytesInFile, std::size_t bytesInMemory);
+    void Expect(unsigned long long count, std::size_t bytesInFile, std::size_t bytesInMemory)
+    {
+        if (unsigned long long const held = Remaining() / bytesInFile; count > held)
+            Claim(count - held, bytesInMemory);
+    }
     /// The same for items that the file does not hold in any case.
     void Claim(unsigned long long count, std::size_t bytesInMemory);
 
@@ -114,6 +121,7 @@ private:
     }
 
     bool Fill(std::size_t count);
+    bool ReadLength(unsigned long long& length);
     std::size_t ReadDirectly(double* values, std::size_t count);
 
     std::FILE* m_file;

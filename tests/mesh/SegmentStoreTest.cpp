@@ -107,6 +107,32 @@ TEST(SegmentStore, ASecondRecordOfAMeshAddsSegments)
     EXPECT_EQ(test.Mesh("m").FaceSegmentCount(), 2U);
 }
 
+TEST(SegmentStore, RecordsComeInAnyOrder)
+{
+    std::string const unknown(300'000, 'x');
+    SegmentScene test(ByteBuilder().U64(4).Bytes() + Front("n", 1, 0, 1).Byte(1).U64(1).U64(7).Bytes() +
+                      Front("m", 2, 0, 2).Byte(1).Byte(0).U64(1).U64(8).U64(2).U64(3).U64(4).Bytes() +
+                      ByteBuilder().String(unknown).Bytes() + Front("n", 2, 0, 1).Byte(0).U64(0).U64(1).U64(9).Bytes());
+    auto const faceOf = [&](char const* id, unsigned long index)
+    {
+        FaceSegmentInfo face;
+        EXPECT_EQ(test.Mesh(id).FaceSegmentAt(index, face), kIsValueSpecified_Yes);
+        return face;
+    };
+    EXPECT_EQ(test.Mesh("m").FaceSegmentCount(), 2U);
+    EXPECT_THAT(faceOf("m", 0).PolygonIndices().Indices(), ElementsAre(8U));
+    EXPECT_TRUE(faceOf("m", 0).IsVisible());
+    EXPECT_THAT(faceOf("m", 1).PolygonIndices().Indices(), ElementsAre(3U, 4U));
+    EXPECT_FALSE(faceOf("m", 1).IsVisible());
+    EXPECT_EQ(test.Mesh("n").FaceSegmentCount(), 3U);
+    EXPECT_THAT(faceOf("n", 0).PolygonIndices().Indices(), ElementsAre(7U));
+    EXPECT_TRUE(faceOf("n", 0).IsVisible());
+    EXPECT_THAT(faceOf("n", 1).PolygonIndices().Indices(), ElementsAre());
+    EXPECT_FALSE(faceOf("n", 1).IsVisible());
+    EXPECT_THAT(faceOf("n", 2).PolygonIndices().Indices(), ElementsAre(9U));
+    EXPECT_TRUE(faceOf("n", 2).IsVisible());
+}
+
 TEST(SegmentStore, AMissingStoreIsPassedOver)
 {
     TestScene scene(StoreScene(std::string(kMeshInfo) + kSegmentInfo, {"m"}));

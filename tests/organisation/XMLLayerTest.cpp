@@ -108,6 +108,25 @@ TEST(XMLLayer, EmptyItemsAreNone)
     EXPECT_THAT(Items(",,a,"), ElementsAre("a"));
 }
 
+TEST(XMLLayer, ItemsOfAnyLengthAreTold)
+{
+    // Plain ones, and ones whose bytes beyond ASCII, or units, look like a comma but for some of their bits.
+    for (std::string const letter : {"a", "-", "\u00ac", "\u2c2c"})
+    {
+        std::string text;
+        std::vector<std::string> expected;
+        for (std::size_t length = 1; length <= 40; ++length)
+        {
+            std::string item;
+            for (std::size_t i = 0; i < length; ++i)
+                item += letter;
+            text += (length > 1 ? "," : "") + item;
+            expected.push_back(item);
+        }
+        EXPECT_EQ(Items(text), expected) << letter;
+    }
+}
+
 TEST(XMLLayer, ItemsNeedNotExist)
 {
     EXPECT_THAT(Items("nothing"), ElementsAre("nothing"));
