@@ -9,9 +9,12 @@
 #include <iterator>
 #include <nlohmann/json.hpp>
 #include <optional>
+#include <stdexcept>
+#include <string_view>
 #include <system_error>
 #include <vector>
 
+#include "exchange/run/ChildProcess.h"
 #include "exchange/run/F3d.h"
 #include "exchange/run/Heard.h"
 #include "exchange/run/StagePlan.h"
@@ -146,26 +149,38 @@ std::vector<std::string> CameraArguments(Json const& document, Json const& node,
             "--camera-view-up=" + TextOf(axes.DirectionOf(&m[4])), "--camera-view-angle=" + TextOf({angle * kDegrees})};
 }
 
-// Draws an OBJ, with what the GLB of the same scene tells of axes and cameras; false when f3d did not.
-bool Draw(std::string const& obj, std::string const& glb, std::string const& target, PictureOptions const& options)
+// What f3d is to be told of the axes and the camera, by the GLB of the scene: a line for each argument.
+std::string LinesOfSight(std::string const& glb, PictureOptions const& options)
 {
     Json const document = DocumentOf(glb);
     if (!document.is_object() || !document.contains("nodes"))
-        return false;
+        throw std::runtime_error("the axes of its scene cannot be read");
     SceneAxes const axes(document);
     Json const node = options.view.empty() ? Json() : CameraNodeOf(document, options.view);
     std::vector<std::string> camera{"--camera-azimuth-angle=35", "--camera-elevation-angle=28"};
     if (node.is_object())
         camera = CameraArguments(document, node, axes);
+    std::string lines = "--up=" + axes.Up(options.up) + '\n';
+    for (std::string const& argument : camera)
+        lines += argument + '\n';
+    return lines;
+}
+
+// Draws an OBJ; false when f3d did not.
+bool Draw(std::string const& obj, std::string_view sight, std::string const& target, PictureOptions const& options)
+{
     std::vector<std::string> arguments{
-        "--up=" + axes.Up(options.up),
         "--fxaa",
         "--depth-peeling",
         "--filename=false",
         "--bg-color=" + TextOf(options.background),
         "--resolution=" + std::to_string(options.width) + ',' + std::to_string(options.height),
         "--output=" + target};
-    arguments.insert(arguments.end(), camera.begin(), camera.end());
+    for (std::size_t end = sight.find('\n'); end != std::string_view::npos; end = sight.find('\n'))
+    {
+        arguments.emplace_back(sight.substr(0, end));
+        sight.remove_prefix(end + 1);
+    }
     arguments.push_back(obj);
     std::error_code error;
     return RunF3d(arguments) && fs::file_size(target, error) > 0 && !error;
@@ -204,9 +219,15 @@ void DrawInto(ConvertResult& result, std::string const& source, std::string cons
     TakeRemarks(result, gltf);
     result.outcome = Outcome::kFailed;
     Progress const drawing = PartOf(progress, kDrawShare, 1.0);
-    if (!Begin(drawing, "drawing"))
+    // A document of JSON takes memory to be given back, and ends the process that has none.
+    ChildResult const sight =
+        RunInChild([&](ChildVoice const&) { return LinesOfSight(inScratch("scene.glb"), options); }, drawing);
+    if (sight.isCancelled || !Begin(drawing, "drawing"))
         result.outcome = Outcome::kCancelled;
-    else if (!Draw(inScratch("scene.obj"), inScratch("scene.glb"), folder.Inside().string(), options))
+    else if (!sight.answer)
+        result.failure =
+            Escaped(path) + ": " + sight.failure.value_or("the reader of its axes ended " + sight.EndText());
+    else if (!Draw(inScratch("scene.obj"), *sight.answer, folder.Inside().string(), options))
         result.failure = Escaped(path) + ": the program f3d, which draws it, is not there or failed";
     else
     {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
 #include <map>
 #include <nlohmann/json.hpp>
 #include <optional>
@@ -83,8 +84,13 @@ public:
     std::size_t Width() const noexcept { return m_width; }
     /// A number of an element below Count: of integers that stand for fractions the fraction.
     double At(std::size_t element, std::size_t number) const;
-    /// A whole number.
-    std::uint32_t IndexAt(std::size_t element) const { return static_cast<std::uint32_t>(Raw(element, 0)); }
+    /// A whole number; the largest for what is none.
+    std::uint32_t IndexAt(std::size_t element) const
+    {
+        constexpr std::uint32_t kNone = std::numeric_limits<std::uint32_t>::max();
+        double const number = Raw(element, 0);
+        return number >= 0.0 && number < kNone ? static_cast<std::uint32_t>(number) : kNone;
+    }
 
 private:
     double Raw(std::size_t element, std::size_t number) const;

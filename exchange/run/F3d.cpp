@@ -28,10 +28,12 @@ bool RunF3d(std::vector<std::string> const& arguments)
     pointers.push_back(nullptr);
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
+    int error = 0;
     for (int const stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
-        posix_spawn_file_actions_addopen(&actions, stream, "/dev/null", O_RDWR, 0);
+        error = error != 0 ? error : posix_spawn_file_actions_addopen(&actions, stream, "/dev/null", O_RDWR, 0);
     pid_t process = 0;
-    int const error = posix_spawnp(&process, pointers[0], &actions, nullptr, pointers.data(), environ);
+    if (error == 0)
+        error = posix_spawnp(&process, pointers[0], &actions, nullptr, pointers.data(), environ);
     posix_spawn_file_actions_destroy(&actions);
     int status = 0;
     while (error == 0 && waitpid(process, &status, 0) < 0 && errno == EINTR)

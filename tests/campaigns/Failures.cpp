@@ -9,6 +9,7 @@
 #include <atomic>
 #include <cerrno>
 #include <cstddef>
+#include <cstdlib>
 #include <filesystem>
 #include <map>
 #include <new>
@@ -18,6 +19,7 @@
 #include "describe/AskEverything.h"
 #include "describe/SilentAnswers.h"
 #include "exchange/CertifyModel.h"
+#include "exchange/DrawPicture.h"
 #include "exchange/ExportScene.h"
 #include "exchange/ImportModel.h"
 #include "framework/api/kvr_api.h"
@@ -233,6 +235,12 @@ private:
             m_said = result.failure;
             return result.outcome == Outcome::kDone;
         }
+        if (target.ends_with(".png"))
+        {
+            ConvertResult const result = DrawPicture(m_source, target);
+            m_said = result.failure;
+            return result.outcome == Outcome::kDone;
+        }
         SceneOptions options;
         options.path = m_source;
         ExportResult const result = ExportScene(options, target);
@@ -288,6 +296,26 @@ private:
     std::string m_rows;
     std::string m_whole;
     std::string m_said;
+};
+
+// While it is there, pictures are drawn by a script, whose memory is its own in any case: f3d takes seconds for each.
+class QuickDrawing
+{
+public:
+    QuickDrawing() : m_path(std::getenv("PATH"))
+    {
+        // What f3d is run by.
+        std::string const script = m_folder.NarrowPathOf("timeout");
+        WriteBytes(script,
+                   "#!/bin/sh\nfor word; do case $word in --output=*) echo drawn >\"${word#*=}\";; esac; done\n");
+        fs::permissions(script, fs::perms::owner_all);
+        setenv("PATH", (m_folder.Path() + ":" + m_path).c_str(), 1);
+    }
+    ~QuickDrawing() { setenv("PATH", m_path.c_str(), 1); }
+
+private:
+    Test::TempFolder m_folder;
+    std::string m_path;
 };
 
 // Each allocation of a trial fails, or `most` of them, spread over all; once, and from there on. Afterwards the scene
@@ -349,14 +377,15 @@ void RunFailures(double scale, Tally& tally)
     Test::TempFolder const folder;
     std::string const model = folder.NarrowPathOf("m.brep");
     WriteBytes(model, ModelFiles::Brep());
-    for (char const* const target : {"out.xml", "meshed.xml", "out.stl", "out.step", "out.brep"})
+    QuickDrawing const drawing;
+    for (std::string_view const target : {"out.xml", "meshed.xml", "out.stl", "out.step", "out.brep", "out.png"})
     {
-        bool const isMeshed = std::string_view(target) == "meshed.xml" || std::string_view(target) == "out.stl";
+        bool const isMeshed = target == "meshed.xml" || target == "out.stl" || target == "out.png";
         if (isMeshed && scale < kLarge)
             continue;
-        Exchange exchange(std::string_view(target).ends_with(".xml") ? model : scene, target);
+        Exchange exchange(target.ends_with(".xml") ? model : scene, std::string(target));
         FailEach(
-            scale, kSome, target, [&](long n, bool once) { return exchange.Try(n, once); }, path, tally);
+            scale, kSome, std::string(target), [&](long n, bool once) { return exchange.Try(n, once); }, path, tally);
     }
     if (scale >= kLarge)
     {

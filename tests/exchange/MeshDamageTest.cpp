@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <limits>
+
 #include "tests/exchange/MeshFiles.h"
 
 // Files of meshes that are cut short, count what they do not hold, or name what is not there.
@@ -12,7 +14,6 @@ namespace
 
 using testing::Contains;
 using testing::HasSubstr;
-using testing::SizeIs;
 
 std::string const kPly =
     "ply\nformat ascii 1.0\nelement vertex 4\nproperty float x\nproperty float y\nproperty float z\nelement face 2\n"
@@ -23,7 +24,7 @@ std::string BinaryPly()
     std::string bytes =
         "ply\nformat binary_little_endian 1.0\nelement vertex 3\nproperty float x\nproperty float y\n"
         "property float z\nelement face 1\nproperty list uchar int vertex_indices\nend_header\n";
-    for (float const x : {0, 0, 0, 1, 0, 0, 1, 1, 0})
+    for (float const x : {0.0f, 0.0f, 0.0f, 1.0f, 0.0f, 0.0f, 1.0f, 1.0f, 0.0f})
         bytes += BytesOf(x);
     bytes += '\3';
     for (int const index : {0, 1, 2})
@@ -190,6 +191,25 @@ TEST(MeshDamage, AGlbThatReachesBeyondItsBytesSaysSo)
                 HasSubstr("an index of meshes is not among the 1"));
     EXPECT_THAT(FailureOf("a.glb", Replaced(glb, "\"type\":\"VEC3\"", "\"type\":\"VEC9\"")), HasSubstr("VEC9"));
     EXPECT_THAT(FailureOf("a.glb", Replaced(glb, "\"version\":\"2", "\"version\":\"1")), HasSubstr("it is glTF 1.0"));
+}
+
+TEST(MeshDamage, AnIndexThatIsNoWholeNumberNamesNoPoint)
+{
+    auto const failureOf = [](auto value, int componentType)
+    {
+        GlbBuilder builder;
+        builder.json["meshes"] = {{{"name", "m"}, {"primitives", {builder.Square()}}}};
+        builder.json["nodes"] = {{{"mesh", 0}}};
+        std::vector<decltype(value)> const indices{0, 1, value};
+        builder.json["meshes"][0]["primitives"][0]["indices"] = builder.Accessor(indices, componentType, "SCALAR", 1);
+        return FailureOf("a.glb", builder.Bytes());
+    };
+    constexpr int kSignedShorts = 5122;
+    EXPECT_EQ(failureOf(std::int16_t{2}, kSignedShorts), "");
+    std::string const expected = "a primitive of mesh \"m\" names point 4,294,967,295 of 4";
+    EXPECT_EQ(failureOf(std::int16_t{-1}, kSignedShorts), expected);
+    for (float const number : {-1.0f, 1e30f, std::numeric_limits<float>::quiet_NaN()})
+        EXPECT_EQ(failureOf(number, kFloats), expected) << number;
 }
 
 TEST(MeshDamage, BytesThatManyNameAreNotReadWithoutEnd)
