@@ -175,6 +175,14 @@ public:
         ++m_count;
     }
 
+    // A new table would take memory for its list.
+    void Clear() noexcept
+    {
+        m_slots.reset();
+        m_mask = m_count = 0;
+        m_longIds.clear();
+    }
+
 private:
     static constexpr std::size_t kLeastSize = 64;
 
@@ -312,7 +320,7 @@ bool ObjectCollector::HasObject(UTF8String const& id) const
 
 void ObjectCollector::Destroy() noexcept
 {
-    m_registry->slots = SlotTable();
+    m_registry->slots.Clear();
     for (std::uint32_t at = 0; at < m_registry->objects.Size(); ++at)
         m_registry->objects[at].reset();
     m_registry->objects = ObjectList();
