@@ -62,13 +62,16 @@ constexpr unsigned kForeignCalls = 0xFFFFFFFF;
 void CutNetwork() noexcept
 {
 #if defined(__x86_64__) || defined(__aarch64__)
-    static constexpr std::array<sock_filter, 9> kRules{{
+    // What a tracer puts in the place of a call that it refuses.
+    constexpr unsigned kNoCall = 0xFFFFFFFF;
+    static constexpr std::array<sock_filter, 10> kRules{{
         {BPF_LD | BPF_W | BPF_ABS, 0, 0, offsetof(seccomp_data, arch)},
-        {BPF_JMP | BPF_JEQ | BPF_K, 0, 6, kArchitecture},
+        {BPF_JMP | BPF_JEQ | BPF_K, 0, 7, kArchitecture},
         {BPF_LD | BPF_W | BPF_ABS, 0, 0, offsetof(seccomp_data, nr)},
-        {BPF_JMP | BPF_JGE | BPF_K, 4, 0, kForeignCalls},
-        {BPF_JMP | BPF_JEQ | BPF_K, 2, 0, SYS_socket},
-        {BPF_JMP | BPF_JEQ | BPF_K, 1, 0, SYS_io_uring_setup},
+        {BPF_JMP | BPF_JEQ | BPF_K, 4, 0, SYS_socket},
+        {BPF_JMP | BPF_JEQ | BPF_K, 3, 0, SYS_io_uring_setup},
+        {BPF_JMP | BPF_JEQ | BPF_K, 1, 0, kNoCall},
+        {BPF_JMP | BPF_JGE | BPF_K, 2, 0, kForeignCalls},
         {BPF_RET | BPF_K, 0, 0, SECCOMP_RET_ALLOW},
         {BPF_RET | BPF_K, 0, 0, SECCOMP_RET_ERRNO | EACCES},
         {BPF_RET | BPF_K, 0, 0, SECCOMP_RET_KILL_PROCESS},

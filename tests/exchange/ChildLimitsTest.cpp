@@ -4,6 +4,7 @@
 #include <sys/mman.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 
 #include <cerrno>
@@ -86,18 +87,20 @@ TEST(ChildLimits, AChildGetsNoMoreMemoryThanItMayTake)
 
 TEST(ChildLimits, AChildReachesNoNetworkAndLeavesNoImageOfItsMemory)
 {
-    ChildResult const result = RunWithin({},
-                                         []
-                                         {
-                                             std::string answer;
-                                             for (int const family : {AF_INET, AF_INET6, AF_UNIX})
-                                                 answer +=
-                                                     socket(family, SOCK_STREAM, 0) < 0 && errno == EACCES ? '-' : '+';
-                                             struct rlimit core = {1, 1};
-                                             getrlimit(RLIMIT_CORE, &core);
-                                             return answer + std::to_string(core.rlim_cur);
-                                         });
-    EXPECT_EQ(result.answer, "---0");
+    ChildResult const result =
+        RunWithin({},
+                  []
+                  {
+                      std::string answer;
+                      for (int const family : {AF_INET, AF_INET6, AF_UNIX})
+                          answer += socket(family, SOCK_STREAM, 0) < 0 && errno == EACCES ? '-' : '+';
+                      bool const isRefused = syscall(SYS_io_uring_setup, 1, nullptr) < 0 && errno == EACCES;
+                      answer += isRefused ? '-' : '+';
+                      struct rlimit core = {1, 1};
+                      getrlimit(RLIMIT_CORE, &core);
+                      return answer + std::to_string(core.rlim_cur);
+                  });
+    EXPECT_EQ(result.answer, "----0");
 }
 
 TEST(ChildLimits, WhatAChildWorksOnIsKnownWhenItEnds)
