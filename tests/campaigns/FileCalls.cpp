@@ -41,7 +41,7 @@ constexpr Failure kFailures[] = {
     {"renameat2", SYS_renameat2, EIO}, {"fsync", SYS_fsync, EIO},     {"close", SYS_close, EIO},
     {"mkdir", SYS_mkdir, ENOSPC},      {"lseek", SYS_lseek, EIO},     {"unlink", SYS_unlink, EIO},
     {"unlinkat", SYS_unlinkat, EIO},   {"rmdir", SYS_rmdir, EIO},     {"getdents64", SYS_getdents64, EIO},
-    {"pipe2", SYS_pipe2, EMFILE},      {"clone", SYS_clone, EAGAIN},  {"clone3", SYS_clone3, EAGAIN},
+    {"pipe2", SYS_pipe2, EMFILE},      {"clone", SYS_clone, EAGAIN},
 };
 
 // Without which a folder for temporary files cannot be removed.
